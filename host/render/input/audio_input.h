@@ -1,0 +1,67 @@
+// One input of an album: an audio file that delivers stereo at the disc's rate, and what the file
+// says of itself.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace velmor::render {
+
+inline constexpr int kDiscRate = 44100;  ///< Hz
+
+/// What cannot be read, as one sentence that says what, where and what to do.
+class InputError : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+/// A marker, or a region when it has an end. Seconds from the start of what it belongs to.
+struct Mark {
+  double start = 0.0;
+  std::optional<double> end;
+  std::string name;
+};
+
+/// Texts found in the file; empty when absent.
+struct Tags {
+  std::string title, artist, album, comment, songwriter, isrc;
+};
+
+enum class Dither { none, tpdf };
+
+struct InputInfo {
+  std::string path;
+  std::string format;  ///< for people: "WAV, 24 bit", "FLAC, 16 bit", …
+  int rate = 0;        ///< Hz, of the file
+  int channels = 0;    ///< of the file
+  int bits = 0;        ///< of integer samples; 0: floating point or lossy
+  int64_t frames = 0;  ///< at the disc's rate, exactly what `read` delivers in all
+  Tags tags;
+  std::vector<Mark> marks;  ///< cue points, labels and regions of the file, in ascending start
+};
+
+/// Reads one file from start to end with memory that does not grow with its length. One thread.
+class AudioInput {
+ public:
+  /// Opens `path`; throws `InputError`.
+  static std::unique_ptr<AudioInput> open(const std::string& path, Dither dither);
+
+  virtual ~AudioInput() = default;
+  AudioInput(const AudioInput&) = delete;
+  AudioInput& operator=(const AudioInput&) = delete;
+
+  virtual const InputInfo& info() const = 0;
+  /// Fills up to `frames` frames of both channels, full scale 1.0; fewer only at the end, 0 there.
+  /// A source of at most 16 bits at the disc's rate keeps its very samples. Throws `InputError`
+  /// when the file breaks off.
+  virtual size_t read(double* left, double* right, size_t frames) = 0;
+
+ protected:
+  AudioInput() = default;
+};
+
+}  // namespace velmor::render

@@ -1,0 +1,30 @@
+// Marks that people give beside the audio: a label track, single markers and regions.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/render/input/audio_input.h"
+
+namespace velmor::render {
+
+/// A time as seconds ("12.5"), MM:SS.mmm or MM:SS:FF (75 frames a second), never negative. Throws
+/// `InputError`.
+double parseTime(std::string_view text);
+/// TIME=NAME. Throws `InputError`.
+Mark parseMarkerOption(std::string_view text);
+/// START-END=NAME. Throws `InputError`.
+Mark parseRegionOption(std::string_view text);
+
+struct LabelTrack {
+  std::vector<Mark> marks;  ///< in the file's order
+  std::vector<std::string>
+      warnings;  ///< one sentence for each line that could not be used, with its number
+};
+/// An Audacity label track's text. Never throws for its contents.
+LabelTrack parseLabelTrack(std::string_view text);
+/// The same from a file; throws `InputError` when it cannot be read.
+LabelTrack readLabelTrack(const std::string& path);
+
+}  // namespace velmor::render

@@ -1,0 +1,15 @@
+// What differs between systems about files: data caching, and telling local disks from network
+// ones.
+#pragma once
+
+#include <cstdint>
+
+/// Asks the system not to keep what is written through `fd` in its cache, where it can.
+extern "C" void platform_disable_write_cache(int fd);
+/// Asks the system not to keep what is read through `fd` in its cache, where it can.
+extern "C" void platform_disable_read_cache(int fd);
+/// Tells that an uncached reader's physical reads moved from `from` to `to` (bytes, `from` < `to`),
+/// so that pages behind it can be given back where the system does not do so by itself.
+extern "C" void platform_read_advanced(int fd, int64_t from, int64_t to);
+/// Whether `fd` lies on a local file system; true also when the system cannot say.
+extern "C" bool platform_is_local_file(int fd);
