@@ -1,5 +1,17 @@
-// Placeholder for the skeleton; replaced by the module's static initialisers.
-extern "C" __attribute__((visibility("default"))) int QUELM_dllMain();
+// What runs when the host loads the module, in this order. Both objects stand in one file because
+// only there does the language itself fix the order, whatever the object format; nothing else in
+// the module has a static initialiser.
+#include "abi/exports.h"
+#include "plugin/dialog_list.h"
+#include "plugin/quelm_modstub.h"
+
+namespace {
+
+const QuelmAPPInitializer g_windowing_import;
+const DialogListInitializer g_dialog_list;
+
+}  // namespace
+
 int QUELM_dllMain() {
   return 1;
 }

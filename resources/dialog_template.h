@@ -1,0 +1,15 @@
+// How a dialog's controls are made from its rows.
+#pragma once
+
+#include "abi/quelm_functions.h"
+
+/// Dialog units to pixels, both ways.
+inline constexpr float kDialogScale = 1.7F;
+
+/// Lets the layer build the rows after the first, all-null one into `window`.
+template <int N>
+void createControls(HWND window, int flags, const QuelmControl (&rows)[N]) {
+  QUELM_MakeSetCurParms(kDialogScale, kDialogScale, 0.0F, 0.0F, window, false,
+                        !(flags & kQuelmNoAutoSize));
+  QUELM_GenerateDialogFromList(rows + 1, N - 1);
+}
