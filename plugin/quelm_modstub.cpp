@@ -23,8 +23,8 @@ struct ImportedFunction {
 };
 
 constexpr ImportedFunction kImports[] = {
-#define QUELM_TYPED(name, ...) {#name, &name},
-#define QUELM_OPAQUE(name) {#name, &name},
+#define QUELM_TYPED(name, ...) {#name, &(name)},
+#define QUELM_OPAQUE(name) {#name, &(name)},
 #include "abi/quelm_functions.inc"
 #undef QUELM_TYPED
 #undef QUELM_OPAQUE

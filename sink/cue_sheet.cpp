@@ -92,7 +92,8 @@ void writeIndices(const CueSheet& sheet, int track, YDK_FileWrite& out) {
   } else if (sheet.track_leadin_ms != 0) {
     // Whole seconds only, even where the silence in the image is longer. A lead-in longer than an
     // image can hold would put the gap before the disc's start.
-    const double gap_start = start - sheet.track_leadin_ms / 1000;
+    const int gap_seconds = sheet.track_leadin_ms / 1000;
+    const double gap_start = start - gap_seconds;
     writeIndex(out, 0, gap_start > 0.0 ? gap_start : 0.0);
   }
   writeIndex(out, 1, start);

@@ -1,0 +1,38 @@
+# shellcheck shell=bash
+# Sourced by every verb, from the checkout's root (where ./dev has gone): strict mode and plain messages.
+set -euo pipefail
+
+
+# A linker path of the person's environment must not reach our links.
+unset LIBRARY_PATH
+export CCACHE_DIR="${CCACHE_DIR:-$PWD/build/ccache}"
+
+say() { printf '\n== %s\n' "$*"; }
+fail() {
+  printf 'dev: %s\n' "$*" >&2
+  exit 1
+}
+
+# Runs a command as root where that is needed.
+as_root() {
+  if [ "$(id -u)" = 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null; then
+    sudo "$@"
+  else
+    fail "installing packages needs root: run this as root, or install sudo"
+  fi
+}
+
+# configure_and_build PRESET [TARGET...]
+configure_and_build() {
+  local preset=$1
+  shift
+  cmake --preset "$preset" >"build/$preset.configure.log" 2>&1 || {
+    cat "build/$preset.configure.log" >&2
+    fail "configuring '$preset' failed; the lines above say why"
+  }
+  cmake --build --preset "$preset" ${1:+--target "$@"}
+}
+
+mkdir -p build

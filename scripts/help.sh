@@ -1,0 +1,19 @@
+# shellcheck shell=bash
+# ./dev help
+cat <<'TEXT'
+./dev VERB [options]
+
+  demo      render an album of its own to a CD image, show it, and have other programs read it
+  test      build everything twice (g++; clang with sanitizers), run all tests, check format and lint
+            ./dev test NAME runs the tests whose name matches
+  build     build what ships into build/release
+  render    run velmor-render: ./dev render [options] INPUT... -o ALBUM.cue (--help lists the options)
+  bench     measure the speed, in ratios to other ways of doing the same
+  fuzz      fuzz the renders and parsers: ./dev fuzz [MINUTES]
+  lint      check format, shell scripts, man pages and clang-tidy (--all: the tests' sources too)
+  format    put every source file into the project's format
+  setup     install the Debian packages that are missing
+  clean     remove everything that was built
+
+Every verb installs and builds what it needs first; run it as root or with sudo at hand.
+TEXT

@@ -1,0 +1,24 @@
+# shellcheck shell=bash
+# ./dev test [NAME]: sets up, builds with g++ (release) and with clang (AddressSanitizer, UndefinedBehaviorSanitizer),
+# runs all tests in both, and checks formatting and lint. NAME limits the run to the tests whose name it matches.
+bash scripts/setup.sh >&2
+source scripts/common.sh
+
+started=$SECONDS
+for preset in release sanitize; do
+  say "Build: $preset"
+  configure_and_build "$preset" | tail -n 1
+done
+
+say "Lint"
+bash scripts/lint.sh >build/lint.log 2>&1 || {
+  grep -vE '^[0-9]+ warnings? generated' build/lint.log | head -n 100 >&2
+  fail "lint found the above; the whole report is build/lint.log"
+}
+echo "clean"
+
+for preset in release sanitize; do
+  say "Tests: $preset"
+  ctest --preset "$preset" -j "$(nproc)" ${1:+-R "$1"} --output-on-failure
+done
+say "All of it took $(((SECONDS - started) / 60)) min $(((SECONDS - started) % 60)) s after setup"
