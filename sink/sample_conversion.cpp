@@ -3,6 +3,7 @@
 #include <emmintrin.h>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstddef>
 
@@ -20,21 +21,26 @@ int16_t convertSample(double x) {
   return static_cast<int16_t>(std::floor(v + 0.5));
 }
 
-/// Two samples as 32-bit integers in the low half.
-__m128i convertPair(const double* x) {
-  __m128d v = _mm_mul_pd(_mm_loadu_pd(x), _mm_set1_pd(kFullScale));
-  v = _mm_and_pd(v, _mm_cmpord_pd(v, v));
-  v = _mm_min_pd(_mm_max_pd(v, _mm_set1_pd(kLowest)), _mm_set1_pd(kHighest));
-  v = _mm_add_pd(v, _mm_set1_pd(0.5));
+/// What the processor answers for a NaN and for what 32 bits cannot hold.
+constexpr int kIndefinite = INT_MIN;
+
+/// Four samples, rounded but not yet saturated, as 32-bit integers; sets lanes of `wild` where
+/// there was no integer.
+__m128i roundFour(const double* x, __m128i& wild) {
+  const __m128d scale = _mm_set1_pd(kFullScale);
+  const __m128d half = _mm_set1_pd(0.5);
+  const __m128d a = _mm_add_pd(_mm_mul_pd(_mm_loadu_pd(x), scale), half);
+  const __m128d b = _mm_add_pd(_mm_mul_pd(_mm_loadu_pd(x + 2), scale), half);
   // floor: truncate, then take one off where that rounded up. Adding an offset instead would round
   // once more.
-  const __m128i whole = _mm_cvttpd_epi32(v);
-  const __m128i above = _mm_castpd_si128(_mm_cmpgt_pd(_mm_cvtepi32_pd(whole), v));
-  return _mm_add_epi32(whole, _mm_shuffle_epi32(above, _MM_SHUFFLE(3, 3, 2, 0)));
-}
-
-__m128i convertFour(const double* x) {
-  return _mm_unpacklo_epi64(convertPair(x), convertPair(x + 2));
+  const __m128i whole_a = _mm_cvttpd_epi32(a);
+  const __m128i whole_b = _mm_cvttpd_epi32(b);
+  const __m128 above_a = _mm_castpd_ps(_mm_cmpgt_pd(_mm_cvtepi32_pd(whole_a), a));
+  const __m128 above_b = _mm_castpd_ps(_mm_cmpgt_pd(_mm_cvtepi32_pd(whole_b), b));
+  const __m128i whole = _mm_unpacklo_epi64(whole_a, whole_b);
+  const __m128 above = _mm_shuffle_ps(above_a, above_b, _MM_SHUFFLE(2, 0, 2, 0));
+  wild = _mm_or_si128(wild, _mm_cmpeq_epi32(whole, _mm_set1_epi32(kIndefinite)));
+  return _mm_add_epi32(whole, _mm_castps_si128(above));
 }
 
 }  // namespace
@@ -47,13 +53,19 @@ void convertFramesPlain(const double* left, const double* right, int frames, int
 }
 
 void convertFramesSse2(const double* left, const double* right, int frames, int16_t* out) {
+  __m128i wild = _mm_setzero_si128();
   int done = 0;
   for (; frames - done >= 4; done += 4) {
-    const __m128i both = _mm_packs_epi32(convertFour(left + done), convertFour(right + done));
+    // The packing saturates.
+    const __m128i both =
+        _mm_packs_epi32(roundFour(left + done, wild), roundFour(right + done, wild));
     const __m128i interleaved = _mm_unpacklo_epi16(both, _mm_srli_si128(both, 8));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 2 * static_cast<ptrdiff_t>(done)),
                      interleaved);
   }
+  // No healthy mix has a NaN or 96 dB too much in it: a block that has is done again, sample by
+  // sample.
+  if (_mm_movemask_epi8(wild)) done = 0;
   convertFramesPlain(left + done, right + done, frames - done,
                      out + 2 * static_cast<ptrdiff_t>(done));
 }

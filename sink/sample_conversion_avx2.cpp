@@ -3,6 +3,7 @@
 #include <cpuid.h>
 #include <immintrin.h>
 
+#include <climits>
 #include <cstddef>
 
 #include "sink/sample_conversion.h"
@@ -11,15 +12,17 @@
 
 namespace {
 
-VELMOR_AVX2 __m128i convertFour(const double* x) {
-  __m256d v = _mm256_mul_pd(_mm256_loadu_pd(x), _mm256_set1_pd(32768.0));
-  v = _mm256_and_pd(v, _mm256_cmp_pd(v, v, _CMP_ORD_Q));
-  v = _mm256_min_pd(_mm256_max_pd(v, _mm256_set1_pd(-32768.0)), _mm256_set1_pd(32767.0));
-  return _mm256_cvttpd_epi32(_mm256_floor_pd(_mm256_add_pd(v, _mm256_set1_pd(0.5))));
-}
-
-VELMOR_AVX2 __m128i convertEight(const double* x) {
-  return _mm_packs_epi32(convertFour(x), convertFour(x + 4));
+/// Eight samples, rounded and saturated. `lowest` gathers the least integer of each lane: where
+/// there is none, for a NaN and for what 32 bits cannot hold, the processor answers INT_MIN.
+VELMOR_AVX2 __m128i convertEight(const double* x, __m128i& lowest) {
+  const __m256d scale = _mm256_set1_pd(32768.0);
+  const __m256d half = _mm256_set1_pd(0.5);
+  const __m256d a = _mm256_add_pd(_mm256_mul_pd(_mm256_loadu_pd(x), scale), half);
+  const __m256d b = _mm256_add_pd(_mm256_mul_pd(_mm256_loadu_pd(x + 4), scale), half);
+  const __m128i whole_a = _mm256_cvttpd_epi32(_mm256_floor_pd(a));
+  const __m128i whole_b = _mm256_cvttpd_epi32(_mm256_floor_pd(b));
+  lowest = _mm_min_epi32(lowest, _mm_min_epi32(whole_a, whole_b));
+  return _mm_packs_epi32(whole_a, whole_b);
 }
 
 /// The low half of XCR0: which register files the system saves.
@@ -47,14 +50,18 @@ bool processorHasAvx2() {
 
 VELMOR_AVX2 void convertFramesAvx2(const double* left, const double* right, int frames,
                                    int16_t* out) {
+  __m128i lowest = _mm_setzero_si128();
   int done = 0;
   for (; frames - done >= 8; done += 8) {
-    const __m128i l = convertEight(left + done);
-    const __m128i r = convertEight(right + done);
+    const __m128i l = convertEight(left + done, lowest);
+    const __m128i r = convertEight(right + done, lowest);
     auto* to = reinterpret_cast<__m128i*>(out + 2 * static_cast<ptrdiff_t>(done));
     _mm_storeu_si128(to, _mm_unpacklo_epi16(l, r));
     _mm_storeu_si128(to + 1, _mm_unpackhi_epi16(l, r));
   }
+  // As in the narrow form: such a block is done again, sample by sample.
+  const __m128i wild = _mm_cmpeq_epi32(lowest, _mm_set1_epi32(INT_MIN));
+  if (_mm_movemask_epi8(wild)) done = 0;
   convertFramesPlain(left + done, right + done, frames - done,
                      out + 2 * static_cast<ptrdiff_t>(done));
 }
