@@ -41,6 +41,14 @@ void* look_up(const char* name);
 namespace functions {
 namespace {
 
+// What modules call, this layer performs, with the very signature they call it with.
+#define QUELM_TYPED(name, ...) \
+  static_assert(std::is_same_v<decltype(&name), std::type_identity_t<__VA_ARGS__>>, #name);
+#define QUELM_OPAQUE(name)
+#include "abi/quelm_functions.inc"
+#undef QUELM_TYPED
+#undef QUELM_OPAQUE
+
 void* find(std::string_view name) {
 #define QUELM_TYPED(function, ...) {#function, address_of(function)},
 #define QUELM_OPAQUE(function) {#function, address_of(function)},
