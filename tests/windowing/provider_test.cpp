@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include "abi/quelm_functions.h"
+#include "host/windowing/layer_functions.h"
 
 namespace {
 
@@ -44,6 +45,19 @@ TEST(Provider, AnswersNothingDoneWhereAFunctionNeedsAWindowServer) {
   for (const char* name : {"BrowseForFiles", "OpenClipboard", "CreatePopupMenu", "GetDC"}) {
     EXPECT_EQ(reinterpret_cast<QuelmAnyFn>(quelmGetAPPAPIFunc()(name))(), 0) << name;
   }
+}
+
+TEST(Provider, GivesModulesTheFunctionsThatDoSomething) {
+  namespace functions = velmor::windowing::functions;
+  const auto is = [](const char* name, auto* function) {
+    return quelmGetAPPAPIFunc()(name) == reinterpret_cast<void*>(function);
+  };
+  EXPECT_TRUE(is("SendMessage", &functions::SendMessage));
+  EXPECT_TRUE(is("QUELM_DialogBox", &functions::QUELM_DialogBox));
+  EXPECT_TRUE(is("DestroyWindow", &functions::DestroyWindow));
+  EXPECT_TRUE(is("QUELM_CB_AddString", &functions::QUELM_CB_AddString));
+  EXPECT_TRUE(is("GetPrivateProfileString", &functions::GetPrivateProfileString));
+  EXPECT_TRUE(is("lstrcpyn", &functions::lstrcpyn));
 }
 
 }  // namespace
