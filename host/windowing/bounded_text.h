@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
 namespace velmor::windowing {
@@ -24,7 +23,7 @@ inline intptr_t copy_bounded(std::string_view text, char* buffer, intptr_t size)
       --length;
     }
   }
-  std::memcpy(buffer, text.data(), length);
+  text.copy(buffer, length);
   buffer[length] = '\0';
   return static_cast<intptr_t>(length);
 }

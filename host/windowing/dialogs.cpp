@@ -86,7 +86,7 @@ void fill(Window& dialog, const QuelmDialogResource& resource, const Opening& op
 
 std::shared_ptr<Window> open_dialog(const QuelmDialogResource& resource, HWND parent,
                                     const Opening& opening) {
-  const auto dialog = Desktop::the().create(WindowKind::dialog, parent);
+  auto dialog = Desktop::the().create(WindowKind::dialog, parent);
   dialog->child = !opening.modal && parent != nullptr && (resource.flags & kQuelmChildDialog) != 0;
   dialog->text = resource.title == nullptr ? "" : resource.title;
   dialog->class_name = "#32770";

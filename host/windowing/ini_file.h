@@ -21,7 +21,8 @@ class IniFile {
   /// cannot be read.
   static std::optional<IniFile> load(const std::string& path);
   /// Puts the text in the file's place in one step: whoever opens the file finds the old text or
-  /// the new one, also after a crash. The file's permissions stay, and a symbolic link stays one.
+  /// the new one, also after a crash. The file's permissions stay, and so does a symbolic
+  /// link that leads to it. Two programs that change the file at once: the later one's text stays.
   bool store(const std::string& path) const;
 
   std::vector<std::string> sections() const;

@@ -49,20 +49,47 @@ bool write_whole(int file, std::string_view text) {
   return true;
 }
 
-/// New files are readable by everybody the process's mask allows, which cannot be asked for
-/// without setting it.
-mode_t usual_permissions() {
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  return 0666 & ~mask;
-}
+/// A file being made, under a name of its own; unlinked unless it has taken its place.
+class NewFile {
+ public:
+  explicit NewFile(const std::string& target) : target_(target) {
+    constexpr int kAttempts = 100;
+    for (int attempt = 0; attempt < kAttempts && number_ < 0; ++attempt) {
+      name_ = target + ".new" + std::to_string(::getpid()) + "-" + std::to_string(attempt);
+      number_ = ::open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+      if (number_ < 0 && errno != EEXIST) {
+        break;
+      }
+    }
+  }
+  ~NewFile() {
+    if (number_ >= 0) {
+      ::close(number_);
+      if (!placed_) {
+        ::unlink(name_.c_str());
+      }
+    }
+  }
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
 
-bool fill(int file, std::string_view text, const std::string& path) {
-  struct stat before = {};
-  const mode_t permissions =
-      ::stat(path.c_str(), &before) == 0 ? before.st_mode & 07777 : usual_permissions();
-  return write_whole(file, text) && ::fchmod(file, permissions) == 0 && ::fsync(file) == 0;
-}
+  bool fill(std::string_view text) {
+    struct stat before = {};
+    const bool replaces = ::stat(target_.c_str(), &before) == 0;
+    return number_ >= 0 && write_whole(number_, text) &&
+           (!replaces || ::fchmod(number_, before.st_mode & 07777) == 0) && ::fsync(number_) == 0;
+  }
+  bool take_place() {
+    placed_ = ::rename(name_.c_str(), target_.c_str()) == 0;
+    return placed_;
+  }
+
+ private:
+  std::string target_;
+  std::string name_;
+  int number_ = -1;
+  bool placed_ = false;
+};
 
 }  // namespace
 
@@ -87,17 +114,8 @@ std::optional<IniFile> IniFile::load(const std::string& path) {
 }
 
 bool IniFile::store(const std::string& path) const {
-  const std::string target = followed(path);
-  std::string beside = target + ".XXXXXX";
-  const Descriptor file(::mkostemp(beside.data(), O_CLOEXEC));
-  if (file.get() < 0) {
-    return false;
-  }
-  if (fill(file.get(), text(), target) && ::rename(beside.c_str(), target.c_str()) == 0) {
-    return true;
-  }
-  ::unlink(beside.c_str());
-  return false;
+  NewFile file(followed(path));
+  return file.fill(text()) && file.take_place();
 }
 
 }  // namespace velmor::windowing

@@ -129,6 +129,7 @@ LPARAM OpenDialog::row_data(int combo_id, int row) const {
 std::vector<std::string> OpenDialog::list_columns(int list_id) const {
   const auto found = control(list_id, WindowKind::list_view, "a list");
   std::vector<std::string> all;
+  all.reserve(found->list.columns().size());
   for (const auto& column : found->list.columns()) {
     all.push_back(column.text);
   }

@@ -69,6 +69,7 @@ class Desk : public testing::Test {
     current = this;
   }
   void TearDown() override {
+    on_message = nullptr;  // what it refers to in the test's body is gone
     if (modeless != nullptr) {
       Desktop::the().destroy(modeless);
     }
@@ -78,8 +79,9 @@ class Desk : public testing::Test {
   }
 
   static LRESULT procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    current->received.push_back({window, message, wparam, lparam});
-    return current->on_message ? current->on_message(current->received.back()) : 0;
+    const Received each = {window, message, wparam, lparam};
+    current->received.push_back(each);
+    return current->on_message ? current->on_message(each) : 0;
   }
 
   /// A modeless dialog that the test's end destroys.

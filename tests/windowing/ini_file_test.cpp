@@ -1,9 +1,10 @@
 #include "host/windowing/ini_file.h"
 
-#include <dirent.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 
@@ -192,6 +193,40 @@ TEST_F(IniFileTest, AFileThatCannotBeReadIsNotReplaced) {
   EXPECT_EQ(read("eject", 4), 4);
   EXPECT_TRUE(fs::is_directory(path));
   EXPECT_EQ(files(), 1U);
+}
+
+TEST_F(IniFileTest, AFullDiskLeavesTheOldFileAndNothingBesideIt) {
+  put("[velmor_cd]\neject=1\n");
+  const std::string before = content();
+  struct rlimit usual = {};
+  getrlimit(RLIMIT_FSIZE, &usual);
+  struct rlimit tight = usual;
+  tight.rlim_cur = 8;
+  const auto handler = signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &tight);
+  const BOOL written = write("drive", "1");
+  setrlimit(RLIMIT_FSIZE, &usual);
+  signal(SIGXFSZ, handler);
+  EXPECT_EQ(written, 0);
+  EXPECT_EQ(content(), before);
+  EXPECT_EQ(files(), 1U);
+}
+
+TEST_F(IniFileTest, ALeftoverOfACrashedWriterIsInNobodysWay) {
+  const std::string leftover = path + ".new" + std::to_string(getpid()) + "-0";
+  std::ofstream(leftover) << "half";
+  EXPECT_EQ(write("eject", "1"), 1);
+  EXPECT_EQ(read("eject", 0), 1);
+  EXPECT_EQ(files(), 2U) << "what is not ours is not removed";
+}
+
+TEST_F(IniFileTest, ANewFileHasTheUsualPermissions) {
+  const mode_t mask = umask(022);
+  EXPECT_EQ(write("eject", "1"), 1);
+  umask(mask);
+  struct stat made = {};
+  stat(path.c_str(), &made);
+  EXPECT_EQ(made.st_mode & 0777U, 0644U);
 }
 
 TEST_F(IniFileTest, AMissingFolderIsAFailure) {
