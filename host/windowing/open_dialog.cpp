@@ -108,6 +108,7 @@ bool OpenDialog::is_checked(int id) const {
 std::vector<std::string> OpenDialog::rows(int combo_id) const {
   const auto found = control(combo_id, WindowKind::combo_box, "a drop-down list");
   std::vector<std::string> all;
+  all.reserve(static_cast<size_t>(found->combo.count()));
   for (int row = 0; row < found->combo.count(); ++row) {
     all.push_back(found->combo.text(row));
   }
