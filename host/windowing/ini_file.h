@@ -1,0 +1,62 @@
+// The text of an ini file: sections of `key=value` lines, with everything that people wrote around
+// them kept.
+//
+// Names of sections and keys match without regard to letter case; blanks around names and values do
+// not count. Where a section or a key occurs twice, the first one counts. Lines that begin with
+// ';' or '#' are comments.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmor::windowing {
+
+class IniFile {
+ public:
+  explicit IniFile(std::string_view text = {});
+
+  /// The file's text read; an empty one when the file does not exist. Nothing when it exists and
+  /// cannot be read.
+  static std::optional<IniFile> load(const std::string& path);
+  /// Puts the text in the file's place in one step: whoever opens the file finds the old text or
+  /// the new one, also after a crash. The file's permissions stay, and so does a symbolic
+  /// link that leads to it. Two programs that change the file at once: the later one's text stays.
+  bool store(const std::string& path) const;
+
+  std::vector<std::string> sections() const;
+  std::vector<std::string> keys(std::string_view section) const;
+  std::optional<std::string> value(std::string_view section, std::string_view key) const;
+
+  /// False, and nothing changed, for texts that a line of the file cannot hold.
+  bool set(std::string_view section, std::string_view key, std::string_view value);
+  void erase(std::string_view section, std::string_view key);
+  void erase_section(std::string_view section);
+
+  std::string text() const;
+
+ private:
+  struct Line {
+    std::string text;      ///< without its end
+    std::string_view end;  ///< "\n", "\r\n" or, for a last line, nothing
+  };
+
+  /// The lines of a section, its heading not included; empty at the end when there is none.
+  struct Range {
+    size_t first, last;
+  };
+
+  Range find_section(std::string_view section) const;
+  bool has_section(std::string_view section) const;
+  /// Behind the section's last entry: comments further down may well introduce the next section.
+  size_t end_of_entries(const Range& range) const;
+  size_t find_key(const Range& range, std::string_view key) const;
+  std::string_view line_end() const;
+  void insert_line(size_t at, std::string text);
+  void append_section(std::string_view section);
+
+  std::vector<Line> lines_;
+};
+
+}  // namespace velmor::windowing

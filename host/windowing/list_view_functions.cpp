@@ -1,0 +1,145 @@
+#include <algorithm>
+
+#include "host/windowing/bounded_text.h"
+#include "host/windowing/desktop.h"
+#include "host/windowing/layer_functions.h"
+
+namespace velmor::windowing::functions {
+namespace {
+
+/// The list of a list view's handle, or an empty one that nobody sees.
+std::shared_ptr<ListView> find_list(HWND handle) {
+  const auto window = Desktop::the().find(handle);
+  if (!window || window->kind != WindowKind::list_view) {
+    return std::make_shared<ListView>();
+  }
+  return {window, &window->list};
+}
+
+bool is_list(HWND handle) {
+  const auto window = Desktop::the().find(handle);
+  return window && window->kind == WindowKind::list_view;
+}
+
+}  // namespace
+
+void ListView_SetExtendedListViewStyleEx(HWND list, int mask, int style) {
+  find_list(list)->set_extended_style(mask, style);
+}
+
+void ListView_InsertColumn(HWND list, int index, const LVCOLUMN* column) {
+  if (column != nullptr) {
+    find_list(list)->insert_column(index, *column);
+  }
+}
+
+BOOL ListView_DeleteColumn(HWND list, int index) {
+  return find_list(list)->remove_column(index) ? 1 : 0;
+}
+
+BOOL ListView_SetColumn(HWND list, int index, const LVCOLUMN* column) {
+  return column != nullptr && find_list(list)->set_column(index, *column) ? 1 : 0;
+}
+
+BOOL ListView_GetColumn(HWND list, int index, LVCOLUMN* column) {
+  const auto view = find_list(list);
+  if (column == nullptr || !view->has_column(index)) {
+    return 0;
+  }
+  const ListView::Column& from = view->columns()[static_cast<size_t>(index)];
+  if ((column->mask & LVCF_TEXT) != 0) {
+    copy_bounded(from.text, column->text, column->text_max);
+  }
+  if ((column->mask & LVCF_WIDTH) != 0) {
+    column->cx = from.width;
+  }
+  if ((column->mask & LVCF_FMT) != 0) {
+    column->fmt = from.format;
+  }
+  return 1;
+}
+
+int ListView_GetColumnWidth(HWND list, int index) {
+  const auto view = find_list(list);
+  return view->has_column(index) ? view->columns()[static_cast<size_t>(index)].width : 0;
+}
+
+BOOL ListView_SetColumnWidth(HWND list, int index, int width) {
+  LVCOLUMN column = {};
+  column.mask = LVCF_WIDTH;
+  column.cx = width;
+  return ListView_SetColumn(list, index, &column);
+}
+
+int ListView_InsertItem(HWND list, const LVITEM* item) {
+  return item != nullptr && is_list(list) ? find_list(list)->insert_row(*item) : -1;
+}
+
+bool ListView_SetItemText(HWND list, int row, int column, const char* text) {
+  return find_list(list)->set_text(row, column, text);
+}
+
+void ListView_GetItemText(HWND list, int row, int column, char* buffer, int size) {
+  copy_bounded(find_list(list)->text(row, column), buffer, size);
+}
+
+BOOL ListView_SetItem(HWND list, const LVITEM* item) {
+  return item != nullptr && find_list(list)->set_item(*item) ? 1 : 0;
+}
+
+BOOL ListView_GetItem(HWND list, LVITEM* item) {
+  const auto view = find_list(list);
+  if (item == nullptr || !view->has_row(item->item)) {
+    return 0;
+  }
+  if ((item->mask & LVIF_TEXT) != 0) {
+    copy_bounded(view->text(item->item, item->sub_item), item->text, item->text_max);
+  }
+  if ((item->mask & LVIF_PARAM) != 0) {
+    item->param = view->rows()[static_cast<size_t>(item->item)].param;
+  }
+  if ((item->mask & LVIF_STATE) != 0) {
+    item->state = view->state(item->item, item->state_mask);
+  }
+  return 1;
+}
+
+BOOL ListView_DeleteItem(HWND list, int row) {
+  return find_list(list)->remove_row(row) ? 1 : 0;
+}
+
+BOOL ListView_DeleteAllItems(HWND list) {
+  find_list(list)->clear();
+  return is_list(list) ? 1 : 0;
+}
+
+int ListView_GetItemCount(HWND list) {
+  return find_list(list)->count();
+}
+
+int ListView_GetNextItem(HWND list, int after, int flags) {
+  UINT state = 0;
+  state |= (flags & LVNI_FOCUSED) != 0 ? LVIS_FOCUSED : 0;
+  state |= (flags & LVNI_SELECTED) != 0 ? LVIS_SELECTED : 0;
+  return find_list(list)->next(after, state);
+}
+
+int ListView_GetSelectedCount(HWND list) {
+  return static_cast<int>(std::ranges::count_if(
+      find_list(list)->rows(),
+      [](const ListView::Row& row) { return (row.state & LVIS_SELECTED) != 0; }));
+}
+
+int ListView_GetSelectionMark(HWND list) {
+  return ListView_GetNextItem(list, -1, LVNI_SELECTED);
+}
+
+UINT ListView_GetItemState(HWND list, int row, UINT mask) {
+  return find_list(list)->state(row, mask);
+}
+
+BOOL ListView_SetItemState(HWND list, int row, UINT state, UINT mask) {
+  return is_list(list) && find_list(list)->set_state(row, state, mask) ? 1 : 0;
+}
+
+}  // namespace velmor::windowing::functions

@@ -1,0 +1,73 @@
+// A dialog on the screen, with what a person can see of it and do to it.
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "abi/quelm_types.h"
+#include "host/windowing/window.h"
+
+namespace velmor::windowing {
+
+/// What a person tried and cannot do: press a disabled button, pick a row that is not there.
+class CannotDo : public std::logic_error {
+  using std::logic_error::logic_error;
+};
+
+/// Works for modal dialogs and for modeless ones, by their handle. Controls are named by their ids.
+/// Every function throws `CannotDo` when there is no such control, when the control is of another
+/// kind, and when the dialog is gone; those that change something also when it takes no input.
+class OpenDialog {
+ public:
+  explicit OpenDialog(HWND dialog) : dialog_(dialog) {}
+
+  HWND handle() const { return dialog_; }
+  /// Neither ended nor destroyed.
+  bool is_open() const;
+
+  // What it shows.
+  intptr_t resource_id() const;
+  std::string title() const;
+  /// All controls in tab order, labels among them; the pointers are good until the next change.
+  std::vector<const Window*> controls() const;
+  bool has(int id) const;
+  /// An edit's or label's text, a button's caption, the text of a combo box's selected row.
+  std::string text(int id) const;
+  bool is_enabled(int id) const;
+  bool is_checked(int id) const;
+  std::vector<std::string> rows(int combo_id) const;
+  int selected_row(int combo_id) const;  ///< -1: none
+  LPARAM row_data(int combo_id, int row) const;
+  std::vector<std::string> list_columns(int list_id) const;
+  /// Row by row; each has as many cells as there are columns.
+  std::vector<std::vector<std::string>> list_rows(int list_id) const;
+
+  // What a person does to it.
+  /// Replaces an edit's text.
+  void type(int id, std::string_view text);
+  /// Picks a row of a drop-down list, also the one already picked.
+  void pick(int combo_id, int row);
+  /// Presses a push button, check box or radio button.
+  void press(int id);
+  /// Presses a check box where it stands otherwise.
+  void set_checked(int id, bool checked);
+  /// Presses the button that has the focus, else the default button.
+  void press_enter();
+  void press_escape();
+  void close() { press_escape(); }
+
+ private:
+  std::shared_ptr<Window> dialog() const;
+  std::shared_ptr<Window> control(int id) const;
+  std::shared_ptr<Window> control(int id, WindowKind kind, std::string_view kind_name) const;
+  std::shared_ptr<Window> check_control(int id) const;
+  std::shared_ptr<Window> hand_on(const std::shared_ptr<Window>& control) const;
+  void require_input() const;
+
+  HWND dialog_;
+};
+
+}  // namespace velmor::windowing
