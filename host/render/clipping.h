@@ -1,0 +1,17 @@
+// Samples beyond full scale, which the image cannot hold.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace velmor::render {
+
+struct Clipping {
+  int64_t samples = 0;       ///< beyond full scale, or no number at all
+  int64_t first_frame = -1;  ///< where the first one is, from the render's start
+
+  /// Looks at a stretch that begins `start` frames from the render's start.
+  void look(const std::vector<double>& left, const std::vector<double>& right, int64_t start);
+};
+
+}  // namespace velmor::render

@@ -1,0 +1,115 @@
+// velmor-render: audio files to a CD image, through the module.
+#include <clocale>
+#include <cstdio>
+#include <filesystem>
+
+#include "host/render/album.h"
+#include "host/render/failure.h"
+#include "host/render/interrupt.h"
+#include "host/render/module_library.h"
+#include "host/render/options.h"
+#include "host/render/output_pair.h"
+#include "host/render/preflight.h"
+#include "host/render/renderer.h"
+#include "host/render/report.h"
+
+namespace velmor::render {
+
+namespace {
+
+void printError(const std::string& sentence) {
+  fprintf(stderr, "%s: %s\n", kProgram, sentence.c_str());
+}
+
+void printWarnings(const Options& options, const std::vector<std::string>& warnings) {
+  if (options.quiet) return;
+  for (const std::string& warning : warnings) {
+    fprintf(stderr, "%s: warning: %s\n", kProgram, warning.c_str());
+  }
+}
+
+SinkConfig sinkConfig(const Options& options) {
+  return {static_cast<int32_t>(kIsoFormatCode),
+          options.disc_leadin_ms,
+          options.track_leadin_ms,
+          0,
+          options.track_mode,
+          options.hash_markers_only};
+}
+
+std::vector<std::string> inputFiles(const Options& options) {
+  std::vector<std::string> files = options.inputs;
+  if (!options.labels.empty()) files.push_back(options.labels);
+  return files;
+}
+
+/// The warnings, after any error that forbids the render has been thrown.
+std::vector<std::string> checked(const SinkConfig& config, const Album& album,
+                                 const TrackPlan& plan) {
+  Findings findings = checkBeforeRender(config, album.project, plan);
+  if (!findings.errors.empty()) throw RenderError(findings.errors.front());
+  std::vector<std::string> warnings = album.warnings;
+  warnings.insert(warnings.end(), findings.warnings.begin(), findings.warnings.end());
+  return warnings;
+}
+
+void run(const Options& options) {
+  OutputPair output(options.output, options.force, inputFiles(options));
+  const ModuleLibrary module(options.module.empty() ? defaultModulePath() : options.module);
+  const Album album = layOutAlbum(options);
+  const SinkConfig config = sinkConfig(options);
+  const TrackPlan plan = planTracks(config, album.project.marks, album.frames());
+  const std::vector<std::string> warnings = checked(config, album, plan);
+  printWarnings(options, warnings);
+
+  const RenderOutcome outcome =
+      renderAlbum(module.sink(), config, album, options, output.workingSheet());
+  checkFinishedFiles(output.workingSheet(), output.workingImage(), outcome.image_seconds,
+                     static_cast<int>(plan.tracks.size()));
+  const CueText sheet = readCueText(output.workingSheet());
+  stopIfInterrupted();
+  output.commit();
+
+  const Report report{album,
+                      plan,
+                      sheet,
+                      outcome,
+                      output.sheet(),
+                      output.image(),
+                      std::filesystem::file_size(output.sheet()),
+                      std::filesystem::file_size(output.image()),
+                      warnings};
+  if (options.json) {
+    printJsonReport(report);
+  } else if (!options.quiet) {
+    printReport(report);
+  }
+}
+
+int fail(const Options& options, const std::string& sentence, int status) {
+  printError(sentence);
+  if (options.json) printJsonFailure(sentence);
+  return status;
+}
+
+}  // namespace
+
+}  // namespace velmor::render
+
+int main(int argc, char** argv) {
+  using namespace velmor::render;
+  const CommandLine line = parseCommandLine(argc, argv);
+  if (line.exit_status) return *line.exit_status;
+  const Options& options = line.options;
+  try {
+    watchForInterrupts();
+    run(options);
+    return 0;
+  } catch (const Interrupted& interruption) {
+    return fail(options, "interrupted; nothing was written", interruption.exitStatus());
+  } catch (const UsageError& error) {
+    return fail(options, error.what(), 2);
+  } catch (const std::exception& error) {
+    return fail(options, error.what(), 1);
+  }
+}

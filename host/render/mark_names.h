@@ -1,0 +1,17 @@
+// What the module makes of a marker's name.
+#pragma once
+
+#include <string>
+
+namespace velmor::render {
+
+/// Whether the name is a tag of the track it lies in: "PERF=", "WRIT=" or "ISRC=", in any case.
+bool isTag(const std::string& name);
+
+/// Whether a marker of that name can begin a track.
+bool namesTrack(const std::string& name, bool hash_only);
+
+/// The title such a track gets.
+std::string trackTitle(const std::string& name, bool hash_only);
+
+}  // namespace velmor::render

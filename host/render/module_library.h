@@ -1,0 +1,34 @@
+// The module, loaded and bound as a workstation does it.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "abi/host_functions.h"
+#include "abi/sink_registration.h"
+
+namespace velmor::render {
+
+/// Lives from load to unload. One at a time: the interface has no place for more.
+class ModuleLibrary {
+ public:
+  /// Loads the module at `path` and has it register its sink; throws `RenderError` when it will
+  /// not.
+  explicit ModuleLibrary(const std::string& path);
+  /// Tells the module of the end with a null record and unloads it.
+  ~ModuleLibrary();
+  ModuleLibrary(const ModuleLibrary&) = delete;
+  ModuleLibrary& operator=(const ModuleLibrary&) = delete;
+
+  const SinkRegistration& sink() const { return *m_sink; }
+
+ private:
+  void* m_handle = nullptr;
+  VelmorPluginEntryFn m_entry = nullptr;
+  const SinkRegistration* m_sink = nullptr;
+};
+
+/// Where the module is when the person does not say: beside the program.
+std::string defaultModulePath();
+
+}  // namespace velmor::render

@@ -1,0 +1,204 @@
+#include "host/render/options.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <cstdio>
+#include <filesystem>
+
+#include "host/render/codes.h"
+#include "host/render/failure.h"
+#include "host/render/input/mark_parsing.h"
+
+namespace velmor::render {
+
+namespace {
+
+constexpr int kLargestBlock = 1 << 20;
+constexpr const char* kAbout =
+    "Renders audio files to an audio CD image (BIN) with a cue sheet, through the velmor_cd "
+    "module.";
+constexpr const char* kExamples = R"(Examples:
+  velmor-render one.wav two.flac -o album.cue
+  velmor-render mix.wav --labels mix.txt --track-leadin 2000 --title "Night Drive" -o album.cue
+
+TIME is seconds (12.5), MM:SS.mmm or MM:SS:FF with 75 frames a second.
+Exit status: 0 done, 1 failed, 2 wrong usage, 130 interrupted.)";
+
+/// What CLI11 collects as text, before it becomes `Options`.
+struct RawOptions {
+  std::string track_mode = "markers";
+  std::string dither = "none";
+  std::vector<std::string> isrcs, markers, regions, metas;
+  std::string start, end;
+};
+
+void addInputsAndOutput(CLI::App& app, Options& options) {
+  app.add_option("INPUT", options.inputs, "audio files, laid end to end in this order")
+      ->required()
+      ->type_name("");
+  app.add_option("-o,--output", options.output, "the cue sheet to write; the image goes beside it")
+      ->required()
+      ->type_name("ALBUM.cue");
+  app.add_flag("--force", options.force, "replace an existing sheet and image");
+}
+
+void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
+  app.add_option("--track-mode", raw.track_mode, "what makes a track: markers, regions or one")
+      ->check(CLI::IsMember({"markers", "regions", "one"}))
+      ->type_name("MODE")
+      ->group("Tracks");
+  app.add_option("--track-leadin", options.track_leadin_ms,
+                 "silence before every track but the first, milliseconds")
+      ->check(CLI::Range(0, 2147483647))
+      ->type_name("MS")
+      ->group("Tracks");
+  app.add_option("--disc-leadin", options.disc_leadin_ms,
+                 "silence before the first track, milliseconds")
+      ->check(CLI::Range(0, 2147483647))
+      ->type_name("MS")
+      ->group("Tracks");
+  app.add_flag("--hash-markers-only", options.hash_markers_only,
+               "only markers whose name starts with # make tracks")
+      ->group("Tracks");
+  app.add_option("--marker", raw.markers, "add a marker; may be given again")
+      ->type_name("TIME=NAME")
+      ->allow_extra_args(false)
+      ->group("Tracks");
+  app.add_option("--region", raw.regions, "add a region; may be given again")
+      ->type_name("START-END=NAME")
+      ->allow_extra_args(false)
+      ->group("Tracks");
+  app.add_option("--labels", options.labels, "add the marks of an Audacity label track")
+      ->type_name("FILE")
+      ->group("Tracks");
+  app.add_flag("!--no-embedded-markers", options.embedded_markers,
+               "leave out the cue points and regions inside the inputs")
+      ->group("Tracks");
+}
+
+void addTextOptions(CLI::App& app, Options& options, RawOptions& raw) {
+  DiscTexts& texts = options.texts;
+  const auto text = [&app](const char* name, std::string& value, const char* about) {
+    app.add_option(name, value, about)->type_name("TEXT")->group("Texts and codes");
+  };
+  text("--title", texts.title, "the disc's title (default: the inputs' album tag)");
+  text("--performer", texts.performer, "the disc's performer (default: the inputs' artist tag)");
+  text("--songwriter", texts.songwriter, "the disc's songwriter");
+  text("--catalog", texts.catalogue, "the disc's catalogue number (MCN), 13 digits");
+  text("--comment", texts.comment, "a remark for the sheet (REM)");
+  app.add_option("--meta", raw.metas, "one more disc field; may be given again")
+      ->type_name("KEY=VALUE")
+      ->allow_extra_args(false)
+      ->group("Texts and codes");
+  app.add_option("--isrc", raw.isrcs, "the ISRC of an input's track; may be given again")
+      ->type_name("INPUT_NUMBER=CODE")
+      ->allow_extra_args(false)
+      ->group("Texts and codes");
+}
+
+void addRenderOptions(CLI::App& app, Options& options, RawOptions& raw) {
+  app.add_option("--start", raw.start, "render from here")->type_name("TIME")->group("Render");
+  app.add_option("--end", raw.end, "render up to here")->type_name("TIME")->group("Render");
+  app.add_option("--dither", raw.dither, "none, or tpdf for sources of more than 16 bits")
+      ->check(CLI::IsMember({"none", "tpdf"}))
+      ->type_name("KIND")
+      ->group("Render");
+  app.add_option("--block", options.block, "frames handed to the module at a time")
+      ->check(CLI::Range(1, kLargestBlock))
+      ->type_name("FRAMES")
+      ->group("Render");
+  app.add_option("--module", options.module,
+                 "the module (default: velmor_cd.so beside the program)")
+      ->type_name("PATH")
+      ->group("Render");
+  app.add_flag("--json", options.json, "print the result as JSON")->group("Render");
+  app.add_flag("--quiet", options.quiet, "print errors only")->group("Render");
+}
+
+std::pair<std::string, std::string> splitAssignment(const std::string& text, const char* option,
+                                                    const char* form) {
+  const size_t at = text.find('=');
+  if (at == std::string::npos || at == 0) {
+    throw UsageError(std::string(option) + " \"" + text + "\" is not of the form " + form);
+  }
+  return {text.substr(0, at), text.substr(at + 1)};
+}
+
+void readIsrcs(const RawOptions& raw, Options& options) {
+  for (const std::string& text : raw.isrcs) {
+    const auto [number_text, code_text] = splitAssignment(text, "--isrc", "INPUT_NUMBER=CODE");
+    int number = 0;
+    const char* const end = number_text.data() + number_text.size();
+    const auto [stop, error] = std::from_chars(number_text.data(), end, number);
+    if (error != std::errc() || stop != end || number < 1 ||
+        number > static_cast<int>(options.inputs.size())) {
+      throw UsageError("--isrc \"" + text + "\" names input " + number_text +
+                       ", but there are only " + std::to_string(options.inputs.size()) +
+                       "; inputs count from 1");
+    }
+    const auto code = normalisedIsrc(code_text);
+    if (!code) {
+      throw UsageError(
+          "--isrc \"" + text +
+          "\" is no ISRC: it needs two letters, three letters or digits and seven digits");
+    }
+    if (!options.isrcs.emplace(number, *code).second) {
+      throw UsageError("--isrc is given twice for input " + number_text);
+    }
+  }
+}
+
+void readRaw(const RawOptions& raw, Options& options) {
+  options.track_mode = raw.track_mode == "regions" ? kTracksFromRegions
+                       : raw.track_mode == "one"   ? kOneTrack
+                                                   : kTracksFromMarkers;
+  options.dither = raw.dither == "tpdf" ? Dither::tpdf : Dither::none;
+  readIsrcs(raw, options);
+  for (const std::string& text : raw.metas) {
+    options.texts.more.push_back(splitAssignment(text, "--meta", "KEY=VALUE"));
+  }
+  for (const std::string& text : raw.markers) options.marks.push_back(parseMarkerOption(text));
+  for (const std::string& text : raw.regions) options.marks.push_back(parseRegionOption(text));
+  if (!raw.start.empty()) options.start = parseTime(raw.start);
+  if (!raw.end.empty()) options.end = parseTime(raw.end);
+  if (options.start && options.end && *options.end <= *options.start) {
+    throw UsageError("--end " + raw.end + " does not lie after --start " + raw.start);
+  }
+}
+
+}  // namespace
+
+CommandLine parseCommandLine(int argc, char** argv) {
+  CommandLine line;
+  RawOptions raw;
+  CLI::App app(kAbout, kProgram);
+  app.footer(kExamples);
+  app.set_version_flag("--version", std::string(kProgram) + " " + VELMOR_VERSION);
+  app.get_formatter()->column_width(38);
+  addInputsAndOutput(app, line.options);
+  addTrackOptions(app, line.options, raw);
+  addTextOptions(app, line.options, raw);
+  addRenderOptions(app, line.options, raw);
+  try {
+    app.parse(argc, argv);
+    readRaw(raw, line.options);
+  } catch (const CLI::CallForHelp&) {
+    fputs(app.help().c_str(), stdout);
+    line.exit_status = 0;
+  } catch (const CLI::CallForVersion& version) {
+    printf("%s\n", version.what());
+    line.exit_status = 0;
+  } catch (const CLI::ParseError& error) {
+    fprintf(stderr, "%s: %s; --help lists the options\n", kProgram, error.what());
+    line.exit_status = 2;
+  } catch (const UsageError& error) {
+    fprintf(stderr, "%s: %s\n", kProgram, error.what());
+    line.exit_status = 2;
+  } catch (const InputError& error) {  // a time, marker or region that is none
+    fprintf(stderr, "%s: %s\n", kProgram, error.what());
+    line.exit_status = 2;
+  }
+  return line;
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,153 @@
+#include "host/render/output_pair.h"
+
+#include <fcntl.h>
+#include <strings.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <system_error>
+
+#include "host/render/failure.h"
+
+namespace velmor::render {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr size_t kLongestName = 200;  // bytes; leaves room below the file systems' 255
+
+fs::path sheetPath(const std::string& output) {
+  const bool has_ending =
+      output.size() > 4 && strcasecmp(output.c_str() + output.size() - 4, ".cue") == 0;
+  return has_ending ? output : output + ".cue";
+}
+
+std::string quoted(const fs::path& path) {
+  return '"' + path.string() + '"';
+}
+
+/// Whether another program holds the file under a lock.
+bool isHeld(const fs::path& path) {
+  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return false;
+  const bool held = flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  close(fd);
+  return held;
+}
+
+bool sameFile(const fs::path& a, const fs::path& b) {
+  std::error_code error;
+  return fs::equivalent(a, b, error) && !error;
+}
+
+/// Moves files one by one and, when one fails, all of them back.
+class Moves {
+ public:
+  ~Moves() {
+    if (m_done) return;
+    for (auto move = m_moves.rbegin(); move != m_moves.rend(); ++move) {
+      std::error_code ignored;
+      fs::rename(move->second, move->first, ignored);
+    }
+  }
+  void move(const fs::path& from, const fs::path& to) {
+    std::error_code error;
+    fs::rename(from, to, error);
+    if (error) {
+      throw RenderError("the finished disc cannot be put in its place, " + quoted(to) + ": " +
+                        error.message());
+    }
+    m_moves.emplace_back(from, to);
+  }
+  void keep() { m_done = true; }
+
+ private:
+  std::vector<std::pair<fs::path, fs::path>> m_moves;
+  bool m_done = false;
+};
+
+}  // namespace
+
+OutputPair::OutputPair(const std::string& output, bool force,
+                       const std::vector<std::string>& inputs)
+    : m_sheet(sheetPath(output)) {
+  m_image = m_sheet;
+  m_image.replace_extension(".bin");
+  checkName();
+  checkTargets(force, inputs);
+  const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
+  std::string pattern = (parent / ".velmor-render-XXXXXX").string();
+  if (!mkdtemp(pattern.data())) {
+    throw RenderError("nothing can be written to the folder " + quoted(parent) + ": " +
+                      std::string(strerror(errno)) + "; choose another with -o");
+  }
+  m_folder = pattern;
+}
+
+OutputPair::~OutputPair() {
+  std::error_code ignored;
+  if (!m_folder.empty()) fs::remove_all(m_folder, ignored);
+}
+
+void OutputPair::checkName() const {
+  const std::string name = m_sheet.filename().string();
+  for (const char c : name) {
+    const bool control = static_cast<unsigned char>(c) < 0x20;
+    if (c != '"' && c != '\\' && !control) continue;
+    throw RenderError(std::string("the output's name holds a ") +
+                      (control    ? "line break or control character"
+                       : c == '"' ? "\""
+                                  : "backslash") +
+                      ", which a cue sheet cannot hold; choose another with -o");
+  }
+  if (name.size() <= 4 || name.size() > kLongestName) {
+    throw RenderError("the output " + quoted(m_sheet) +
+                      " has no usable file name; give one like album.cue with -o");
+  }
+}
+
+void OutputPair::checkTargets(bool force, const std::vector<std::string>& inputs) const {
+  const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
+  std::error_code error;
+  if (!fs::is_directory(parent, error)) {
+    throw RenderError("there is no folder " + quoted(parent) +
+                      " to write to; make it, or choose another with -o");
+  }
+  for (const fs::path& target : {m_sheet, m_image}) {
+    for (const std::string& input : inputs) {
+      if (sameFile(target, input)) {
+        throw RenderError("the output " + quoted(target) +
+                          " is one of the inputs and would be overwritten; choose another with -o");
+      }
+    }
+    if (!fs::exists(fs::symlink_status(target))) continue;
+    if (fs::is_directory(target)) {
+      throw RenderError("the output " + quoted(target) + " is a folder; choose another with -o");
+    }
+    if (!force) {
+      throw RenderError(quoted(target) +
+                        " exists already; --force replaces it, -o chooses another place");
+    }
+    if (isHeld(target)) {
+      throw RenderError(quoted(target) +
+                        " is in use by another program; wait for it, or choose another with -o");
+    }
+  }
+}
+
+void OutputPair::commit() {
+  Moves moves;
+  const fs::path old_folder = m_folder / "replaced";
+  fs::create_directory(old_folder);
+  for (const fs::path& target : {m_sheet, m_image}) {
+    if (fs::exists(fs::symlink_status(target))) moves.move(target, old_folder / target.filename());
+  }
+  moves.move(workingImage(), m_image);
+  moves.move(workingSheet(), m_sheet);
+  moves.keep();
+}
+
+}  // namespace velmor::render

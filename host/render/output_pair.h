@@ -1,0 +1,43 @@
+// The sheet and the image: made beside their place, and put there together when they are complete.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace velmor::render {
+
+/// The two files of a render. Until `commit` they lie in a folder of their own beside the target,
+/// which goes with the object, so that nothing half-written is ever seen and an old pair stays
+/// whole.
+class OutputPair {
+ public:
+  /// `output`: what the person named, with or without ".cue". Throws `RenderError` when the pair
+  /// cannot go there: a missing or read-only folder, a name that a sheet cannot hold, an input in
+  /// the way, an existing pair without `force`, or one that another program holds.
+  OutputPair(const std::string& output, bool force, const std::vector<std::string>& inputs);
+  ~OutputPair();
+  OutputPair(const OutputPair&) = delete;
+  OutputPair& operator=(const OutputPair&) = delete;
+
+  /// Where the pair is being made.
+  std::string workingSheet() const { return (m_folder / m_sheet.filename()).string(); }
+  std::string workingImage() const { return (m_folder / m_image.filename()).string(); }
+  /// Where it will be.
+  std::string sheet() const { return m_sheet.string(); }
+  std::string image() const { return m_image.string(); }
+
+  /// Puts the pair into its place; throws `RenderError`, with everything as it was, when that
+  /// fails.
+  void commit();
+
+ private:
+  void checkName() const;
+  void checkTargets(bool force, const std::vector<std::string>& inputs) const;
+
+  std::filesystem::path m_sheet;
+  std::filesystem::path m_image;
+  std::filesystem::path m_folder;  ///< the working one
+};
+
+}  // namespace velmor::render

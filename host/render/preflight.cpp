@@ -1,0 +1,146 @@
+#include "host/render/preflight.h"
+
+#include <strings.h>
+
+#include <set>
+
+#include "host/render/codes.h"
+#include "host/render/disc_time.h"
+
+namespace velmor::render {
+
+namespace {
+
+constexpr size_t kMostTracks = 99;              // Red Book
+constexpr int64_t kShortestTrackSectors = 300;  // Red Book
+constexpr int64_t kSectorsOf74Minutes = 333000;
+constexpr int64_t kSectorsOf7957 = 359775;
+constexpr size_t kLongestText = 80;  // characters; several readers refuse more
+
+std::string quoted(const std::string& text) {
+  return '"' + text + '"';
+}
+
+/// "A", "B" and 3 more.
+std::string listed(const std::vector<std::string>& names) {
+  constexpr size_t kShown = 5;
+  std::string text;
+  for (size_t i = 0; i < names.size() && i < kShown; ++i) {
+    text += (i ? ", " : "") + quoted(names[i]);
+  }
+  if (names.size() > kShown) text += " and " + std::to_string(names.size() - kShown) + " more";
+  return text;
+}
+
+void checkTracks(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
+  if (config.track_mode == kTracksFromRegions && plan.rendered_frames == 0) {
+    findings.errors.push_back(
+        "there is no region with audio in the render range, so the image would be empty; add one "
+        "with "
+        "--region, or choose --track-mode markers");
+  }
+  if (plan.tracks.size() > kMostTracks) {
+    findings.errors.push_back("the marks make " + std::to_string(plan.tracks.size()) +
+                              " tracks, but a CD holds 99; take some marks away");
+  }
+  const int64_t last = plan.tracks.back().frames / kFramesPerSector;
+  if (last < kShortestTrackSectors && plan.rendered_frames > 0) {
+    findings.warnings.push_back("the last track lasts " +
+                                clockTime(static_cast<double>(last) / kSectorsPerSecond) +
+                                ", but a CD track needs 4 seconds; a plant may refuse it");
+  }
+}
+
+void checkLength(const TrackPlan& plan, Findings& findings) {
+  const int64_t sectors = plan.image_frames / kFramesPerSector;
+  if (sectors > kSectorsOf7957) {
+    findings.warnings.push_back("the disc lasts " + msfOf(sectors) +
+                                " (MM:SS:FF), longer than the 79:57 that an 80-minute disc holds");
+  } else if (sectors > kSectorsOf74Minutes) {
+    findings.warnings.push_back("the disc lasts " + msfOf(sectors) +
+                                " (MM:SS:FF), longer than the 74 minutes that every plant takes");
+  }
+}
+
+void checkStarts(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
+  std::vector<std::string> inside;
+  for (size_t i = 0; i < plan.tracks.size(); ++i) {
+    if (plan.tracks[i].start_frame % kFramesPerSector) inside.push_back(std::to_string(i + 1));
+  }
+  if (!inside.empty()) {
+    findings.warnings.push_back(
+        (inside.size() == 1
+             ? "track " + inside[0] + " starts"
+             : std::to_string(inside.size()) + " tracks (the first is " + inside[0] + ") start") +
+        " inside a sector, so the sheet points up to 1/75 second before the music; --track-leadin "
+        "aligns tracks to sectors");
+  }
+  if (config.track_leadin_ms > 0 && config.track_leadin_ms < 1000 && plan.tracks.size() > 1) {
+    findings.warnings.push_back(
+        "a track lead-in under a second makes INDEX 00 and INDEX 01 of a track the same, which "
+        "some "
+        "readers refuse; use 0 or at least 1000 ms");
+  }
+}
+
+void checkNames(const TrackPlan& plan, Findings& findings) {
+  if (!plan.dropped_markers.empty()) {
+    findings.warnings.push_back(
+        (plan.dropped_markers.size() == 1 ? "the marker " : "the markers ") +
+        listed(plan.dropped_markers) +
+        (plan.dropped_markers.size() == 1 ? " makes no track: it comes"
+                                          : " make no tracks: they come") +
+        " within 4 seconds of a track's start");
+  }
+  if (!plan.joined_regions.empty()) {
+    findings.warnings.push_back(listed(plan.joined_regions) +
+                                " joins the track before, which lasts under 4 seconds, but keeps "
+                                "its name: from there on the "
+                                "titles are out of step with the tracks");
+  }
+  for (size_t i = 0; i < plan.tracks.size(); ++i) {
+    if (plan.tracks[i].title.size() > kLongestText) {
+      findings.warnings.push_back("the title of track " + std::to_string(i + 1) +
+                                  " is longer than the 80 characters that all readers take");
+    }
+  }
+}
+
+void checkCodes(const HostProject& project, Findings& findings) {
+  for (const auto& [key, value] : project.metadata) {
+    if (strcasecmp(key.c_str(), "CUE:DISC_CATALOG") != 0) continue;
+    if (const auto fault = catalogueFault(value)) {
+      findings.warnings.push_back("the catalogue number " + quoted(value) + " " + *fault);
+    }
+  }
+  std::set<std::string> seen;
+  for (const Mark& mark : project.marks) {
+    if (strncasecmp(mark.name.c_str(), "ISRC=", 5) != 0) continue;
+    const std::string text = mark.name.substr(5);
+    const auto code = normalisedIsrc(text);
+    if (!code || *code != text) {
+      findings.warnings.push_back(
+          "the ISRC " + quoted(text) +
+          " has not the form of two capitals, three capitals or digits and seven digits");
+    }
+    if (!seen.insert(code.value_or(text)).second) {
+      findings.warnings.push_back("the ISRC " + quoted(text) +
+                                  " is used twice; every recording has its own");
+    }
+  }
+}
+
+}  // namespace
+
+Findings checkBeforeRender(const SinkConfig& config, const HostProject& project,
+                           const TrackPlan& plan) {
+  Findings findings;
+  checkTracks(config, plan, findings);
+  checkLength(plan, findings);
+  checkStarts(config, plan, findings);
+  checkNames(plan, findings);
+  checkCodes(project, findings);
+  return findings;
+}
+
+}  // namespace velmor::render

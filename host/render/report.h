@@ -1,0 +1,35 @@
+// What is told at the end.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/render/album.h"
+#include "host/render/cue_text.h"
+#include "host/render/renderer.h"
+#include "host/render/track_plan.h"
+
+namespace velmor::render {
+
+inline constexpr int kJsonSchema = 1;
+
+struct Report {
+  const Album& album;
+  const TrackPlan& plan;
+  const CueText& sheet;
+  const RenderOutcome& outcome;
+  std::string sheet_path, image_path;
+  uint64_t sheet_bytes = 0;
+  uint64_t image_bytes = 0;
+  std::vector<std::string> warnings;
+};
+
+/// The track list, the files and what is worth knowing, for people.
+void printReport(const Report& report);
+/// The same as one JSON object.
+void printJsonReport(const Report& report);
+/// A failure as a JSON object.
+void printJsonFailure(const std::string& sentence);
+
+}  // namespace velmor::render

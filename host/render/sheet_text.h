@@ -1,0 +1,13 @@
+// Texts that a cue sheet can hold.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace velmor::render {
+
+/// `text` with line breaks and other control characters made blanks and double quotes made
+/// apostrophes: either would end a field early. Adds a warning for each text that changes.
+std::string fitForSheet(const std::string& text, std::vector<std::string>& warnings);
+
+}  // namespace velmor::render

@@ -1,0 +1,34 @@
+// The tracks that the module is going to make, known before a sample is rendered.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "abi/sink_registration.h"
+#include "host/render/input/audio_input.h"
+
+namespace velmor::render {
+
+struct PlannedTrack {
+  std::string title;
+  double start = 0.0;       ///< image seconds, as the sheet's INDEX 01 is made from
+  int64_t start_frame = 0;  ///< first frame of its audio in the image
+  int64_t frames = 0;       ///< up to the next track's start, or the image's end
+};
+
+struct TrackPlan {
+  std::vector<PlannedTrack> tracks;
+  int64_t image_frames = 0;     ///< padding included
+  int64_t rendered_frames = 0;  ///< of the input
+  int silences = 0;             ///< lead-ins written
+  std::vector<std::string>
+      dropped_markers;  ///< names of markers within four seconds of a track start
+  std::vector<std::string> joined_regions;  ///< names of regions that join the track before
+};
+
+/// Predicts the layout for `frames` frames of input under the marks of the project (render starts
+/// at 0).
+TrackPlan planTracks(const SinkConfig& config, const std::vector<Mark>& marks, int64_t frames);
+
+}  // namespace velmor::render
