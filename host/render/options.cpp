@@ -119,7 +119,8 @@ std::pair<std::string, std::string> splitAssignment(const std::string& text, con
                                                     const char* form) {
   const size_t at = text.find('=');
   if (at == std::string::npos || at == 0) {
-    throw UsageError(std::string(option) + " \"" + text + "\" is not of the form " + form);
+    throw UsageError(
+        std::string(option).append(" \"").append(text).append("\" is not of the form ") + form);
   }
   return {text.substr(0, at), text.substr(at + 1)};
 }
