@@ -1,0 +1,57 @@
+// Expected images and sheets, put together by hand.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tests/fake_host/session.h"
+
+namespace expected {
+
+inline constexpr int64_t kFramesPerSecond = 44100;
+inline constexpr int64_t kSectorFrames = 588;
+inline constexpr int64_t kSectorBytes = 2352;
+
+/// The lines, each with the sheet's line end.
+inline std::string Sheet(const std::vector<std::string>& lines) {
+  std::string sheet;
+  for (const std::string& line : lines) sheet += line + "\r\n";
+  return sheet;
+}
+
+/// An image under construction: stretches of the test signal and of silence.
+class Image {
+ public:
+  Image& Signal(int64_t first, int64_t end) {
+    const std::vector<int16_t> frames = fake_host::SignalFrames(first, end - first);
+    samples_.insert(samples_.end(), frames.begin(), frames.end());
+    return *this;
+  }
+  Image& Silence(int64_t frames) {
+    samples_.resize(samples_.size() + static_cast<size_t>(2 * frames), 0);
+    return *this;
+  }
+  Image& ToSector() {
+    const auto frames = static_cast<int64_t>(samples_.size() / 2);
+    return Silence((kSectorFrames - frames % kSectorFrames) % kSectorFrames);
+  }
+  const std::vector<int16_t>& samples() const { return samples_; }
+
+ private:
+  std::vector<int16_t> samples_;
+};
+
+/// Compares sample by sample and names the first frame that differs.
+inline void ExpectImage(const std::string& path, const Image& image) {
+  const std::vector<int16_t> found = fake_host::ReadSamples(path);
+  const std::vector<int16_t>& wanted = image.samples();
+  EXPECT_EQ(found.size(), wanted.size()) << "samples in " << path;
+  for (size_t i = 0; i < std::min(found.size(), wanted.size()); ++i) {
+    ASSERT_EQ(found[i], wanted[i]) << "frame " << i / 2 << ", channel " << i % 2;
+  }
+}
+
+}  // namespace expected
