@@ -1,0 +1,36 @@
+#include "tests/fake_host/loaded_module.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace fake_host {
+
+LoadedModule::LoadedModule() {
+  const std::string copy = folder_.File("module.so");
+  std::filesystem::copy_file(File(), copy);
+  handle_ = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (handle_ == nullptr) {
+    ADD_FAILURE() << dlerror();
+    return;
+  }
+  entry_ = reinterpret_cast<VelmorPluginEntryFn>(Symbol("VelmorPluginEntry"));
+  dll_main_ = reinterpret_cast<QuelmDllMainFn>(Symbol("QUELM_dllMain"));
+  EXPECT_NE(entry_, nullptr);
+  EXPECT_NE(dll_main_, nullptr);
+}
+
+LoadedModule::~LoadedModule() {
+  if (handle_ != nullptr) dlclose(handle_);
+}
+
+void* LoadedModule::Symbol(const char* name) const {
+  return handle_ == nullptr ? nullptr : dlsym(handle_, name);
+}
+
+std::string LoadedModule::File() {
+  return VELMOR_MODULE;
+}
+
+}  // namespace fake_host

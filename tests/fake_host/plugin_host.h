@@ -1,0 +1,114 @@
+// The host's side of the plug-in interface: functions by name, markers, metadata, translations.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "abi/host_functions.h"
+#include "abi/sink_registration.h"
+
+namespace fake_host {
+
+/// A project marker, or a region. Times are project seconds.
+struct Mark {
+  bool is_region = false;
+  double position = 0.0;
+  double end = 0.0;
+  std::optional<std::string> name = std::string();  ///< nullopt: the host gives a null name
+};
+
+Mark Marker(double position, std::optional<std::string> name = std::string());
+Mark Region(double position, double end, std::optional<std::string> name = std::string());
+
+/// One entry of the render's metadata.
+struct MetadataEntry {
+  std::optional<std::string> key;  ///< nullopt: the host leaves the key null
+  std::string value;
+};
+
+/// A call of `EnumProjectMarkers`: which outputs were asked for.
+struct MarkerCall {
+  int index = 0;
+  bool wants_region_flag = false;
+  bool wants_position = false;
+  bool wants_region_end = false;
+  bool wants_name = false;
+  bool wants_number = false;
+};
+
+struct LocalizeCall {
+  std::string text;
+  std::string section;
+  int flags = 0;
+  bool operator==(const LocalizeCall&) const = default;
+};
+
+struct PrepareDialogCall {
+  std::string prefix;
+  HINSTANCE instance = nullptr;
+  int resource_id = 0;
+  DLGPROC procedure = nullptr;
+  LPARAM init = 0;
+  void** scratch = nullptr;  ///< not to be followed after the call
+  int slots = 0;
+  void* fifth_slot = nullptr;
+};
+
+/// While it lives it is the host of the process: one at a time. Everything may be scripted between
+/// calls of the module, and everything the module calls is recorded in order.
+class PluginHost {
+ public:
+  PluginHost();
+  ~PluginHost();
+  PluginHost(const PluginHost&) = delete;
+  PluginHost& operator=(const PluginHost&) = delete;
+
+  /// The host does not offer this function.
+  void Withhold(const std::string& name) { withheld.insert(name); }
+  /// The record a host of the right version gives to the entry.
+  velmor_plugin_info_t Info() const;
+
+  // Script.
+  std::set<std::string> withheld;
+  int answer_to_registration = 1;
+  HWND main_window = nullptr;  ///< an address of the host's own by default
+  std::string ini_file;
+  std::vector<Mark> marks;  ///< in the order the host enumerates them
+  std::vector<MetadataEntry> metadata;
+  std::map<std::string, std::string> translations;  ///< by text; others stay as they are
+  DLGPROC prepared_procedure = nullptr;             ///< what `__localizePrepareDialog` returns
+  /// Called at the start of every `EnumProjectMarkers`, for a host that misbehaves.
+  std::function<void()> on_enumerate_markers;
+
+  // Record.
+  std::vector<std::string> lookups;  ///< names the entry asked for
+  std::vector<std::string> journal;  ///< "lookup NAME", "register KIND", "GetMainHwnd", …
+  std::vector<std::pair<std::string, void*>> registrations;
+  std::vector<std::pair<int, int>> disk_counters;
+  std::vector<MarkerCall> marker_calls;
+  std::vector<int> metadata_calls;
+  std::vector<LocalizeCall> localize_calls;
+  std::vector<PrepareDialogCall> prepare_calls;
+
+  /// The sink's record as registered; null when none was.
+  SinkRegistration* sink_registration() const;
+
+ private:
+  friend struct HostFunctions;
+  /// Hands out `text` in storage that the next call takes away.
+  const char* Lend(std::unique_ptr<std::string>& slot, const std::optional<std::string>& text);
+
+  int own_window_ = 0;
+  std::unique_ptr<std::string> lent_name_;
+  std::unique_ptr<std::string> lent_key_;
+  std::unique_ptr<std::string> lent_value_;
+};
+
+}  // namespace fake_host

@@ -1,0 +1,27 @@
+// What is printed on standard error during one step of a test.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace fake_host {
+
+/// Diverts descriptor 2 to a file until `Lines` is called or the object ends.
+class StandardErrorCapture {
+ public:
+  StandardErrorCapture();
+  ~StandardErrorCapture();
+  StandardErrorCapture(const StandardErrorCapture&) = delete;
+  StandardErrorCapture& operator=(const StandardErrorCapture&) = delete;
+
+  /// Ends the capture; the lines without their line breaks.
+  std::vector<std::string> Lines();
+
+ private:
+  void Restore();
+
+  int saved_ = -1;
+  int file_ = -1;
+};
+
+}  // namespace fake_host
