@@ -11,6 +11,16 @@ namespace {
 
 PluginHost* current = nullptr;
 
+int host_calls = 0;
+
+// Stands in every function the module calls.
+struct HostCall {
+  HostCall() { ++host_calls; }
+  ~HostCall() { --host_calls; }
+  HostCall(const HostCall&) = delete;
+  HostCall& operator=(const HostCall&) = delete;
+};
+
 // Indices are the host's own affair but for the first: these cannot be guessed by counting.
 constexpr int kFirstIndex = 0;
 int IndexAfter(size_t entry) {
@@ -24,6 +34,10 @@ std::optional<size_t> EntryAt(int index) {
 
 }  // namespace
 
+bool InHostCall() {
+  return host_calls > 0;
+}
+
 Mark Marker(double position, std::optional<std::string> name) {
   return {.is_region = false, .position = position, .end = 0.0, .name = std::move(name)};
 }
@@ -35,24 +49,29 @@ Mark Region(double position, double end, std::optional<std::string> name) {
 // The functions as the module calls them; plain functions, so they find the host by `current`.
 struct HostFunctions {
   static HWND GetMainHwnd() {
+    const HostCall in_call;
     current->journal.emplace_back("GetMainHwnd");
     return current->main_window;
   }
   static const char* GetExePath() {
+    const HostCall in_call;
     current->journal.emplace_back("GetExePath");
     return "/opt/velmor";
   }
   static const char* GetIniFile() {
+    const HostCall in_call;
     current->journal.emplace_back("get_ini_file");
     return current->ini_file.c_str();
   }
   static void FormatTimestr(double seconds, char* buf, int size) {
+    const HostCall in_call;
     current->journal.emplace_back("format_timestr");
     std::snprintf(buf, static_cast<size_t>(size), "%.3f", seconds);
   }
 
   static int EnumProjectMarkers(int idx, bool* isrgn, double* pos, double* rgnend,
                                 const char** name, int* number) {
+    const HostCall in_call;
     if (current->on_enumerate_markers) current->on_enumerate_markers();
     current->marker_calls.push_back({idx, isrgn != nullptr, pos != nullptr, rgnend != nullptr,
                                      name != nullptr, number != nullptr});
@@ -73,6 +92,7 @@ struct HostFunctions {
   }
 
   static const char* EnumCurrentSinkMetadata(int idx, const char** key) {
+    const HostCall in_call;
     current->metadata_calls.push_back(idx);
     if (idx < 0 || static_cast<size_t>(idx) >= current->metadata.size()) return nullptr;
     const MetadataEntry& entry = current->metadata[static_cast<size_t>(idx)];
@@ -81,10 +101,12 @@ struct HostFunctions {
   }
 
   static void UpdateDiskCounters(int read, int write) {
+    const HostCall in_call;
     current->disk_counters.emplace_back(read, write);
   }
 
   static const char* Localize(const char* text, const char* section, int flags) {
+    const HostCall in_call;
     current->localize_calls.push_back({text, section, flags});
     const auto found = current->translations.find(text);
     return found == current->translations.end() ? text : found->second.c_str();
@@ -92,17 +114,21 @@ struct HostFunctions {
 
   static DLGPROC PrepareDialog(const char* prefix, HINSTANCE instance, int resid, DLGPROC proc,
                                LPARAM init, void** scratch, int slots) {
-    current->prepare_calls.push_back(
-        {prefix, instance, resid, proc, init, scratch, slots, slots == 5 ? scratch[4] : nullptr});
+    const HostCall in_call;
+    std::optional<std::string> fifth;
+    if (slots == 5 && scratch[4] != nullptr) fifth = static_cast<const char*>(scratch[4]);
+    current->prepare_calls.push_back({prefix, instance, resid, proc, init, scratch, slots, fifth});
     return current->prepared_procedure;
   }
 
   static int NotCalled() {
+    const HostCall in_call;
     ADD_FAILURE() << "the module called a host function that it only keeps";
     return 0;
   }
 
   static void* Lookup(const char* name) {
+    const HostCall in_call;
     if (current == nullptr || name == nullptr) {
       ADD_FAILURE() << "a lookup without a host or without a name";
       return nullptr;
@@ -115,6 +141,7 @@ struct HostFunctions {
   }
 
   static int Register(const char* kind, void* record) {
+    const HostCall in_call;
     current->journal.push_back(std::string("register ") + kind);
     current->registrations.emplace_back(kind, record);
     return current->answer_to_registration;

@@ -58,8 +58,11 @@ struct PrepareDialogCall {
   LPARAM init = 0;
   void** scratch = nullptr;  ///< not to be followed after the call
   int slots = 0;
-  void* fifth_slot = nullptr;
+  std::optional<std::string> fifth_slot;  ///< its text; nullopt for a null slot
 };
+
+/// Whether one of the host's functions is running, called by the module.
+bool InHostCall();
 
 /// While it lives it is the host of the process: one at a time. Everything may be scripted between
 /// calls of the module, and everything the module calls is recorded in order.

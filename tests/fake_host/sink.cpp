@@ -72,6 +72,15 @@ void Sink::WriteSignal(int64_t frames, const BlockSchedule& schedule) {
   Write(channels, schedule);
 }
 
+void Sink::WriteSame(int64_t frames, double value) {
+  double* channels[2] = {&value, &value};
+  while (frames > 0) {
+    const int count = static_cast<int>(std::min<int64_t>(frames, 65536));
+    sink_->WriteDoubles(channels, count, 2, 0, 0);
+    frames -= count;
+  }
+}
+
 int Sink::Finish(HWND parent) {
   return sink_->Extended(kSinkRenderFinished, parent, nullptr, nullptr);
 }

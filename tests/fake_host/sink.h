@@ -51,6 +51,8 @@ class Sink {
   void Write(const std::vector<std::vector<double>>& channels, const BlockSchedule& schedule = {});
   /// Writes the next `frames` frames of the test signal, continuing where the last call ended.
   void WriteSignal(int64_t frames, const BlockSchedule& schedule = {});
+  /// Writes `frames` frames of one value to both channels, in large blocks without a large buffer.
+  void WriteSame(int64_t frames, double value = 0.25);
   /// The render is finished; returns what `Extended` does.
   int Finish(HWND parent = nullptr);
   /// The host deletes the sink.

@@ -1,0 +1,49 @@
+#include "tests/fake_host/system_log.h"
+
+#include <gtest/gtest.h>
+#include <syslog.h>
+
+#include <cstdarg>
+#include <cstdio>
+
+namespace fake_host {
+
+namespace {
+
+SystemLogCapture* current = nullptr;
+
+void Keep(const char* format, va_list arguments) {
+  if (current == nullptr) return;
+  char text[1024];
+  std::vsnprintf(text, sizeof text, format, arguments);
+  std::string line = text;
+  if (!line.empty() && line.back() == '\n') line.pop_back();
+  current->lines.push_back(line);
+}
+
+}  // namespace
+
+SystemLogCapture::SystemLogCapture() {
+  if (current != nullptr) ADD_FAILURE() << "two captures of the system log";
+  current = this;
+}
+
+SystemLogCapture::~SystemLogCapture() {
+  current = nullptr;
+}
+
+}  // namespace fake_host
+
+extern "C" {
+
+void syslog(int, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  fake_host::Keep(format, arguments);
+  va_end(arguments);
+}
+
+void vsyslog(int, const char* format, va_list arguments) {
+  fake_host::Keep(format, arguments);
+}
+}
