@@ -118,6 +118,7 @@ struct HostFunctions {
     std::optional<std::string> fifth;
     if (slots == 5 && scratch[4] != nullptr) fifth = static_cast<const char*>(scratch[4]);
     current->prepare_calls.push_back({prefix, instance, resid, proc, init, scratch, slots, fifth});
+    if (current->on_prepare_dialog) current->on_prepare_dialog(current->prepare_calls.back());
     return current->prepared_procedure;
   }
 

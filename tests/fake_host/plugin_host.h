@@ -89,6 +89,8 @@ class PluginHost {
   DLGPROC prepared_procedure = nullptr;             ///< what `__localizePrepareDialog` returns
   /// Called at the start of every `EnumProjectMarkers`, for a host that misbehaves.
   std::function<void()> on_enumerate_markers;
+  /// Called in every `__localizePrepareDialog`, while the caller's blocks still stand.
+  std::function<void(const PrepareDialogCall&)> on_prepare_dialog;
 
   // Record.
   std::vector<std::string> lookups;  ///< names the entry asked for
