@@ -177,24 +177,25 @@ TEST_F(FileRead, TheTurnIsSharedByAllReaders) {
   EXPECT_EQ(fills[1], fills[3]);
 }
 
-using FileReadDeathTest = FileRead;
+/// The first two fills of a process, told by its exit status.
+[[noreturn]] void ExitTellingTheFirstFills() {
+  bool as_ruled = false;
+  {
+    fake_host::TempFolder own;
+    fake_host::WriteText(own.File("disc.bin"), std::string(100000, 'x'));
+    YDK_FileRead first(own.File("disc.bin").c_str());
+    YDK_FileRead second(own.File("disc.bin").c_str());
+    SystemCalls calls;
+    Read(first, 1);
+    Read(second, 1);
+    as_ruled = Fills(calls) == std::vector<int64_t>{kFill, kStaggeredFill};
+  }
+  _exit(as_ruled ? 7 : 1);
+}
 
-TEST_F(FileReadDeathTest, TheTurnBeginsWithAWholeFill) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  Write(Bytes(100000));
-  EXPECT_EXIT(
-      {
-        fake_host::WriteText(path, std::string(100000, 'x'));
-        int correct = 0;
-        {
-          SystemCalls calls;
-          Read(*Open(), 1);
-          Read(*Open(), 1);
-          correct = Fills(calls) == std::vector<int64_t>{kFill, kStaggeredFill} ? 7 : 1;
-        }
-        _exit(correct);
-      },
-      testing::ExitedWithCode(7), "");
+TEST(FileReadDeathTest, TheTurnBeginsWithAWholeFill) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process in which nothing has been read
+  EXPECT_EXIT(ExitTellingTheFirstFills(), testing::ExitedWithCode(7), "");
 }
 
 TEST_F(FileRead, FillsThatFollowOnAreWhole) {

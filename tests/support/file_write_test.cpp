@@ -99,25 +99,27 @@ TEST_F(FileWrite, AMissingFolderLeavesItClosed) {
   EXPECT_EQ(writer.GetPosition(), -1);
 }
 
+const std::string kOldBytes(100, 'x');
+
 TEST_F(FileWrite, StartsOverUnlessItAppends) {
-  WriteText(path, std::string(100, 'x'));
+  WriteText(path, kOldBytes);
   Open().reset();
   EXPECT_EQ(ReadText(path), "");
 }
 
 TEST_F(FileWrite, AppendingContinuesAtTheEnd) {
-  WriteText(path, std::string(100, 'x'));
+  WriteText(path, kOldBytes);
   {
     auto writer = Open(kAppending);
     EXPECT_EQ(writer->GetPosition(), 100);
     Put(*writer, "0123456789");
     EXPECT_EQ(writer->GetPosition(), 110);
   }
-  EXPECT_EQ(ReadText(path), std::string(100, 'x') + "0123456789");
+  EXPECT_EQ(ReadText(path), kOldBytes + "0123456789");
 }
 
 TEST_F(FileWrite, AppendingWithoutKnowingTheSizeStartsAtTheBeginning) {
-  WriteText(path, std::string(100, 'x'));
+  WriteText(path, kOldBytes);
   {
     SystemCalls calls;
     calls.Fail(Call::kFstat, EIO);
@@ -127,11 +129,11 @@ TEST_F(FileWrite, AppendingWithoutKnowingTheSizeStartsAtTheBeginning) {
     EXPECT_EQ(calls.Count(Call::kFtruncate), 0);
     Put(*writer, "0123456789");
   }
-  EXPECT_EQ(ReadText(path), "0123456789" + std::string(90, 'x'));
+  EXPECT_EQ(ReadText(path), "0123456789" + kOldBytes.substr(10));
 }
 
 TEST_F(FileWrite, AFileThatCannotBeEmptiedIsStillWritten) {
-  WriteText(path, std::string(100, 'x'));
+  WriteText(path, kOldBytes);
   {
     SystemCalls calls;
     calls.Fail(Call::kFtruncate, EIO);
@@ -139,7 +141,7 @@ TEST_F(FileWrite, AFileThatCannotBeEmptiedIsStillWritten) {
     ASSERT_GE(writer->fd, 0);
     Put(*writer, "0123456789");
   }
-  EXPECT_EQ(ReadText(path), "0123456789" + std::string(90, 'x'));
+  EXPECT_EQ(ReadText(path), "0123456789" + kOldBytes.substr(10));
 }
 
 TEST_F(FileWrite, KeepsASecondWriterOffAndTheFileWhole) {

@@ -117,11 +117,6 @@ int SystemCalls::SystemCallCount() const {
   return count;
 }
 
-}  // namespace support_test
-
-using support_test::Call;
-using support_test::SystemCalls;
-
 extern "C" {
 void* __real_malloc(size_t size);
 void* __real_realloc(void* block, size_t size);
@@ -235,4 +230,6 @@ int __wrap_posix_fadvise(int fd, off_t offset, off_t length, int advice) {
   });
   return result == -1 && calls ? calls->script(Call::kFadvise).error : static_cast<int>(result);
 }
-}
+}  // extern "C"
+
+}  // namespace support_test
