@@ -161,14 +161,17 @@ void ReferenceDisc::TrackLeadIn() {
 }
 
 void ReferenceDisc::Take(Rest& rest, int64_t frames) {
-  const auto add = [this](double sample) {
+  const size_t at = image_.size();
+  image_.resize(at + static_cast<size_t>(frames * kFrameBytes));
+  uint8_t* bytes = image_.data() + at;
+  const auto put = [&bytes](double sample) {
     const auto word = static_cast<uint16_t>(ConvertSample(sample));
-    image_.push_back(static_cast<uint8_t>(word & 0xFF));
-    image_.push_back(static_cast<uint8_t>(word >> 8));
+    *bytes++ = static_cast<uint8_t>(word & 0xFF);
+    *bytes++ = static_cast<uint8_t>(word >> 8);
   };
   for (int64_t i = 0; i < frames; ++i) {
-    add(rest.left[i * rest.spacing]);
-    add(rest.right[i * rest.spacing]);
+    put(rest.left[i * rest.spacing]);
+    put(rest.right[i * rest.spacing]);
   }
   frames_written_ += frames;
   Discard(rest, frames);
