@@ -2,6 +2,7 @@
 //
 // VELMOR_MODEL_SEEDS: how many renders (400); VELMOR_MODEL_FIRST_SEED: the first one (1).
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -67,7 +68,8 @@ std::string Describe(const RandomRender& render) {
 struct Coverage {
   int tracks = 0;
   int renders_of_several_tracks = 0;
-  int tags = 0;
+  int renders_with_tags = 0;
+  int renders_with_joined_regions = 0;
 };
 
 class RandomComparison : public testing::Test {
@@ -116,8 +118,9 @@ class RandomComparison : public testing::Test {
   void Count(const ReferenceDisc& disc) {
     coverage_.tracks += static_cast<int>(disc.track_count());
     coverage_.renders_of_several_tracks += disc.track_count() > 1;
-    coverage_.tags += disc.sheet().body.find("    PERFORMER") != std::string::npos ||
-                      disc.sheet().body.find("    ISRC") != std::string::npos;
+    coverage_.renders_with_tags += disc.sheet().body.find("    PERFORMER") != std::string::npos ||
+                                   disc.sheet().body.find("    ISRC") != std::string::npos;
+    coverage_.renders_with_joined_regions += disc.title_count() > disc.track_count();
   }
 
   fake_host::BoundSession session_;
@@ -136,10 +139,16 @@ TEST_F(RandomComparison, TheModuleLeavesWhatTheModelSays) {
     ADD_FAILURE() << "VELMOR_MODEL_FIRST_SEED=" << seed << " VELMOR_MODEL_SEEDS=1\n"
                   << Describe(render) << difference;
   }
+  std::printf("%d tracks, %d renders of several, %d with tags, %d with joined regions\n",
+              coverage_.tracks, coverage_.renders_of_several_tracks, coverage_.renders_with_tags,
+              coverage_.renders_with_joined_regions);
   if (count < 100) return;
   // Otherwise the renders would show little.
-  EXPECT_GT(coverage_.renders_of_several_tracks, static_cast<int>(count / 4));
-  EXPECT_GT(coverage_.tags, static_cast<int>(count / 10));
+  const int renders = static_cast<int>(count);
+  EXPECT_GT(coverage_.renders_of_several_tracks, renders / 4);
+  EXPECT_GT(coverage_.tracks, renders * 3 / 2);
+  EXPECT_GT(coverage_.renders_with_tags, renders / 5);
+  EXPECT_GT(coverage_.renders_with_joined_regions, renders / 20);
 }
 
 }  // namespace

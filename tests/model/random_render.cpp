@@ -71,6 +71,7 @@ std::optional<std::string> RandomName(Dice& dice) {
 
 /// A time on the timeline; `others` are times that it may lie at or close to.
 double RandomTime(Dice& dice, double start, double length, const std::vector<double>& others) {
+  if (dice.Chance(30)) return others.back() + dice.Uniform(3.5, 7.0);
   if (!others.empty() && dice.Chance(40)) {
     static const std::vector<double> kDistances = {
         0.0, 4.0,         4.0 - 1 / kRate,   4.0 + 1 / kRate, 0.5 / kRate,
@@ -122,8 +123,8 @@ void AddUnreachableTime(Dice& dice, std::vector<ProjectEntry>& entries) {
 std::vector<ProjectEntry> RandomEntries(Dice& dice, double start, double length,
                                         bool mostly_regions) {
   std::vector<ProjectEntry> entries;
-  std::vector<double> times = {start, 0.0};
-  const int count = dice.Chance(10) ? 0 : dice.Between(1, 14);
+  std::vector<double> times = {0.0, start};
+  const int count = dice.Chance(7) ? 0 : dice.Between(1, 18);
   for (int i = 0; i < count; ++i) {
     ProjectEntry entry;
     entry.is_region = dice.Chance(mostly_regions ? 70 : 15);
@@ -240,6 +241,13 @@ std::vector<double> MakePool() {
   return pool;
 }
 
+double RandomLength(Dice& dice) {
+  const int kind = dice.Below(100);
+  if (kind < 5) return 0.0;
+  if (kind < 20) return dice.Uniform(0.0, 4.5);
+  return dice.Uniform(6.0, 22.0);
+}
+
 }  // namespace
 
 SinkConfig RandomRender::EffectiveConfig() const {
@@ -259,7 +267,7 @@ RandomRender MakeRandomRender(uint64_t seed) {
   render.config_length = dice.Pick(kLengths);
   render.file_name = dice.Pick(kFileNames);
   render.start_time = dice.Chance(85) ? dice.Pick(kStartTimes) : dice.Uniform(-10.0, 10000.0);
-  const double length = dice.Chance(5) ? 0.0 : dice.Uniform(0.0, dice.Chance(20) ? 24.0 : 13.0);
+  const double length = RandomLength(dice);
   const bool regions = render.EffectiveConfig().track_mode == kTracksFromRegions;
   render.project.entries = RandomEntries(dice, render.start_time, length, regions);
   render.project.metadata = RandomMetadata(dice);

@@ -68,6 +68,7 @@ class ReferenceDisc {
   /// Frames as the sink counts them (a silence of broken frames counts its whole frames).
   double length() const { return static_cast<double>(frames_written_) / 44100.0; }
   size_t track_count() const { return tracks_.size(); }
+  size_t title_count() const { return names_.size(); }
 
  private:
   /// The part of a block that is still to be handled.
