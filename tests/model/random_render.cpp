@@ -52,7 +52,7 @@ SinkConfig RandomConfig(Dice& dice) {
   return config;
 }
 
-std::optional<std::string> RandomName(Dice& dice) {
+std::optional<std::string> RandomName(Dice& dice, bool mostly_hash) {
   static const std::vector<std::string> kTitles = {"Intro",       "Say \"Go\"", "",       "\"",
                                                    "Caf\xC3\xA9", "100%s %d",   "a/b\\c", " ",
                                                    "PERF",        "ISRC",       "perf"};
@@ -65,8 +65,8 @@ std::optional<std::string> RandomName(Dice& dice) {
   if (kind < 6) return std::nullopt;
   if (kind < 8) return std::string(static_cast<size_t>(dice.Between(4070, 4100)), 'n');
   if (kind < 10) return "WRIT=" + std::string(static_cast<size_t>(dice.Between(4060, 4100)), 'w');
-  if (kind < 45) return dice.Pick(kTags);
-  return dice.Pick(dice.Chance(50) ? kTitles : kHashTitles);
+  if (kind < 38) return dice.Pick(kTags);
+  return dice.Pick(dice.Chance(mostly_hash ? 80 : 25) ? kHashTitles : kTitles);
 }
 
 /// A time on the timeline; `others` are times that it may lie at or close to.
@@ -121,7 +121,8 @@ void AddUnreachableTime(Dice& dice, std::vector<ProjectEntry>& entries) {
 }
 
 std::vector<ProjectEntry> RandomEntries(Dice& dice, double start, double length,
-                                        bool mostly_regions) {
+                                        const SinkConfig& config) {
+  const bool mostly_regions = config.track_mode == kTracksFromRegions;
   std::vector<ProjectEntry> entries;
   std::vector<double> times = {0.0, start};
   const int count = dice.Chance(7) ? 0 : dice.Between(1, 18);
@@ -130,7 +131,7 @@ std::vector<ProjectEntry> RandomEntries(Dice& dice, double start, double length,
     entry.is_region = dice.Chance(mostly_regions ? 70 : 15);
     entry.position = RandomTime(dice, start, length, times);
     entry.end = entry.is_region ? RandomEnd(dice, entry.position, length) : entry.position;
-    entry.name = RandomName(dice);
+    entry.name = RandomName(dice, config.hash_markers_only != 0);
     times.push_back(entry.position);
     if (entry.is_region) times.push_back(entry.end);
     entries.push_back(entry);
@@ -245,7 +246,7 @@ double RandomLength(Dice& dice) {
   const int kind = dice.Below(100);
   if (kind < 5) return 0.0;
   if (kind < 20) return dice.Uniform(0.0, 4.5);
-  return dice.Uniform(6.0, 22.0);
+  return dice.Uniform(6.0, 24.0);
 }
 
 }  // namespace
@@ -268,8 +269,7 @@ RandomRender MakeRandomRender(uint64_t seed) {
   render.file_name = dice.Pick(kFileNames);
   render.start_time = dice.Chance(85) ? dice.Pick(kStartTimes) : dice.Uniform(-10.0, 10000.0);
   const double length = RandomLength(dice);
-  const bool regions = render.EffectiveConfig().track_mode == kTracksFromRegions;
-  render.project.entries = RandomEntries(dice, render.start_time, length, regions);
+  render.project.entries = RandomEntries(dice, render.start_time, length, render.EffectiveConfig());
   render.project.metadata = RandomMetadata(dice);
   render.blocks = RandomBlocks(dice, render, static_cast<int64_t>(length * kRate));
   render.finishes = !dice.Chance(5);
