@@ -151,5 +151,32 @@ TEST_F(RandomComparison, TheModuleLeavesWhatTheModelSays) {
   EXPECT_GT(coverage_.renders_with_joined_regions, renders / 20);
 }
 
+/// A render of whole-second blocks and one long one, without lead-ins.
+RandomRender HandMade(int mode, std::vector<ProjectEntry> entries, std::vector<int> block_lengths) {
+  RandomRender render;
+  render.config.format_code = static_cast<int32_t>(kIsoFormatCode);
+  render.config.track_mode = mode;
+  render.file_name = "disc.cue";
+  render.project.entries = std::move(entries);
+  for (const int frames : block_lengths) render.blocks.push_back({frames, 2, 0, 1, {0, 500}});
+  return render;
+}
+
+TEST_F(RandomComparison, ARegionThatEndsJustBeforeTheStartIsNotYetATrack) {
+  // It lets the whole first block through, and the next region still joins track 1.
+  const double just_before = -0.5 / 44100;
+  const RandomRender render =
+      HandMade(kTracksFromRegions, {{true, -1.0, just_before, "over"}, {true, 5.0, 10.0, "next"}},
+               {200000, 200000, 100000});
+  EXPECT_EQ(DifferenceOf(render), "");
+  EXPECT_EQ(coverage_.tracks, 1);
+}
+
+TEST_F(RandomComparison, AnEmptyRegionLetsTheRestOfItsBlockThrough) {
+  const RandomRender render = HandMade(
+      kTracksFromRegions, {{true, 1.0, 1.0, "empty"}, {true, 5.5, 7.0, "next"}}, {88200, 200000});
+  EXPECT_EQ(DifferenceOf(render), "");
+}
+
 }  // namespace
 }  // namespace model

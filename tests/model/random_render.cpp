@@ -93,7 +93,9 @@ double RandomTime(Dice& dice, double start, double length, const std::vector<dou
 }
 
 double RandomEnd(Dice& dice, double position, double length) {
-  switch (dice.Below(8)) {
+  switch (dice.Below(9)) {
+    case 8:  // between two frames, where rounding may leave a frame over
+      return (std::floor((position + dice.Uniform(0.0, 8.0)) * kRate) + 0.5) / kRate;
     case 0:
       return position;  // empty
     case 1:
