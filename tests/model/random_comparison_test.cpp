@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <string>
 
 #include "tests/fake_host/session.h"
@@ -179,6 +180,34 @@ TEST_F(RandomComparison, ARegionEndThatRoundingLeavesOpenByAFrameLetsTheRestOfIt
       HandMade(kTracksFromRegions, {{true, 0.5, 1.610124716553288, "a"}, {true, 5.0, 7.0, "b"}},
                {44100, 44100, 200000});
   EXPECT_EQ(DifferenceOf(render), "");
+}
+
+TEST_F(RandomComparison, AMarkerWithoutATimeTagsNoTrack) {
+  const double no_time = std::numeric_limits<double>::quiet_NaN();
+  const RandomRender render = HandMade(kTracksFromMarkers,
+                                       {{false, no_time, 0.0, "PERF=Nobody"},
+                                        {false, 1.0, 0.0, "PERF=Ana"},
+                                        {false, 5.0, 0.0, "Two"}},
+                                       {200000, 200000});
+  EXPECT_EQ(DifferenceOf(render), "");
+  EXPECT_EQ(coverage_.tracks, 2);
+}
+
+TEST_F(RandomComparison, AStartTimeThatIsNoTimeHarmsNothing) {
+  for (const double start :
+       {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
+        -std::numeric_limits<double>::infinity(), 1e308, -1e308, 1e17}) {
+    for (const int mode : {kTracksFromMarkers, kTracksFromRegions, kOneTrack}) {
+      RandomRender render = HandMade(mode,
+                                     {{false, 1.0, 0.0, "PERF=Ana"},
+                                      {true, 1.5, 5.0, "a"},
+                                      {false, 5.0, 0.0, "Two"},
+                                      {true, 5.0, 7.0, "ISRC=USABC0500001"}},
+                                     {200000, 44100});
+      render.start_time = start;
+      EXPECT_EQ(DifferenceOf(render), "") << start << " in mode " << mode;
+    }
+  }
 }
 
 TEST_F(RandomComparison, AnEmptyRegionLetsTheRestOfItsBlockThrough) {
