@@ -1,5 +1,6 @@
 #include "sink/cue_sheet.h"
 
+#include <cmath>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -76,7 +77,7 @@ void writeTags(const CueSheet& sheet, int track, YDK_FileWrite& out) {
   double position = 0.0;
   const char* name = nullptr;
   while ((index = EnumProjectMarkers(index, &is_region, &position, nullptr, &name, nullptr)) != 0) {
-    if (position < from) continue;
+    if (std::isnan(position) || position < from) continue;
     if (position >= to) break;
     const MarkerTag* const tag = name ? tagOf(name) : nullptr;
     if (!tag || written.Find(tag->key)) continue;

@@ -57,7 +57,7 @@ long long YDK_HeapBuf::AllocationFor(int newsize) const {
   if (m_granularity < kPage) return newsize + step;
   const long long page_step =
       std::max<long long>(std::min<long long>(downToPage(step), kLargestStep), kPage);
-  return downToPage(newsize + kAllocatorHeader + page_step) - kAllocatorHeader;
+  return downToPage(newsize + page_step + kAllocatorHeader) - kAllocatorHeader;
 }
 
 bool YDK_HeapBuf::Reallocate(int newsize) {

@@ -1,0 +1,120 @@
+// What a render must leave on disk, worked out a second time.
+//
+// The model keeps the whole image in memory, writes nothing and shares no code with the module; it
+// knows the module's configuration record only. Times are seconds, a frame is one stereo pair of
+// 4 bytes, a sector 588 frames.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "abi/sink_registration.h"
+
+namespace model {
+
+/// A marker (`end` unused) or a region of the project, in project seconds.
+struct ProjectEntry {
+  bool is_region = false;
+  double position = 0.0;
+  double end = 0.0;
+  std::optional<std::string> name;  ///< none: the host gives a null name
+};
+
+/// The project as a host enumerates it: entries and metadata in the host's order.
+struct Project {
+  std::vector<ProjectEntry> entries;
+  std::vector<std::pair<std::string, std::string>> metadata;
+};
+
+/// The paths a render writes. The sheet goes to the name as given by the host.
+struct OutputPaths {
+  std::string reported_sheet;  ///< what the sink reports as its file name
+  std::string image;
+};
+
+/// The paths for the host's file name, or nothing when no image name can be made of it.
+std::optional<OutputPaths> OutputPathsFor(const std::string& file_name);
+
+/// One 16-bit sample of a sample whose full scale is 1.0; NaN is silence.
+int16_t ConvertSample(double sample);
+
+/// A sheet in two parts, because where two metadata keys differ only in case either may win.
+struct CueSheet {
+  std::vector<std::vector<std::string>> disc_lines;  ///< per line, the texts that are right
+  std::string body;                                  ///< from the FILE line to the end
+};
+
+/// Empty when `actual` is the sheet, otherwise a description of the first difference.
+std::string DifferenceFromSheet(const CueSheet& expected, std::string_view actual);
+
+/// One render, driven like a sink.
+class ReferenceDisc {
+ public:
+  /// `config` is the configuration as the sink reads it: a short or foreign blob is all zeros.
+  ReferenceDisc(const Project& project, const SinkConfig& config, std::string image_path);
+
+  void SetStartTime(double seconds) { start_time_ = seconds; }
+  /// Frame i of channel c is `samples[c][offset + i * spacing]`.
+  void WriteBlock(const double* const* samples, int frames, int channels, int offset, int spacing);
+  /// Pads the image to a whole sector and writes the sheet.
+  void Finish();
+
+  const std::vector<uint8_t>& image() const { return image_; }
+  const CueSheet& sheet() const { return sheet_; }
+  /// Frames as the sink counts them (a silence of broken frames counts its whole frames).
+  double length() const { return static_cast<double>(frames_written_) / 44100.0; }
+  size_t track_count() const { return tracks_.size(); }
+  size_t title_count() const { return names_.size(); }
+
+ private:
+  /// The part of a block that is still to be handled.
+  struct Rest {
+    const double* left;
+    const double* right;
+    int64_t frames;
+    int64_t spacing;
+    double time;  ///< input seconds consumed before it
+  };
+  struct Span {
+    double start;
+    double length;
+  };
+
+  void NameFirstTrack();
+  void WriteDiscLeadIn();
+  void WriteSilence(int64_t milliseconds);
+  void WriteZeros(int64_t bytes);
+  void PadToSector();
+  void TrackLeadIn();
+  void Take(Rest& rest, int64_t frames);
+  void Discard(Rest& rest, int64_t frames);
+  void CutAtMarkers(Rest rest);
+  void KeepRegions(Rest rest);
+  bool EnterNextRegion(Rest& rest);
+  bool IsTrackMarker(const ProjectEntry& entry) const;
+  bool FarEnoughForATrack() const { return length() - tracks_.back() >= 4.0; }
+  Span SpanOfTrack(size_t track) const;
+  void WriteSheet();
+  void WriteTrackTags(size_t track);
+
+  const Project& project_;
+  SinkConfig config_;
+  std::string image_path_;
+  double start_time_ = 0.0;
+  std::vector<uint8_t> image_;
+  CueSheet sheet_;
+  int64_t frames_written_ = 0;
+  int64_t frames_received_ = 0;
+  size_t next_entry_ = 0;
+  double region_end_ = -1.0;  ///< relative to the start time
+  std::vector<double> tracks_;
+  std::vector<std::string> names_;
+  std::vector<double> source_positions_;
+  std::vector<double> source_lengths_;
+};
+
+}  // namespace model
