@@ -22,6 +22,9 @@ void apply(const KeyValue& item, const fs::path& file, Settings& settings) {
     }
     return value;
   };
+  const auto sector = [&] {
+    return item.value == "none" ? std::nullopt : std::optional<int32_t>(numberOf(item, file));
+  };
   if (item.key == "device") {
     if (item.value.rfind("/dev/", 0) != 0 || item.value.size() == 5) {
       refuse(item, file, "a path below /dev");
@@ -34,9 +37,9 @@ void apply(const KeyValue& item, const fs::path& file, Settings& settings) {
   } else if (item.key == "revision") {
     settings.identity.revision = item.value;
   } else if (item.key == "write-error-at") {
-    settings.faults.writeErrorAt = numberOf(item, file);
+    settings.faults.writeErrorAt = sector();
   } else if (item.key == "read-error-at") {
-    settings.faults.readErrorAt = numberOf(item, file);
+    settings.faults.readErrorAt = sector();
   } else if (item.key == "write-delay-ms") {
     settings.faults.writeDelay = std::chrono::milliseconds(bounded(kMostMilliseconds));
   } else if (item.key == "becoming-ready-polls") {

@@ -87,6 +87,7 @@ Bytes atipOf(const Disc& disc) {
   Bytes data(28);
   const bool rewritable = disc.medium == Medium::cdRw;
   data[4] = 0xD0 | (rewritable ? 0x01 : 0x00);  // indicative power 5; reference speed
+  data[5] = 0x40;                               // unrestricted use
   data[6] = 0x80 | (rewritable ? 0x40 : 0x00);
   const Msf leadIn = msfOf(disc.leadIn);
   const Msf leadOut = msfOf(disc.capacity);
