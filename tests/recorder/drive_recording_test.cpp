@@ -94,7 +94,7 @@ TEST_F(DriveOnBench, ABadSectorEndsTheRecordingAndIsNamed) {
   drive.setFaults(faults);
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   writeUpTo(40);
-  const Reply reply = write(40 - 0, 13);
+  const Reply reply = write(40, 13);
   EXPECT_EQ(reply.sense, kWriteError);
   EXPECT_EQ(reply.sense->sector, 40);
   EXPECT_EQ(drive.disc()->state, DiscState::incomplete);
@@ -106,8 +106,8 @@ TEST_F(DriveOnBench, ABadSectorInMidCommandIsNamedToo) {
   faults.writeErrorAt = -145;
   drive.setFaults(faults);
   ASSERT_FALSE(sendCue(twoTracks()).sense);
-  EXPECT_EQ(write(-150, 5).sense, std::nullopt);
-  const Reply reply = write(-145, 1);
+  const Reply reply = write(-150, 13);
+  ASSERT_EQ(reply.sense, kWriteError);
   EXPECT_EQ(senseBytes(*reply.sense)[0], 0xF0);
   EXPECT_EQ(loadBig32(&senseBytes(*reply.sense)[3]), static_cast<uint32_t>(-145));
 }
