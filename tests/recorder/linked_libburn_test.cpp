@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstring>
+#include <algorithm>
 
 #include "tests/recorder/recorder_directory.h"
 
@@ -30,7 +30,7 @@ int readSector(lb::burn_source* source, unsigned char* buffer, int size) {
   auto* track = static_cast<MemoryTrack*>(source->data);
   const std::size_t count =
       std::min(static_cast<std::size_t>(size), track->audio->size() - track->at);
-  std::memcpy(buffer, track->audio->data() + track->at, count);
+  std::copy_n(track->audio->data() + track->at, count, buffer);
   track->at += count;
   return static_cast<int>(count);
 }
