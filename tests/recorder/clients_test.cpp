@@ -154,6 +154,16 @@ TEST_F(Clients, CdrdaoReadsItsDiscBack) {
   EXPECT_TRUE(swapped == album);
 }
 
+TEST_F(Clients, CdInfoReadsTracksCodesAndTexts) {
+  ASSERT_EQ(burnWithCdrdao(), 0) << output;
+  ASSERT_EQ(run("cd-info --no-header --no-device-info -C /dev/sr31"), 0) << output;
+  for (const char* expected :
+       {"2: 00:06:50  000350 audio", "3: 00:11:50  000725 audio", "00:16:20  001070 leadout",
+        "(MCN): 4006381333931", "TRACK  3 ISRC: DEABC2000003", "TITLE: Three"}) {
+    EXPECT_THAT(output, HasSubstr(expected));
+  }
+}
+
 TEST_F(Clients, ATestWriteLeavesTheDiscBlank) {
   ASSERT_EQ(burnWithCdrdao("--simulate"), 0) << output;
   EXPECT_EQ(disc(1).state, DiscState::blank);

@@ -113,6 +113,57 @@ int runCommand(Device& device, ByteView cdb) {
   return device.execute(cdb, {}).sense ? fail(EIO) : 0;
 }
 
+/// READ TOC in format 0 as times, the whole table; nothing when the disc has none.
+Bytes tableOfContents(Device& device) {
+  constexpr uint8_t kReadToc[] = {0x43, 2, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0};
+  const Reply reply = device.execute(kReadToc, {});
+  return reply.sense ? Bytes() : reply.data;
+}
+
+int tocHeader(Device& device, cdrom_tochdr& header) {
+  const Bytes toc = tableOfContents(device);
+  if (toc.empty()) {
+    return fail(EIO);
+  }
+  header.cdth_trk0 = toc[2];
+  header.cdth_trk1 = toc[3];
+  return 0;
+}
+
+int tocEntry(Device& device, cdrom_tocentry& entry) {
+  constexpr std::size_t kHeaderBytes = 4;
+  constexpr std::size_t kEntryBytes = 8;
+  const Bytes toc = tableOfContents(device);
+  for (std::size_t at = kHeaderBytes; at < toc.size(); at += kEntryBytes) {
+    if (toc[at + 2] != entry.cdte_track) {
+      continue;
+    }
+    entry.cdte_adr = toc[at + 1] >> 4 & 0x0F;
+    entry.cdte_ctrl = toc[at + 1] & 0x0F;
+    entry.cdte_datamode = 0;
+    const Msf msf{toc[at + 5], toc[at + 6], toc[at + 7]};
+    if (entry.cdte_format == CDROM_MSF) {
+      entry.cdte_addr.msf = {msf.minute, msf.second, msf.frame};
+    } else {
+      entry.cdte_addr.lba = lbaOf(msf).value_or(0);
+    }
+    return 0;
+  }
+  return fail(toc.empty() ? EIO : EINVAL);
+}
+
+int catalogNumber(Device& device, cdrom_mcn& number) {
+  constexpr uint8_t kReadMcn[] = {0x42, 0, 0x40, 2, 0, 0, 0, 0, 24, 0};
+  constexpr std::size_t kDigits = 13;
+  const Reply reply = device.execute(kReadMcn, {});
+  if (reply.sense) {
+    return fail(EIO);
+  }
+  number = {};
+  std::copy_n(&reply.data[9], kDigits, number.medium_catalog_number);
+  return 0;
+}
+
 }  // namespace
 
 int deviceIoctl(Device& device, unsigned long request, void* argument) {
@@ -129,6 +180,12 @@ int deviceIoctl(Device& device, unsigned long request, void* argument) {
     case CDROM_GET_CAPABILITY:
       return CDC_CLOSE_TRAY | CDC_OPEN_TRAY | CDC_LOCK | CDC_MEDIA_CHANGED | CDC_GENERIC_PACKET |
              CDC_DRIVE_STATUS | CDC_CD_R | CDC_CD_RW | CDC_MCN;
+    case CDROMREADTOCHDR:
+      return tocHeader(device, *static_cast<cdrom_tochdr*>(argument));
+    case CDROMREADTOCENTRY:
+      return tocEntry(device, *static_cast<cdrom_tocentry*>(argument));
+    case CDROM_GET_MCN:
+      return catalogNumber(device, *static_cast<cdrom_mcn*>(argument));
     case SG_GET_SCSI_ID:
       return addressOf(device, *static_cast<sg_scsi_id*>(argument));
     case SCSI_IOCTL_GET_IDLUN: {

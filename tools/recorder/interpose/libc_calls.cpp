@@ -87,6 +87,15 @@ int refusalToOpen(const Device& device, int flags) {
   return mediumAwaited && (!device.hasDisc() || device.trayOpen()) ? ENOMEDIUM : 0;
 }
 
+bool isDenied(const Device& device) {
+  const DirectCalls direct;
+  try {
+    return device.settings().deny;
+  } catch (const std::exception&) {
+    return true;  // opening tells what is wrong with the settings
+  }
+}
+
 int openDevice(const std::shared_ptr<Device>& device, int flags) {
   const DirectCalls direct;
   try {
@@ -247,7 +256,7 @@ int access(const char* path, int mode) noexcept {
   const Place place = placeOf(path);
   switch (place.kind) {
     case Kind::device:
-      return mode != F_OK && place.device->settings().deny ? fail(EACCES) : 0;
+      return mode != F_OK && isDenied(*place.device) ? fail(EACCES) : 0;
     case Kind::hidden:
       return fail(ENOENT);
     case Kind::foreign:

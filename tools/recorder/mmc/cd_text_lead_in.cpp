@@ -37,7 +37,6 @@ void CdTextLeadIn::takePack(const CdTextPack& pack) {
     return;  // sub-channel padding carries no pack
   }
   if (loadBig16(&pack[kCheckedBytes]) != packCheckSum(pack.data())) {
-    ++badPacks_;
     return;
   }
   wrapped_ = wrapped_ || (!packs_.empty() && pack == packs_.front());

@@ -13,19 +13,17 @@ inline constexpr std::size_t kLeadInBlockBytes = 96;
 /// Collects the packs of one lead-in while it is written.
 class CdTextLeadIn {
  public:
-  /// `blocks` is a whole number of 96-byte blocks. Packs whose check sum is wrong count as bad and
-  /// are dropped, as a player drops them.
+  /// `blocks` is a whole number of 96-byte blocks. Packs whose check sum is wrong are dropped, as a
+  /// player drops them.
   void take(ByteView blocks);
   /// One round of the repeating sequence, in its order.
   [[nodiscard]] const std::vector<CdTextPack>& packs() const { return packs_; }
-  [[nodiscard]] int badPacks() const { return badPacks_; }
 
  private:
   void takePack(const CdTextPack& pack);
 
   std::vector<CdTextPack> packs_;
   bool wrapped_ = false;
-  int badPacks_ = 0;
 };
 
 /// The CRC of a pack's first 16 bytes: polynomial x^16 + x^12 + x^5 + 1, stored inverted.
