@@ -1,0 +1,133 @@
+#include "tools/recorder/directory/disc_text.h"
+
+#include <cstdio>
+#include <sstream>
+
+#include "tools/recorder/directory/key_value_text.h"
+
+namespace velmor::recorder {
+
+namespace {
+
+constexpr const char* kStates[] = {"blank", "incomplete", "complete"};
+
+std::string hex(const CdTextPack& pack) {
+  std::string out;
+  for (const uint8_t byte : pack) {
+    char digits[3];
+    std::snprintf(digits, sizeof digits, "%02x", byte);
+    out += digits;
+  }
+  return out;
+}
+
+CdTextPack packOf(const KeyValue& item, const std::filesystem::path& file) {
+  if (item.value.size() != 2 * kPackBytes ||
+      item.value.find_first_not_of("0123456789abcdef") != std::string::npos) {
+    refuse(item, file, "18 bytes as lower-case hexadecimal digits");
+  }
+  CdTextPack pack{};
+  for (std::size_t i = 0; i < kPackBytes; ++i) {
+    pack[i] = static_cast<uint8_t>(std::stoul(item.value.substr(2 * i, 2), nullptr, 16));
+  }
+  return pack;
+}
+
+/// "number control pregap isrc index1 index2 …", a dash for no ISRC.
+Track trackOf(const KeyValue& item, const std::filesystem::path& file) {
+  std::istringstream in(item.value);
+  Track track;
+  int control = 0;
+  in >> track.number >> control >> track.pregapStart >> track.isrc;
+  track.control = static_cast<uint8_t>(control & 0x0F);
+  for (int32_t lba = 0; in >> lba;) {
+    track.indices.push_back(lba);
+  }
+  if (!in.eof() || track.indices.empty() || track.number < 1 || track.number > 99) {
+    refuse(item, file, "number, control, pregap, ISRC and indices");
+  }
+  if (track.isrc == "-") {
+    track.isrc.clear();
+  }
+  return track;
+}
+
+DiscState stateOf(const KeyValue& item, const std::filesystem::path& file) {
+  for (std::size_t i = 0; i < std::size(kStates); ++i) {
+    if (item.value == kStates[i]) {
+      return static_cast<DiscState>(i);
+    }
+  }
+  refuse(item, file, "blank, incomplete or complete");
+}
+
+void apply(const KeyValue& item, const std::filesystem::path& file, Disc& disc) {
+  if (item.key == "medium") {
+    if (item.value != "cd-r" && item.value != "cd-rw") {
+      refuse(item, file, "cd-r or cd-rw");
+    }
+    disc.medium = item.value == "cd-rw" ? Medium::cdRw : Medium::cdR;
+  } else if (item.key == "state") {
+    disc.state = stateOf(item, file);
+  } else if (item.key == "capacity") {
+    disc.capacity = numberOf(item, file);
+  } else if (item.key == "lead-in") {
+    disc.leadIn = numberOf(item, file);
+  } else if (item.key == "lead-out") {
+    disc.leadOut = numberOf(item, file);
+  } else if (item.key == "mcn") {
+    disc.mcn = item.value;
+  } else if (item.key == "track") {
+    disc.tracks.push_back(trackOf(item, file));
+  } else if (item.key == "cd-text") {
+    disc.cdText.push_back(packOf(item, file));
+  } else {
+    refuse(item, file, "a fact about a disc");
+  }
+}
+
+}  // namespace
+
+std::string discText(const Disc& disc) {
+  std::ostringstream out;
+  out << "medium = " << (disc.medium == Medium::cdRw ? "cd-rw" : "cd-r") << "\n"
+      << "state = " << kStates[static_cast<std::size_t>(disc.state)] << "\n"
+      << "capacity = " << disc.capacity << "\n"
+      << "lead-in = " << disc.leadIn << "\n";
+  if (disc.state == DiscState::complete) {
+    out << "lead-out = " << disc.leadOut << "\n";
+  }
+  if (!disc.mcn.empty()) {
+    out << "mcn = " << disc.mcn << "\n";
+  }
+  if (!disc.tracks.empty()) {
+    out << "# number, control, pregap, ISRC, indices (sectors)\n";
+  }
+  for (const Track& track : disc.tracks) {
+    out << "track = " << track.number << " " << int{track.control} << " " << track.pregapStart
+        << " " << (track.isrc.empty() ? "-" : track.isrc);
+    for (const int32_t lba : track.indices) {
+      out << " " << lba;
+    }
+    out << "\n";
+  }
+  for (const CdTextPack& pack : disc.cdText) {
+    out << "cd-text = " << hex(pack) << "\n";
+  }
+  return out.str();
+}
+
+Disc readDisc(const std::filesystem::path& file) {
+  Disc disc;
+  KeyValue last;
+  for (const KeyValue& item : readKeyValues(file)) {
+    apply(item, file, disc);
+    last = item;
+  }
+  if (disc.state == DiscState::complete && (disc.tracks.empty() || disc.leadOut <= 0)) {
+    refuse(last, file, "a complete disc to have tracks and a lead-out");
+  }
+  return disc;
+}
+
+}  // namespace velmor::recorder

@@ -1,0 +1,27 @@
+// Lines "key = value"; empty lines and lines that begin with # say nothing.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace velmor::recorder {
+
+struct KeyValue {
+  std::string key, value;
+  int line = 0;  ///< from 1
+};
+
+/// Throws `DirectoryError` when the file cannot be read or a line has no "=".
+std::vector<KeyValue> readKeyValues(const std::filesystem::path& file);
+/// Replaces the file at one stroke: readers see the old or the new text. Throws `DirectoryError`.
+void replaceFile(const std::filesystem::path& file, const std::string& text);
+
+/// A whole number; throws `DirectoryError` that names the file and the line.
+int32_t numberOf(const KeyValue& item, const std::filesystem::path& file);
+/// "yes" or "no"; throws `DirectoryError`.
+bool switchOf(const KeyValue& item, const std::filesystem::path& file);
+[[noreturn]] void refuse(const KeyValue& item, const std::filesystem::path& file,
+                         const std::string& expected);
+
+}  // namespace velmor::recorder

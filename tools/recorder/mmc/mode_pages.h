@@ -1,0 +1,32 @@
+// The mode pages of a recorder: 01 error recovery, 05 write parameters, 2A capabilities (MMC-5
+// section 7).
+#pragma once
+
+#include <optional>
+#include <variant>
+
+#include "tools/recorder/mmc/bytes.h"
+#include "tools/recorder/mmc/sense.h"
+
+namespace velmor::recorder {
+
+inline constexpr uint8_t kSessionAtOnce = 2;
+
+class ModePages {
+ public:
+  ModePages();
+
+  /// The pages MODE SENSE asks for, without header. `control`: 0 current, 1 changeable, 2 default.
+  [[nodiscard]] std::variant<Bytes, Sense> sense(uint8_t page, uint8_t control) const;
+  /// Takes what follows the header in MODE SELECT's data. A refused list changes nothing.
+  std::optional<Sense> select(ByteView pages);
+
+  [[nodiscard]] uint8_t writeType() const;
+  [[nodiscard]] bool testWrite() const;
+
+ private:
+  Bytes recovery_;
+  Bytes write_;
+};
+
+}  // namespace velmor::recorder

@@ -1,0 +1,12 @@
+// The Q sub-channel of a recorded sector, as players follow it (IEC 60908, mode 1).
+#pragma once
+
+#include "tools/recorder/mmc/disc.h"
+
+namespace velmor::recorder {
+
+/// Sixteen bytes: control and ADR, track, index, time in the track, zero, absolute time (all
+/// binary-coded decimal), check sum, padding. `lba` lies on the disc's tracks or in its lead-out.
+std::array<uint8_t, 16> qFrameOf(const Disc& disc, int32_t lba);
+
+}  // namespace velmor::recorder
