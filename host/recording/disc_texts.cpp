@@ -79,6 +79,16 @@ TextBlock codeBlock(const DiscTexts& texts) {
   return {texts.media_catalog, codes};
 }
 
+/// Each text ends with a zero; a tab stands for the text of the track before.
+size_t payloadBytes(const TextBlock& block) {
+  size_t bytes = block.disc.size() + 1;
+  for (size_t i = 0; i < block.tracks.size(); ++i) {
+    const bool again = i > 0 && !block.tracks[i].empty() && block.tracks[i] == block.tracks[i - 1];
+    bytes += (again ? 1 : block.tracks[i].size()) + 1;
+  }
+  return bytes;
+}
+
 }  // namespace
 
 bool DiscTexts::hasCdText() const {
@@ -87,12 +97,8 @@ bool DiscTexts::hasCdText() const {
 
 int textPacks(const DiscTexts& texts) {
   size_t packs = 0;
-  for (const TextBlock& block : texts.blocks) {
-    if (!block.present()) continue;
-    size_t bytes = block.disc.size() + 1;  // each text ends with a zero
-    for (const std::string& text : block.tracks) bytes += text.size() + 1;
-    packs += (bytes + kTextPackBytes - 1) / kTextPackBytes;
-  }
+  for (const TextBlock& block : texts.blocks)
+    if (block.present()) packs += (payloadBytes(block) + kTextPackBytes - 1) / kTextPackBytes;
   return static_cast<int>(packs);
 }
 
@@ -110,8 +116,8 @@ DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks,
   if (textPacks(texts) > kMaxTextPacks) texts.block(TextKind::code) = {};
   const int packs = textPacks(texts);
   if (packs > kMaxTextPacks)
-    throw Refusal("The texts take " + std::to_string(packs) +
-                  " packs of CD-TEXT, and a disc holds 253: shorten them by about " +
+    throw Refusal("The texts take " + std::to_string(packs) + " packs of CD-TEXT, and " +
+                  std::to_string(kMaxTextPacks) + " can be written: shorten them by about " +
                   std::to_string((packs - kMaxTextPacks) * kTextPackBytes) +
                   " characters, or burn without CD-TEXT.");
   return texts;

@@ -12,7 +12,8 @@ namespace velmor::recording {
 /// The packs of CD-TEXT that a sheet can fill.
 enum class TextKind { title, performer, songwriter, code };
 inline constexpr size_t kTextKinds = 4;
-inline constexpr int kMaxTextPacks = 253;  ///< of one language block (MMC-3 annex J)
+/// A language block has room for 253 (MMC-3 annex J); libburn 1.5.4 takes one fewer.
+inline constexpr int kMaxTextPacks = 252;
 inline constexpr int kTextPackBytes = 12;  ///< payload of a pack
 
 /// One kind of text, ISO 8859-1. `tracks` is empty when the disc has no such text at all, and
@@ -39,7 +40,7 @@ struct DiscTexts {
 /// the sheet has another number of tracks, or more text than a disc holds.
 DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks, std::vector<std::string>& warnings);
 
-/// Packs of payload that the texts take.
+/// Packs of payload that the texts take. A text like that of the track before takes one character.
 int textPacks(const DiscTexts& texts);
 
 }  // namespace velmor::recording

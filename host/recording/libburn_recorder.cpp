@@ -363,6 +363,9 @@ double LibburnRecorder::setSpeed(double speed) {
 
 void LibburnRecorder::startBlanking() {
   changed_ = true;
+  // A disc with a recording that broke off is neither blank nor full to libburn, but can be
+  // blanked.
+  burn::burn_disc_pretend_full(drive_);
   burn::burn_disc_erase(drive_, 1);
 }
 

@@ -26,7 +26,8 @@ std::string describeMedium(const Medium& medium) {
     case DiscState::closed:
       return "a " + type + " that is written and closed";
     case DiscState::unsuitable:
-      return "a disc that the drive can neither read nor write";
+      return medium.recordable_cd ? "a " + type + " with a recording that was broken off"
+                                  : "a disc that the drive can neither read nor write";
     case DiscState::unknown:
       break;
   }
@@ -36,7 +37,8 @@ std::string describeMedium(const Medium& medium) {
 MediumVerdict judgeMedium(const Medium& medium, bool may_overwrite) {
   if (medium.state == DiscState::none)
     throw Refusal("There is no disc in the drive. Put a blank CD-R or CD-RW into it.");
-  if (medium.state == DiscState::unsuitable || medium.state == DiscState::unknown)
+  if (!medium.recordable_cd &&
+      (medium.state == DiscState::unsuitable || medium.state == DiscState::unknown))
     throw Refusal("The drive cannot use its disc. Put a blank CD-R or CD-RW into it.");
   if (medium.state == DiscState::blank && medium.recordable_cd) return MediumVerdict::ready;
   if (medium.state == DiscState::blank)

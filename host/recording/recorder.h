@@ -17,7 +17,7 @@ enum class DiscState {
   blank,
   appendable,  ///< has a session and is open for another one
   closed,
-  unsuitable,  ///< neither readable nor writable for this drive
+  unsuitable,  ///< neither readable nor writable as it is; of a recording that broke off, say
   unknown
 };
 

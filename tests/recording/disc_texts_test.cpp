@@ -168,24 +168,24 @@ TEST(DiscTexts, ASheetOfAnotherDiscIsRefused) {
 }
 
 /// One title of so many characters takes, with its zero, these bytes of packs of twelve.
-TEST(DiscTexts, TwoHundredAndFiftyThreePacksAreTheMost) {
+TEST(DiscTexts, TwoHundredAndFiftyTwoPacksAreTheMost) {
   std::vector<std::string> warnings;
   SheetTexts sheet = sheetOf(1);
-  sheet.tracks[0].texts.title = std::string(253 * 12 - 2, 'x');  // and the disc's empty one
-  EXPECT_EQ(textPacks(makeDiscTexts(sheet, 1, warnings)), 253);
+  sheet.tracks[0].texts.title = std::string(252 * 12 - 2, 'x');  // and the disc's empty one
+  EXPECT_EQ(textPacks(makeDiscTexts(sheet, 1, warnings)), 252);
   sheet.tracks[0].texts.title += 'x';
   try {
     makeDiscTexts(sheet, 1, warnings);
-    FAIL() << "254 packs were taken";
+    FAIL() << "253 packs were taken";
   } catch (const Refusal& refusal) {
-    EXPECT_THAT(refusal.what(), HasSubstr("254 packs"));
+    EXPECT_THAT(refusal.what(), HasSubstr("253 packs"));
   }
 }
 
 TEST(DiscTexts, TextsGoBeforeTheirCodesWhenThePacksRunOut) {
   std::vector<std::string> warnings;
   SheetTexts sheet = sheetOf(1);
-  sheet.tracks[0].texts.title = std::string(253 * 12 - 2, 'x');
+  sheet.tracks[0].texts.title = std::string(252 * 12 - 2, 'x');
   sheet.tracks[0].isrc = "USABC0500001";
   const DiscTexts texts = makeDiscTexts(sheet, 1, warnings);
   EXPECT_FALSE(texts.block(TextKind::code).present());

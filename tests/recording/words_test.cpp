@@ -115,6 +115,8 @@ INSTANTIATE_TEST_SUITE_P(
         Disc{{DiscState::blank, "DVD-R", false, false, 1, 1}, true, "needs a CD-R or CD-RW"},
         Disc{{DiscState::closed, "DVD-RW", false, true, 0, 0}, true, "Nothing can be recorded"},
         Disc{{DiscState::unsuitable, "", false, false, 0, 0}, true, "cannot use its disc"},
+        Disc{{DiscState::unsuitable, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
+        Disc{{DiscState::unsuitable, "CD-R", true, false, 0, 1}, true, "broken off. Nothing"},
         Disc{{DiscState::unknown, "", false, false, 0, 0}, true, "cannot use its disc"}));
 
 TEST(Room, TheImageMayFillTheDiscAndNotOneSectorMore) {
