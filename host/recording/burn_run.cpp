@@ -207,6 +207,9 @@ void BurnRun::conclude(const SectorFeed& feed, const SessionPlan& plan, const Me
     outcome_.disc_state = stateAfterFailure(after, simulate());
     return;
   }
+  const std::string remark = explainMessages(messages_, plan);
+  if (!remark.empty())
+    say(Severity::warning, "The burn went through, but the drive had something to say. " + remark);
   if (cancelWanted())
     say(Severity::note, "The wish to stop came when all was written; the disc was completed.");
   (simulate() ? outcome_.tested : outcome_.written) = true;

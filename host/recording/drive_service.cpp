@@ -105,7 +105,7 @@ bool DriveService::AcquireExclusiveAccess(void* device) {
     return false;
   }
   std::string why;
-  recorder_ = bus_->grab(drive->address, why);
+  recorder_ = bus_->grab(drive->address, true, why);
   if (recorder_ == nullptr) {
     fail(why);
     return false;
@@ -162,7 +162,7 @@ std::vector<Drive> DriveService::drives() {
 std::string DriveService::describeDisc(const Drive& drive) {
   if (recorder_ != nullptr) return "in use for a burn";
   std::string why;
-  const std::unique_ptr<Recorder> recorder = bus_->grab(drive.address, why);
+  const std::unique_ptr<Recorder> recorder = bus_->grab(drive.address, false, why);
   if (recorder == nullptr) return why;
   std::string words = describeMedium(recorder->medium());
   recorder->release(false);

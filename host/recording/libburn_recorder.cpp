@@ -1,7 +1,6 @@
 #include "host/recording/libburn_recorder.h"
 
-#include <libburn/libburn.h>
-#include <sys/types.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <array>
@@ -12,6 +11,7 @@
 
 #include "host/recording/device_access.h"
 #include "host/recording/disc_time.h"
+#include "host/recording/libburn_header.h"
 #include "host/recording/refusal.h"
 
 namespace velmor::recording {
@@ -34,6 +34,23 @@ char* mutableText(const char* text) {
 unsigned char* payloadOf(const std::string& text) {
   return reinterpret_cast<unsigned char*>(mutableText(text.c_str()));
 }
+
+/// While one lives, threads that are begun have all signals blocked: Ctrl-C is for the program's
+/// own thread to hear, and never for one that waits for an answer of the drive.
+class SignalsToOthers {
+ public:
+  SignalsToOthers() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before_);
+  }
+  ~SignalsToOthers() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  SignalsToOthers(const SignalsToOthers&) = delete;
+  SignalsToOthers& operator=(const SignalsToOthers&) = delete;
+
+ private:
+  sigset_t before_{};
+};
 
 // ---- the audio, as libburn asks for it --------------------------------------------------------
 
@@ -366,6 +383,7 @@ void LibburnRecorder::startBlanking() {
   // A disc with a recording that broke off is neither blank nor full to libburn, but can be
   // blanked.
   burn::burn_disc_pretend_full(drive_);
+  const SignalsToOthers quiet;
   burn::burn_disc_erase(drive_, 1);
 }
 
@@ -376,6 +394,7 @@ void LibburnRecorder::startWriting(const Session& session, SectorFeed& feed) {
   if (burn::burn_precheck_write(options.get(), disc_.get(), reasons.data(), 1) <= 0)
     throw Refusal(std::string("The drive does not take this burn: ") + reasons.data() + ".");
   changed_ = true;
+  const SignalsToOthers quiet;
   burn::burn_disc_write(options.get(), disc_.get());
 }
 
@@ -424,7 +443,8 @@ class LibburnBus final : public RecorderBus {
   LibburnBus& operator=(const LibburnBus&) = delete;
 
   std::vector<DriveRecord> scan() override;
-  std::unique_ptr<Recorder> grab(const std::string& address, std::string& why) override;
+  std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray,
+                                 std::string& why) override;
 };
 
 std::vector<DriveRecord> LibburnBus::scan() {
@@ -432,6 +452,7 @@ std::vector<DriveRecord> LibburnBus::scan() {
   burn::burn_drive_info* infos = nullptr;
   unsigned int count = 0;
   int done = 0;
+  const SignalsToOthers quiet;
   while ((done = burn::burn_drive_scan(&infos, &count)) == 0) usleep(kPollMicroseconds);
   for (unsigned int i = 0; done > 0 && i < count; ++i) {
     std::array<char, BURN_DRIVE_ADR_LEN> address{};
@@ -445,12 +466,13 @@ std::vector<DriveRecord> LibburnBus::scan() {
   return drives;
 }
 
-std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, std::string& why) {
+std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool close_tray,
+                                           std::string& why) {
   why = accessObstacle(address);
   if (!why.empty()) return nullptr;
   burn::burn_drive_info* info = nullptr;
   const int grabbed =
-      burn::burn_drive_scan_and_grab(&info, mutableText(address.c_str()), 1 /* close the tray */);
+      burn::burn_drive_scan_and_grab(&info, mutableText(address.c_str()), close_tray ? 1 : 0);
   if (grabbed > 0 && info != nullptr) {
     drainMessages();
     return std::make_unique<LibburnRecorder>(info);

@@ -97,8 +97,10 @@ class RecorderBus {
   virtual ~RecorderBus() = default;
   /// The drives that can be opened and can write CDs.
   virtual std::vector<DriveRecord> scan() = 0;
-  /// Null: not to be had; `why` says it in a sentence.
-  virtual std::unique_ptr<Recorder> grab(const std::string& address, std::string& why) = 0;
+  /// Takes a drive, with its tray pulled in if `close_tray`. Null: not to be had; `why` says it in
+  /// a sentence.
+  virtual std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray,
+                                         std::string& why) = 0;
 };
 
 }  // namespace velmor::recording

@@ -238,6 +238,26 @@ TEST_F(Burn, TheWishToStopBeforeItBeginsWritesNothing) {
   expectRefused(outcome, "stopped before it began");
 }
 
+TEST_F(Burn, AnErrorThatDidNotEndItIsToldAsAWarning) {
+  drive.remark = "SCSI error on close session: [4 08 00] Hardware error.";
+  EXPECT_TRUE(run(Programme({300})).written);
+  ASSERT_EQ(person.warnings.size(), 1U);
+  EXPECT_THAT(person.warnings[0], HasSubstr("the connection to the drive broke down"));
+}
+
+TEST_F(Burn, TheWishToStopThatComesWhenAllIsWrittenLetsTheDiscBeCompleted) {
+  const Programme programme({300});
+  person.on_progress = [this](const Progress& step) {
+    if (step.sectors_done == step.sectors_total) cancel = true;
+  };
+  drive.closing_steps = 2;
+  const Outcome outcome = run(programme);
+  EXPECT_TRUE(outcome.written);
+  EXPECT_FALSE(outcome.cancelled);
+  EXPECT_EQ(drive.cancels, 0);
+  EXPECT_EQ(person.notes.size(), 1U);
+}
+
 TEST_F(Burn, ADriveThatIsFasterThanWishedIsWarnedOf) {
   options.speed = 1.0;
   run(Programme({300}));

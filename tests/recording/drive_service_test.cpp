@@ -23,7 +23,7 @@ class BusDouble final : public RecorderBus {
     ++machine_.scans;
     return machine_.drives;
   }
-  std::unique_ptr<Recorder> grab(const std::string&, std::string& why) override {
+  std::unique_ptr<Recorder> grab(const std::string&, bool, std::string& why) override {
     why = machine_.refusal;
     if (!why.empty()) return nullptr;
     return std::make_unique<RecorderDouble>(machine_.state);

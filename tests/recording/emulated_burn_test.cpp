@@ -195,6 +195,30 @@ TEST_F(EmulatedBurn, ASectorThatCannotBeReadBackIsNoGoodDisc) {
   EXPECT_THAT(outcome.failure, HasSubstr("cannot be read at 00:06:"));
 }
 
+TEST_F(EmulatedBurn, ADriveThatIsFasterThanWishedIsWarnedOf) {
+  options.speed = 1.0;
+  EXPECT_TRUE(burn(Programme({300})).written);
+  ASSERT_EQ(person.warnings.size(), 1U);
+  EXPECT_THAT(person.warnings[0], HasSubstr("slowest speed"));
+}
+
+TEST_F(EmulatedBurn, ASpeedThatTheDriveHasIsTakenWithoutAWord) {
+  options.speed = 16.0;
+  EXPECT_TRUE(burn(Programme({300})).written);
+  EXPECT_THAT(person.warnings, IsEmpty());
+}
+
+TEST_F(EmulatedBurn, ListingPullsNoTrayIn) {
+  shelf.drive(0).saveTray(true);
+  EXPECT_EQ(service->describeDisc(service->drives()[0]), "no disc");
+  EXPECT_TRUE(shelf.drive(0).trayOpen());
+}
+
+TEST_F(EmulatedBurn, ABurnPullsTheTrayIn) {
+  shelf.drive(0).saveTray(true);
+  EXPECT_TRUE(burn(Programme({300})).written) << service->outcome().failure;
+}
+
 TEST_F(EmulatedBurn, EjectsWhenItIsAskedTo) {
   properties.completion_action = kDiscActionEject;
   EXPECT_TRUE(burn(Programme({300})).written);

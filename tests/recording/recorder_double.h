@@ -18,8 +18,10 @@ struct DriveState {
   bool can_test_write = true;
   double slowest_speed = 4.0;
   bool blanks_well = true;
+  int closing_steps = 0;                // that it takes when all is written
   int64_t flaw_at = -1;                 // sector that cannot be written
   bool goes_on_with_zeros = false;      // and says that all went well, as recorders do
+  std::string remark;                   // that it makes at the end of a burn
   int read_offset = 0;                  // frames by which it reads early
   int64_t unreadable_from = INT64_MAX;  // sector
 
@@ -71,8 +73,11 @@ class RecorderDouble final : public Recorder {
       return {Activity::blanking, 1.0 - blanking_ / 3.0, -1};
     }
     if (feed_ == nullptr) return {};
-    for (int i = 0; i < 100 && feed_ != nullptr; ++i) writeSector();
-    return {feed_ != nullptr ? Activity::writing : Activity::idle, 0.0, 80};
+    if (written_ == session_.plan->sectors && state_.closing_steps-- > 0)
+      return {Activity::closing, 0.0, -1};
+    for (int i = 0; i < 100 && feed_ != nullptr && !atTheEnd(i); ++i) writeSector();
+    if (feed_ == nullptr) return {};
+    return {atTheEnd(1) ? Activity::closing : Activity::writing, 0.0, 80};
   }
   void cancel() override {
     ++state_.cancels;
@@ -94,13 +99,20 @@ class RecorderDouble final : public Recorder {
   void release(bool eject) override { state_.releases.push_back(eject); }
 
  private:
+  /// All is written, and the drive is to be seen closing the disc.
+  bool atTheEnd(int step) const {
+    return written_ == session_.plan->sectors && state_.closing_steps > 0 && step > 0;
+  }
   void end() {
     feed_ = nullptr;
     if (state_.simulated) return;
     state_.medium.state = good_ && !state_.kept_open ? DiscState::closed : DiscState::appendable;
   }
   void writeSector() {
-    if (written_ == session_.plan->sectors) return end();
+    if (written_ == session_.plan->sectors) {
+      if (!state_.remark.empty()) messages_.push_back({true, state_.remark});
+      return end();
+    }
     unsigned char sector[kSectorBytes] = {};
     const auto track = static_cast<size_t>(session_.plan->trackAt(written_));
     if (!feed_->next(track, sector)) {

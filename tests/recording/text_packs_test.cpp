@@ -1,8 +1,7 @@
 // Our count of CD-TEXT packs against those that libburn makes.
-#include <libburn/libburn.h>
-#include <sys/types.h>
 
 #include "host/recording/disc_texts.h"
+#include "host/recording/libburn_header.h"
 
 namespace velmor::recording::testing {
 namespace {
