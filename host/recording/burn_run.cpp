@@ -1,6 +1,7 @@
 #include "host/recording/burn_run.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "host/recording/disc_comparison.h"
 #include "host/recording/disc_time.h"
@@ -147,7 +148,7 @@ void BurnRun::prepareDrive() {
     say(Severity::warning,
         "The drive does not write this disc so slowly; it takes its slowest "
         "speed, about " +
-            std::to_string(static_cast<int>(speed + 0.5)) + "x.");
+            std::to_string(std::lround(speed)) + "x.");
 }
 
 void BurnRun::write(const SessionPlan& plan, const Medium& before) {

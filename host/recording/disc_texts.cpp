@@ -65,7 +65,10 @@ void addCodes(DiscTexts& texts, const SheetTexts& sheet, std::vector<std::string
     texts.recording_codes.push_back(keep(recordingCode(sheet.tracks[i].isrc), where));
     const std::string& code = texts.recording_codes.back();
     if (!code.empty() && !seen.insert(code).second)
-      warnings.push_back(where + "the ISRC " + code + " stands on an earlier track too.");
+      warnings.push_back(std::string(where)
+                             .append("the ISRC ")
+                             .append(code)
+                             .append(" stands on an earlier track too."));
   }
 }
 

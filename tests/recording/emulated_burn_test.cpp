@@ -11,7 +11,6 @@ extern "C" velmor::recording::Service* velmorOpenRecording(
 namespace velmor::recording::testing {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 

@@ -42,6 +42,7 @@ TEST_P(TextPacks, AreCountedAsTheyWillBeWritten) {
 
 std::vector<std::string> numbered(int count) {
   std::vector<std::string> texts;
+  texts.reserve(static_cast<size_t>(count));
   for (int i = 0; i < count; ++i) texts.push_back("Part " + std::to_string(i * i));
   return texts;
 }

@@ -10,7 +10,6 @@ namespace velmor::recording::testing {
 namespace {
 
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 SessionPlan twoTracks() {
   SessionPlan plan;
