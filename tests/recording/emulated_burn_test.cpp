@@ -294,7 +294,7 @@ TEST_F(EmulatedBurn, ARewritableDiscIsBlankedAfterAYesOnly) {
   EXPECT_EQ(shelf.disc(0).tracks.size(), 1U);
   person.blank = true;
   EXPECT_TRUE(burn(programme).written) << service->outcome().failure;
-  EXPECT_EQ(person.questions.size(), 2U);
+  ASSERT_EQ(person.questions.size(), 2U);
   EXPECT_THAT(person.questions[1], HasSubstr("a CD-RW that is written and closed"));
   EXPECT_EQ(shelf.audio(0), programme.image());
   EXPECT_EQ(shelf.disc(0).tracks.size(), 2U);
