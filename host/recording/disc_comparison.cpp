@@ -192,9 +192,10 @@ Comparison compareDisc(Recorder& recorder, const SessionPlan& plan,
     if (!offset.readable) return {Verdict::undecided, kUnread};
     const Findings findings = compareAll(plan, disc, offset.frames, progress);
     if (findings.differing > 0)
-      return {Verdict::different, "The disc differs from the image in " +
-                                      std::to_string(findings.differing) + " sectors, first at " +
-                                      place(plan, findings.first) + "."};
+      return {Verdict::different,
+              "The disc differs from the image in " + std::to_string(findings.differing) +
+                  (findings.differing == 1 ? " sector, at " : " sectors, first at ") +
+                  place(plan, findings.first) + "."};
     if (findings.unreadable && *findings.unreadable == 0) return {Verdict::undecided, kUnread};
     if (findings.unreadable)
       return {Verdict::different,

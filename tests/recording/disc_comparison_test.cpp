@@ -68,7 +68,7 @@ TEST_P(OneWrongByte, IsFoundAndItsSectorNamed) {
   const Comparison result = compare(drive, programme);
   EXPECT_EQ(result.verdict, Verdict::different);
   const auto sector = static_cast<int64_t>(GetParam() / kSectorBytes);
-  EXPECT_THAT(result.words, HasSubstr("in 1 sectors, first at " + minutesSecondsFrames(sector) +
+  EXPECT_THAT(result.words, HasSubstr("in 1 sector, at " + minutesSecondsFrames(sector) +
                                       (sector < 300 ? " (track 1)" : " (track 2)")));
 }
 
