@@ -116,26 +116,17 @@ int show(const Request& request) {
   return 0;
 }
 
-/// Writes "key = value" lines through the reader of drive.conf, so that both know the same keys.
 int change(const Request& request) {
   const DriveDirectory directory = driveOf(request);
-  const fs::path draft = directory.path() / "draft";
-  fs::create_directories(draft);
-  const DriveDirectory scratch(draft);
-  scratch.saveSettings(directory.settings());
-  {
-    std::ofstream out(scratch.settingsFile(), std::ios::app);
-    for (const std::string& setting : request.settings) {
-      out << setting << "\n";
+  Settings settings = directory.settings();
+  for (const std::string& setting : request.settings) {
+    const std::size_t equals = setting.find('=');
+    if (equals == std::string::npos) {
+      throw DirectoryError("\"" + setting + "\": a setting reads key=value");
     }
+    applySetting(setting.substr(0, equals), setting.substr(equals + 1), "set", settings);
   }
-  try {
-    directory.saveSettings(scratch.settings());
-  } catch (...) {
-    fs::remove_all(draft);
-    throw;
-  }
-  fs::remove_all(draft);
+  directory.saveSettings(settings);
   return 0;
 }
 

@@ -21,10 +21,10 @@ std::string hex(const CdTextPack& pack) {
   return out;
 }
 
-CdTextPack packOf(const KeyValue& item, const std::filesystem::path& file) {
+CdTextPack packOf(const KeyValue& item) {
   if (item.value.size() != 2 * kPackBytes ||
       item.value.find_first_not_of("0123456789abcdef") != std::string::npos) {
-    refuse(item, file, "18 bytes as lower-case hexadecimal digits");
+    refuse(item, "18 bytes as lower-case hexadecimal digits");
   }
   CdTextPack pack{};
   for (std::size_t i = 0; i < kPackBytes; ++i) {
@@ -34,7 +34,7 @@ CdTextPack packOf(const KeyValue& item, const std::filesystem::path& file) {
 }
 
 /// "number control pregap isrc index1 index2 …", a dash for no ISRC.
-Track trackOf(const KeyValue& item, const std::filesystem::path& file) {
+Track trackOf(const KeyValue& item) {
   std::istringstream in(item.value);
   Track track;
   int control = 0;
@@ -44,7 +44,7 @@ Track trackOf(const KeyValue& item, const std::filesystem::path& file) {
     track.indices.push_back(lba);
   }
   if (!in.eof() || track.indices.empty() || track.number < 1 || track.number > 99) {
-    refuse(item, file, "number, control, pregap, ISRC and indices");
+    refuse(item, "number, control, pregap, ISRC and indices");
   }
   if (track.isrc == "-") {
     track.isrc.clear();
@@ -52,37 +52,37 @@ Track trackOf(const KeyValue& item, const std::filesystem::path& file) {
   return track;
 }
 
-DiscState stateOf(const KeyValue& item, const std::filesystem::path& file) {
+DiscState stateOf(const KeyValue& item) {
   for (std::size_t i = 0; i < std::size(kStates); ++i) {
     if (item.value == kStates[i]) {
       return static_cast<DiscState>(i);
     }
   }
-  refuse(item, file, "blank, incomplete or complete");
+  refuse(item, "blank, incomplete or complete");
 }
 
-void apply(const KeyValue& item, const std::filesystem::path& file, Disc& disc) {
+void apply(const KeyValue& item, Disc& disc) {
   if (item.key == "medium") {
     if (item.value != "cd-r" && item.value != "cd-rw") {
-      refuse(item, file, "cd-r or cd-rw");
+      refuse(item, "cd-r or cd-rw");
     }
     disc.medium = item.value == "cd-rw" ? Medium::cdRw : Medium::cdR;
   } else if (item.key == "state") {
-    disc.state = stateOf(item, file);
+    disc.state = stateOf(item);
   } else if (item.key == "capacity") {
-    disc.capacity = numberOf(item, file);
+    disc.capacity = numberOf(item);
   } else if (item.key == "lead-in") {
-    disc.leadIn = numberOf(item, file);
+    disc.leadIn = numberOf(item);
   } else if (item.key == "lead-out") {
-    disc.leadOut = numberOf(item, file);
+    disc.leadOut = numberOf(item);
   } else if (item.key == "mcn") {
     disc.mcn = item.value;
   } else if (item.key == "track") {
-    disc.tracks.push_back(trackOf(item, file));
+    disc.tracks.push_back(trackOf(item));
   } else if (item.key == "cd-text") {
-    disc.cdText.push_back(packOf(item, file));
+    disc.cdText.push_back(packOf(item));
   } else {
-    refuse(item, file, "a fact about a disc");
+    refuse(item, "a fact about a disc");
   }
 }
 
@@ -121,11 +121,11 @@ Disc readDisc(const std::filesystem::path& file) {
   Disc disc;
   KeyValue last;
   for (const KeyValue& item : readKeyValues(file)) {
-    apply(item, file, disc);
+    apply(item, disc);
     last = item;
   }
   if (disc.state == DiscState::complete && (disc.tracks.empty() || disc.leadOut <= 0)) {
-    refuse(last, file, "a complete disc to have tracks and a lead-out");
+    refuse(last, "a complete disc to have tracks and a lead-out");
   }
   return disc;
 }

@@ -14,20 +14,20 @@ namespace {
 
 constexpr int kMostMilliseconds = 60000;
 
-void apply(const KeyValue& item, const fs::path& file, Settings& settings) {
+void apply(const KeyValue& item, Settings& settings) {
   const auto bounded = [&](int32_t most) {
-    const int32_t value = numberOf(item, file);
+    const int32_t value = numberOf(item);
     if (value < 0 || value > most) {
-      refuse(item, file, "0 to " + std::to_string(most));
+      refuse(item, "0 to " + std::to_string(most));
     }
     return value;
   };
   const auto sector = [&] {
-    return item.value == "none" ? std::nullopt : std::optional<int32_t>(numberOf(item, file));
+    return item.value == "none" ? std::nullopt : std::optional<int32_t>(numberOf(item));
   };
   if (item.key == "device") {
     if (item.value.rfind("/dev/", 0) != 0 || item.value.size() == 5) {
-      refuse(item, file, "a path below /dev");
+      refuse(item, "a path below /dev");
     }
     settings.device = item.value;
   } else if (item.key == "vendor") {
@@ -45,17 +45,22 @@ void apply(const KeyValue& item, const fs::path& file, Settings& settings) {
   } else if (item.key == "becoming-ready-polls") {
     settings.faults.becomingReadyPolls = bounded(1000);
   } else if (item.key == "busy") {
-    settings.busy = switchOf(item, file);
+    settings.busy = switchOf(item);
   } else if (item.key == "deny") {
-    settings.deny = switchOf(item, file);
+    settings.deny = switchOf(item);
   } else {
-    refuse(item, file,
+    refuse(item,
            "device, vendor, product, revision, write-error-at, read-error-at, write-delay-ms, "
            "becoming-ready-polls, busy or deny as the key");
   }
 }
 
 }  // namespace
+
+void applySetting(const std::string& key, const std::string& value, const std::string& where,
+                  Settings& settings) {
+  apply({key, value, where}, settings);
+}
 
 std::vector<DriveDirectory> DriveDirectory::all(const fs::path& root) {
   std::vector<DriveDirectory> drives;
@@ -73,7 +78,7 @@ std::vector<DriveDirectory> DriveDirectory::all(const fs::path& root) {
 Settings DriveDirectory::settings() const {
   Settings settings;
   for (const KeyValue& item : readKeyValues(settingsFile())) {
-    apply(item, settingsFile(), settings);
+    apply(item, settings);
   }
   return settings;
 }

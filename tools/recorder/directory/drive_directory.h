@@ -30,6 +30,11 @@ struct Settings {
   bool deny = false;  ///< every open fails for lack of permission
 };
 
+/// Sets one key of drive.conf; "none" takes a bad sector away. Throws `DirectoryError`, which
+/// begins with `where`.
+void applySetting(const std::string& key, const std::string& value, const std::string& where,
+                  Settings& settings);
+
 /// One drive's folder. Holds no descriptor and no state but the path.
 class DriveDirectory {
  public:

@@ -32,12 +32,12 @@ std::vector<KeyValue> readKeyValues(const std::filesystem::path& file) {
     if (line.empty() || line.front() == '#') {
       continue;
     }
+    const std::string where = file.string() + ":" + std::to_string(number);
     const std::size_t equals = line.find('=');
     if (equals == std::string::npos) {
-      throw DirectoryError(file.string() + ":" + std::to_string(number) +
-                           ": a line reads \"key = value\"");
+      throw DirectoryError(where + ": a line reads \"key = value\"");
     }
-    items.push_back({trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)), number});
+    items.push_back({trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)), where});
   }
   return items;
 }
@@ -58,24 +58,24 @@ void replaceFile(const std::filesystem::path& file, const std::string& text) {
   }
 }
 
-void refuse(const KeyValue& item, const std::filesystem::path& file, const std::string& expected) {
-  throw DirectoryError(file.string() + ":" + std::to_string(item.line) + ": \"" + item.key + " = " +
-                       item.value + "\": expected " + expected);
+void refuse(const KeyValue& item, const std::string& expected) {
+  throw DirectoryError(item.where + ": \"" + item.key + " = " + item.value + "\": expected " +
+                       expected);
 }
 
-int32_t numberOf(const KeyValue& item, const std::filesystem::path& file) {
+int32_t numberOf(const KeyValue& item) {
   int32_t value = 0;
   const char* end = item.value.data() + item.value.size();
   const auto result = std::from_chars(item.value.data(), end, value);
   if (result.ec != std::errc() || result.ptr != end) {
-    refuse(item, file, "a whole number");
+    refuse(item, "a whole number");
   }
   return value;
 }
 
-bool switchOf(const KeyValue& item, const std::filesystem::path& file) {
+bool switchOf(const KeyValue& item) {
   if (item.value != "yes" && item.value != "no") {
-    refuse(item, file, "yes or no");
+    refuse(item, "yes or no");
   }
   return item.value == "yes";
 }

@@ -9,7 +9,7 @@ namespace velmor::recorder {
 
 struct KeyValue {
   std::string key, value;
-  int line = 0;  ///< from 1
+  std::string where;  ///< "file:line"
 };
 
 /// Throws `DirectoryError` when the file cannot be read or a line has no "=".
@@ -18,10 +18,9 @@ std::vector<KeyValue> readKeyValues(const std::filesystem::path& file);
 void replaceFile(const std::filesystem::path& file, const std::string& text);
 
 /// A whole number; throws `DirectoryError` that names the file and the line.
-int32_t numberOf(const KeyValue& item, const std::filesystem::path& file);
+int32_t numberOf(const KeyValue& item);
 /// "yes" or "no"; throws `DirectoryError`.
-bool switchOf(const KeyValue& item, const std::filesystem::path& file);
-[[noreturn]] void refuse(const KeyValue& item, const std::filesystem::path& file,
-                         const std::string& expected);
+bool switchOf(const KeyValue& item);
+[[noreturn]] void refuse(const KeyValue& item, const std::string& expected);
 
 }  // namespace velmor::recorder

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <thread>
 
+#include "tools/recorder/interpose/trace.h"
+
 namespace velmor::recorder {
 
 namespace {
@@ -76,6 +78,7 @@ Reply Device::execute(ByteView cdb, ByteView dataOut) {
   }
   Reply reply = drive_.execute(cdb, dataOut);
   writeBack();
+  trace(path_, cdb, dataOut.size(), reply);
   if (reply.delay.count() > 0) {
     std::this_thread::sleep_for(reply.delay);
   }

@@ -1,7 +1,6 @@
 // What the drive is and can do: INQUIRY, GET CONFIGURATION, mode pages, events, performance.
 
 #include <algorithm>
-#include <cstring>
 
 #include "tools/recorder/mmc/drive.h"
 
@@ -14,8 +13,8 @@ constexpr uint16_t kProfileCdR = 0x0009;
 constexpr uint16_t kProfileCdRw = 0x000A;
 
 void copyPadded(const std::string& text, uint8_t* to, std::size_t size) {
-  std::memset(to, ' ', size);
-  std::memcpy(to, text.data(), std::min(size, text.size()));
+  std::fill_n(to, size, uint8_t{' '});
+  std::copy_n(text.begin(), std::min(size, text.size()), to);
 }
 
 /// A feature descriptor (MMC-5 section 5.2); `data` is a multiple of four bytes.
