@@ -1,5 +1,7 @@
 #include "host/recording/burn_run.h"
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 

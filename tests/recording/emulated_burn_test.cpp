@@ -1,5 +1,7 @@
 // From the burn engine's calls through libburn to the disc in an emulated recorder.
-#include <functional>
+#include <atomic>
+#include <fstream>
+#include <stdexcept>
 
 #include "host/recording/recording_library.h"
 #include "tests/recording/attendant_double.h"

@@ -1,6 +1,7 @@
 // An image in memory and producers that cut tracks out of it, with the faults a producer may have.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <memory>
