@@ -1,0 +1,60 @@
+// The recording service: the drives of a bus, and burns on them.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/recording/recorder.h"
+#include "host/recording/recording_library.h"
+
+namespace velmor::recording {
+
+class DriveService final : public Service {
+ public:
+  DriveService(std::unique_ptr<RecorderBus> bus, const Options& options);
+
+  int DeviceCount() override;
+  void* DeviceAt(int index) override;
+  const char* VendorName(void* device) override;
+  const char* ProductName(void* device) override;
+  bool IsValid(void* device) override;
+  bool AcquireExclusiveAccess(void* device) override;
+  void ReleaseExclusiveAccess(void* device) override;
+  void* BurnForDevice(void* device) override;
+  void SetProperties(void* burn, const DiscBurnProperties* properties) override;
+  void RunProgressPanel(void* burn, const DiscTrack* tracks, int count) override;
+
+  void configure(const Options& options) override;
+  void refresh() override;
+  std::vector<Drive> drives() override;
+  std::string describeDisc(const Drive& drive) override;
+  const Outcome& outcome() const override;
+  void close() override;
+
+ private:
+  struct Burn {
+    const DriveRecord* drive;
+    DiscBurnProperties properties;
+  };
+
+  ~DriveService() = default;
+  void scan();
+  const DriveRecord* find(void* device) const;
+  void fail(const std::string& sentence);
+
+  std::unique_ptr<RecorderBus> bus_;
+  Options options_;
+  // libburn's own handles die with every look for drives; these records are what the burn engine
+  // compares by identity. They stay until the service ends.
+  std::vector<std::unique_ptr<DriveRecord>> records_;
+  std::vector<DriveRecord*> present_;
+  bool stale_ = true;
+  const DriveRecord* held_ = nullptr;
+  std::unique_ptr<Recorder> recorder_;
+  bool eject_ = false;
+  std::unique_ptr<Burn> burn_;
+  Outcome outcome_;
+};
+
+}  // namespace velmor::recording

@@ -1,0 +1,15 @@
+#include "host/recording/recording_library.h"
+
+#include "host/recording/drive_service.h"
+#include "host/recording/libburn_recorder.h"
+
+using velmor::recording::DriveService;
+using velmor::recording::openLibburn;
+using velmor::recording::Options;
+using velmor::recording::Service;
+
+extern "C" __attribute__((visibility("default"))) Service* velmorOpenRecording(
+    const Options& options, std::string& why) {
+  auto bus = openLibburn(why);
+  return bus != nullptr ? new DriveService(std::move(bus), options) : nullptr;
+}

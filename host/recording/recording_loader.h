@@ -1,0 +1,15 @@
+// Brings the recording library into the program, once somebody wants to burn.
+#pragma once
+
+#include <string>
+
+#include "host/recording/recording_library.h"
+
+namespace velmor::recording {
+
+/// Loads the library from `folder` (that of the program) and opens its service; the owner ends it
+/// with `Service::close`. Null on failure, and `why` says what is missing. The library stays loaded
+/// until the process ends.
+Service* loadRecording(const std::string& folder, const Options& options, std::string& why);
+
+}  // namespace velmor::recording

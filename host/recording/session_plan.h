@@ -1,0 +1,30 @@
+// Where every track of a burn will lie, and whether a disc may be written so.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "abi/disc_recording.h"
+
+namespace velmor::recording {
+
+struct PlannedTrack {
+  DiscTrackProducer* producer = nullptr;
+  int pregap = 0;     ///< sectors from INDEX 00 to INDEX 01 that the producer fills
+  int sectors = 0;    ///< from INDEX 01 on
+  int64_t start = 0;  ///< LBA of INDEX 01
+};
+
+struct SessionPlan {
+  std::vector<PlannedTrack> tracks;
+  int64_t sectors = 0;  ///< of all tracks with their pregaps; LBA of the lead-out
+
+  /// The track (from 0) that sector `lba` belongs to; its pregap counts as its own.
+  int trackAt(int64_t lba) const;
+};
+
+/// Lays out the tracks; throws `Refusal` for what would be no audio disc, or would be written
+/// otherwise than it was handed over.
+SessionPlan planSession(const DiscTrack* tracks, int count);
+
+}  // namespace velmor::recording
