@@ -1,7 +1,5 @@
 #include "host/render/input/audio_input.h"
 
-#include <sndfile.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -9,8 +7,8 @@
 #include <utility>
 
 #include "host/render/input/embedded_marks.h"
-#include "host/render/input/readable_file.h"
 #include "host/render/input/resampler.h"
+#include "host/render/input/sound_file.h"
 #include "host/render/input/source_format.h"
 #include "host/render/input/text_encoding.h"
 #include "host/render/input/tpdf_dither.h"
@@ -23,67 +21,25 @@ constexpr size_t kBlockFrames = 16384;
 constexpr size_t kBlockSamples = 4 * kBlockFrames;
 constexpr int kDiscBits = 16;
 
-struct CloseSound {
-  void operator()(SNDFILE* file) const { sf_close(file); }
-};
-using SoundFile = std::unique_ptr<SNDFILE, CloseSound>;
-
-struct Sound {
-  SoundFile file;
-  SF_INFO info{};
-};
-
-// By descriptor and not by name: a name's ending must not turn a text into headerless telephone
-// audio.
-Sound openSound(const std::string& path) {
-  ReadableFile readable(path);
-  if (readable.size() == 0) throw InputError("'" + path + "' is empty; export the audio again");
-  Sound sound;
-  sound.file.reset(sf_open_fd(readable.release(), SFM_READ, &sound.info, SF_TRUE));
-  if (!sound.file) {
-    throw InputError("'" + path + "' is no audio file that can be read (" +
-                     asLineOfText(sf_strerror(nullptr)) + "); convert it to WAV or FLAC");
-  }
-  if (sound.info.samplerate < 1 || sound.info.channels < 1) {
-    throw InputError("'" + path + "' states no sample rate or no channels; export it again");
-  }
-  return sound;
-}
-
-/// Frames of a stream whose header does not state its length.
-int64_t countFrames(const std::string& path) {
-  const Sound sound = openSound(path);
-  const auto channels = static_cast<size_t>(sound.info.channels);
-  const size_t block = std::max<size_t>(1, kBlockSamples / channels);
-  std::vector<double> samples(block * channels);
-  int64_t frames = 0;
-  for (;;) {
-    const sf_count_t got =
-        sf_readf_double(sound.file.get(), samples.data(), static_cast<sf_count_t>(block));
-    if (got <= 0) return frames;
-    frames += got;
-  }
-}
-
 std::string textIn(SNDFILE* file, int kind) {
   const char* text = sf_get_string(file, kind);
   return text ? asLineOfText(text) : std::string();
 }
 
-InputInfo describe(const std::string& path, const Sound& sound) {
-  SNDFILE* file = sound.file.get();
+InputInfo describe(const std::string& path, const SoundFile& sound) {
+  SNDFILE* file = sound.handle();
   InputInfo info;
   info.path = path;
-  info.format = formatName(sound.info.format);
-  info.rate = sound.info.samplerate;
-  info.channels = sound.info.channels;
-  info.bits = integerBits(sound.info.format);
-  info.frames = framesAtDiscRate(sound.info.frames, sound.info.samplerate);
+  info.format = formatName(sound.info().format);
+  info.rate = sound.info().samplerate;
+  info.channels = sound.info().channels;
+  info.bits = integerBits(sound.info().format);
+  info.frames = framesAtDiscRate(sound.info().frames, sound.info().samplerate);
   info.tags.title = textIn(file, SF_STR_TITLE);
   info.tags.artist = textIn(file, SF_STR_ARTIST);
   info.tags.album = textIn(file, SF_STR_ALBUM);
   info.tags.comment = textIn(file, SF_STR_COMMENT);
-  info.marks = embeddedMarks(file, sound.info);
+  info.marks = embeddedMarks(file, sound.info());
   return info;
 }
 
@@ -98,10 +54,10 @@ std::string minutesOf(int64_t frames, int rate) {
 /// The file's own frames as one or two planar channels, a block at a time.
 class SourceBlocks {
  public:
-  SourceBlocks(Sound sound, std::string path)
+  SourceBlocks(std::unique_ptr<SoundFile> sound, std::string path)
       : m_sound(std::move(sound)),
         m_path(std::move(path)),
-        m_channels(static_cast<size_t>(m_sound.info.channels)),
+        m_channels(static_cast<size_t>(m_sound->info().channels)),
         m_blockFrames(std::clamp<size_t>(kBlockSamples / m_channels, 1, kBlockFrames)),
         m_samples(m_blockFrames * m_channels) {}
 
@@ -109,7 +65,7 @@ class SourceBlocks {
   /// Frames that wait for `copy`; loads the next block when there are none. 0 at the end. Throws
   /// `InputError` when the file ends before the length it states.
   size_t available() {
-    if (m_used == m_filled && m_position < m_sound.info.frames) load();
+    if (m_used == m_filled && m_position < m_sound->info().frames) load();
     return m_filled - m_used;
   }
   /// At most `available()` frames. `right` may be null in a mono file.
@@ -130,20 +86,21 @@ class SourceBlocks {
   void load() {
     m_used = m_filled = 0;
     const auto wanted = static_cast<sf_count_t>(m_blockFrames);
-    const sf_count_t got = sf_readf_double(m_sound.file.get(), m_samples.data(), wanted);
-    const sf_count_t due = std::min<sf_count_t>(wanted, m_sound.info.frames - m_position);
-    if (got < due || sf_error(m_sound.file.get()) != SF_ERR_NO_ERROR)
+    const sf_count_t got = sf_readf_double(m_sound->handle(), m_samples.data(), wanted);
+    const sf_count_t due = std::min<sf_count_t>(wanted, m_sound->info().frames - m_position);
+    if (got < due || sf_error(m_sound->handle()) != SF_ERR_NO_ERROR)
       breakOff(std::max<sf_count_t>(got, 0));
     m_position += due;
     m_filled = static_cast<size_t>(due);
   }
   [[noreturn]] void breakOff(sf_count_t got) const {
-    const int rate = m_sound.info.samplerate;
+    const int rate = m_sound->info().samplerate;
     throw InputError("'" + m_path + "' breaks off at " + minutesOf(m_position + got, rate) +
-                     " of " + minutesOf(m_sound.info.frames, rate) + "; copy or export it again");
+                     " of " + minutesOf(m_sound->info().frames, rate) +
+                     "; copy or export it again");
   }
 
-  Sound m_sound;
+  std::unique_ptr<SoundFile> m_sound;
   std::string m_path;
   size_t m_channels;
   size_t m_blockFrames;
@@ -155,7 +112,7 @@ class SourceBlocks {
 /// A source at the disc's rate.
 class PlainInput : public AudioInput {
  public:
-  PlainInput(InputInfo info, Sound sound)
+  PlainInput(InputInfo info, std::unique_ptr<SoundFile> sound)
       : m_info(std::move(info)), m_source(std::move(sound), m_info.path) {}
 
   const InputInfo& info() const override { return m_info; }
@@ -179,7 +136,7 @@ class PlainInput : public AudioInput {
 /// A source at another rate.
 class ResampledInput : public AudioInput {
  public:
-  ResampledInput(InputInfo info, Sound sound)
+  ResampledInput(InputInfo info, std::unique_ptr<SoundFile> sound)
       : m_info(std::move(info)),
         m_source(std::move(sound), m_info.path),
         m_resampler(m_info.rate, m_source.mono() ? 1 : 2),
@@ -271,12 +228,8 @@ class DitheredInput : public AudioInput {
 }  // namespace
 
 std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dither) {
-  Sound sound = openSound(path);
-  if (sound.info.frames == SF_COUNT_MAX) sound.info.frames = countFrames(path);
-  if (sound.info.frames <= 0) {
-    throw InputError("'" + path + "' holds no audio; leave it out or export it again");
-  }
-  InputInfo info = describe(path, sound);
+  auto sound = std::make_unique<SoundFile>(path);
+  InputInfo info = describe(path, *sound);
   const bool resampled = info.rate != kDiscRate;
   const bool exact = !resampled && info.bits > 0 && info.bits <= kDiscBits;
   std::unique_ptr<AudioInput> input;

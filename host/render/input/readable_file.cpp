@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <system_error>
-#include <utility>
 
 #include "host/render/input/audio_input.h"
 
@@ -50,10 +49,6 @@ ReadableFile::ReadableFile(const std::string& path)
 
 ReadableFile::~ReadableFile() {
   if (m_descriptor >= 0) ::close(m_descriptor);
-}
-
-int ReadableFile::release() {
-  return std::exchange(m_descriptor, -1);
 }
 
 }  // namespace velmor::render

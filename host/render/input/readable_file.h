@@ -17,8 +17,6 @@ class ReadableFile {
 
   int descriptor() const { return m_descriptor; }
   int64_t size() const { return m_size; }  ///< bytes
-  /// Gives the descriptor away; whoever takes it closes it.
-  int release();
 
  private:
   int m_descriptor = -1;
