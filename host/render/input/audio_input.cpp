@@ -1,0 +1,252 @@
+#include "host/render/input/audio_input.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <utility>
+
+#include "host/render/input/embedded_marks.h"
+#include "host/render/input/resampler.h"
+#include "host/render/input/sound_file.h"
+#include "host/render/input/source_format.h"
+#include "host/render/input/text_encoding.h"
+#include "host/render/input/tpdf_dither.h"
+
+namespace velmor::render {
+namespace {
+
+constexpr size_t kBlockFrames = 16384;
+/// Bounds a block of a file with hundreds of channels.
+constexpr size_t kBlockSamples = 4 * kBlockFrames;
+constexpr int kDiscBits = 16;
+
+std::string textIn(SNDFILE* file, int kind) {
+  const char* text = sf_get_string(file, kind);
+  return text ? asLineOfText(text) : std::string();
+}
+
+InputInfo describe(const std::string& path, const SoundFile& sound) {
+  SNDFILE* file = sound.handle();
+  InputInfo info;
+  info.path = path;
+  info.format = formatName(sound.info().format);
+  info.rate = sound.info().samplerate;
+  info.channels = sound.info().channels;
+  info.bits = integerBits(sound.info().format);
+  info.frames = framesAtDiscRate(sound.info().frames, sound.info().samplerate);
+  info.tags.title = textIn(file, SF_STR_TITLE);
+  info.tags.artist = textIn(file, SF_STR_ARTIST);
+  info.tags.album = textIn(file, SF_STR_ALBUM);
+  info.tags.comment = textIn(file, SF_STR_COMMENT);
+  info.marks = embeddedMarks(file, sound.info());
+  return info;
+}
+
+std::string minutesOf(int64_t frames, int rate) {
+  const int64_t seconds = frames / rate;
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%lld:%02lld", static_cast<long long>(seconds / 60),
+                static_cast<long long>(seconds % 60));
+  return text.data();
+}
+
+/// The file's own frames as one or two planar channels, a block at a time.
+class SourceBlocks {
+ public:
+  SourceBlocks(std::unique_ptr<SoundFile> sound, std::string path)
+      : m_sound(std::move(sound)),
+        m_path(std::move(path)),
+        m_channels(static_cast<size_t>(m_sound->info().channels)),
+        m_blockFrames(std::clamp<size_t>(kBlockSamples / m_channels, 1, kBlockFrames)),
+        m_samples(m_blockFrames * m_channels) {}
+
+  bool mono() const { return m_channels == 1; }
+  /// Frames that wait for `copy`; loads the next block when there are none. 0 at the end. Throws
+  /// `InputError` when the file ends before the length it states.
+  size_t available() {
+    if (m_used == m_filled && m_position < m_sound->info().frames) load();
+    return m_filled - m_used;
+  }
+  /// At most `available()` frames. `right` may be null in a mono file.
+  void copy(double* left, double* right, size_t frames) {
+    const double* from = m_samples.data() + m_used * m_channels;
+    if (mono()) {
+      std::copy_n(from, frames, left);
+    } else {
+      for (size_t i = 0; i < frames; ++i, from += m_channels) {
+        left[i] = from[0];
+        right[i] = from[1];
+      }
+    }
+    m_used += frames;
+  }
+
+ private:
+  void load() {
+    m_used = m_filled = 0;
+    const auto wanted = static_cast<sf_count_t>(m_blockFrames);
+    const sf_count_t got = sf_readf_double(m_sound->handle(), m_samples.data(), wanted);
+    const sf_count_t due = std::min<sf_count_t>(wanted, m_sound->info().frames - m_position);
+    if (got < due || sf_error(m_sound->handle()) != SF_ERR_NO_ERROR)
+      breakOff(std::max<sf_count_t>(got, 0));
+    m_position += due;
+    m_filled = static_cast<size_t>(due);
+  }
+  [[noreturn]] void breakOff(sf_count_t got) const {
+    const int rate = m_sound->info().samplerate;
+    throw InputError("'" + m_path + "' breaks off at " + minutesOf(m_position + got, rate) +
+                     " of " + minutesOf(m_sound->info().frames, rate) +
+                     "; copy or export it again");
+  }
+
+  std::unique_ptr<SoundFile> m_sound;
+  std::string m_path;
+  size_t m_channels;
+  size_t m_blockFrames;
+  std::vector<double> m_samples;  ///< interleaved
+  size_t m_used = 0, m_filled = 0;
+  int64_t m_position = 0;  ///< frames loaded so far
+};
+
+/// A source at the disc's rate.
+class PlainInput : public AudioInput {
+ public:
+  PlainInput(InputInfo info, std::unique_ptr<SoundFile> sound)
+      : m_info(std::move(info)), m_source(std::move(sound), m_info.path) {}
+
+  const InputInfo& info() const override { return m_info; }
+  size_t read(double* left, double* right, size_t frames) override {
+    size_t done = 0;
+    while (done < frames) {
+      const size_t count = std::min(frames - done, m_source.available());
+      if (count == 0) break;
+      m_source.copy(left + done, right + done, count);
+      done += count;
+    }
+    if (m_source.mono()) std::copy_n(left, done, right);
+    return done;
+  }
+
+ private:
+  InputInfo m_info;
+  SourceBlocks m_source;
+};
+
+/// A source at another rate.
+class ResampledInput : public AudioInput {
+ public:
+  ResampledInput(InputInfo info, std::unique_ptr<SoundFile> sound)
+      : m_info(std::move(info)),
+        m_source(std::move(sound), m_info.path),
+        m_resampler(m_info.rate, m_source.mono() ? 1 : 2),
+        m_left(kBlockFrames),
+        m_right(m_source.mono() ? 0 : kBlockFrames) {}
+
+  const InputInfo& info() const override { return m_info; }
+  size_t read(double* left, double* right, size_t frames) override {
+    const size_t due = static_cast<size_t>(std::min<int64_t>(
+        static_cast<int64_t>(std::min(frames, kMostFrames)), m_info.frames - m_delivered));
+    size_t done = 0;
+    while (done < due) {
+      const std::array<double*, 2> out{left + done, right + done};
+      const size_t made = produce(out, due - done);
+      if (made == 0 && m_drained) break;
+      done += made;
+    }
+    // The library rounds the length in floating point; the rule of the length stands.
+    std::fill(left + done, left + due, 0.0);
+    if (!m_source.mono()) std::fill(right + done, right + due, 0.0);
+    if (m_source.mono()) std::copy_n(left, due, right);
+    m_delivered += static_cast<int64_t>(due);
+    return due;
+  }
+
+ private:
+  static constexpr size_t kMostFrames = size_t{1} << 30;
+
+  size_t produce(const std::array<double*, 2>& out, size_t frames) {
+    if (m_used == m_filled) load();
+    if (m_filled == 0) {
+      const size_t made = m_resampler.drain(out.data(), frames);
+      m_drained = made == 0;
+      return made;
+    }
+    const std::array<const double*, 2> in{m_left.data() + m_used,
+                                          m_right.data() + (m_source.mono() ? 0 : m_used)};
+    const Resampler::Step step =
+        m_resampler.process(in.data(), m_filled - m_used, out.data(), frames);
+    m_used += step.taken;
+    return step.made;
+  }
+  void load() {
+    m_used = 0;
+    m_filled = std::min(m_source.available(), m_left.size());
+    m_source.copy(m_left.data(), m_right.data(), m_filled);
+    silenceWhatIsNoNumber(m_left);
+    silenceWhatIsNoNumber(m_right);
+  }
+  /// One such sample would spread through the filter over its neighbours.
+  static void silenceWhatIsNoNumber(std::vector<double>& samples) {
+    for (double& sample : samples) {
+      if (!std::isfinite(sample)) sample = 0.0;
+    }
+  }
+
+  InputInfo m_info;
+  SourceBlocks m_source;
+  Resampler m_resampler;
+  std::vector<double> m_left, m_right;
+  size_t m_used = 0, m_filled = 0;
+  bool m_drained = false;
+  int64_t m_delivered = 0;
+};
+
+/// Another input with dither on it.
+class DitheredInput : public AudioInput {
+ public:
+  explicit DitheredInput(std::unique_ptr<AudioInput> source) : m_source(std::move(source)) {}
+
+  const InputInfo& info() const override { return m_source->info(); }
+  size_t read(double* left, double* right, size_t frames) override {
+    const size_t done = m_source->read(left, right, frames);
+    m_leftDither.add(left, done);
+    if (info().channels == 1) {
+      std::copy_n(left, done, right);
+    } else {
+      m_rightDither.add(right, done);
+    }
+    return done;
+  }
+
+ private:
+  std::unique_ptr<AudioInput> m_source;
+  TpdfDither m_leftDither{1};
+  TpdfDither m_rightDither{0x5851f42d4c957f2dU};
+};
+
+}  // namespace
+
+std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dither) {
+  auto sound = std::make_unique<SoundFile>(path);
+  InputInfo info = describe(path, *sound);
+  const bool resampled = info.rate != kDiscRate;
+  const bool exact = !resampled && info.bits > 0 && info.bits <= kDiscBits;
+  std::unique_ptr<AudioInput> input;
+  if (!resampled) {
+    input = std::make_unique<PlainInput>(std::move(info), std::move(sound));
+  } else {
+    try {
+      input = std::make_unique<ResampledInput>(std::move(info), std::move(sound));
+    } catch (const InputError&) {
+      throw;
+    } catch (const std::runtime_error& error) {
+      throw InputError("'" + path + "' cannot be brought to 44100 Hz (" + error.what() +
+                       "); convert it first");
+    }
+  }
+  if (dither == Dither::tpdf && !exact) input = std::make_unique<DitheredInput>(std::move(input));
+  return input;
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,48 @@
+#include "host/render/input/resampler.h"
+
+#include <stdexcept>
+
+#include "host/render/input/audio_input.h"
+
+namespace velmor::render {
+namespace {
+
+void check(soxr_error_t error) {
+  if (error) throw std::runtime_error(error);
+}
+
+}  // namespace
+
+int64_t framesAtDiscRate(int64_t frames, int rate) {
+  // Whole seconds first: the product of both would leave 64 bits for the longest files.
+  const int64_t seconds = frames / rate;
+  const int64_t rest = frames % rate;
+  return seconds * kDiscRate + (2 * rest * kDiscRate + rate) / (2 * static_cast<int64_t>(rate));
+}
+
+Resampler::Resampler(int rate, unsigned channels) {
+  const soxr_io_spec_t samples = soxr_io_spec(SOXR_FLOAT64_S, SOXR_FLOAT64_S);
+  const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_VHQ, 0);
+  const soxr_runtime_spec_t runtime = soxr_runtime_spec(1);
+  soxr_error_t error = nullptr;
+  m_soxr.reset(soxr_create(rate, kDiscRate, channels, &error, &samples, &quality, &runtime));
+  check(error);
+  if (!m_soxr) throw std::runtime_error("the resampler cannot be set up");
+}
+
+Resampler::Step Resampler::process(const double* const* in, size_t inFrames, double* const* out,
+                                   size_t outFrames) {
+  Step step;
+  check(soxr_process(m_soxr.get(), in, inFrames, &step.taken, const_cast<double**>(out), outFrames,
+                     &step.made));
+  return step;
+}
+
+size_t Resampler::drain(double* const* out, size_t outFrames) {
+  size_t made = 0;
+  check(
+      soxr_process(m_soxr.get(), nullptr, 0, nullptr, const_cast<double**>(out), outFrames, &made));
+  return made;
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,40 @@
+// A source's rate to the disc's, block by block, with an exact length.
+#pragma once
+
+#include <soxr.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <type_traits>
+
+namespace velmor::render {
+
+/// Frames at the disc's rate for `frames` frames at `rate` Hz: the exact quotient rounded to the
+/// nearest, halves up, so that a source ends within half a frame of where it did.
+int64_t framesAtDiscRate(int64_t frames, int rate);
+
+/// One or two planar channels of doubles from `rate` to the disc's rate, linear phase, delay
+/// compensated. One thread.
+class Resampler {
+ public:
+  /// Throws `std::runtime_error` with the reason, e.g. for a rate out of the library's reach.
+  Resampler(int rate, unsigned channels);
+
+  struct Step {
+    size_t taken = 0;  ///< input frames used up
+    size_t made = 0;   ///< output frames written
+  };
+  /// `in` and `out` hold one pointer per channel. Throws `std::runtime_error`.
+  Step process(const double* const* in, size_t inFrames, double* const* out, size_t outFrames);
+  /// The input has ended: more of what is still inside; 0 when that is all.
+  size_t drain(double* const* out, size_t outFrames);
+
+ private:
+  struct Delete {
+    void operator()(soxr_t resampler) const { soxr_delete(resampler); }
+  };
+  std::unique_ptr<std::remove_pointer_t<soxr_t>, Delete> m_soxr;
+};
+
+}  // namespace velmor::render

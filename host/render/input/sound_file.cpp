@@ -1,0 +1,120 @@
+#include "host/render/input/sound_file.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+#include "host/render/input/audio_input.h"
+#include "host/render/input/stated_length.h"
+#include "host/render/input/text_encoding.h"
+
+namespace velmor::render {
+namespace {
+
+constexpr size_t kCountingSamples = 65536;
+
+// A file that seems to go on for ever. What the decoder takes for an MPEG stream's length is,
+// without a header that counts its frames, an estimate from the file's size, and it stops there
+// though music follows. From an endless file the estimate is never too short.
+constexpr sf_count_t kEndless = sf_count_t{1} << 50;
+
+int descriptorOf(void* file) {
+  return static_cast<ReadableFile*>(file)->descriptor();
+}
+
+sf_count_t endlessLength(void* /*file*/) {
+  return kEndless;
+}
+
+sf_count_t seekIn(sf_count_t offset, int whence, void* file) {
+  if (whence == SEEK_END) return ::lseek(descriptorOf(file), kEndless + offset, SEEK_SET);
+  return ::lseek(descriptorOf(file), offset, whence);
+}
+
+sf_count_t readFrom(void* to, sf_count_t count, void* file) {
+  return std::max<sf_count_t>(0, ::read(descriptorOf(file), to, static_cast<size_t>(count)));
+}
+
+sf_count_t writeNothing(const void* /*from*/, sf_count_t /*count*/, void* /*file*/) {
+  return 0;
+}
+
+sf_count_t positionIn(void* file) {
+  return ::lseek(descriptorOf(file), 0, SEEK_CUR);
+}
+
+int64_t countFrames(SNDFILE* handle, int channels) {
+  const size_t width = static_cast<size_t>(channels);
+  const size_t block = std::max<size_t>(1, kCountingSamples / width);
+  std::vector<double> samples(block * width);
+  int64_t frames = 0;
+  for (;;) {
+    const sf_count_t got = sf_readf_double(handle, samples.data(), static_cast<sf_count_t>(block));
+    if (got <= 0) return frames;
+    frames += got;
+  }
+}
+
+[[noreturn]] void refuse(const std::string& path, const std::string& reason) {
+  throw InputError("'" + path + "' " + reason);
+}
+
+}  // namespace
+
+SoundFile::SoundFile(const std::string& path) {
+  open(path);
+  if (m_info.samplerate < 1 || m_info.channels < 1) {
+    refuse(path, "states no sample rate or no channels; export it again");
+  }
+  if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG) {
+    settleMpegLength(path);
+  } else if (m_info.frames == SF_COUNT_MAX) {
+    const int64_t frames = countFrames(m_handle.get(), m_info.channels);
+    open(path);
+    m_info.frames = frames;
+  }
+  if (m_info.frames <= 0) refuse(path, "holds no audio; leave it out or export it again");
+}
+
+// By descriptor and not by name: a name's ending must not turn a text into headerless telephone
+// audio.
+void SoundFile::open(const std::string& path) {
+  m_handle.reset();
+  m_file = std::make_unique<ReadableFile>(path);
+  if (m_file->size() == 0) refuse(path, "is empty; export the audio again");
+  if (audioRunsOverTheEnd(m_file->descriptor(), m_file->size())) {
+    refuse(path, "breaks off: its header states more audio than it holds; copy or export it again");
+  }
+  m_info = {};
+  m_handle.reset(sf_open_fd(m_file->descriptor(), SFM_READ, &m_info, SF_FALSE));
+  if (!m_handle) refuseUnreadable(path);
+}
+
+void SoundFile::openEndless(const std::string& path) {
+  m_handle.reset();
+  m_file = std::make_unique<ReadableFile>(path);
+  SF_VIRTUAL_IO endless{endlessLength, seekIn, readFrom, writeNothing, positionIn};
+  m_info = {};
+  m_handle.reset(sf_open_virtual(&endless, SFM_READ, &m_info, m_file.get()));
+  if (!m_handle) refuseUnreadable(path);
+}
+
+void SoundFile::settleMpegLength(const std::string& path) {
+  const int64_t stated = m_info.frames;
+  openEndless(path);
+  // The same from an endless file: counted by whoever encoded it.
+  if (m_info.frames == stated) return;
+  const int64_t frames = countFrames(m_handle.get(), m_info.channels);
+  openEndless(path);
+  m_info.frames = frames;
+}
+
+void SoundFile::refuseUnreadable(const std::string& path) const {
+  refuse(path, "is no audio file that can be read (" + asLineOfText(sf_strerror(nullptr)) +
+                   "); convert it to WAV or FLAC");
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,37 @@
+// One audio file open for decoding, of a length that is known exactly.
+#pragma once
+
+#include <sndfile.h>
+
+#include <memory>
+#include <string>
+
+#include "host/render/input/readable_file.h"
+
+namespace velmor::render {
+
+class SoundFile {
+ public:
+  /// Throws `InputError` when `path` is no readable audio file, holds no audio or breaks off before
+  /// what its header states.
+  explicit SoundFile(const std::string& path);
+
+  SNDFILE* handle() const { return m_handle.get(); }
+  const SF_INFO& info() const { return m_info; }  ///< `frames` is what can be read in all
+
+ private:
+  struct Close {
+    void operator()(SNDFILE* handle) const { sf_close(handle); }
+  };
+
+  void open(const std::string& path);
+  void openEndless(const std::string& path);
+  void settleMpegLength(const std::string& path);
+  [[noreturn]] void refuseUnreadable(const std::string& path) const;
+
+  std::unique_ptr<ReadableFile> m_file;
+  SF_INFO m_info{};
+  std::unique_ptr<SNDFILE, Close> m_handle;  ///< closed before the file it reads
+};
+
+}  // namespace velmor::render

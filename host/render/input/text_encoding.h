@@ -1,0 +1,18 @@
+// Names and titles as the sheet and the report need them: UTF-8 without control characters.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velmor::render {
+
+/// Well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
+bool isUtf8(std::string_view bytes);
+/// Has a byte below 0x20 or 0x7F, such as a line break, which would tear a line of the sheet.
+bool hasControlCharacters(std::string_view text);
+/// `bytes` as one line of UTF-8: up to the first NUL, bytes that are not UTF-8 read as Latin-1
+/// (what RIFF and AIFF texts mostly are), control characters as spaces, none of those at either
+/// end.
+std::string asLineOfText(std::string_view bytes);
+
+}  // namespace velmor::render
