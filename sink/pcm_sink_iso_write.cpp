@@ -64,7 +64,7 @@ class PCM_sink_iso::BlockWriter final : public TrackCutTarget {
 };
 
 void PCM_sink_iso::WriteDoubles(double** samples, int len, int nch, int offset, int spacing) {
-  if (len <= 0) return;
+  if (len <= 0 || !IsUsable()) return;  // a finished sink takes nothing more
   BlockWriter block(*this, samples[0] + offset, samples[nch > 1 ? 1 : 0] + offset, spacing);
   const BlockRest rest{len, static_cast<double>(m_in_frames) / static_cast<double>(m_srate)};
   m_in_frames = static_cast<int>(std::min<int64_t>(int64_t{m_in_frames} + len, INT_MAX));
