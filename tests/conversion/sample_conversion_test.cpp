@@ -226,15 +226,16 @@ TEST(ConversionWithSpacing, ReadsEverySpacingthSample) {
       std::vector<double> left(length, kNaN);
       std::vector<double> right(length, kNaN);
       for (int i = 0; i < frames; ++i) {
-        left[static_cast<size_t>(i * spacing)] = around_full_scale(random);
-        right[static_cast<size_t>(i * spacing)] = around_full_scale(random);
+        left[static_cast<size_t>(i) * static_cast<size_t>(spacing)] = around_full_scale(random);
+        right[static_cast<size_t>(i) * static_cast<size_t>(spacing)] = around_full_scale(random);
       }
       std::vector<int16_t> out(static_cast<size_t>(frames) * 2 + 2, kUntouched);
       convertFrames(left.data(), right.data(), spacing, frames, out.data());
       for (int i = 0; i < frames; ++i) {
         const auto at = static_cast<size_t>(i);
-        ASSERT_EQ(out[2 * at], Formula(left[static_cast<size_t>(i * spacing)]));
-        ASSERT_EQ(out[2 * at + 1], Formula(right[static_cast<size_t>(i * spacing)]));
+        const size_t from = at * static_cast<size_t>(spacing);
+        ASSERT_EQ(out[2 * at], Formula(left[from]));
+        ASSERT_EQ(out[2 * at + 1], Formula(right[from]));
       }
       ASSERT_EQ(out[static_cast<size_t>(frames) * 2], kUntouched);
     }

@@ -109,7 +109,7 @@ class RandomComparison : public testing::Test {
     }
     if (difference.empty())
       difference = DifferenceFromSheet(disc.sheet(), fake_host::ReadText(path));
-    if (session_.host.disk_counters.size() != 0) difference = "a write failed";
+    if (!session_.host.disk_counters.empty()) difference = "a write failed";
     std::filesystem::remove(path);
     std::filesystem::remove(paths.image);
     Count(disc);
@@ -153,7 +153,8 @@ TEST_F(RandomComparison, TheModuleLeavesWhatTheModelSays) {
 }
 
 /// A render of whole-second blocks and one long one, without lead-ins.
-RandomRender HandMade(int mode, std::vector<ProjectEntry> entries, std::vector<int> block_lengths) {
+RandomRender HandMade(int mode, std::vector<ProjectEntry> entries,
+                      const std::vector<int>& block_lengths) {
   RandomRender render;
   render.config.format_code = static_cast<int32_t>(kIsoFormatCode);
   render.config.track_mode = mode;
