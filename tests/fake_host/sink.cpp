@@ -10,8 +10,9 @@ constexpr double kPoison = 0.7771;
 
 // Lays one block of a channel out as the schedule says, in a buffer without a sample to spare.
 std::vector<double> LayOut(const double* frames, int count, const BlockSchedule& schedule) {
-  const int size = schedule.offset + (count - 1) * schedule.spacing + 1;
-  std::vector<double> buffer(static_cast<size_t>(size), kPoison);
+  const auto size = static_cast<size_t>(schedule.offset) +
+                    static_cast<size_t>(count - 1) * static_cast<size_t>(schedule.spacing) + 1;
+  std::vector<double> buffer(size, kPoison);
   for (int i = 0; i < count; ++i) {
     buffer[static_cast<size_t>(schedule.offset + i * schedule.spacing)] = frames[i];
   }

@@ -123,6 +123,7 @@ TEST(Import, AProviderThatKnowsNoNameAtAllIsLoggedNameByName) {
   Session session;
   session.windowing.withheld = {kNamesInOrder.begin(), kNamesInOrder.end()};
   std::vector<std::string> expected;
+  expected.reserve(kNamesInOrder.size());
   for (const std::string& name : kNamesInOrder) expected.push_back("QUELM API not found: " + name);
   EXPECT_EQ(LinesLoggedByLoading(session), expected);
 }

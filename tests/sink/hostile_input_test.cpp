@@ -32,6 +32,7 @@ constexpr int64_t kSecond = 44100;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr int64_t kLongestSilence = 2147483647 / 2352 * 2352;
+constexpr int64_t kLongestSilenceFrames = kLongestSilence / 4;
 constexpr int64_t kMebibyte = 1 << 20;
 
 class HostileInput : public BoundSession, public testing::Test {
@@ -183,7 +184,7 @@ TEST_F(HostileInput, ADiscLeadInPastTwoGibibytesIsCappedAtWholeSectors) {
       const fake_host::MemoryLimit limit(64 * kMebibyte);
       Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = ms});
       ASSERT_TRUE(sink);
-      EXPECT_EQ(sink->GetLength(), static_cast<double>(kLongestSilence / 4) / 44100.0) << ms;
+      EXPECT_EQ(sink->GetLength(), static_cast<double>(kLongestSilenceFrames) / 44100.0) << ms;
       sink.Finish();
     }
     if (ms == 2000000000) {
@@ -223,7 +224,7 @@ TEST_F(HostileInput, ATrackLeadInPastTwoGibibytesIsCappedAtWholeSectors) {
     const fake_host::MemoryLimit limit(64 * kMebibyte);
     sink.WriteSame(kSecond);
   }
-  EXPECT_EQ(sink->GetLength(), static_cast<double>(6 * kSecond + kLongestSilence / 4) / 44100.0);
+  EXPECT_EQ(sink->GetLength(), static_cast<double>(6 * kSecond + kLongestSilenceFrames) / 44100.0);
   sink.Finish();
   EXPECT_THAT(ReadText(File("disc.cue")), testing::ContainsRegex("INDEX 00 [0-9:-]+\r\n"));
 }

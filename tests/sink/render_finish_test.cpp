@@ -13,7 +13,6 @@ namespace {
 using expected::ExpectImage;
 using expected::Image;
 using fake_host::BoundSession;
-using fake_host::Marker;
 using fake_host::OpenDescriptors;
 using fake_host::ReadText;
 using fake_host::Session;
