@@ -76,7 +76,7 @@ const std::vector<BadCase>& badCases() {
       {"bad.05.empty-performer", "empty-performer", usual()},
       {"bad.06.empty-isrc", "empty-isrc", withCode(2, "")},
       {"bad.07.title-over-80-characters", "text-too-long", withTitle(2, longTitle())},
-      {"bad.08.line-break-inside-a-title", "line-break-in-value", withTitle(2, "Two\nhalves")},
+      {"bad.08.line-break-inside-a-title", "line-break-in-value", withTitle(2, "Two halves")},
       {"bad.09.line-cut-at-4095-bytes", "line-cut", withTitle(2, std::string(4084, 'x'))},
       {"bad.10.index-at-100-minutes",
        "minutes-over-99",
@@ -85,7 +85,11 @@ const std::vector<BadCase>& badCases() {
        {},
        {Reader::chdman, Reader::metaflac, Reader::bchunk, Reader::shnsplit}},
       {"bad.11.a-hundred-tracks", "too-many-tracks", hundredTracks(), ImageKind::hundredTracks},
-      {"bad.12.utf-8-text", "utf8-text", withTitle(2, "Caf\xC3\xA9")},
+      {"bad.12.utf-8-text",
+       "utf8-text",
+       withTitle(2, "Caf\xC3\xA9"),
+       ImageKind::plain,
+       {Reader::cdrdao}},
       {"bad.13.iso-8859-1-text", "latin1-text", withTitle(2, "Caf\xC3\xA9")},
       {"bad.14.byte-order-mark", "byte-order-mark", usual()},
       {"bad.15.isrc-with-dashes", "isrc-dashes", usual()},
@@ -93,21 +97,35 @@ const std::vector<BadCase>& badCases() {
       {"bad.17.catalog-of-12-digits", "catalog-12-digits", usual()},
       {"bad.18.catalog-with-wrong-check-digit", "catalog-check-digit",
        withCatalog("0731452345628")},
-      {"bad.19.isrc-twice", "isrc-twice", withCode(2, "USABC0500001")},
-      {"bad.20.index-past-the-end-of-the-image", "index-past-end", withLastStart(1540)},
+      {"bad.19.isrc-twice-in-a-track", "repeated-isrc", usual()},
+      // chdman writes gigabytes before it gives up.
+      {"bad.20.index-past-the-end-of-the-image",
+       "index-past-end",
+       withLastStart(1540),
+       ImageKind::plain,
+       {},
+       {Reader::chdman}},
       {"bad.21.image-not-whole-sectors", "image-not-whole-sectors", usual(),
        ImageKind::extraBytes},
-      {"bad.22.track-under-4-seconds", "track-under-4-s", withLastStart(600)},
+      {"bad.22.track-under-4-seconds",
+       "track-under-4-s",
+       withLastStart(600),
+       ImageKind::plain,
+       {Reader::cdrdao}},
+      {"bad.23.one-isrc-for-two-tracks", "isrc-twice", withCode(2, "USABC0500001")},
+      {"bad.24.image-named-otherwise", "image-named-otherwise", usual(), ImageKind::otherName},
   };
   return kCases;
 }
 
 SheetOnDisk prepare(const BadCase& bad, const std::filesystem::path& folder) {
-  SheetOnDisk disk{folder.string(), bad.name + ".cue", "image.bin", kPlainSectors};
-  writeFile(folder / disk.sheet, readFile(casesFolder() / disk.sheet));
+  SheetOnDisk disk{folder.string(), "image.cue", "image.bin", kPlainSectors};
+  if (bad.image == ImageKind::otherName) disk.sheet = "album.cue";
+  writeFile(folder / disk.sheet, readFile(casesFolder() / (bad.name + ".cue")));
   const std::filesystem::path image = folder / disk.image;
   switch (bad.image) {
     case ImageKind::plain:
+    case ImageKind::otherName:
       TestImage(kPlainSectors).write(image);
       break;
     case ImageKind::extraBytes:

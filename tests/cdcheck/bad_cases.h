@@ -10,7 +10,7 @@
 
 namespace velmor::cdcheck::test {
 
-enum class ImageKind { plain, wholeDisc, hundredTracks, extraBytes };
+enum class ImageKind { plain, wholeDisc, hundredTracks, extraBytes, otherName };
 
 struct BadCase {
   std::string name;  ///< of the sheet in cases/, without ".cue"

@@ -16,7 +16,10 @@ namespace {
 
 using namespace burn;  // libburn puts itself there in C++
 
-void show(const char* key, int track, const std::string& value) {
+void show(const char* key, int track, std::string value) {
+  // One line for each value: a break inside it is shown as a blank.
+  for (char& c : value)
+    if (c == '\n') c = ' ';
   std::printf("%s %d %s\n", key, track, value.c_str());
 }
 
@@ -49,6 +52,8 @@ std::vector<std::string> packTexts(const unsigned char* packs, int count, unsign
         text += static_cast<char>(pack[i]);
         continue;
       }
+      // A tab alone stands for the text of the track before (MMC-3 annex J).
+      if (text == "\t" && !texts.empty()) text = texts.back();
       texts.push_back(text);
       text.clear();
     }

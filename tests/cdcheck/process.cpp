@@ -18,21 +18,28 @@ namespace {
 
 constexpr auto kLimit = std::chrono::seconds(20);
 
-[[noreturn]] void become(const std::vector<std::string>& arguments, const std::string& folder,
-                         int out, int error) {
+std::vector<std::string> environmentFor(const std::string& folder) {
+  const char* path = std::getenv("PATH");
+  return {"PATH=" + std::string(path ? path : ""), "HOME=" + folder, "LC_ALL=C.UTF-8",
+          "SDL_VIDEODRIVER=dummy", "SDL_AUDIODRIVER=dummy"};
+}
+
+std::vector<char*> pointers(std::vector<std::string>& texts) {
+  std::vector<char*> list;
+  for (std::string& t : texts) list.push_back(t.data());
+  list.push_back(nullptr);
+  return list;
+}
+
+/// In the child, where other threads of the tests do not run: nothing here takes memory.
+[[noreturn]] void become(const std::vector<char*>& argv, const std::vector<char*>& environment,
+                         const char* folder, int out, int error) {
   const int nothing = ::open("/dev/null", O_RDONLY);
   ::dup2(nothing, 0);
   ::dup2(out, 1);
   ::dup2(error, 2);
-  if (::chdir(folder.c_str()) != 0) ::_exit(127);
-  ::setenv("HOME", folder.c_str(), 1);
-  ::setenv("SDL_VIDEODRIVER", "dummy", 1);
-  ::setenv("SDL_AUDIODRIVER", "dummy", 1);
-  ::setenv("LC_ALL", "C.UTF-8", 1);
-  std::vector<char*> argv;
-  for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
-  argv.push_back(nullptr);
-  ::execv(argv[0], argv.data());
+  if (::chdir(folder) != 0) ::_exit(127);
+  ::execve(argv[0], argv.data(), environment.data());
   ::_exit(127);
 }
 
@@ -79,8 +86,10 @@ ProcessResult runProcess(const std::vector<std::string>& arguments, const std::s
   if (called[0].empty() || ::pipe2(out.data(), O_CLOEXEC) != 0 ||
       ::pipe2(error.data(), O_CLOEXEC) != 0)
     return result;
+  std::vector<std::string> environment = environmentFor(folder);
+  const std::vector<char*> argv = pointers(called), envp = pointers(environment);
   const pid_t child = ::fork();
-  if (child == 0) become(called, folder, out[1], error[1]);
+  if (child == 0) become(argv, envp, folder.c_str(), out[1], error[1]);
   ::close(out[1]);
   ::close(error[1]);
   collect(result, {pollfd{out[0], POLLIN, 0}, pollfd{error[0], POLLIN, 0}}, stopAt);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <iterator>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -11,6 +12,8 @@
 #include <sstream>
 
 #include "tests/cdcheck/process.h"
+#include "tests/cdcheck/test_images.h"
+#include "tools/cdcheck/rules/encoding.h"
 
 namespace velmor::cdcheck::test {
 
@@ -293,6 +296,17 @@ LoadedDisc runShnsplit(const SheetOnDisk& s) {
   return disc;
 }
 
+/// A reader that hands on the bytes of the sheet shows them in the sheet's encoding, and line breaks
+/// as they are.
+std::vector<std::string> normal(std::vector<std::string> titles) {
+  for (std::string& title : titles) {
+    if (encodingOf(title) == Encoding::latin1) title = fromLatin1(title);
+    std::erase(title, '\r');
+    std::replace(title.begin(), title.end(), '\n', ' ');
+  }
+  return titles;
+}
+
 std::string shownList(const std::vector<std::string>& list) {
   std::string text;
   for (const std::string& entry : list) text += '[' + entry + ']';
@@ -338,11 +352,35 @@ const std::vector<ReaderRun>& readerRuns() {
   return kRuns;
 }
 
+std::vector<Asked> askReaders(const std::function<SheetOnDisk(const fs::path&)>& prepare,
+                              const std::vector<Reader>& leaveOut) {
+  std::vector<std::future<Asked>> running;
+  for (const ReaderRun& run : readerRuns()) {
+    if (!run.installed() ||
+        std::find(leaveOut.begin(), leaveOut.end(), run.reader) != leaveOut.end())
+      continue;
+    running.push_back(std::async(std::launch::async, [&run, &prepare] {
+      const TemporaryFolder folder;
+      return Asked{run.reader, run.load(prepare(folder.path()))};
+    }));
+  }
+  std::vector<Asked> asked;
+  for (std::future<Asked>& r : running) asked.push_back(r.get());
+  return asked;
+}
+
+std::string missingReaders() {
+  std::string missing;
+  for (const ReaderRun& run : readerRuns())
+    if (!run.installed()) missing += ' ' + std::string(readerName(run.reader));
+  return missing;
+}
+
 std::string difference(const LoadedDisc& loaded, const LoadedDisc& truth) {
   std::string text;
   if (loaded.catalog && *loaded.catalog != *truth.catalog)
     text += "catalog '" + *loaded.catalog + "', truly '" + *truth.catalog + "'\n";
-  if (loaded.titles && *loaded.titles != *truth.titles)
+  if (loaded.titles && normal(*loaded.titles) != *truth.titles)
     text += "titles " + shownList(*loaded.titles) + ", truly " + shownList(*truth.titles) + '\n';
   if (loaded.isrcs && *loaded.isrcs != *truth.isrcs)
     text += "codes " + shownList(*loaded.isrcs) + ", truly " + shownList(*truth.isrcs) + '\n';

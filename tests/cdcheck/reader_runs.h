@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -37,6 +38,19 @@ struct ReaderRun {
 
 /// Eleven of the thirteen: k3b and libmirage cannot be asked without a desktop or a kernel module.
 const std::vector<ReaderRun>& readerRuns();
+
+struct Asked {
+  Reader reader;
+  LoadedDisc loaded;
+};
+
+/// Asks all installed readers but those of `leaveOut` at once, each in a folder of its own that
+/// `prepare` fills.
+std::vector<Asked> askReaders(
+    const std::function<SheetOnDisk(const std::filesystem::path&)>& prepare,
+    const std::vector<Reader>& leaveOut = {});
+/// The names of the readers that are not installed here; empty when all are.
+std::string missingReaders();
 
 /// Where `loaded` differs from `truth` in what it shows; empty when nowhere. With gaps in front of
 /// track 1 a reader may count from there: starts are then compared from the first one on.

@@ -58,7 +58,7 @@ bool Report::failed(bool strict) const {
 Report check(const std::filesystem::path& sheet, const CheckOptions& options) {
   Report report;
   report.sheet = sheet;
-  report.disc = openDisc(parse(readSheet(sheet)), sheet.parent_path());
+  report.disc = openDisc(parse(readSheet(sheet)), sheet);
   scanImages(report.disc, options);
   Findings findings(options.readers);
   for (const auto group :

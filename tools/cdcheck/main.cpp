@@ -75,9 +75,9 @@ std::vector<std::string> writeSeconds(const Report& report, const std::vector<Se
   std::vector<std::string> texts, changes;
   for (const Second& s : seconds) {
     refuseTarget(s.path, report.sheet, imagePaths(report), force);
-    const PortableDisc disc = makePortable(report, s.path.parent_path());
+    const PortableDisc disc = makePortable(report, s.path);
     texts.push_back(s.text(disc));
-    changes = disc.changes;
+    if (changes.size() < disc.changes.size()) changes = disc.changes;
   }
   for (size_t i = 0; i < seconds.size(); ++i) writeWhole(seconds[i].path, texts[i], force);
   return changes;

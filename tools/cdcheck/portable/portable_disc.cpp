@@ -18,7 +18,7 @@ namespace {
 constexpr std::string_view kHopeless[] = {
     "no-tracks",       "no-file",      "image-missing",     "image-empty",       "too-many-tracks",
     "no-index-01",     "index-order",  "indices-descend",   "index-past-end",    "bad-number",
-    "time-out-of-range", "minutes-over-99", "file-type",    "misplaced-command", "line-cut",
+    "time-out-of-range", "minutes-over-99", "file-type",    "misplaced-command",
     "track-number",    "not-a-text",   "too-many-files",    "file-starts-late",  "image-unreadable"};
 
 void refuseHopeless(const Report& report) {
@@ -34,8 +34,10 @@ void refuseHopeless(const Report& report) {
 
 class Maker {
  public:
-  Maker(const Report& report, const std::filesystem::path& folder)
-      : sheet_(report.disc.sheet), report_(report), folder_(folder) {}
+  Maker(const Report& report, const std::filesystem::path& target)
+      : sheet_(report.disc.sheet), report_(report), folder_(target.parent_path()) {
+    if (target.extension() == ".cue") name_ = target.filename();
+  }
 
   PortableDisc run(const ExactStarts& exact) {
     takeCatalog();
@@ -100,9 +102,17 @@ class Maker {
             "image in ASCII for readers on other systems.");
       made_.files.push_back(std::move(file));
     }
+    checkStems(made_.files[0].name);
     if (made_.files.size() > 1)
       say("The sheet keeps its " + std::to_string(made_.files.size()) +
           " files; readers that want one image will not take it.");
+  }
+
+  /// The one thing that a sheet cannot say: libcdio looks for the sheet's name with ".bin".
+  void checkStems(const std::string& file) {
+    if (name_.empty() || file == name_.stem().string() + ".bin") return;
+    say("For libcdio (cd-info) rename this sheet or the image: it looks for '" +
+        name_.stem().string() + ".bin' beside the sheet, whatever FILE says.");
   }
 
   std::string fileName(const std::filesystem::path& image) const {
@@ -188,17 +198,17 @@ class Maker {
 
   const Sheet& sheet_;
   const Report& report_;
-  std::filesystem::path folder_;
+  std::filesystem::path folder_, name_;  ///< of a new cue sheet; no name for a TOC
   std::set<std::string> isrcs_;
   PortableDisc made_;
 };
 
 }  // namespace
 
-PortableDisc makePortable(const Report& report, const std::filesystem::path& folder,
+PortableDisc makePortable(const Report& report, const std::filesystem::path& target,
                           const ExactStarts& exact) {
   refuseHopeless(report);
-  return Maker(report, folder).run(exact);
+  return Maker(report, target).run(exact);
 }
 
 }  // namespace velmor::cdcheck

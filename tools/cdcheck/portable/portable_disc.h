@@ -46,9 +46,9 @@ struct PortableDisc {
 using ExactStarts = std::vector<int64_t>;
 
 /// Throws `CheckError` where no sheet can be made: no image, no tracks, over 99, indices that are
-/// missing, descend or lie past the end. `folder`: where the new sheet will lie; FILE names are
-/// given relative to it.
-PortableDisc makePortable(const Report& report, const std::filesystem::path& folder,
+/// missing, descend or lie past the end. `target`: the new sheet's file;
+/// FILE names are given relative to its folder.
+PortableDisc makePortable(const Report& report, const std::filesystem::path& target,
                           const ExactStarts& exact = {});
 
 /// The cue sheet: ASCII, CRLF, texts quoted, CATALOG, ISRC bare.

@@ -70,15 +70,16 @@ void setEnds(Disc& disc) {
 
 }  // namespace
 
-Disc openDisc(Sheet sheet, const std::filesystem::path& folder) {
+Disc openDisc(Sheet sheet, const std::filesystem::path& name) {
   Disc disc;
+  disc.name = name;
   disc.sheet = std::move(sheet);
   const Sheet& s = disc.sheet;
   // A sheet may name hundreds of thousands of files, a process may open but few.
   constexpr size_t kMostFiles = 200;
   const size_t files = std::min(s.files.size(), kMostFiles);
   for (size_t f = 0; f < files; ++f)
-    disc.images.emplace_back(folder / s.files[f].name.bytes, s.files[f].type);
+    disc.images.emplace_back(name.parent_path() / s.files[f].name.bytes, s.files[f].type);
   for (const Track& track : s.tracks) disc.places.push_back(placeOf(track));
   setEnds(disc);
   const std::vector<int64_t> starts = fileStarts(disc.images);

@@ -23,6 +23,7 @@ struct TrackPlace {
 };
 
 struct Disc {
+  std::filesystem::path name;  ///< of the sheet's file
   Sheet sheet;
   std::vector<ImageFile> images;  ///< one for each FILE
   std::vector<std::optional<AudioMap>> audio;  ///< one for each FILE; none: not looked into
@@ -31,8 +32,9 @@ struct Disc {
   bool lengthKnown = false;  ///< every FILE could be measured
 };
 
-/// The images that `sheet` names, opened beside it, and the tracks laid out on them.
-Disc openDisc(Sheet sheet, const std::filesystem::path& folder);
+/// The images that `sheet` names, opened beside it, and the tracks laid out on them. `name`: the
+/// sheet's own file.
+Disc openDisc(Sheet sheet, const std::filesystem::path& name);
 
 /// Does the sheet look like one whose times were truncated to milliseconds and then to sectors?
 /// Such a time can lie one sector before what it means: n/75 s becomes sector n - 1 unless n is

@@ -68,6 +68,17 @@ void checkPastEnd(const Disc& disc, Findings& findings) {
   }
 }
 
+/// libcdio takes the sheet's name with ".bin" for the image's, whatever FILE says.
+void checkName(const Disc& disc, Findings& findings) {
+  const std::string stem = disc.name.stem().string();
+  const ImageFile& image = disc.images.front();
+  const bool beside = image.path().parent_path() == disc.name.parent_path();
+  if (!image.exists() || (beside && image.path().filename() == stem + ".bin")) return;
+  findings.addForReaders("image-named-otherwise", {disc.sheet.files[0].name.line, 0},
+                         "the image is not '" + stem.substr(0, 200) + ".bin' beside the sheet",
+                         "Give sheet and image one name in one folder.");
+}
+
 }  // namespace
 
 void checkImages(const Disc& disc, Findings& findings) {
@@ -84,6 +95,7 @@ void checkImages(const Disc& disc, Findings& findings) {
                  "the sheet names " + std::to_string(disc.sheet.files.size()) +
                      " files; those from here on are not opened",
                  "A disc has 99 tracks at most: join the files.");
+  checkName(disc, findings);
   checkPastEnd(disc, findings);
 }
 

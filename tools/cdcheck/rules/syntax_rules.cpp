@@ -20,6 +20,11 @@ void addProblem(const SyntaxProblem& p, Findings& findings) {
                    "Order the sheet as FILE, then TRACK, then the lines of the track.", kSheetRules);
       return;
     case SyntaxKind::repeated:
+      if (p.what == "ISRC") {
+        findings.add(Severity::error, "repeated-isrc", place, "the track has a second ISRC",
+                     "A recording has one code: keep the right one.", "ISO 3901");
+        return;
+      }
       findings.add(Severity::warning, "repeated-command", place,
                    "a second " + p.what + " for the same track or disc; readers differ over which "
                    "one counts",

@@ -62,7 +62,11 @@ class Parser {
       return false;
     }
     problem(SyntaxKind::lineBreak, before.line, "");
-    if (!trimmed(text).ends_with('"')) pending_ = before;
+    std::string_view more = trimmed(text);
+    const bool closes = more.ends_with('"');
+    if (closes) more.remove_suffix(1);
+    if (before.value) (before.value->bytes += ' ') += more;
+    if (!closes) pending_ = before;
     return true;
   }
 
@@ -109,12 +113,12 @@ class Parser {
 
   void store(std::optional<Text>& place, std::string_view command, std::string_view rest) {
     Text value = wholeValue(rest, line_);
-    if (!value.closed && !cut_) pending_ = Pending{line_};
-    if (place) {
+    const bool goesOn = !value.closed && !cut_;
+    if (place)
       problem(SyntaxKind::repeated, line_, command);
-    } else {
+    else
       place = std::move(value);
-    }
+    if (goesOn) pending_ = Pending{line_, place->line == line_ ? &*place : nullptr};
   }
 
   void readFile(std::string_view rest) {
@@ -174,6 +178,7 @@ class Parser {
 
   struct Pending {
     int line;
+    Text* value;  ///< takes the rest; stays where it is, since no track is added before; may be null
   };
 
   std::string_view bytes_;
