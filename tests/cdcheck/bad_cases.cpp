@@ -6,7 +6,7 @@ namespace velmor::cdcheck::test {
 
 namespace {
 
-constexpr int64_t kPlainSectors = 1500;       // 20 s
+constexpr int64_t kPlainSectors = 1500;        // 20 s
 constexpr int64_t kWholeDiscSectors = 450750;  // 100 min 10 s
 
 LoadedDisc usual() {
@@ -105,8 +105,7 @@ const std::vector<BadCase>& badCases() {
        ImageKind::plain,
        {},
        {Reader::chdman}},
-      {"bad.21.image-not-whole-sectors", "image-not-whole-sectors", usual(),
-       ImageKind::extraBytes},
+      {"bad.21.image-not-whole-sectors", "image-not-whole-sectors", usual(), ImageKind::extraBytes},
       {"bad.22.track-under-4-seconds",
        "track-under-4-s",
        withLastStart(600),

@@ -25,7 +25,9 @@ struct BadCase {
 
 const std::vector<BadCase>& badCases();
 
-inline void PrintTo(const BadCase& bad, std::ostream* out) { *out << bad.name; }
+inline void PrintTo(const BadCase& bad, std::ostream* out) {
+  *out << bad.name;
+}
 
 /// Puts the sheet and its image into `folder`.
 SheetOnDisk prepare(const BadCase& bad, const std::filesystem::path& folder);

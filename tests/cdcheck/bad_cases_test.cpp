@@ -32,8 +32,7 @@ TEST_P(BadCaseTest, GetsTheReportThatStandsBesideIt) {
   TemporaryFolder folder;
   const SheetOnDisk disk = prepare(GetParam(), folder.path());
   // The whole disc of silence takes seconds to read; the report is about a short one.
-  if (GetParam().image == ImageKind::wholeDisc)
-    TestImage(1500).write(folder / disk.image);
+  if (GetParam().image == ImageKind::wholeDisc) TestImage(1500).write(folder / disk.image);
   if (GetParam().image == ImageKind::hundredTracks)
     TestImage(disk.sectors).write(folder / disk.image);
   const Report report = check(folder / disk.sheet, {});

@@ -1,6 +1,8 @@
 // Shows what libcue or libburn makes of a cue sheet, in lines that the tests read. A process of its
 // own: a library that crashes on a sheet is one of the things to be seen.
 //   usage: cdcheck_library_reader libcue|libburn SHEET
+#include <libburn/libburn.h>
+#include <libcue.h>
 #include <sys/types.h>
 
 #include <cstdio>
@@ -8,9 +10,6 @@
 #include <cstring>
 #include <string>
 #include <vector>
-
-#include <libburn/libburn.h>
-#include <libcue.h>
 
 namespace {
 

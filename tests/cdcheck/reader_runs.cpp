@@ -112,8 +112,7 @@ std::map<std::string, std::vector<std::string>> keyedLines(const std::string& te
 }
 
 LoadedDisc runLibcue(const SheetOnDisk& s) {
-  const ProcessResult run =
-      runProcess({kLibraryReader, "libcue", s.sheet}, s.folder);
+  const ProcessResult run = runProcess({kLibraryReader, "libcue", s.sheet}, s.folder);
   LoadedDisc disc = loadedWhere(run.status == 0, run);
   auto keyed = keyedLines(run.out);
   disc.titles = keyed["title"];
@@ -123,8 +122,7 @@ LoadedDisc runLibcue(const SheetOnDisk& s) {
 }
 
 LoadedDisc runLibburn(const SheetOnDisk& s) {
-  const ProcessResult run = runProcess(
-      {kLibraryReader, "libburn", s.sheet}, s.folder);
+  const ProcessResult run = runProcess({kLibraryReader, "libburn", s.sheet}, s.folder);
   LoadedDisc disc = loadedWhere(run.status == 0, run);
   auto keyed = keyedLines(run.out);
   disc.titles.emplace();
@@ -149,15 +147,13 @@ LoadedDisc runCdrdao(const SheetOnDisk& s) {
   disc.isrcs.emplace();
   for (const std::string& track : column(run.out, "TRACK +\\d+([\\s\\S]*?)END")) {
     const auto code = allMatches(track, "ISRC (\\S+) (\\S+) (\\S+) (\\S+)");
-    disc.isrcs->push_back(
-        code.empty() ? "" : code[0][0] + code[0][1] + code[0][2] + code[0][3]);
+    disc.isrcs->push_back(code.empty() ? "" : code[0][0] + code[0][1] + code[0][2] + code[0][3]);
   }
   return disc;
 }
 
 LoadedDisc runLibcdio(const SheetOnDisk& s) {
-  const ProcessResult run =
-      runProcess({"cd-info", "--cue-file=" + s.sheet}, s.folder);
+  const ProcessResult run = runProcess({"cd-info", "--cue-file=" + s.sheet}, s.folder);
   LoadedDisc disc = loadedWhere(run.out.find("Track List") != std::string::npos, run);
   const auto catalog = column(run.out, "\\(MCN\\): (\\d+)");
   disc.catalog = catalog.empty() ? "" : catalog[0];
@@ -171,8 +167,8 @@ LoadedDisc runLibcdio(const SheetOnDisk& s) {
 }
 
 LoadedDisc runChdman(const SheetOnDisk& s) {
-  const ProcessResult made =
-      runProcess({"chdman", "createcd", "-c", "none", "-f", "-i", s.sheet, "-o", "made.chd"}, s.folder);
+  const ProcessResult made = runProcess(
+      {"chdman", "createcd", "-c", "none", "-f", "-i", s.sheet, "-o", "made.chd"}, s.folder);
   if (made.status != 0) return loadedWhere(false, made);
   const ProcessResult info = runProcess({"chdman", "info", "-v", "-i", "made.chd"}, s.folder);
   LoadedDisc disc = loadedWhere(info.status == 0, info);
@@ -189,10 +185,10 @@ LoadedDisc runChdman(const SheetOnDisk& s) {
 }
 
 LoadedDisc runMetaflac(const SheetOnDisk& s) {
-  const ProcessResult coded =
-      runProcess({"flac", "-0", "-s", "-f", "--force-raw-format", "--endian=little", "--sign=signed",
-                  "--channels=2", "--bps=16", "--sample-rate=44100", s.image, "-o", "twin.flac"},
-                 s.folder);
+  const ProcessResult coded = runProcess(
+      {"flac", "-0", "-s", "-f", "--force-raw-format", "--endian=little", "--sign=signed",
+       "--channels=2", "--bps=16", "--sample-rate=44100", s.image, "-o", "twin.flac"},
+      s.folder);
   const ProcessResult import =
       runProcess({"metaflac", "--import-cuesheet-from=" + s.sheet, "twin.flac"}, s.folder);
   if (coded.status != 0 || import.status != 0) return loadedWhere(false, import);
@@ -216,9 +212,9 @@ LoadedDisc runMpv(const SheetOnDisk& s) {
          "  print('CHAPTERS ' .. require('mp.utils').format_json("
          "mp.get_property_native('chapter-list')))\n"
          "  mp.command('quit')\nend)\n";
-  const ProcessResult run = runProcess({"mpv", "--no-config", "--ao=null", "--vo=null", "--pause",
-                                        "--script=chapters.lua", s.sheet},
-                                       s.folder);
+  const ProcessResult run = runProcess(
+      {"mpv", "--no-config", "--ao=null", "--vo=null", "--pause", "--script=chapters.lua", s.sheet},
+      s.folder);
   const auto json = column(run.all, "CHAPTERS (\\[[^\n]*\\])");
   LoadedDisc disc = loadedWhere(!json.empty(), run);
   if (json.empty()) return disc;
@@ -232,8 +228,8 @@ LoadedDisc runMpv(const SheetOnDisk& s) {
 }
 
 LoadedDisc runMednafen(const SheetOnDisk& s) {
-  const ProcessResult run =
-      runProcess({"mednafen", "-sound", "0", "-force_module", "cdplay", s.sheet}, s.folder, "Leadout:");
+  const ProcessResult run = runProcess(
+      {"mednafen", "-sound", "0", "-force_module", "cdplay", s.sheet}, s.folder, "Leadout:");
   LoadedDisc disc = loadedWhere(run.all.find("Leadout:") != std::string::npos, run);
   disc.starts = numberColumn(run.all, "Track +\\d+, MSF: \\S+ LBA: +(\\d+)");
   return disc;
@@ -296,8 +292,8 @@ LoadedDisc runShnsplit(const SheetOnDisk& s) {
   return disc;
 }
 
-/// A reader that hands on the bytes of the sheet shows them in the sheet's encoding, and line breaks
-/// as they are.
+/// A reader that hands on the bytes of the sheet shows them in the sheet's encoding, and line
+/// breaks as they are.
 std::vector<std::string> normal(std::vector<std::string> titles) {
   for (std::string& title : titles) {
     if (encodingOf(title) == Encoding::latin1) title = fromLatin1(title);
@@ -385,7 +381,8 @@ std::string difference(const LoadedDisc& loaded, const LoadedDisc& truth) {
   if (loaded.isrcs && *loaded.isrcs != *truth.isrcs)
     text += "codes " + shownList(*loaded.isrcs) + ", truly " + shownList(*truth.isrcs) + '\n';
   if (loaded.starts && !sameStarts(*loaded.starts, *truth.starts))
-    text += "starts " + shownStarts(*loaded.starts) + ", truly " + shownStarts(*truth.starts) + '\n';
+    text +=
+        "starts " + shownStarts(*loaded.starts) + ", truly " + shownStarts(*truth.starts) + '\n';
   if (loaded.gapStarts && *loaded.gapStarts != *truth.gapStarts)
     text += "gaps " + shownStarts(*loaded.gapStarts) + ", truly " + shownStarts(*truth.gapStarts) +
             '\n';

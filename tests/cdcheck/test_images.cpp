@@ -32,7 +32,9 @@ void writeFile(const fs::path& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
-fs::path casesFolder() { return fs::path(VELMOR_SOURCE_DIR) / "tests/cdcheck/cases"; }
+fs::path casesFolder() {
+  return fs::path(VELMOR_SOURCE_DIR) / "tests/cdcheck/cases";
+}
 
 TestImage::TestImage(int64_t sectors) : samples_(static_cast<size_t>(sectors) * 1176) {
   uint32_t state = 1;
@@ -57,7 +59,9 @@ std::string TestImage::bytes() const {
   return {reinterpret_cast<const char*>(samples_.data()), samples_.size() * 2};
 }
 
-void TestImage::write(const fs::path& path) const { writeFile(path, bytes()); }
+void TestImage::write(const fs::path& path) const {
+  writeFile(path, bytes());
+}
 
 void writeSparse(const fs::path& path, int64_t bytes) {
   writeFile(path, "");

@@ -19,8 +19,8 @@ std::string readSheet(const std::filesystem::path& path) {
     throw CheckError(name + " is a folder; name the cue sheet in it.");
   std::ifstream in(path, std::ios::binary);
   if (!in)
-    throw CheckError("The sheet " + name + " cannot be opened: " +
-                     std::generic_category().message(errno) + ".");
+    throw CheckError("The sheet " + name +
+                     " cannot be opened: " + std::generic_category().message(errno) + ".");
   std::string bytes(kLongestSheet + 1, '\0');
   in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   if (in.bad()) throw CheckError("The sheet " + name + " cannot be read to its end.");

@@ -87,8 +87,8 @@ std::vector<Second> wantedSeconds(const Arguments& a) {
   std::vector<Second> wanted;
   if (!a.cue.empty()) wanted.push_back({a.cue, cueText});
   if (!a.toc.empty()) wanted.push_back({a.toc, tocText});
-  if (wanted.size() == 2 && std::filesystem::weakly_canonical(a.cue) ==
-                                std::filesystem::weakly_canonical(a.toc))
+  if (wanted.size() == 2 &&
+      std::filesystem::weakly_canonical(a.cue) == std::filesystem::weakly_canonical(a.toc))
     throw CheckError("--portable and --toc name the same file: give them two names.");
   return wanted;
 }
@@ -128,9 +128,10 @@ int run(const Arguments& a) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Checks a cue sheet and its image against the rules of the disc and the habits of "
-               "thirteen readers.",
-               "velmor-cdcheck");
+  CLI::App app(
+      "Checks a cue sheet and its image against the rules of the disc and the habits of "
+      "thirteen readers.",
+      "velmor-cdcheck");
   Arguments arguments;
   describe(app, arguments);
   try {

@@ -69,8 +69,8 @@ AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {
   map.silent_.reserve(static_cast<size_t>(sectors));
   while (map.sectors() < sectors) {
     const int64_t first = map.sectors();
-    const size_t frames = image.readFrames(first * kSectorFrames, batch.data(),
-                                           kBatch * kSectorFrames);
+    const size_t frames =
+        image.readFrames(first * kSectorFrames, batch.data(), kBatch * kSectorFrames);
     if (frames == 0) break;
     // A last sector that is not whole counts as if zeros followed, which is what a burner writes.
     std::fill(batch.begin() + static_cast<std::ptrdiff_t>(frames * 2), batch.end(), int16_t{0});

@@ -25,9 +25,15 @@ uint32_t little32(Bytes b) {
 uint32_t big32(Bytes b) {
   return uint32_t{b[3]} | uint32_t{b[2]} << 8 | uint32_t{b[1]} << 16 | uint32_t{b[0]} << 24;
 }
-uint32_t little16(Bytes b) { return uint32_t{b[0]} | uint32_t{b[1]} << 8; }
-uint32_t big16(Bytes b) { return uint32_t{b[1]} | uint32_t{b[0]} << 8; }
-bool named(Bytes b, const char* name) { return std::memcmp(b, name, 4) == 0; }
+uint32_t little16(Bytes b) {
+  return uint32_t{b[0]} | uint32_t{b[1]} << 8;
+}
+uint32_t big16(Bytes b) {
+  return uint32_t{b[1]} | uint32_t{b[0]} << 8;
+}
+bool named(Bytes b, const char* name) {
+  return std::memcmp(b, name, 4) == 0;
+}
 
 /// A container with more chunks than this before its samples is no audio file.
 constexpr int kMostChunks = 4096;
@@ -66,7 +72,9 @@ ImageFile::ImageFile(ImageFile&& other) noexcept
       dataBytes_(other.dataBytes_),
       problem_(std::move(other.problem_)) {}
 
-int64_t ImageFile::sectors() const { return (dataBytes_ + kSectorBytes - 1) / kSectorBytes; }
+int64_t ImageFile::sectors() const {
+  return (dataBytes_ + kSectorBytes - 1) / kSectorBytes;
+}
 
 void ImageFile::locateSamples(std::string_view type) {
   if (type == "BINARY" || type == "MOTOROLA") {

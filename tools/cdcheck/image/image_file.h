@@ -32,7 +32,7 @@ class ImageFile {
   bool exists() const { return exists_; }
   SampleForm form() const { return form_; }
   bool readable() const { return form_ != SampleForm::unknown; }
-  int64_t bytes() const { return bytes_; }         ///< of the whole file
+  int64_t bytes() const { return bytes_; }          ///< of the whole file
   int64_t dataBytes() const { return dataBytes_; }  ///< of its samples; 0 when unknown
   int64_t sectors() const;                          ///< begun sectors of its samples
 

@@ -8,8 +8,8 @@ namespace velmor::cdcheck {
 
 SectorEdge lookAtSector(const ImageFile& image, int64_t sector) {
   std::array<int16_t, kSectorFrames * 2> samples{};
-  const auto frames = static_cast<int64_t>(
-      image.readFrames(sector * kSectorFrames, samples.data(), kSectorFrames));
+  const auto frames =
+      static_cast<int64_t>(image.readFrames(sector * kSectorFrames, samples.data(), kSectorFrames));
   const auto zero = [&](int64_t f) {
     const auto at = static_cast<size_t>(f) * 2;
     return samples[at] == 0 && samples[at + 1] == 0;

@@ -62,6 +62,8 @@ class CueWriter {
 
 }  // namespace
 
-std::string cueText(const PortableDisc& disc) { return CueWriter(disc).run(); }
+std::string cueText(const PortableDisc& disc) {
+  return CueWriter(disc).run();
+}
 
 }  // namespace velmor::cdcheck

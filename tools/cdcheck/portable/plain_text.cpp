@@ -13,32 +13,47 @@ constexpr size_t kMostCharacters = 80;
 
 // U+00A0 to U+00FF, then U+0100 to U+017F. Null: no spelling.
 constexpr std::array<const char*, 96> kLatin1 = {
-    " ",  "!",  "c",   "GBP", nullptr, "JPY", "|",  nullptr, nullptr, "(C)", "a",  "'",
-    nullptr, "-", "(R)", "-", nullptr, "+-", "2",  "3",     "'",     "u",   nullptr, ".",
-    ",",  "1",  "o",   "'",   "1/4",   "1/2", "3/4", "?",   "A",     "A",   "A",  "A",
-    "A",  "A",  "AE",  "C",   "E",     "E",   "E",  "E",    "I",     "I",   "I",  "I",
-    "D",  "N",  "O",   "O",   "O",     "O",   "O",  "x",    "O",     "U",   "U",  "U",
-    "U",  "Y",  "Th",  "ss",  "a",     "a",   "a",  "a",    "a",     "a",   "ae", "c",
-    "e",  "e",  "e",   "e",   "i",     "i",   "i",  "i",    "d",     "n",   "o",  "o",
-    "o",  "o",  "o",   "/",   "o",     "u",   "u",  "u",    "u",     "y",   "th", "y"};
+    " ",     "!", "c",   "GBP", nullptr, "JPY", "|",   nullptr, nullptr, "(C)", "a",     "'",
+    nullptr, "-", "(R)", "-",   nullptr, "+-",  "2",   "3",     "'",     "u",   nullptr, ".",
+    ",",     "1", "o",   "'",   "1/4",   "1/2", "3/4", "?",     "A",     "A",   "A",     "A",
+    "A",     "A", "AE",  "C",   "E",     "E",   "E",   "E",     "I",     "I",   "I",     "I",
+    "D",     "N", "O",   "O",   "O",     "O",   "O",   "x",     "O",     "U",   "U",     "U",
+    "U",     "Y", "Th",  "ss",  "a",     "a",   "a",   "a",     "a",     "a",   "ae",    "c",
+    "e",     "e", "e",   "e",   "i",     "i",   "i",   "i",     "d",     "n",   "o",     "o",
+    "o",     "o", "o",   "/",   "o",     "u",   "u",   "u",     "u",     "y",   "th",    "y"};
 
 constexpr std::array<const char*, 128> kLatinExtendedA = {
-    "A", "a", "A", "a", "A", "a", "C", "c", "C", "c", "C", "c", "C", "c", "D", "d",  // 0100
-    "D", "d", "E", "e", "E", "e", "E", "e", "E", "e", "E", "e", "G", "g", "G", "g",  // 0110
-    "G", "g", "G", "g", "H", "h", "H", "h", "I", "i", "I", "i", "I", "i", "I", "i",  // 0120
-    "I", "i", "IJ", "ij", "J", "j", "K", "k", "k", "L", "l", "L", "l", "L", "l", "L",  // 0130
-    "l", "L", "l", "N", "n", "N", "n", "N", "n", "'n", "N", "n", "O", "o", "O", "o",  // 0140
-    "O", "o", "OE", "oe", "R", "r", "R", "r", "R", "r", "S", "s", "S", "s", "S", "s",  // 0150
-    "S", "s", "T", "t", "T", "t", "T", "t", "U", "u", "U", "u", "U", "u", "U", "u",  // 0160
-    "U", "u", "U", "u", "W", "w", "Y", "y", "Y", "Z", "z", "Z", "z", "Z", "z", "s"};  // 0170
+    "A", "a", "A",  "a",  "A", "a", "C", "c", "C", "c",  "C", "c", "C", "c", "D", "d",   // 0100
+    "D", "d", "E",  "e",  "E", "e", "E", "e", "E", "e",  "E", "e", "G", "g", "G", "g",   // 0110
+    "G", "g", "G",  "g",  "H", "h", "H", "h", "I", "i",  "I", "i", "I", "i", "I", "i",   // 0120
+    "I", "i", "IJ", "ij", "J", "j", "K", "k", "k", "L",  "l", "L", "l", "L", "l", "L",   // 0130
+    "l", "L", "l",  "N",  "n", "N", "n", "N", "n", "'n", "N", "n", "O", "o", "O", "o",   // 0140
+    "O", "o", "OE", "oe", "R", "r", "R", "r", "R", "r",  "S", "s", "S", "s", "S", "s",   // 0150
+    "S", "s", "T",  "t",  "T", "t", "T", "t", "U", "u",  "U", "u", "U", "u", "U", "u",   // 0160
+    "U", "u", "U",  "u",  "W", "w", "Y", "y", "Y", "Z",  "z", "Z", "z", "Z", "z", "s"};  // 0170
 
 const char* punctuation(char32_t c) {
   switch (c) {
-    case 0x2018: case 0x2019: case 0x201A: case 0x201B: case 0x2032:
-    case 0x201C: case 0x201D: case 0x201E: case 0x201F: case 0x2033:
-    case 0x2039: case 0x203A:
+    case 0x2018:
+    case 0x2019:
+    case 0x201A:
+    case 0x201B:
+    case 0x2032:
+    case 0x201C:
+    case 0x201D:
+    case 0x201E:
+    case 0x201F:
+    case 0x2033:
+    case 0x2039:
+    case 0x203A:
       return "'";
-    case 0x2010: case 0x2011: case 0x2012: case 0x2013: case 0x2014: case 0x2015: case 0x2212:
+    case 0x2010:
+    case 0x2011:
+    case 0x2012:
+    case 0x2013:
+    case 0x2014:
+    case 0x2015:
+    case 0x2212:
       return "-";
     case 0x2026:
       return "...";

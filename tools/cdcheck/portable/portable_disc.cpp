@@ -16,10 +16,11 @@ namespace {
 
 /// Errors that leave nothing to write a sheet from.
 constexpr std::string_view kHopeless[] = {
-    "no-tracks",       "no-file",      "image-missing",     "image-empty",       "too-many-tracks",
-    "no-index-01",     "index-order",  "indices-descend",   "index-past-end",    "bad-number",
-    "time-out-of-range", "minutes-over-99", "file-type",    "misplaced-command",
-    "track-number",    "not-a-text",   "too-many-files",    "file-starts-late",  "image-unreadable"};
+    "no-tracks",       "no-file",           "image-missing",     "image-empty",
+    "too-many-tracks", "no-index-01",       "index-order",       "indices-descend",
+    "index-past-end",  "bad-number",        "time-out-of-range", "minutes-over-99",
+    "file-type",       "misplaced-command", "track-number",      "not-a-text",
+    "too-many-files",  "file-starts-late",  "image-unreadable"};
 
 void refuseHopeless(const Report& report) {
   for (const Finding& f : report.findings) {
@@ -27,8 +28,8 @@ void refuseHopeless(const Report& report) {
         std::find(std::begin(kHopeless), std::end(kHopeless), f.rule) == std::end(kHopeless))
       continue;
     const std::string where = f.line > 0 ? " (line " + std::to_string(f.line) + ")" : "";
-    throw CheckError("No second sheet can be made from '" + report.sheet.string() +
-                     "': " + f.what + where + ". " + f.action);
+    throw CheckError("No second sheet can be made from '" + report.sheet.string() + "': " + f.what +
+                     where + ". " + f.action);
   }
 }
 
@@ -98,7 +99,8 @@ class Maker {
                          "' has a quote or a line break, which no sheet can hold: rename it.");
       if (!std::all_of(file.name.begin(), file.name.end(),
                        [](char c) { return static_cast<unsigned char>(c) < 128; }))
-        say("FILE '" + file.name + "' keeps its letters, since it must name the file; rename the "
+        say("FILE '" + file.name +
+            "' keeps its letters, since it must name the file; rename the "
             "image in ASCII for readers on other systems.");
       made_.files.push_back(std::move(file));
     }
@@ -122,10 +124,9 @@ class Maker {
         folder_.empty() ? std::filesystem::path(".") : folder_, error);
     const auto relative = there.lexically_relative(std::filesystem::absolute(here, error));
     // A link to an image elsewhere keeps the name it has beside the sheet.
-    const bool beside = std::filesystem::equivalent(image.parent_path().empty()
-                                                        ? std::filesystem::path(".")
-                                                        : image.parent_path(),
-                                                    here, error);
+    const bool beside = std::filesystem::equivalent(
+        image.parent_path().empty() ? std::filesystem::path(".") : image.parent_path(), here,
+        error);
     return beside || relative.empty() ? image.filename().string() : relative.string();
   }
 
@@ -139,8 +140,7 @@ class Maker {
     if (from.flags) to.flags = upperCase(plainText(from.flags->bytes).text);
     if (from.pregap) to.pregap = from.pregap->sectors();
     if (from.postgap) to.postgap = from.postgap->sectors();
-    for (const Index& i : from.indices)
-      to.indices.push_back({i.number, i.time.sectors(), i.file});
+    for (const Index& i : from.indices) to.indices.push_back({i.number, i.time.sectors(), i.file});
     made_.tracks.push_back(std::move(to));
   }
 
@@ -151,7 +151,8 @@ class Maker {
     if (!isIsrc(bare)) {
       say(whose + ": ISRC '" + code.substr(0, 40) + "' is left out: it is none.");
     } else if (!isrcs_.insert(bare).second) {
-      say(whose + ": ISRC " + bare + " is left out: an earlier track has it. Find out whose it is.");
+      say(whose + ": ISRC " + bare +
+          " is left out: an earlier track has it. Find out whose it is.");
     } else {
       to.isrc = bare;
       if (bare != code) say(whose + ": ISRC " + code + " is written as " + bare + '.');
@@ -172,8 +173,9 @@ class Maker {
 
   /// The packs of a CD-TEXT field come for every track or for none.
   void completeFields() {
-    complete(&PlainFields::title, "TITLE",
-             [](const PlainTrack& t) { return "Track " + std::to_string(t.number); }, "Untitled");
+    complete(
+        &PlainFields::title, "TITLE",
+        [](const PlainTrack& t) { return "Track " + std::to_string(t.number); }, "Untitled");
     complete(&PlainFields::performer, "PERFORMER", {}, "Various");
     complete(&PlainFields::songwriter, "SONGWRITER", {}, "Various");
   }

@@ -23,8 +23,8 @@ struct PlainTrack {
   int number = 1;
   std::string mode;
   PlainFields fields;
-  std::string isrc;   ///< bare, or empty
-  std::string flags;  ///< "DCP PRE", or empty
+  std::string isrc;                 ///< bare, or empty
+  std::string flags;                ///< "DCP PRE", or empty
   int64_t pregap = 0, postgap = 0;  ///< sectors of silence that are in no file
   std::vector<PlainIndex> indices;
 };

@@ -14,9 +14,9 @@ namespace velmor::cdcheck {
 ///
 /// From the image: a sheet whose times were truncated shows a sector boundary n/75 s as n - 1 when
 /// n is not divisible by 3. Such an index is moved one sector later only where the image proves
-/// it harmless and likely: the track has a lead-in, the sector it names is digital silence, and so is
-/// the one before, and the next one holds sound. Nothing but silence changes sides then. Where the
-/// next sector is silent as well the image tells nothing and the time stays.
+/// it harmless and likely: the track has a lead-in, the sector it names is digital silence, and so
+/// is the one before, and the next one holds sound. Nothing but silence changes sides then. Where
+/// the next sector is silent as well the image tells nothing and the time stays.
 void placeStarts(const Disc& disc, const ExactStarts& exact, std::vector<PlainTrack>& tracks,
                  std::vector<std::string>& changes);
 

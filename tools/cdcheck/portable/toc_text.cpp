@@ -65,8 +65,7 @@ class TocWriter {
     const PlainFile& file = disc_.files[first.file];
     const std::string swap = file.type == "BINARY" ? "SWAP " : "";
     if (track.pregap > 0) text_ += "SILENCE " + msfText(track.pregap) + '\n';
-    text_ += "FILE \"" + file.name + "\" " + swap + msfText(first.sector) +
-             lengthOf(t) + '\n';
+    text_ += "FILE \"" + file.name + "\" " + swap + msfText(first.sector) + lengthOf(t) + '\n';
     if (track.postgap > 0) text_ += "SILENCE " + msfText(track.postgap) + '\n';
     addIndices(track);
   }
@@ -99,6 +98,8 @@ class TocWriter {
 
 }  // namespace
 
-std::string tocText(const PortableDisc& disc) { return TocWriter(disc).run(); }
+std::string tocText(const PortableDisc& disc) {
+  return TocWriter(disc).run();
+}
 
 }  // namespace velmor::cdcheck

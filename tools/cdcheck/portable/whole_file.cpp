@@ -17,9 +17,8 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void fail(const fs::path& path, int error) {
-  throw CheckError("'" + path.string() +
-                   "' cannot be written: " + std::generic_category().message(error) +
-                   ". Choose another place.");
+  throw CheckError("'" + path.string() + "' cannot be written: " +
+                   std::generic_category().message(error) + ". Choose another place.");
 }
 
 /// A file under a name of its own beside `path`, gone unless it was moved away.
@@ -51,8 +50,8 @@ class Draft {
 
   void moveIntoPlace(bool replace) {
     // A link, unlike a rename, does not replace what stands there.
-    const int result = replace ? ::rename(name_.c_str(), target_.c_str())
-                               : ::link(name_.c_str(), target_.c_str());
+    const int result =
+        replace ? ::rename(name_.c_str(), target_.c_str()) : ::link(name_.c_str(), target_.c_str());
     if (result != 0) fail(target_, errno);
     if (replace) name_.clear();
   }

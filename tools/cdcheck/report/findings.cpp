@@ -38,16 +38,16 @@ void Findings::push(Finding finding) {
 
 void Findings::add(Severity severity, std::string_view rule, Place place, std::string what,
                    std::string action, std::string_view source) {
-  Finding f{severity, rule, place.line, place.track, std::move(what), std::move(action), source,
-            {},       {},   {}};
+  Finding f{severity,          rule,   place.line, place.track, std::move(what),
+            std::move(action), source, {},         {},          {}};
   fillReaders(f);
   push(std::move(f));
 }
 
 void Findings::addForReaders(std::string_view rule, Place place, std::string what,
                              std::string action) {
-  Finding f{Severity::warning, rule, place.line, place.track, std::move(what), std::move(action),
-            {},                {},   {},         {}};
+  Finding f{Severity::warning, rule, place.line, place.track, std::move(what),
+            std::move(action), {},   {},         {},          {}};
   fillReaders(f);
   if (f.refused.empty() && f.damaged.empty()) return;
   if (!chosen_.empty() && !f.refused.empty()) f.severity = Severity::error;
@@ -56,8 +56,8 @@ void Findings::addForReaders(std::string_view rule, Place place, std::string wha
 
 void Findings::addHabit(std::string_view rule, Place place, std::string what, std::string action) {
   if (chosen_.empty()) return;
-  Finding f{Severity::note, rule, place.line, place.track, std::move(what), std::move(action),
-            {},             {},   {},         {}};
+  Finding f{Severity::note,    rule, place.line, place.track, std::move(what),
+            std::move(action), {},   {},         {},          {}};
   fillReaders(f);
   if (!f.damaged.empty()) push(std::move(f));
 }

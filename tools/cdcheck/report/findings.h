@@ -16,11 +16,11 @@ std::string_view severityName(Severity severity);
 
 struct Finding {
   Severity severity = Severity::note;
-  std::string_view rule;  ///< its id, static
-  int line = 0;           ///< of the sheet; 0: of no line
-  int track = 0;          ///< as counted, 1 and up; 0: of the disc
-  std::string what;       ///< a sentence
-  std::string action;     ///< a sentence: what to do
+  std::string_view rule;    ///< its id, static
+  int line = 0;             ///< of the sheet; 0: of no line
+  int track = 0;            ///< as counted, 1 and up; 0: of the disc
+  std::string what;         ///< a sentence
+  std::string action;       ///< a sentence: what to do
   std::string_view source;  ///< where the rule comes from; empty: from how readers behave
   std::vector<Reader> refused, damaged;
   std::string_view damage;

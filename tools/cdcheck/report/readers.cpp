@@ -47,7 +47,8 @@ const std::map<std::string_view, ReaderVerdict>& verdicts() {
       {"utf8-text",
        {{}, {libburn, cdrdao, libcdio}, "the letters are stored or shown byte by byte"}},
       {"latin1-text", {{libmirage}, {k3b}, "the letters are wrong"}},
-      {"byte-order-mark", {{libburn, cdrdao, libcdio}, {metaflac, libmirage}, "the first line is lost"}},
+      {"byte-order-mark",
+       {{libburn, cdrdao, libcdio}, {metaflac, libmirage}, "the first line is lost"}},
       {"isrc-dashes",
        {{libburn, cdrdao}, {cuetools, libcue, libmirage}, "the code keeps its dashes or is lost"}},
       {"isrc-lower-case",
@@ -59,8 +60,7 @@ const std::map<std::string_view, ReaderVerdict>& verdicts() {
       {"repeated-isrc", {{metaflac, cdrdao}, {}, ""}},
       {"image-named-otherwise", {{libcdio}, {}, ""}},
       {"index-past-end", {{libburn, cdrdao, libmirage, chdman, mednafen, shnsplit}, {}, ""}},
-      {"image-not-whole-sectors",
-       {{}, {libmirage, chdman, bchunk}, "the last sector is cut off"}},
+      {"image-not-whole-sectors", {{}, {libmirage, chdman, bchunk}, "the last sector is cut off"}},
       {"track-under-4-s", {{}, {cdrdao}, "it warns and goes on"}},
       {"gap-thrown-away",
        {{}, {bchunk}, "what lies between INDEX 00 and INDEX 01 is in no track's file"}},
@@ -72,7 +72,9 @@ const std::map<std::string_view, ReaderVerdict>& verdicts() {
 
 }  // namespace
 
-std::string_view readerName(Reader reader) { return kNames[static_cast<size_t>(reader)]; }
+std::string_view readerName(Reader reader) {
+  return kNames[static_cast<size_t>(reader)];
+}
 
 std::optional<Reader> readerByName(std::string_view name) {
   const std::string wanted = upperCase(name);

@@ -9,8 +9,19 @@
 namespace velmor::cdcheck {
 
 enum class Reader {
-  cuetools, libcue, libburn, cdrdao, libcdio, libmirage, k3b,
-  chdman, metaflac, mpv, mednafen, bchunk, shnsplit,
+  cuetools,
+  libcue,
+  libburn,
+  cdrdao,
+  libcdio,
+  libmirage,
+  k3b,
+  chdman,
+  metaflac,
+  mpv,
+  mednafen,
+  bchunk,
+  shnsplit,
 };
 
 inline constexpr int kReaders = 13;

@@ -36,7 +36,9 @@ std::vector<PlacedTrack> placedTracks(const Disc& disc) {
     const TrackPlace& p = *disc.places[t];
     if (p.file >= disc.audio.size() || !disc.audio[p.file] || !disc.sheet.tracks[t].isAudio())
       continue;
-    placed.push_back({&p, &*disc.audio[p.file], &disc.images[p.file],
+    placed.push_back({&p,
+                      &*disc.audio[p.file],
+                      &disc.images[p.file],
                       {disc.sheet.tracks[t].index(1)->line, static_cast<int>(t) + 1},
                       disc.sheet.tracks[t].index(0) != nullptr});
   }

@@ -11,7 +11,9 @@ constexpr std::string_view kGs1 = "GS1 (EAN-13)";
 constexpr std::string_view kIso3901 = "ISO 3901";
 
 /// Codes are shown in messages; what is far too long for one is not.
-std::string shown(const std::string& code) { return "'" + code.substr(0, 40) + "'"; }
+std::string shown(const std::string& code) {
+  return "'" + code.substr(0, 40) + "'";
+}
 
 void checkCatalog(const Text& catalog, Findings& findings) {
   const Place place{catalog.line, 0};

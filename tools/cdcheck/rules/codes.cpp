@@ -8,8 +8,12 @@ namespace velmor::cdcheck {
 
 namespace {
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isLetter(char c) { return c >= 'A' && c <= 'Z'; }
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+bool isLetter(char c) {
+  return c >= 'A' && c <= 'Z';
+}
 
 }  // namespace
 

@@ -25,8 +25,8 @@ struct TrackPlace {
 struct Disc {
   std::filesystem::path name;  ///< of the sheet's file
   Sheet sheet;
-  std::vector<ImageFile> images;  ///< one for each FILE
-  std::vector<std::optional<AudioMap>> audio;  ///< one for each FILE; none: not looked into
+  std::vector<ImageFile> images;                  ///< one for each FILE
+  std::vector<std::optional<AudioMap>> audio;     ///< one for each FILE; none: not looked into
   std::vector<std::optional<TrackPlace>> places;  ///< one for each track; none: no INDEX 01
   int64_t length = 0;        ///< sectors up to the lead-out, gaps from silence included
   bool lengthKnown = false;  ///< every FILE could be measured

@@ -40,7 +40,8 @@ void checkFile(const File& file, const ImageFile& image, Findings& findings) {
     findings.add(Severity::warning, "image-not-whole-sectors", place,
                  shown(image) + " has " + std::to_string(image.dataBytes() % kSectorBytes) +
                      " bytes beyond its last whole sector of 2352",
-                 "Pad it with zeros to a whole sector, or render it again.", "Red Book (IEC 60908)");
+                 "Pad it with zeros to a whole sector, or render it again.",
+                 "Red Book (IEC 60908)");
   if (file.type == "MOTOROLA")
     findings.add(Severity::note, "byte-order", place,
                  "MOTOROLA says that the samples are big-endian; most images are little-endian",

@@ -11,9 +11,9 @@ constexpr std::string_view kRedBook = "Red Book (IEC 60908)";
 constexpr std::string_view kSheetRules = "CDRWIN cue sheet rules";
 constexpr std::string_view kAtip = "Orange Book (ATIP)";
 
-constexpr int64_t k74Minutes = 333'000;      ///< sectors
-constexpr int64_t k79Minutes57 = 359'775;    ///< sectors
-constexpr int64_t kLastLba = 398'099;        ///< of the last sector
+constexpr int64_t k74Minutes = 333'000;    ///< sectors
+constexpr int64_t k79Minutes57 = 359'775;  ///< sectors
+constexpr int64_t kLastLba = 398'099;      ///< of the last sector
 
 void checkNumbers(const Sheet& sheet, Findings& findings) {
   if (sheet.tracks.empty()) {
@@ -72,15 +72,17 @@ void checkIndices(const Track& t, int track, Findings& findings) {
 }
 
 void addOrder(const Index& before, const Index& here, int track, Findings& findings) {
-  const bool gap = before.number == 0 && here.number == 1;
-  const bool equal = before.time.sectors() == here.time.sectors();
-  findings.add(Severity::error, gap ? "empty-gap" : "indices-descend", {here.line, track},
-               gap && equal ? "INDEX 00 and INDEX 01 are the same sector: there is no gap"
-                            : "the index lies at or before the one that it follows",
-               gap && equal ? "Remove INDEX 00 (--portable does), or make the lead-in at least a "
-                              "second long."
-                            : "Indices ascend through a file: correct the time.",
-               kSheetRules);
+  const bool emptyGap =
+      before.number == 0 && here.number == 1 && before.time.sectors() == here.time.sectors();
+  if (emptyGap)
+    findings.add(Severity::error, "empty-gap", {here.line, track},
+                 "INDEX 00 and INDEX 01 are the same sector: there is no gap",
+                 "Remove INDEX 00 (--portable does), or make the lead-in at least a second long.",
+                 kSheetRules);
+  else
+    findings.add(Severity::error, "indices-descend", {here.line, track},
+                 "the index lies at or before the one that it follows",
+                 "Indices ascend through a file: correct the time.", kSheetRules);
 }
 
 void checkOrder(const Sheet& sheet, Findings& findings) {
@@ -120,7 +122,8 @@ void checkLengths(const Disc& disc, Findings& findings) {
 
 void checkDiscLength(const Disc& disc, Findings& findings) {
   if (!disc.lengthKnown || disc.length == 0) return;
-  const std::string length = msfText(disc.length) + " (" + std::to_string(disc.length) + " sectors)";
+  const std::string length =
+      msfText(disc.length) + " (" + std::to_string(disc.length) + " sectors)";
   if (disc.length - 1 > kLastLba)
     findings.add(Severity::error, "disc-too-long", {},
                  "the disc lasts " + length + "; its last sector may be " +

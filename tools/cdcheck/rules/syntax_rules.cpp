@@ -17,7 +17,8 @@ void addProblem(const SyntaxProblem& p, Findings& findings) {
     case SyntaxKind::misplaced:
       findings.add(Severity::error, "misplaced-command", place,
                    p.what + "; there is nothing it could belong to",
-                   "Order the sheet as FILE, then TRACK, then the lines of the track.", kSheetRules);
+                   "Order the sheet as FILE, then TRACK, then the lines of the track.",
+                   kSheetRules);
       return;
     case SyntaxKind::repeated:
       if (p.what == "ISRC") {
@@ -26,8 +27,9 @@ void addProblem(const SyntaxProblem& p, Findings& findings) {
         return;
       }
       findings.add(Severity::warning, "repeated-command", place,
-                   "a second " + p.what + " for the same track or disc; readers differ over which "
-                   "one counts",
+                   "a second " + p.what +
+                       " for the same track or disc; readers differ over which "
+                       "one counts",
                    "Keep one of them.");
       return;
     case SyntaxKind::badNumber:
@@ -42,8 +44,8 @@ void addProblem(const SyntaxProblem& p, Findings& findings) {
       return;
     case SyntaxKind::unclosed:
       findings.add(Severity::error, "quote-not-closed", place,
-                   "the value begins with a quote and has none at its end",
-                   "Close the quote.", kSheetRules);
+                   "the value begins with a quote and has none at its end", "Close the quote.",
+                   kSheetRules);
       return;
     case SyntaxKind::cutLine:
       findings.add(Severity::error, "line-cut", place,
@@ -70,8 +72,9 @@ void checkSyntax(const Disc& disc, Findings& findings) {
                            "Save it without one.");
   if (sheet.ends.cr > 0)
     findings.add(Severity::warning, "carriage-return-alone", {},
-                 std::to_string(sheet.ends.cr) + " lines end in a carriage return alone, which "
-                 "most readers take for no line end",
+                 std::to_string(sheet.ends.cr) +
+                     " lines end in a carriage return alone, which "
+                     "most readers take for no line end",
                  "Write CRLF or LF line ends.");
   if (sheet.cdTextFile)
     findings.add(Severity::note, "cd-text-file", {sheet.cdTextFile->line, 0},

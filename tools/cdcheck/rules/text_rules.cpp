@@ -52,8 +52,9 @@ void checkText(const Text& text, std::string_view field, int track, Findings& fi
                            "Write apostrophes instead.");
   if (b.ends_with('\\'))
     findings.addForReaders("backslash-at-end", place,
-                           name + " ends in a backslash, which some readers take together with the "
-                           "closing quote",
+                           name +
+                               " ends in a backslash, which some readers take together with the "
+                               "closing quote",
                            "Remove the backslash.");
   if (characters(b) > kMostCharacters)
     findings.addForReaders("text-too-long", place,

@@ -39,8 +39,8 @@ struct Fields {
 };
 
 struct Track {
-  int number = -1;      ///< as written; -1: not a number
-  std::string mode;     ///< upper case, "AUDIO"
+  int number = -1;   ///< as written; -1: not a number
+  std::string mode;  ///< upper case, "AUDIO"
   int line = 0;
   Fields fields;
   std::optional<Text> isrc, flags;
@@ -62,14 +62,14 @@ struct File {
 
 /// What the parser met and could not place.
 enum class SyntaxKind {
-  unknownCommand,   ///< `what` is its first word
-  misplaced,        ///< a command before the TRACK or FILE that it needs
-  repeated,         ///< a second value for what has one already; the first one counts
-  badNumber,        ///< a track or index number or a time that is none
-  lineBreak,        ///< a quoted value goes on in the next line
-  unclosed,         ///< a quoted value without its closing quote
-  cutLine,          ///< the line was cut at 4095 bytes and the next command follows without an end
-  textAfterValue,   ///< more text behind a closed value
+  unknownCommand,  ///< `what` is its first word
+  misplaced,       ///< a command before the TRACK or FILE that it needs
+  repeated,        ///< a second value for what has one already; the first one counts
+  badNumber,       ///< a track or index number or a time that is none
+  lineBreak,       ///< a quoted value goes on in the next line
+  unclosed,        ///< a quoted value without its closing quote
+  cutLine,         ///< the line was cut at 4095 bytes and the next command follows without an end
+  textAfterValue,  ///< more text behind a closed value
 };
 
 struct SyntaxProblem {

@@ -178,7 +178,8 @@ class Parser {
 
   struct Pending {
     int line;
-    Text* value;  ///< takes the rest; stays where it is, since no track is added before; may be null
+    Text*
+        value;  ///< takes the rest; stays where it is, since no track is added before; may be null
   };
 
   std::string_view bytes_;
@@ -190,6 +191,8 @@ class Parser {
 
 }  // namespace
 
-Sheet parse(std::string_view bytes) { return Parser(bytes).run(); }
+Sheet parse(std::string_view bytes) {
+  return Parser(bytes).run();
+}
 
 }  // namespace velmor::cdcheck
