@@ -26,6 +26,7 @@ std::vector<std::string> environmentFor(const std::string& folder) {
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
   std::vector<char*> list;
+  list.reserve(texts.size() + 1);
   for (std::string& t : texts) list.push_back(t.data());
   list.push_back(nullptr);
   return list;
@@ -71,7 +72,8 @@ std::string findProgram(const std::string& name) {
   const char* path = std::getenv("PATH");
   std::istringstream folders(std::string(path ? path : "") + ":/usr/games");
   for (std::string folder; std::getline(folders, folder, ':');) {
-    const std::string program = folder + '/' + name;
+    std::string program = folder;
+    program.append("/").append(name);
     if (::access(program.c_str(), X_OK) == 0) return program;
   }
   return "";

@@ -361,6 +361,7 @@ std::vector<Asked> askReaders(const std::function<SheetOnDisk(const fs::path&)>&
     }));
   }
   std::vector<Asked> asked;
+  asked.reserve(running.size());
   for (std::future<Asked>& r : running) asked.push_back(r.get());
   return asked;
 }

@@ -103,14 +103,20 @@ TEST_F(ReportTest, NamesAnImageThatIsMissing) {
               Contains("image-missing"));
 }
 
-TEST_F(ReportTest, GoesByTheLengthOfTheDisc) {
-  for (const auto& [sectors, rule] : std::vector<std::pair<int64_t, std::string>>{
-           {333'000, ""}, {333'001, "over-74-minutes"}, {359'776, "over-79-57"}}) {
-    writeSparse(folder_ / "image.bin", sectors * 2352);
-    const auto rules = rulesFor(track(1, "INDEX 01 00:00:00"));
-    EXPECT_EQ(std::count(rules.begin(), rules.end(), rule), rule.empty() ? 0 : 1);
-    EXPECT_EQ(std::count(rules.begin(), rules.end(), "over-74-minutes"),
-              rule == "over-74-minutes" ? 1 : 0);
+TEST_F(ReportTest, GoesByTheLengthOfTheDiscWithTheSilenceThatTheSheetAdds) {
+  // 1500 sectors of image after a PREGAP.
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"73:40:00", ""},                 // 333,000 sectors in all
+      {"73:40:01", "over-74-minutes"},  // one more
+      {"79:37:00", "over-74-minutes"},  // 359,775
+      {"79:37:01", "over-79-57"},
+      {"88:08:00", "over-79-57"},  // 398,100: the last sector is LBA 398,099
+      {"88:08:01", "disc-too-long"},
+  };
+  for (const auto& [pregap, rule] : cases) {
+    const auto rules = rulesFor(track(1, "PREGAP " + pregap + "\r\nINDEX 01 00:00:00"));
+    EXPECT_EQ(rules, rule.empty() ? std::vector<std::string>{} : std::vector<std::string>{rule})
+        << pregap;
   }
 }
 
