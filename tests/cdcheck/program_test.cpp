@@ -1,0 +1,107 @@
+// The program as a process: options, exit status, files.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/cdcheck/process.h"
+#include "tests/cdcheck/test_images.h"
+
+namespace velmor::cdcheck::test {
+namespace {
+
+using testing::HasSubstr;
+
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest() {
+    TestImage(1500).write(folder_ / "image.bin");
+    writeFile(folder_ / "image.cue",
+              "CATALOG \"0731452345622\"\r\nFILE \"image.bin\" BINARY\r\nTRACK 01 AUDIO\r\n"
+              "INDEX 01 00:00:00\r\n");
+  }
+
+  ProcessResult run(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), VELMOR_CDCHECK);
+    return runProcess(arguments, folder_.path().string());
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(ProgramTest, ExitsWith0Or1Or2) {
+  EXPECT_EQ(run({"image.cue"}).status, 0);
+  EXPECT_EQ(run({"image.cue", "--strict"}).status, 1);
+  EXPECT_EQ(run({"image.cue", "--for", "k3b"}).status, 1);
+  EXPECT_EQ(run({"none.cue"}).status, 2);
+  EXPECT_EQ(run({"."}).status, 2);
+  EXPECT_EQ(run({}).status, 2);
+  EXPECT_EQ(run({"image.cue", "--wrong"}).status, 2);
+  EXPECT_EQ(run({"--help"}).status, 0);
+  EXPECT_EQ(run({"--version"}).status, 0);
+}
+
+TEST_F(ProgramTest, NamesTheReadersItKnowsWhenItDoesNotKnowOne) {
+  const ProcessResult result = run({"image.cue", "--for", "mpv,nero"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.all, HasSubstr("no reader 'nero'"));
+  EXPECT_THAT(result.all, HasSubstr("cuetools, libcue, libburn"));
+}
+
+TEST_F(ProgramTest, PrintsOneJsonObjectEvenOfBytesThatAreNoText) {
+  writeFile(folder_ / "image.cue", "\xFF\xFE TITLE \x01 \"\n" + readFile(folder_ / "image.cue"));
+  const auto json = nlohmann::json::parse(run({"image.cue", "--json"}).out);
+  EXPECT_EQ(json["schema"], 1);
+  EXPECT_EQ(json["tracks"][0]["start_sector"], 0);
+  EXPECT_FALSE(json["findings"].empty());
+}
+
+TEST_F(ProgramTest, WritesBothSecondSheetsAndLeavesTheFirstAlone) {
+  const std::string sheet = readFile(folder_ / "image.cue");
+  const std::string image = readFile(folder_ / "image.bin");
+  const ProcessResult result = run({"image.cue", "--portable", "p.cue", "--toc", "p.toc"});
+  EXPECT_EQ(result.status, 0) << result.all;
+  EXPECT_THAT(result.out, HasSubstr("changed: CATALOG is written without quotes."));
+  EXPECT_THAT(readFile(folder_ / "p.cue"), HasSubstr("CATALOG 0731452345622\r\n"));
+  EXPECT_THAT(readFile(folder_ / "p.toc"), HasSubstr("FILE \"image.bin\" SWAP 00:00:00\n"));
+  EXPECT_EQ(readFile(folder_ / "image.cue"), sheet);
+  EXPECT_EQ(readFile(folder_ / "image.bin"), image);
+}
+
+TEST_F(ProgramTest, RefusesToReplaceAFileAndWritesNeither) {
+  writeFile(folder_ / "p.toc", "old");
+  const ProcessResult result = run({"image.cue", "--portable", "p.cue", "--toc", "p.toc"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.all, HasSubstr("--force"));
+  EXPECT_EQ(readFile(folder_ / "p.toc"), "old");
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "p.cue"));
+  EXPECT_EQ(run({"image.cue", "--toc", "p.toc", "--force"}).status, 0);
+}
+
+TEST_F(ProgramTest, NeverReplacesTheSheetItself) {
+  EXPECT_EQ(run({"image.cue", "--portable", "image.cue", "--force"}).status, 2);
+  EXPECT_EQ(run({"image.cue", "--portable", "image.bin", "--force"}).status, 2);
+  EXPECT_EQ(run({"image.cue", "--portable", "a", "--toc", "./a"}).status, 2);
+}
+
+TEST_F(ProgramTest, NamesTheImageRelativeToTheNewSheetsFolder) {
+  std::filesystem::create_directory(folder_ / "out");
+  EXPECT_EQ(run({"image.cue", "--portable", "out/p.cue"}).status, 0);
+  EXPECT_THAT(readFile(folder_ / "out/p.cue"), HasSubstr("FILE \"../image.bin\" BINARY"));
+}
+
+TEST_F(ProgramTest, SaysWhyNoSecondSheetCanBeMade) {
+  writeFile(folder_ / "image.cue", "FILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n");
+  const ProcessResult result = run({"image.cue", "--portable", "p.cue"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.all, HasSubstr("No second sheet can be made"));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "p.cue"));
+}
+
+TEST_F(ProgramTest, DrawsNoProgressBarIntoAPipe) {
+  EXPECT_EQ(run({"image.cue"}).all, run({"image.cue"}).out);
+}
+
+}  // namespace
+}  // namespace velmor::cdcheck::test

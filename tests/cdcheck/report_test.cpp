@@ -1,0 +1,211 @@
+// What the checks say about the layout of a disc and about its sound.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/cdcheck/test_images.h"
+#include "tools/cdcheck/check.h"
+#include "tools/cdcheck/report/report_text.h"
+#include "tools/cdcheck/rules/codes.h"
+
+namespace velmor::cdcheck::test {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+/// A folder with an image of 1500 sectors, and the reports on sheets beside it.
+class ReportTest : public testing::Test {
+ protected:
+  ReportTest() { TestImage(1500).write(folder_ / "image.bin"); }
+
+  Report reportOn(const std::string& sheet, const CheckOptions& options = {}) {
+    writeFile(folder_ / "image.cue", sheet);
+    return check(folder_ / "image.cue", options);
+  }
+
+  std::vector<std::string> rulesOf(const Report& report) {
+    std::vector<std::string> rules;
+    for (const Finding& f : report.findings) rules.emplace_back(f.rule);
+    return rules;
+  }
+
+  std::vector<std::string> rulesFor(const std::string& tracks) {
+    return rulesOf(reportOn("FILE \"image.bin\" BINARY\r\n" + tracks));
+  }
+
+  static std::string track(int number, const std::string& lines) {
+    return "TRACK 0" + std::to_string(number) + " AUDIO\r\n" + lines + "\r\n";
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(ReportTest, HasNothingToSayAboutASoundDisc) {
+  const Report report = reportOn("FILE \"image.bin\" BINARY\r\n" + track(1, "INDEX 01 00:00:00") +
+                                 track(2, "INDEX 00 00:05:00\r\nINDEX 01 00:07:00"));
+  EXPECT_TRUE(report.findings.empty()) << findingLine(report.findings.at(0));
+  EXPECT_EQ(report.disc.length, 1500);
+}
+
+struct Layout {
+  const char* rule;
+  const char* tracks;
+};
+
+class LayoutRuleTest : public ReportTest, public testing::WithParamInterface<Layout> {};
+
+TEST_P(LayoutRuleTest, IsSaidOfADiscThatBreaksIt) {
+  EXPECT_THAT(rulesFor(GetParam().tracks), Contains(GetParam().rule));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, LayoutRuleTest,
+    testing::Values(
+        Layout{"no-tracks", ""}, Layout{"track-number", "TRACK 00 AUDIO\nINDEX 01 00:00:00\n"},
+        Layout{"track-number",
+               "TRACK 01 AUDIO\nINDEX 01 00:00:00\nTRACK 03 AUDIO\nINDEX 01 00:05:00\n"},
+        Layout{"no-index-01", "TRACK 01 AUDIO\nINDEX 00 00:00:00\n"},
+        Layout{"index-order", "TRACK 01 AUDIO\nINDEX 01 00:00:00\nINDEX 03 00:01:00\n"},
+        Layout{"index-order", "TRACK 01 AUDIO\nINDEX 02 00:00:00\n"},
+        Layout{"indices-descend",
+               "TRACK 01 AUDIO\nINDEX 01 00:00:00\nTRACK 02 AUDIO\nINDEX 00 00:07:00\n"
+               "INDEX 01 00:05:00\n"},
+        Layout{"empty-gap",
+               "TRACK 01 AUDIO\nINDEX 01 00:00:00\nTRACK 02 AUDIO\nINDEX 00 00:05:00\n"
+               "INDEX 01 00:05:00\n"},
+        Layout{"time-out-of-range", "TRACK 01 AUDIO\nINDEX 01 00:00:75\n"},
+        Layout{"time-out-of-range", "TRACK 01 AUDIO\nINDEX 01 00:60:00\n"},
+        Layout{"file-starts-late", "TRACK 01 AUDIO\nINDEX 01 00:01:00\n"},
+        Layout{"lead-in-on-top", "TRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 01 00:02:00\n"},
+        Layout{"not-audio", "TRACK 01 MODE1/2352\nINDEX 01 00:00:00\n"},
+        Layout{"track-under-4-s",
+               "TRACK 01 AUDIO\nINDEX 01 00:00:00\nTRACK 02 AUDIO\n"
+               "INDEX 01 00:03:74\n"},
+        Layout{"track-under-4-s",
+               "TRACK 01 AUDIO\nINDEX 01 00:00:00\nTRACK 02 AUDIO\n"
+               "INDEX 01 00:16:01\n"},
+        Layout{"isrc-form", "TRACK 01 AUDIO\nISRC ABC\nINDEX 01 00:00:00\n"},
+        Layout{"field-not-for-all",
+               "TRACK 01 AUDIO\nTITLE a\nINDEX 01 00:00:00\nTRACK 02 AUDIO\nINDEX 01 00:05:00\n"}));
+
+TEST_F(ReportTest, TakesATrackOfExactlyFourSeconds) {
+  EXPECT_THAT(rulesFor(track(1, "INDEX 01 00:00:00") + track(2, "INDEX 01 00:04:00") +
+                       track(3, "INDEX 01 00:16:00")),
+              Not(Contains("track-under-4-s")));
+}
+
+TEST_F(ReportTest, NamesAnImageThatIsMissing) {
+  EXPECT_THAT(rulesOf(reportOn("FILE \"none.bin\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n")),
+              Contains("image-missing"));
+}
+
+TEST_F(ReportTest, GoesByTheLengthOfTheDiscWithTheSilenceThatTheSheetAdds) {
+  // 1500 sectors of image after a PREGAP.
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"73:40:00", ""},                 // 333,000 sectors in all
+      {"73:40:01", "over-74-minutes"},  // one more
+      {"79:37:00", "over-74-minutes"},  // 359,775
+      {"79:37:01", "over-79-57"},
+      {"88:08:00", "over-79-57"},  // 398,100: the last sector is LBA 398,099
+      {"88:08:01", "disc-too-long"},
+  };
+  for (const auto& [pregap, rule] : cases) {
+    const auto rules = rulesFor(track(1, "PREGAP " + pregap + "\r\nINDEX 01 00:00:00"));
+    EXPECT_EQ(rules, rule.empty() ? std::vector<std::string>{} : std::vector<std::string>{rule})
+        << pregap;
+  }
+}
+
+TEST_F(ReportTest, HearsTheEndOfTheTrackBeforeInAStartInsideASector) {
+  // The sound goes on for 123 samples into sector 400, then a pause to its end.
+  TestImage(1500).silence(400 * 588 + 123, 402 * 588).write(folder_ / "image.bin");
+  const Report report = reportOn("FILE \"image.bin\" BINARY\n" + track(1, "INDEX 01 00:00:00") +
+                                 track(2, "INDEX 01 00:05:25"));
+  EXPECT_THAT(rulesOf(report), testing::ElementsAre("starts-inside-sector"));
+  EXPECT_THAT(report.findings[0].what, HasSubstr("123 samples"));
+}
+
+TEST_F(ReportTest, SaysHowLongATitleStartsSilentAndTheDiscEndsSilent) {
+  TestImage(1500)
+      .silence(400 * 588, 475 * 588)
+      .silence(1200 * 588, 1500 * 588)
+      .write(folder_ / "image.bin");
+  const Report report = reportOn("FILE \"image.bin\" BINARY\n" + track(1, "INDEX 01 00:00:00") +
+                                 track(2, "INDEX 01 00:05:25"));
+  EXPECT_THAT(rulesOf(report), testing::ElementsAre("silence-at-start", "silence-at-end"));
+  EXPECT_THAT(report.findings[0].what, HasSubstr("1.00 s"));
+  EXPECT_THAT(report.findings[1].what, HasSubstr("4.00 s"));
+}
+
+TEST_F(ReportTest, CountsClippedRunsAcrossSectorsAndNotPeaks) {
+  TestImage(1500)
+      .level(700 * 588 - 2, 5, 32767)  // one run over a sector's edge
+      .level(900 * 588, 2, 32767)      // two samples only touch full scale
+      .level(950 * 588, 3, -32768)
+      .write(folder_ / "image.bin");
+  const Report report = reportOn("FILE \"image.bin\" BINARY\n" + track(1, "INDEX 01 00:00:00"));
+  ASSERT_THAT(rulesOf(report), testing::ElementsAre("clipped"));
+  EXPECT_THAT(report.findings[0].what, HasSubstr("2 runs"));
+  EXPECT_THAT(report.findings[0].what, HasSubstr("the longest 5, the first at 00:09:24"));
+}
+
+TEST_F(ReportTest, ReadsBigEndianSamplesAsTheyAre) {
+  std::string bytes = TestImage(400).level(588, 3, 32767).bytes();
+  for (size_t i = 0; i < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
+  writeFile(folder_ / "image.bin", bytes);
+  const Report report = reportOn("FILE \"image.bin\" MOTOROLA\n" + track(1, "INDEX 01 00:00:00"));
+  EXPECT_THAT(rulesOf(report), Contains("clipped"));
+}
+
+TEST_F(ReportTest, LimitsItselfToTheReadersThatMatter) {
+  const std::string sheet =
+      "CATALOG \"0731452345622\"\nFILE \"image.bin\" BINARY\n" + track(1, "INDEX 01 00:00:00");
+  EXPECT_EQ(reportOn(sheet).count(Severity::warning), 1);
+  EXPECT_FALSE(reportOn(sheet).failed(false));
+  EXPECT_TRUE(reportOn(sheet).failed(true));
+  EXPECT_TRUE(reportOn(sheet, {{Reader::mpv}, {}}).findings.empty());
+  EXPECT_TRUE(reportOn(sheet, {{Reader::k3b}, {}}).failed(false));
+}
+
+TEST_F(ReportTest, IsSortedByWeightThenByLine) {
+  const Report report = reportOn("TITLE \"a\\\"\nCATALOG 123\nFILE \"image.bin\" BINARY\n" +
+                                 track(1, "INDEX 00 00:00:00\nINDEX 01 00:02:00") +
+                                 track(2, "ISRC x\nINDEX 01 00:09:00"));
+  int before = 0, line = 0;
+  for (const Finding& f : report.findings) {
+    const int weight = static_cast<int>(f.severity);
+    EXPECT_GE(weight, before);
+    if (weight == before) {
+      EXPECT_GE(f.line, line);
+    }
+    before = weight;
+    line = f.line;
+  }
+  EXPECT_GE(report.findings.size(), 4u);
+}
+
+TEST_F(ReportTest, EndsInTimeOnAHundredThousandTracksAndFiles) {
+  std::string tracks = "FILE \"image.bin\" BINARY\n";
+  for (int i = 0; i < 100000; ++i) tracks += "TRACK 1 AUDIO\nINDEX 1 0:0:0\nINDEX 1 0:19:0\n";
+  EXPECT_TRUE(reportOn(tracks).failed(false));
+  std::string files;
+  for (int i = 0; i < 100000; ++i) files += "FILE image.bin BINARY\n";
+  EXPECT_TRUE(reportOn(files).failed(false));
+}
+
+TEST(Codes, AreJudgedByTheirForm) {
+  EXPECT_TRUE(isMcn("0731452345622"));
+  EXPECT_FALSE(isMcn("0731452345628"));
+  EXPECT_FALSE(isMcn("731452345622"));
+  EXPECT_TRUE(isIsrc("USA120500001"));
+  EXPECT_FALSE(isIsrc("U1A120500001"));
+  EXPECT_FALSE(isIsrc("usabc0500001"));
+  EXPECT_EQ(bareIsrc("us-abc-05-00001"), "USABC0500001");
+}
+
+}  // namespace
+}  // namespace velmor::cdcheck::test

@@ -1,0 +1,50 @@
+// Folders with sheets and images that the tests make for themselves.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace velmor::cdcheck::test {
+
+/// A fresh folder, gone at the end.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+std::string readFile(const std::filesystem::path& path);
+void writeFile(const std::filesystem::path& path, const std::string& bytes);
+/// The folder of the committed sheets.
+std::filesystem::path casesFolder();
+
+/// Stereo samples, to be shaped and written as an image.
+class TestImage {
+ public:
+  /// Sound that is never zero and never at full scale.
+  explicit TestImage(int64_t sectors);
+
+  TestImage& silence(int64_t fromFrame, int64_t toFrame);
+  /// The left channel at `level` for `frames`.
+  TestImage& level(int64_t fromFrame, int64_t frames, int16_t level);
+  void write(const std::filesystem::path& path) const;
+  std::string bytes() const;
+
+ private:
+  std::vector<int16_t> samples_;
+};
+
+/// Digital silence that takes no room on the disk.
+void writeSparse(const std::filesystem::path& path, int64_t bytes);
+
+}  // namespace velmor::cdcheck::test

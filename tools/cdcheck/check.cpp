@@ -1,0 +1,71 @@
+#include "tools/cdcheck/check.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <system_error>
+
+#include "tools/cdcheck/rules/rules.h"
+#include "tools/cdcheck/sheet/sheet_parser.h"
+
+namespace velmor::cdcheck {
+
+namespace {
+
+std::string readSheet(const std::filesystem::path& path) {
+  const std::string name = "'" + path.string() + "'";
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error))
+    throw CheckError(name + " is a folder; name the cue sheet in it.");
+  std::ifstream in(path, std::ios::binary);
+  if (!in)
+    throw CheckError("The sheet " + name +
+                     " cannot be opened: " + std::generic_category().message(errno) + ".");
+  std::string bytes(kLongestSheet + 1, '\0');
+  in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (in.bad()) throw CheckError("The sheet " + name + " cannot be read to its end.");
+  bytes.resize(static_cast<size_t>(in.gcount()));
+  if (bytes.size() > kLongestSheet)
+    throw CheckError(name + " is over 16 MiB and no cue sheet; name the .cue, not the image.");
+  return bytes;
+}
+
+void scanImages(Disc& disc, const CheckOptions& options) {
+  int64_t all = 0, before = 0;
+  for (const ImageFile& image : disc.images) all += image.dataBytes();
+  for (size_t i = 0; i < disc.images.size(); ++i) {
+    const ImageFile& image = disc.images[i];
+    if (!image.readable()) continue;
+    disc.audio[i] = AudioMap::scan(image, [&](int64_t done) {
+      if (options.progress) options.progress(std::min(before + done, all), all);
+    });
+    before += image.dataBytes();
+  }
+}
+
+}  // namespace
+
+int Report::count(Severity severity) const {
+  return static_cast<int>(
+      std::count_if(findings.begin(), findings.end(),
+                    [severity](const Finding& f) { return f.severity == severity; }));
+}
+
+bool Report::failed(bool strict) const {
+  return count(Severity::error) > 0 || (strict && count(Severity::warning) > 0);
+}
+
+Report check(const std::filesystem::path& sheet, const CheckOptions& options) {
+  Report report;
+  report.sheet = sheet;
+  report.disc = openDisc(parse(readSheet(sheet)), sheet);
+  scanImages(report.disc, options);
+  Findings findings(options.readers);
+  for (const auto group :
+       {checkSyntax, checkTexts, checkCodes, checkLayout, checkImages, checkAudio})
+    group(report.disc, findings);
+  report.findings = std::move(findings).sorted();
+  return report;
+}
+
+}  // namespace velmor::cdcheck

@@ -1,0 +1,18 @@
+// Writing a small text file whole or not at all.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace velmor::cdcheck {
+
+/// Refuses `path` when something stands there already (unless `force`), or when it is `sheet` or
+/// one of `images` by whatever name. Throws `CheckError`.
+void refuseTarget(const std::filesystem::path& path, const std::filesystem::path& sheet,
+                  const std::vector<std::filesystem::path>& images, bool force);
+/// Writes beside `path` and moves it into place: a failure leaves what was there. Without `force`
+/// a file that appeared meanwhile is not replaced. Throws `CheckError`.
+void writeWhole(const std::filesystem::path& path, const std::string& text, bool force);
+
+}  // namespace velmor::cdcheck

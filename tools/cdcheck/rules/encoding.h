@@ -1,0 +1,19 @@
+// In which encoding a text can be, judged by its bytes.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace velmor::cdcheck {
+
+enum class Encoding { ascii, utf8, latin1 };
+
+/// Latin 1 stands for every 8-bit encoding: bytes above 127 that are no UTF-8.
+Encoding encodingOf(std::string_view text);
+/// The next character of UTF-8 `text` at `at`, which moves on; U+FFFD and one byte for what is not
+/// UTF-8.
+char32_t nextCharacter(std::string_view text, size_t& at);
+/// Characters, not bytes, where it is UTF-8.
+size_t characters(std::string_view text);
+
+}  // namespace velmor::cdcheck

@@ -1,0 +1,102 @@
+// A cue sheet as it stands in its file: every value with its line, nothing judged.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmor::cdcheck {
+
+/// A value of a command, byte for byte between its outer quotes (or trimmed, when it has none).
+struct Text {
+  std::string bytes;
+  int line = 0;         ///< 1 and up
+  bool quoted = false;  ///< it began with a double quote
+  bool closed = true;   ///< the quote it began with was closed on the same line
+};
+
+/// A time as written. Negative: not a number. `frames` counts sectors, 75 a second.
+struct Msf {
+  int64_t minutes = -1, seconds = -1, frames = -1;
+
+  bool readable() const { return minutes >= 0 && seconds >= 0 && frames >= 0; }
+  bool inRange() const { return readable() && seconds < 60 && frames < 75; }
+  int64_t sectors() const { return (minutes * 60 + seconds) * 75 + frames; }
+};
+
+struct Index {
+  int number = -1;  ///< 0 to 99; -1: not a number
+  Msf time;
+  size_t file = 0;  ///< which FILE of the sheet the time counts from
+  int line = 0;
+};
+
+/// The texts and codes that a disc or a track can have.
+struct Fields {
+  std::optional<Text> title, performer, songwriter;
+};
+
+struct Track {
+  int number = -1;   ///< as written; -1: not a number
+  std::string mode;  ///< upper case, "AUDIO"
+  int line = 0;
+  Fields fields;
+  std::optional<Text> isrc, flags;
+  std::optional<Msf> pregap, postgap;
+  std::vector<Index> indices;
+
+  bool isAudio() const { return mode == "AUDIO"; }
+  const Index* index(int wanted) const {
+    for (const Index& i : indices)
+      if (i.number == wanted) return &i;
+    return nullptr;
+  }
+};
+
+struct File {
+  Text name;
+  std::string type;  ///< upper case, "BINARY"; empty when missing
+};
+
+/// What the parser met and could not place.
+enum class SyntaxKind {
+  unknownCommand,  ///< `what` is its first word
+  misplaced,       ///< a command before the TRACK or FILE that it needs
+  repeated,        ///< a second value for what has one already; the first one counts
+  badNumber,       ///< a track or index number or a time that is none
+  lineBreak,       ///< a quoted value goes on in the next line
+  unclosed,        ///< a quoted value without its closing quote
+  cutLine,         ///< the line was cut at 4095 bytes and the next command follows without an end
+  textAfterValue,  ///< more text behind a closed value
+};
+
+struct SyntaxProblem {
+  SyntaxKind kind = SyntaxKind::unknownCommand;
+  int line = 0;
+  int track = 0;  ///< 0: not within a track
+  std::string what;
+};
+
+struct LineEnds {
+  size_t crlf = 0, lf = 0, cr = 0;
+};
+
+struct Sheet {
+  bool byteOrderMark = false;
+  bool binaryBytes = false;  ///< zero bytes: UTF-16, or not a text at all
+  LineEnds ends;
+  size_t longestLine = 0;  ///< bytes
+  Fields fields;
+  std::optional<Text> catalog, cdTextFile;
+  std::vector<Text> remarks;
+  std::vector<File> files;
+  std::vector<Track> tracks;
+  std::vector<SyntaxProblem> problems;
+  size_t problemsLeftOut = 0;  ///< beyond the first `kMostProblems`
+};
+
+inline constexpr size_t kMostProblems = 200;
+
+}  // namespace velmor::cdcheck
