@@ -43,7 +43,7 @@ Folder::~Folder() {
 }
 
 std::string Folder::write(std::string_view name, std::string_view bytes) const {
-  const std::string file = path(name);
+  std::string file = path(name);
   std::ofstream stream(file, std::ios::binary);
   stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   EXPECT_TRUE(stream.good()) << file;

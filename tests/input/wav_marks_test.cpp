@@ -20,6 +20,7 @@ Bytes bytesOf(const std::string& text) {
 std::vector<WavMark> marksOf(const std::string& cue, const std::vector<std::string>& lists,
                              ByteOrder order = ByteOrder::little) {
   std::vector<Bytes> views;
+  views.reserve(lists.size());
   for (const std::string& list : lists) views.push_back(bytesOf(list));
   return parseWavMarks(bytesOf(cue), views, order);
 }
@@ -88,7 +89,7 @@ TEST(WavMarks, ReadBigEndianFiles) {
 TEST(WavMarks, OfADamagedCueChunkAreNone) {
   const std::string cue = cueBody(kPoints);
   EXPECT_TRUE(marksOf("", {}).empty());
-  EXPECT_TRUE(marksOf("\1\0\0", {}).empty());
+  EXPECT_TRUE(marksOf(std::string(3, '\1'), {}).empty());
   EXPECT_TRUE(marksOf(little32(0), {}).empty());
   EXPECT_TRUE(marksOf(cue.substr(0, cue.size() - 1), {}).empty());
   EXPECT_TRUE(marksOf(little32(0xffffffffU) + cue.substr(4), {}).empty());
