@@ -95,9 +95,9 @@ class SourceBlocks {
   }
   [[noreturn]] void breakOff(sf_count_t got) const {
     const int rate = m_sound->info().samplerate;
-    throw InputError("'" + m_path + "' breaks off at " + minutesOf(m_position + got, rate) +
-                     " of " + minutesOf(m_sound->info().frames, rate) +
-                     "; copy or export it again");
+    throw InputError("'" + m_path + "' breaks off or is damaged at " +
+                     minutesOf(m_position + got, rate) + " of " +
+                     minutesOf(m_sound->info().frames, rate) + "; copy or export it again");
   }
 
   std::unique_ptr<SoundFile> m_sound;

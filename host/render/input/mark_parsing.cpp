@@ -15,8 +15,9 @@ constexpr double kLongestTime = 1e9;
 
 constexpr const char* kForms = "give seconds (12.5), MM:SS.mmm or MM:SS:FF";
 
+/// Fit for a message, whatever bytes were typed.
 std::string quoted(std::string_view text) {
-  return "'" + std::string(text) + "'";
+  return "'" + asLineOfText(text) + "'";
 }
 
 [[noreturn]] void refuseTime(std::string_view text, const std::string& reason) {
