@@ -142,8 +142,11 @@ Album layOutAlbum(const Options& options, std::vector<InputInfo> infos) {
   album.project.metadata = sinkMetadata(texts, album.warnings);
   std::vector<Mark> marks = allMarks(options, album, texts.performer);
   for (Mark& mark : marks) mark.name = fitForSheet(mark.name, album.warnings);
-  album.project.marks = marksInRange(std::move(marks), seconds(album.render_start),
-                                     seconds(album.render_end), options.hash_markers_only);
+  album.project.marks = marksInRange(std::move(marks), album.render_start, album.render_end,
+                                     options.hash_markers_only);
+  if (options.track_mode == kTracksFromRegions) {
+    dropEmptyRegions(album.project.marks, album.warnings);
+  }
   return album;
 }
 

@@ -14,14 +14,24 @@ extern "C" void noteSignal(int signal) {
   g_signal = signal;
 }
 
+/// A signal that the caller had ignored (nohup, a shell's background job) stays ignored.
+void watch(int number) {
+  struct sigaction before {};
+  sigaction(number, nullptr, &before);
+  if (before.sa_handler == SIG_IGN) return;
+  struct sigaction action {};
+  action.sa_handler = noteSignal;
+  sigaction(number, &action, nullptr);
+}
+
 }  // namespace
 
 void watchForInterrupts() {
-  struct sigaction action {};
-  action.sa_handler = noteSignal;
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
-  // A write beyond a file size limit is then an error with a sentence, not the end of the process.
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) watch(number);
+  // A write beyond a file size limit, or to a terminal that is gone, is then an error of that write
+  // and not the end of the process with its working folder left behind.
   signal(SIGXFSZ, SIG_IGN);
+  signal(SIGPIPE, SIG_IGN);
 }
 
 void stopIfInterrupted() {

@@ -1,15 +1,30 @@
 #include "host/render/render_range.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <optional>
 #include <utility>
 
+#include "host/render/disc_time.h"
 #include "host/render/mark_names.h"
 
 namespace velmor::render {
 
 namespace {
+
+double onFrame(double seconds) {
+  return std::round(seconds * kFramesPerSecond) / kFramesPerSecond;
+}
+
+double secondsOf(int64_t frames) {
+  return static_cast<double>(frames) / kFramesPerSecond;
+}
+
+/// Seconds from `origin` to `seconds`, exact in frames.
+double relative(double seconds, int64_t origin) {
+  return (std::round(seconds * kFramesPerSecond) - static_cast<double>(origin)) / kFramesPerSecond;
+}
 
 /// The index of the last marker before `start` that names a track.
 std::optional<size_t> markerInForce(const std::vector<Mark>& marks, double start, bool hash_only) {
@@ -22,7 +37,14 @@ std::optional<size_t> markerInForce(const std::vector<Mark>& marks, double start
 
 }  // namespace
 
-std::vector<Mark> marksInRange(std::vector<Mark> marks, double start, double end, bool hash_only) {
+std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int64_t end_frame,
+                               bool hash_only) {
+  const double start = secondsOf(start_frame);
+  const double end = secondsOf(end_frame);
+  for (Mark& mark : marks) {
+    mark.start = onFrame(mark.start);
+    if (mark.end) mark.end = onFrame(*mark.end);
+  }
   const std::optional<size_t> in_force = markerInForce(marks, start, hash_only);
   std::vector<Mark> kept;
   for (size_t i = 0; i < marks.size(); ++i) {
@@ -38,11 +60,30 @@ std::vector<Mark> marksInRange(std::vector<Mark> marks, double start, double end
       if (!moves) continue;
       mark.start = start;
     }
-    mark.start -= start;
-    if (mark.end) *mark.end -= start;
+    mark.start = relative(mark.start, start_frame);
+    if (mark.end) mark.end = relative(*mark.end, start_frame);
     kept.push_back(std::move(mark));
   }
   return kept;
+}
+
+void dropEmptyRegions(std::vector<Mark>& marks, std::vector<std::string>& warnings) {
+  double covered = 0.0;
+  const auto isEmpty = [&](const Mark& mark) {
+    if (!mark.end) return false;
+    if (*mark.end > std::max(mark.start, covered)) {
+      covered = *mark.end;
+      return false;
+    }
+    warnings.push_back("the region \"" + mark.name +
+                       "\" holds no audio that the regions before it do not, and is left out");
+    return true;
+  };
+  std::vector<Mark> kept;
+  for (Mark& mark : marks) {
+    if (!isEmpty(mark)) kept.push_back(std::move(mark));
+  }
+  marks = std::move(kept);
 }
 
 }  // namespace velmor::render

@@ -1,15 +1,22 @@
 // The part of the timeline that is rendered.
 #pragma once
 
+#include <cstdint>
+#include <string>
 #include <vector>
 
 #include "host/render/input/audio_input.h"
 
 namespace velmor::render {
 
-/// The marks of a range of the timeline (seconds, ascending), moved so that the range starts at 0.
-/// The marker in force at the range's start moves to it, and the tags behind that marker with it,
-/// so that track 1 keeps its name; regions are cut to the range.
-std::vector<Mark> marksInRange(std::vector<Mark> marks, double start, double end, bool hash_only);
+/// The marks of a range of the timeline (ascending; the range in frames), moved so that the range
+/// starts at 0 and rounded to whole frames, so that where a track begins does not depend on how the
+/// render is cut into blocks. The marker in force at the range's start moves to it, and the tags
+/// behind that marker with it, so that track 1 keeps its name; regions are cut to the range.
+std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start, int64_t end, bool hash_only);
+
+/// Takes out the regions that hold no audio of their own: empty ones, and those that lie wholly in
+/// the ones before. The module would write what follows such a region. Adds a warning for each.
+void dropEmptyRegions(std::vector<Mark>& marks, std::vector<std::string>& warnings);
 
 }  // namespace velmor::render
