@@ -119,8 +119,9 @@ std::pair<std::string, std::string> splitAssignment(const std::string& text, con
                                                     const char* form) {
   const size_t at = text.find('=');
   if (at == std::string::npos || at == 0) {
-    throw UsageError(
-        std::string(option).append(" \"").append(text).append("\" is not of the form ") + form);
+    std::string sentence(option);
+    sentence.append(" \"").append(text).append("\" is not of the form ").append(form);
+    throw UsageError(sentence);
   }
   return {text.substr(0, at), text.substr(at + 1)};
 }
