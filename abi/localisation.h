@@ -11,7 +11,8 @@ inline constexpr const char* kSectionBurnMethod = "cdburn";
 /// Prefix of the dialogs' section keys: the key of dialog 102 is cd_102.
 inline constexpr const char* kDialogSectionPrefix = "cd_";
 
-enum class DialogMode : int { modeless = 0, modal = 1 };
+inline constexpr int kModelessDialog = 0;
+inline constexpr int kModalDialog = 1;
 
 /// Slots of the block that a host's preparation of a dialog fills; the last one is the module's.
 inline constexpr int kLocalizeSlots = 5;

@@ -11,6 +11,9 @@
 /// 'i','s','o',' ' packed most significant first: the format of the CD image sink.
 inline constexpr uint32_t kIsoFormatCode = 0x69736F20;
 
+/// Sample width of the image.
+inline constexpr int kImageBits = 16;
+
 /// How a render is cut into tracks.
 enum TrackMode : int32_t { kTracksFromMarkers = 0, kTracksFromRegions = 1, kOneTrack = 2 };
 

@@ -60,7 +60,7 @@ void BurnCD(HWND parent, const char* binPath, const char* cuePath,
             double totalLength) {
   CDBurnInstance instance(binPath, cuePath, trackNames, trackStarts, trackCount, totalLength);
   __localizeDialog(nullptr, IDD_BURN, parent, CDBurnInstance::staticBurnProc,
-                   reinterpret_cast<LPARAM>(&instance), static_cast<int>(DialogMode::modal));
+                   reinterpret_cast<LPARAM>(&instance), kModalDialog);
 }
 
 CDBurnInstance::CDBurnInstance(const char* binPath, const char* cuePath,
@@ -189,7 +189,7 @@ void CDBurnInstance::OnDestroy(HWND dialog) {
   }
   writeBurnSetting("eject", isChecked(dialog, IDC_BURN_EJECT));
   writeBurnSetting("deletefiles", isChecked(dialog, IDC_BURN_DELETE));
-  // Nobody reads it back: there is one method. It is kept for versions that have more.
+  // Written and never read: the method box starts on its only entry.
   writeBurnSetting("method", selection(dialog, IDC_BURN_METHOD));
   writeBurnSetting("drive", selection(dialog, IDC_BURN_DRIVE));
 }

@@ -36,6 +36,9 @@ class CDBurnInstance {
   YDK_String m_binfn;
   const double* m_track_starts;  ///< image seconds; not owned
   int m_ntracks;
+  YDK_String m_spare;  ///< always empty
+  [[maybe_unused]] int m_unused_number = 0;
+  [[maybe_unused]] void* m_unused_pointers[2] = {};
   bool m_eject = false;
   YDK_PtrList<YDK_String>* m_track_names;  ///< not owned; may be null
   double m_total_len;                      ///< seconds

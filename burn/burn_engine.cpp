@@ -142,14 +142,15 @@ void CDBurn_Run(long device, int trackCount, const int* trackByteOffsets, YDK_Fi
                 bool eject, bool testBurn) {
   DiscRecordingService* const service = platform_find_disc_recording();
   auto* const recorder = reinterpret_cast<void*>(device);
-  if (!service || !isThere(*service, recorder)) return;
+  if (!service || !recorder || !isThere(*service, recorder)) return;
   const ExclusiveAccess access(*service, recorder);
   if (!access.IsHeld()) return;
+  // Cut first: a burn that was made must reach the panel, where the service disposes of it.
+  TrackLayout layout;
+  if (!layout.Cut(trackCount, trackByteOffsets, *image)) return;
   void* const burn = service->BurnForDevice(recorder);
   if (!burn) return;
   const DiscBurnProperties properties = burnProperties(eject, testBurn);
   service->SetProperties(burn, &properties);
-  TrackLayout layout;
-  if (!layout.Cut(trackCount, trackByteOffsets, *image)) return;
   service->RunProgressPanel(burn, layout.Get(), layout.GetSize());
 }

@@ -6,7 +6,8 @@
 
 /// Asks the system not to keep what is written through `fd` in its cache, where it can.
 extern "C" void platform_disable_write_cache(int fd);
-/// Asks the system not to keep what is read through `fd` in its cache, where it can.
+/// Prepares for reading `fd` through in order without filling the cache: switches caching off, or
+/// where that cannot be done tells the system so; `platform_read_advanced` does the rest.
 extern "C" void platform_disable_read_cache(int fd);
 /// Tells that an uncached reader's physical reads moved from `from` to `to` (bytes, `from` < `to`),
 /// so that pages behind it can be given back where the system does not do so by itself.

@@ -12,7 +12,7 @@ intptr_t __localizeDialog(HINSTANCE instance, int resid, HWND parent, DLGPROC pr
                           int mode) {
   char section[256];
   void* scratch[kLocalizeSlots] = {};
-  if (mode == static_cast<int>(DialogMode::modal)) {
+  if (mode == kModalDialog) {
     snprintf(section, sizeof(section), "%.100s%d", kDialogSectionPrefix, resid);
     scratch[kLocalizeSlots - 1] = section;
   }
@@ -26,9 +26,9 @@ intptr_t __localizeDialog(HINSTANCE instance, int resid, HWND parent, DLGPROC pr
   }
   QuelmDialogResource* const dialogs = QUELM_curmodule_dialogresource_head;
   switch (mode) {
-    case static_cast<int>(DialogMode::modeless):
+    case kModelessDialog:
       return reinterpret_cast<intptr_t>(QUELM_CreateDialog(dialogs, resid, parent, proc, init));
-    case static_cast<int>(DialogMode::modal):
+    case kModalDialog:
       return QUELM_DialogBox(dialogs, resid, parent, proc, init);
     default:
       return 0;

@@ -34,7 +34,7 @@ HWND showConfig(const void* cfg, int cfg_len, HWND parent) {
   ConfigDialogParams params{cfg, cfg_len};
   return reinterpret_cast<HWND>(__localizeDialog(nullptr, IDD_ISOSINK_CFG, parent, wavecfgDlgProc,
                                                  reinterpret_cast<LPARAM>(&params),
-                                                 static_cast<int>(DialogMode::modeless)));
+                                                 kModelessDialog));
 }
 
 PCM_sink* createSink(const char* filename, void* cfg, int cfg_len, int nch, int srate,

@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr int kCombo = CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP;
-constexpr int kCheckBox = BS_AUTOCHECKBOX | WS_TABSTOP;
 constexpr int kList = LVS_REPORT | WS_TABSTOP;
 constexpr const char* kDelete = "Delete CD image files on close of this window";
 

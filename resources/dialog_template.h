@@ -6,6 +6,10 @@
 /// Dialog units to pixels, both ways.
 inline constexpr float kDialogScale = 1.7F;
 
+/// Styles that several dialogs use.
+inline constexpr int kCombo = CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP;
+inline constexpr int kCheckBox = BS_AUTOCHECKBOX | WS_TABSTOP;
+
 /// Lets the layer build the rows after the first, all-null one into `window`.
 template <int N>
 void createControls(HWND window, int flags, const QuelmControl (&rows)[N]) {

@@ -4,9 +4,6 @@
 
 namespace {
 
-constexpr int kCombo = CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP;
-constexpr int kCheckBox = BS_AUTOCHECKBOX | WS_TABSTOP;
-
 // clang-format off
 constexpr QuelmControl kRows[] = {
     {},

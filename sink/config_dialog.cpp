@@ -11,7 +11,6 @@
 namespace {
 
 constexpr UINT kUpdateEnabled = WM_USER + 452;
-constexpr int kImageBits = 16;
 
 int selectedMode(HWND dialog) {
   return static_cast<int>(SendMessage(GetDlgItem(dialog, IDC_TRACK_MODE), CB_GETCURSEL, 0, 0));

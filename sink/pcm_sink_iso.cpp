@@ -20,17 +20,14 @@
 
 namespace {
 
-constexpr int kImageBits = 16;
 constexpr const char* kDiscKeyPrefix = "CUE:DISC_";
 
 /// A writer as both files use it: locked, cached, 131072 bytes of buffer. Null when it could not be
 /// opened.
-YDK_FileWrite* openWriter(const char* filename) {
-  auto* writer = new (std::nothrow) YDK_FileWrite(filename, 0, 8192, 16, 16, false, false);
-  if (writer && writer->fd < 0) {
-    delete writer;
-    writer = nullptr;
-  }
+std::unique_ptr<YDK_FileWrite> openWriter(const char* filename) {
+  std::unique_ptr<YDK_FileWrite> writer(new (std::nothrow)
+                                            YDK_FileWrite(filename, 0, 8192, 16, 16, false, false));
+  if (writer && writer->fd < 0) writer.reset();
   return writer;
 }
 
@@ -57,49 +54,45 @@ PCM_sink_iso::PCM_sink_iso(const char* filename, void* cfg, int cfg_len, int /*n
 
 PCM_sink_iso::~PCM_sink_iso() {
   CloseFiles();
-  m_track_names.Empty(true);
 }
 
 void PCM_sink_iso::CloseFiles() {
-  delete m_cuefile;
-  m_cuefile = nullptr;
-  delete m_binfile;
-  m_binfile = nullptr;
+  m_cuefile.reset();
+  m_binfile.reset();
 }
 
-/// False for a four-character name without a dot: there is nothing to replace by ".bin".
+/// False for a four-character name without a dot, where there is nothing to replace by ".bin", and
+/// without memory for the names: one cut short would truncate somebody else's file.
 bool PCM_sink_iso::NameFiles(const char* filename) {
-  const size_t length = strlen(filename);
+  const auto length = static_cast<int>(strlen(filename));
+  int stem = length;
+  m_cuefn.Set(filename);
   if (length == 4 || (length > 4 && strcasecmp(filename + length - 4, ".cue") == 0)) {
     const char* const dot = strrchr(filename, '.');
     if (!dot) return false;
-    m_cuefn.Set(filename);
-    m_binfn.__doSet(0, filename, static_cast<int>(dot - filename), 0);
+    stem = static_cast<int>(dot - filename);
   } else {
-    m_cuefn.Set(filename);
     m_cuefn.Append(".cue");
-    m_binfn.Set(filename);
   }
+  m_binfn.__doSet(0, filename, stem, 0);
   m_binfn.Append(".bin");
-  return true;
+  return m_cuefn.GetLength() >= length && m_binfn.GetLength() == stem + 4;
 }
 
 bool PCM_sink_iso::OpenFiles(const char* filename) {
   m_cuefile = openWriter(filename);
-  if (!m_cuefile) return false;
-  m_binfile = openWriter(m_binfn.Get());
-  if (m_binfile) return true;
-  delete m_cuefile;
-  m_cuefile = nullptr;
-  return false;
+  if (m_cuefile) m_binfile = openWriter(m_binfn.Get());
+  if (!m_binfile) CloseFiles();
+  return IsUsable();
 }
 
 void PCM_sink_iso::ReadMetadata() {
   if (!EnumCurrentSinkMetadata) return;
   const size_t prefix = strlen(kDiscKeyPrefix);
-  const char* key = nullptr;
-  const char* value = nullptr;
-  for (int i = 0; (value = EnumCurrentSinkMetadata(i, &key)) != nullptr; ++i) {
+  for (int i = 0;; ++i) {
+    const char* key = nullptr;
+    const char* const value = EnumCurrentSinkMetadata(i, &key);
+    if (!value) break;
     if (!key || !value[0] || strncmp(key, kDiscKeyPrefix, prefix) != 0) continue;
     char* const copy = strdup(value);
     if (copy && !m_metadata.AppendUnsorted(key + prefix, copy)) freecharptr(copy);
@@ -175,7 +168,9 @@ int PCM_sink_iso::Extended(int call, void* p1, void* p2, void* /*p3*/) {
     case kSinkQueryBitDepth:
       return answer(p1, kImageBits);
     case kSinkQueryFormat:
-      return p1 && p2 ? answer(p1, m_srate) && answer(p2, m_nch) : 0;
+      if (!p1 || !p2) return 0;
+      answer(p1, m_srate);
+      return answer(p2, m_nch);
     case kSinkRenderFinished:
       FinishRender(p1);
       return 1;
@@ -188,10 +183,8 @@ void PCM_sink_iso::FinishRender(void* parent) {
   if (!IsUsable()) return;
   padToSector();
   writeCueSheet();
-  delete m_binfile;
-  m_binfile = nullptr;
-  delete m_cuefile;
-  m_cuefile = nullptr;
+  m_binfile.reset();
+  m_cuefile.reset();
   if (!parent) parent = GetMainHwnd();
   if (m_burn_after && GetLength() > 0.0) {
     BurnCD(parent, m_binfn.Get(), m_cuefn.Get(), &m_track_names, m_track_starts.Get(),

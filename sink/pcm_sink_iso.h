@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "abi/pcm_sink.h"
 #include "support/assoc_array.h"
@@ -56,8 +57,8 @@ class PCM_sink_iso final : public PCM_sink {
   void FinishRender(void* parent);
   void writeCueSheet();
 
-  YDK_FileWrite* m_cuefile = nullptr;  ///< owned
-  YDK_FileWrite* m_binfile = nullptr;  ///< owned
+  std::unique_ptr<YDK_FileWrite> m_cuefile;  ///< null when it could not be opened, or is finished
+  std::unique_ptr<YDK_FileWrite> m_binfile;  ///< likewise
   YDK_TypedBuf<short> m_convbuf{4096};
   int m_nch = 2;
   int m_srate = 44100;
@@ -65,8 +66,8 @@ class PCM_sink_iso final : public PCM_sink {
   int64_t m_frames_written = 0;  ///< frames in the image, silences included
   YDK_String m_cuefn{128};
   YDK_String m_binfn{128};
-  YDK_TypedBuf<double> m_track_starts{4096};  ///< image seconds
-  YDK_PtrList<YDK_String> m_track_names;      ///< owned titles
+  YDK_TypedBuf<double> m_track_starts{4096};    ///< image seconds
+  YDK_OwningPtrList<YDK_String> m_track_names;  ///< owned titles
   int m_disc_leadin_ms = 0;
   int m_track_leadin_ms = 0;
   int m_marker_idx = 0;  ///< the marker or region to look at next

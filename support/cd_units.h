@@ -5,7 +5,6 @@
 #include <limits>
 
 inline constexpr int kSampleRate = 44100;  ///< frames a second (Red Book)
-inline constexpr int kDiscChannels = 2;
 inline constexpr int kFrameBytes = 4;      ///< one 16-bit sample pair
 inline constexpr int kSectorBytes = 2352;  ///< 588 frames, 1/75 second (Red Book)
 inline constexpr int kBytesPerSecond = 176400;

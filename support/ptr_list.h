@@ -29,3 +29,13 @@ class YDK_PtrList {
  private:
   YDK_TypedBuf<T*> m_items;
 };
+
+/// The same, owning its items to the end.
+template <class T>
+class YDK_OwningPtrList : public YDK_PtrList<T> {
+ public:
+  using YDK_PtrList<T>::YDK_PtrList;
+  ~YDK_OwningPtrList() { this->Empty(true); }
+  YDK_OwningPtrList(const YDK_OwningPtrList&) = delete;
+  YDK_OwningPtrList& operator=(const YDK_OwningPtrList&) = delete;
+};
