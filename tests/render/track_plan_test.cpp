@@ -28,7 +28,8 @@ Mark region(double from, double to, const std::string& name) {
 std::vector<Mark> prepared(std::vector<Mark> marks, int64_t frames, const SinkConfig& settings) {
   std::stable_sort(marks.begin(), marks.end(),
                    [](const Mark& a, const Mark& b) { return a.start < b.start; });
-  marks = marksInRange(std::move(marks), 0, frames, settings.hash_markers_only != 0);
+  marks = marksInRange(std::move(marks), 0, frames, static_cast<TrackMode>(settings.track_mode),
+                       settings.hash_markers_only != 0);
   std::vector<std::string> warnings;
   if (settings.track_mode == kTracksFromRegions) dropEmptyRegions(marks, warnings);
   return marks;
@@ -88,7 +89,7 @@ TEST(TrackPlan, IsWhatTheModuleDoesForMarksAtRandom) {
   const auto upTo = [&](int limit) {
     return std::uniform_int_distribution<int>(0, limit - 1)(random);
   };
-  for (int round = 0; round < 30; ++round) {
+  for (int round = 0; round < 60; ++round) {
     SCOPED_TRACE(round);
     const int64_t frames = 44100 * (5 + upTo(20)) + upTo(588);
     const auto seconds = static_cast<double>(frames) / 44100.0;
