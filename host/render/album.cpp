@@ -31,14 +31,30 @@ bool canNameTrack(const Mark& mark, const Options& options) {
   return !mark.end && namesTrack(mark.name, options.hash_markers_only);
 }
 
+bool overlap(const Mark& a, const Mark& b) {
+  return a.end && b.end && a.start < *b.end && b.start < *a.end;
+}
+
 /// Whether somebody else's mark stands where an input's own mark would go.
 bool isReplaced(const Mark& own, const std::vector<Mark>& others, const Options& options) {
   constexpr double kOneFrame = 1.0 / kFramesPerSecond;
   return std::any_of(others.begin(), others.end(), [&](const Mark& other) {
     if (!canNameTrack(other, options)) return false;
-    if (own.end) return other.start<*own.end&& * other.end> own.start;
-    return std::abs(other.start - own.start) <= kOneFrame * 1.000001;
+    return own.end ? overlap(own, other)
+                   : std::abs(other.start - own.start) <= kOneFrame * 1.000001;
   });
+}
+
+/// Where the tracks that hold an input's audio begin in it: at its own mark, or, in regions mode,
+/// at every region that takes the place of that. Ascending, never empty.
+std::vector<double> tagPlaces(const Mark& own, const std::vector<Mark>& others) {
+  std::vector<double> places;
+  for (const Mark& other : others) {
+    if (overlap(own, other)) places.push_back(std::max(own.start, other.start));
+  }
+  if (places.empty()) places.push_back(own.start);
+  std::sort(places.begin(), places.end());
+  return places;
 }
 
 std::vector<Mark> givenMarks(const Options& options, Album& album) {
@@ -76,13 +92,14 @@ void addInputMarks(const Options& options, const AlbumInput& input, int number,
     }
   }
   if (options.track_mode != kOneTrack && !isReplaced(own, others, options)) marks.push_back(own);
+  const std::vector<double> places = tagPlaces(own, others);
   const std::string& artist = input.info.tags.artist;
   if (options.track_mode != kOneTrack && !artist.empty() && artist != disc_performer) {
-    marks.push_back({own.start, std::nullopt, "PERF=" + artist});
+    for (const double place : places) marks.push_back({place, std::nullopt, "PERF=" + artist});
   }
   const auto given = options.isrcs.find(number);
   const std::string code = given != options.isrcs.end() ? given->second : input.info.tags.isrc;
-  if (!code.empty()) marks.push_back({own.start, std::nullopt, "ISRC=" + code});
+  if (!code.empty()) marks.push_back({places.front(), std::nullopt, "ISRC=" + code});
 }
 
 std::vector<Mark> allMarks(const Options& options, Album& album,
@@ -143,7 +160,7 @@ Album layOutAlbum(const Options& options, std::vector<InputInfo> infos) {
   std::vector<Mark> marks = allMarks(options, album, texts.performer);
   for (Mark& mark : marks) mark.name = fitForSheet(mark.name, album.warnings);
   album.project.marks = marksInRange(std::move(marks), album.render_start, album.render_end,
-                                     options.hash_markers_only);
+                                     options.track_mode, options.hash_markers_only);
   if (options.track_mode == kTracksFromRegions) {
     dropEmptyRegions(album.project.marks, album.warnings);
   }

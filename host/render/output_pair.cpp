@@ -31,7 +31,7 @@ std::string quoted(const fs::path& path) {
 
 /// Whether another program holds the file under a lock.
 bool isHeld(const fs::path& path) {
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const int fd = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) return false;
   const bool held = flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
   close(fd);
@@ -73,11 +73,11 @@ class Moves {
 
 OutputPair::OutputPair(const std::string& output, bool force,
                        const std::vector<std::string>& inputs)
-    : m_sheet(sheetPath(output)) {
+    : m_sheet(sheetPath(output)), m_force(force) {
   m_image = m_sheet;
   m_image.replace_extension(".bin");
   checkName();
-  checkTargets(force, inputs);
+  checkTargets(inputs);
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::string pattern = (parent / ".velmor-render-XXXXXX").string();
   if (!mkdtemp(pattern.data())) {
@@ -109,7 +109,7 @@ void OutputPair::checkName() const {
   }
 }
 
-void OutputPair::checkTargets(bool force, const std::vector<std::string>& inputs) const {
+void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::error_code error;
   if (!fs::is_directory(parent, error)) {
@@ -123,11 +123,22 @@ void OutputPair::checkTargets(bool force, const std::vector<std::string>& inputs
                           " is one of the inputs and would be overwritten; choose another with -o");
       }
     }
-    if (!fs::exists(fs::symlink_status(target))) continue;
-    if (fs::is_directory(target)) {
+  }
+  checkOld();
+}
+
+void OutputPair::checkOld() const {
+  for (const fs::path& target : {m_sheet, m_image}) {
+    std::error_code error;
+    if (!fs::exists(fs::symlink_status(target, error))) continue;
+    if (fs::is_directory(target, error)) {
       throw RenderError("the output " + quoted(target) + " is a folder; choose another with -o");
     }
-    if (!force) {
+    if (fs::is_other(target, error)) {
+      throw RenderError("the output " + quoted(target) +
+                        " is no regular file; choose another with -o");
+    }
+    if (!m_force) {
       throw RenderError(quoted(target) +
                         " exists already; --force replaces it, -o chooses another place");
     }
@@ -139,9 +150,14 @@ void OutputPair::checkTargets(bool force, const std::vector<std::string>& inputs
 }
 
 void OutputPair::commit() {
+  checkOld();  // a render takes its time, and another program may have come meanwhile
   Moves moves;
   const fs::path old_folder = m_folder / "replaced";
-  fs::create_directory(old_folder);
+  std::error_code error;
+  if (!fs::create_directory(old_folder, error)) {
+    throw RenderError("the finished disc cannot be put in its place, " + quoted(m_sheet) + ": " +
+                      error.message());
+  }
   for (const fs::path& target : {m_sheet, m_image}) {
     if (fs::exists(fs::symlink_status(target))) moves.move(target, old_folder / target.filename());
   }

@@ -28,15 +28,17 @@ class OutputPair {
   std::string image() const { return m_image.string(); }
 
   /// Puts the pair into its place; throws `RenderError`, with everything as it was, when that
-  /// fails.
+  /// fails, or when a pair has come there meanwhile that may not be replaced.
   void commit();
 
  private:
   void checkName() const;
-  void checkTargets(bool force, const std::vector<std::string>& inputs) const;
+  void checkTargets(const std::vector<std::string>& inputs) const;
+  void checkOld() const;
 
   std::filesystem::path m_sheet;
   std::filesystem::path m_image;
+  bool m_force;
   std::filesystem::path m_folder;  ///< the working one
 };
 

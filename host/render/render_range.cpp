@@ -35,10 +35,18 @@ std::optional<size_t> markerInForce(const std::vector<Mark>& marks, double start
   return found;
 }
 
+/// Where the first region that holds `start` begins.
+std::optional<double> regionInForce(const std::vector<Mark>& marks, double start) {
+  for (const Mark& mark : marks) {
+    if (mark.end && mark.start <= start && *mark.end > start) return mark.start;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int64_t end_frame,
-                               bool hash_only) {
+                               TrackMode mode, bool hash_only) {
   const double start = secondsOf(start_frame);
   const double end = secondsOf(end_frame);
   for (Mark& mark : marks) {
@@ -46,6 +54,12 @@ std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int
     if (mark.end) mark.end = onFrame(*mark.end);
   }
   const std::optional<size_t> in_force = markerInForce(marks, start, hash_only);
+  std::optional<double> tags_from;
+  if (mode == kTracksFromRegions) {
+    tags_from = regionInForce(marks, start);
+  } else if (in_force) {
+    tags_from = marks[*in_force].start;
+  }
   std::vector<Mark> kept;
   for (size_t i = 0; i < marks.size(); ++i) {
     Mark& mark = marks[i];
@@ -55,8 +69,8 @@ std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int
       mark.start = std::max(mark.start, start);
       mark.end = std::min(*mark.end, end);
     } else if (mark.start < start) {
-      const bool moves = in_force && (i == *in_force ||
-                                      (isTag(mark.name) && mark.start >= marks[*in_force].start));
+      const bool moves =
+          i == in_force || (tags_from && isTag(mark.name) && mark.start >= *tags_from);
       if (!moves) continue;
       mark.start = start;
     }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "abi/sink_registration.h"
 #include "host/render/input/audio_input.h"
 
 namespace velmor::render {
@@ -12,8 +13,10 @@ namespace velmor::render {
 /// The marks of a range of the timeline (ascending; the range in frames), moved so that the range
 /// starts at 0 and rounded to whole frames, so that where a track begins does not depend on how the
 /// render is cut into blocks. The marker in force at the range's start moves to it, and the tags
-/// behind that marker with it, so that track 1 keeps its name; regions are cut to the range.
-std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start, int64_t end, bool hash_only);
+/// behind that marker with it, so that track 1 keeps its name; regions are cut to the range, and in
+/// regions mode the tags of the one that is cut at the start move with it.
+std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start, int64_t end, TrackMode mode,
+                               bool hash_only);
 
 /// Takes out the regions that hold no audio of their own: empty ones, and those that lie wholly in
 /// the ones before. The module would write what follows such a region. Adds a warning for each.

@@ -7,7 +7,8 @@
 namespace velmor::render {
 
 /// `text` with line breaks and other control characters made blanks and double quotes made
-/// apostrophes: either would end a field early. Adds a warning for each text that changes.
+/// apostrophes, since either would end a field early, and cut to what a line holds. Adds a warning
+/// for each text that changes.
 std::string fitForSheet(const std::string& text, std::vector<std::string>& warnings);
 
 }  // namespace velmor::render

@@ -28,7 +28,7 @@ class Planner {
   void begin(const std::string& title) {
     m_plan.tracks.push_back({title, m_config.disc_leadin_ms / 1000.0, 0, 0});
     leadIn(m_config.disc_leadin_ms);
-    m_plan.tracks.back().start_frame = m_frames;
+    m_plan.tracks.back().start_frame = position();
   }
 
   void write(int64_t frames) {
@@ -43,14 +43,14 @@ class Planner {
 
   void split(const std::string& title) {
     leadIn(m_config.track_leadin_ms);
-    m_plan.tracks.push_back({title, secondsOf(m_frames), m_frames, 0});
+    m_plan.tracks.push_back({title, secondsOf(m_frames), position(), 0});
   }
 
   TrackPlan& plan() { return m_plan; }
 
   TrackPlan finish() {
     pad();
-    m_plan.image_frames = m_bytes / kBytesPerFrame;
+    m_plan.image_frames = position();
     for (size_t i = 0; i < m_plan.tracks.size(); ++i) {
       const bool last = i + 1 == m_plan.tracks.size();
       const int64_t end = last ? m_plan.image_frames : m_plan.tracks[i + 1].start_frame;
@@ -60,6 +60,9 @@ class Planner {
   }
 
  private:
+  /// Frames in the image so far.
+  int64_t position() const { return m_bytes / kBytesPerFrame; }
+
   void silence(int64_t bytes) {
     m_bytes += bytes;
     m_frames += bytes / kBytesPerFrame;

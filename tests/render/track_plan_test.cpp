@@ -1,0 +1,156 @@
+#include "host/render/track_plan.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "host/render/render_range.h"
+#include "tests/render/module_render.h"
+
+namespace velmor::render {
+namespace {
+
+using test::ModuleRender;
+
+SinkConfig config(int32_t mode, int32_t disc_ms, int32_t track_ms, bool hash = false) {
+  return {static_cast<int32_t>(kIsoFormatCode), disc_ms, track_ms, 0, mode, hash};
+}
+
+Mark marker(double at, const std::string& name) {
+  return {at, std::nullopt, name};
+}
+Mark region(double from, double to, const std::string& name) {
+  return {from, to, name};
+}
+
+/// Marks as the host hands them over: in order, on whole frames.
+std::vector<Mark> prepared(std::vector<Mark> marks, int64_t frames, const SinkConfig& settings) {
+  std::stable_sort(marks.begin(), marks.end(),
+                   [](const Mark& a, const Mark& b) { return a.start < b.start; });
+  marks = marksInRange(std::move(marks), 0, frames, static_cast<TrackMode>(settings.track_mode),
+                       settings.hash_markers_only != 0);
+  std::vector<std::string> warnings;
+  if (settings.track_mode == kTracksFromRegions) dropEmptyRegions(marks, warnings);
+  return marks;
+}
+
+int64_t audible(const ModuleRender& render) {
+  int64_t count = 0;
+  const int16_t* const end = render.left.data() + render.left.size();
+  for (const int16_t* sample = render.left.data(); sample != end; ++sample) count += *sample != 0;
+  return count;
+}
+
+/// The plan says what the module does: tracks, titles, times, and where each one's audio begins.
+void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_t frames,
+                     int block) {
+  const std::vector<Mark> marks = prepared(std::move(given), frames, settings);
+  const TrackPlan plan = planTracks(settings, marks, frames);
+  const ModuleRender render = test::renderThroughModule(settings, marks, frames, block);
+  EXPECT_EQ(render.image_bytes, plan.image_frames * 4);
+  ASSERT_EQ(render.indexes.size(), plan.tracks.size());
+  EXPECT_EQ(audible(render), plan.rendered_frames);
+  for (size_t i = 0; i < plan.tracks.size(); ++i) {
+    const PlannedTrack& track = plan.tracks[i];
+    EXPECT_EQ(render.titles[i], track.title) << "track " << i + 1;
+    EXPECT_EQ(render.indexes[i], test::sheetTime(track.start)) << "track " << i + 1;
+    const bool silence_before = i == 0 ? settings.disc_leadin_ms : settings.track_leadin_ms;
+    if (plan.rendered_frames == 0) continue;
+    EXPECT_NE(render.left[static_cast<size_t>(track.start_frame)], 0) << "track " << i + 1;
+    if (silence_before) {
+      EXPECT_EQ(render.left[static_cast<size_t>(track.start_frame) - 1], 0) << "track " << i + 1;
+      EXPECT_EQ(track.start_frame % 588, 0) << "track " << i + 1;
+    }
+  }
+}
+
+TEST(TrackPlan, IsWhatTheModuleDoesInEveryModeAndWithEveryLeadIn) {
+  const std::vector<Mark> marks = {
+      marker(0.0, "One"),         marker(0.2, "PERF=Ana"),   marker(3.9, "too early"),
+      region(1.0, 6.5, "R1"),     marker(5.00001, "#Two"),   region(6.0, 7.0, "R2 joins"),
+      marker(9.0, "exact four"),  region(9.25, 14.0, "R3"),  marker(9.0000113, "same place"),
+      marker(13.7, "Say \"Go\""), region(14.0, 14.5, "R4"),  marker(13.7, "twice"),
+      marker(16.9, "last one"),   region(16.0, 40.0, "#R5"), marker(25.0, "past the end")};
+  for (const int32_t mode : {kTracksFromMarkers, kTracksFromRegions, kOneTrack}) {
+    for (const auto& [disc_ms, track_ms] :
+         {std::pair{0, 0}, {2000, 2000}, {500, 0}, {0, 1}, {13, 1501}, {1, 3}}) {
+      for (const bool hash : {false, true}) {
+        SCOPED_TRACE(testing::Message() << "mode " << mode << ", lead-ins " << disc_ms << " and "
+                                        << track_ms << ", hash " << hash);
+        expectPlanHolds(config(mode, disc_ms, track_ms, hash), marks, 44100 * 18 + 17, 1024);
+      }
+    }
+  }
+}
+
+TEST(TrackPlan, IsWhatTheModuleDoesForMarksAtRandom) {
+  std::mt19937 random(588);
+  const auto upTo = [&](int limit) {
+    return std::uniform_int_distribution<int>(0, limit - 1)(random);
+  };
+  for (int round = 0; round < 60; ++round) {
+    SCOPED_TRACE(round);
+    const int64_t frames = 44100 * (5 + upTo(20)) + upTo(588);
+    const auto seconds = static_cast<double>(frames) / 44100.0;
+    std::vector<Mark> marks;
+    for (int i = upTo(12); i > 0; --i) {
+      const double at = seconds * 1.1 * upTo(1000) / 1000.0;
+      const std::string name = (upTo(2) ? "#" : "") + std::to_string(i);
+      marks.push_back(upTo(2) ? marker(at, name) : region(at, at + upTo(80) / 10.0, name));
+    }
+    const auto settings = config(upTo(2), upTo(2) * upTo(3000), upTo(2) * upTo(3000), upTo(2));
+    expectPlanHolds(settings, marks, frames, 1 + upTo(5000));
+  }
+}
+
+TEST(TrackPlan, AMarkerExactlyFourSecondsAfterATrackStartMakesATrack) {
+  const auto settings = config(kTracksFromMarkers, 0, 0);
+  const auto tracks = [&](double at) {
+    return planTracks(settings, {marker(0, "A"), marker(5, "B"), marker(at, "C")}, 44100 * 20)
+        .tracks.size();
+  };
+  EXPECT_EQ(tracks(9.0), 3U);
+  EXPECT_EQ(tracks(9.0 - 1.0 / 44100), 2U);
+}
+
+TEST(TrackPlan, NamesTheMarkersThatMakeNoTrack) {
+  const TrackPlan plan =
+      planTracks(config(kTracksFromMarkers, 0, 0),
+                 {marker(0, "One"), marker(2, "Early"), marker(5, "Two"), marker(6, "PERF=x"),
+                  marker(8, "Close"), region(8, 9, "no marker"), marker(30, "behind the end")},
+                 44100 * 20);
+  EXPECT_EQ(plan.dropped_markers, (std::vector<std::string>{"Early", "Close"}));
+}
+
+TEST(TrackPlan, NamesTheRegionsThatJoinTheTrackBefore) {
+  const TrackPlan plan =
+      planTracks(config(kTracksFromRegions, 0, 0),
+                 {region(0, 2, "One"), region(2, 8, "joined"), region(8, 14, "Three")}, 44100 * 20);
+  EXPECT_EQ(plan.joined_regions, std::vector<std::string>{"joined"});
+  ASSERT_EQ(plan.tracks.size(), 2U);
+  EXPECT_EQ(plan.tracks[1].title, "joined") << "titles go to the tracks in order";
+}
+
+TEST(TrackPlan, TracksFillTheImageFromTheFirstOnesAudioToTheEnd) {
+  const TrackPlan plan = planTracks(config(kTracksFromMarkers, 2000, 1500),
+                                    {marker(0, "A"), marker(5, "B"), marker(11, "C")}, 44100 * 20);
+  ASSERT_EQ(plan.tracks.size(), 3U);
+  EXPECT_EQ(plan.silences, 3);
+  EXPECT_EQ(plan.image_frames % 588, 0);
+  int64_t at = plan.tracks[0].start_frame;
+  EXPECT_EQ(at, 88200);
+  for (const PlannedTrack& track : plan.tracks) {
+    EXPECT_EQ(track.start_frame, at);
+    at += track.frames;
+  }
+  EXPECT_EQ(at, plan.image_frames);
+}
+
+TEST(TrackPlan, ALeadInOfHoursIsAsLongAsTheModuleMakesIt) {
+  const TrackPlan plan = planTracks(config(kOneTrack, 2147483647, 0), {}, 588);
+  EXPECT_EQ(plan.image_frames * 4, int64_t{2147483647} / 2352 * 2352 + 2352);
+}
+
+}  // namespace
+}  // namespace velmor::render
