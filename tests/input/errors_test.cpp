@@ -5,8 +5,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 
 #include "host/render/input/mark_parsing.h"
@@ -17,18 +15,6 @@ namespace {
 
 using testing::AllOf;
 using testing::HasSubstr;
-
-std::string refusalOf(const std::string& path) {
-  return errorOf([&] {
-    const auto input = AudioInput::open(path, Dither::none);
-    readAll(*input, 1024);
-  });
-}
-
-std::string contentsOf(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::vector<int16_t> noise(size_t count) {
   std::mt19937 random(3);

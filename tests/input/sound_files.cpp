@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 
 namespace velmor::render::test {
 namespace {
@@ -85,6 +86,18 @@ int discSample(double v) {
   const double rounded = std::floor(v * 32768.0 + 0.5);
   if (rounded < -32768.0) return -32768;
   return rounded > 32767.0 ? 32767 : static_cast<int>(rounded);
+}
+
+std::string refusalOf(const std::string& path) {
+  return errorOf([&] {
+    const auto input = AudioInput::open(path, Dither::none);
+    readAll(*input, 1024);
+  });
+}
+
+std::string contentsOf(const std::string& path) {
+  std::ifstream stream(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 std::string little16(uint32_t value) {

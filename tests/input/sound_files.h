@@ -61,6 +61,12 @@ std::string errorOf(Action action) {
   return {};
 }
 
+/// The sentence with which `path` is refused, when it is opened or read; empty when it is read
+/// whole.
+std::string refusalOf(const std::string& path);
+
+std::string contentsOf(const std::string& path);
+
 /// Chunks of RIFF files.
 std::string little16(uint32_t value);
 std::string little32(uint32_t value);

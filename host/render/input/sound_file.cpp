@@ -85,8 +85,15 @@ void SoundFile::open(const std::string& path) {
   m_handle.reset();
   m_file = std::make_unique<ReadableFile>(path);
   if (m_file->size() == 0) refuse(path, "is empty; export the audio again");
-  if (audioRunsOverTheEnd(m_file->descriptor(), m_file->size())) {
-    refuse(path, "breaks off: its header states more audio than it holds; copy or export it again");
+  switch (extentOf(FileBytes(m_file->descriptor(), m_file->size()))) {
+    case Extent::whole:
+      break;
+    case Extent::breaksOff:
+      refuse(path, "breaks off before the end of its audio; copy or export it again");
+    case Extent::severalStreams:
+      refuse(path,
+             "holds several Ogg streams one after the other, of which only the first can be read; "
+             "convert it to WAV or FLAC");
   }
   m_info = {};
   m_handle.reset(sf_open_fd(m_file->descriptor(), SFM_READ, &m_info, SF_FALSE));
