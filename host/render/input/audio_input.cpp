@@ -230,6 +230,9 @@ class DitheredInput : public AudioInput {
 std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dither) {
   auto sound = std::make_unique<SoundFile>(path);
   InputInfo info = describe(path, *sound);
+  if (info.frames == 0) {
+    throw InputError("'" + path + "' is shorter than one frame at 44100 Hz; leave it out");
+  }
   const bool resampled = info.rate != kDiscRate;
   const bool exact = !resampled && info.bits > 0 && info.bits <= kDiscBits;
   std::unique_ptr<AudioInput> input;
