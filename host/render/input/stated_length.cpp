@@ -65,6 +65,21 @@ bool w64RunsOver(const FileBytes& file) {
   return false;
 }
 
+/// Chunks of a 4-byte id and an 8-byte size behind an 8-byte header. An audio chunk of size -1, the
+/// last one, goes on to the file's end.
+bool cafRunsOver(const FileBytes& file) {
+  constexpr uint64_t kToTheEnd = ~uint64_t{0};
+  int64_t at = 8;
+  for (int i = 0; i < kMostChunks; ++i) {
+    const auto size = file.big(at + 4, 8);
+    if (!size) return false;
+    if (file.has(at, "data")) return *size != kToTheEnd && file.runsOver(at + 12, *size);
+    if (file.runsOver(at + 12, *size)) return false;
+    at += 12 + static_cast<int64_t>(*size);
+  }
+  return false;
+}
+
 /// One stream, or several side by side whose first pages all come first. Every stream states its
 /// last page; what comes after all of them in the file is the last page of one.
 Extent oggExtent(const FileBytes& file) {
@@ -86,6 +101,7 @@ bool runsOver(const FileBytes& file) {
   if (file.has(0, "FORM")) return chunkRunsOver(file, "SSND", false);
   if (file.has(0, ".snd")) return auRunsOver(file);
   if (file.has(0, "riff")) return w64RunsOver(file);
+  if (file.has(0, "caff")) return cafRunsOver(file);
   return false;
 }
 
