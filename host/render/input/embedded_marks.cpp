@@ -100,7 +100,7 @@ std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info) {
   std::vector<Mark> marks;
   const double rate = info.samplerate;
   for (WavMark& found : marksInFrames(file, info)) {
-    if (found.start > info.frames) break;
+    if (found.start >= info.frames) break;
     Mark mark;
     mark.start = static_cast<double>(found.start) / rate;
     const int64_t end = std::min<int64_t>(found.start + found.length, info.frames);
