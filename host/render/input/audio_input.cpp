@@ -164,6 +164,8 @@ class ResampledInput : public AudioInput {
 
  private:
   static constexpr size_t kMostFrames = size_t{1} << 30;
+  /// 30 dB above full scale, which even a single sample of a much higher rate passes on.
+  static constexpr double kLoudest = 32.0;
 
   size_t produce(const std::array<double*, 2>& out, size_t frames) {
     if (m_used == m_filled) load();
@@ -183,13 +185,14 @@ class ResampledInput : public AudioInput {
     m_used = 0;
     m_filled = std::min(m_source.available(), m_left.size());
     m_source.copy(m_left.data(), m_right.data(), m_filled);
-    silenceWhatIsNoNumber(m_left);
-    silenceWhatIsNoNumber(m_right);
+    tame(m_left);
+    tame(m_right);
   }
-  /// One such sample would spread through the filter over its neighbours.
-  static void silenceWhatIsNoNumber(std::vector<double>& samples) {
+  /// What is no number becomes silence; it would spread through the filter. What is infinite or
+  /// absurdly loud stays loud, yet rings for hundredths of a second at most.
+  static void tame(std::vector<double>& samples) {
     for (double& sample : samples) {
-      if (!std::isfinite(sample)) sample = 0.0;
+      sample = std::isnan(sample) ? 0.0 : std::clamp(sample, -kLoudest, kLoudest);
     }
   }
 
