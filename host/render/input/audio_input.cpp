@@ -12,6 +12,7 @@
 #include "host/render/input/source_format.h"
 #include "host/render/input/text_encoding.h"
 #include "host/render/input/tpdf_dither.h"
+#include "host/render/input/vorbis_comments.h"
 
 namespace velmor::render {
 namespace {
@@ -39,6 +40,7 @@ InputInfo describe(const std::string& path, const SoundFile& sound) {
   info.tags.artist = textIn(file, SF_STR_ARTIST);
   info.tags.album = textIn(file, SF_STR_ALBUM);
   info.tags.comment = textIn(file, SF_STR_COMMENT);
+  addVorbisComments(vorbisCommentsIn(sound.bytes()), info.tags);
   info.marks = embeddedMarks(file, sound.info());
   return info;
 }

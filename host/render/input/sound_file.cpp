@@ -91,7 +91,7 @@ void SoundFile::open(const std::string& path) {
   m_handle.reset();
   m_file = std::make_unique<ReadableFile>(path);
   if (m_file->size() == 0) refuse(path, "is empty; export the audio again");
-  switch (extentOf(FileBytes(m_file->descriptor(), m_file->size()))) {
+  switch (extentOf(m_file->bytes())) {
     case Extent::whole:
       break;
     case Extent::breaksOff:
