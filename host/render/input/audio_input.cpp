@@ -41,7 +41,7 @@ InputInfo describe(const std::string& path, const SoundFile& sound) {
   info.tags.album = textIn(file, SF_STR_ALBUM);
   info.tags.comment = textIn(file, SF_STR_COMMENT);
   addVorbisComments(vorbisCommentsIn(sound.bytes()), info.tags);
-  info.marks = embeddedMarks(file, sound.info());
+  info.marks = embeddedMarks(file, sound.info(), sound.bytes());
   return info;
 }
 
