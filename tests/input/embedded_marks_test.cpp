@@ -142,34 +142,25 @@ TEST(EmbeddedMarks, OfAiffFilesAreRead) {
   }
 }
 
-std::string flacBlock(unsigned type, const std::string& body) {
-  return static_cast<char>(type) + big32(static_cast<uint32_t>(body.size())).substr(1) + body;
-}
-
 std::string foreign(const std::string& chunk) {
   return flacBlock(2, "riff" + chunk);
-}
-
-/// A FLAC file with `blocks` behind its first one.
-std::string flacWith(const Folder& folder, const std::string& blocks) {
-  writeShorts(folder.path("made"), {SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 44100, 2},
-              std::vector<int16_t>(2 * kFrames));
-  std::string bytes = contentsOf(folder.path("made"));
-  constexpr size_t kBehindTheFirst = 4 + 4 + 34;
-  return bytes.insert(kBehindTheFirst, blocks);
 }
 
 // As the encoder stores what a WAV file holds beside its audio.
 TEST(EmbeddedMarks, OfAWavFileSurviveInAFlacFile) {
   const Folder folder;
   const std::string cue = foreign(riffChunk("cue ", cueBody(kPoints)));
-  const std::string info = foreign(riffChunk("LIST", "INFO" + riffChunk("INAM", "Song")));
-  const std::string other = flacBlock(2, "othr" + riffChunk("cue ", little32(0)));
-  for (const std::string& blocks :
-       {foreign("RIFF" + little32(99) + "WAVE") + cue + info + foreign(listChunk()),
-        foreign(listChunk()) + other + flacBlock(2, "riffcue ") + cue}) {
+  std::string wave = foreign("RIFF" + little32(99) + "WAVE");
+  wave += cue;
+  wave += foreign(riffChunk("LIST", "INFO" + riffChunk("INAM", "Song")));
+  wave += foreign(listChunk());
+  std::string strange = foreign(listChunk());
+  strange += flacBlock(2, "othr" + riffChunk("cue ", little32(0)));
+  strange += flacBlock(2, "riffcue ");
+  strange += cue;
+  for (const std::string& blocks : {wave, strange}) {
     const auto input =
-        AudioInput::open(folder.write("a.flac", flacWith(folder, blocks)), Dither::none);
+        AudioInput::open(folder.write("a.flac", flacFile(folder, kFrames, blocks)), Dither::none);
     expectTheMarks(input->info().marks, "FLAC");
     EXPECT_EQ(readAll(*input, 4096).left.size(), kFrames);
   }
@@ -177,11 +168,12 @@ TEST(EmbeddedMarks, OfAWavFileSurviveInAFlacFile) {
 
 TEST(EmbeddedMarks, InAFlacFileThatAreDamagedAreNoError) {
   const Folder folder;
+  std::string huge = riffChunk("cue ", cueBody(kPoints).substr(0, 50));
+  huge.replace(4, 4, 4, '\xff');
   for (const std::string& chunk :
-       {riffChunk("cue ", ""), riffChunk("cue ", little32(9)),
-        "cue " + little32(0xffffffffU) + cueBody(kPoints).substr(0, 50), std::string("cue ")}) {
-    const auto input =
-        AudioInput::open(folder.write("a.flac", flacWith(folder, foreign(chunk))), Dither::none);
+       {riffChunk("cue ", ""), riffChunk("cue ", little32(9)), huge, std::string("cue ")}) {
+    const auto input = AudioInput::open(
+        folder.write("a.flac", flacFile(folder, kFrames, foreign(chunk))), Dither::none);
     EXPECT_TRUE(input->info().marks.empty());
   }
 }

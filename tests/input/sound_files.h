@@ -91,4 +91,9 @@ std::string label(uint32_t id, std::string_view text);
 std::string note(uint32_t id, std::string_view text);
 std::string region(uint32_t id, uint32_t length, std::string_view text);
 
+/// A FLAC metadata block that others follow.
+std::string flacBlock(unsigned type, std::string_view body);
+/// A FLAC file of silence with `blocks` alone behind its first one.
+std::string flacFile(const Folder& folder, size_t frames, std::string_view blocks);
+
 }  // namespace velmor::render::test

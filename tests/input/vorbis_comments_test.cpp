@@ -76,27 +76,7 @@ TEST(VorbisComments, ThatAreDamagedAreReadAsFarAsTheyAreWhole) {
   }
 }
 
-std::string flacBlock(unsigned type, bool last, const std::string& body) {
-  const auto size = static_cast<uint32_t>(body.size());
-  return std::string(1, static_cast<char>(type | (last ? 0x80U : 0U))) + big32(size).substr(1) +
-         body;
-}
-
 const Comments kComments{"TITLE=Song", "ISRC=de-a12-34-56789", "COMPOSER=C. Poser"};
-
-/// A FLAC file with `blocks` behind its first one in place of what was there.
-std::string flacWith(const Folder& folder, const std::string& blocks) {
-  writeShorts(folder.path("made"), {SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 44100, 2},
-              std::vector<int16_t>(2000, 5));
-  const std::string bytes = contentsOf(folder.path("made"));
-  size_t audio = 4;
-  for (bool last = false; !last;) {
-    last = (static_cast<unsigned char>(bytes[audio]) & 0x80U) != 0;
-    audio += 4 + static_cast<unsigned char>(bytes[audio + 3]) +
-             256 * static_cast<size_t>(static_cast<unsigned char>(bytes[audio + 2]));
-  }
-  return "fLaC" + flacBlock(0, false, bytes.substr(8, 34)) + blocks + bytes.substr(audio);
-}
 
 void expectTheTags(const std::string& path) {
   const auto input = AudioInput::open(path, Dither::none);
@@ -106,26 +86,29 @@ void expectTheTags(const std::string& path) {
   EXPECT_EQ(static_cast<int64_t>(readAll(*input, 333).left.size()), input->info().frames);
 }
 
+constexpr size_t kFlacFrames = 1000;
+
 TEST(Tags, OfFlacFilesNameTheSongwriterAndTheCode) {
   const Folder folder;
-  const std::string comments = block(kComments);
-  expectTheTags(folder.write("a.flac", flacWith(folder, flacBlock(4, true, comments))));
-  expectTheTags(folder.write("b.flac", flacWith(folder, flacBlock(1, false, std::string(70000, 0)) +
-                                                            flacBlock(4, false, comments) +
-                                                            flacBlock(1, true, "\1\2\3"))));
+  const std::string comments = flacBlock(4, block(kComments));
+  expectTheTags(folder.write("a.flac", flacFile(folder, kFlacFrames, comments)));
+  std::string behindPadding = flacBlock(1, std::string(70000, '\0'));
+  behindPadding += comments;
+  expectTheTags(folder.write("b.flac", flacFile(folder, kFlacFrames, behindPadding)));
 }
 
 TEST(Tags, OfFlacFilesAreFoundBehindAnId3Tag) {
   const Folder folder;
-  const std::string id3 = std::string("ID3\4\0\0\0\0\1\2", 10) + std::string(130, '\0');
-  expectTheTags(
-      folder.write("a.flac", id3 + flacWith(folder, flacBlock(4, true, block(kComments)))));
+  std::string bytes("ID3\4\0\0\0\0\1\2", 10);  // of 130 bytes
+  bytes.append(130, '\0');
+  bytes += flacFile(folder, kFlacFrames, flacBlock(4, block(kComments)));
+  expectTheTags(folder.write("a.flac", bytes));
 }
 
 TEST(Tags, OfFlacFilesWithoutCommentsAreEmpty) {
   const Folder folder;
   const auto input = AudioInput::open(
-      folder.write("a.flac", flacWith(folder, flacBlock(1, true, "\1\2\3"))), Dither::none);
+      folder.write("a.flac", flacFile(folder, kFlacFrames, flacBlock(1, "xyz"))), Dither::none);
   EXPECT_EQ(input->info().tags.isrc, "");
   EXPECT_EQ(input->info().tags.songwriter, "");
 }
