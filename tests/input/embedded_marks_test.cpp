@@ -57,9 +57,20 @@ TEST(EmbeddedMarks, AreFoundInEveryOrderOfTheChunks) {
   } while (std::next_permutation(pieces.begin(), pieces.end(), byName));
 }
 
+// There the next input begins, whose track it would name.
+TEST(EmbeddedMarks, AtTheEndOfTheFileAreLeftOut) {
+  const Folder folder;
+  const std::array<CuePoint, 2> points{CuePoint{1, 999}, CuePoint{2, 1000}};
+  const std::string chunks = formatChunk() + dataChunk(1000) + riffChunk("cue ", cueBody(points)) +
+                             riffChunk("LIST", "adtl" + label(2, "End"));
+  const auto input = AudioInput::open(folder.write("a.wav", riffFile(chunks)), Dither::none);
+  ASSERT_EQ(input->info().marks.size(), 1U);
+  EXPECT_DOUBLE_EQ(input->info().marks[0].start, 999.0 / 44100.0);
+}
+
 TEST(EmbeddedMarks, BehindTheLastFrameAreLeftOutAndRegionsEndWithIt) {
   const Folder folder;
-  const std::array<CuePoint, 3> points{CuePoint{1, 500}, CuePoint{2, 1000}, CuePoint{3, 1001}};
+  const std::array<CuePoint, 3> points{CuePoint{1, 500}, CuePoint{2, 998}, CuePoint{3, 1001}};
   const std::string chunks =
       formatChunk() + dataChunk(1000) + riffChunk("cue ", cueBody(points)) +
       riffChunk("LIST", "adtl" + region(1, 0xffffffffU, "") + region(2, 10, ""));
@@ -68,8 +79,9 @@ TEST(EmbeddedMarks, BehindTheLastFrameAreLeftOutAndRegionsEndWithIt) {
   ASSERT_EQ(marks.size(), 2U);
   ASSERT_TRUE(marks[0].end);
   EXPECT_DOUBLE_EQ(*marks[0].end, 1000.0 / 44100.0);
-  EXPECT_DOUBLE_EQ(marks[1].start, 1000.0 / 44100.0);
-  EXPECT_FALSE(marks[1].end);
+  EXPECT_DOUBLE_EQ(marks[1].start, 998.0 / 44100.0);
+  ASSERT_TRUE(marks[1].end);
+  EXPECT_DOUBLE_EQ(*marks[1].end, 1000.0 / 44100.0);
 }
 
 TEST(EmbeddedMarks, CountFramesOfTheFileNotOfTheDisc) {
@@ -130,6 +142,42 @@ TEST(EmbeddedMarks, OfAiffFilesAreRead) {
   }
 }
 
+std::string foreign(const std::string& chunk) {
+  return flacBlock(2, "riff" + chunk);
+}
+
+// As the encoder stores what a WAV file holds beside its audio.
+TEST(EmbeddedMarks, OfAWavFileSurviveInAFlacFile) {
+  const Folder folder;
+  const std::string cue = foreign(riffChunk("cue ", cueBody(kPoints)));
+  std::string wave = foreign("RIFF" + little32(99) + "WAVE");
+  wave += cue;
+  wave += foreign(riffChunk("LIST", "INFO" + riffChunk("INAM", "Song")));
+  wave += foreign(listChunk());
+  std::string strange = foreign(listChunk());
+  strange += flacBlock(2, "othr" + riffChunk("cue ", little32(0)));
+  strange += flacBlock(2, "riffcue ");
+  strange += cue;
+  for (const std::string& blocks : {wave, strange}) {
+    const auto input =
+        AudioInput::open(folder.write("a.flac", flacFile(folder, kFrames, blocks)), Dither::none);
+    expectTheMarks(input->info().marks, "FLAC");
+    EXPECT_EQ(readAll(*input, 4096).left.size(), kFrames);
+  }
+}
+
+TEST(EmbeddedMarks, InAFlacFileThatAreDamagedAreNoError) {
+  const Folder folder;
+  std::string huge = riffChunk("cue ", cueBody(kPoints).substr(0, 50));
+  huge.replace(4, 4, 4, '\xff');
+  for (const std::string& chunk :
+       {riffChunk("cue ", ""), riffChunk("cue ", little32(9)), huge, std::string("cue ")}) {
+    const auto input = AudioInput::open(
+        folder.write("a.flac", flacFile(folder, kFrames, foreign(chunk))), Dither::none);
+    EXPECT_TRUE(input->info().marks.empty());
+  }
+}
+
 TEST(Tags, ComeFromEveryKindOfFileThatHasThem) {
   const Folder folder;
   for (const int format : {SF_FORMAT_WAV | SF_FORMAT_PCM_16, SF_FORMAT_FLAC | SF_FORMAT_PCM_16,
@@ -168,6 +216,14 @@ TEST(Tags, AreUtf8OnOneLine) {
   EXPECT_EQ(input->info().tags.title, "Caf\xc3\xa9");
   EXPECT_EQ(input->info().tags.artist, "A  B");
   EXPECT_EQ(input->info().tags.album, "");
+}
+
+TEST(Tags, ThatAreNotUtf8AreReadAsWindows1252) {
+  const Folder folder;
+  const std::string info = riffChunk("LIST", "INFO" + riffChunk("INAM", "\x93Yes\x94 \x80"));
+  const auto input = AudioInput::open(
+      folder.write("a.wav", riffFile(formatChunk() + info + dataChunk(10))), Dither::none);
+  EXPECT_EQ(input->info().tags.title, "\xe2\x80\x9cYes\xe2\x80\x9d \xe2\x82\xac");
 }
 
 }  // namespace

@@ -5,8 +5,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 
 #include "host/render/input/mark_parsing.h"
@@ -17,18 +15,7 @@ namespace {
 
 using testing::AllOf;
 using testing::HasSubstr;
-
-std::string refusalOf(const std::string& path) {
-  return errorOf([&] {
-    const auto input = AudioInput::open(path, Dither::none);
-    readAll(*input, 1024);
-  });
-}
-
-std::string contentsOf(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
+using testing::Not;
 
 std::vector<int16_t> noise(size_t count) {
   std::mt19937 random(3);
@@ -105,6 +92,32 @@ TEST(Refusal, NamesAFileWithoutASingleFrame) {
   EXPECT_THAT(refusalOf(path), HasSubstr("holds no audio"));
 }
 
+std::string fileAtRate(uint32_t rate, size_t frames) {
+  const std::string format = riffChunk("fmt ", little16(1) + little16(2) + little32(rate) +
+                                                   little32(rate * 4) + little16(4) + little16(16));
+  return riffFile(format + dataChunk(frames));
+}
+
+TEST(Refusal, NamesARateThatNoRecordingHas) {
+  const Folder folder;
+  for (const uint32_t rate : {1U, 10U, 100U, 999U, 1000001U, 2147483647U}) {
+    EXPECT_THAT(refusalOf(folder.write("a.wav", fileAtRate(rate, 3000))),
+                AllOf(HasSubstr("a.wav' states a sample rate of " + std::to_string(rate) + " Hz"),
+                      HasSubstr("export it again")));
+  }
+  for (const uint32_t rate : {1000U, 5512U, 768000U, 1000000U}) {
+    EXPECT_EQ(refusalOf(folder.write("a.wav", fileAtRate(rate, 3000))), "") << rate;
+  }
+}
+
+TEST(Refusal, NamesAFileOfLessThanAFrameOfTheDiscsRate) {
+  const Folder folder;
+  EXPECT_THAT(
+      refusalOf(folder.write("a.wav", fileAtRate(96000, 1))),
+      AllOf(HasSubstr("a.wav' is shorter than one frame at 44100 Hz"), HasSubstr("leave it out")));
+  EXPECT_EQ(refusalOf(folder.write("a.wav", fileAtRate(88200, 1))), "") << "a half goes up";
+}
+
 TEST(Refusal, NamesAFileThatBreaksOff) {
   const Folder folder;
   const std::vector<int16_t> samples = noise(2 * 60000);
@@ -112,7 +125,8 @@ TEST(Refusal, NamesAFileThatBreaksOff) {
        {SF_FORMAT_WAV | SF_FORMAT_PCM_16, SF_ENDIAN_BIG | SF_FORMAT_WAV | SF_FORMAT_PCM_16,
         SF_FORMAT_AIFF | SF_FORMAT_PCM_16, SF_FORMAT_AU | SF_FORMAT_PCM_16,
         SF_FORMAT_W64 | SF_FORMAT_PCM_16, SF_FORMAT_RF64 | SF_FORMAT_PCM_16,
-        SF_FORMAT_FLAC | SF_FORMAT_PCM_16, SF_FORMAT_OGG | SF_FORMAT_VORBIS}) {
+        SF_FORMAT_CAF | SF_FORMAT_PCM_16, SF_FORMAT_FLAC | SF_FORMAT_PCM_16,
+        SF_FORMAT_OGG | SF_FORMAT_VORBIS}) {
     const std::string path = folder.path("whole");
     writeShorts(path, {format, 44100, 2}, samples);
     ASSERT_EQ(refusalOf(path), "") << std::hex << format;
@@ -153,6 +167,19 @@ TEST(Input, AStreamOfUnknownSizeIsReadToItsEnd) {
     EXPECT_EQ(input->info().frames, 1000);
     EXPECT_EQ(readAll(*input, 64).left.size(), 1000U);
   }
+}
+
+// The decoder cannot read these, but they are whole.
+TEST(Refusal, OfACafStreamOfUnknownSizeSpeaksOfNoBreak) {
+  const Folder folder;
+  const std::string path = folder.path("a.caf");
+  writeShorts(path, {SF_FORMAT_CAF | SF_FORMAT_PCM_16, 44100, 2}, noise(2 * 5000));
+  std::string bytes = contentsOf(path);
+  const size_t data = bytes.find("data");
+  ASSERT_NE(data, std::string::npos);
+  // -1: "to the end of the file"
+  const std::string unknown = folder.write("b.caf", bytes.replace(data + 4, 8, 8, '\xff'));
+  EXPECT_THAT(refusalOf(unknown), AllOf(HasSubstr("convert it"), Not(HasSubstr("breaks off"))));
 }
 
 TEST(Input, AFlacStreamOfUnknownLengthIsReadToItsEnd) {

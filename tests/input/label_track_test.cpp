@@ -73,7 +73,7 @@ TEST(LabelTrack, WarnsOfEachLineItCannotUseByNumber) {
                                           HasSubstr("line 7 "), HasSubstr("line 8 ")));
 }
 
-TEST(LabelTrack, WarnsOfANameThatIsNotUtf8AndReadsItAsLatin1) {
+TEST(LabelTrack, WarnsOfANameThatIsNotUtf8AndReadsItAsWindows1252) {
   const LabelTrack track = parseLabelTrack("1\t1\tCaf\xe9\n");
   ASSERT_EQ(track.marks.size(), 1U);
   EXPECT_EQ(track.marks[0].name, "Caf\xc3\xa9");

@@ -1,8 +1,6 @@
 // MPEG streams are taken to their last frame, whether or not a header counts them.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <random>
 
 #include "tests/input/sound_files.h"
@@ -30,11 +28,6 @@ void writeMpeg(const std::string& path, bool loudFirst) {
   }
   EXPECT_EQ(sf_write_double(file, samples.data(), 2 * kFrames), sf_count_t{2 * kFrames});
   ASSERT_EQ(sf_close(file), 0);
-}
-
-std::string contentsOf(const std::string& path) {
-  std::ifstream stream(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 /// Without the first frame, which counts the others and holds no sound, and without what is before

@@ -105,12 +105,31 @@ TEST(Resampling, ASampleThatIsNoNumberSilencesOnlyItself) {
   const Folder folder;
   std::vector<double> samples = stereoSine(48000, 48000, 440.0, 0.5);
   samples[2 * 24000] = std::nan("");
-  samples[2 * 24000 + 1] = HUGE_VAL;
+  samples[2 * 24000 + 1] = -std::nan("");
   writeDoubles(folder.path("a.wav"), {kFloatWav, 48000, 2}, samples);
   const Stereo read = readAll(*AudioInput::open(folder.path("a.wav"), Dither::none), 1024);
   for (size_t i = 0; i < read.left.size(); ++i) {
     ASSERT_LT(std::abs(read.left[i]), 1.0) << i;
     ASSERT_LT(std::abs(read.right[i]), 1.0) << i;
+  }
+}
+
+TEST(Resampling, AnInfiniteSampleSaturates) {
+  const Folder folder;
+  for (const double huge : {HUGE_VAL, 1e300}) {
+    std::vector<double> samples(2 * 48000);
+    samples[2 * 24000] = huge;
+    samples[2 * 24000 + 1] = -huge;
+    writeDoubles(folder.path("a.wav"), {kFloatWav, 48000, 2}, samples);
+    const Stereo read = readAll(*AudioInput::open(folder.path("a.wav"), Dither::none), 1024);
+    EXPECT_GT(read.left[22050], 1.0);
+    EXPECT_LT(read.right[22050], -1.0);
+    for (size_t i = 0; i < read.left.size(); ++i) {
+      ASSERT_TRUE(std::isfinite(read.left[i]) && std::isfinite(read.right[i])) << i;
+      if (i + 1000 < 22050 || i > 22050 + 1000) {
+        ASSERT_LT(std::abs(read.left[i]), 1.0 / 32768.0) << "far from the damage, at " << i;
+      }
+    }
   }
 }
 

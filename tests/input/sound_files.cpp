@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 
 namespace velmor::render::test {
 namespace {
@@ -87,6 +88,18 @@ int discSample(double v) {
   return rounded > 32767.0 ? 32767 : static_cast<int>(rounded);
 }
 
+std::string refusalOf(const std::string& path) {
+  return errorOf([&] {
+    const auto input = AudioInput::open(path, Dither::none);
+    readAll(*input, 1024);
+  });
+}
+
+std::string contentsOf(const std::string& path) {
+  std::ifstream stream(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 std::string little16(uint32_t value) {
   return bytesOf(value, 2, false);
 }
@@ -141,6 +154,33 @@ std::string note(uint32_t id, std::string_view text) {
 std::string region(uint32_t id, uint32_t length, std::string_view text) {
   return riffChunk("ltxt", little32(id) + little32(length) + "rgn " + std::string(8, '\0') +
                                std::string(text) + (text.empty() ? "" : std::string(1, '\0')));
+}
+
+std::string flacBlock(unsigned type, std::string_view body) {
+  std::string bytes = big32(static_cast<uint32_t>(type << 24 | body.size()));
+  bytes += body;
+  return bytes;
+}
+
+std::string flacFile(const Folder& folder, size_t frames, std::string_view blocks) {
+  constexpr unsigned kLast = 0x80;
+  constexpr unsigned kPadding = 1;
+  const std::string path = folder.path("made.flac");
+  writeShorts(path, {SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 44100, 2},
+              std::vector<int16_t>(2 * frames));
+  const std::string made = contentsOf(path);
+  const auto byteAt = [&](size_t at) { return static_cast<unsigned char>(made[at]); };
+  size_t audio = 4;
+  for (bool last = false; !last;) {
+    last = (byteAt(audio) & kLast) != 0;
+    audio += 4 + size_t{byteAt(audio + 2)} * 256 + byteAt(audio + 3);
+  }
+  std::string bytes = "fLaC";
+  bytes += flacBlock(0, made.substr(8, 34));
+  bytes += blocks;
+  bytes += flacBlock(kLast | kPadding, "");
+  bytes += made.substr(audio);
+  return bytes;
 }
 
 }  // namespace velmor::render::test

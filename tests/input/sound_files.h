@@ -61,6 +61,12 @@ std::string errorOf(Action action) {
   return {};
 }
 
+/// The sentence with which `path` is refused, when it is opened or read; empty when it is read
+/// whole.
+std::string refusalOf(const std::string& path);
+
+std::string contentsOf(const std::string& path);
+
 /// Chunks of RIFF files.
 std::string little16(uint32_t value);
 std::string little32(uint32_t value);
@@ -84,5 +90,10 @@ std::string cueBody(std::span<const CuePoint> points);
 std::string label(uint32_t id, std::string_view text);
 std::string note(uint32_t id, std::string_view text);
 std::string region(uint32_t id, uint32_t length, std::string_view text);
+
+/// A FLAC metadata block that others follow.
+std::string flacBlock(unsigned type, std::string_view body);
+/// A FLAC file of silence with `blocks` alone behind its first one.
+std::string flacFile(const Folder& folder, size_t frames, std::string_view blocks);
 
 }  // namespace velmor::render::test

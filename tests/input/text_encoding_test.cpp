@@ -33,5 +33,16 @@ TEST(Text, IsOneTrimmedLine) {
             "ber");
 }
 
+TEST(Text, ThatIsNotUtf8IsReadAsWindows1252) {
+  EXPECT_EQ(asLineOfText("\x80"), "\xe2\x82\xac");
+  EXPECT_EQ(asLineOfText("it\x92s"), "it\xe2\x80\x99s");
+  EXPECT_EQ(asLineOfText("A \x96 B"), "A \xe2\x80\x93 B");
+  EXPECT_EQ(asLineOfText("\x8a\x9f\xff"), "\xc5\xa0\xc5\xb8\xc3\xbf");
+  EXPECT_EQ(asLineOfText("\xa0x\xa0"), "\xc2\xa0x\xc2\xa0") << "the upper part is Latin-1's";
+  for (const char* unused : {"a\x81z", "a\x8dz", "a\x8fz", "a\x90z", "a\x9dz"}) {
+    EXPECT_EQ(asLineOfText(unused), "a z");
+  }
+}
+
 }  // namespace
 }  // namespace velmor::render

@@ -64,8 +64,9 @@ TEST(WavMarks, KeepLongNamesAndThoseWithoutATerminator) {
   EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + bare})[0].name, name);
 }
 
-TEST(WavMarks, ReadNamesThatAreNotUtf8AsLatin1) {
+TEST(WavMarks, ReadNamesThatAreNotUtf8AsWindows1252) {
   EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + label(1, "Caf\xe9")})[0].name, "Caf\xc3\xa9");
+  EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + label(1, "\x8cuvre")})[0].name, "\xc5\x92uvre");
   EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + label(1, "Caf\xc3\xa9\nb")})[0].name,
             "Caf\xc3\xa9 b");
 }
@@ -84,6 +85,23 @@ TEST(WavMarks, ReadBigEndianFiles) {
   ASSERT_EQ(marks.size(), 1U);
   EXPECT_EQ(marks[0].start, 4410);
   EXPECT_EQ(marks[0].name, "x");
+}
+
+// Some programs write chunks of odd length without the byte that pads them.
+TEST(WavMarks, KeepTheirNamesWherePadBytesAreMissing) {
+  const auto unpadded = [](const std::string& chunk) { return chunk.substr(0, chunk.size() - 1); };
+  const std::string one = unpadded(label(1, "pair"));
+  const std::string two = unpadded(label(2, "dual"));
+  ASSERT_EQ(one.size() % 2, 1U);
+  for (const std::string& list :
+       {one + two + label(3, "three"), one + label(2, "dual") + label(3, "three"),
+        one + label(2, "dual") + note(9, "") + label(3, "three"),
+        label(1, "pair") + two + note(3, "three"), one + two + region(3, 7, "three")}) {
+    const auto marks = marksOf(cueBody(kPoints), {"adtl" + list});
+    EXPECT_EQ(marks[0].name, "pair");
+    EXPECT_EQ(marks[1].name, "dual");
+    EXPECT_EQ(marks[2].name, "three");
+  }
 }
 
 TEST(WavMarks, OfADamagedCueChunkAreNone) {

@@ -12,6 +12,7 @@
 #include "host/render/input/source_format.h"
 #include "host/render/input/text_encoding.h"
 #include "host/render/input/tpdf_dither.h"
+#include "host/render/input/vorbis_comments.h"
 
 namespace velmor::render {
 namespace {
@@ -39,7 +40,8 @@ InputInfo describe(const std::string& path, const SoundFile& sound) {
   info.tags.artist = textIn(file, SF_STR_ARTIST);
   info.tags.album = textIn(file, SF_STR_ALBUM);
   info.tags.comment = textIn(file, SF_STR_COMMENT);
-  info.marks = embeddedMarks(file, sound.info());
+  addVorbisComments(vorbisCommentsIn(sound.bytes()), info.tags);
+  info.marks = embeddedMarks(file, sound.info(), sound.bytes());
   return info;
 }
 
@@ -164,6 +166,8 @@ class ResampledInput : public AudioInput {
 
  private:
   static constexpr size_t kMostFrames = size_t{1} << 30;
+  /// 30 dB above full scale, which even a single sample of a much higher rate passes on.
+  static constexpr double kLoudest = 32.0;
 
   size_t produce(const std::array<double*, 2>& out, size_t frames) {
     if (m_used == m_filled) load();
@@ -183,13 +187,14 @@ class ResampledInput : public AudioInput {
     m_used = 0;
     m_filled = std::min(m_source.available(), m_left.size());
     m_source.copy(m_left.data(), m_right.data(), m_filled);
-    silenceWhatIsNoNumber(m_left);
-    silenceWhatIsNoNumber(m_right);
+    tame(m_left);
+    tame(m_right);
   }
-  /// One such sample would spread through the filter over its neighbours.
-  static void silenceWhatIsNoNumber(std::vector<double>& samples) {
+  /// What is no number becomes silence; it would spread through the filter. What is infinite or
+  /// absurdly loud stays loud, yet rings for hundredths of a second at most.
+  static void tame(std::vector<double>& samples) {
     for (double& sample : samples) {
-      if (!std::isfinite(sample)) sample = 0.0;
+      sample = std::isnan(sample) ? 0.0 : std::clamp(sample, -kLoudest, kLoudest);
     }
   }
 
@@ -230,6 +235,9 @@ class DitheredInput : public AudioInput {
 std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dither) {
   auto sound = std::make_unique<SoundFile>(path);
   InputInfo info = describe(path, *sound);
+  if (info.frames == 0) {
+    throw InputError("'" + path + "' is shorter than one frame at 44100 Hz; leave it out");
+  }
   const bool resampled = info.rate != kDiscRate;
   const bool exact = !resampled && info.bits > 0 && info.bits <= kDiscBits;
   std::unique_ptr<AudioInput> input;

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 
+#include "host/render/input/flac_blocks.h"
 #include "host/render/input/text_encoding.h"
 #include "host/render/input/wav_marks.h"
 
@@ -46,15 +49,38 @@ std::vector<Chunk> chunksNamed(SNDFILE* file, const char* id, size_t most) {
   return chunks;
 }
 
+std::vector<WavMark> marksOf(const std::vector<Chunk>& cues, const std::vector<Chunk>& lists,
+                             ByteOrder order) {
+  if (cues.empty()) return {};
+  const std::vector<std::span<const std::byte>> views(lists.begin(), lists.end());
+  return parseWavMarks(cues.front(), views, order);
+}
+
 // The library's own cue points lose the labels of a list that comes before the cue chunk, cannot
 // hold names of 256 bytes and know no regions, hence the chunks themselves.
 std::vector<WavMark> riffMarks(SNDFILE* file, int format) {
-  const std::vector<Chunk> cues = chunksNamed(file, "cue ", 1);
-  if (cues.empty()) return {};
-  const std::vector<Chunk> lists = chunksNamed(file, "LIST", kMostLists);
-  const std::vector<std::span<const std::byte>> views(lists.begin(), lists.end());
   const bool big = (format & SF_FORMAT_ENDMASK) == SF_ENDIAN_BIG;
-  return parseWavMarks(cues.front(), views, big ? ByteOrder::big : ByteOrder::little);
+  return marksOf(chunksNamed(file, "cue ", 1), chunksNamed(file, "LIST", kMostLists),
+                 big ? ByteOrder::big : ByteOrder::little);
+}
+
+// An encoder asked to keep what a WAV file holds beside its audio stores each chunk, with its id
+// and size, in an application block of its own.
+std::vector<WavMark> flacMarks(const FileBytes& bytes) {
+  constexpr size_t kHeader = 12;  // the application, the chunk's id and its size
+  std::vector<Chunk> cues;
+  std::vector<Chunk> lists;
+  FlacBlocks blocks(bytes);
+  while (std::optional<Chunk> block = blocks.next(FlacBlockType::application)) {
+    if (block->size() < kHeader) continue;
+    const std::string_view header(reinterpret_cast<const char*>(block->data()), 8);
+    const bool isCue = header == "riffcue " && cues.empty();
+    const bool isList = header == "riffLIST" && lists.size() < kMostLists;
+    if (!isCue && !isList) continue;
+    block->erase(block->begin(), block->begin() + kHeader);
+    (isCue ? cues : lists).push_back(std::move(*block));
+  }
+  return marksOf(cues, lists, ByteOrder::little);
 }
 
 std::vector<WavMark> aiffMarks(SNDFILE* file) {
@@ -81,7 +107,7 @@ std::vector<WavMark> aiffMarks(SNDFILE* file) {
   return marks;
 }
 
-std::vector<WavMark> marksInFrames(SNDFILE* file, const SF_INFO& info) {
+std::vector<WavMark> marksInFrames(SNDFILE* file, const SF_INFO& info, const FileBytes& bytes) {
   switch (info.format & SF_FORMAT_TYPEMASK) {
     case SF_FORMAT_WAV:
     case SF_FORMAT_WAVEX:
@@ -89,6 +115,8 @@ std::vector<WavMark> marksInFrames(SNDFILE* file, const SF_INFO& info) {
       return riffMarks(file, info.format);
     case SF_FORMAT_AIFF:
       return aiffMarks(file);
+    case SF_FORMAT_FLAC:
+      return flacMarks(bytes);
     default:
       return {};
   }
@@ -96,11 +124,11 @@ std::vector<WavMark> marksInFrames(SNDFILE* file, const SF_INFO& info) {
 
 }  // namespace
 
-std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info) {
+std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const FileBytes& bytes) {
   std::vector<Mark> marks;
   const double rate = info.samplerate;
-  for (WavMark& found : marksInFrames(file, info)) {
-    if (found.start > info.frames) break;
+  for (WavMark& found : marksInFrames(file, info, bytes)) {
+    if (found.start >= info.frames) break;
     Mark mark;
     mark.start = static_cast<double>(found.start) / rate;
     const int64_t end = std::min<int64_t>(found.start + found.length, info.frames);

@@ -96,7 +96,7 @@ class LabelReader {
     mark.name = asLineOfText(name);
     m_track.marks.push_back(std::move(mark));
     if (!isUtf8(name)) {
-      report("has a name that is not UTF-8 and was read as Latin-1; save the labels as UTF-8");
+      report("has a name that is not UTF-8 and was read as Windows-1252; save the labels as UTF-8");
     }
   }
   void warn(const char* what) {

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "host/render/input/file_bytes.h"
+
 namespace velmor::render {
 
 /// An open regular file; closes it.
@@ -17,6 +19,7 @@ class ReadableFile {
 
   int descriptor() const { return m_descriptor; }
   int64_t size() const { return m_size; }  ///< bytes
+  FileBytes bytes() const { return {m_descriptor, m_size}; }
 
  private:
   int m_descriptor = -1;

@@ -14,6 +14,10 @@
 namespace velmor::render {
 namespace {
 
+/// Hz, far below and above what recordings are made at: beyond them the header is damaged.
+constexpr int kLowestRate = 1000;
+constexpr int kHighestRate = 1000000;
+
 constexpr size_t kCountingSamples = 65536;
 
 // A file that seems to go on for ever. What the decoder takes for an MPEG stream's length is,
@@ -66,8 +70,10 @@ int64_t countFrames(SNDFILE* handle, int channels) {
 
 SoundFile::SoundFile(const std::string& path) {
   open(path);
-  if (m_info.samplerate < 1 || m_info.channels < 1) {
-    refuse(path, "states no sample rate or no channels; export it again");
+  if (m_info.channels < 1) refuse(path, "states no channels; export it again");
+  if (m_info.samplerate < kLowestRate || m_info.samplerate > kHighestRate) {
+    refuse(path, "states a sample rate of " + std::to_string(m_info.samplerate) +
+                     " Hz, which no recording has; export it again");
   }
   if ((m_info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG) {
     settleMpegLength(path);
@@ -85,8 +91,15 @@ void SoundFile::open(const std::string& path) {
   m_handle.reset();
   m_file = std::make_unique<ReadableFile>(path);
   if (m_file->size() == 0) refuse(path, "is empty; export the audio again");
-  if (audioRunsOverTheEnd(m_file->descriptor(), m_file->size())) {
-    refuse(path, "breaks off: its header states more audio than it holds; copy or export it again");
+  switch (extentOf(m_file->bytes())) {
+    case Extent::whole:
+      break;
+    case Extent::breaksOff:
+      refuse(path, "breaks off before the end of its audio; copy or export it again");
+    case Extent::severalStreams:
+      refuse(path,
+             "holds several Ogg streams one after the other, of which only the first can be read; "
+             "convert it to WAV or FLAC");
   }
   m_info = {};
   m_handle.reset(sf_open_fd(m_file->descriptor(), SFM_READ, &m_info, SF_FALSE));

@@ -18,6 +18,7 @@ class SoundFile {
 
   SNDFILE* handle() const { return m_handle.get(); }
   const SF_INFO& info() const { return m_info; }  ///< `frames` is what can be read in all
+  FileBytes bytes() const { return m_file->bytes(); }
 
  private:
   struct Close {

@@ -10,9 +10,9 @@ namespace velmor::render {
 bool isUtf8(std::string_view bytes);
 /// Has a byte below 0x20 or 0x7F, such as a line break, which would tear a line of the sheet.
 bool hasControlCharacters(std::string_view text);
-/// `bytes` as one line of UTF-8: up to the first NUL, bytes that are not UTF-8 read as Latin-1
-/// (what RIFF and AIFF texts mostly are), control characters as spaces, none of those at either
-/// end.
+/// `bytes` as one line of UTF-8: up to the first NUL, bytes that are not UTF-8 read as Windows-1252
+/// (what RIFF texts mostly are; Latin-1 is a part of it), control characters as spaces, none of
+/// those at either end.
 std::string asLineOfText(std::string_view bytes);
 
 }  // namespace velmor::render

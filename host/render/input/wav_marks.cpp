@@ -55,6 +55,13 @@ void annotate(Annotations& annotations, std::string_view id, Bytes body, ByteOrd
   }
 }
 
+/// An id that associated data lists are made of.
+bool beginsWithId(Bytes bytes) {
+  if (bytes.size() < 4) return false;
+  const std::string_view id = charactersOf(bytes.first(4));
+  return id == "labl" || id == "note" || id == "ltxt" || id == "file";
+}
+
 void readList(Annotations& annotations, Bytes list, ByteOrder order) {
   if (list.size() < 4 || charactersOf(list.first(4)) != "adtl") return;
   Bytes rest = list.subspan(4);
@@ -62,8 +69,9 @@ void readList(Annotations& annotations, Bytes list, ByteOrder order) {
     const size_t size = numberAt(rest, 4, order);
     if (size > rest.size() - 8) return;
     annotate(annotations, charactersOf(rest.first(4)), rest.subspan(8, size), order);
-    // Chunks begin at even offsets; the last one's pad byte may be missing.
-    rest = rest.subspan(std::min(rest.size(), 8 + size + size % 2));
+    rest = rest.subspan(8 + size);
+    // Chunks begin at even offsets, but not every program writes the pad byte.
+    if (size % 2 != 0 && !rest.empty() && !beginsWithId(rest)) rest = rest.subspan(1);
   }
 }
 

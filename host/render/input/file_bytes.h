@@ -1,0 +1,37 @@
+// Bytes and numbers anywhere in an open file.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace velmor::render {
+
+/// Looks into a descriptor that somebody else owns; its position stays.
+class FileBytes {
+ public:
+  /// `size` is the file's, in bytes.
+  FileBytes(int descriptor, int64_t size) : m_descriptor(descriptor), m_size(size) {}
+
+  int64_t size() const { return m_size; }
+  /// `magic`, of at most 16 bytes, stands at `at`.
+  bool has(int64_t at, std::string_view magic) const;
+  /// A number of at most 8 bytes; nothing where the file has ended before its last one.
+  std::optional<uint64_t> little(int64_t at, size_t width) const { return number(at, width, true); }
+  std::optional<uint64_t> big(int64_t at, size_t width) const { return number(at, width, false); }
+  /// All of `count` bytes, or false.
+  bool read(int64_t at, char* to, size_t count) const;
+  /// `length` bytes from `at` on are more than there are.
+  bool runsOver(int64_t at, uint64_t length) const {
+    return at > m_size || length > static_cast<uint64_t>(m_size - at);
+  }
+
+ private:
+  std::optional<uint64_t> number(int64_t at, size_t width, bool little) const;
+
+  int m_descriptor;
+  int64_t m_size;
+};
+
+}  // namespace velmor::render
