@@ -33,7 +33,7 @@ class Silence {
 
 void requireSound(const velmor::render::Options& options) {
   using fuzz::require;
-  require(!options.inputs.empty() && !options.output.empty(), "inputs and an output are named");
+  require(!options.inputs.empty(), "an input is named");
   require(options.block >= 1, "a block has frames");
   require(options.track_leadin_ms >= 0 && options.disc_leadin_ms >= 0, "a silence is not negative");
   require(!options.start || !options.end || *options.start < *options.end,
