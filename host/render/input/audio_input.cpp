@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/render/input/embedded_marks.h"
+#include "host/render/input/plain_pcm.h"
 #include "host/render/input/resampler.h"
 #include "host/render/input/sound_file.h"
 #include "host/render/input/source_format.h"
@@ -61,7 +62,10 @@ class SourceBlocks {
         m_path(std::move(path)),
         m_channels(static_cast<size_t>(m_sound->info().channels)),
         m_blockFrames(std::clamp<size_t>(kBlockSamples / m_channels, 1, kBlockFrames)),
-        m_samples(m_blockFrames * m_channels) {}
+        m_plainBytes(plainSampleBytes(m_sound->info().format)),
+        m_frameBytes(m_plainBytes * m_channels),
+        m_bytes(m_plainBytes ? m_blockFrames * m_frameBytes + sizeof(uint32_t) : 0),
+        m_samples(m_plainBytes ? 0 : m_blockFrames * m_channels) {}
 
   bool mono() const { return m_channels == 1; }
   /// Frames that wait for `copy`; loads the next block when there are none. 0 at the end. Throws
@@ -72,6 +76,15 @@ class SourceBlocks {
   }
   /// At most `available()` frames. `right` may be null in a mono file.
   void copy(double* left, double* right, size_t frames) {
+    if (m_plainBytes) {
+      const std::byte* bytes = m_bytes.data() + m_used * m_frameBytes;
+      decodePlainSamples(bytes, m_plainBytes, m_frameBytes, left, frames);
+      if (!mono()) {
+        decodePlainSamples(bytes + m_plainBytes, m_plainBytes, m_frameBytes, right, frames);
+      }
+      m_used += frames;
+      return;
+    }
     const double* from = m_samples.data() + m_used * m_channels;
     if (mono()) {
       std::copy_n(from, frames, left);
@@ -88,12 +101,18 @@ class SourceBlocks {
   void load() {
     m_used = m_filled = 0;
     const auto wanted = static_cast<sf_count_t>(m_blockFrames);
-    const sf_count_t got = sf_readf_double(m_sound->handle(), m_samples.data(), wanted);
+    const sf_count_t got = readBlock(wanted);
     const sf_count_t due = std::min<sf_count_t>(wanted, m_sound->info().frames - m_position);
     if (got < due || sf_error(m_sound->handle()) != SF_ERR_NO_ERROR)
       breakOff(std::max<sf_count_t>(got, 0));
     m_position += due;
     m_filled = static_cast<size_t>(due);
+  }
+  /// Frames read, fewer than wanted at the end.
+  sf_count_t readBlock(sf_count_t wanted) {
+    if (!m_plainBytes) return sf_readf_double(m_sound->handle(), m_samples.data(), wanted);
+    const auto width = static_cast<sf_count_t>(m_frameBytes);
+    return sf_read_raw(m_sound->handle(), m_bytes.data(), wanted * width) / width;
   }
   [[noreturn]] void breakOff(sf_count_t got) const {
     const int rate = m_sound->info().samplerate;
@@ -106,7 +125,10 @@ class SourceBlocks {
   std::string m_path;
   size_t m_channels;
   size_t m_blockFrames;
-  std::vector<double> m_samples;  ///< interleaved
+  size_t m_plainBytes;             ///< of a sample; 0: the decoder is needed
+  size_t m_frameBytes;             ///< 0 likewise
+  std::vector<std::byte> m_bytes;  ///< frames as they lie in a plain file
+  std::vector<double> m_samples;   ///< interleaved, from the decoder
   size_t m_used = 0, m_filled = 0;
   int64_t m_position = 0;  ///< frames loaded so far
 };

@@ -1,0 +1,72 @@
+# shellcheck shell=bash
+# ./dev fuzz [MINUTES | --seconds SECONDS] [TARGET...]: fuzzes for that long in all (default 5 minutes), shared out
+# among the targets. What is found stays in build/fuzz/findings, what is learnt for the next run in build/fuzz/corpus.
+bash scripts/setup.sh >&2
+source scripts/common.sh
+
+usage() { fail "usage: ./dev fuzz [MINUTES | --seconds SECONDS] [TARGET...]"; }
+
+seconds=300
+if [ "${1:-}" = --seconds ]; then
+  [[ ${2:-} =~ ^[0-9]+$ ]] || usage
+  seconds=$2
+  shift 2
+elif [[ ${1:-} =~ ^[0-9]+$ ]]; then
+  seconds=$(($1 * 60))
+  shift
+fi
+
+say "Building the fuzz targets"
+configure_and_build fuzz fuzz_targets | tail -n 1
+programs=build/fuzz/fuzz
+mapfile -t known <"$programs/targets.txt"
+targets=("$@")
+[ $# -gt 0 ] || targets=("${known[@]}")
+for target in "${targets[@]}"; do
+  printf '%s\n' "${known[@]}" | grep -qxF -- "$target" || fail "there is no fuzz target '$target'; there are: ${known[*]}"
+done
+
+findings=$PWD/build/fuzz/findings
+mkdir -p "$findings"
+share=$((seconds / ${#targets[@]}))
+[ "$share" -gt 0 ] || share=1
+
+# fuzz_one TARGET: false when it found something.
+fuzz_one() {
+  local target=$1
+  local corpus=$PWD/build/fuzz/corpus/$target
+  local log=$PWD/build/fuzz/$target.log
+  local words=fuzz/dictionaries/$target.dict
+  mkdir -p "$corpus"
+  local options=(-max_total_time="$share" -timeout=20 -rss_limit_mb=2048 -max_len=8192 -print_final_stats=1
+    -artifact_prefix="$findings/$target-")
+  [ ! -f "$words" ] || options+=(-dict="$words")
+  # A run that is stopped leaves its scratch folder to this one's end.
+  local scratch
+  scratch=$(mktemp -d "${TMPDIR:-/tmp}/velmor-fuzz.XXXXXX")
+  local result=0
+  TMPDIR=$scratch UBSAN_OPTIONS=print_stacktrace=1 \
+    "$programs/fuzz_$target" "${options[@]}" "$corpus" "fuzz/seeds/$target" >"$log" 2>&1 || result=$?
+  rm -rf "$scratch"
+  if [ "$result" = 0 ]; then
+    printf '%-16s %8s inputs, %s\n' "$target" "$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")" \
+      "$(grep -oE 'cov: [0-9]+ ft: [0-9]+' "$log" | tail -n 1)"
+    return 0
+  fi
+  printf '\n%s: a finding\n' "$target"
+  grep -nE 'ERROR:|runtime error:|does not hold|^ +#[0-9]+ .* in .*\.(cpp|h):' "$log" | head -n 20
+  local input
+  input=$(sed -n 's/.*Test unit written to \(.*\)$/\1/p' "$log" | tail -n 1)
+  echo "  input:    ${input:-none was written; the log says more}"
+  echo "  again:    $programs/fuzz_$target ${input:-}"
+  echo "  the log:  $log"
+  return 1
+}
+
+say "Fuzzing ${#targets[@]} targets, $share s each"
+found=0
+for target in "${targets[@]}"; do
+  fuzz_one "$target" || found=$((found + 1))
+done
+[ "$found" = 0 ] || fail "$found of ${#targets[@]} targets found something; the inputs are in build/fuzz/findings"
+say "Nothing found"
