@@ -1,7 +1,8 @@
 # shellcheck shell=bash
 # ./dev bench [parts | programs]: measures the speed of the module's parts and of velmor-render as a whole, beside other
 # ways of doing the same in the same run, and prints the ratios with what they are to be. Never a test: it fails for no
-# number. Takes some minutes and 3 GB in build/bench, which it gives back.
+# number. Takes some minutes and 3 GB, which it gives back: in memory where there is as much, so that the disk, which
+# writes when it likes, is not what is measured, else in build/bench.
 bash scripts/setup.sh >&2
 source scripts/common.sh
 
@@ -11,13 +12,26 @@ case "$what" in all | parts | programs) ;; *) fail "usage: ./dev bench [parts | 
 folder=$PWD/build/bench
 rm -rf "$folder"
 mkdir -p "$folder"
-trap 'rm -f "$folder"/album.*' EXIT
+
+# megabytes_free FOLDER
+megabytes_free() { df --output=avail -B1000000 "$1" 2>/dev/null | tail -n 1 | tr -d ' '; }
+
+needed=4000
+memory=$(($(sed -n 's/^MemAvailable: *\([0-9]*\) kB/\1/p' /proc/meminfo) / 1000))
+place=$folder
+if [ -w /dev/shm ] && [ "$(megabytes_free /dev/shm)" -gt $needed ] && [ "$memory" -gt $((2 * needed)) ]; then
+  place=/dev/shm
+elif [ "$(megabytes_free "$folder")" -lt $needed ]; then
+  fail "the album and its copies need 4 GB: in /dev/shm, which has $(megabytes_free /dev/shm) MB, or in build/bench, which has $(megabytes_free "$folder") MB"
+fi
+data=$(mktemp -d "$place/velmor-bench.XXXXXX")
+trap 'rm -rf "$data"' EXIT
 
 measure_parts() {
   say "Building"
   configure_and_build release velmor-bench | tail -n 1
   say "The parts"
-  TMPDIR=$folder build/release/bench/velmor-bench --benchmark_repetitions=15 --benchmark_min_time=0.05 \
+  TMPDIR=$data build/release/bench/velmor-bench --benchmark_repetitions=15 --benchmark_min_time=0.05 \
     --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=false \
     --benchmark_out="$folder/parts.json" --benchmark_out_format=json >"$folder/parts.log" 2>&1 || {
     tail -n 20 "$folder/parts.log" >&2
@@ -29,19 +43,16 @@ measure_parts() {
 measure_programs() {
   say "Building"
   configure_and_build release velmor_cd velmor-render | tail -n 1
-  local space
-  space=$(df --output=avail -B1000000 "$folder" | tail -n 1)
-  [ "$space" -gt 4000 ] || fail "the album and its copies need 4 GB in build/bench; $((space)) MB are free"
   say "Writing an album of 80 minutes, 24 bit"
-  python3 scripts/bench_wav.py "$folder/album.wav" 80
-  local ours="build/release/velmor-render --quiet --force '$folder/album.wav' -o '$folder/album.cue'"
-  local sox="sox -D '$folder/album.wav' -t cdr '$folder/album.cdr'"
-  local ffmpeg="ffmpeg -v error -y -i '$folder/album.wav' -f s16le '$folder/album.raw'"
+  python3 scripts/bench_wav.py "$data/album.wav" 80
+  local ours="build/release/velmor-render --quiet --force '$data/album.wav' -o '$data/album.cue'"
+  local sox="sox -D '$data/album.wav' -t cdr '$data/album.cdr'"
+  local ffmpeg="ffmpeg -v error -y -i '$data/album.wav' -f s16le '$data/album.raw'"
   say "The programs, five rounds"
   local round
   for round in 1 2 3 4 5; do
     hyperfine --runs 1 --style basic --export-json "$folder/programs-$round.json" \
-      --prepare "rm -f '$folder'/album.{bin,cue,cdr,raw}" \
+      --prepare "rm -f '$data'/album.{bin,cue,cdr,raw}" \
       -n velmor-render "$ours" -n sox "$sox" -n ffmpeg "$ffmpeg" >"$folder/programs-$round.log" 2>&1 || {
       cat "$folder/programs-$round.log" >&2
       fail "a program failed; the lines above say why"
@@ -49,14 +60,14 @@ measure_programs() {
     sed -nE 's/^Benchmark [0-9]+: (.*)/\1/p; s/^ *Time .*: *([0-9.]+ [a-z]+).*(\[User.*\])/  \1 \2/p' \
       "$folder/programs-$round.log" | paste -d' ' - -
   done
-  rm -f "$folder"/album.{bin,cue,cdr,raw}
-  python3 scripts/bench_memory.py build/release/velmor-render --quiet --force "$folder/album.wav" -o "$folder/album.cue" \
+  rm -f "$data"/album.{bin,cue,cdr,raw}
+  python3 scripts/bench_memory.py build/release/velmor-render --quiet --force "$data/album.wav" -o "$data/album.cue" \
     >"$folder/memory"
 }
 
 [ "$what" = programs ] || measure_parts
 [ "$what" = parts ] || measure_programs
 
-say "In one run on $(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -n 1), $(nproc) cores"
+say "In one run on $(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | head -n 1), $(nproc) cores, files in $place"
 [ -f "$folder/parts.json" ] || echo '{"benchmarks": []}' >"$folder/parts.json"
 python3 scripts/bench_table.py "$folder"

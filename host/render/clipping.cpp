@@ -1,5 +1,6 @@
 #include "host/render/clipping.h"
 
+#include <bit>
 #include <cmath>
 #include <cstddef>
 
@@ -11,7 +12,20 @@ bool isOver(double x) {
   return !(std::fabs(x) <= 1.0);
 }
 
+/// Whether any sample may reach full scale, from the exponents alone: one step up takes that of 1.0
+/// and all above it, infinities and NaNs with them, into the two highest bits.
+bool mayBeOver(const std::vector<double>& samples) {
+  constexpr uint64_t kMagnitude = ~(uint64_t{1} << 63);
+  constexpr uint64_t kExponentStep = uint64_t{1} << 52;
+  uint64_t reached = 0;
+  for (const double x : samples) {
+    reached |= (std::bit_cast<uint64_t>(x) & kMagnitude) + kExponentStep;
+  }
+  return reached >> 62 != 0;
+}
+
 int64_t countOver(const std::vector<double>& samples) {
+  if (!mayBeOver(samples)) return 0;
   int64_t over = 0;
   for (const double x : samples) over += isOver(x);
   return over;

@@ -25,12 +25,22 @@ bool isLittleEndian(int format) {
 
 /// A sample's bytes become the upper ones of 32 bits, so that every width has the same full scale.
 template <int kUnusedBits>
+double sampleAt(const std::byte* from) {
+  uint32_t bits = 0;
+  std::memcpy(&bits, from, sizeof bits);
+  return static_cast<int32_t>(bits << kUnusedBits) * (1.0 / kFullScale);
+}
+
+template <int kUnusedBits>
 void decode(const std::byte* from, size_t stride, double* out, size_t count) {
-  for (size_t i = 0; i < count; ++i, from += stride) {
-    uint32_t bits = 0;
-    std::memcpy(&bits, from, sizeof bits);
-    out[i] = static_cast<int32_t>(bits << kUnusedBits) * (1.0 / kFullScale);
+  size_t i = 0;
+  for (; count - i >= 4; i += 4, from += 4 * stride) {
+    out[i] = sampleAt<kUnusedBits>(from);
+    out[i + 1] = sampleAt<kUnusedBits>(from + stride);
+    out[i + 2] = sampleAt<kUnusedBits>(from + 2 * stride);
+    out[i + 3] = sampleAt<kUnusedBits>(from + 3 * stride);
   }
+  for (; i < count; ++i, from += stride) out[i] = sampleAt<kUnusedBits>(from);
 }
 
 }  // namespace
