@@ -2,8 +2,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
+#include "host/render/input/ogg_pages.h"
+#include "host/render/input/readable_file.h"
+#include "host/render/input/vorbis_comments.h"
 #include "tests/input/sound_files.h"
 
 namespace velmor::render::test {
@@ -73,6 +77,30 @@ TEST(OggStream, MayHaveATagBehindItsLastPage) {
   const Folder folder;
   const std::string bytes = vorbisFile(folder, 1) + "TAG" + std::string(125, ' ');
   EXPECT_EQ(refusalOf(folder.write("a.ogg", bytes)), "");
+}
+
+TEST(OggStream, OfDamagedPagesIsWalkedToItsEnd) {
+  const Folder folder;
+  const std::string whole = vorbisFile(folder, 1).substr(0, 12000);
+  std::mt19937 random(17);
+  for (int round = 0; round < 60; ++round) {
+    std::string broken = whole.substr(0, 5 + random() % whole.size());
+    for (int i = 0; i < 30; ++i) {
+      // Mostly in the headers, where the lengths are.
+      broken[random() % std::min<size_t>(broken.size(), 400)] = static_cast<char>(random());
+    }
+    broken.replace(0, 5, "OggS", 5);
+    const ReadableFile opened(folder.write("a.ogg", broken));
+    const FileBytes file = opened.bytes();
+    OggPages pages(file);
+    int64_t end = 0;
+    while (const std::optional<OggPage> page = pages.next()) {
+      ASSERT_GT(page->end, end) << "or the walk would not come to an end";
+      end = page->end;
+    }
+    ASSERT_GT(end, 0);
+    EXPECT_LE(vorbisCommentsIn(file).size(), broken.size());
+  }
 }
 
 }  // namespace
