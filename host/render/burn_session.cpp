@@ -1,6 +1,7 @@
 #include "host/render/burn_session.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <utility>
 #include <vector>
 
@@ -26,10 +27,12 @@ recording::Options recordingOptions(const BurnOptions& burn, const std::string& 
 }
 
 /// The dialog opens with the boxes as they last were. One that has deleted an image must not be
-/// checked for a moment over the next one.
-void forgetDeleting() {
-  windowing::functions::WritePrivateProfileString("velmor_cd", "deletefiles", "0",
-                                                  iniFilePath().c_str());
+/// checked for a moment over the next one. Where the settings cannot be kept there are none.
+void prepareSettings() {
+  const std::string file = iniFilePath();
+  std::error_code ignored;
+  std::filesystem::create_directories(std::filesystem::path(file).parent_path(), ignored);
+  windowing::functions::WritePrivateProfileString("velmor_cd", "deletefiles", "0", file.c_str());
 }
 
 }  // namespace
@@ -41,7 +44,7 @@ BurnSession::BurnSession(const Options& options, const std::string& sheet,
       m_desk(options.burn, m_room.service(), m_attendant, std::move(image_is_there)),
       m_seat(m_desk) {
   lookAtTheDrives(options.burn);
-  forgetDeleting();
+  prepareSettings();
 }
 
 /// Before an hour of rendering, not after it.

@@ -6,7 +6,7 @@
 
 #include "host/render/album.h"
 #include "host/render/burn_session.h"
-#include "host/render/disc_time.h"
+#include "host/render/delivery.h"
 #include "host/render/failure.h"
 #include "host/render/interrupt.h"
 #include "host/render/module_library.h"
@@ -56,55 +56,6 @@ std::vector<std::string> checked(const SinkConfig& config, const Album& album,
   return warnings;
 }
 
-/// The finished files, looked at when the sink has let go of them.
-struct FinishedFiles {
-  CueText sheet;
-  uint64_t sheet_bytes = 0;
-  uint64_t image_bytes = 0;
-};
-
-FinishedFiles lookAtFiles(const OutputPair& output, double image_seconds, size_t tracks) {
-  checkFinishedFiles(output.workingSheet(), output.workingImage(), image_seconds,
-                     static_cast<int>(tracks));
-  return {readCueText(output.workingSheet()), std::filesystem::file_size(output.workingSheet()),
-          std::filesystem::file_size(output.workingImage())};
-}
-
-/// How the files get to their place: after the render, or, when they are to be burned, as soon as
-/// they are complete, so that they are safe whatever happens to the burn.
-class Delivery {
- public:
-  Delivery(OutputPair& output, const TrackPlan& plan) : m_output(output), m_plan(plan) {}
-
-  void beforeBurn() {
-    look(static_cast<double>(m_plan.image_frames) / kFramesPerSecond);
-    m_delivered = m_output.commitAndKeepWorkingNames();
-  }
-  void afterRender(const RenderOutcome& outcome, const BurnResult* burn) {
-    if (!m_looked) look(outcome.image_seconds);
-    if (!burn) stopIfInterrupted();
-    if (!m_delivered && !(burn && burn->image_deleted)) m_output.commit();
-    m_delivered = true;
-  }
-  /// A render that broke off in its burn: what was complete stays.
-  void afterFailure() {
-    if (m_looked && !m_delivered) m_output.commit();
-  }
-  const FinishedFiles& files() const { return m_files; }
-
- private:
-  void look(double image_seconds) {
-    m_files = lookAtFiles(m_output, image_seconds, m_plan.tracks.size());
-    m_looked = true;
-  }
-
-  OutputPair& m_output;
-  const TrackPlan& m_plan;
-  FinishedFiles m_files;
-  bool m_looked = false;
-  bool m_delivered = false;
-};
-
 void tell(const Options& options, const Report& report) {
   if (options.json) {
     printJsonReport(report);
@@ -138,15 +89,10 @@ int run(const Options& options) {
                                          [&delivery] { delivery.beforeBurn(); });
   }
   const BurnResult* const burned = burn ? &burn->result() : nullptr;
-  const RenderOutcome outcome = [&] {
-    try {
-      return renderAlbum(module.sink(), config, album, options, output.workingSheet());
-    } catch (...) {
-      delivery.afterFailure();
-      throw;
-    }
-  }();
-  delivery.afterRender(outcome, burned);
+  const RenderOutcome outcome =
+      renderAlbum(module.sink(), config, album, options, output.workingSheet());
+  if (!burn) stopIfInterrupted();
+  delivery.afterRender(outcome, burned && burned->image_deleted);
 
   const FinishedFiles& files = delivery.files();
   tell(options, {album, plan, files.sheet, outcome, output.sheet(), output.image(),
