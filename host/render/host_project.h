@@ -31,7 +31,7 @@ int hostFunctionsAskedFor();
 /// counters' codes.
 std::optional<int> writeFailure();
 
-/// The host's ini file; its folder need not exist.
+/// The host's ini file; its folder may have to be made first.
 std::string iniFilePath();
 
 }  // namespace velmor::render

@@ -9,9 +9,12 @@ namespace velmor::render {
 namespace {
 
 volatile sig_atomic_t g_signal = 0;
+std::atomic<bool> g_interrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it");
 
 extern "C" void noteSignal(int signal) {
   g_signal = signal;
+  g_interrupted = true;
 }
 
 /// A signal that the caller had ignored (nohup, a shell's background job) stays ignored.
@@ -36,6 +39,14 @@ void watchForInterrupts() {
 
 void stopIfInterrupted() {
   if (g_signal != 0) throw Interrupted(g_signal);
+}
+
+const std::atomic<bool>& interruption() {
+  return g_interrupted;
+}
+
+int interruptedStatus() {
+  return Interrupted(g_signal).exitStatus();
 }
 
 }  // namespace velmor::render

@@ -1,6 +1,8 @@
 // Ctrl-C and its kin: noted when they come, acted on where the work can stop cleanly.
 #pragma once
 
+#include <atomic>
+
 namespace velmor::render {
 
 /// Notes SIGINT, SIGTERM and SIGHUP from now on instead of dying of them.
@@ -8,5 +10,10 @@ void watchForInterrupts();
 
 /// Throws `Interrupted` when one of them has come. Any thread.
 void stopIfInterrupted();
+
+/// Becomes true when one of them comes, for those who stop in their own way.
+const std::atomic<bool>& interruption();
+/// 128 and the signal's number, as a shell expects it of who was interrupted.
+int interruptedStatus();
 
 }  // namespace velmor::render

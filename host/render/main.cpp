@@ -2,8 +2,11 @@
 #include <clocale>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 
 #include "host/render/album.h"
+#include "host/render/burn_session.h"
+#include "host/render/delivery.h"
 #include "host/render/failure.h"
 #include "host/render/interrupt.h"
 #include "host/render/module_library.h"
@@ -32,7 +35,7 @@ SinkConfig sinkConfig(const Options& options) {
   return {static_cast<int32_t>(kIsoFormatCode),
           options.disc_leadin_ms,
           options.track_leadin_ms,
-          0,
+          options.burn.wanted,
           options.track_mode,
           options.hash_markers_only};
 }
@@ -53,7 +56,24 @@ std::vector<std::string> checked(const SinkConfig& config, const Album& album,
   return warnings;
 }
 
-void run(const Options& options) {
+void tell(const Options& options, const Report& report) {
+  if (options.json) {
+    printJsonReport(report);
+  } else if (!options.quiet) {
+    printReport(report);
+  }
+}
+
+/// The exit status of a run whose burn has been told of.
+int burnStatus(const BurnResult& burn, const std::string& image) {
+  if (burn.interrupted && !burn.failure.empty()) {
+    printError("interrupted; the image is complete: " + image);
+    return interruptedStatus();
+  }
+  return burn.failure.empty() ? 0 : 1;
+}
+
+int run(const Options& options) {
   OutputPair output(options.output, options.force, inputFiles(options));
   const ModuleLibrary module(options.module.empty() ? defaultModulePath() : options.module);
   const Album album = layOutAlbum(options);
@@ -62,28 +82,22 @@ void run(const Options& options) {
   const std::vector<std::string> warnings = checked(config, album, plan);
   printWarnings(options, warnings);
 
+  Delivery delivery(output, plan);
+  std::unique_ptr<BurnSession> burn;
+  if (options.burn.wanted) {
+    burn = std::make_unique<BurnSession>(options, output.workingSheet(),
+                                         [&delivery] { delivery.beforeBurn(); });
+  }
+  const BurnResult* const burned = burn ? &burn->result() : nullptr;
   const RenderOutcome outcome =
       renderAlbum(module.sink(), config, album, options, output.workingSheet());
-  checkFinishedFiles(output.workingSheet(), output.workingImage(), outcome.image_seconds,
-                     static_cast<int>(plan.tracks.size()));
-  const CueText sheet = readCueText(output.workingSheet());
-  stopIfInterrupted();
-  output.commit();
+  if (!burn) stopIfInterrupted();
+  delivery.afterRender(outcome, burned && burned->image_deleted);
 
-  const Report report{album,
-                      plan,
-                      sheet,
-                      outcome,
-                      output.sheet(),
-                      output.image(),
-                      std::filesystem::file_size(output.sheet()),
-                      std::filesystem::file_size(output.image()),
-                      warnings};
-  if (options.json) {
-    printJsonReport(report);
-  } else if (!options.quiet) {
-    printReport(report);
-  }
+  const FinishedFiles& files = delivery.files();
+  tell(options, {album, plan, files.sheet, outcome, output.sheet(), output.image(),
+                 files.sheet_bytes, files.image_bytes, warnings, burned});
+  return burned ? burnStatus(*burned, output.image()) : 0;
 }
 
 int fail(const Options& options, const std::string& sentence, int status) {
@@ -103,8 +117,11 @@ int main(int argc, char** argv) {
   const Options& options = line.options;
   try {
     watchForInterrupts();
-    run(options);
-    return 0;
+    if (options.list_drives) {
+      listDrives(options);
+      return 0;
+    }
+    return run(options);
   } catch (const Interrupted& interruption) {
     return fail(options, "interrupted; nothing was written", interruption.exitStatus());
   } catch (const UsageError& error) {

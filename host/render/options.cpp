@@ -7,6 +7,7 @@
 
 #include "host/render/codes.h"
 #include "host/render/failure.h"
+#include "host/render/host_project.h"
 #include "host/render/input/mark_parsing.h"
 
 namespace velmor::render {
@@ -20,9 +21,11 @@ constexpr const char* kAbout =
 constexpr const char* kExamples = R"(Examples:
   velmor-render one.wav two.flac -o album.cue
   velmor-render mix.wav --labels mix.txt --track-leadin 2000 --title "Night Drive" -o album.cue
+  velmor-render mix.wav -o album.cue --burn --drive 1 --cd-text --eject
 
 TIME is seconds (12.5), MM:SS.mmm or MM:SS:FF with 75 frames a second.
-Exit status: 0 done, 1 failed, 2 wrong usage, 130 interrupted.)";
+Exit status: 0 done (with --burn: every disc is written), 1 failed, 2 wrong usage, 130 interrupted.
+The module keeps its settings in )";
 
 /// What CLI11 collects as text, before it becomes `Options`.
 struct RawOptions {
@@ -33,13 +36,24 @@ struct RawOptions {
 };
 
 void addInputsAndOutput(CLI::App& app, Options& options) {
-  app.add_option("INPUT", options.inputs, "audio files, laid end to end in this order")
-      ->required()
-      ->type_name("");
-  app.add_option("-o,--output", options.output, "the cue sheet to write; the image goes beside it")
-      ->required()
-      ->type_name("ALBUM.cue");
+  CLI::Option* const inputs =
+      app.add_option("INPUT", options.inputs, "audio files, laid end to end in this order")
+          ->required()
+          ->type_name("");
+  CLI::Option* const output = app.add_option("-o,--output", options.output,
+                                             "the cue sheet to write; the image goes beside it")
+                                  ->required()
+                                  ->type_name("ALBUM.cue");
   app.add_flag("--force", options.force, "replace an existing sheet and image");
+  const auto list_instead = [inputs, output, &options] {
+    options.list_drives = true;
+    inputs->required(false);
+    output->required(false);
+  };
+  app.add_flag_callback("--list-drives", list_instead,
+                        "list the recorders and what is in them, and do nothing else")
+      ->trigger_on_parse()
+      ->group("Burn");
 }
 
 void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
@@ -174,16 +188,18 @@ CommandLine parseCommandLine(int argc, char** argv) {
   CommandLine line;
   RawOptions raw;
   CLI::App app(kAbout, kProgram);
-  app.footer(kExamples);
+  app.footer(std::string(kExamples) + iniFilePath());
   app.set_version_flag("--version", std::string(kProgram) + " " + VELMOR_VERSION);
   app.get_formatter()->column_width(38);
   addInputsAndOutput(app, line.options);
   addTrackOptions(app, line.options, raw);
   addTextOptions(app, line.options, raw);
   addRenderOptions(app, line.options, raw);
+  addBurnOptions(app, line.options.burn);
   try {
     app.parse(argc, argv);
     readRaw(raw, line.options);
+    checkBurnOptions(app, line.options.burn);
   } catch (const CLI::CallForHelp&) {
     fputs(app.help().c_str(), stdout);
     line.exit_status = 0;

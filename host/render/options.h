@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "abi/sink_registration.h"
+#include "host/render/burn_options.h"
 #include "host/render/input/audio_input.h"
 
 namespace velmor::render {
@@ -42,6 +43,9 @@ struct Options {
   bool json = false;
   bool quiet = false;
   bool force = false;
+
+  BurnOptions burn;
+  bool list_drives = false;  ///< and nothing else
 };
 
 /// The command line's options. `exit_status` is set when there is nothing to do but leave: help or

@@ -166,4 +166,16 @@ void OutputPair::commit() {
   moves.keep();
 }
 
+bool OutputPair::commitAndKeepWorkingNames() {
+  std::error_code error;
+  const fs::path trial = m_folder / "names";
+  fs::create_directory_symlink(".", trial, error);
+  if (error) return false;
+  commit();
+  // The working folder becomes another name of the folder that the pair is in now.
+  fs::remove_all(m_folder, error);
+  fs::create_directory_symlink(".", m_folder, error);
+  return true;
+}
+
 }  // namespace velmor::render

@@ -30,6 +30,10 @@ class OutputPair {
   /// Puts the pair into its place; throws `RenderError`, with everything as it was, when that
   /// fails, or when a pair has come there meanwhile that may not be replaced.
   void commit();
+  /// The same for files that go on being used under their working names, as a burn does: those stay
+  /// good for as long as this object lives, for deleting too. False, with nothing done, where the
+  /// file system has no way to give a folder a second name.
+  bool commitAndKeepWorkingNames();
 
  private:
   void checkName() const;

@@ -17,6 +17,11 @@ constexpr std::chrono::milliseconds kBetweenDrawings{150};
 
 }  // namespace
 
+std::string progressBar(double part) {
+  const auto filled = static_cast<size_t>(std::clamp(part, 0.0, 1.0) * kWidth);
+  return std::string(filled, '#') + std::string(kWidth - filled, '.');
+}
+
 Progress::Progress(std::string what, int64_t total_frames, bool wanted)
     : m_what(std::move(what)),
       m_total(std::max<int64_t>(total_frames, 1)),
@@ -33,12 +38,10 @@ void Progress::show(int64_t frames) {
   const double part = static_cast<double>(frames) / static_cast<double>(m_total);
   const double elapsed = std::chrono::duration<double>(now - m_begun).count();
   const double audio = static_cast<double>(frames) / kFramesPerSecond;
-  const auto filled = static_cast<size_t>(std::clamp(part, 0.0, 1.0) * kWidth);
-  const std::string bar = std::string(filled, '#') + std::string(kWidth - filled, '.');
   const double left = part > 0.0 ? elapsed / part - elapsed : 0.0;
-  fprintf(stderr, "\r\033[K%s [%s] %3d %%  %.0fx real time, %s left", m_what.c_str(), bar.c_str(),
-          static_cast<int>(part * 100.0), elapsed > 0.0 ? audio / elapsed : 0.0,
-          clockTime(left).c_str());
+  fprintf(stderr, "\r\033[K%s [%s] %3d %%  %.0fx real time, %s left", m_what.c_str(),
+          progressBar(part).c_str(), static_cast<int>(part * 100.0),
+          elapsed > 0.0 ? audio / elapsed : 0.0, clockTime(left).c_str());
   fflush(stderr);
 }
 

@@ -7,6 +7,9 @@
 
 namespace velmor::render {
 
+/// The bar alone, filled up to `part` of it (0 to 1).
+std::string progressBar(double part);
+
 /// Draws on standard error, a few times a second, with speed and time left; draws nothing when that
 /// is no terminal.
 class Progress {

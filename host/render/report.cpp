@@ -37,6 +37,24 @@ Json trackJson(const PlannedTrack& track, const CueTextTrack& text, size_t numbe
   return json;
 }
 
+Json burnJson(const BurnResult& burn) {
+  Json json = {{"drive", burn.drive},           {"written", burn.written},
+               {"tested", burn.tested},         {"compared", burn.compared},
+               {"disc_state", burn.disc_state}, {"image_deleted", burn.image_deleted}};
+  if (!burn.failure.empty()) json["failure"] = burn.failure;
+  return json;
+}
+
+void printBurn(const BurnResult& burn) {
+  if (burn.written > 0) {
+    printf("%s written by %s%s\n", counted(burn.written, "disc").c_str(), burn.drive.c_str(),
+           burn.compared ? ", read back and equal to the image" : "");
+  } else if (burn.tested) {
+    printf("a test write by %s went well; no disc was written\n", burn.drive.c_str());
+  }
+  if (burn.image_deleted) puts("the sheet and the image are deleted");
+}
+
 }  // namespace
 
 void printReport(const Report& report) {
@@ -69,6 +87,7 @@ void printReport(const Report& report) {
            counted(report.outcome.clipping.samples, "sample").c_str(),
            clockTime(secondsOf(report.outcome.clipping.first_frame)).c_str());
   }
+  if (report.burn) printBurn(*report.burn);
 }
 
 void printJsonReport(const Report& report) {
@@ -89,19 +108,20 @@ void printJsonReport(const Report& report) {
   if (report.outcome.clipping.samples > 0) {
     clipped["first_seconds"] = secondsOf(report.outcome.clipping.first_frame);
   }
-  const Json json = {{"schema_version", kJsonSchema},
-                     {"program", kProgram},
-                     {"program_version", VELMOR_VERSION},
-                     {"sheet", {{"path", report.sheet_path}, {"bytes", report.sheet_bytes}}},
-                     {"image",
-                      {{"path", report.image_path},
-                       {"bytes", report.image_bytes},
-                       {"sectors", report.plan.image_frames / kFramesPerSector},
-                       {"length_seconds", secondsOf(report.plan.image_frames)}}},
-                     {"tracks", tracks},
-                     {"inputs", inputs},
-                     {"clipped", clipped},
-                     {"warnings", report.warnings}};
+  Json json = {{"schema_version", kJsonSchema},
+               {"program", kProgram},
+               {"program_version", VELMOR_VERSION},
+               {"sheet", {{"path", report.sheet_path}, {"bytes", report.sheet_bytes}}},
+               {"image",
+                {{"path", report.image_path},
+                 {"bytes", report.image_bytes},
+                 {"sectors", report.plan.image_frames / kFramesPerSector},
+                 {"length_seconds", secondsOf(report.plan.image_frames)}}},
+               {"tracks", tracks},
+               {"inputs", inputs},
+               {"clipped", clipped},
+               {"warnings", report.warnings}};
+  if (report.burn) json["burn"] = burnJson(*report.burn);
   printf("%s\n", dumped(json).c_str());
 }
 

@@ -1,0 +1,48 @@
+// How the finished files get to their place.
+#pragma once
+
+#include <cstdint>
+
+#include "host/render/cue_text.h"
+#include "host/render/output_pair.h"
+#include "host/render/renderer.h"
+#include "host/render/track_plan.h"
+
+namespace velmor::render {
+
+/// The files as they were when the sink had let go of them.
+struct FinishedFiles {
+  CueText sheet;
+  uint64_t sheet_bytes = 0;
+  uint64_t image_bytes = 0;
+};
+
+/// After the render, or, when they are to be burned, as soon as they are complete: they are safe
+/// then whatever becomes of the burn and of this process.
+class Delivery {
+ public:
+  /// Both must outlive the object.
+  Delivery(OutputPair& output, const TrackPlan& plan) : m_output(output), m_plan(plan) {}
+  /// A render that broke off in its burn: what was complete stays.
+  ~Delivery();
+  Delivery(const Delivery&) = delete;
+  Delivery& operator=(const Delivery&) = delete;
+
+  /// When the burn dialog has opened. Throws `RenderError` when the files are not whole, or cannot
+  /// be put into their place.
+  void beforeBurn();
+  /// At the end. Throws as `beforeBurn` does.
+  void afterRender(const RenderOutcome& outcome, bool image_deleted);
+  const FinishedFiles& files() const { return m_files; }
+
+ private:
+  void look(double image_seconds);
+
+  OutputPair& m_output;
+  const TrackPlan& m_plan;
+  FinishedFiles m_files;
+  bool m_whole = false;
+  bool m_delivered = false;
+};
+
+}  // namespace velmor::render

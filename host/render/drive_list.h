@@ -1,0 +1,22 @@
+// The machine's recorders: named by the person, and listed for the person.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "host/recording/recording_library.h"
+
+namespace velmor::render {
+
+/// The drive that `wanted` names: its number in the list, its device file, or a part of its name in
+/// letters of either case. Throws `RenderError` when that is none or more than one.
+size_t chooseDrive(const std::vector<recording::Drive>& drives, const std::string& wanted);
+
+/// "ACME BURNER ONE (/dev/sr0)".
+std::string driveName(const recording::Drive& drive);
+
+/// Prints the drives with what is in them, for people or as one JSON object.
+void listDrives(recording::Service& service, bool json);
+
+}  // namespace velmor::render
