@@ -1,5 +1,12 @@
 #include "host/render/disc_fields.h"
 
+#include <strings.h>
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <utility>
+
 #include "host/render/album.h"
 #include "host/render/sheet_text.h"
 
@@ -8,6 +15,28 @@ namespace velmor::render {
 namespace {
 
 constexpr const char* kPrefix = "CUE:DISC_";
+
+/// A disc field given by its key counts as if given by its own option; of two the option wins.
+void takeKnownKeys(DiscTexts& texts) {
+  const std::pair<const char*, std::string*> known[] = {{"TITLE", &texts.title},
+                                                        {"PERFORMER", &texts.performer},
+                                                        {"SONGWRITER", &texts.songwriter},
+                                                        {"CATALOG", &texts.catalogue},
+                                                        {"REM", &texts.comment}};
+  std::vector<std::pair<std::string, std::string>> others;
+  for (auto& [key, text] : texts.more) {
+    const std::string bare = key.rfind(kPrefix, 0) == 0 ? key.substr(strlen(kPrefix)) : key;
+    const auto* const field =
+        std::find_if(std::begin(known), std::end(known),
+                     [&](const auto& one) { return strcasecmp(one.first, bare.c_str()) == 0; });
+    if (field == std::end(known)) {
+      others.emplace_back(key, text);
+    } else if (field->second->empty()) {
+      *field->second = text;
+    }
+  }
+  texts.more = std::move(others);
+}
 
 /// The tag that all inputs share, empty when one differs or has none.
 std::string sharedTag(const std::vector<AlbumInput>& inputs, std::string Tags::*tag) {
@@ -24,6 +53,7 @@ std::string sharedTag(const std::vector<AlbumInput>& inputs, std::string Tags::*
 
 DiscTexts discTexts(const DiscTexts& given, const std::vector<AlbumInput>& inputs) {
   DiscTexts texts = given;
+  takeKnownKeys(texts);
   const auto fill = [&](std::string& text, std::string Tags::*tag) {
     if (text.empty()) text = sharedTag(inputs, tag);
   };
@@ -46,7 +76,11 @@ std::vector<std::pair<std::string, std::string>> sinkMetadata(const DiscTexts& t
   add("SONGWRITER", texts.songwriter);
   add("CATALOG", texts.catalogue);
   add("REM", texts.comment);
-  for (const auto& [key, text] : texts.more) add(key, text);
+  for (const auto& [key, text] : texts.more) {
+    warnings.push_back("the sheet has no place for the field \"" + key +
+                       "\"; it knows TITLE, PERFORMER, SONGWRITER, CATALOG and REM");
+    add(key, text);
+  }
   return metadata;
 }
 

@@ -1,6 +1,8 @@
 // velmor-render: audio files to a CD image, through the module.
+#include <cerrno>
 #include <clocale>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 
@@ -61,6 +63,10 @@ void tell(const Options& options, const Report& report) {
     printJsonReport(report);
   } else if (!options.quiet) {
     printReport(report);
+  }
+  if (fflush(stdout) != 0) {
+    throw RenderError("the disc is complete, but its report could not be printed: " +
+                      std::string(strerror(errno)));
   }
 }
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <system_error>
+#include <utility>
 
 #include "host/render/failure.h"
 
@@ -43,30 +44,54 @@ bool sameFile(const fs::path& a, const fs::path& b) {
   return fs::equivalent(a, b, error) && !error;
 }
 
-/// Moves files one by one and, when one fails, all of them back.
-class Moves {
+RenderError cannotPlace(const fs::path& target, const std::error_code& error) {
+  return RenderError("the finished disc cannot be put in its place, " + quoted(target) + ": " +
+                     error.message());
+}
+
+/// A file put into its place, with a way back. The old file keeps a second name meanwhile, so that
+/// at no moment is there neither the old nor the new one.
+class Placement {
  public:
-  ~Moves() {
-    if (m_done) return;
-    for (auto move = m_moves.rbegin(); move != m_moves.rend(); ++move) {
-      std::error_code ignored;
-      fs::rename(move->second, move->first, ignored);
-    }
-  }
-  void move(const fs::path& from, const fs::path& to) {
+  /// `backup`: where the old file's second name goes. Without `replace` a file that is there is
+  /// left alone.
+  Placement(const fs::path& made, fs::path target, fs::path backup, bool replace)
+      : m_target(std::move(target)), m_backup(std::move(backup)) {
     std::error_code error;
-    fs::rename(from, to, error);
-    if (error) {
-      throw RenderError("the finished disc cannot be put in its place, " + quoted(to) + ": " +
-                        error.message());
+    if (replace && fs::exists(fs::symlink_status(m_target, error))) {
+      fs::create_hard_link(m_target, m_backup, error);
+      // File systems without second names: the old file moves aside for the moment.
+      if (error) fs::rename(m_target, m_backup, error);
+      if (error) throw cannotPlace(m_target, error);
+      m_has_backup = true;
     }
-    m_moves.emplace_back(from, to);
+    if (!replace) {
+      fs::create_hard_link(made, m_target, error);
+      if (!error) return;
+      if (error == std::errc::file_exists) throw cannotPlace(m_target, error);
+    }
+    fs::rename(made, m_target, error);
+    if (error) {
+      takeBack();
+      throw cannotPlace(m_target, error);
+    }
   }
-  void keep() { m_done = true; }
+
+  /// Puts the old file back, or takes the new one away where there was none. False when that fails.
+  bool takeBack() {
+    std::error_code error;
+    if (m_has_backup) {
+      fs::rename(m_backup, m_target, error);
+    } else {
+      fs::remove(m_target, error);
+    }
+    return !error;
+  }
 
  private:
-  std::vector<std::pair<fs::path, fs::path>> m_moves;
-  bool m_done = false;
+  const fs::path m_target;
+  const fs::path m_backup;
+  bool m_has_backup = false;
 };
 
 }  // namespace
@@ -151,19 +176,18 @@ void OutputPair::checkOld() const {
 
 void OutputPair::commit() {
   checkOld();  // a render takes its time, and another program may have come meanwhile
-  Moves moves;
   const fs::path old_folder = m_folder / "replaced";
   std::error_code error;
-  if (!fs::create_directory(old_folder, error)) {
-    throw RenderError("the finished disc cannot be put in its place, " + quoted(m_sheet) + ": " +
-                      error.message());
+  if (!fs::create_directory(old_folder, error)) throw cannotPlace(m_sheet, error);
+  Placement image(workingImage(), m_image, old_folder / m_image.filename(), m_force);
+  try {
+    const Placement sheet(workingSheet(), m_sheet, old_folder / m_sheet.filename(), m_force);
+  } catch (const RenderError& failure) {
+    if (image.takeBack()) throw;
+    const fs::path kept = std::exchange(m_folder, fs::path());
+    throw RenderError(std::string(failure.what()) + "; the old image is kept in " +
+                      quoted(kept / "replaced"));
   }
-  for (const fs::path& target : {m_sheet, m_image}) {
-    if (fs::exists(fs::symlink_status(target))) moves.move(target, old_folder / target.filename());
-  }
-  moves.move(workingImage(), m_image);
-  moves.move(workingSheet(), m_sheet);
-  moves.keep();
 }
 
 bool OutputPair::commitAndKeepWorkingNames() {

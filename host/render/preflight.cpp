@@ -2,10 +2,12 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <set>
 
 #include "host/render/codes.h"
 #include "host/render/disc_time.h"
+#include "host/render/mark_names.h"
 
 namespace velmor::render {
 
@@ -83,6 +85,32 @@ void checkStarts(const SinkConfig& config, const TrackPlan& plan, Findings& find
   }
 }
 
+/// Characters of a UTF-8 text.
+size_t characters(const std::string& text) {
+  return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+  }));
+}
+
+void checkText(const std::string& what, const std::string& text, Findings& findings) {
+  if (characters(text) <= kLongestText) return;
+  findings.warnings.push_back(what + " is longer than the 80 characters that all readers take");
+}
+
+void checkFields(const HostProject& project, Findings& findings) {
+  for (const auto& [key, value] : project.metadata) {
+    checkText("the disc field " + quoted(key), value, findings);
+  }
+  for (const Mark& mark : project.marks) {
+    if (mark.end || !isTag(mark.name)) continue;
+    checkText("the tag " + quoted(mark.name.substr(0, 40)), mark.name.substr(5), findings);
+    if (mark.name.size() == 5) {
+      findings.warnings.push_back("the tag " + quoted(mark.name) +
+                                  " is empty, which some readers refuse");
+    }
+  }
+}
+
 void checkNames(const TrackPlan& plan, Findings& findings) {
   if (!plan.dropped_markers.empty()) {
     findings.warnings.push_back(
@@ -94,15 +122,13 @@ void checkNames(const TrackPlan& plan, Findings& findings) {
   }
   if (!plan.joined_regions.empty()) {
     findings.warnings.push_back(listed(plan.joined_regions) +
-                                " joins the track before, which lasts under 4 seconds, but keeps "
-                                "its name: from there on the "
-                                "titles are out of step with the tracks");
+                                (plan.joined_regions.size() == 1 ? " joins" : " join") +
+                                " the track before, which lasts under 4 seconds, but the name "
+                                "stays in the list: from there "
+                                "on titles, performers and codes are out of step with the tracks");
   }
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
-    if (plan.tracks[i].title.size() > kLongestText) {
-      findings.warnings.push_back("the title of track " + std::to_string(i + 1) +
-                                  " is longer than the 80 characters that all readers take");
-    }
+    checkText("the title of track " + std::to_string(i + 1), plan.tracks[i].title, findings);
   }
 }
 
@@ -139,6 +165,7 @@ Findings checkBeforeRender(const SinkConfig& config, const HostProject& project,
   checkLength(plan, findings);
   checkStarts(config, plan, findings);
   checkNames(plan, findings);
+  checkFields(project, findings);
   checkCodes(project, findings);
   return findings;
 }
