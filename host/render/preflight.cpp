@@ -104,7 +104,7 @@ void checkFields(const HostProject& project, Findings& findings) {
   for (const Mark& mark : project.marks) {
     if (mark.end || !isTag(mark.name)) continue;
     checkText("the tag " + quoted(mark.name.substr(0, 40)), mark.name.substr(5), findings);
-    if (mark.name.size() == 5) {
+    if (mark.name.size() == 5 && strcasecmp(mark.name.c_str(), "ISRC=") != 0) {
       findings.warnings.push_back("the tag " + quoted(mark.name) +
                                   " is empty, which some readers refuse");
     }
