@@ -119,8 +119,9 @@ int fail(const Options& options, const std::string& sentence, int status) {
 int main(int argc, char** argv) {
   using namespace velmor::render;
   const CommandLine line = parseCommandLine(argc, argv);
-  if (line.exit_status) return *line.exit_status;
+  if (line.answered) return 0;
   const Options& options = line.options;
+  if (line.wrong_usage) return fail(options, *line.wrong_usage, 2);
   try {
     watchForInterrupts();
     if (options.list_drives) {

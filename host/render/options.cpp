@@ -1,9 +1,11 @@
 #include "host/render/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
+#include <string_view>
 
 #include "host/render/codes.h"
 #include "host/render/failure.h"
@@ -202,20 +204,20 @@ CommandLine parseCommandLine(int argc, char** argv) {
     checkBurnOptions(app, line.options.burn);
   } catch (const CLI::CallForHelp&) {
     fputs(app.help().c_str(), stdout);
-    line.exit_status = 0;
+    line.answered = true;
   } catch (const CLI::CallForVersion& version) {
     printf("%s\n", version.what());
-    line.exit_status = 0;
+    line.answered = true;
   } catch (const CLI::ParseError& error) {
-    fprintf(stderr, "%s: %s; --help lists the options\n", kProgram, error.what());
-    line.exit_status = 2;
+    line.wrong_usage = std::string(error.what()) + "; --help lists the options";
   } catch (const UsageError& error) {
-    fprintf(stderr, "%s: %s\n", kProgram, error.what());
-    line.exit_status = 2;
+    line.wrong_usage = error.what();
   } catch (const InputError& error) {  // a time, marker or region that is none
-    fprintf(stderr, "%s: %s\n", kProgram, error.what());
-    line.exit_status = 2;
+    line.wrong_usage = error.what();
   }
+  // The parser sets nothing when it fails, but a failure is told in JSON too.
+  line.options.json =
+      line.options.json || std::count(argv, argv + argc, std::string_view("--json")) > 0;
   return line;
 }
 

@@ -48,11 +48,12 @@ struct Options {
   bool list_drives = false;  ///< and nothing else
 };
 
-/// The command line's options. `exit_status` is set when there is nothing to do but leave: help or
-/// the version was printed, or the usage was wrong and has been said.
+/// The command line's options, unless there is nothing to do but leave: help or the version was
+/// printed, or the usage is wrong.
 struct CommandLine {
-  Options options;
-  std::optional<int> exit_status;
+  Options options;  ///< `json` is right in any case
+  bool answered = false;
+  std::optional<std::string> wrong_usage;  ///< one sentence
 };
 CommandLine parseCommandLine(int argc, char** argv);
 
