@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/render/failure.h"
+#include "host/render/interrupt.h"
 
 namespace velmor::render {
 
@@ -23,6 +24,7 @@ void skip(AudioInput& input, int64_t frames) {
   std::vector<double> left(kPieceFrames);
   std::vector<double> right(kPieceFrames);
   while (frames > 0) {
+    stopIfInterrupted();
     const size_t wanted = std::min(kPieceFrames, static_cast<size_t>(frames));
     const size_t got = input.read(left.data(), right.data(), wanted);
     if (got == 0) throw RenderError("\"" + input.info().path + "\" ends before its stated length");
