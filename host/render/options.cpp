@@ -35,6 +35,7 @@ struct RawOptions {
   std::string dither = "none";
   std::vector<std::string> isrcs, markers, regions, metas;
   std::string start, end;
+  bool no_embedded_markers = false;
 };
 
 void addInputsAndOutput(CLI::App& app, Options& options) {
@@ -87,7 +88,7 @@ void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
   app.add_option("--labels", options.labels, "add the marks of an Audacity label track")
       ->type_name("FILE")
       ->group("Tracks");
-  app.add_flag("!--no-embedded-markers", options.embedded_markers,
+  app.add_flag("--no-embedded-markers", raw.no_embedded_markers,
                "leave out the cue points and regions inside the inputs")
       ->group("Tracks");
 }
@@ -171,6 +172,7 @@ void readRaw(const RawOptions& raw, Options& options) {
                        : raw.track_mode == "one"   ? kOneTrack
                                                    : kTracksFromMarkers;
   options.dither = raw.dither == "tpdf" ? Dither::tpdf : Dither::none;
+  options.embedded_markers = !raw.no_embedded_markers;
   readIsrcs(raw, options);
   for (const std::string& text : raw.metas) {
     options.texts.more.push_back(splitAssignment(text, "--meta", "KEY=VALUE"));
