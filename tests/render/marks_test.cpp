@@ -163,6 +163,18 @@ TEST(Range, TheMarkerInForceAtTheStartMovesToIt) {
   EXPECT_TRUE(readFile(folder / "album.bin") == asImage(samples).substr(8 * 176400, 11 * 176400));
 }
 
+TEST(Range, ARegionThatItCutsKeepsItsInputsCode) {
+  const Scratch folder;
+  const std::vector<int16_t> samples = writeWav(folder / "a.wav", 20);
+  const Ended ended = render({folder / "a.wav", "--track-mode", "regions", "--region", "2-12=R",
+                              "--isrc", "1=USABC2600001", "--start", "3", "-o", folder / "album"});
+  ASSERT_EQ(ended.status, 0) << ended.err;
+  EXPECT_EQ(readFile(folder / "album.cue"),
+            "FILE \"album.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    TITLE \"R\"\r\n"
+            "    ISRC \"USABC2600001\"\r\n    INDEX 01 00:00:00\r\n");
+  EXPECT_TRUE(readFile(folder / "album.bin") == asImage(samples).substr(3 * 176400, 9 * 176400));
+}
+
 TEST(Json, HoldsTheTrackListAndTheFiles) {
   const Scratch folder;
   writeWav(folder / "one.wav", 6, 1);

@@ -125,6 +125,23 @@ TEST_P(Interruption, StopsTheRenderAndLeavesNothing) {
   EXPECT_EQ(folder.names(), (Names{"long.wav"}));
 }
 
+TEST(InterruptionOfAReplacement, LeavesTheOldPairWhole) {
+  const Scratch folder;
+  writeSparseWav(folder / "long.wav", 3600 * 3);
+  writeFile(folder / "disc.bin", "old image");
+  writeFile(folder / "disc.cue", "old sheet");
+  Running running(VELMOR_BINARY_DIR "/velmor-render",
+                  {folder / "long.wav", "--block", "4", "--force", "-o", folder / "disc.cue"});
+  for (int i = 0; i < 3000 && folder.names().size() < 4; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  kill(running.pid(), SIGINT);
+  EXPECT_EQ(running.wait().status, 130);
+  EXPECT_EQ(readFile(folder / "disc.bin"), "old image");
+  EXPECT_EQ(readFile(folder / "disc.cue"), "old sheet");
+  EXPECT_EQ(folder.names(), (Names{"disc.bin", "disc.cue", "long.wav"}));
+}
+
 INSTANTIATE_TEST_SUITE_P(Signals, Interruption, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST_F(Output, TheProgressBarIsForTerminals) {

@@ -1,8 +1,10 @@
 // What the program refuses, and how it says so.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <regex>
 #include <set>
@@ -59,6 +61,8 @@ TEST_F(Refusal, WrongUsageEndsWithTwo) {
 TEST_F(Refusal, OutputsThatCannotBe) {
   std::filesystem::create_directory(folder / "dir.cue");
   std::filesystem::create_hard_link(input, folder / "linked.bin");
+  std::filesystem::create_symlink(input, folder / "pointed.cue");
+  ASSERT_EQ(mkfifo((folder / "pipe.cue").c_str(), 0600), 0);
   const std::vector<std::pair<std::string, std::string>> cases = {
       {folder / "no/such/disc.cue", "there is no folder"},
       {folder / "a\"b.cue", "holds a \""},
@@ -66,10 +70,46 @@ TEST_F(Refusal, OutputsThatCannotBe) {
       {folder / "a\\b.cue", "backslash"},
       {folder / "dir.cue", "is a folder"},
       {folder / "linked.cue", "is one of the inputs"},
+      {folder / "pointed.cue", "is one of the inputs"},
+      {folder / "pipe.cue", "is no regular file"},
+      {folder / "", "no usable file name"},
+      {"/proc/disc.cue", "nothing can be written"},
   };
   for (const auto& [output, words] : cases) {
     EXPECT_THAT(refused({input, "--force", "-o", output}, 1), HasSubstr(words));
   }
+}
+
+TEST_F(Refusal, InputsThatAreNoFiles) {
+  std::filesystem::create_directory(folder / "folder.wav");
+  writeFile(folder / "empty.wav", "");
+  ASSERT_EQ(mkfifo((folder / "pipe.wav").c_str(), 0600), 0);
+  for (const char* const name : {"folder.wav", "empty.wav", "pipe.wav"}) {
+    EXPECT_THAT(refused({input, folder / name, "-o", folder / "a"}, 1), HasSubstr(name));
+  }
+}
+
+/// Permissions do not bind root.
+void becomeNobody() {
+  if (setuid(65534) != 0) _exit(77);
+}
+
+TEST_F(Refusal, AnInputOrAFolderWithoutPermission) {
+  namespace fs = std::filesystem;
+  fs::permissions(folder / ".", fs::perms::owner_all | fs::perms::others_exec);
+  if (render({"--version"}, becomeNobody).status != 0) {
+    GTEST_SKIP() << "another user cannot be, or cannot run the program";
+  }
+  const auto refusedAsNobody = [&] {
+    const Ended ended = render({input, "-o", folder / "a"}, becomeNobody);
+    EXPECT_EQ(ended.status, 1);
+    return ended.err;
+  };
+  EXPECT_THAT(refusedAsNobody(), HasSubstr("nothing can be written to the folder"));
+  fs::permissions(folder / ".", fs::perms::all);
+  fs::permissions(input, fs::perms::owner_read);
+  EXPECT_THAT(refusedAsNobody(), HasSubstr(input));
+  EXPECT_EQ(folder.names(), std::vector<std::string>{"in.wav"});
 }
 
 TEST_F(Refusal, ALabelFileInTheWayOrMissing) {
@@ -88,6 +128,8 @@ TEST_F(Refusal, ModulesThatAreNone) {
   EXPECT_THAT(with(folder / "none.so"), HasSubstr("cannot be loaded"));
   EXPECT_THAT(with(VELMOR_REFUSING_MODULE), HasSubstr("another version"));
   EXPECT_THAT(with(VELMOR_IDLE_MODULE), HasSubstr("registers no render format"));
+  EXPECT_THAT(with(VELMOR_DEMANDING_MODULE), HasSubstr("misses a function"));
+  EXPECT_THAT(with(VELMOR_PLAIN_LIBRARY), HasSubstr("is no module of this kind"));
   writeFile(folder / "text.so", "no library");
   EXPECT_THAT(with(folder / "text.so"), HasSubstr("--module"));
 }
@@ -118,7 +160,8 @@ TEST(Help, TellsEveryOptionAndSoDoesTheManPage) {
   for (std::sregex_iterator it(help.out.begin(), help.out.end(), option), end; it != end; ++it) {
     told.insert((*it)[1]);
   }
-  EXPECT_GE(told.size(), 24U);
+  EXPECT_GE(told.size(), 26U);
+  EXPECT_EQ(help.out.find("{false}"), std::string::npos) << "the parser's notes are no help";
   for (const std::string& name : told) EXPECT_THAT(page, HasSubstr("Fl Fl " + name)) << name;
   const std::regex documented("Fl Fl ([a-z][a-z-]+)");
   for (std::sregex_iterator it(page.begin(), page.end(), documented), end; it != end; ++it) {
