@@ -72,10 +72,11 @@ class Moves {
 }  // namespace
 
 OutputPair::OutputPair(const std::string& output, bool force,
-                       const std::vector<std::string>& inputs)
+                       const std::vector<std::string>& inputs, bool portable)
     : m_sheet(sheetPath(output)), m_force(force) {
   m_image = m_sheet;
   m_image.replace_extension(".bin");
+  if (portable) m_portable = fs::path(m_sheet).replace_extension(".portable.cue");
   checkName();
   checkTargets(inputs);
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
@@ -109,6 +110,12 @@ void OutputPair::checkName() const {
   }
 }
 
+std::vector<fs::path> OutputPair::targets() const {
+  std::vector<fs::path> all{m_sheet, m_image};
+  if (!m_portable.empty()) all.push_back(m_portable);
+  return all;
+}
+
 void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::error_code error;
@@ -116,7 +123,7 @@ void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
     throw RenderError("there is no folder " + quoted(parent) +
                       " to write to; make it, or choose another with -o");
   }
-  for (const fs::path& target : {m_sheet, m_image}) {
+  for (const fs::path& target : targets()) {
     for (const std::string& input : inputs) {
       if (sameFile(target, input)) {
         throw RenderError("the output " + quoted(target) +
@@ -128,7 +135,7 @@ void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
 }
 
 void OutputPair::checkOld() const {
-  for (const fs::path& target : {m_sheet, m_image}) {
+  for (const fs::path& target : targets()) {
     std::error_code error;
     if (!fs::exists(fs::symlink_status(target, error))) continue;
     if (fs::is_directory(target, error)) {
@@ -158,11 +165,14 @@ void OutputPair::commit() {
     throw RenderError("the finished disc cannot be put in its place, " + quoted(m_sheet) + ": " +
                       error.message());
   }
-  for (const fs::path& target : {m_sheet, m_image}) {
+  for (const fs::path& target : targets()) {
     if (fs::exists(fs::symlink_status(target))) moves.move(target, old_folder / target.filename());
   }
   moves.move(workingImage(), m_image);
   moves.move(workingSheet(), m_sheet);
+  if (!m_portable.empty() && fs::exists(workingPortableSheet())) {
+    moves.move(workingPortableSheet(), m_portable);
+  }
   moves.keep();
 }
 
