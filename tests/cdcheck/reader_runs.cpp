@@ -257,21 +257,9 @@ LoadedDisc runBchunk(const SheetOnDisk& s) {
 }
 
 void writeWave(const SheetOnDisk& s, const std::string& to) {
-  std::ifstream in(s.folder + '/' + s.image, std::ios::binary);
-  std::ofstream out(to, std::ios::binary);
-  const auto bytes = static_cast<uint32_t>(fs::file_size(s.folder + '/' + s.image));
-  const auto put = [&](uint32_t value, int width) {
-    for (int i = 0; i < width; ++i) out.put(static_cast<char>(value >> 8 * i));
-  };
-  out << "RIFF";
-  put(bytes + 36, 4);
-  out << "WAVEfmt ";
-  for (const auto& [value, width] : std::vector<std::pair<uint32_t, int>>{
-           {16, 4}, {1, 2}, {2, 2}, {44100, 4}, {176400, 4}, {4, 2}, {16, 2}})
-    put(value, width);
-  out << "data";
-  put(bytes, 4);
-  out << in.rdbuf();
+  const fs::path image = fs::path(s.folder) / s.image;
+  std::ifstream in(image, std::ios::binary);
+  std::ofstream(to, std::ios::binary) << waveHeader(fs::file_size(image)) << in.rdbuf();
 }
 
 LoadedDisc runShnsplit(const SheetOnDisk& s) {
