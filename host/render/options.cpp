@@ -55,7 +55,7 @@ void addInputsAndOutput(CLI::App& app, Options& options) {
       ->trigger_on_parse()
       ->group("Burn");
   app.add_flag("--portable-cue", options.portable_cue,
-               "also write ALBUM.portable.cue, a sheet that every reader takes, and check both");
+               "also write ALBUM.portable.cue, a sheet for other readers, and check both");
 }
 
 void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
