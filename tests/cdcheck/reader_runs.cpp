@@ -206,6 +206,16 @@ LoadedDisc runMetaflac(const SheetOnDisk& s) {
   return disc;
 }
 
+/// Of a link, whose other names keep all.
+void keepTwoSeconds(const fs::path& image) {
+  std::string start(size_t{150} * 2352, '\0');
+  std::ifstream in(image, std::ios::binary);
+  in.read(start.data(), static_cast<std::streamsize>(start.size()));
+  start.resize(static_cast<size_t>(in.gcount()));
+  fs::remove(image);
+  writeFile(image, start);
+}
+
 LoadedDisc runMpv(const SheetOnDisk& s) {
   std::ofstream(s.folder + "/chapters.lua")
       << "mp.register_event('file-loaded', function()\n"
@@ -214,8 +224,7 @@ LoadedDisc runMpv(const SheetOnDisk& s) {
          "  mp.command('quit')\nend)\n";
   // Most of its time goes into guessing a format from megabytes of raw samples, in vain; the
   // chapters come from the sheet, so that two seconds of image do.
-  const fs::path image = fs::path(s.folder) / s.image;
-  fs::resize_file(image, std::min<uintmax_t>(fs::file_size(image), 150 * 2352));
+  keepTwoSeconds(fs::path(s.folder) / s.image);
   const ProcessResult run = runProcess(
       {"mpv", "--no-config", "--ao=null", "--vo=null", "--pause", "--ytdl=no", "--osc=no",
        "--load-stats-overlay=no", "--load-auto-profiles=no", "--script=chapters.lua", s.sheet},
@@ -343,15 +352,21 @@ const std::vector<ReaderRun>& readerRuns() {
 
 std::vector<Asked> askReaders(const std::function<SheetOnDisk(const fs::path&)>& prepare,
                               const std::vector<Reader>& leaveOut) {
+  const TemporaryFolder prepared;
+  const SheetOnDisk disk = prepare(prepared.path());
   std::vector<std::future<Asked>> running;
   for (const ReaderRun& run : readerRuns()) {
     if (!run.installed() ||
         std::find(leaveOut.begin(), leaveOut.end(), run.reader) != leaveOut.end())
       continue;
-    running.push_back(std::async(std::launch::async, [&run, &prepare] {
-      const TemporaryFolder folder;
-      return Asked{run.reader, run.load(prepare(folder.path()))};
-    }));
+    running.push_back(
+        std::async(std::launch::async, [&run, &prepared, mine = SheetOnDisk(disk)]() mutable {
+          const TemporaryFolder folder;
+          for (const auto& entry : fs::directory_iterator(prepared.path()))
+            fs::create_hard_link(entry, folder.path() / entry.path().filename());
+          mine.folder = folder.path().string();
+          return Asked{run.reader, run.load(mine)};
+        }));
   }
   std::vector<Asked> asked;
   asked.reserve(running.size());
