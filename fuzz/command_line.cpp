@@ -62,6 +62,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const Silence silence;
     line = velmor::render::parseCommandLine(static_cast<int>(words.size()), arguments.data());
   }
-  if (!line.exit_status) requireSound(line.options);
+  if (!line.answered && !line.wrong_usage) requireSound(line.options);
   return 0;
 }

@@ -27,6 +27,11 @@ void Delivery::afterRender(const RenderOutcome& outcome, bool image_deleted) {
   const bool to_be_moved = !m_delivered && !image_deleted;
   m_delivered = true;  // or said why not
   if (to_be_moved) m_output.commit();
+  // A burn that deletes the pair knows nothing of the third file.
+  if (image_deleted && !m_output.portableSheet().empty()) {
+    std::error_code ignored;
+    std::filesystem::remove(m_output.portableSheet(), ignored);
+  }
 }
 
 void Delivery::look(double image_seconds) {
@@ -35,6 +40,7 @@ void Delivery::look(double image_seconds) {
                      static_cast<int>(m_plan.tracks.size()));
   m_files = {readCueText(m_output.workingSheet()), fs::file_size(m_output.workingSheet()),
              fs::file_size(m_output.workingImage())};
+  m_on_whole();
   m_whole = true;
 }
 

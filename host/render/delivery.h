@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <utility>
 
 #include "host/render/cue_text.h"
 #include "host/render/output_pair.h"
@@ -21,8 +23,10 @@ struct FinishedFiles {
 /// then whatever becomes of the burn and of this process.
 class Delivery {
  public:
-  /// Both must outlive the object.
-  Delivery(OutputPair& output, const TrackPlan& plan) : m_output(output), m_plan(plan) {}
+  /// All must outlive the object. `whole` is called when the files are whole and still in their
+  /// working place; what it adds goes along.
+  Delivery(OutputPair& output, const TrackPlan& plan, std::function<void()> whole)
+      : m_output(output), m_plan(plan), m_on_whole(std::move(whole)) {}
   /// A render that broke off in its burn: what was complete stays.
   ~Delivery();
   Delivery(const Delivery&) = delete;
@@ -40,6 +44,7 @@ class Delivery {
 
   OutputPair& m_output;
   const TrackPlan& m_plan;
+  const std::function<void()> m_on_whole;
   FinishedFiles m_files;
   bool m_whole = false;
   bool m_delivered = false;

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "host/render/album.h"
 #include "host/render/burn_session.h"
@@ -14,6 +15,7 @@
 #include "host/render/module_library.h"
 #include "host/render/options.h"
 #include "host/render/output_pair.h"
+#include "host/render/portable_sheet.h"
 #include "host/render/preflight.h"
 #include "host/render/renderer.h"
 #include "host/render/report.h"
@@ -80,7 +82,7 @@ int burnStatus(const BurnResult& burn, const std::string& image) {
 }
 
 int run(const Options& options) {
-  OutputPair output(options.output, options.force, inputFiles(options));
+  OutputPair output(options.output, options.force, inputFiles(options), options.portable_cue);
   const ModuleLibrary module(options.module.empty() ? defaultModulePath() : options.module);
   const Album album = layOutAlbum(options);
   const SinkConfig config = sinkConfig(options);
@@ -88,7 +90,10 @@ int run(const Options& options) {
   const std::vector<std::string> warnings = checked(config, album, plan);
   printWarnings(options, warnings);
 
-  Delivery delivery(output, plan);
+  std::optional<PortableSheet> portable;
+  Delivery delivery(output, plan, [&] {
+    if (options.portable_cue) portable = makePortableSheet(output, plan, !options.quiet);
+  });
   std::unique_ptr<BurnSession> burn;
   if (options.burn.wanted) {
     burn = std::make_unique<BurnSession>(options, output.workingSheet(),
@@ -101,9 +106,12 @@ int run(const Options& options) {
   delivery.afterRender(outcome, burned && burned->image_deleted);
 
   const FinishedFiles& files = delivery.files();
-  tell(options, {album, plan, files.sheet, outcome, output.sheet(), output.image(),
-                 files.sheet_bytes, files.image_bytes, warnings, burned});
-  return burned ? burnStatus(*burned, output.image()) : 0;
+  tell(options,
+       {album, plan, files.sheet, outcome, output.sheet(), output.image(), files.sheet_bytes,
+        files.image_bytes, warnings, burned, portable ? &*portable : nullptr});
+  const int status = portable ? portableStatus(*portable) : 0;
+  const int burn_status = burned ? burnStatus(*burned, output.image()) : 0;
+  return burn_status != 0 ? burn_status : status;
 }
 
 int fail(const Options& options, const std::string& sentence, int status) {

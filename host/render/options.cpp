@@ -57,6 +57,8 @@ void addInputsAndOutput(CLI::App& app, Options& options) {
                         "list the recorders and what is in them, and do nothing else")
       ->trigger_on_parse()
       ->group("Burn");
+  app.add_flag("--portable-cue", options.portable_cue,
+               "also write ALBUM.portable.cue, a sheet for other readers, and check both");
 }
 
 void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {

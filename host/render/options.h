@@ -46,6 +46,7 @@ struct Options {
 
   BurnOptions burn;
   bool list_drives = false;  ///< and nothing else
+  bool portable_cue = false;
 };
 
 /// The command line's options, unless there is nothing to do but leave: help or the version was

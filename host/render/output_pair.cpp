@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <system_error>
 #include <utility>
 
@@ -94,13 +95,23 @@ class Placement {
   bool m_has_backup = false;
 };
 
+/// False when one of the files could not be taken back.
+bool takeBack(std::deque<Placement>& placed) {
+  bool all = true;
+  for (auto placement = placed.rbegin(); placement != placed.rend(); ++placement) {
+    all = placement->takeBack() && all;
+  }
+  return all;
+}
+
 }  // namespace
 
 OutputPair::OutputPair(const std::string& output, bool force,
-                       const std::vector<std::string>& inputs)
+                       const std::vector<std::string>& inputs, bool portable)
     : m_sheet(sheetPath(output)), m_force(force) {
   m_image = m_sheet;
   m_image.replace_extension(".bin");
+  if (portable) m_portable = fs::path(m_sheet).replace_extension(".portable.cue");
   checkName();
   checkTargets(inputs);
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
@@ -134,6 +145,12 @@ void OutputPair::checkName() const {
   }
 }
 
+std::vector<fs::path> OutputPair::targets() const {
+  std::vector<fs::path> all{m_sheet, m_image};
+  if (!m_portable.empty()) all.push_back(m_portable);
+  return all;
+}
+
 void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::error_code error;
@@ -141,7 +158,7 @@ void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
     throw RenderError("there is no folder " + quoted(parent) +
                       " to write to; make it, or choose another with -o");
   }
-  for (const fs::path& target : {m_sheet, m_image}) {
+  for (const fs::path& target : targets()) {
     for (const std::string& input : inputs) {
       if (sameFile(target, input)) {
         throw RenderError("the output " + quoted(target) +
@@ -153,7 +170,7 @@ void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
 }
 
 void OutputPair::checkOld() const {
-  for (const fs::path& target : {m_sheet, m_image}) {
+  for (const fs::path& target : targets()) {
     std::error_code error;
     if (!fs::exists(fs::symlink_status(target, error))) continue;
     if (fs::is_directory(target, error)) {
@@ -179,15 +196,22 @@ void OutputPair::commit() {
   const fs::path old_folder = m_folder / "replaced";
   std::error_code error;
   if (!fs::create_directory(old_folder, error)) throw cannotPlace(m_sheet, error);
-  Placement image(workingImage(), m_image, old_folder / m_image.filename(), m_force);
+  std::vector<std::pair<fs::path, fs::path>> files = {{workingImage(), m_image},
+                                                      {workingSheet(), m_sheet}};
+  const bool has_portable = !m_portable.empty() && fs::exists(workingPortableSheet());
+  if (has_portable) files.emplace_back(workingPortableSheet(), m_portable);
+  std::deque<Placement> placed;
   try {
-    const Placement sheet(workingSheet(), m_sheet, old_folder / m_sheet.filename(), m_force);
+    for (const auto& [made, target] : files) {
+      placed.emplace_back(made, target, old_folder / target.filename(), m_force);
+    }
   } catch (const RenderError& failure) {
-    if (image.takeBack()) throw;
+    if (takeBack(placed)) throw;
     const fs::path kept = std::exchange(m_folder, fs::path());
-    throw RenderError(std::string(failure.what()) + "; the old image is kept in " +
+    throw RenderError(std::string(failure.what()) + "; the old files are kept in " +
                       quoted(kept / "replaced"));
   }
+  if (!m_portable.empty() && !has_portable) fs::remove(m_portable, error);
 }
 
 bool OutputPair::commitAndKeepWorkingNames() {

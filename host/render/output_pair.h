@@ -7,15 +7,17 @@
 
 namespace velmor::render {
 
-/// The two files of a render. Until `commit` they lie in a folder of their own beside the target,
-/// which goes with the object, so that nothing half-written is ever seen and an old pair stays
-/// whole.
+/// The two files of a render, and the portable sheet when one is wanted. Until `commit` they lie in
+/// a folder of their own beside the target, which goes with the object, so that nothing
+/// half-written is ever seen and an old pair stays whole.
 class OutputPair {
  public:
   /// `output`: what the person named, with or without ".cue". Throws `RenderError` when the pair
   /// cannot go there: a missing or read-only folder, a name that a sheet cannot hold, an input in
-  /// the way, an existing pair without `force`, or one that another program holds.
-  OutputPair(const std::string& output, bool force, const std::vector<std::string>& inputs);
+  /// the way, an existing pair without `force`, or one that another program holds. With `portable`
+  /// the same is true of a third file, the portable sheet.
+  OutputPair(const std::string& output, bool force, const std::vector<std::string>& inputs,
+             bool portable = false);
   ~OutputPair();
   OutputPair(const OutputPair&) = delete;
   OutputPair& operator=(const OutputPair&) = delete;
@@ -23,12 +25,15 @@ class OutputPair {
   /// Where the pair is being made.
   std::string workingSheet() const { return (m_folder / m_sheet.filename()).string(); }
   std::string workingImage() const { return (m_folder / m_image.filename()).string(); }
+  std::string workingPortableSheet() const { return (m_folder / m_portable.filename()).string(); }
   /// Where it will be.
   std::string sheet() const { return m_sheet.string(); }
   std::string image() const { return m_image.string(); }
+  std::string portableSheet() const { return m_portable.string(); }
 
-  /// Puts the pair into its place; throws `RenderError`, with everything as it was, when that
-  /// fails, or when a pair has come there meanwhile that may not be replaced.
+  /// Puts the pair into its place, and the portable sheet if it was made; an older one goes in any
+  /// case, since its image does. Throws `RenderError`, with everything as it was, when that fails,
+  /// or when a file has come there meanwhile that may not be replaced.
   void commit();
   /// The same for files that go on being used under their working names, as a burn does: those stay
   /// good for as long as this object lives, for deleting too. False, with nothing done, where the
@@ -37,11 +42,13 @@ class OutputPair {
 
  private:
   void checkName() const;
+  std::vector<std::filesystem::path> targets() const;
   void checkTargets(const std::vector<std::string>& inputs) const;
   void checkOld() const;
 
   std::filesystem::path m_sheet;
   std::filesystem::path m_image;
+  std::filesystem::path m_portable;  ///< empty when none is wanted
   bool m_force;
   std::filesystem::path m_folder;  ///< the working one
 };

@@ -88,6 +88,7 @@ void printReport(const Report& report) {
            clockTime(secondsOf(report.outcome.clipping.first_frame)).c_str());
   }
   if (report.burn) printBurn(*report.burn);
+  if (report.portable) printPortableSheet(*report.portable);
 }
 
 void printJsonReport(const Report& report) {
@@ -122,6 +123,7 @@ void printJsonReport(const Report& report) {
                {"clipped", clipped},
                {"warnings", report.warnings}};
   if (report.burn) json["burn"] = burnJson(*report.burn);
+  if (report.portable) json["portable_sheet"] = Json::parse(portableSheetJson(*report.portable));
   printf("%s\n", dumped(json).c_str());
 }
 

@@ -8,6 +8,7 @@
 #include "host/render/album.h"
 #include "host/render/burn_desk.h"
 #include "host/render/cue_text.h"
+#include "host/render/portable_sheet.h"
 #include "host/render/renderer.h"
 #include "host/render/track_plan.h"
 
@@ -24,7 +25,8 @@ struct Report {
   uint64_t sheet_bytes = 0;
   uint64_t image_bytes = 0;
   std::vector<std::string> warnings;
-  const BurnResult* burn = nullptr;  ///< null when nothing was to be burned
+  const BurnResult* burn = nullptr;         ///< null when nothing was to be burned
+  const PortableSheet* portable = nullptr;  ///< null when none was wanted
 };
 
 /// The track list, the files and what is worth knowing, for people.

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <nlohmann/json.hpp>
 
@@ -97,6 +98,28 @@ TEST_F(ProgramTest, SaysWhyNoSecondSheetCanBeMade) {
   EXPECT_EQ(result.status, 1);
   EXPECT_THAT(result.all, HasSubstr("No second sheet can be made"));
   EXPECT_FALSE(std::filesystem::exists(folder_ / "p.cue"));
+}
+
+TEST_F(ProgramTest, SaysInAFewLinesThatAnImageIsNoSheet) {
+  const ProcessResult result = run({"image.bin"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(result.out, HasSubstr("[no-tracks]"));
+  EXPECT_THAT(result.out, testing::Not(HasSubstr("unknown-command")));
+}
+
+TEST_F(ProgramTest, DoesNotWaitForAPipeThatNobodyWritesTo) {
+  ASSERT_EQ(::mkfifo((folder_ / "pipe.cue").c_str(), 0600), 0);
+  const ProcessResult result = run({"pipe.cue"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.all, HasSubstr("'pipe.cue' is no regular file"));
+}
+
+TEST_F(ProgramTest, CountsWhatItLeavesOutBehindTheLinesThatItShows) {
+  std::string sheet = readFile(folder_ / "image.cue");
+  for (int i = 0; i < 60; ++i) sheet += "NONSENSE\r\n";
+  writeFile(folder_ / "image.cue", sheet);
+  EXPECT_THAT(run({"image.cue"}).out,
+              HasSubstr("line 54 [unknown-command] 10 more of this kind are left out"));
 }
 
 TEST_F(ProgramTest, DrawsNoProgressBarIntoAPipe) {

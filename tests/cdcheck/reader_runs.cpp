@@ -206,14 +206,28 @@ LoadedDisc runMetaflac(const SheetOnDisk& s) {
   return disc;
 }
 
+/// Of a link, whose other names keep all.
+void keepTwoSeconds(const fs::path& image) {
+  std::string start(size_t{150} * 2352, '\0');
+  std::ifstream in(image, std::ios::binary);
+  in.read(start.data(), static_cast<std::streamsize>(start.size()));
+  start.resize(static_cast<size_t>(in.gcount()));
+  fs::remove(image);
+  writeFile(image, start);
+}
+
 LoadedDisc runMpv(const SheetOnDisk& s) {
   std::ofstream(s.folder + "/chapters.lua")
       << "mp.register_event('file-loaded', function()\n"
          "  print('CHAPTERS ' .. require('mp.utils').format_json("
          "mp.get_property_native('chapter-list')))\n"
          "  mp.command('quit')\nend)\n";
+  // Most of its time goes into guessing a format from megabytes of raw samples, in vain; the
+  // chapters come from the sheet, so that two seconds of image do.
+  keepTwoSeconds(fs::path(s.folder) / s.image);
   const ProcessResult run = runProcess(
-      {"mpv", "--no-config", "--ao=null", "--vo=null", "--pause", "--script=chapters.lua", s.sheet},
+      {"mpv", "--no-config", "--ao=null", "--vo=null", "--pause", "--ytdl=no", "--osc=no",
+       "--load-stats-overlay=no", "--load-auto-profiles=no", "--script=chapters.lua", s.sheet},
       s.folder);
   const auto json = column(run.all, "CHAPTERS (\\[[^\n]*\\])");
   LoadedDisc disc = loadedWhere(!json.empty(), run);
@@ -252,21 +266,9 @@ LoadedDisc runBchunk(const SheetOnDisk& s) {
 }
 
 void writeWave(const SheetOnDisk& s, const std::string& to) {
-  std::ifstream in(s.folder + '/' + s.image, std::ios::binary);
-  std::ofstream out(to, std::ios::binary);
-  const auto bytes = static_cast<uint32_t>(fs::file_size(s.folder + '/' + s.image));
-  const auto put = [&](uint32_t value, int width) {
-    for (int i = 0; i < width; ++i) out.put(static_cast<char>(value >> 8 * i));
-  };
-  out << "RIFF";
-  put(bytes + 36, 4);
-  out << "WAVEfmt ";
-  for (const auto& [value, width] : std::vector<std::pair<uint32_t, int>>{
-           {16, 4}, {1, 2}, {2, 2}, {44100, 4}, {176400, 4}, {4, 2}, {16, 2}})
-    put(value, width);
-  out << "data";
-  put(bytes, 4);
-  out << in.rdbuf();
+  const fs::path image = fs::path(s.folder) / s.image;
+  std::ifstream in(image, std::ios::binary);
+  std::ofstream(to, std::ios::binary) << waveHeader(fs::file_size(image)) << in.rdbuf();
 }
 
 LoadedDisc runShnsplit(const SheetOnDisk& s) {
@@ -350,15 +352,21 @@ const std::vector<ReaderRun>& readerRuns() {
 
 std::vector<Asked> askReaders(const std::function<SheetOnDisk(const fs::path&)>& prepare,
                               const std::vector<Reader>& leaveOut) {
+  const TemporaryFolder prepared;
+  const SheetOnDisk disk = prepare(prepared.path());
   std::vector<std::future<Asked>> running;
   for (const ReaderRun& run : readerRuns()) {
     if (!run.installed() ||
         std::find(leaveOut.begin(), leaveOut.end(), run.reader) != leaveOut.end())
       continue;
-    running.push_back(std::async(std::launch::async, [&run, &prepare] {
-      const TemporaryFolder folder;
-      return Asked{run.reader, run.load(prepare(folder.path()))};
-    }));
+    running.push_back(
+        std::async(std::launch::async, [&run, &prepared, mine = SheetOnDisk(disk)]() mutable {
+          const TemporaryFolder folder;
+          for (const auto& entry : fs::directory_iterator(prepared.path()))
+            fs::create_hard_link(entry, folder.path() / entry.path().filename());
+          mine.folder = folder.path().string();
+          return Asked{run.reader, run.load(mine)};
+        }));
   }
   std::vector<Asked> asked;
   asked.reserve(running.size());

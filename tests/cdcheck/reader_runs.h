@@ -44,8 +44,8 @@ struct Asked {
   LoadedDisc loaded;
 };
 
-/// Asks all installed readers but those of `leaveOut` at once, each in a folder of its own that
-/// `prepare` fills.
+/// Asks all installed readers but those of `leaveOut` at once, each in a folder of its own with
+/// links to the files that `prepare` made.
 std::vector<Asked> askReaders(
     const std::function<SheetOnDisk(const std::filesystem::path&)>& prepare,
     const std::vector<Reader>& leaveOut = {});

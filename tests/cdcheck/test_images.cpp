@@ -59,6 +59,26 @@ std::string TestImage::bytes() const {
   return {reinterpret_cast<const char*>(samples_.data()), samples_.size() * 2};
 }
 
+std::string waveHeader(uintmax_t bytes) {
+  const auto size = static_cast<uint32_t>(bytes);
+  std::string header = "RIFF";
+  const auto put = [&header](uint32_t value, int width) {
+    for (int i = 0; i < width; ++i) header += static_cast<char>(value >> 8 * i);
+  };
+  put(size + 36, 4);
+  header += "WAVEfmt ";
+  put(16, 4);
+  put(1, 2);  // PCM
+  put(2, 2);
+  put(44100, 4);
+  put(176400, 4);
+  put(4, 2);
+  put(16, 2);
+  header += "data";
+  put(size, 4);
+  return header;
+}
+
 void TestImage::write(const fs::path& path) const {
   writeFile(path, bytes());
 }

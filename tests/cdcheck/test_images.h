@@ -44,6 +44,9 @@ class TestImage {
   std::vector<int16_t> samples_;
 };
 
+/// What makes a WAVE file of so many bytes of 16-bit stereo samples when it stands before them.
+std::string waveHeader(uintmax_t bytes);
+
 /// Digital silence that takes no room on the disk.
 void writeSparse(const std::filesystem::path& path, int64_t bytes);
 

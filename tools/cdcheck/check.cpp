@@ -17,6 +17,10 @@ std::string readSheet(const std::filesystem::path& path) {
   std::error_code error;
   if (std::filesystem::is_directory(path, error))
     throw CheckError(name + " is a folder; name the cue sheet in it.");
+  // A pipe without a writer would be waited for without end.
+  const auto kind = std::filesystem::status(path, error).type();
+  if (kind != std::filesystem::file_type::regular && kind != std::filesystem::file_type::not_found)
+    throw CheckError(name + " is no regular file; name the cue sheet.");
   std::ifstream in(path, std::ios::binary);
   if (!in)
     throw CheckError("The sheet " + name +
@@ -43,6 +47,16 @@ void scanImages(Disc& disc, const CheckOptions& options) {
   }
 }
 
+/// What is no text and has no track is no sheet; what its lines lack helps nobody.
+void keepErrorsOfNoSheet(std::vector<Finding>& findings) {
+  const auto says = [&findings](std::string_view rule) {
+    return std::any_of(findings.begin(), findings.end(),
+                       [rule](const Finding& f) { return f.rule == rule; });
+  };
+  if (says("not-a-text") && says("no-tracks"))
+    std::erase_if(findings, [](const Finding& f) { return f.severity != Severity::error; });
+}
+
 }  // namespace
 
 int Report::count(Severity severity) const {
@@ -65,6 +79,7 @@ Report check(const std::filesystem::path& sheet, const CheckOptions& options) {
        {checkSyntax, checkTexts, checkCodes, checkLayout, checkImages, checkAudio})
     group(report.disc, findings);
   report.findings = std::move(findings).sorted();
+  keepErrorsOfNoSheet(report.findings);
   return report;
 }
 

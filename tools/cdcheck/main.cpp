@@ -138,7 +138,9 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
     return run(arguments);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kUsage;
+    if (error.get_exit_code() == 0) return app.exit(error);
+    std::cerr << "velmor-cdcheck: " << error.what() << "; --help lists the options\n";
+    return kUsage;
   } catch (const std::exception& error) {
     std::cerr << "velmor-cdcheck: " << error.what() << '\n';
     return kUsage;

@@ -21,9 +21,15 @@ class ClipFinder {
   explicit ClipFinder(AudioMap& map) : map_(map) {}
 
   void readSector(const int16_t* samples, int64_t firstFrame) {
-    for (int64_t i = 0; i < kSectorFrames; ++i)
-      for (size_t channel = 0; channel < 2; ++channel)
-        readSample(runs_[channel], samples[2 * i + static_cast<int64_t>(channel)], firstFrame + i);
+    if (holdsPair(samples, INT16_MAX) || holdsPair(samples, INT16_MIN)) {
+      for (int64_t i = 0; i < kSectorFrames; ++i) readFrame(samples + 2 * i, firstFrame + i);
+      return;
+    }
+    // Nothing runs but what comes from the sector before, or goes on into the next one.
+    readFrame(samples, firstFrame);
+    closeAll();
+    const int64_t last = kSectorFrames - 1;
+    readFrame(samples + 2 * last, firstFrame + last);
   }
 
   /// A sector below full scale, or the end: what was running has ended.
@@ -36,6 +42,11 @@ class ClipFinder {
     ClippedRun run;
     int16_t level = 0;
   };
+
+  void readFrame(const int16_t* samples, int64_t frame) {
+    readSample(runs_[0], samples[0], frame);
+    readSample(runs_[1], samples[1], frame);
+  }
 
   void readSample(Running& r, int16_t sample, int64_t frame) {
     const bool full = sample == INT16_MAX || sample == INT16_MIN;

@@ -66,6 +66,7 @@ ImageFile::ImageFile(ImageFile&& other) noexcept
     : path_(std::move(other.path_)),
       descriptor_(std::exchange(other.descriptor_, -1)),
       exists_(other.exists_),
+      mislabelled_(other.mislabelled_),
       form_(other.form_),
       bytes_(other.bytes_),
       dataOffset_(other.dataOffset_),
@@ -90,9 +91,10 @@ void ImageFile::locateSamples(std::string_view type) {
 
 void ImageFile::locateInWave() {
   std::array<unsigned char, 16> head{};
-  if (readBytes(0, head.data(), 12) < 12 || !named(head.data(), "RIFF") ||
-      !named(head.data() + 8, "WAVE"))
-    return;
+  const bool whole = readBytes(0, head.data(), 12) == 12;
+  mislabelled_ = !whole || !(named(head.data(), "RIFF") || named(head.data(), "RF64")) ||
+                 !named(head.data() + 8, "WAVE");
+  if (mislabelled_) return;
   bool plain = false;
   int64_t at = 12;
   for (int chunk = 0; chunk < kMostChunks; ++chunk) {
@@ -115,9 +117,10 @@ void ImageFile::locateInWave() {
 
 void ImageFile::locateInAiff() {
   std::array<unsigned char, 16> head{};
-  if (readBytes(0, head.data(), 12) < 12 || !named(head.data(), "FORM") ||
-      !named(head.data() + 8, "AIFF"))
-    return;
+  const bool whole = readBytes(0, head.data(), 12) == 12;
+  mislabelled_ = !whole || !named(head.data(), "FORM") ||
+                 !(named(head.data() + 8, "AIFF") || named(head.data() + 8, "AIFC"));
+  if (mislabelled_ || !named(head.data() + 8, "AIFF")) return;
   constexpr std::array<unsigned char, 4> k44100 = {0x40, 0x0E, 0xAC, 0x44};
   bool plain = false;
   int64_t at = 12;

@@ -30,6 +30,8 @@ class ImageFile {
   /// Why the file cannot be read or looked into, as part of a sentence; empty when it can.
   const std::string& problem() const { return problem_; }
   bool exists() const { return exists_; }
+  /// Is it named as WAVE or AIFF, and begins as neither does?
+  bool mislabelled() const { return mislabelled_; }
   SampleForm form() const { return form_; }
   bool readable() const { return form_ != SampleForm::unknown; }
   int64_t bytes() const { return bytes_; }          ///< of the whole file
@@ -48,7 +50,7 @@ class ImageFile {
 
   std::filesystem::path path_;
   int descriptor_ = -1;
-  bool exists_ = false;
+  bool exists_ = false, mislabelled_ = false;
   SampleForm form_ = SampleForm::unknown;
   int64_t bytes_ = 0, dataOffset_ = 0, dataBytes_ = 0;
   std::string problem_;

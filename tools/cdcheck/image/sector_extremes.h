@@ -1,4 +1,4 @@
-// The smallest and largest sample of a sector: all that a scan needs to know of most sectors.
+// What a scan needs to know of most sectors, found without looking at samples one by one.
 #pragma once
 
 #include <cstdint>
@@ -20,6 +20,17 @@ inline Extremes sectorExtremes(const int16_t* samples) {
     high = samples[i] > high ? samples[i] : high;
   }
   return {low, high};
+}
+
+/// Do two samples of one channel that follow each other both lie at `level`? In the same manner:
+/// loud masters touch full scale in every other sector, mostly with single samples.
+inline bool holdsPair(const int16_t* samples, int16_t level) {
+  int16_t found = 0;
+  for (int i = 0; i + 2 < kSectorFrames * 2; ++i) {
+    const bool pair = (samples[i] == level) & (samples[i + 2] == level);
+    found = static_cast<int16_t>(found | static_cast<int16_t>(pair));
+  }
+  return found != 0;
 }
 
 }  // namespace velmor::cdcheck

@@ -20,7 +20,8 @@ constexpr std::string_view kHopeless[] = {
     "too-many-tracks", "no-index-01",       "index-order",       "indices-descend",
     "index-past-end",  "bad-number",        "time-out-of-range", "minutes-over-99",
     "file-type",       "misplaced-command", "track-number",      "not-a-text",
-    "more-problems",   "too-many-files",    "file-starts-late",  "image-unreadable"};
+    "more-problems",   "too-many-files",    "file-starts-late",  "image-unreadable",
+    "not-of-its-type"};
 
 void refuseHopeless(const Report& report) {
   for (const Finding& f : report.findings) {

@@ -66,11 +66,11 @@ std::vector<Finding> Findings::sorted() && {
   for (const auto& [rule, count] : counts_) {
     if (count <= kMostOfARule) continue;
     Finding more;
-    const auto first = std::find_if(all_.begin(), all_.end(),
-                                    [rule = rule](const Finding& f) { return f.rule == rule; });
-    more.severity = first->severity;
+    const auto last = std::find_if(all_.rbegin(), all_.rend(),
+                                   [rule = rule](const Finding& f) { return f.rule == rule; });
+    more.severity = last->severity;
     more.rule = rule;
-    more.line = all_.back().line;
+    more.line = last->line;
     more.what = std::to_string(count - kMostOfARule) + " more of this kind are left out";
     more.action = "Mend those above first.";
     all_.push_back(std::move(more));

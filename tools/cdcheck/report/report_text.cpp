@@ -61,6 +61,14 @@ nlohmann::ordered_json tracksJson(const Disc& disc) {
   return list;
 }
 
+void printVerdict(const Report& report, bool strict, std::ostream& out) {
+  out << printable(report.sheet.filename().string()) << ": "
+      << (report.failed(strict) ? "not ready" : "ready") << ", "
+      << plural(report.count(Severity::error), "error") << ", "
+      << plural(report.count(Severity::warning), "warning") << ", "
+      << plural(report.count(Severity::note), "note") << '\n';
+}
+
 }  // namespace
 
 std::string readerList(const std::vector<Reader>& readers) {
@@ -85,13 +93,15 @@ std::string findingLine(const Finding& f) {
   return printable(line);
 }
 
+void printErrors(const Report& report, std::ostream& out) {
+  for (const Finding& f : report.findings)
+    if (f.severity == Severity::error) out << findingLine(f) << '\n';
+  printVerdict(report, false, out);
+}
+
 void printReport(const Report& report, bool strict, std::ostream& out) {
   for (const Finding& f : report.findings) out << findingLine(f) << '\n';
-  out << printable(report.sheet.filename().string()) << ": "
-      << (report.failed(strict) ? "not ready" : "ready") << ", "
-      << plural(report.count(Severity::error), "error") << ", "
-      << plural(report.count(Severity::warning), "warning") << ", "
-      << plural(report.count(Severity::note), "note") << '\n';
+  printVerdict(report, strict, out);
 }
 
 void printJson(const Report& report, bool strict, const std::vector<std::string>& changes,

@@ -16,6 +16,8 @@ std::string readerList(const std::vector<Reader>& readers);
 /// One line: severity, line, track, rule, what, who, what to do. Control characters and bytes that
 /// are no UTF-8 are shown as '?'.
 std::string findingLine(const Finding& finding);
+/// One line per error only, then the verdict.
+void printErrors(const Report& report, std::ostream& out);
 /// One line per finding, then the verdict.
 void printReport(const Report& report, bool strict, std::ostream& out);
 /// What `--json` prints: one object, and a line end. `changes` are those of a second sheet.

@@ -18,13 +18,20 @@ std::string shown(const ImageFile& image) {
 void checkFile(const File& file, const ImageFile& image, Findings& findings) {
   const Place place{file.name.line, 0};
   if (std::find(kTypes.begin(), kTypes.end(), file.type) == kTypes.end())
-    findings.add(Severity::error, "file-type", place,
-                 "FILE has the type '" + file.type.substr(0, 40) + "'",
-                 "It is one of BINARY, MOTOROLA, WAVE, AIFF, MP3.", kSheetRules);
+    findings.add(
+        Severity::error, "file-type", place, "FILE has the type '" + file.type.substr(0, 40) + "'",
+        "It is one of BINARY, MOTOROLA, WAVE, AIFF, MP3: decode other audio to one of them.",
+        kSheetRules);
   if (!image.exists()) {
     findings.add(Severity::error, "image-missing", place,
                  shown(image) + " cannot be opened: " + image.problem(),
                  "Put it beside the sheet under the name that FILE gives.");
+    return;
+  }
+  if (image.mislabelled()) {
+    findings.add(
+        Severity::error, "not-of-its-type", place, shown(image) + " is no " + file.type + " file",
+        "Where it holds raw samples write BINARY, or MOTOROLA for big-endian ones.", kSheetRules);
     return;
   }
   if (!image.problem().empty()) {
