@@ -37,6 +37,7 @@ void BurnDesk::dialog_opened(windowing::OpenDialog& dialog) {
   dialog.set_checked(kDelete, false);
   dialog.set_checked(kEject, m_options.eject);
   m_image_is_there();
+  m_result.has_begun = true;
 }
 
 bool BurnDesk::use_dialog(windowing::OpenDialog& dialog) {

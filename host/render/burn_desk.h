@@ -14,10 +14,11 @@ namespace velmor::render {
 
 /// What came of the burns of one image.
 struct BurnResult {
-  std::string drive;      ///< as the dialog names it
-  int written = 0;        ///< good discs
-  bool tested = false;    ///< a test write went well
-  bool compared = false;  ///< the last disc was read back and equals the image
+  bool has_begun = false;  ///< the dialog came up; what failed from there on has been told
+  std::string drive;       ///< as the dialog names it
+  int written = 0;         ///< good discs
+  bool tested = false;     ///< a test write went well
+  bool compared = false;   ///< the last disc was read back and equals the image
   bool image_deleted = false;
   bool interrupted = false;
   std::string disc_state;  ///< of the last disc, in words

@@ -78,6 +78,7 @@ int burnStatus(const BurnResult& burn, const std::string& image) {
     printError("interrupted; the image is complete: " + image);
     return interruptedStatus();
   }
+  if (!burn.has_begun) printError(burn.failure + "; use the module that came with this program");
   return burn.failure.empty() ? 0 : 1;
 }
 

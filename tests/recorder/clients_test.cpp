@@ -6,35 +6,13 @@
 #include <chrono>
 
 #include "tests/recorder/recorder_directory.h"
+#include "tests/recorder/wave_file.h"
 
 namespace velmor::recorder {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-
-void append(std::string& bytes, uint32_t value, int size) {
-  for (int i = 0; i < size; ++i) {
-    bytes += static_cast<char>(value >> 8 * i);
-  }
-}
-
-std::string wave(const std::string& audio) {
-  const auto size = static_cast<uint32_t>(audio.size());
-  std::string file = "RIFF";
-  append(file, size + 36, 4);
-  file += "WAVEfmt ";
-  append(file, 16, 4);
-  append(file, 1, 2);
-  append(file, 2, 2);
-  append(file, 44100, 4);
-  append(file, 44100 * 4, 4);
-  append(file, 4, 2);
-  append(file, 16, 2);
-  file += "data";
-  append(file, size, 4);
-  return file + audio;
-}
 
 class Clients : public TwoDrives {
  protected:
