@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "host/render/codes.h"
+#include "host/render/disc_time.h"
 #include "host/render/failure.h"
 #include "host/render/host_project.h"
 #include "host/render/input/mark_parsing.h"
@@ -153,9 +154,10 @@ void readIsrcs(const RawOptions& raw, Options& options) {
     const auto [stop, error] = std::from_chars(number_text.data(), end, number);
     if (error != std::errc() || stop != end || number < 1 ||
         number > static_cast<int>(options.inputs.size())) {
-      throw UsageError("--isrc \"" + text + "\" names input " + number_text +
-                       ", but there are only " + std::to_string(options.inputs.size()) +
-                       "; inputs count from 1");
+      std::string sentence = "--isrc \"" + text;
+      sentence.append("\" names input ").append(number_text).append(", but the album has ");
+      sentence += counted(static_cast<int64_t>(options.inputs.size()), "input");
+      throw UsageError(sentence.append(", counted from 1"));
     }
     const auto code = normalisedIsrc(code_text);
     if (!code) {

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
+#include <nlohmann/json.hpp>
+
 #include "tests/render/audio_files.h"
 #include "tests/render/program.h"
 
@@ -71,6 +73,36 @@ TEST(Inputs, OfAnyKindAreLaidEndToEnd) {
   EXPECT_THAT(ended.out, HasSubstr("three.aiff: the first two of 6 channels are used"));
   EXPECT_THAT(readFile(folder / "album.cue"),
               HasSubstr("TITLE \"three\"\r\n    INDEX 01 00:11:00"));
+}
+
+TEST(Inputs, AnAlbumOfTenFilesIsTheirSamplesWithSilenceBetween) {
+  const Scratch folder;
+  const int formats[] = {SF_FORMAT_WAV, SF_FORMAT_FLAC, SF_FORMAT_AIFF, SF_FORMAT_W64,
+                         SF_FORMAT_CAF};
+  std::vector<std::string> arguments;
+  std::vector<int16_t> disc(44100 * 2 * 2);
+  std::string starts;
+  for (int i = 0; i < 10; ++i) {
+    const std::string path = folder / ("song" + std::to_string(i));
+    const std::vector<int16_t> samples = noise(44100 * (4 + i), 2, static_cast<unsigned>(i) + 1);
+    ASSERT_TRUE(writeAudio(path, formats[i % 5] | SF_FORMAT_PCM_16, 44100, 2, samples));
+    arguments.push_back(path);
+    starts += std::to_string(disc.size() / 2 / 44100) + " ";
+    disc.insert(disc.end(), samples.begin(), samples.end());
+    if (i < 9) disc.insert(disc.end(), 44100 * 2 * 2, 0);
+  }
+  arguments.insert(arguments.end(), {"--disc-leadin", "2000", "--track-leadin", "2000", "--json",
+                                     "-o", folder / "album"});
+  const Ended ended = render(arguments);
+  ASSERT_EQ(ended.status, 0) << ended.err;
+  EXPECT_EQ(ended.err, "");
+  EXPECT_TRUE(readFile(folder / "album.bin") == asImage(disc));
+  std::string told;
+  const nlohmann::json album = nlohmann::json::parse(ended.out);
+  for (const nlohmann::json& track : album["tracks"]) {
+    told += std::to_string(track["start_sector"].get<int>() / 75) + " ";
+  }
+  EXPECT_EQ(told, starts);
 }
 
 TEST(Inputs, AMonoSourceIsOnBothChannels) {
