@@ -21,4 +21,13 @@ for preset in release sanitize; do
   say "Tests: $preset"
   ctest --preset "$preset" -j "$(nproc)" ${1:+-R "$1"} --output-on-failure
 done
+if [ $# -eq 0 ]; then
+  say "Fuzzing for a minute"
+  bash scripts/fuzz.sh --seconds 60 >build/fuzz.log 2>&1 || {
+    tail -n 60 build/fuzz.log >&2
+    fail "fuzzing found the above; the whole report is build/fuzz.log"
+  }
+  tail -n 1 build/fuzz.log
+fi
+
 say "All of it took $(((SECONDS - started) / 60)) min $(((SECONDS - started) % 60)) s after setup"
