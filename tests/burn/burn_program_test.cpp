@@ -16,7 +16,7 @@ using velmor::recorder::Settings;
 class BurnProgram : public BurnProgramCase {};
 
 TEST_F(BurnProgram, TheDiscIsTheImageAndItsTracksBeginWhereTheRenderPutThem) {
-  ASSERT_EQ(Render(std::string(kAlbum) + "--drive 1 --json --disc-leadin 2013 --track-leadin 1007"),
+  ASSERT_EQ(Render(std::string(kAlbum) + "--drive 1 --json --disc-leadin 2010 --track-leadin 1000"),
             0)
       << said;
   EXPECT_TRUE(burned(1) == Image());
@@ -33,6 +33,17 @@ TEST_F(BurnProgram, TheDiscIsTheImageAndItsTracksBeginWhereTheRenderPutThem) {
   EXPECT_THAT(said, testing::EndsWith("velmor-render: Burning to VELMOR TEST DRIVE 2\n"
                                       "velmor-render: The CD-R is written and closed.\n"));
   EXPECT_THAT(Ini(), AllOf(HasSubstr("drive=1"), HasSubstr("deletefiles=0"), HasSubstr("eject=0")));
+}
+
+TEST_F(BurnProgram, ALeadInOfOddBytesPutsTheCutASectorBeforeTheAudio) {
+  // The render counts whole frames of each silence only, and the burn cuts where its count says.
+  ASSERT_EQ(Render(std::string(kAlbum) + "--drive 1 --json --disc-leadin 2013 --track-leadin 1007"),
+            0)
+      << said;
+  const Json report = Json::parse(printed);
+  EXPECT_TRUE(burned(1) == Image());
+  EXPECT_THAT(Starts(1), ElementsAre(0, report["tracks"][1]["start_sector"].get<int>() - 1,
+                                     report["tracks"][2]["start_sector"].get<int>() - 1));
 }
 
 TEST_F(BurnProgram, NothingOfTheWorkIsLeftBesideThePair) {
