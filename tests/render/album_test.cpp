@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
 
 #include "host/render/failure.h"
@@ -26,7 +27,7 @@ InputInfo input(const std::string& path, double seconds, const Tags& tags = {},
   info.rate = 44100;
   info.channels = 2;
   info.bits = 16;
-  info.frames = static_cast<int64_t>(seconds * kSecond + 0.5);
+  info.frames = std::llround(seconds * kSecond);
   info.tags = tags;
   info.marks = std::move(marks);
   return info;
@@ -53,6 +54,7 @@ std::string shown(const Mark& mark) {
 
 std::vector<std::string> shown(const std::vector<Mark>& marks) {
   std::vector<std::string> texts;
+  texts.reserve(marks.size());
   for (const Mark& mark : marks) texts.push_back(shown(mark));
   return texts;
 }

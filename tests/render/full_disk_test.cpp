@@ -26,11 +26,11 @@ class FullDisk : public testing::Test {
   std::optional<Ended> renderOnDiskOf(const std::string& size,
                                       const std::string& before = "true") const {
     const std::string mount = "mount -t tmpfs -o size=" + size + " tmpfs \"$1\"";
+    const std::string program = VELMOR_BINARY_DIR "/velmor-render";
     const std::vector<std::string> room = {"-Urm", "sh", "-c"};
     const auto inRoom = [&](const std::string& script) {
       std::vector<std::string> arguments = room;
-      arguments.insert(arguments.end(),
-                       {script, "sh", disk, VELMOR_BINARY_DIR "/velmor-render", input});
+      arguments.insert(arguments.end(), {script, "sh", disk, program, input});
       return run("unshare", arguments);
     };
     if (inRoom(mount).status != 0) return {};

@@ -21,9 +21,9 @@ class Refusal : public testing::Test {
  protected:
   void SetUp() override { writeWav(input, 6); }
   /// The refusal's sentence; also sees that it is one line and that nothing was left.
-  std::string refused(std::vector<std::string> arguments, int status) {
+  std::string refused(const std::vector<std::string>& arguments, int status) {
     const std::vector<std::string> before = folder.names();
-    const Ended ended = render(std::move(arguments));
+    const Ended ended = render(arguments);
     EXPECT_EQ(ended.status, status) << ended.err;
     EXPECT_EQ(ended.err.rfind("velmor-render: ", 0), 0U) << ended.err;
     EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
