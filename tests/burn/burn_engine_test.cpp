@@ -245,7 +245,7 @@ TEST_F(Burn, AnImageThatGrewBySomeBytesEndsWithAShortRead) {
 TEST_F(Burn, AnImageThatShrankGivesWhatItStillHas) {
   AlbumAnd([this](Window& dialog) {
     std::filesystem::resize_file(File("disc.bin"), 400 * kSector + 10);
-    recorders.on_panel = [this](const DiscTrack* tracks, int) {
+    recorders.on_panel = [](const DiscTrack* tracks, int) {
       EXPECT_EQ(tracks[0].track_length, 375);
       EXPECT_EQ(tracks[1].track_length, 375);
       EXPECT_EQ(tracks[2].track_length, 401 - 750)

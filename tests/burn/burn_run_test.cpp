@@ -190,7 +190,7 @@ TEST_F(BurnWithout, TracksTheImageIsStillOpenedAndAnEmptyLayoutBurned) {
 }
 
 TEST_F(BurnWithout, AnImagePathThereIsNoImage) {
-  Open(nullptr, nullptr, nullptr, 0, [this](Window& dialog) {
+  Open(nullptr, nullptr, nullptr, 0, [](Window& dialog) {
     PressBurn(dialog);
     dialog.Control(1017)->checked = 1;  // nothing is deleted by empty paths
   });
@@ -202,7 +202,7 @@ TEST_F(BurnWithout, AnImagePathThereIsNoImage) {
 TEST_F(BurnWithout, ARecordingServiceThereIsNothingToSelect) {
   recorders.is_there = false;
   const double starts[] = {0.0};
-  Open(image.path.c_str(), nullptr, starts, 1, [this](Window& dialog) {
+  Open(image.path.c_str(), nullptr, starts, 1, [](Window& dialog) {
     EXPECT_THAT(dialog.Control(1015)->items, IsEmpty());
     PressBurn(dialog);
   });
