@@ -132,10 +132,10 @@ class AppleDiscRecording final : public DiscRecordingService {
 
   // None of these is retained: all but the delegate belong to the caller's autorelease pool, and
   // are set anew before each use.
-  NSArray* m_devices = nil;
-  DRDevice* m_described = nil;
-  NSDictionary* m_description = nil;
-  QuinloCDBurnDel* m_delegate = nil;  ///< the panel's, from the run until access is given back
+  NSArray* m_devices = nullptr;
+  DRDevice* m_described = nullptr;
+  NSDictionary* m_description = nullptr;
+  QuinloCDBurnDel* m_delegate = nullptr;  ///< the panel's, from the run until access is given back
 };
 
 // Without a constructor to run: classes of this file are not there yet when those do.
