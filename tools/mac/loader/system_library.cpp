@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <strings.h>
-#include <strings.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
 
