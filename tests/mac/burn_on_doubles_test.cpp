@@ -21,7 +21,6 @@ using doubles::TheDesk;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 using testing::Pair;
 
 constexpr int kSector = 2352;
@@ -203,8 +202,8 @@ TEST_F(Burn, TheLayoutHasRoomForItsTracksAndForOneAtLeast) {
   for (const int count : {0, 1, 3}) {
     doubles::SetDevices({Device{.name = "only"}});
     WhileBurning([count] { EXPECT_EQ(TheDesk().layout.size(), static_cast<size_t>(count)); });
-    std::vector<int> offsets;
-    for (int i = 0; i < count; ++i) offsets.push_back(i * kSector);
+    std::vector<int> offsets(static_cast<size_t>(count));
+    for (int i = 0; i < count; ++i) offsets[static_cast<size_t>(i)] = i * kSector;
     Run(offsets, 3 * kSector, false, false, 0);
     EXPECT_EQ(TheDesk().turns, 1) << "the panel is shown for " << count << " tracks";
     EXPECT_THAT(TheDesk().array_capacities,
