@@ -16,15 +16,6 @@ using LRESULT = intptr_t;
 using BOOL = int;
 using DLGPROC = LRESULT (*)(HWND, UINT, WPARAM, LPARAM);
 
-/// The windowing layer's lookup function: a layer function by name, null when it has no such
-/// function. Called with a null name it returns the layer's interface version as a pointer-wide
-/// value.
-using QuelmLookupFn = void* (*)(const char* name);
-/// What the host's provider is: called once, when the module is loaded; may return null.
-using QuelmProviderFn = QuelmLookupFn (*)();
-
-inline constexpr intptr_t kQuelmApiVersion = 256;
-
 // Messages (Win32).
 inline constexpr UINT WM_DESTROY = 0x0002;
 inline constexpr UINT WM_INITDIALOG = 0x0110;

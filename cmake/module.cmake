@@ -1,7 +1,20 @@
 # The module: its rooms as one object library (which the class tests link too), and the shared library.
 
-# The static initialisers come first on the link line: nothing of the module may run before the import.
+# The Objective-C++ files, in the order of the link line. Tests on Linux build them too.
+set(VELMOR_CD_MAC_SOURCES
+    burn/cd_burn_delegate_mac.mm
+    burn/cd_burn_source_mac.mm
+    platform/disc_recording_mac.mm
+    platform/system_log_mac.mm
+    platform/windowing_provider_mac.mm)
+
+# VELMOR_CD_PLATFORM_SOURCES, VELMOR_CD_OBJECTIVE_C_SOURCES, VELMOR_CD_KIND, velmor_link_module()
+include(cmake/module_${CMAKE_SYSTEM_NAME}.cmake)
+
+# Static initialisers run in the order of the link line: what registers the Objective-C classes, then the module's own,
+# before which nothing of the module may run, then the rest.
 set(VELMOR_CD_SOURCES
+    ${VELMOR_CD_OBJECTIVE_C_SOURCES}
     plugin/module_init.cpp
     plugin/quelm_modstub.cpp
     plugin/dialog_list.cpp
@@ -28,21 +41,11 @@ set(VELMOR_CD_SOURCES
     support/file_write.cpp
     support/heap_buf.cpp
     support/ydk_string.cpp
-    platform/disc_recording_linux.cpp
-    platform/file_system_linux.cpp
-    platform/system_log_linux.cpp
-    platform/windowing_provider_linux.cpp)
+    ${VELMOR_CD_PLATFORM_SOURCES})
 
 add_library(velmor_cd_objects OBJECT ${VELMOR_CD_SOURCES})
 target_compile_options(velmor_cd_objects PRIVATE -fvisibility=hidden -fvisibility-inlines-hidden)
 
-add_library(velmor_cd MODULE $<TARGET_OBJECTS:velmor_cd_objects>)
-set_target_properties(velmor_cd PROPERTIES
-  PREFIX "" LINKER_LANGUAGE CXX
-  LINK_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/velmor_cd.map)
-# A version script: hidden visibility alone still exports weak instances of the standard library's templates.
-target_link_options(velmor_cd PRIVATE
-  -Wl,--version-script=${CMAKE_SOURCE_DIR}/cmake/velmor_cd.map -Wl,--as-needed)
-if(NOT VELMOR_SANITIZE)
-  target_link_options(velmor_cd PRIVATE -Wl,-z,defs)
-endif()
+add_library(velmor_cd ${VELMOR_CD_KIND} $<TARGET_OBJECTS:velmor_cd_objects>)
+set_target_properties(velmor_cd PROPERTIES PREFIX "" LINKER_LANGUAGE CXX)
+velmor_link_module()

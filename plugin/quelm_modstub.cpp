@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "abi/quelm_functions.h"
+#include "abi/quelm_provider.h"
 #include "platform/system_log.h"
 #include "platform/windowing_provider.h"
 

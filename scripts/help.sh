@@ -12,6 +12,7 @@ cat <<'TEXT'
   fuzz      fuzz the renders and parsers: ./dev fuzz [MINUTES]
   lint      check format, shell scripts, man pages and clang-tidy (--all: the tests' sources too)
   format    put every source file into the project's format
+  mac       build the module for macOS into build/mac (cross-built on Linux)
   setup     install the Debian packages that are missing
   clean     remove everything that was built
 

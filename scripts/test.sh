@@ -1,11 +1,12 @@
 # shellcheck shell=bash
-# ./dev test [NAME]: sets up, builds with g++ (release) and with clang (AddressSanitizer, UndefinedBehaviorSanitizer),
-# runs all tests in both, and checks formatting and lint. NAME limits the run to the tests whose name it matches.
+# ./dev test [NAME]: sets up, builds for macOS, with g++ (release) and with clang (AddressSanitizer,
+# UndefinedBehaviorSanitizer), runs all tests in the latter two, which inspect and drive what was built for macOS, and checks formatting and lint. NAME limits the run to the tests whose name it matches.
 bash scripts/setup.sh >&2
+bash scripts/setup_mac.sh >&2
 source scripts/common.sh
 
 started=$SECONDS
-for preset in release sanitize; do
+for preset in mac release sanitize; do
   say "Build: $preset"
   configure_and_build "$preset" | tail -n 1
 done

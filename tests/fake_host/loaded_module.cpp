@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 namespace fake_host {
@@ -30,7 +31,8 @@ void* LoadedModule::Symbol(const char* name) const {
 }
 
 std::string LoadedModule::File() {
-  return VELMOR_MODULE;
+  const char* const other = std::getenv("VELMOR_TEST_MODULE");
+  return other != nullptr ? other : VELMOR_MODULE;
 }
 
 }  // namespace fake_host

@@ -22,7 +22,7 @@ class LoadedModule {
   /// A symbol of the module, or null when it exports none of that name.
   void* Symbol(const char* name) const;
 
-  /// The file the build made.
+  /// The file the build made, or what the environment names in VELMOR_TEST_MODULE.
   static std::string File();
 
  private:

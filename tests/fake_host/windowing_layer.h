@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "abi/quelm_provider.h"
 #include "abi/quelm_types.h"
 
 namespace fake_host {

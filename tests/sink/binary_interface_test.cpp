@@ -11,6 +11,7 @@
 #include "abi/disc_recording.h"
 #include "abi/host_functions.h"
 #include "abi/quelm_functions.h"
+#include "abi/quelm_provider.h"
 #include "abi/sink_registration.h"
 #include "tests/sink/expected_disc.h"
 

@@ -1,0 +1,77 @@
+// The dylib dressed as a module for Linux: loading this library loads the dylib, and its two
+// exports lead into it. So every test that drives a module through its file can drive the dylib.
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+
+#include "abi/exports.h"
+#include "tools/mac/loader/dylib_image.h"
+#include "tools/mac/loader/frameworks.h"
+#include "tools/mac/loader/objective_c.h"
+#include "tools/mac/loader/system_library.h"
+
+namespace {
+
+void* resolve(const std::string& library, const std::string& symbol) {
+  if (library.ends_with("/libSystem.B.dylib") || library.ends_with("/libc++.1.dylib")) {
+    return loader::SystemSymbol(symbol);
+  }
+  if (library.ends_with("/libobjc.A.dylib") && !symbol.starts_with("_OBJC_")) {
+    return loader::RuntimeSymbol(symbol);
+  }
+  return loader::FrameworkSymbol(symbol);
+}
+
+/// Maps the dylib when this library is loaded and lets go of it when it is unloaded.
+class DrivenModule {
+ public:
+  DrivenModule() {
+    loader::InstancesAlive();  // its count must outlive this object
+    try {
+      image_ = std::make_unique<loader::DylibImage>(VELMOR_DYLIB, &resolve);
+      image_->RunInitialisers();
+    } catch (const std::exception& error) {
+      fprintf(stderr, "cannot load the dylib: %s\n", error.what());
+      abort();
+    }
+  }
+  ~DrivenModule() {
+    if (loader::InstancesAlive() != 0) {
+      fprintf(stderr, "the dylib left %d objects behind\n", loader::InstancesAlive());
+      abort();
+    }
+  }
+
+  template <class Function>
+  Function* Export(const char* name) const {
+    void* const address = image_->Export(name);
+    if (!address) {
+      fprintf(stderr, "the dylib exports no %s\n", name);
+      abort();
+    }
+    return reinterpret_cast<Function*>(address);
+  }
+
+ private:
+  std::unique_ptr<loader::DylibImage> image_;
+};
+
+const DrivenModule& theModule() {
+  static const DrivenModule module;
+  return module;
+}
+
+__attribute__((constructor)) void loadWithThisLibrary() {
+  theModule();
+}
+
+}  // namespace
+
+int VelmorPluginEntry(HINSTANCE instance, velmor_plugin_info_t* info) {
+  return theModule().Export<decltype(VelmorPluginEntry)>("_VelmorPluginEntry")(instance, info);
+}
+
+int QUELM_dllMain() {
+  return theModule().Export<decltype(QUELM_dllMain)>("_QUELM_dllMain")();
+}

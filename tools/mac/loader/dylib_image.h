@@ -1,0 +1,42 @@
+// A Mach-O dylib in the memory of a Linux process. Both systems follow the same calling convention
+// on x86-64, so its code runs as it is.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "tools/mac/macho/mach_o_file.h"
+
+namespace loader {
+
+/// The address of a symbol another library would give; `symbol` has its leading underscore. Null:
+/// there is none, which ends the loading.
+using Resolver = std::function<void*(const std::string& library, const std::string& symbol)>;
+
+class DylibImage {
+ public:
+  /// Maps the file, moves its pointers and binds all symbols at once, the lazy ones too. Throws
+  /// `std::runtime_error` when a symbol is missing or memory runs out. Runs nothing.
+  DylibImage(const std::string& path, const Resolver& resolve);
+  ~DylibImage();
+  DylibImage(const DylibImage&) = delete;
+  DylibImage& operator=(const DylibImage&) = delete;
+
+  void RunInitialisers() const;
+  /// Null when the file exports no such symbol.
+  void* Export(const std::string& name) const;
+  bool Holds(const void* address) const;
+
+ private:
+  void Map();
+  void Rebase();
+  void Bind(const Resolver& resolve);
+  void Protect();
+  char* At(uint64_t address) const { return base_ + address; }
+
+  macho::MachOFile file_;
+  char* base_ = nullptr;  ///< where address 0 of the file is
+  size_t size_ = 0;
+};
+
+}  // namespace loader

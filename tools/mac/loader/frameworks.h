@@ -1,0 +1,14 @@
+// Toy versions of the frameworks' classes. They answer from what a Linux process offers the module
+// instead: the application's delegate gives the process's windowing provider, and recorders, burns
+// and tracks go to and come from its disc recording service.
+#pragma once
+
+#include <string>
+
+namespace loader {
+
+/// Classes, constants and functions of Cocoa and DiscRecording; null when there is none of that
+/// name.
+void* FrameworkSymbol(const std::string& symbol);
+
+}  // namespace loader

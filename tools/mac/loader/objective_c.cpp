@@ -1,0 +1,194 @@
+#include "tools/mac/loader/objective_c.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace loader {
+
+namespace {
+
+// What the compiler writes for a class of the dylib (public records of the runtime).
+struct MethodList {
+  uint32_t entry_size, count;
+  struct Method {
+    const char *name, *types;
+    void* function;
+  } methods[1];
+};
+struct ClassConstants {
+  uint32_t flags, instance_start, instance_size, reserved;
+  const void* variable_layout;
+  const char* name;
+  const MethodList* methods;
+};
+struct DylibClass {
+  DylibClass* isa;
+  void* superclass;
+  void *cache, *vtable;
+  const ClassConstants* constants;
+};
+
+std::map<std::string, std::unique_ptr<ToyClass>>& toyClasses() {
+  static std::map<std::string, std::unique_ptr<ToyClass>> classes;
+  return classes;
+}
+
+std::vector<std::unique_ptr<Object>>& objects() {
+  static std::vector<std::unique_ptr<Object>> all;
+  return all;
+}
+
+std::map<void*, int>& instances() {
+  static std::map<void*, int> counts;
+  return counts;
+}
+
+ToyClass* asToyClass(const void* address) {
+  for (const auto& [name, toy] : toyClasses()) {
+    if (toy.get() == address) return toy.get();
+  }
+  return nullptr;
+}
+
+void* methodOf(const std::map<std::string, void*>& methods, const char* selector) {
+  const auto found = methods.find(selector);
+  return found == methods.end() ? nullptr : found->second;
+}
+
+void* methodOfDylibClass(const DylibClass* dylib_class, const char* selector) {
+  const MethodList* const list = dylib_class->constants->methods;
+  for (uint32_t i = 0; list && i < list->count; ++i) {
+    if (strcmp(list->methods[i].name, selector) == 0) return list->methods[i].function;
+  }
+  return methodOf(static_cast<ToyClass*>(dylib_class->superclass)->methods, selector);
+}
+
+void* lookUp(void* receiver, const char* selector) {
+  if (const ToyClass* toy = asToyClass(receiver)) return methodOf(toy->class_methods, selector);
+  void* isa;
+  memcpy(&isa, receiver, sizeof isa);
+  if (const ToyClass* toy = asToyClass(isa)) {
+    if (void* method = methodOf(toy->methods, selector)) return method;
+    return methodOf(FindToyClass("NSObject")->methods, selector);
+  }
+  return methodOfDylibClass(static_cast<DylibClass*>(isa), selector);
+}
+
+void* itself(void* receiver, const char* /*selector*/) {
+  return receiver;
+}
+
+signed char responds(void* receiver, const char* /*selector*/, const char* wanted) {
+  return lookUp(receiver, wanted) != nullptr ? 1 : 0;
+}
+
+void* allocate(void* wanted) {
+  if (const ToyClass* toy = asToyClass(wanted)) return NewObject(toy->name);
+  auto* const dylib_class = static_cast<DylibClass*>(wanted);
+  void* const instance = calloc(1, dylib_class->constants->instance_size);
+  memcpy(instance, &wanted, sizeof wanted);
+  instances()[instance] = 1;
+  return instance;
+}
+
+void release(void* object) {
+  const auto found = instances().find(object);
+  if (found == instances().end() || --found->second > 0) return;
+  instances().erase(found);
+  free(object);
+}
+
+void* retain(void* object, const char* /*selector*/) {
+  const auto found = instances().find(object);
+  if (found != instances().end()) ++found->second;
+  return object;
+}
+
+void releaseMessage(void* object, const char* /*selector*/) {
+  release(object);
+}
+
+}  // namespace
+
+ToyClass* FindToyClass(const std::string& name) {
+  std::unique_ptr<ToyClass>& toy = toyClasses()[name];
+  if (!toy) {
+    toy = std::make_unique<ToyClass>();
+    toy->name = name;
+    if (name == "NSObject") {
+      toy->methods = {{"init", reinterpret_cast<void*>(&itself)},
+                      {"respondsToSelector:", reinterpret_cast<void*>(&responds)},
+                      {"retain", reinterpret_cast<void*>(&retain)},
+                      {"release", reinterpret_cast<void*>(&releaseMessage)}};
+    }
+  }
+  return toy.get();
+}
+
+Object* NewObject(const std::string& class_name) {
+  objects().push_back(std::make_unique<Object>());
+  objects().back()->isa = FindToyClass(class_name);
+  return objects().back().get();
+}
+
+void* FindMethod(void* receiver, const char* selector) {
+  if (void* method = lookUp(receiver, selector)) return method;
+  fprintf(stderr, "the dylib sends %s to an object that does not answer it\n", selector);
+  abort();
+}
+
+int InstancesAlive() {
+  return static_cast<int>(instances().size());
+}
+
+extern "C" void* loaderFindMethod(void* receiver, const char* selector);
+void* loaderFindMethod(void* receiver, const char* selector) {
+  return FindMethod(receiver, selector);
+}
+
+extern "C" void loaderSendMessage();
+// The message itself: finds the method with every argument left where it is, and goes there. A
+// message to nil answers 0.
+__asm__(
+    ".text\n"
+    ".hidden loaderSendMessage\n"
+    ".globl loaderSendMessage\n"
+    ".type loaderSendMessage, @function\n"
+    "loaderSendMessage:\n"
+    "  test %rdi, %rdi\n"
+    "  je 1f\n"
+    "  push %rbp\n"
+    "  mov %rsp, %rbp\n"
+    "  push %rdi\n"
+    "  push %rsi\n"
+    "  push %rdx\n"
+    "  push %rcx\n"
+    "  push %r8\n"
+    "  push %r9\n"
+    "  call loaderFindMethod@PLT\n"
+    "  pop %r9\n"
+    "  pop %r8\n"
+    "  pop %rcx\n"
+    "  pop %rdx\n"
+    "  pop %rsi\n"
+    "  pop %rdi\n"
+    "  pop %rbp\n"
+    "  jmp *%rax\n"
+    "1:\n"
+    "  xor %eax, %eax\n"
+    "  ret\n"
+    ".size loaderSendMessage, . - loaderSendMessage\n");
+
+void* RuntimeSymbol(const std::string& symbol) {
+  static void* empty_cache[2];
+  if (symbol == "_objc_msgSend") return reinterpret_cast<void*>(&loaderSendMessage);
+  if (symbol == "_objc_alloc") return reinterpret_cast<void*>(&allocate);
+  if (symbol == "_objc_release") return reinterpret_cast<void*>(&release);
+  if (symbol == "__objc_empty_cache") return empty_cache;
+  return nullptr;
+}
+
+}  // namespace loader

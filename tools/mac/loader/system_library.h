@@ -1,0 +1,12 @@
+// macOS's C and C++ libraries as far as the module uses them, over those of Linux.
+#pragma once
+
+#include <string>
+
+namespace loader {
+
+/// Null when there is no such function. What differs between the systems (flags, error numbers,
+/// records) is translated; everything else is Linux's own.
+void* SystemSymbol(const std::string& symbol);
+
+}  // namespace loader

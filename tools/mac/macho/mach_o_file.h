@@ -1,0 +1,68 @@
+// What a Mach-O dylib for x86-64 says about itself.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace macho {
+
+struct Segment {
+  std::string name;
+  uint64_t address = 0;
+  uint64_t size = 0;  ///< bytes in memory; beyond `file_size` they are zero
+  uint64_t file_offset = 0;
+  uint64_t file_size = 0;
+};
+
+struct Section {
+  std::string segment;
+  std::string name;
+  uint64_t address = 0;
+  uint64_t size = 0;
+};
+
+/// A pointer that the loader fills with the address of another library's symbol.
+struct Binding {
+  uint64_t address = 0;
+  std::string symbol;   ///< with the leading underscore
+  std::string library;  ///< install name
+  int64_t addend = 0;
+  bool lazy = false;
+};
+
+/// A dylib read from its file. Addresses are those the file was linked for.
+class MachOFile {
+ public:
+  /// Throws `std::runtime_error` saying what is wrong when the file cannot be read or is none.
+  explicit MachOFile(const std::string& path);
+
+  uint32_t file_type = 0;
+  std::string install_name;
+  uint32_t minimum_system = 0;         ///< 0x000A0D00 is 10.13
+  bool has_signature = false;          ///< space for one, filled by the linker
+  std::vector<std::string> libraries;  ///< install names, in load order
+  std::vector<Segment> segments;
+  std::vector<Section> sections;
+  std::vector<Binding> bindings;
+  std::vector<uint64_t> rebases;  ///< addresses of pointers that move with the file
+  std::map<std::string, uint64_t> exports;
+  std::map<uint64_t, std::vector<std::string>> symbols;  ///< those defined in the file
+
+  size_t size() const { return bytes_.size(); }
+  const char* data() const { return bytes_.data(); }
+  /// The bytes at an address; throws when fewer than `count` of them come from the file.
+  const char* At(uint64_t address, size_t count) const;
+  uint64_t Word(uint64_t address) const;
+  uint32_t HalfWord(uint64_t address) const;
+  std::string Text(uint64_t address) const;
+  /// Null when there is no such section.
+  const Section* FindSection(const std::string& segment, const std::string& name) const;
+
+ private:
+  friend class Reader;
+  std::string bytes_;
+};
+
+}  // namespace macho

@@ -1,0 +1,197 @@
+#include "tools/mac/macho/opcodes.h"
+
+#include <stdexcept>
+
+#include "tools/mac/macho/mach_o_file.h"
+
+namespace macho {
+
+namespace {
+
+constexpr unsigned kOpcodeMask = 0xF0;
+constexpr unsigned kImmediateMask = 0x0F;
+constexpr uint64_t kPointer = 8;
+
+[[noreturn]] void unknownOpcode(const char* table, unsigned opcode) {
+  throw std::runtime_error(std::string("unknown opcode ") + std::to_string(opcode) + " in the " +
+                           table + " table");
+}
+
+uint64_t segmentAddress(const std::vector<Segment>& segments, unsigned index) {
+  if (index >= segments.size()) throw std::runtime_error("a table names a segment too many");
+  return segments[index].address;
+}
+
+}  // namespace
+
+uint8_t Opcodes::Byte() {
+  if (at_ >= size_) throw std::runtime_error("a loader table breaks off");
+  return static_cast<uint8_t>(data_[at_++]);
+}
+
+uint64_t Opcodes::Unsigned() {
+  uint64_t value = 0;
+  for (unsigned shift = 0;; shift += 7) {
+    const uint8_t byte = Byte();
+    if (shift < 64) value |= uint64_t{byte & 0x7FU} << shift;
+    if ((byte & 0x80U) == 0) return value;
+  }
+}
+
+int64_t Opcodes::Signed() {
+  uint64_t value = 0;
+  for (unsigned shift = 0;;) {
+    const uint8_t byte = Byte();
+    if (shift < 64) value |= uint64_t{byte & 0x7FU} << shift;
+    shift += 7;
+    if ((byte & 0x80U) != 0) continue;
+    if ((byte & 0x40U) != 0 && shift < 64) value |= ~uint64_t{0} << shift;
+    return static_cast<int64_t>(value);
+  }
+}
+
+std::string Opcodes::Text() {
+  std::string text;
+  for (uint8_t byte; (byte = Byte()) != 0;) text.push_back(static_cast<char>(byte));
+  return text;
+}
+
+std::vector<uint64_t> ReadRebases(Opcodes stream, const std::vector<Segment>& segments) {
+  std::vector<uint64_t> addresses;
+  uint64_t address = 0;
+  const auto rebase = [&](uint64_t times, uint64_t skip) {
+    for (; times > 0; --times) {
+      addresses.push_back(address);
+      address += kPointer + skip;
+    }
+  };
+  while (!stream.AtEnd()) {
+    const unsigned byte = stream.Byte();
+    const unsigned immediate = byte & kImmediateMask;
+    switch (byte & kOpcodeMask) {
+      case 0x00:
+        return addresses;
+      case 0x10:
+        break;  // the type: pointers, the only one on x86-64
+      case 0x20:
+        address = segmentAddress(segments, immediate) + stream.Unsigned();
+        break;
+      case 0x30:
+        address += stream.Unsigned();
+        break;
+      case 0x40:
+        address += immediate * kPointer;
+        break;
+      case 0x50:
+        rebase(immediate, 0);
+        break;
+      case 0x60:
+        rebase(stream.Unsigned(), 0);
+        break;
+      case 0x70:
+        rebase(1, stream.Unsigned());
+        break;
+      case 0x80: {
+        const uint64_t times = stream.Unsigned();
+        rebase(times, stream.Unsigned());
+        break;
+      }
+      default:
+        unknownOpcode("rebase", byte);
+    }
+  }
+  return addresses;
+}
+
+std::vector<Binding> ReadBindings(Opcodes stream, const MachOFile& file, bool lazy) {
+  std::vector<Binding> bindings;
+  Binding next;
+  next.lazy = lazy;
+  const auto setLibrary = [&](uint64_t ordinal) {
+    if (ordinal == 0 || ordinal > file.libraries.size()) {
+      throw std::runtime_error(next.symbol + " is bound to no library of the file");
+    }
+    next.library = file.libraries[ordinal - 1];
+  };
+  const auto bind = [&](uint64_t times, uint64_t skip) {
+    for (; times > 0; --times) {
+      bindings.push_back(next);
+      next.address += kPointer + skip;
+    }
+  };
+  while (!stream.AtEnd()) {
+    const unsigned byte = stream.Byte();
+    const unsigned immediate = byte & kImmediateMask;
+    switch (byte & kOpcodeMask) {
+      case 0x00:
+        if (!lazy) return bindings;
+        break;
+      case 0x10:
+        setLibrary(immediate);
+        break;
+      case 0x20:
+        setLibrary(stream.Unsigned());
+        break;
+      case 0x40:
+        next.symbol = stream.Text();
+        break;
+      case 0x50:
+        break;  // the type: pointers
+      case 0x60:
+        next.addend = stream.Signed();
+        break;
+      case 0x70:
+        next.address = segmentAddress(file.segments, immediate) + stream.Unsigned();
+        break;
+      case 0x80:
+        next.address += stream.Unsigned();
+        break;
+      case 0x90:
+        bind(1, 0);
+        break;
+      case 0xA0:
+        bind(1, stream.Unsigned());
+        break;
+      case 0xB0:
+        bind(1, immediate * kPointer);
+        break;
+      case 0xC0: {
+        const uint64_t times = stream.Unsigned();
+        bind(times, stream.Unsigned());
+        break;
+      }
+      default:  // 0x30, too: a special library (flat look-up), which the module must not use
+        unknownOpcode("binding", byte);
+    }
+  }
+  return bindings;
+}
+
+std::map<std::string, uint64_t> ReadExports(Opcodes trie) {
+  std::map<std::string, uint64_t> exports;
+  struct Node {
+    size_t offset;
+    std::string prefix;
+  };
+  std::vector<Node> pending = {{0, ""}};
+  for (size_t visited = 0; !pending.empty(); ++visited) {
+    if (visited > 10000) throw std::runtime_error("the export trie does not end");
+    const Node node = pending.back();
+    pending.pop_back();
+    trie.GoTo(node.offset);
+    const uint64_t payload = trie.Unsigned();
+    const size_t children = trie.Offset() + payload;
+    if (payload > 0) {
+      if (trie.Unsigned() != 0) throw std::runtime_error(node.prefix + ": not a plain export");
+      exports[node.prefix] = trie.Unsigned();
+    }
+    trie.GoTo(children);
+    for (unsigned count = trie.Byte(); count > 0; --count) {
+      std::string prefix = node.prefix + trie.Text();
+      pending.push_back({static_cast<size_t>(trie.Unsigned()), std::move(prefix)});
+    }
+  }
+  return exports;
+}
+
+}  // namespace macho

@@ -1,0 +1,5 @@
+// The umbrella of Foundation and AppKit.
+#pragma once
+
+#import <AppKit/AppKit.h>
+#import <Foundation/Foundation.h>
