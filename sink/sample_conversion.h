@@ -12,10 +12,10 @@ using ConvertFramesFn = void (*)(const double* left, const double* right, int fr
 
 void convertFramesPlain(const double* left, const double* right, int frames, int16_t* out);
 void convertFramesSse2(const double* left, const double* right, int frames, int16_t* out);
-/// Only on processors that have AVX2.
+/// Only on processors that have AVX2 and FMA.
 void convertFramesAvx2(const double* left, const double* right, int frames, int16_t* out);
 
-/// Whether processor and system support AVX2.
+/// Whether processor and system support AVX2 and FMA, which came together.
 bool processorHasAvx2();
 
 /// The fastest form that this processor runs, for channels whose frame i is at `left[i * spacing]`.
