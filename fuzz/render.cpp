@@ -9,6 +9,7 @@
 
 #include "abi/exports.h"
 #include "abi/host_functions.h"
+#include "abi/quelm_provider.h"
 #include "abi/sink_registration.h"
 #include "fuzz/finished_disc.h"
 #include "fuzz/fuzz_target.h"

@@ -3,9 +3,10 @@
 cat <<'TEXT'
 ./dev VERB [options]
 
-  demo      render an album of its own to a CD image, show it, and have other programs read it
-  test      build everything twice (g++; clang with sanitizers), run all tests, check format and lint
-            ./dev test NAME runs the tests whose name matches
+  demo      render an album of its own to a CD image, show it, have other programs read it, and burn it
+            to a recorder without hardware
+  test      build everything (for macOS; with g++; with clang and its sanitizers), run all tests, check
+            format and lint, fuzz for a minute; ./dev test NAME runs the tests whose name matches
   build     build what ships into build/release
   render    run velmor-render: ./dev render [options] INPUT... -o ALBUM.cue (--help lists the options)
   bench     measure the speed, in ratios to other ways of doing the same
@@ -13,6 +14,7 @@ cat <<'TEXT'
   lint      check format, shell scripts, man pages and clang-tidy (--all: the tests' sources too)
   format    put every source file into the project's format
   mac       build the module for macOS into build/mac (cross-built on Linux)
+  package   make the archives to install from, for macOS and for Linux
   setup     install the Debian packages that are missing
   clean     remove everything that was built
 

@@ -9,7 +9,11 @@ source scripts/common.sh
 started=$SECONDS
 for preset in mac release sanitize; do
   say "Build: $preset"
-  configure_and_build "$preset" | tail -n 1
+  configure_and_build "$preset" >"build/$preset.build.log" 2>&1 || {
+    grep -E 'error|FAILED' "build/$preset.build.log" | head -n 40 >&2
+    fail "building '$preset' failed; the whole report is build/$preset.build.log"
+  }
+  tail -n 1 "build/$preset.build.log"
 done
 
 say "Lint"
