@@ -18,9 +18,4 @@ if(VELMOR_SANITIZE)
   add_link_options(${VELMOR_SANITIZERS})
 endif()
 
-# Everything is instrumented; the targets themselves link the fuzzer (fuzz/CMakeLists.txt).
-if(VELMOR_FUZZ)
-  add_compile_options(-fsanitize=fuzzer-no-link)
-endif()
-
 include_directories(${CMAKE_SOURCE_DIR})

@@ -16,9 +16,10 @@ elif [[ ${1:-} =~ ^[0-9]+$ ]]; then
   shift
 fi
 
+mkdir -p build/fuzz
 say "Building the fuzz targets"
-configure_and_build fuzz fuzz_targets | tail -n 1
-programs=build/fuzz/fuzz
+configure_and_build sanitize fuzz_targets | tail -n 1
+programs=build/sanitize/fuzz
 mapfile -t known <"$programs/targets.txt"
 targets=("$@")
 [ $# -gt 0 ] || targets=("${known[@]}")
