@@ -48,10 +48,11 @@ measure_programs() {
   local ours="build/release/velmor-render --quiet --force '$data/album.wav' -o '$data/album.cue'"
   local sox="sox -D '$data/album.wav' -t cdr '$data/album.cdr'"
   local ffmpeg="ffmpeg -v error -y -i '$data/album.wav' -f s16le '$data/album.raw'"
+  # Each is run once before it is timed: memory that the machine has not touched lately costs whoever comes first.
   say "The programs, five rounds"
   local round
   for round in 1 2 3 4 5; do
-    hyperfine --runs 1 --style basic --export-json "$folder/programs-$round.json" \
+    hyperfine --warmup 1 --runs 1 --style basic --export-json "$folder/programs-$round.json" \
       --prepare "rm -f '$data'/album.{bin,cue,cdr,raw}" \
       -n velmor-render "$ours" -n sox "$sox" -n ffmpeg "$ffmpeg" >"$folder/programs-$round.log" 2>&1 || {
       cat "$folder/programs-$round.log" >&2
