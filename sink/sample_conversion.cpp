@@ -21,26 +21,22 @@ int16_t convertSample(double x) {
   return static_cast<int16_t>(std::floor(v + 0.5));
 }
 
-/// What the processor answers for a NaN and for what 32 bits cannot hold.
-constexpr int kIndefinite = INT_MIN;
+/// Two samples at twice their height, a half added, rounded to the nearest even integer. Half of
+/// that, rounded down, is floor(x * 32768 + 0.5): what lies on a half step of the sample is an odd
+/// integer and a half here, and the even one is above it. So one conversion does, where a floor
+/// would convert there and back; and the sum rounds off where that of the plain formula does.
+__m128i doubledPair(const double* x) {
+  const __m128d doubled = _mm_mul_pd(_mm_loadu_pd(x), _mm_set1_pd(2 * kFullScale));
+  return _mm_cvtpd_epi32(_mm_add_pd(doubled, _mm_set1_pd(0.5)));
+}
 
-/// Four samples, rounded but not yet saturated, as 32-bit integers; sets lanes of `wild` where
-/// there was no integer.
-__m128i roundFour(const double* x, __m128i& wild) {
-  const __m128d scale = _mm_set1_pd(kFullScale);
-  const __m128d half = _mm_set1_pd(0.5);
-  const __m128d a = _mm_add_pd(_mm_mul_pd(_mm_loadu_pd(x), scale), half);
-  const __m128d b = _mm_add_pd(_mm_mul_pd(_mm_loadu_pd(x + 2), scale), half);
-  // floor: truncate, then take one off where that rounded up. Adding an offset instead would round
-  // once more.
-  const __m128i whole_a = _mm_cvttpd_epi32(a);
-  const __m128i whole_b = _mm_cvttpd_epi32(b);
-  const __m128 above_a = _mm_castpd_ps(_mm_cmpgt_pd(_mm_cvtepi32_pd(whole_a), a));
-  const __m128 above_b = _mm_castpd_ps(_mm_cmpgt_pd(_mm_cvtepi32_pd(whole_b), b));
-  const __m128i whole = _mm_unpacklo_epi64(whole_a, whole_b);
-  const __m128 above = _mm_shuffle_ps(above_a, above_b, _MM_SHUFFLE(2, 0, 2, 0));
-  wild = _mm_or_si128(wild, _mm_cmpeq_epi32(whole, _mm_set1_epi32(kIndefinite)));
-  return _mm_add_epi32(whole, _mm_castps_si128(above));
+/// Two frames, rounded but not yet saturated, as 32-bit integers. For a NaN and for what 32 bits
+/// cannot hold the processor answers INT_MIN, so the least upper half of each lane in `lowest`
+/// tells whether there was one. (Baseline processors have the minimum for 16 bits only.)
+__m128i roundTwoFrames(const double* left, const double* right, __m128i& lowest) {
+  const __m128i doubled = _mm_unpacklo_epi32(doubledPair(left), doubledPair(right));
+  lowest = _mm_min_epi16(lowest, doubled);
+  return _mm_srai_epi32(doubled, 1);
 }
 
 }  // namespace
@@ -53,18 +49,17 @@ void convertFramesPlain(const double* left, const double* right, int frames, int
 }
 
 void convertFramesSse2(const double* left, const double* right, int frames, int16_t* out) {
-  __m128i wild = _mm_setzero_si128();
+  __m128i lowest = _mm_setzero_si128();
   int done = 0;
   for (; frames - done >= 4; done += 4) {
     // The packing saturates.
-    const __m128i both =
-        _mm_packs_epi32(roundFour(left + done, wild), roundFour(right + done, wild));
-    const __m128i interleaved = _mm_unpacklo_epi16(both, _mm_srli_si128(both, 8));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 2 * static_cast<ptrdiff_t>(done)),
-                     interleaved);
+    const __m128i four = _mm_packs_epi32(roundTwoFrames(left + done, right + done, lowest),
+                                         roundTwoFrames(left + done + 2, right + done + 2, lowest));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 2 * static_cast<ptrdiff_t>(done)), four);
   }
-  // No healthy mix has a NaN or 96 dB too much in it: a block that has is done again, sample by
+  // No healthy mix has a NaN or 90 dB too much in it: a block that has is done again, sample by
   // sample.
+  const __m128i wild = _mm_cmpeq_epi32(_mm_srai_epi32(lowest, 16), _mm_set1_epi32(SHRT_MIN));
   if (_mm_movemask_epi8(wild)) done = 0;
   convertFramesPlain(left + done, right + done, frames - done,
                      out + 2 * static_cast<ptrdiff_t>(done));
