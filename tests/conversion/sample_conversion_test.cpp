@@ -141,11 +141,19 @@ TEST_P(Conversion, GivesTheKnownValues) {
   }
 }
 
-TEST_P(Conversion, ANaNSilencesItsOwnSampleOnly) {
-  for (size_t at = 0; at < 17; ++at) {
-    std::vector<double> samples(17, 0.75);
-    samples[at] = kNaN;
-    ExpectFormula(samples);
+TEST_P(Conversion, OneWildSampleAnywhereIsSeenAndLeavesTheOthersAlone) {
+  for (const Value& wild : {Value{kNaN, 0}, Value{kInfinity, 32767}, Value{1e15, 32767}}) {
+    for (size_t at = 0; at < 34; ++at) {
+      std::vector<double> channels[2] = {std::vector<double>(17, 0.75),
+                                         std::vector<double>(17, -0.25)};
+      channels[at % 2][at / 2] = wild.sample;
+      std::vector<int16_t> out(34);
+      GetParam().convert(channels[0].data(), channels[1].data(), 17, out.data());
+      for (size_t i = 0; i < 34; ++i) {
+        const int healthy = i % 2 == 0 ? 24576 : -8192;
+        ASSERT_EQ(out[i], i == at ? wild.expected : healthy) << wild.sample << " at " << at;
+      }
+    }
   }
 }
 
