@@ -19,3 +19,9 @@ if(VELMOR_SANITIZE)
 endif()
 
 include_directories(${CMAKE_SOURCE_DIR})
+
+# velmor_reads_command_line(file...): such files are compiled unoptimised, since nobody waits for them and the
+# library behind them takes twice as long otherwise.
+function(velmor_reads_command_line)
+  set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -O0)
+endfunction()

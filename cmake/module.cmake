@@ -45,6 +45,8 @@ set(VELMOR_CD_SOURCES
 
 add_library(velmor_cd_objects OBJECT ${VELMOR_CD_SOURCES})
 target_compile_options(velmor_cd_objects PRIVATE -fvisibility=hidden -fvisibility-inlines-hidden)
+# Each file by itself: the order of the list above is that of the static initialisers.
+set_target_properties(velmor_cd_objects PROPERTIES UNITY_BUILD OFF)
 
 add_library(velmor_cd ${VELMOR_CD_KIND} $<TARGET_OBJECTS:velmor_cd_objects>)
 set_target_properties(velmor_cd PROPERTIES PREFIX "" LINKER_LANGUAGE CXX)

@@ -7,7 +7,6 @@ find_package(GTest REQUIRED)
 function(velmor_add_test)
   cmake_parse_arguments(T "" "NAME;TIMEOUT" "SOURCES;LIBS;ARGS" ${ARGN})
   add_executable(${T_NAME} ${T_SOURCES})
-  target_precompile_headers(${T_NAME} PRIVATE <gtest/gtest.h> <gmock/gmock.h> <string> <vector>)
   # What is tested is optimised; the tests themselves compile twice as fast when they are not.
   target_compile_options(${T_NAME} PRIVATE -O0)
   target_link_libraries(${T_NAME} PRIVATE ${T_LIBS} GTest::gmock GTest::gtest GTest::gtest_main ${CMAKE_DL_LIBS})

@@ -6,6 +6,8 @@ set -euo pipefail
 # A linker path of the person's environment must not reach our links.
 unset LIBRARY_PATH
 export CCACHE_DIR="${CCACHE_DIR:-$PWD/build/ccache}"
+# The compiler's own list of headers decides, instead of a run of the preprocessor before each compilation.
+export CCACHE_DEPEND=1
 
 say() { printf '\n== %s\n' "$*"; }
 fail() {

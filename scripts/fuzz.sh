@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # ./dev fuzz [MINUTES | --seconds SECONDS] [TARGET...]: fuzzes for that long in all (default 5 minutes), shared out
-# among the targets. What is found stays in build/fuzz/findings, what is learnt for the next run in build/fuzz/corpus.
+# among the targets, as many at once as there are processors. What is found stays in build/fuzz/findings, what is learnt for the next run in build/fuzz/corpus.
 bash scripts/setup.sh >&2
 source scripts/common.sh
 
@@ -64,10 +64,26 @@ fuzz_one() {
   return 1
 }
 
-say "Fuzzing ${#targets[@]} targets, $share s each"
+# Jobs in the background do not hear Ctrl-C: all of them are told.
+trap 'trap - TERM; kill 0' INT TERM
+lanes=$(nproc)
 found=0
+running=0
+await_one() {
+  wait -n || found=$((found + 1))
+  running=$((running - 1))
+}
+say "Fuzzing ${#targets[@]} targets, $share s each, $lanes at once"
 for target in "${targets[@]}"; do
-  fuzz_one "$target" || found=$((found + 1))
+  [ "$running" -lt "$lanes" ] || await_one
+  {
+    result=0
+    report=$(fuzz_one "$target") || result=1
+    printf '%s\n' "$report"
+    exit $result
+  } &
+  running=$((running + 1))
 done
+while [ "$running" -gt 0 ]; do await_one; done
 [ "$found" = 0 ] || fail "$found of ${#targets[@]} targets found something; the inputs are in build/fuzz/findings"
 say "Nothing found"

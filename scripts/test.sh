@@ -25,7 +25,8 @@ echo "clean"
 
 for preset in release sanitize; do
   say "Tests: $preset"
-  ctest --preset "$preset" -j "$(nproc)" ${1:+-R "$1"} --output-on-failure
+  # Many of them wait for other programs: twice as many as there are processors.
+  ctest --preset "$preset" -j "$(($(nproc) * 2))" ${1:+-R "$1"} --output-on-failure
 done
 if [ $# -eq 0 ]; then
   say "Fuzzing for a minute"

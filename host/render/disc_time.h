@@ -11,6 +11,10 @@ inline constexpr int kFramesPerSector = 588;
 inline constexpr int kSectorsPerSecond = 75;
 inline constexpr int kBytesPerFrame = 4;
 
+inline double secondsOf(int64_t frames) {
+  return static_cast<double>(frames) / kFramesPerSecond;
+}
+
 /// MM:SS:FF of a sector counted from the image's first one.
 std::string msfOf(int64_t sector);
 

@@ -17,10 +17,6 @@ double onFrame(double seconds) {
   return std::round(seconds * kFramesPerSecond) / kFramesPerSecond;
 }
 
-double secondsOf(int64_t frames) {
-  return static_cast<double>(frames) / kFramesPerSecond;
-}
-
 /// Seconds from `origin` to `seconds`, exact in frames.
 double relative(double seconds, int64_t origin) {
   return (std::round(seconds * kFramesPerSecond) - static_cast<double>(origin)) / kFramesPerSecond;

@@ -12,10 +12,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-double secondsOf(int64_t frames) {
-  return static_cast<double>(frames) / kFramesPerSecond;
-}
-
 /// Texts from elsewhere may be no UTF-8; such bytes become question marks rather than no output at
 /// all.
 std::string dumped(const Json& json) {

@@ -1,4 +1,7 @@
 // The burn dialog of the loaded module, used as a person would.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <filesystem>
 
 #include "tests/burn/open_dialog_case.h"

@@ -1,5 +1,7 @@
 // One burn of the loaded module against a recording service that remembers every call.
 #include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <malloc.h>
 #include <sys/file.h>
 
@@ -40,6 +42,7 @@ class Burn : public OpenDialogCase {
 
 std::vector<int> Lengths(const std::vector<DiscTrack>& tracks) {
   std::vector<int> lengths;
+  lengths.reserve(tracks.size());
   for (const DiscTrack& track : tracks) lengths.push_back(track.track_length);
   return lengths;
 }

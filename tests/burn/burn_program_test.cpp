@@ -1,4 +1,7 @@
 // From audio files to the closed disc: what a person gets for one command.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "tests/burn/burn_program_case.h"
 
 namespace burn_test {

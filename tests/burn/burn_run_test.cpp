@@ -1,4 +1,7 @@
 // Cutting an image into tracks, with offsets that no render makes.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <climits>
 #include <filesystem>
 
@@ -20,8 +23,6 @@ using fake_host::WindowingLayer;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-constexpr int kSector = 2352;
 
 class BurnRun : public testing::Test {
  protected:

@@ -1,4 +1,7 @@
 // Burning with somebody at the terminal.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "tests/burn/burn_program_case.h"
 #include "tests/burn/terminal_run.h"
 

@@ -7,19 +7,12 @@
 
 namespace burn_test {
 
-/// Bytes in which no two stretches are alike.
-inline std::string Noise(size_t count) {
-  std::string bytes(count, '\0');
-  unsigned seed = 11;
-  for (char& byte : bytes) {
-    seed = seed * 1664525u + 1013904223u;
-    byte = static_cast<char>(seed >> 24);
-  }
-  return bytes;
-}
+inline constexpr int kSector = 2352;
 
 struct ImageFile {
-  explicit ImageFile(size_t count) : bytes(Noise(count)) { fake_host::WriteText(path, bytes); }
+  explicit ImageFile(size_t count) : bytes(fake_host::Noise(count)) {
+    fake_host::WriteText(path, bytes);
+  }
 
   fake_host::TempFolder folder;
   const std::string path = folder.File("disc.bin");

@@ -1,4 +1,6 @@
 // The program as it is installed. The recorder is preloaded, which a sanitizer does not take.
+#include <gtest/gtest.h>
+
 #include "tests/burn/burn_program_case.h"
 
 namespace burn_test {

@@ -1,6 +1,8 @@
 // A finished render whose burn dialog is open, for tests that act in it.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <string>
 #include <utility>

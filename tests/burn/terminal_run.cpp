@@ -18,6 +18,7 @@ constexpr int kLongestWait = 20'000;  // milliseconds without a word
 
 TerminalRun::TerminalRun(const std::vector<std::string>& command) {
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& each : command) arguments.push_back(const_cast<char*>(each.c_str()));
   arguments.push_back(nullptr);
   process_ = forkpty(&terminal_, nullptr, nullptr, nullptr);

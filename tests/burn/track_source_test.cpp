@@ -1,6 +1,9 @@
 // What one track reads from the image, and with which system calls.
 #include "burn/track_source.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <climits>
@@ -19,7 +22,6 @@ using support_test::SystemCalls;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kSector = 2352;
 constexpr int kFill = 32768;
 constexpr int kStaggeredFill = 16384;
 

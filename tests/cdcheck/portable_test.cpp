@@ -1,5 +1,6 @@
 // The second sheet: every installed reader takes it, and shows the disc as it truly is.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>

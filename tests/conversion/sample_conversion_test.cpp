@@ -1,5 +1,7 @@
 #include "sink/sample_conversion.h"
 
+#include <gtest/gtest.h>
+
 #include <bit>
 #include <cmath>
 #include <cstring>

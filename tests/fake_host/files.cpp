@@ -45,6 +45,15 @@ void WriteText(const std::string& path, const std::string& text) {
   std::ofstream(path, std::ios::binary) << text;
 }
 
+std::string Noise(size_t count, unsigned seed) {
+  std::string bytes(count, '\0');
+  for (char& byte : bytes) {
+    seed = seed * 1664525u + 1013904223u;
+    byte = static_cast<char>(seed >> 24);
+  }
+  return bytes;
+}
+
 bool FileExists(const std::string& path) {
   return fs::exists(path);
 }

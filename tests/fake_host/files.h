@@ -1,6 +1,7 @@
 // Folders and files of one test.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -29,6 +30,8 @@ std::string ReadText(const std::string& path);
 /// The 16-bit little-endian samples of an image, interleaved. An odd last byte fails the test.
 std::vector<int16_t> ReadSamples(const std::string& path);
 void WriteText(const std::string& path, const std::string& text);
+/// Bytes in which no two stretches are alike.
+std::string Noise(size_t count, unsigned seed = 1);
 bool FileExists(const std::string& path);
 int64_t SizeOfFile(const std::string& path);
 /// How many descriptors the process holds open.

@@ -9,7 +9,7 @@ namespace fake_host {
 
 namespace {
 
-PluginHost* current = nullptr;
+PluginHost* current_host = nullptr;
 
 int host_calls = 0;
 
@@ -46,46 +46,46 @@ Mark Region(double position, double end, std::optional<std::string> name) {
   return {.is_region = true, .position = position, .end = end, .name = std::move(name)};
 }
 
-// The functions as the module calls them; plain functions, so they find the host by `current`.
+// The functions as the module calls them; plain functions, so they find the host by `current_host`.
 struct HostFunctions {
   static HWND GetMainHwnd() {
     const HostCall in_call;
-    current->journal.emplace_back("GetMainHwnd");
-    return current->main_window;
+    current_host->journal.emplace_back("GetMainHwnd");
+    return current_host->main_window;
   }
   static const char* GetExePath() {
     const HostCall in_call;
-    current->journal.emplace_back("GetExePath");
+    current_host->journal.emplace_back("GetExePath");
     return "/opt/velmor";
   }
   static const char* GetIniFile() {
     const HostCall in_call;
-    current->journal.emplace_back("get_ini_file");
-    return current->ini_file.c_str();
+    current_host->journal.emplace_back("get_ini_file");
+    return current_host->ini_file.c_str();
   }
   static void FormatTimestr(double seconds, char* buf, int size) {
     const HostCall in_call;
-    current->journal.emplace_back("format_timestr");
+    current_host->journal.emplace_back("format_timestr");
     std::snprintf(buf, static_cast<size_t>(size), "%.3f", seconds);
   }
 
   static int EnumProjectMarkers(int idx, bool* isrgn, double* pos, double* rgnend,
                                 const char** name, int* number) {
     const HostCall in_call;
-    if (current->on_enumerate_markers) current->on_enumerate_markers();
-    current->marker_calls.push_back({idx, isrgn != nullptr, pos != nullptr, rgnend != nullptr,
-                                     name != nullptr, number != nullptr});
+    if (current_host->on_enumerate_markers) current_host->on_enumerate_markers();
+    current_host->marker_calls.push_back({idx, isrgn != nullptr, pos != nullptr, rgnend != nullptr,
+                                          name != nullptr, number != nullptr});
     const std::optional<size_t> entry = EntryAt(idx);
     if (!entry) {
       ADD_FAILURE() << "the host never gave out marker index " << idx;
       return 0;
     }
-    if (*entry >= current->marks.size()) return 0;
-    const Mark& mark = current->marks[*entry];
+    if (*entry >= current_host->marks.size()) return 0;
+    const Mark& mark = current_host->marks[*entry];
     if (isrgn != nullptr) *isrgn = mark.is_region;
     if (pos != nullptr) *pos = mark.position;
     if (rgnend != nullptr) *rgnend = mark.end;
-    const char* lent = current->Lend(current->lent_name_, mark.name);
+    const char* lent = current_host->Lend(current_host->lent_name_, mark.name);
     if (name != nullptr) *name = lent;
     if (number != nullptr) *number = static_cast<int>(*entry) + 1;
     return IndexAfter(*entry);
@@ -93,23 +93,23 @@ struct HostFunctions {
 
   static const char* EnumCurrentSinkMetadata(int idx, const char** key) {
     const HostCall in_call;
-    current->metadata_calls.push_back(idx);
-    if (idx < 0 || static_cast<size_t>(idx) >= current->metadata.size()) return nullptr;
-    const MetadataEntry& entry = current->metadata[static_cast<size_t>(idx)];
-    if (key != nullptr) *key = current->Lend(current->lent_key_, entry.key);
-    return current->Lend(current->lent_value_, entry.value);
+    current_host->metadata_calls.push_back(idx);
+    if (idx < 0 || static_cast<size_t>(idx) >= current_host->metadata.size()) return nullptr;
+    const MetadataEntry& entry = current_host->metadata[static_cast<size_t>(idx)];
+    if (key != nullptr) *key = current_host->Lend(current_host->lent_key_, entry.key);
+    return current_host->Lend(current_host->lent_value_, entry.value);
   }
 
   static void UpdateDiskCounters(int read, int write) {
     const HostCall in_call;
-    current->disk_counters.emplace_back(read, write);
+    current_host->disk_counters.emplace_back(read, write);
   }
 
   static const char* Localize(const char* text, const char* section, int flags) {
     const HostCall in_call;
-    current->localize_calls.push_back({text, section, flags});
-    const auto found = current->translations.find(text);
-    return found == current->translations.end() ? text : found->second.c_str();
+    current_host->localize_calls.push_back({text, section, flags});
+    const auto found = current_host->translations.find(text);
+    return found == current_host->translations.end() ? text : found->second.c_str();
   }
 
   static DLGPROC PrepareDialog(const char* prefix, HINSTANCE instance, int resid, DLGPROC proc,
@@ -117,9 +117,11 @@ struct HostFunctions {
     const HostCall in_call;
     std::optional<std::string> fifth;
     if (slots == 5 && scratch[4] != nullptr) fifth = static_cast<const char*>(scratch[4]);
-    current->prepare_calls.push_back({prefix, instance, resid, proc, init, scratch, slots, fifth});
-    if (current->on_prepare_dialog) current->on_prepare_dialog(current->prepare_calls.back());
-    return current->prepared_procedure;
+    current_host->prepare_calls.push_back(
+        {prefix, instance, resid, proc, init, scratch, slots, fifth});
+    if (current_host->on_prepare_dialog)
+      current_host->on_prepare_dialog(current_host->prepare_calls.back());
+    return current_host->prepared_procedure;
   }
 
   static int NotCalled() {
@@ -130,22 +132,22 @@ struct HostFunctions {
 
   static void* Lookup(const char* name) {
     const HostCall in_call;
-    if (current == nullptr || name == nullptr) {
+    if (current_host == nullptr || name == nullptr) {
       ADD_FAILURE() << "a lookup without a host or without a name";
       return nullptr;
     }
-    current->lookups.emplace_back(name);
-    current->journal.push_back(std::string("lookup ") + name);
-    if (current->withheld.count(name) != 0) return nullptr;
+    current_host->lookups.emplace_back(name);
+    current_host->journal.push_back(std::string("lookup ") + name);
+    if (current_host->withheld.count(name) != 0) return nullptr;
     const auto found = Table().find(name);
     return found == Table().end() ? nullptr : found->second;
   }
 
   static int Register(const char* kind, void* record) {
     const HostCall in_call;
-    current->journal.push_back(std::string("register ") + kind);
-    current->registrations.emplace_back(kind, record);
-    return current->answer_to_registration;
+    current_host->journal.push_back(std::string("register ") + kind);
+    current_host->registrations.emplace_back(kind, record);
+    return current_host->answer_to_registration;
   }
 
   template <class Wanted>
@@ -174,12 +176,12 @@ struct HostFunctions {
 };
 
 PluginHost::PluginHost() : main_window(&own_window_) {
-  if (current != nullptr) ADD_FAILURE() << "two hosts in one process";
-  current = this;
+  if (current_host != nullptr) ADD_FAILURE() << "two hosts in one process";
+  current_host = this;
 }
 
 PluginHost::~PluginHost() {
-  current = nullptr;
+  current_host = nullptr;
 }
 
 velmor_plugin_info_t PluginHost::Info() const {

@@ -14,7 +14,8 @@ std::vector<double> LayOut(const double* frames, int count, const BlockSchedule&
                     static_cast<size_t>(count - 1) * static_cast<size_t>(schedule.spacing) + 1;
   std::vector<double> buffer(size, kPoison);
   for (int i = 0; i < count; ++i) {
-    buffer[static_cast<size_t>(schedule.offset + i * schedule.spacing)] = frames[i];
+    buffer[static_cast<size_t>(schedule.offset) +
+           static_cast<size_t>(i) * static_cast<size_t>(schedule.spacing)] = frames[i];
   }
   return buffer;
 }

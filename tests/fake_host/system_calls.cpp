@@ -16,7 +16,7 @@ namespace fake_host {
 
 namespace {
 
-SystemCallScript* current = nullptr;
+SystemCallScript* current_script = nullptr;
 
 template <class Function>
 Function Real(const char* name) {
@@ -31,12 +31,12 @@ bool OnlyZeros(const void* data, size_t size) {
 }  // namespace
 
 SystemCallScript::SystemCallScript() {
-  if (current != nullptr) ADD_FAILURE() << "two scripts for the system calls";
-  current = this;
+  if (current_script != nullptr) ADD_FAILURE() << "two scripts for the system calls";
+  current_script = this;
 }
 
 SystemCallScript::~SystemCallScript() {
-  current = nullptr;
+  current_script = nullptr;
 }
 
 int SystemCallScript::Count(SystemCall call) const {
@@ -65,23 +65,23 @@ struct ScriptedCalls {
 
   static int Open(const char* path, int flags, unsigned mode) {
     static const auto real = Real<OpenFn>("open");
-    if (current == nullptr) return real(path, flags, mode);
-    if (const int error = current->NextError(SystemCall::kOpen); error != 0) {
+    if (current_script == nullptr) return real(path, flags, mode);
+    if (const int error = current_script->NextError(SystemCall::kOpen); error != 0) {
       errno = error;
       return -1;
     }
     const int fd = real(path, flags, mode);
     const int error = errno;
-    current->opens.push_back({path, flags, mode, fd});
+    current_script->opens.push_back({path, flags, mode, fd});
     errno = error;
     return fd;
   }
 
   static int Flock(int fd, int operation) {
     static const auto real = Real<int (*)(int, int)>("flock");
-    if (current == nullptr) return real(fd, operation);
-    current->flock_operations.push_back(operation);
-    if (const int error = current->NextError(SystemCall::kFlock); error != 0) {
+    if (current_script == nullptr) return real(fd, operation);
+    current_script->flock_operations.push_back(operation);
+    if (const int error = current_script->NextError(SystemCall::kFlock); error != 0) {
       errno = error;
       return -1;
     }
@@ -90,8 +90,8 @@ struct ScriptedCalls {
 
   static int Ftruncate(int fd, off_t length) {
     static const auto real = Real<int (*)(int, off_t)>("ftruncate");
-    if (current != nullptr) {
-      if (const int error = current->NextError(SystemCall::kFtruncate); error != 0) {
+    if (current_script != nullptr) {
+      if (const int error = current_script->NextError(SystemCall::kFtruncate); error != 0) {
         errno = error;
         return -1;
       }
@@ -101,8 +101,8 @@ struct ScriptedCalls {
 
   static int Fstat(int fd, struct stat* answer) {
     static const auto real = Real<int (*)(int, struct stat*)>("fstat");
-    if (current != nullptr) {
-      if (const int error = current->NextError(SystemCall::kFstat); error != 0) {
+    if (current_script != nullptr) {
+      if (const int error = current_script->NextError(SystemCall::kFstat); error != 0) {
         errno = error;
         return -1;
       }
@@ -112,17 +112,18 @@ struct ScriptedCalls {
 
   static ssize_t Pwrite(int fd, const void* data, size_t size, off_t offset) {
     static const auto real = Real<PwriteFn>("pwrite");
-    if (current == nullptr) return real(fd, data, size, offset);
-    const int error = current->NextError(SystemCall::kPwrite);
+    if (current_script == nullptr) return real(fd, data, size, offset);
+    const int error = current_script->NextError(SystemCall::kPwrite);
     size_t taken = size;
-    const auto cut = current->short_writes_.find(current->Count(SystemCall::kPwrite));
-    if (cut != current->short_writes_.end()) taken = static_cast<size_t>(cut->second);
+    const auto cut = current_script->short_writes_.find(current_script->Count(SystemCall::kPwrite));
+    if (cut != current_script->short_writes_.end()) taken = static_cast<size_t>(cut->second);
     ssize_t result = -1;
     if (error == 0) {
-      result = current->Swallows(fd) ? static_cast<ssize_t>(taken) : real(fd, data, taken, offset);
+      result = current_script->Swallows(fd) ? static_cast<ssize_t>(taken)
+                                            : real(fd, data, taken, offset);
     }
     const int kept = error != 0 ? error : errno;
-    current->pwrites.push_back(
+    current_script->pwrites.push_back(
         {fd, offset, static_cast<int64_t>(size), OnlyZeros(data, size), result});
     errno = kept;
     return result;

@@ -10,26 +10,26 @@ namespace fake_host {
 
 namespace {
 
-SystemLogCapture* current = nullptr;
+SystemLogCapture* current_capture = nullptr;
 
 void Keep(const char* format, va_list arguments) {
-  if (current == nullptr) return;
+  if (current_capture == nullptr) return;
   char text[1024];
   std::vsnprintf(text, sizeof text, format, arguments);
   std::string line = text;
   if (!line.empty() && line.back() == '\n') line.pop_back();
-  current->lines.push_back(line);
+  current_capture->lines.push_back(line);
 }
 
 }  // namespace
 
 SystemLogCapture::SystemLogCapture() {
-  if (current != nullptr) ADD_FAILURE() << "two captures of the system log";
-  current = this;
+  if (current_capture != nullptr) ADD_FAILURE() << "two captures of the system log";
+  current_capture = this;
 }
 
 SystemLogCapture::~SystemLogCapture() {
-  current = nullptr;
+  current_capture = nullptr;
 }
 
 }  // namespace fake_host

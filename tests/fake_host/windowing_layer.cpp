@@ -11,7 +11,7 @@ namespace fake_host {
 
 namespace {
 
-WindowingLayer* current = nullptr;
+WindowingLayer* current_layer = nullptr;
 
 std::string Hex(UINT number) {
   char text[16];
@@ -36,7 +36,7 @@ Window& ControlOf(HWND dialog, int id) {
 }
 
 void Record(const std::string& call) {
-  current->calls.push_back(call);
+  current_layer->calls.push_back(call);
 }
 
 std::unique_ptr<Window> MakeControl(const QuelmControl& row, Window* dialog) {
@@ -139,7 +139,7 @@ struct LayerFunctions {
   static int MessageBox(HWND, const char* text, const char* caption, int type) {
     Record("MessageBox(" + Quoted(text) + ", " + Quoted(caption) + ", " + std::to_string(type) +
            ")");
-    return current->message_box_answer;
+    return current_layer->message_box_answer;
   }
   static void EndDialog(HWND dialog, int result) {
     Record("EndDialog(" + std::to_string(result) + ")");
@@ -150,31 +150,32 @@ struct LayerFunctions {
   static HWND CreateDialog(QuelmDialogResource* head, intptr_t id, HWND parent, DLGPROC procedure,
                            LPARAM init) {
     Record("QUELM_CreateDialog(" + std::to_string(id) + ")");
-    current->requests.push_back({false, head, id, parent, procedure, init});
-    return current->Build(DialogRequest(current->requests.back()));
+    current_layer->requests.push_back({false, head, id, parent, procedure, init});
+    return current_layer->Build(DialogRequest(current_layer->requests.back()));
   }
   static int DialogBox(QuelmDialogResource* head, intptr_t id, HWND parent, DLGPROC procedure,
                        LPARAM init) {
     Record("QUELM_DialogBox(" + std::to_string(id) + ")");
-    current->requests.push_back({true, head, id, parent, procedure, init});
-    Window* dialog = current->Build(DialogRequest(current->requests.back()));
+    current_layer->requests.push_back({true, head, id, parent, procedure, init});
+    Window* dialog = current_layer->Build(DialogRequest(current_layer->requests.back()));
     if (dialog == nullptr) return 0;
-    if (current->on_modal) current->on_modal(*dialog);
+    if (current_layer->on_modal) current_layer->on_modal(*dialog);
     procedure(dialog, WM_DESTROY, 0, 0);
     return dialog->result;
   }
   static void MakeSetCurParms(float xscale, float yscale, float xoffset, float yoffset, HWND parent,
                               bool flag, bool autosize) {
     Record("QUELM_MakeSetCurParms");
-    current->layouts.push_back({xscale, yscale, xoffset, yoffset, parent, flag, autosize, {}});
+    current_layer->layouts.push_back(
+        {xscale, yscale, xoffset, yoffset, parent, flag, autosize, {}});
   }
   static void GenerateDialogFromList(const QuelmControl* rows, int count) {
     Record("QUELM_GenerateDialogFromList");
-    if (current->layouts.empty()) {
+    if (current_layer->layouts.empty()) {
       ADD_FAILURE() << "controls were generated before their scale was set";
       return;
     }
-    Layout& layout = current->layouts.back();
+    Layout& layout = current_layer->layouts.back();
     layout.rows.assign(rows, rows + count);
     if (layout.parent == nullptr) return;
     Window& dialog = WindowOf(layout.parent);
@@ -214,14 +215,14 @@ struct LayerFunctions {
   static int GetProfileInt(const char* section, const char* key, int fallback, const char* file) {
     Record("GetPrivateProfileInt(" + Quoted(section) + ", " + Quoted(key) + ", " +
            std::to_string(fallback) + ", " + Quoted(file) + ")");
-    const auto found = current->ini.find(std::string(section) + "/" + key);
-    return found == current->ini.end() ? fallback : std::atoi(found->second.c_str());
+    const auto found = current_layer->ini.find(std::string(section) + "/" + key);
+    return found == current_layer->ini.end() ? fallback : std::atoi(found->second.c_str());
   }
   static BOOL WriteProfileString(const char* section, const char* key, const char* value,
                                  const char* file) {
     Record("WritePrivateProfileString(" + Quoted(section) + ", " + Quoted(key) + ", " +
            Quoted(value) + ", " + Quoted(file) + ")");
-    current->ini[std::string(section) + "/" + key] = value;
+    current_layer->ini[std::string(section) + "/" + key] = value;
     return 1;
   }
   static void Pause(int ms) { Record("Sleep(" + std::to_string(ms) + ")"); }
@@ -233,10 +234,10 @@ struct LayerFunctions {
   }
 
   static void* Lookup(const char* name) {
-    if (current == nullptr) return nullptr;
-    current->lookups.emplace_back(name == nullptr ? "(null)" : name);
-    if (name == nullptr) return reinterpret_cast<void*>(current->version);
-    if (current->withheld.count(name) != 0) return nullptr;
+    if (current_layer == nullptr) return nullptr;
+    current_layer->lookups.emplace_back(name == nullptr ? "(null)" : name);
+    if (name == nullptr) return reinterpret_cast<void*>(current_layer->version);
+    if (current_layer->withheld.count(name) != 0) return nullptr;
     const auto found = Table().find(name);
     return found == Table().end() ? As<QuelmAnyFn>(NotCalled) : found->second;
   }
@@ -279,12 +280,12 @@ struct LayerFunctions {
 };
 
 WindowingLayer::WindowingLayer() {
-  if (current != nullptr) ADD_FAILURE() << "two windowing layers in one process";
-  current = this;
+  if (current_layer != nullptr) ADD_FAILURE() << "two windowing layers in one process";
+  current_layer = this;
 }
 
 WindowingLayer::~WindowingLayer() {
-  current = nullptr;
+  current_layer = nullptr;
 }
 
 Window* WindowingLayer::Build(const DialogRequest& request) {
@@ -324,7 +325,7 @@ const std::vector<std::string>& WindowingLayer::ImportedNames() {
 // What the module asks for while it is being loaded.
 extern "C" QuelmLookupFn quelmGetAPPAPIFunc();
 extern "C" QuelmLookupFn quelmGetAPPAPIFunc() {
-  if (fake_host::current == nullptr) return nullptr;
-  ++fake_host::current->provider_calls;
-  return fake_host::current->has_lookup ? fake_host::LayerFunctions::Lookup : nullptr;
+  if (fake_host::current_layer == nullptr) return nullptr;
+  ++fake_host::current_layer->provider_calls;
+  return fake_host::current_layer->has_lookup ? fake_host::LayerFunctions::Lookup : nullptr;
 }

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::array<CuePoint, 3> kPoints{CuePoint{2, 88200}, CuePoint{1, 44100},
                                           CuePoint{5, 22050}};
-constexpr size_t kFrames = 100000;
+constexpr size_t kMarkedFrames = 100000;
 
 std::string listChunk() {
   return riffChunk("LIST",
@@ -38,7 +38,7 @@ TEST(EmbeddedMarks, AreFoundInEveryOrderOfTheChunks) {
     std::string name, chunk;
   };
   std::vector<Piece> pieces{{"cue ", riffChunk("cue ", cueBody(kPoints))},
-                            {"data ", dataChunk(kFrames)},
+                            {"data ", dataChunk(kMarkedFrames)},
                             {"info ", riffChunk("LIST", "INFO" + riffChunk("INAM", "Song"))},
                             {"list ", listChunk()}};
   const auto byName = [](const Piece& a, const Piece& b) { return a.name < b.name; };
@@ -50,10 +50,10 @@ TEST(EmbeddedMarks, AreFoundInEveryOrderOfTheChunks) {
       order += piece.name;
     }
     const auto input = AudioInput::open(folder.write("a.wav", riffFile(chunks)), Dither::none);
-    EXPECT_EQ(input->info().frames, static_cast<int64_t>(kFrames)) << order;
+    EXPECT_EQ(input->info().frames, static_cast<int64_t>(kMarkedFrames)) << order;
     EXPECT_EQ(input->info().tags.title, "Song") << order;
     expectTheMarks(input->info().marks, order);
-    EXPECT_EQ(readAll(*input, 4096).left.size(), kFrames) << order;
+    EXPECT_EQ(readAll(*input, 4096).left.size(), kMarkedFrames) << order;
   } while (std::next_permutation(pieces.begin(), pieces.end(), byName));
 }
 
@@ -159,10 +159,10 @@ TEST(EmbeddedMarks, OfAWavFileSurviveInAFlacFile) {
   strange += flacBlock(2, "riffcue ");
   strange += cue;
   for (const std::string& blocks : {wave, strange}) {
-    const auto input =
-        AudioInput::open(folder.write("a.flac", flacFile(folder, kFrames, blocks)), Dither::none);
+    const auto input = AudioInput::open(
+        folder.write("a.flac", flacFile(folder, kMarkedFrames, blocks)), Dither::none);
     expectTheMarks(input->info().marks, "FLAC");
-    EXPECT_EQ(readAll(*input, 4096).left.size(), kFrames);
+    EXPECT_EQ(readAll(*input, 4096).left.size(), kMarkedFrames);
   }
 }
 
@@ -173,7 +173,7 @@ TEST(EmbeddedMarks, InAFlacFileThatAreDamagedAreNoError) {
   for (const std::string& chunk :
        {riffChunk("cue ", ""), riffChunk("cue ", little32(9)), huge, std::string("cue ")}) {
     const auto input = AudioInput::open(
-        folder.write("a.flac", flacFile(folder, kFrames, foreign(chunk))), Dither::none);
+        folder.write("a.flac", flacFile(folder, kMarkedFrames, foreign(chunk))), Dither::none);
     EXPECT_TRUE(input->info().marks.empty());
   }
 }

@@ -8,7 +8,7 @@
 namespace velmor::render::test {
 namespace {
 
-constexpr size_t kFrames = 4 * 44100;
+constexpr size_t kMpegFrames = 4 * 44100;
 
 /// Variable rate, loud in one half and silent in the other, which misleads every estimate.
 void writeMpeg(const std::string& path, bool loudFirst) {
@@ -20,13 +20,13 @@ void writeMpeg(const std::string& path, bool loudFirst) {
   ASSERT_TRUE(file) << sf_strerror(nullptr);
   ASSERT_EQ(sf_command(file, SFC_GET_BITRATE_MODE, nullptr, 0), SF_BITRATE_MODE_VARIABLE);
   std::mt19937 random(7);
-  std::vector<double> samples(2 * kFrames);
+  std::vector<double> samples(2 * kMpegFrames);
   for (size_t i = 0; i < samples.size(); ++i) {
-    const bool loud = (i < kFrames) == loudFirst;
+    const bool loud = (i < kMpegFrames) == loudFirst;
     const double noise = static_cast<double>(random()) / 4294967296.0 - 0.5;
     samples[i] = loud ? noise : 0.0;
   }
-  EXPECT_EQ(sf_write_double(file, samples.data(), 2 * kFrames), sf_count_t{2 * kFrames});
+  EXPECT_EQ(sf_write_double(file, samples.data(), 2 * kMpegFrames), sf_count_t{2 * kMpegFrames});
   ASSERT_EQ(sf_close(file), 0);
 }
 
@@ -48,8 +48,8 @@ TEST_P(MpegLength, IsTheEncodersCountWhereThereIsOne) {
   const auto input = AudioInput::open(folder.path("a.mp3"), Dither::none);
   EXPECT_EQ(input->info().format, "MPEG, layer III (MP3)");
   EXPECT_EQ(input->info().bits, 0);
-  EXPECT_EQ(static_cast<size_t>(input->info().frames), kFrames);
-  EXPECT_EQ(readAll(*input, 1024).left.size(), kFrames);
+  EXPECT_EQ(static_cast<size_t>(input->info().frames), kMpegFrames);
+  EXPECT_EQ(readAll(*input, 1024).left.size(), kMpegFrames);
 }
 
 TEST_P(MpegLength, IsCountedWhereThereIsNone) {
@@ -59,8 +59,8 @@ TEST_P(MpegLength, IsCountedWhereThereIsNone) {
   ASSERT_FALSE(bare.empty());
   const auto input = AudioInput::open(folder.write("bare.mp3", bare), Dither::none);
   // All of the sound, and at most the encoder's padding of a few frames of 1152 samples.
-  EXPECT_GE(static_cast<size_t>(input->info().frames), kFrames);
-  EXPECT_LE(static_cast<size_t>(input->info().frames), kFrames + 4 * 1152);
+  EXPECT_GE(static_cast<size_t>(input->info().frames), kMpegFrames);
+  EXPECT_LE(static_cast<size_t>(input->info().frames), kMpegFrames + 4 * 1152);
   EXPECT_EQ(static_cast<int64_t>(readAll(*input, 1024).left.size()), input->info().frames);
 }
 

@@ -16,11 +16,11 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 
-constexpr size_t kFrames = 60000;
+constexpr size_t kStreamFrames = 60000;
 
 std::string vorbisFile(const Folder& folder, uint32_t seed) {
   std::mt19937 random(seed);
-  std::vector<int16_t> samples(2 * kFrames);
+  std::vector<int16_t> samples(2 * kStreamFrames);
   for (int16_t& sample : samples) sample = static_cast<int16_t>(random() % 20000U);
   writeShorts(folder.path("made"), {SF_FORMAT_OGG | SF_FORMAT_VORBIS, 44100, 2}, samples);
   return contentsOf(folder.path("made"));
@@ -44,7 +44,7 @@ TEST(OggStream, OfOneWholeLinkIsReadToItsEnd) {
   const std::string bytes = vorbisFile(folder, 1);
   ASSERT_EQ(pagesOf(bytes).back(), bytes.size());
   const auto input = AudioInput::open(folder.write("a.ogg", bytes), Dither::none);
-  EXPECT_EQ(readAll(*input, 4096).left.size(), kFrames);
+  EXPECT_EQ(readAll(*input, 4096).left.size(), kStreamFrames);
 }
 
 TEST(OggStream, ThatIsCutBetweenTwoPagesBreaksOff) {

@@ -25,10 +25,11 @@ std::vector<WavMark> marksOf(const std::string& cue, const std::vector<std::stri
   return parseWavMarks(bytesOf(cue), views, order);
 }
 
-constexpr std::array<CuePoint, 3> kPoints{CuePoint{3, 900}, CuePoint{1, 100}, CuePoint{2, 500}};
+constexpr std::array<CuePoint, 3> kUnsortedPoints{CuePoint{3, 900}, CuePoint{1, 100},
+                                                  CuePoint{2, 500}};
 
 TEST(WavMarks, ComeInAscendingOrderWithTheirNames) {
-  const auto marks = marksOf(cueBody(kPoints),
+  const auto marks = marksOf(cueBody(kUnsortedPoints),
                              {"adtl" + label(1, "one") + label(2, "a pair") + label(3, "three")});
   ASSERT_EQ(marks.size(), 3U);
   EXPECT_EQ(marks[0].start, 100);
@@ -41,7 +42,8 @@ TEST(WavMarks, ComeInAscendingOrderWithTheirNames) {
 }
 
 TEST(WavMarks, WithALengthAreRegions) {
-  const auto marks = marksOf(cueBody(kPoints), {"adtl" + region(2, 250, "") + label(2, "solo")});
+  const auto marks =
+      marksOf(cueBody(kUnsortedPoints), {"adtl" + region(2, 250, "") + label(2, "solo")});
   ASSERT_EQ(marks.size(), 3U);
   EXPECT_EQ(marks[1].length, 250);
   EXPECT_EQ(marks[1].name, "solo");
@@ -50,31 +52,37 @@ TEST(WavMarks, WithALengthAreRegions) {
 
 TEST(WavMarks, TakeTheLabelThenTheRegionsTextThenTheNote) {
   const std::string all = note(1, "note") + region(1, 5, "text") + label(1, "label");
-  EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + all})[0].name, "label");
-  EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + note(1, "note") + region(1, 5, "text")})[0].name,
-            "text");
-  EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + note(1, "note")})[0].name, "note");
-  EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + label(1, "first") + label(1, "second")})[0].name,
-            "first");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + all})[0].name, "label");
+  EXPECT_EQ(
+      marksOf(cueBody(kUnsortedPoints), {"adtl" + note(1, "note") + region(1, 5, "text")})[0].name,
+      "text");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + note(1, "note")})[0].name, "note");
+  EXPECT_EQ(
+      marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "first") + label(1, "second")})[0].name,
+      "first");
 }
 
 TEST(WavMarks, KeepLongNamesAndThoseWithoutATerminator) {
   const std::string name(300, 'n');
   const std::string bare = riffChunk("labl", little32(1) + name);
-  EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + bare})[0].name, name);
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + bare})[0].name, name);
 }
 
 TEST(WavMarks, ReadNamesThatAreNotUtf8AsWindows1252) {
-  EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + label(1, "Caf\xe9")})[0].name, "Caf\xc3\xa9");
-  EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + label(1, "\x8cuvre")})[0].name, "\xc5\x92uvre");
-  EXPECT_EQ(marksOf(cueBody(kPoints), {"adtl" + label(1, "Caf\xc3\xa9\nb")})[0].name,
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "Caf\xe9")})[0].name,
+            "Caf\xc3\xa9");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "\x8cuvre")})[0].name,
+            "\xc5\x92uvre");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "Caf\xc3\xa9\nb")})[0].name,
             "Caf\xc3\xa9 b");
 }
 
 TEST(WavMarks, OfOtherListsTakeNothing) {
-  EXPECT_EQ(marksOf(cueBody(kPoints), {"INFO" + label(1, "no")})[0].name, "");
-  EXPECT_EQ(marksOf(cueBody(kPoints), {"INFO" + label(1, "no"), "adtl" + label(1, "yes")})[0].name,
-            "yes");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"INFO" + label(1, "no")})[0].name, "");
+  EXPECT_EQ(
+      marksOf(cueBody(kUnsortedPoints), {"INFO" + label(1, "no"), "adtl" + label(1, "yes")})[0]
+          .name,
+      "yes");
 }
 
 TEST(WavMarks, ReadBigEndianFiles) {
@@ -97,7 +105,7 @@ TEST(WavMarks, KeepTheirNamesWherePadBytesAreMissing) {
        {one + two + label(3, "three"), one + label(2, "dual") + label(3, "three"),
         one + label(2, "dual") + note(9, "") + label(3, "three"),
         label(1, "pair") + two + note(3, "three"), one + two + region(3, 7, "three")}) {
-    const auto marks = marksOf(cueBody(kPoints), {"adtl" + list});
+    const auto marks = marksOf(cueBody(kUnsortedPoints), {"adtl" + list});
     EXPECT_EQ(marks[0].name, "pair");
     EXPECT_EQ(marks[1].name, "dual");
     EXPECT_EQ(marks[2].name, "three");
@@ -105,7 +113,7 @@ TEST(WavMarks, KeepTheirNamesWherePadBytesAreMissing) {
 }
 
 TEST(WavMarks, OfADamagedCueChunkAreNone) {
-  const std::string cue = cueBody(kPoints);
+  const std::string cue = cueBody(kUnsortedPoints);
   EXPECT_TRUE(marksOf("", {}).empty());
   EXPECT_TRUE(marksOf(std::string(3, '\1'), {}).empty());
   EXPECT_TRUE(marksOf(little32(0), {}).empty());
@@ -118,19 +126,19 @@ TEST(WavMarks, OfADamagedCueChunkAreNone) {
 TEST(WavMarks, OfADamagedListKeepWhatIsWholeBeforeTheDamage) {
   const std::string list = "adtl" + label(1, "one") + label(2, "two") + label(3, "three");
   for (size_t length = 0; length <= list.size(); ++length) {
-    const auto marks = marksOf(cueBody(kPoints), {list.substr(0, length)});
+    const auto marks = marksOf(cueBody(kUnsortedPoints), {list.substr(0, length)});
     ASSERT_EQ(marks.size(), 3U) << length;
     EXPECT_TRUE(marks[2].name.empty() || marks[2].name == "three") << length;
   }
   const std::string huge = "adtl" + label(1, "one") + "labl" + little32(0xfffffffeU) + little32(2);
-  EXPECT_EQ(marksOf(cueBody(kPoints), {huge})[0].name, "one");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {huge})[0].name, "one");
   const std::string tiny = "adtl" + riffChunk("labl", "ab") + riffChunk("ltxt", little32(1));
-  EXPECT_EQ(marksOf(cueBody(kPoints), {tiny})[0].name, "");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {tiny})[0].name, "");
 }
 
 TEST(WavMarks, OfRandomBytesNeverLeaveTheirSpans) {
   std::mt19937 random(11);
-  const std::string cue = cueBody(kPoints);
+  const std::string cue = cueBody(kUnsortedPoints);
   const std::string list = "adtl" + label(1, "one") + region(2, 9, "two") + note(3, "three");
   for (int round = 0; round < 3000; ++round) {
     std::string brokenCue = cue;

@@ -1,6 +1,8 @@
 // What the loaded module leaves on disk against the reference model, over many random renders.
 //
 // VELMOR_MODEL_SEEDS: how many renders (400); VELMOR_MODEL_FIRST_SEED: the first one (1).
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,8 @@
 // The model against discs worked out by hand.
 #include "tests/model/reference_model.h"
 
+#include <gtest/gtest.h>
+
 namespace model {
 namespace {
 

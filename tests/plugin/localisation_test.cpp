@@ -19,7 +19,7 @@ struct ConfigParameters {
 
 SinkConfig config = fake_host::MakeConfig({.disc_leadin_ms = 77});
 
-HWND ShowConfig(Session& session, int length = sizeof config) {
+HWND ShowSettings(Session& session, int length = sizeof config) {
   return session.registration().ShowConfig(&config, length, &session.windowing.parent);
 }
 
@@ -33,7 +33,7 @@ LRESULT ReplacementProcedure(HWND, UINT message, WPARAM, LPARAM lparam) {
 
 TEST(ConfigurationDialog, IsAModelessChildMadeFromTheModulesList) {
   BoundSession session;
-  HWND window = ShowConfig(session);
+  HWND window = ShowSettings(session);
   ASSERT_THAT(session.windowing.requests, SizeIs(1));
   const fake_host::DialogRequest& request = session.windowing.requests[0];
   EXPECT_FALSE(request.modal);
@@ -47,12 +47,12 @@ TEST(ConfigurationDialog, IsAModelessChildMadeFromTheModulesList) {
 TEST(ConfigurationDialog, ThatTheLayerDoesNotMakeIsNull) {
   BoundSession session;
   session.windowing.creates_dialogs = false;
-  EXPECT_EQ(ShowConfig(session), nullptr);
+  EXPECT_EQ(ShowSettings(session), nullptr);
 }
 
 TEST(ConfigurationDialog, IsPreparedForTranslationFirst) {
   BoundSession session;
-  ShowConfig(session);
+  ShowSettings(session);
   ASSERT_THAT(session.host.prepare_calls, SizeIs(1));
   const fake_host::PrepareDialogCall& prepared = session.host.prepare_calls[0];
   EXPECT_EQ(prepared.prefix, "cd_");
@@ -70,7 +70,7 @@ TEST(ConfigurationDialog, TheHostsProcedureAndScratchTakeThePlaceOfTheModules) {
   BoundSession session;
   session.host.prepared_procedure = ReplacementProcedure;
   init_seen = 0;
-  EXPECT_NE(ShowConfig(session), nullptr);
+  EXPECT_NE(ShowSettings(session), nullptr);
   const fake_host::PrepareDialogCall& prepared = session.host.prepare_calls.at(0);
   const fake_host::DialogRequest& request = session.windowing.requests.at(0);
   EXPECT_EQ(request.procedure, ReplacementProcedure);
@@ -85,7 +85,7 @@ TEST(ConfigurationDialog, WithoutAHostThatPreparesItOpensAsItIs) {
   session.host.Withhold("__localizePrepareDialog");
   session.Load();
   ASSERT_EQ(session.Bind(), 1);
-  auto* dialog = static_cast<fake_host::Window*>(ShowConfig(session));
+  auto* dialog = static_cast<fake_host::Window*>(ShowSettings(session));
   ASSERT_NE(dialog, nullptr);
   EXPECT_THAT(session.host.prepare_calls, IsEmpty());
   EXPECT_EQ(dialog->Control(1001)->value, 77);
@@ -104,13 +104,13 @@ TEST(ConfigurationDialog, IsOpenedWithTheBlobAndItsLength) {
   Session session;
   session.Load();
   ASSERT_EQ(session.Bind(), 1);
-  ShowConfig(session);
+  ShowSettings(session);
   module_procedure = session.host.prepare_calls.at(0).procedure;
   session.host.prepared_procedure = ForwardingProcedure;
   session.host.on_prepare_dialog = [](const fake_host::PrepareDialogCall& call) {
     module_init = call.init;
   };
-  auto* dialog = static_cast<fake_host::Window*>(ShowConfig(session, 25));
+  auto* dialog = static_cast<fake_host::Window*>(ShowSettings(session, 25));
   ASSERT_NE(dialog, nullptr);
   EXPECT_EQ(parameters_seen.blob, &config);
   EXPECT_EQ(parameters_seen.length, 25);

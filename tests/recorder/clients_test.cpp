@@ -1,6 +1,8 @@
 // Packaged programs burn to the emulated drives and read back from them: three clients with habits
 // of their own, none of which knows that there is no hardware.
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <chrono>

@@ -1,5 +1,7 @@
 // SEND CUE SHEET: what a drive takes and what it refuses.
 
+#include <gtest/gtest.h>
+
 #include "tests/recorder/drive_on_bench.h"
 
 namespace velmor::recorder {

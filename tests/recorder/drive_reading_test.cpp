@@ -1,5 +1,7 @@
 // Reading a burned disc: tables of contents, sub-channels, audio.
 
+#include <gtest/gtest.h>
+
 #include "tests/recorder/drive_on_bench.h"
 
 namespace velmor::recorder {

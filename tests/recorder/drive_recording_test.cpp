@@ -1,5 +1,7 @@
 // Session-at-once: order, addresses, sizes, the end of a session, test writes, blanking.
 
+#include <gtest/gtest.h>
+
 #include "tests/recorder/drive_on_bench.h"
 
 namespace velmor::recorder {

@@ -1,5 +1,7 @@
 // Readiness, unit attention, the tray, and what the drive tells of itself.
 
+#include <gtest/gtest.h>
+
 #include "tests/recorder/drive_on_bench.h"
 
 namespace velmor::recorder {

@@ -2,6 +2,8 @@
 // the emulated drives through the program's own open, ioctl and stat.
 
 // libburn.h wants its types declared first, and puts itself into namespace burn.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/types.h>
 //
 #include <fcntl.h>

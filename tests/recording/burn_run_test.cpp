@@ -1,5 +1,7 @@
 #include "host/recording/burn_run.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>

@@ -1,5 +1,8 @@
 #include "host/recording/disc_comparison.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "tests/recording/recorder_double.h"
 
 namespace velmor::recording::testing {

@@ -1,5 +1,8 @@
 #include "host/recording/disc_texts.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "host/recording/disc_codes.h"
 #include "host/recording/latin1.h"
 #include "host/recording/refusal.h"

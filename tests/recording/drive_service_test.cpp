@@ -1,5 +1,8 @@
 #include "host/recording/drive_service.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "tests/recording/attendant_double.h"
 #include "tests/recording/recorder_double.h"
 

@@ -1,4 +1,7 @@
 // From the burn engine's calls through libburn to the disc in an emulated recorder.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <fstream>
 #include <stdexcept>

@@ -1,4 +1,7 @@
 // The library as the program meets it: loaded from a file.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "host/recording/recording_loader.h"
 #include "tests/recording/attendant_double.h"
 #include "tests/recording/recorder_shelf.h"

@@ -1,5 +1,8 @@
 #include "host/recording/sector_feed.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "tests/recording/programme.h"
 
 namespace velmor::recording::testing {

@@ -1,5 +1,8 @@
 #include "host/recording/session_plan.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "host/recording/refusal.h"
 #include "tests/recording/programme.h"
 

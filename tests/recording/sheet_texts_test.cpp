@@ -1,5 +1,7 @@
 #include "host/recording/sheet_texts.h"
 
+#include <gtest/gtest.h>
+
 #include "host/recording/refusal.h"
 
 namespace velmor::recording::testing {

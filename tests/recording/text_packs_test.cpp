@@ -1,5 +1,7 @@
 // Our count of CD-TEXT packs against those that libburn makes.
 
+#include <gtest/gtest.h>
+
 #include "host/recording/disc_texts.h"
 #include "host/recording/libburn_header.h"
 

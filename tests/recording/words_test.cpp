@@ -1,4 +1,7 @@
 // The sentences: sense data, device files, discs.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <cerrno>
 
 #include "host/recording/device_access.h"

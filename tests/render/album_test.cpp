@@ -8,16 +8,17 @@
 
 #include "host/render/failure.h"
 #include "host/render/render_range.h"
+#include "tests/render/marks.h"
 
 namespace velmor::render {
 namespace {
 
+using test::kSecond;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-constexpr int64_t kSecond = 44100;
 constexpr double kOneFrame = 1.0 / 44100;
 
 InputInfo input(const std::string& path, double seconds, const Tags& tags = {},

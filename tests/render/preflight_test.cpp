@@ -3,22 +3,20 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/render/marks.h"
+
 namespace velmor::render {
 namespace {
 
+using test::kSecond;
+using test::marker;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr int64_t kSecond = 44100;
-
 SinkConfig markersMode(int32_t track_ms = 0) {
   return {static_cast<int32_t>(kIsoFormatCode), 0, track_ms, 0, kTracksFromMarkers, 0};
-}
-
-Mark marker(double at, const std::string& name) {
-  return {at, std::nullopt, name};
 }
 
 Findings check(const SinkConfig& config, const std::vector<Mark>& marks, int64_t frames,

@@ -6,22 +6,21 @@
 #include <random>
 
 #include "host/render/render_range.h"
+#include "tests/render/marks.h"
 #include "tests/render/module_render.h"
 
 namespace velmor::render {
 namespace {
 
+using test::marker;
 using test::ModuleRender;
+
+Mark region(double from, double to, const std::string& name) {
+  return {from, to, name};
+}
 
 SinkConfig config(int32_t mode, int32_t disc_ms, int32_t track_ms, bool hash = false) {
   return {static_cast<int32_t>(kIsoFormatCode), disc_ms, track_ms, 0, mode, hash};
-}
-
-Mark marker(double at, const std::string& name) {
-  return {at, std::nullopt, name};
-}
-Mark region(double from, double to, const std::string& name) {
-  return {from, to, name};
 }
 
 /// Marks as the host hands them over: in order, on whole frames.

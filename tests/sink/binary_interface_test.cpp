@@ -13,8 +13,9 @@
 #include "abi/quelm_functions.h"
 #include "abi/quelm_provider.h"
 #include "abi/sink_registration.h"
-#include "tests/sink/expected_disc.h"
+#include "tests/sink/render_case.h"
 
+namespace sink_test {
 namespace {
 
 namespace raw {
@@ -452,3 +453,4 @@ TEST(DeclaredInterface, TheSinksSlotsStandInTheirOrder) {
 }
 
 }  // namespace
+}  // namespace sink_test

@@ -8,22 +8,14 @@
 #include <cstring>
 #include <filesystem>
 
-#include "tests/sink/expected_disc.h"
+#include "tests/sink/render_case.h"
 
+namespace sink_test {
 namespace {
 
 namespace fs = std::filesystem;
-using expected::ExpectImage;
-using expected::Image;
-using expected::Sheet;
-using fake_host::BoundSession;
 using fake_host::FileExists;
-using fake_host::Marker;
-using fake_host::ReadText;
-using fake_host::Region;
 using fake_host::Session;
-using fake_host::Settings;
-using fake_host::Sink;
 using fake_host::SizeOfFile;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -399,3 +391,4 @@ TEST_F(Construction, TheStartTimeIsZeroUntilTheHostSetsIt) {
 }
 
 }  // namespace
+}  // namespace sink_test

@@ -5,16 +5,10 @@
 #include <cmath>
 #include <limits>
 
-#include "tests/sink/expected_disc.h"
+#include "tests/sink/render_case.h"
 
+namespace sink_test {
 namespace {
-
-using fake_host::BlockSchedule;
-using fake_host::BoundSession;
-using fake_host::Sink;
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 // The rule as it is written down: clamp, else round half up.
 int16_t Plain(double x) {
@@ -191,3 +185,4 @@ TEST_F(Conversion, NoFramesAreNothing) {
 }
 
 }  // namespace
+}  // namespace sink_test

@@ -5,24 +5,15 @@
 #include <filesystem>
 
 #include "tests/fake_host/system_calls.h"
-#include "tests/sink/expected_disc.h"
+#include "tests/sink/render_case.h"
 
+namespace sink_test {
 namespace {
 
-using expected::Sheet;
-using fake_host::BoundSession;
-using fake_host::Mark;
-using fake_host::Marker;
-using fake_host::ReadText;
-using fake_host::Region;
-using fake_host::Settings;
-using fake_host::Sink;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
-
-constexpr int64_t kSecond = 44100;
 
 class CueSheet : public BoundSession, public testing::Test {
  protected:
@@ -303,3 +294,4 @@ TEST_F(CueSheet, MinutesGoOnPastNinetyNine) {
 }
 
 }  // namespace
+}  // namespace sink_test

@@ -8,46 +8,26 @@
 
 #include "tests/fake_host/allocation.h"
 #include "tests/fake_host/system_calls.h"
-#include "tests/sink/expected_disc.h"
+#include "tests/sink/render_case.h"
 
+namespace sink_test {
 namespace {
 
-using expected::ExpectImage;
-using expected::Image;
-using expected::Sheet;
-using fake_host::BoundSession;
-using fake_host::Mark;
-using fake_host::Marker;
-using fake_host::ReadText;
-using fake_host::Region;
-using fake_host::Settings;
-using fake_host::Sink;
 using fake_host::SystemCallScript;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 using testing::Pair;
 
-constexpr int64_t kSecond = 44100;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr int64_t kLongestSilence = 2147483647 / 2352 * 2352;
 constexpr int64_t kLongestSilenceFrames = kLongestSilence / 4;
 constexpr int64_t kMebibyte = 1 << 20;
 
-class HostileInput : public BoundSession, public testing::Test {
+class HostileInput : public RenderCase {
  protected:
   std::string Render(const std::vector<Mark>& marks, const Settings& settings = {},
                      double start = 0.0) {
-    host.marks = marks;
-    Sink sink = CreateSink("disc.cue", settings);
-    EXPECT_TRUE(sink);
-    if (!sink) return {};
-    sink->SetStartTime(start);
-    sink.WriteSignal(12 * kSecond, {.lengths = {44100}});
-    EXPECT_EQ(sink.Finish(), 1);
-    sink.Delete();
-    return ReadText(File("disc.cue"));
+    return RenderCase::Render(marks, 12 * kSecond, settings, {.lengths = {44100}}, start);
   }
   void ExpectWholeSignal() { ExpectImage(File("disc.bin"), Image().Signal(0, 12 * kSecond)); }
 };
@@ -352,3 +332,4 @@ TEST_F(HostileInput, WhicheverAllocationFailsARenderGoesOn) {
 }
 
 }  // namespace
+}  // namespace sink_test

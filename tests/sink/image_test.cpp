@@ -3,17 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "tests/fake_host/system_calls.h"
-#include "tests/sink/expected_disc.h"
+#include "tests/sink/render_case.h"
 
+namespace sink_test {
 namespace {
-
-using expected::ExpectImage;
-using expected::Image;
-using expected::Sheet;
-using fake_host::BoundSession;
-using fake_host::Marker;
-using fake_host::Region;
-using fake_host::Sink;
 
 class Images : public BoundSession, public testing::Test {};
 
@@ -80,3 +73,4 @@ TEST_F(Images, AreWrittenInWholeBuffersOneAfterTheOther) {
 }
 
 }  // namespace
+}  // namespace sink_test

@@ -2,45 +2,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/sink/expected_disc.h"
+#include "tests/sink/render_case.h"
 
+namespace sink_test {
 namespace {
 
-using expected::ExpectImage;
-using expected::Image;
-using expected::Sheet;
-using fake_host::BoundSession;
-using fake_host::Mark;
-using fake_host::Marker;
-using fake_host::ReadText;
-using fake_host::Region;
-using fake_host::Settings;
-using fake_host::Sink;
-
-constexpr int64_t kSecond = 44100;
-
-class Markers : public BoundSession, public testing::Test {
- protected:
-  // Renders `frames` of the signal; leaves disc.cue and disc.bin.
-  std::string Render(const std::vector<Mark>& marks, int64_t frames, const Settings& settings = {},
-                     const fake_host::BlockSchedule& schedule = {}, double start = 0.0) {
-    host.marks = marks;
-    Sink sink = CreateSink("disc.cue", settings);
-    EXPECT_TRUE(sink);
-    if (!sink) return {};
-    sink->SetStartTime(start);
-    sink.WriteSignal(frames, schedule);
-    EXPECT_EQ(sink.Finish(), 1);
-    sink.Delete();
-    return ReadText(File("disc.cue"));
-  }
-  // The sheet's lines of tracks, without the FILE line.
-  static std::string Tracks(const std::vector<std::string>& lines) {
-    std::vector<std::string> all = {"FILE \"disc.bin\" BINARY"};
-    all.insert(all.end(), lines.begin(), lines.end());
-    return Sheet(all);
-  }
-};
+using Markers = RenderCase;
 
 TEST_F(Markers, ATrackLeadInIsWrittenBeforeTheSecondTrack) {
   EXPECT_EQ(Render({Marker(10.0, "Two")}, 15 * kSecond, {.track_leadin_ms = 2000}),
@@ -255,3 +222,4 @@ TEST_F(Markers, MoreThanNinetyNineTracksAreNumberedOn) {
 }
 
 }  // namespace
+}  // namespace sink_test

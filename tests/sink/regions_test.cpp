@@ -2,42 +2,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/sink/expected_disc.h"
+#include "tests/sink/render_case.h"
 
+namespace sink_test {
 namespace {
 
-using expected::ExpectImage;
-using expected::Image;
-using expected::Sheet;
-using fake_host::BoundSession;
-using fake_host::Mark;
-using fake_host::Marker;
-using fake_host::ReadText;
-using fake_host::Region;
-using fake_host::Settings;
-using fake_host::Sink;
-
-constexpr int64_t kSecond = 44100;
-
-class Regions : public BoundSession, public testing::Test {
+class Regions : public RenderCase {
  protected:
   std::string Render(const std::vector<Mark>& marks, int64_t frames, Settings settings = {},
-                     const fake_host::BlockSchedule& schedule = {}, double start = 0.0) {
-    host.marks = marks;
+                     const BlockSchedule& schedule = {}, double start = 0.0) {
     settings.track_mode = kTracksFromRegions;
-    Sink sink = CreateSink("disc.cue", settings);
-    EXPECT_TRUE(sink);
-    if (!sink) return {};
-    sink->SetStartTime(start);
-    sink.WriteSignal(frames, schedule);
-    EXPECT_EQ(sink.Finish(), 1);
-    sink.Delete();
-    return ReadText(File("disc.cue"));
-  }
-  static std::string Tracks(const std::vector<std::string>& lines) {
-    std::vector<std::string> all = {"FILE \"disc.bin\" BINARY"};
-    all.insert(all.end(), lines.begin(), lines.end());
-    return Sheet(all);
+    return RenderCase::Render(marks, frames, settings, schedule, start);
   }
 };
 
@@ -185,3 +160,4 @@ TEST_F(Regions, TheirNumberIsNeverAskedFor) {
 }
 
 }  // namespace
+}  // namespace sink_test

@@ -6,17 +6,13 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "tests/sink/expected_disc.h"
+#include "tests/sink/render_case.h"
 
+namespace sink_test {
 namespace {
 
-using expected::ExpectImage;
-using expected::Image;
-using fake_host::BoundSession;
 using fake_host::OpenDescriptors;
-using fake_host::ReadText;
 using fake_host::Session;
-using fake_host::Sink;
 using fake_host::SizeOfFile;
 using testing::Contains;
 using testing::IsEmpty;
@@ -249,3 +245,4 @@ TEST(FinishWithoutTranslation, TheDescriptionIsTheModulesOwn) {
 }
 
 }  // namespace
+}  // namespace sink_test

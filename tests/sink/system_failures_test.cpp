@@ -7,16 +7,12 @@
 #include <cerrno>
 
 #include "tests/fake_host/system_calls.h"
-#include "tests/sink/expected_disc.h"
+#include "tests/sink/render_case.h"
 
+namespace sink_test {
 namespace {
 
-using expected::ExpectImage;
-using expected::Image;
-using fake_host::BoundSession;
 using fake_host::OpenDescriptors;
-using fake_host::ReadText;
-using fake_host::Sink;
 using fake_host::SizeOfFile;
 using fake_host::SystemCall;
 using fake_host::SystemCallScript;
@@ -214,3 +210,4 @@ TEST_F(SystemFailures, ReadingIsNeverAskedForBytesThatWereWritten) {
 }
 
 }  // namespace
+}  // namespace sink_test

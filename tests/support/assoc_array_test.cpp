@@ -1,5 +1,7 @@
 #include "support/assoc_array.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <map>

@@ -1,6 +1,7 @@
 #include "support/file_read.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -19,20 +20,12 @@
 namespace support_test {
 namespace {
 
+using fake_host::Noise;
+
 constexpr int kFill = 32768;
 constexpr int kStaggeredFill = 16384;
 constexpr int64_t kStep = 4 << 20;
 constexpr uint32_t kExt4 = 0xEF53;
-
-std::string Bytes(size_t count) {
-  std::string bytes(count, '\0');
-  unsigned seed = 5;
-  for (char& byte : bytes) {
-    seed = seed * 1664525u + 1013904223u;
-    byte = static_cast<char>(seed >> 24);
-  }
-  return bytes;
-}
 
 std::string Read(YDK_FileRead& reader, int count) {
   std::string bytes(static_cast<size_t>(count), '\0');
@@ -62,7 +55,7 @@ std::vector<int64_t> Fills(const SystemCalls& calls) {
 }
 
 TEST_F(FileRead, ReadsTheBytesInOrderWhateverTheRequests) {
-  Write(Bytes(300001));
+  Write(Noise(300001));
   for (const int request : {1, 7, 2352, 16384, 32768, 32769, 100000, 400000}) {
     auto reader = Open();
     std::string all;
@@ -113,7 +106,7 @@ struct SeekCase {
 class Seeking : public FileRead, public testing::WithParamInterface<SeekCase> {};
 
 TEST_P(Seeking, StaysInsideTheFile) {
-  Write(Bytes(1000));
+  Write(Noise(1000));
   auto reader = Open();
   Read(*reader, 10);
   EXPECT_FALSE(reader->SetPosition(GetParam().to));
@@ -128,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(Clamps, Seeking,
                                          SeekCase{1001, 1000}, SeekCase{INT64_MAX, 1000}));
 
 TEST_F(FileRead, ReadsUpToTheEndAndThenNothing) {
-  Write(Bytes(100));
+  Write(Noise(100));
   auto reader = Open();
   reader->SetPosition(90);
   EXPECT_EQ(Read(*reader, 50), content.substr(90));
@@ -137,7 +130,7 @@ TEST_F(FileRead, ReadsUpToTheEndAndThenNothing) {
 }
 
 TEST_F(FileRead, RequestsOfNoBytesReachNoFile) {
-  Write(Bytes(100));
+  Write(Noise(100));
   auto reader = Open();
   SystemCalls calls;
   char byte = 'x';
@@ -147,7 +140,7 @@ TEST_F(FileRead, RequestsOfNoBytesReachNoFile) {
 }
 
 TEST_F(FileRead, AfterASeekTheFirstFillIsWholeAndHalfInTurn) {
-  Write(Bytes(1000000));
+  Write(Noise(1000000));
   auto reader = Open();
   SystemCalls calls;
   for (int i = 0; i < 8; ++i) {
@@ -162,7 +155,7 @@ TEST_F(FileRead, AfterASeekTheFirstFillIsWholeAndHalfInTurn) {
 }
 
 TEST_F(FileRead, TheTurnIsSharedByAllReaders) {
-  Write(Bytes(1000000));
+  Write(Noise(1000000));
   auto first = Open();
   auto second = Open();
   SystemCalls calls;
@@ -199,7 +192,7 @@ TEST(FileReadDeathTest, TheTurnBeginsWithAWholeFill) {
 }
 
 TEST_F(FileRead, FillsThatFollowOnAreWhole) {
-  Write(Bytes(200000));
+  Write(Noise(200000));
   auto reader = Open();
   SystemCalls calls;
   Read(*reader, 150000);
@@ -217,7 +210,7 @@ TEST_F(FileRead, FillsThatFollowOnAreWhole) {
 }
 
 TEST_F(FileRead, ASeekInsideTheBufferReachesNoFile) {
-  Write(Bytes(200000));
+  Write(Noise(200000));
   auto reader = Open();
   reader->SetPosition(50000);
   Read(*reader, 100);
@@ -232,7 +225,7 @@ TEST_F(FileRead, ASeekInsideTheBufferReachesNoFile) {
 }
 
 TEST_F(FileRead, TheByteBeforeAndTheByteAfterTheBufferAreReadAnew) {
-  Write(Bytes(200000));
+  Write(Noise(200000));
   for (const bool before : {true, false}) {
     SystemCalls calls;
     auto reader = Open();
@@ -248,7 +241,7 @@ TEST_F(FileRead, TheByteBeforeAndTheByteAfterTheBufferAreReadAnew) {
 }
 
 TEST_F(FileRead, AfterASeekInsideTheBufferTheNextFillFollowsTheBuffer) {
-  Write(Bytes(200000));
+  Write(Noise(200000));
   SystemCalls calls;
   auto reader = Open();
   Read(*reader, 100);
@@ -262,7 +255,7 @@ TEST_F(FileRead, AfterASeekInsideTheBufferTheNextFillFollowsTheBuffer) {
 }
 
 TEST_F(FileRead, ASeekToThePositionItHasChangesNothing) {
-  Write(Bytes(200000));
+  Write(Noise(200000));
   auto reader = Open();
   Read(*reader, 100);
   SystemCalls calls;
@@ -272,7 +265,7 @@ TEST_F(FileRead, ASeekToThePositionItHasChangesNothing) {
 }
 
 TEST_F(FileRead, AnyMixOfSeeksAndReadsGivesTheFilesBytes) {
-  Write(Bytes(150000));
+  Write(Noise(150000));
   std::mt19937 random(11);
   auto reader = Open();
   int64_t position = 0;
@@ -316,12 +309,12 @@ TEST_F(FileRead, LocksWithoutWaitingAndUnlocks) {
 }
 
 TEST_F(FileRead, FollowsTheSizeOfAFileThatAnotherProcessWrites) {
-  Write(Bytes(1000));
+  Write(Noise(1000));
   LockHolder writer(path, LOCK_EX);
   auto reader = Open();
   ASSERT_TRUE(reader->IsOpen());
   EXPECT_EQ(reader->GetSize(), 1000);
-  Write(Bytes(5000));
+  Write(Noise(5000));
   EXPECT_FALSE(reader->SetPosition(4000));
   EXPECT_EQ(reader->GetPosition(), 4000) << "the size was not read again before the seek";
   EXPECT_EQ(Read(*reader, 2000), content.substr(4000));
@@ -340,9 +333,9 @@ TEST_F(FileRead, FollowsTheSizeOfAFileThatAnotherProcessWrites) {
 }
 
 TEST_F(FileRead, ReadsTheSizeOnceWhenItHoldsTheLock) {
-  Write(Bytes(1000));
+  Write(Noise(1000));
   auto reader = Open();
-  Write(Bytes(5000));
+  Write(Noise(5000));
   SystemCalls calls;
   EXPECT_EQ(reader->GetSize(), 1000);
   reader->SetPosition(4000);
@@ -360,7 +353,7 @@ class UnbufferedRead : public FileRead {
 };
 
 TEST_F(UnbufferedRead, AsksTheFileForEveryRequest) {
-  Write(Bytes(1000));
+  Write(Noise(1000));
   auto reader = Open();
   EXPECT_EQ(Read(*reader, 10), content.substr(0, 10));
   EXPECT_EQ(Read(*reader, 10), content.substr(10, 10));
@@ -372,7 +365,7 @@ TEST_F(UnbufferedRead, AsksTheFileForEveryRequest) {
 }
 
 TEST_F(UnbufferedRead, AFailedOneMovesThePositionBackByOne) {
-  Write(Bytes(1000));
+  Write(Noise(1000));
   auto reader = Open();
   Read(*reader, 10);
   calls.Fail(Call::kPread, EIO, 2, 3);
@@ -387,7 +380,7 @@ TEST_F(UnbufferedRead, AFailedOneMovesThePositionBackByOne) {
 }
 
 TEST_F(FileRead, AFailedFillEndsTheRequestWithWhatThereIs) {
-  Write(Bytes(200000));
+  Write(Noise(200000));
   auto reader = Open();
   SystemCalls calls;
   calls.Fail(Call::kPread, EIO, 2, 2);
@@ -399,7 +392,7 @@ TEST_F(FileRead, AFailedFillEndsTheRequestWithWhatThereIs) {
 }
 
 TEST_F(FileRead, AFailedFirstFillGivesNothing) {
-  Write(Bytes(1000));
+  Write(Noise(1000));
   auto reader = Open();
   SystemCalls calls;
   calls.Fail(Call::kPread, EIO);
@@ -409,7 +402,7 @@ TEST_F(FileRead, AFailedFirstFillGivesNothing) {
 }
 
 TEST_F(FileRead, ShortFillsAreContinued) {
-  Write(Bytes(100000));
+  Write(Noise(100000));
   auto reader = Open();
   SystemCalls calls;
   calls.Shorten(Call::kPread, 1, 13);
@@ -418,7 +411,7 @@ TEST_F(FileRead, ShortFillsAreContinued) {
 }
 
 TEST_F(FileRead, WithoutAnEndToSeekToTheSizeIsZero) {
-  Write(Bytes(1000));
+  Write(Noise(1000));
   SystemCalls calls;
   calls.Fail(Call::kLseek, ESPIPE, 1, 1);
   auto reader = Open();
@@ -484,7 +477,7 @@ struct FileSystemCase {
 class ReadCaching : public FileRead, public testing::WithParamInterface<FileSystemCase> {};
 
 TEST_P(ReadCaching, IsLeftToTheSystemOnTheNetwork) {
-  Write(Bytes(1000));
+  Write(Noise(1000));
   SystemCalls calls;
   calls.PretendFileSystem(GetParam().magic);
   auto reader = Open();
@@ -505,7 +498,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FileSystemCase{0x0BD00BD0, false}, FileSystemCase{0x65735546, false}));
 
 TEST_F(FileRead, AFileSystemThatCannotBeAskedCountsAsLocal) {
-  Write(Bytes(1000));
+  Write(Noise(1000));
   SystemCalls calls;
   calls.Fail(Call::kFstatfs, EIO);
   auto reader = Open();
@@ -513,7 +506,7 @@ TEST_F(FileRead, AFileSystemThatCannotBeAskedCountsAsLocal) {
 }
 
 TEST_F(FileRead, NoFailingCallLeavesADescriptorOpen) {
-  Write(Bytes(100000));
+  Write(Noise(100000));
   const int before = fake_host::OpenDescriptors();
   for (const Call call : {Call::kOpen, Call::kFlock, Call::kFstat, Call::kFstatfs, Call::kPread,
                           Call::kLseek, Call::kFadvise, Call::kRealloc, Call::kMalloc}) {

@@ -1,6 +1,7 @@
 #include "support/file_write.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -19,6 +20,7 @@
 namespace support_test {
 namespace {
 
+using fake_host::Noise;
 using fake_host::ReadText;
 using fake_host::WriteText;
 
@@ -56,15 +58,6 @@ class FileWrite : public testing::Test {
   fake_host::TempFolder folder;
   const std::string path = folder.File("disc.bin");
 };
-
-std::string Bytes(size_t count, unsigned seed = 1) {
-  std::string bytes(count, '\0');
-  for (char& byte : bytes) {
-    seed = seed * 1664525u + 1013904223u;
-    byte = static_cast<char>(seed >> 24);
-  }
-  return bytes;
-}
 
 int Put(YDK_FileWrite& writer, const std::string& bytes) {
   return writer.Write(bytes.data(), static_cast<int>(bytes.size()));
@@ -239,11 +232,11 @@ TEST_F(FileWrite, SwitchingCachingOffChangesNoCallHere) {
   for (const int async_mode : {0, 1, 2, 3}) {
     SystemCalls calls;
     auto writer = Open({.async_mode = async_mode});
-    Put(*writer, Bytes(200000));
+    Put(*writer, Noise(200000));
     writer.reset();
     EXPECT_EQ(calls.Count(Call::kFcntl) + calls.Count(Call::kFadvise), 0);
     counts.push_back(calls.SystemCallCount());
-    EXPECT_EQ(ReadText(path), Bytes(200000));
+    EXPECT_EQ(ReadText(path), Noise(200000));
   }
   EXPECT_EQ(counts, std::vector<int>(4, counts[0]));
 }
@@ -273,7 +266,7 @@ TEST_P(WriteBuffer, IsWrittenWhenFull) {
     EXPECT_EQ(calls.Count(Call::kPwrite), 1);
     return;
   }
-  const std::string all_but_one = Bytes(static_cast<size_t>(c.buffer) - 1);
+  const std::string all_but_one = Noise(static_cast<size_t>(c.buffer) - 1);
   Put(*writer, all_but_one);
   EXPECT_EQ(calls.Count(Call::kPwrite), 0);
   writer->Write("x", 1);
@@ -319,7 +312,7 @@ TEST_F(FileWrite, WithoutMemoryForItsBufferWritesAtOnce) {
 }
 
 TEST_F(FileWrite, OneLongWriteFlushesOnceAndKeepsTheRest) {
-  const std::string bytes = Bytes(200000);
+  const std::string bytes = Noise(200000);
   SystemCalls calls;
   auto writer = Open();
   EXPECT_EQ(Put(*writer, bytes), 200000);
@@ -354,7 +347,7 @@ TEST_F(FileWrite, AnySequenceOfLengthsGivesTheBytesInOrder) {
       unsigned seed = 3;
       for (int i = 0; i < 300; ++i) {
         seed = seed * 1664525u + 1013904223u;
-        const std::string piece = Bytes((seed >> 20) % 3000, seed);
+        const std::string piece = Noise((seed >> 20) % 3000, seed);
         EXPECT_EQ(Put(*writer, piece), static_cast<int>(piece.size()));
         expected += piece;
         ASSERT_EQ(writer->GetPosition(), static_cast<int64_t>(expected.size()));
@@ -375,7 +368,7 @@ TEST_P(WriteError, OfAFlushIsToldToTheDiskCountersOnly) {
   SystemCalls calls;
   calls.Fail(Call::kPwrite, GetParam().error);
   auto writer = Open(kSmallestBuffer);
-  EXPECT_EQ(Put(*writer, Bytes(16384 * 3 + 5)), 16384 * 3 + 5);
+  EXPECT_EQ(Put(*writer, Noise(16384 * 3 + 5)), 16384 * 3 + 5);
   EXPECT_EQ(g_reports, Reports(3, {0, GetParam().code}));
   EXPECT_EQ(writer->GetPosition(), 5) << "what did not land is dropped";
   writer.reset();
@@ -408,7 +401,7 @@ TEST_F(FileWrite, TheFailureCodesAreThoseOfTheHost) {
 }
 
 TEST_F(FileWrite, AfterAShortFlushLaterBytesFollowWhatLanded) {
-  const std::string bytes = Bytes(16384 * 2);
+  const std::string bytes = Noise(16384 * 2);
   SystemCalls calls;
   for (const int landed : {0, 1, 16383}) {
     g_reports.clear();
@@ -437,7 +430,7 @@ TEST_F(FileWrite, AShortUnbufferedWriteSaysHowMuchLanded) {
 TEST_F(FileWrite, AFullDeviceIsReportedOncePerFlush) {
   YDK_FileWrite writer("/dev/full", 0, 8192, 2, 16, false, true);
   if (writer.fd < 0) GTEST_SKIP() << "no /dev/full";
-  EXPECT_EQ(Put(writer, Bytes(16384 * 2)), 16384 * 2);
+  EXPECT_EQ(Put(writer, Noise(16384 * 2)), 16384 * 2);
   EXPECT_EQ(g_reports, Reports(2, {0, kDiskOutOfSpace}));
 }
 
@@ -451,7 +444,7 @@ TEST_F(FileWrite, NoFailingCallLeavesADescriptorOpen) {
         calls.Fail(call, error, nth, nth);
         for (const bool append : {false, true}) {
           auto writer = Open({.append = append});
-          Put(*writer, Bytes(140000));
+          Put(*writer, Noise(140000));
         }
         if (calls.Count(call) < nth) break;
         ASSERT_LT(nth, 20);

@@ -1,5 +1,7 @@
 #include "support/heap_buf.h"
 
+#include <gtest/gtest.h>
+
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -14,13 +16,9 @@ int64_t FirstAllocation(int granularity, int size) {
   SystemCalls calls;
   YDK_HeapBuf buf(granularity);
   buf.Resize(size);
-  EXPECT_EQ(calls.Count(Call::kRealloc) + calls.Count(Call::kMalloc), 1);
+  EXPECT_EQ(calls.AllocationCount(), 1);
   return calls.Count(Call::kRealloc) ? calls.Last(Call::kRealloc).size
                                      : calls.Last(Call::kMalloc).size;
-}
-
-int Allocations(const SystemCalls& calls) {
-  return calls.Count(Call::kRealloc) + calls.Count(Call::kMalloc);
 }
 
 struct GrowthCase {
@@ -73,9 +71,9 @@ TEST(HeapBuf, GrowsInsideItsBlockWithoutAllocating) {
   void* block = buf.Resize(10000);
   SystemCalls calls;
   for (int size = 10001; size <= 12192; ++size) EXPECT_EQ(buf.Resize(size), block);
-  EXPECT_EQ(Allocations(calls), 0);
+  EXPECT_EQ(calls.AllocationCount(), 0);
   buf.Resize(12193);
-  EXPECT_EQ(Allocations(calls), 1);
+  EXPECT_EQ(calls.AllocationCount(), 1);
 }
 
 TEST(HeapBuf, ResizingToTheSameSizeAllocatesNothing) {
@@ -85,7 +83,7 @@ TEST(HeapBuf, ResizingToTheSameSizeAllocatesNothing) {
     void* block = buf.Resize(7500, false);
     SystemCalls calls;
     EXPECT_EQ(buf.Resize(7500, shrink), block);
-    EXPECT_EQ(Allocations(calls), 0);
+    EXPECT_EQ(calls.AllocationCount(), 0);
   }
 }
 
@@ -95,7 +93,7 @@ TEST(HeapBuf, ResizingToTheSameSizeAllocatesNothingEvenFarBelowTheThreshold) {
   void* block = buf.Resize(10, false);
   SystemCalls calls;
   EXPECT_EQ(buf.Resize(10, true), block);
-  EXPECT_EQ(Allocations(calls), 0);
+  EXPECT_EQ(calls.AllocationCount(), 0);
 }
 
 TEST(HeapBuf, ANegativeSizeFreesTheBlock) {
@@ -105,7 +103,7 @@ TEST(HeapBuf, ANegativeSizeFreesTheBlock) {
   EXPECT_EQ(buf.GetSize(), 0);
   SystemCalls calls;
   buf.Resize(10);
-  EXPECT_EQ(Allocations(calls), 1) << "the old block was kept";
+  EXPECT_EQ(calls.AllocationCount(), 1) << "the old block was kept";
 }
 
 TEST(HeapBuf, SizeZeroWithoutShrinkingKeepsTheBlock) {
@@ -117,7 +115,7 @@ TEST(HeapBuf, SizeZeroWithoutShrinkingKeepsTheBlock) {
   SystemCalls calls;
   EXPECT_EQ(buf.Resize(0, true), nullptr) << "the size has not changed, so nothing has";
   EXPECT_EQ(buf.Resize(50), block);
-  EXPECT_EQ(Allocations(calls), 0);
+  EXPECT_EQ(calls.AllocationCount(), 0);
 }
 
 TEST(HeapBuf, ABlockOfThreePagesIsKeptForEverySizeButZero) {
@@ -125,10 +123,10 @@ TEST(HeapBuf, ABlockOfThreePagesIsKeptForEverySizeButZero) {
   void* block = buf.Resize(10000);
   SystemCalls calls;
   for (const int size : {9999, 6096, 4096, 100, 1}) EXPECT_EQ(buf.Resize(size, true), block);
-  EXPECT_EQ(Allocations(calls), 0);
+  EXPECT_EQ(calls.AllocationCount(), 0);
   EXPECT_EQ(buf.Resize(0, true), nullptr);
   buf.Resize(1);
-  EXPECT_EQ(Allocations(calls), 1);
+  EXPECT_EQ(calls.AllocationCount(), 1);
 }
 
 struct ShrinkCase {
@@ -147,9 +145,9 @@ TEST_P(Shrinking, ReallocatesBelowTheThresholdOnly) {
   memset(block, 0x5A, static_cast<size_t>(c.size));
   SystemCalls calls;
   EXPECT_EQ(buf.Resize(c.threshold, true), block);
-  EXPECT_EQ(Allocations(calls), 0);
+  EXPECT_EQ(calls.AllocationCount(), 0);
   const auto* bytes = static_cast<const char*>(buf.Resize(c.threshold - 1, true));
-  ASSERT_EQ(Allocations(calls), 1);
+  ASSERT_EQ(calls.AllocationCount(), 1);
   EXPECT_EQ(calls.Last(Call::kRealloc).size, c.reallocated);
   EXPECT_EQ(buf.GetSize(), c.threshold - 1);
   EXPECT_EQ(bytes[c.threshold - 2], 0x5A);
@@ -162,7 +160,7 @@ TEST_P(Shrinking, NeverReallocatesUnlessAllowed) {
   SystemCalls calls;
   EXPECT_EQ(buf.Resize(c.threshold - 1, false), block);
   EXPECT_EQ(buf.Resize(1, false), block);
-  EXPECT_EQ(Allocations(calls), 0);
+  EXPECT_EQ(calls.AllocationCount(), 0);
 }
 
 // Half of the block, or the block less four granularities where that is smaller.
@@ -199,7 +197,7 @@ TEST(HeapBuf, AFailedReallocIsMadeUpForByAFreshBlock) {
   memset(text, 1, 1000);
   calls.Forget();
   buf.Resize(1500);
-  EXPECT_EQ(Allocations(calls), 0) << "the fresh block's size is not known";
+  EXPECT_EQ(calls.AllocationCount(), 0) << "the fresh block's size is not known";
 }
 
 TEST(HeapBuf, AFreshBlockForFewerBytesTakesOnlyThoseOver) {

@@ -1,5 +1,7 @@
 #include "support/ptr_list.h"
 
+#include <gtest/gtest.h>
+
 #include <cerrno>
 #include <vector>
 

@@ -57,6 +57,8 @@ class SystemCalls {
   void Forget();
 
   int Count(Call call) const { return kinds_[static_cast<int>(call)].count; }
+  /// Calls that took memory or changed its size.
+  int AllocationCount() const { return Count(Call::kMalloc) + Count(Call::kRealloc); }
   /// The first calls of a kind, as many as are kept.
   std::vector<CallRecord> Records(Call call) const;
   CallRecord Last(Call call) const;

@@ -1,5 +1,7 @@
 #include "support/typed_buf.h"
 
+#include <gtest/gtest.h>
+
 #include <cerrno>
 #include <climits>
 #include <cstdint>

@@ -1,5 +1,7 @@
 #include "support/ydk_string.h"
 
+#include <gtest/gtest.h>
+
 #include <cerrno>
 #include <climits>
 #include <string>
@@ -12,10 +14,6 @@ namespace {
 void FailAllocations(SystemCalls& calls) {
   calls.Fail(Call::kRealloc, ENOMEM);
   calls.Fail(Call::kMalloc, ENOMEM);
-}
-
-int Allocations(const SystemCalls& calls) {
-  return calls.Count(Call::kRealloc) + calls.Count(Call::kMalloc);
 }
 
 TEST(String, ThatWasNeverSetReadsAsEmpty) {
@@ -85,7 +83,7 @@ TEST(String, AppendingNothingToANeverSetOneGivesItABlock) {
     const char* shared = YDK_String().Get();
     SystemCalls calls;
     text.Append(nothing);
-    EXPECT_EQ(Allocations(calls), 1);
+    EXPECT_EQ(calls.AllocationCount(), 1);
     EXPECT_NE(text.Get(), shared);
     EXPECT_STREQ(text.Get(), "");
     EXPECT_EQ(text.GetLength(), 0);
@@ -104,7 +102,7 @@ TEST(String, SettingNothingKeepsTheBlock) {
   text.Set("Night Drive");
   EXPECT_EQ(text.Get(), block);
   EXPECT_STREQ(text.Get(), "Night Drive");
-  EXPECT_EQ(Allocations(calls), 0);
+  EXPECT_EQ(calls.AllocationCount(), 0);
 }
 
 TEST(String, AShorterTextKeepsTheBlockOfALongerOne) {
@@ -117,7 +115,7 @@ TEST(String, AShorterTextKeepsTheBlockOfALongerOne) {
   EXPECT_STREQ(text.Get(), "ab");
   text.Append(std::string(4998, 'y').c_str());
   EXPECT_EQ(text.Get(), block);
-  EXPECT_EQ(Allocations(calls), 0);
+  EXPECT_EQ(calls.AllocationCount(), 0);
 }
 
 struct PutCase {

@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include "host/windowing/win32_numbers.h"
 #include "tests/windowing/desk.h"
 

@@ -1,6 +1,8 @@
 // A dialog whose procedure is the test's, and a person who follows a script.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <deque>
 #include <functional>
 #include <utility>

@@ -49,15 +49,16 @@ void create(HWND window, int flags) {
 
 QuelmDialogResource autosized = {kAutosized, "Autosized", 0,      &create<kProgressRows>,
                                  10,         500,         nullptr};
-QuelmDialogResource panel = {kPanel, "", 13, &create<kPanelRows>, 484, 86, &autosized};
-QuelmDialogResource burn = {kBurn, "Burn Audio CD Image", 12, &create<kBurnRows>, 404, 406, &panel};
-QuelmDialogResource progress = {kProgress, "Audio CD Image", 12, &create<kProgressRows>, 316, 66,
-                                &burn};
+QuelmDialogResource panel_template = {kPanel, "", 13, &create<kPanelRows>, 484, 86, &autosized};
+QuelmDialogResource burn_template = {kBurn, "Burn Audio CD Image", 12, &create<kBurnRows>, 404,
+                                     406,   &panel_template};
+QuelmDialogResource progress_template = {
+    kProgress, "Audio CD Image", 12, &create<kProgressRows>, 316, 66, &burn_template};
 
 }  // namespace
 
 QuelmDialogResource* dialog_templates() {
-  return &progress;
+  return &progress_template;
 }
 
 }  // namespace velmor::windowing

@@ -1,5 +1,6 @@
 #include "host/windowing/ini_file.h"
 
+#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include <climits>
 
 #include "host/windowing/layer_functions.h"

@@ -1,6 +1,7 @@
 #include "host/windowing/provider.h"
 
 #include <dlfcn.h>
+#include <gtest/gtest.h>
 
 #include "abi/quelm_functions.h"
 #include "host/windowing/layer_functions.h"

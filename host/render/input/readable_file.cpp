@@ -12,7 +12,7 @@
 namespace velmor::render {
 namespace {
 
-[[noreturn]] void refuse(const std::string& path, const std::string& reason) {
+[[noreturn]] void refuseToOpen(const std::string& path, const std::string& reason) {
   throw InputError("cannot read '" + path + "': " + reason);
 }
 
@@ -34,7 +34,7 @@ std::string reasonOf(int error) {
 // Not blocking: a pipe without a writer would otherwise hold the program in `open`.
 ReadableFile::ReadableFile(const std::string& path)
     : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
-  if (m_descriptor < 0) refuse(path, reasonOf(errno));
+  if (m_descriptor < 0) refuseToOpen(path, reasonOf(errno));
   struct stat status {};
   const int failure = ::fstat(m_descriptor, &status) == 0 ? 0 : errno;
   if (failure == 0 && S_ISREG(status.st_mode)) {
@@ -42,9 +42,9 @@ ReadableFile::ReadableFile(const std::string& path)
     return;
   }
   ::close(m_descriptor);
-  if (failure != 0) refuse(path, reasonOf(failure));
-  if (S_ISDIR(status.st_mode)) refuse(path, "it is a folder; name the files in it");
-  refuse(path, "it is a pipe or a device; save it as a file first");
+  if (failure != 0) refuseToOpen(path, reasonOf(failure));
+  if (S_ISDIR(status.st_mode)) refuseToOpen(path, "it is a folder; name the files in it");
+  refuseToOpen(path, "it is a pipe or a device; save it as a file first");
 }
 
 ReadableFile::~ReadableFile() {

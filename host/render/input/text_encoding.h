@@ -1,10 +1,17 @@
 // Names and titles as the sheet and the report need them: UTF-8 without control characters.
 #pragma once
 
+#include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
 namespace velmor::render {
+
+/// `bytes` as the characters they may be.
+inline std::string_view charactersOf(std::span<const std::byte> bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
 
 /// Well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
 bool isUtf8(std::string_view bytes);

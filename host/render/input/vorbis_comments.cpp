@@ -19,10 +19,6 @@ using Block = std::vector<std::byte>;
 /// Comments can hold a picture; what is larger is damage.
 constexpr size_t kLargestBlock = size_t{16} << 20;
 
-std::string_view charactersOf(std::span<const std::byte> bytes) {
-  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 /// Appends the segments of `page` to `packet`; true when they end it. Nothing when the file has no
 /// more, or the packet gets too large.
 std::optional<bool> appendPacket(const FileBytes& file, const OggPage& page, Block& packet) {

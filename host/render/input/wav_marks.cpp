@@ -33,10 +33,6 @@ uint32_t numberAt(Bytes bytes, size_t at, ByteOrder order) {
   return value;
 }
 
-std::string_view charactersOf(Bytes bytes) {
-  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 void setOnce(std::string& text, Bytes bytes) {
   if (text.empty()) text = asLineOfText(charactersOf(bytes));
 }

@@ -2,11 +2,13 @@
 // the runtime is up.
 #include "tests/mac/doubles/constants.h"
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a name that is declared takes none.
 #define CONSTANT(name)   \
   extern "C" void* name; \
   void* name;
 #include "tests/mac/doubles/constants.inc"
 #undef CONSTANT
+// NOLINTEND(bugprone-macro-parentheses)
 
 namespace doubles {
 

@@ -8,7 +8,6 @@ namespace velmor::cdcheck {
 
 namespace {
 
-constexpr std::string_view kSheetRules = "CDRWIN cue sheet rules";
 constexpr std::array<std::string_view, 5> kTypes = {"BINARY", "MOTOROLA", "WAVE", "AIFF", "MP3"};
 
 std::string shown(const ImageFile& image) {

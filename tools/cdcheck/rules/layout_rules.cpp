@@ -8,7 +8,6 @@ namespace velmor::cdcheck {
 namespace {
 
 constexpr std::string_view kRedBook = "Red Book (IEC 60908)";
-constexpr std::string_view kSheetRules = "CDRWIN cue sheet rules";
 constexpr std::string_view kAtip = "Orange Book (ATIP)";
 
 constexpr int64_t k74Minutes = 333'000;    ///< sectors

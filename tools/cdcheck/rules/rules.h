@@ -1,10 +1,15 @@
 // The checks, one group each. Each looks at a disc and adds what it finds; none changes anything.
 #pragma once
 
+#include <string_view>
+
 #include "tools/cdcheck/report/findings.h"
 #include "tools/cdcheck/rules/disc.h"
 
 namespace velmor::cdcheck {
+
+/// Where the rules of syntax and layout come from.
+inline constexpr std::string_view kSheetRules = "CDRWIN cue sheet rules";
 
 /// Lines that are no commands, values that do not end, line ends, byte-order mark.
 void checkSyntax(const Disc& disc, Findings& findings);

@@ -4,8 +4,6 @@ namespace velmor::cdcheck {
 
 namespace {
 
-constexpr std::string_view kSheetRules = "CDRWIN cue sheet rules";
-
 void addProblem(const SyntaxProblem& p, Findings& findings) {
   const Place place{p.line, p.track};
   switch (p.kind) {

@@ -8,7 +8,6 @@ namespace velmor::recorder {
 namespace {
 
 constexpr std::size_t kEntryBytes = 8;
-constexpr uint8_t kLeadOutNumber = 0xAA;
 constexpr int kMostTracks = 99;
 
 /// Bytes the host sends for a sector of this data form; nothing for a form an audio recorder lacks.

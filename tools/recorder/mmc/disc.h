@@ -30,6 +30,9 @@ struct Track {
 };
 
 inline constexpr std::size_t kPackBytes = 18;
+
+/// The lead-out in place of a track number, in cue sheets, TOCs and the Q sub-channel.
+inline constexpr uint8_t kLeadOutNumber = 0xAA;
 using CdTextPack = std::array<uint8_t, kPackBytes>;
 
 struct Disc {

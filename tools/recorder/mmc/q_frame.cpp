@@ -19,7 +19,6 @@ void storeTime(uint8_t* to, Msf msf) {
 }  // namespace
 
 std::array<uint8_t, 16> qFrameOf(const Disc& disc, int32_t lba) {
-  constexpr uint8_t kLeadOutNumber = 0xAA;
   constexpr std::size_t kChecked = 10;
   std::array<uint8_t, 16> frame{};
   const Track* track = disc.trackAt(lba);

@@ -4,8 +4,6 @@ namespace velmor::recorder {
 
 namespace {
 
-constexpr uint8_t kLeadOutNumber = 0xAA;
-
 void appendMsf(Bytes& data, int32_t lba) {
   const Msf msf = msfOf(lba);
   data.insert(data.end(), {msf.minute, msf.second, msf.frame});
