@@ -8,6 +8,7 @@
 #include "host/render/codes.h"
 #include "host/render/disc_time.h"
 #include "host/render/mark_names.h"
+#include "host/render/preflight_parts.h"
 
 namespace velmor::render {
 
@@ -19,19 +20,9 @@ constexpr int64_t kSectorsOf74Minutes = 333000;
 constexpr int64_t kSectorsOf7957 = 359775;
 constexpr size_t kLongestText = 80;  // characters; several readers refuse more
 
-std::string quoted(const std::string& text) {
-  return '"' + text + '"';
-}
-
-/// "A", "B" and 3 more.
-std::string listed(const std::vector<std::string>& names) {
-  constexpr size_t kShown = 5;
-  std::string text;
-  for (size_t i = 0; i < names.size() && i < kShown; ++i) {
-    text += (i ? ", " : "") + quoted(names[i]);
-  }
-  if (names.size() > kShown) text += " and " + std::to_string(names.size() - kShown) + " more";
-  return text;
+std::vector<std::string> allQuoted(std::vector<std::string> texts) {
+  for (std::string& text : texts) text = quoted(text);
+  return texts;
 }
 
 void checkTracks(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
@@ -61,27 +52,6 @@ void checkLength(const TrackPlan& plan, Findings& findings) {
   } else if (sectors > kSectorsOf74Minutes) {
     findings.warnings.push_back("the disc lasts " + msfOf(sectors) +
                                 " (MM:SS:FF), longer than the 74 minutes that every plant takes");
-  }
-}
-
-void checkStarts(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
-  std::vector<std::string> inside;
-  for (size_t i = 0; i < plan.tracks.size(); ++i) {
-    if (plan.tracks[i].start_frame % kFramesPerSector) inside.push_back(std::to_string(i + 1));
-  }
-  if (!inside.empty()) {
-    findings.warnings.push_back(
-        (inside.size() == 1
-             ? "track " + inside[0] + " starts"
-             : std::to_string(inside.size()) + " tracks (the first is " + inside[0] + ") start") +
-        " inside a sector, so the sheet points up to 1/75 second before the music; --track-leadin "
-        "aligns tracks to sectors");
-  }
-  if (config.track_leadin_ms > 0 && config.track_leadin_ms < 1000 && plan.tracks.size() > 1) {
-    findings.warnings.push_back(
-        "a track lead-in under a second makes INDEX 00 and INDEX 01 of a track the same, which "
-        "some "
-        "readers refuse; use 0 or at least 1000 ms");
   }
 }
 
@@ -115,13 +85,13 @@ void checkNames(const TrackPlan& plan, Findings& findings) {
   if (!plan.dropped_markers.empty()) {
     findings.warnings.push_back(
         (plan.dropped_markers.size() == 1 ? "the marker " : "the markers ") +
-        listed(plan.dropped_markers) +
+        listed(allQuoted(plan.dropped_markers)) +
         (plan.dropped_markers.size() == 1 ? " makes no track: it comes"
                                           : " make no tracks: they come") +
         " within 4 seconds of a track's start");
   }
   if (!plan.joined_regions.empty()) {
-    findings.warnings.push_back(listed(plan.joined_regions) +
+    findings.warnings.push_back(listed(allQuoted(plan.joined_regions)) +
                                 (plan.joined_regions.size() == 1 ? " joins" : " join") +
                                 " the track before, which lasts under 4 seconds, but the name "
                                 "stays in the list: from there "
@@ -157,6 +127,28 @@ void checkCodes(const HostProject& project, Findings& findings) {
 }
 
 }  // namespace
+
+std::string quoted(const std::string& text) {
+  return '"' + text + '"';
+}
+
+std::string listed(const std::vector<std::string>& names) {
+  constexpr size_t kShown = 5;
+  const size_t shown = std::min(names.size(), kShown);
+  const bool more = names.size() > shown;
+  std::string text;
+  for (size_t i = 0; i < shown; ++i) {
+    const bool last = i + 1 == shown && !more;
+    text += (i == 0 ? "" : last ? " and " : ", ") + names[i];
+  }
+  return more ? text + " and " + std::to_string(names.size() - shown) + " more" : text;
+}
+
+std::string tracksListed(const std::vector<size_t>& tracks) {
+  std::vector<std::string> numbers;
+  for (const size_t track : tracks) numbers.push_back(std::to_string(track + 1));
+  return (tracks.size() == 1 ? "track " : "tracks ") + listed(numbers);
+}
 
 Findings checkBeforeRender(const SinkConfig& config, const HostProject& project,
                            const TrackPlan& plan) {

@@ -42,7 +42,7 @@ TEST(Report, ALeadInOfBrokenFramesStillPutsTheTrackOnItsSector) {
   writeWav(folder / "b.wav", 5);
   const Ended ended = render({folder / "a.wav", folder / "b.wav", "--disc-leadin", "13",
                               "--track-leadin", "1501", "--json", "-o", folder / "disc"});
-  EXPECT_EQ(ended.err, "");
+  EXPECT_EQ(ended.status, 0) << ended.err;
   const json disc = json::parse(ended.out);
   EXPECT_EQ(disc["tracks"][0]["start_sector"], 1);
   EXPECT_EQ(disc["tracks"][1]["start_sector"], 1 + 375 + 113);

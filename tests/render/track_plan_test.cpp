@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <random>
 
+#include "host/render/disc_time.h"
 #include "host/render/render_range.h"
+#include "host/render/sheet_times.h"
 #include "tests/render/module_render.h"
 
 namespace velmor::render {
@@ -55,6 +57,9 @@ void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_
     const PlannedTrack& track = plan.tracks[i];
     EXPECT_EQ(render.titles[i], track.title) << "track " << i + 1;
     EXPECT_EQ(render.indexes[i], test::sheetTime(track.start)) << "track " << i + 1;
+    EXPECT_EQ(render.indexes[i], msfOf(startSectorInSheet(plan, i))) << "track " << i + 1;
+    const auto gap = gapSectorInSheet(settings, plan, i);
+    EXPECT_EQ(render.gaps[i], gap ? msfOf(*gap) : "") << "track " << i + 1;
     const bool silence_before = i == 0 ? settings.disc_leadin_ms : settings.track_leadin_ms;
     if (plan.rendered_frames == 0) continue;
     EXPECT_NE(render.left[static_cast<size_t>(track.start_frame)], 0) << "track " << i + 1;
