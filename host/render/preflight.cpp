@@ -3,9 +3,7 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <set>
 
-#include "host/render/codes.h"
 #include "host/render/disc_time.h"
 #include "host/render/mark_names.h"
 #include "host/render/preflight_parts.h"
@@ -102,30 +100,6 @@ void checkNames(const TrackPlan& plan, Findings& findings) {
   }
 }
 
-void checkCodes(const HostProject& project, Findings& findings) {
-  for (const auto& [key, value] : project.metadata) {
-    if (strcasecmp(key.c_str(), "CUE:DISC_CATALOG") != 0) continue;
-    if (const auto fault = catalogueFault(value)) {
-      findings.warnings.push_back("the catalogue number " + quoted(value) + " " + *fault);
-    }
-  }
-  std::set<std::string> seen;
-  for (const Mark& mark : project.marks) {
-    if (strncasecmp(mark.name.c_str(), "ISRC=", 5) != 0) continue;
-    const std::string text = mark.name.substr(5);
-    const auto code = normalisedIsrc(text);
-    if (!code || *code != text) {
-      findings.warnings.push_back(
-          "the ISRC " + quoted(text) +
-          " has not the form of two capitals, three capitals or digits and seven digits");
-    }
-    if (!seen.insert(code.value_or(text)).second) {
-      findings.warnings.push_back("the ISRC " + quoted(text) +
-                                  " is used twice; every recording has its own");
-    }
-  }
-}
-
 }  // namespace
 
 std::string quoted(const std::string& text) {
@@ -158,7 +132,7 @@ Findings checkBeforeRender(const SinkConfig& config, const HostProject& project,
   checkStarts(config, plan, findings);
   checkNames(plan, findings);
   checkFields(project, findings);
-  checkCodes(project, findings);
+  checkCodes(project, plan, findings);
   return findings;
 }
 

@@ -12,6 +12,9 @@ namespace velmor::render {
 /// Where the sheet puts the tracks.
 void checkStarts(const SinkConfig& config, const TrackPlan& plan, Findings& findings);
 
+/// The catalogue number and the ISRCs: their form, and whether each ISRC reaches a track.
+void checkCodes(const HostProject& project, const TrackPlan& plan, Findings& findings);
+
 std::string quoted(const std::string& text);
 
 /// One, two and 3 more; the first five are named.

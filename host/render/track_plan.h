@@ -15,6 +15,9 @@ struct PlannedTrack {
   double start = 0.0;       ///< image seconds, as the sheet's INDEX 01 is made from
   int64_t start_frame = 0;  ///< first frame of its audio in the image
   int64_t frames = 0;       ///< up to the next track's start, or the image's end
+  /// The stretch of the project, in seconds, whose tags the module gives to the track.
+  double source_start = 0.0;
+  double source_length = 0.0;
 };
 
 struct TrackPlan {

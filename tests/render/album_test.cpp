@@ -182,6 +182,20 @@ TEST(Album, AnIsrcGoesToItsInputAndWinsOverTheTag) {
               ElementsAre("0 A", "0 ISRC=GBXYZ2600009", "10 B", "10 ISRC=USABC2600002"));
 }
 
+TEST(Album, InOneTrackModeTheInputThatTheRangeCutsGivesTheTrackItsIsrc) {
+  Options options;
+  options.track_mode = kOneTrack;
+  options.isrcs = {{1, "USABC2600001"}, {2, "USABC2600002"}, {3, "USABC2600003"}};
+  options.start = 12;
+  const auto infos = [] {
+    return std::vector<InputInfo>{input("a.wav", 10), input("b.wav", 10), input("c.wav", 10)};
+  };
+  EXPECT_THAT(marksOf(options, infos()), ElementsAre("0 ISRC=USABC2600002", "8 ISRC=USABC2600003"));
+  options.isrcs.erase(2);
+  EXPECT_THAT(marksOf(options, infos()), ElementsAre("8 ISRC=USABC2600003"))
+      << "the code of an input that is not on the disc";
+}
+
 TEST(Album, AnInputsCodesFollowTheRegionThatTakesItsPlace) {
   Options options;
   options.track_mode = kTracksFromRegions;

@@ -163,6 +163,39 @@ TEST(Range, TheMarkerInForceAtTheStartMovesToIt) {
   EXPECT_TRUE(readFile(folder / "album.bin") == asImage(samples).substr(8 * 176400, 11 * 176400));
 }
 
+TEST(Range, OneTrackBearsTheIsrcOfTheInputItBeginsIn) {
+  const Scratch folder;
+  writeWav(folder / "a.wav", 6, 1);
+  writeWav(folder / "b.wav", 10, 2);
+  const Ended ended =
+      render({folder / "a.wav", folder / "b.wav", "--track-mode", "one", "--isrc", "1=USABC2600001",
+              "--isrc", "2=USABC2600002", "--start", "8", "-o", folder / "album"});
+  EXPECT_EQ(ended.err, "");
+  EXPECT_EQ(readFile(folder / "album.cue"),
+            "FILE \"album.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    ISRC \"USABC2600002\"\r\n"
+            "    INDEX 01 00:00:00\r\n");
+}
+
+TEST(Isrc, OneThatDoesNotReachItsTrackIsNamed) {
+  const Scratch folder;
+  writeWav(folder / "intro.wav", 3, 1);
+  writeWav(folder / "song.wav", 10, 2);
+  const std::vector<std::string> both = {folder / "intro.wav", folder / "song.wav", "--force", "-o",
+                                         folder / "album"};
+  const auto warnings = [&](std::vector<std::string> options) {
+    options.insert(options.end(), both.begin(), both.end());
+    return render(options).err;
+  };
+  EXPECT_THAT(warnings({"--isrc", "1=USABC2600001", "--isrc", "2=USABC2600002"}),
+              HasSubstr("the ISRC \"USABC2600002\" (track 1) is left out"));
+  EXPECT_THAT(readFile(folder / "album.cue"), HasSubstr("ISRC \"USABC2600001\""));
+  EXPECT_THAT(warnings({"--isrc", "2=USABC2600002"}),
+              HasSubstr("the ISRC \"USABC2600002\" of input 2 goes to track 1"));
+  EXPECT_THAT(
+      warnings({"--track-mode", "one", "--isrc", "1=USABC2600001", "--isrc", "2=USABC2600002"}),
+      HasSubstr("the ISRC \"USABC2600002\" (track 1) is left out"));
+}
+
 TEST(Range, ARegionThatItCutsKeepsItsInputsCode) {
   const Scratch folder;
   const std::vector<int16_t> samples = writeWav(folder / "a.wav", 20);

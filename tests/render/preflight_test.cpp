@@ -178,6 +178,48 @@ TEST(Preflight, AnIsrcIsUsedOnceAndHasItsForm) {
   EXPECT_THAT(warnings("ISRC=", "ISRC=USABC2600001"), ElementsAre(HasSubstr("has not the form")));
 }
 
+TEST(Preflight, SaysWhichIsrcsATrackHasNoPlaceFor) {
+  const auto warnings = [](const std::vector<Mark>& marks) {
+    return check(markersMode(), marks, kSecond * 120).warnings;
+  };
+  EXPECT_THAT(warnings({marker(0, "A"), marker(0, "ISRC=USABC2600001"), marker(60, "B"),
+                        marker(60, "ISRC=USABC2600002"), marker(70, "ISRC=USABC2600003")}),
+              ElementsAre(AllOf(HasSubstr("the ISRC \"USABC2600003\" (track 2) is left out"),
+                                HasSubstr("only one"))));
+  EXPECT_THAT(
+      warnings({marker(0, "A"), marker(0, "ISRC=USABC2600001"), marker(2, "ISRC=USABC2600002"),
+                marker(60, "B"), marker(60, "ISRC=USABC2600003"), marker(70, "ISRC=USABC2600004")}),
+      ElementsAre(HasSubstr("the ISRCs \"USABC2600002\" (track 1) and \"USABC2600004\" "
+                            "(track 2) are left out")));
+}
+
+TEST(Preflight, SaysWhichIsrcsLieInNoTrack) {
+  SinkConfig config = markersMode();
+  config.track_mode = kTracksFromRegions;
+  const std::vector<Mark> marks = {
+      {0.0, 20.0, "A"}, marker(30, "ISRC=USABC2600001"), {40.0, 60.0, "B"}};
+  EXPECT_THAT(check(config, marks, kSecond * 120).warnings,
+              ElementsAre(AllOf(HasSubstr("the ISRC \"USABC2600001\" lies in no track"),
+                                HasSubstr("region"))));
+}
+
+TEST(Preflight, SaysWhichInputsIsrcsGoToATrackThatBeginsBefore) {
+  const auto ownCode = [](double at, int input) {
+    Mark mark = marker(at, "ISRC=USABC260000" + std::to_string(input));
+    mark.input = input;
+    return mark;
+  };
+  const std::vector<Mark> marks = {marker(0, "A"), marker(3, "B"), ownCode(3, 2), marker(60, "C"),
+                                   ownCode(59.9999, 3)};
+  EXPECT_THAT(check(markersMode(), marks, kSecond * 120).warnings,
+              Contains(AllOf(HasSubstr("the ISRC \"USABC2600002\" of input 2 goes to track 1,"),
+                             HasSubstr("before"))));
+  const std::vector<Mark> free = {marker(0, "A"), marker(3, "B"), marker(3, "ISRC=USABC2600002")};
+  EXPECT_THAT(check(markersMode(), free, kSecond * 120).warnings,
+              Not(Contains(HasSubstr("goes to track"))))
+      << "whoever places a code by hand means the track it lies in";
+}
+
 TEST(Preflight, SaysWhichTitlesAreLongerThanReadersTake) {
   EXPECT_THAT(check(markersMode(), {marker(0, std::string(80, 'x'))}, kSecond * 60).warnings,
               IsEmpty());

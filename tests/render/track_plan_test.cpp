@@ -6,6 +6,7 @@
 #include <random>
 
 #include "host/render/disc_time.h"
+#include "host/render/isrc_places.h"
 #include "host/render/render_range.h"
 #include "host/render/sheet_times.h"
 #include "tests/render/module_render.h"
@@ -44,6 +45,15 @@ int64_t audible(const ModuleRender& render) {
   return count;
 }
 
+/// The ISRC of each track as the plan has it, empty where it has none.
+std::vector<std::string> isrcsOfTracks(const TrackPlan& plan, const std::vector<Mark>& marks) {
+  std::vector<std::string> codes(plan.tracks.size());
+  for (const IsrcPlace& place : placesOfIsrcs(plan, marks)) {
+    for (const size_t track : place.given_to) codes[track] = place.code;
+  }
+  return codes;
+}
+
 /// The plan says what the module does: tracks, titles, times, and where each one's audio begins.
 void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_t frames,
                      int block) {
@@ -53,6 +63,7 @@ void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_
   EXPECT_EQ(render.image_bytes, plan.image_frames * 4);
   ASSERT_EQ(render.indexes.size(), plan.tracks.size());
   EXPECT_EQ(audible(render), plan.rendered_frames);
+  EXPECT_EQ(render.isrcs, isrcsOfTracks(plan, marks));
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
     const PlannedTrack& track = plan.tracks[i];
     EXPECT_EQ(render.titles[i], track.title) << "track " << i + 1;
@@ -72,11 +83,13 @@ void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_
 
 TEST(TrackPlan, IsWhatTheModuleDoesInEveryModeAndWithEveryLeadIn) {
   const std::vector<Mark> marks = {
-      marker(0.0, "One"),         marker(0.2, "PERF=Ana"),   marker(3.9, "too early"),
-      region(1.0, 6.5, "R1"),     marker(5.00001, "#Two"),   region(6.0, 7.0, "R2 joins"),
-      marker(9.0, "exact four"),  region(9.25, 14.0, "R3"),  marker(9.0000113, "same place"),
-      marker(13.7, "Say \"Go\""), region(14.0, 14.5, "R4"),  marker(13.7, "twice"),
-      marker(16.9, "last one"),   region(16.0, 40.0, "#R5"), marker(25.0, "past the end")};
+      marker(0.0, "One"),        marker(0.2, "PERF=Ana"),         marker(3.9, "too early"),
+      marker(0.3, "ISRC=first"), marker(2.0, "ISRC=late"),        marker(8.9995, "isrc=allowed"),
+      marker(15.0, "ISRC=gap"),  region(9.3, 9.4, "ISRC=x"),      region(1.0, 6.5, "R1"),
+      marker(5.00001, "#Two"),   region(6.0, 7.0, "R2 joins"),    marker(9.0, "exact four"),
+      region(9.25, 14.0, "R3"),  marker(9.0000113, "same place"), marker(13.7, "Say \"Go\""),
+      region(14.0, 14.5, "R4"),  marker(13.7, "twice"),           marker(16.9, "last one"),
+      region(16.0, 40.0, "#R5"), marker(25.0, "past the end")};
   for (const int32_t mode : {kTracksFromMarkers, kTracksFromRegions, kOneTrack}) {
     for (const auto& [disc_ms, track_ms] :
          {std::pair{0, 0}, {2000, 2000}, {500, 0}, {0, 1}, {13, 1501}, {1, 3}}) {
@@ -101,7 +114,8 @@ TEST(TrackPlan, IsWhatTheModuleDoesForMarksAtRandom) {
     std::vector<Mark> marks;
     for (int i = upTo(12); i > 0; --i) {
       const double at = seconds * 1.1 * upTo(1000) / 1000.0;
-      const std::string name = (upTo(2) ? "#" : "") + std::to_string(i);
+      const std::string kind[] = {"#", "", "isrc=", "ISRC="};
+      const std::string name = kind[upTo(4)] + std::to_string(i);
       marks.push_back(upTo(2) ? marker(at, name) : region(at, at + upTo(80) / 10.0, name));
     }
     const auto settings = config(upTo(2), upTo(2) * upTo(3000), upTo(2) * upTo(3000), upTo(2));

@@ -24,6 +24,7 @@ struct Mark {
   double start = 0.0;
   std::optional<double> end;
   std::string name;
+  int input = 0;  ///< whose own mark it is, an album's inputs counted from 1; 0: nobody's
 };
 
 /// Texts found in the file; empty when absent.
