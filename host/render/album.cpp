@@ -10,6 +10,7 @@
 #include "host/render/failure.h"
 #include "host/render/input/mark_parsing.h"
 #include "host/render/mark_names.h"
+#include "host/render/range_warnings.h"
 #include "host/render/render_range.h"
 #include "host/render/sheet_text.h"
 
@@ -173,8 +174,11 @@ Album layOutAlbum(const Options& options, std::vector<InputInfo> infos) {
   album.project.metadata = sinkMetadata(texts, album.warnings);
   std::vector<Mark> marks = allMarks(options, album, texts.performer);
   for (Mark& mark : marks) mark.name = fitForSheet(mark.name, album.warnings);
+  warnBeyondAudio(options, marks, album);
+  std::vector<Mark> left_out;
   album.project.marks = marksInRange(std::move(marks), album.render_start, album.render_end,
-                                     options.track_mode, options.hash_markers_only);
+                                     options.track_mode, options.hash_markers_only, left_out);
+  warnOutsideRange(options, left_out, album);
   if (options.track_mode == kTracksFromRegions) {
     dropEmptyRegions(album.project.marks, album.warnings);
   }

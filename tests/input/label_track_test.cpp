@@ -119,6 +119,7 @@ TEST(LabelTrack, IsReadFromAFileAndMayBeEmpty) {
 TEST(LabelTrack, ItsWarningsNameTheFileAndTheLine) {
   const Folder folder;
   const std::string path = folder.write("labels.txt", "1\t1\tOne\nnonsense\n");
+  EXPECT_EQ(readLabelTrack(path).marks[0].given_by, "line 1 of '" + path + "'");
   EXPECT_THAT(readLabelTrack(path).warnings,
               ElementsAre(HasSubstr("line 2 of '" + path + "' does not begin with a time")));
   const std::string wide = folder.write("wide.txt", "\xff\xfe");

@@ -108,6 +108,22 @@ TEST_F(Marks, ALabelTrackCutsAndSaysWhichLinesItCannotUse) {
   EXPECT_THAT(ended.err, HasSubstr("line 2 of '" + folder / "labels.txt" + "'"));
 }
 
+TEST_F(Marks, OnesBeyondTheAudioAreNamedWithWhoGaveThem) {
+  const std::string labels = folder / "labels.txt";
+  writeFile(labels, "4\t4\tA\n\n60\t60\tB\n");
+  sheet({"--labels", labels, "--marker", "70=C", "--track-leadin", "2000", "--end", "30"});
+  EXPECT_EQ(
+      ended.err,
+      "velmor-render: warning: --end lies at 0:30.000, but the inputs end at 0:20.000, and so "
+      "does the render\n"
+      "velmor-render: warning: \"B\" (line 3 of '" +
+          labels +
+          "') and \"C\" (--marker) lie beyond the end of the audio at 0:20.000 and are left "
+          "out; look at the times\n");
+  sheet({"--region", "70-80=R", "--track-mode", "regions"});
+  EXPECT_THAT(ended.err, HasSubstr("\"R\" (--region) lies beyond"));
+}
+
 TEST_F(Marks, ThousandsOfLabelsAreRefusedAsTracksAndTakenAsTags) {
   std::string labels;
   for (int i = 0; i < 10000; ++i) {

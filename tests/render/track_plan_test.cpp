@@ -31,8 +31,9 @@ Mark region(double from, double to, const std::string& name) {
 std::vector<Mark> prepared(std::vector<Mark> marks, int64_t frames, const SinkConfig& settings) {
   std::stable_sort(marks.begin(), marks.end(),
                    [](const Mark& a, const Mark& b) { return a.start < b.start; });
+  std::vector<Mark> left_out;
   marks = marksInRange(std::move(marks), 0, frames, static_cast<TrackMode>(settings.track_mode),
-                       settings.hash_markers_only != 0);
+                       settings.hash_markers_only != 0, left_out);
   std::vector<std::string> warnings;
   if (settings.track_mode == kTracksFromRegions) dropEmptyRegions(marks, warnings);
   return marks;

@@ -25,6 +25,8 @@ struct Mark {
   std::optional<double> end;
   std::string name;
   int input = 0;  ///< whose own mark it is, an album's inputs counted from 1; 0: nobody's
+  /// Who gave it, for messages: "--marker", "line 3 of 'x.txt'"; empty: an input.
+  std::string given_by = {};
 };
 
 /// Texts found in the file; empty when absent.

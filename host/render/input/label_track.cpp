@@ -94,6 +94,7 @@ class LabelReader {
  private:
   void add(Mark mark, std::string_view name) {
     mark.name = asLineOfText(name);
+    mark.given_by = place();
     m_track.marks.push_back(std::move(mark));
     if (!isUtf8(name)) {
       report("has a name that is not UTF-8 and was read as Windows-1252; save the labels as UTF-8");
@@ -102,9 +103,8 @@ class LabelReader {
   void warn(const char* what) {
     report(std::string(what) + " and was left out; write START, END and NAME with tabs between");
   }
-  void report(const std::string& what) {
-    m_track.warnings.push_back("line " + std::to_string(m_line) + " of " + m_name + " " + what);
-  }
+  void report(const std::string& what) { m_track.warnings.push_back(place() + " " + what); }
+  std::string place() const { return "line " + std::to_string(m_line) + " of " + m_name; }
 
   LabelTrack& m_track;
   const std::string& m_name;
