@@ -102,7 +102,7 @@ int run(const Options& options) {
   }
   const BurnResult* const burned = burn ? &burn->result() : nullptr;
   const RenderOutcome outcome =
-      renderAlbum(module.sink(), config, album, options, output.workingSheet());
+      renderAlbum(module.sink(), config, album, plan, options, output.workingSheet());
   if (!burn) stopIfInterrupted();
   delivery.afterRender(outcome, burned && burned->image_deleted);
 

@@ -83,12 +83,12 @@ void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, Progress& 
 }  // namespace
 
 RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& config,
-                          const Album& album, const Options& options,
+                          const Album& album, const TrackPlan& plan, const Options& options,
                           const std::string& sheet_path) {
   openProject(album.project);
   const std::unique_ptr<PCM_sink> sink = makeSink(module, config, sheet_path);
   checkFormat(*sink);
-  ReadAhead audio(album, options.dither, options.block);
+  ReadAhead audio(album, plan.written, options.dither, options.block);
   {
     Progress progress("Rendering", album.frames(), !options.quiet);
     stream(*sink, audio, options, progress);

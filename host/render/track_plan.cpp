@@ -31,7 +31,13 @@ class Planner {
     m_plan.tracks.back().start_frame = position();
   }
 
-  void write(int64_t frames) {
+  /// Writes the input's frames from `begin` up to `end`.
+  void write(int64_t begin, int64_t end) {
+    const int64_t frames = end - begin;
+    if (frames <= 0) return;
+    std::vector<FrameStretch>& written = m_plan.written;
+    if (written.empty() || written.back().end != begin) written.push_back({begin, begin});
+    written.back().end = end;
     m_frames += frames;
     m_bytes += frames * kBytesPerFrame;
     m_plan.rendered_frames += frames;
@@ -119,7 +125,7 @@ void planMarkers(Planner& planner, const SinkConfig& config, const std::vector<M
     named = true;
     const int64_t frame = frameAt(mark.start);
     if (mark.start <= 0.0 || frame >= frames) continue;
-    planner.write(frame - at);
+    planner.write(at, frame);
     at = frame;
     const std::string title = trackTitle(mark.name, hash_only);
     if (planner.isLongEnough()) {
@@ -129,7 +135,7 @@ void planMarkers(Planner& planner, const SinkConfig& config, const std::vector<M
       planner.plan().dropped_markers.push_back(title);
     }
   }
-  planner.write(frames - at);
+  planner.write(at, frames);
 }
 
 void planRegions(Planner& planner, const std::vector<Mark>& marks, int64_t frames) {
@@ -151,7 +157,7 @@ void planRegions(Planner& planner, const std::vector<Mark>& marks, int64_t frame
       }
     }
     first = false;
-    planner.write(std::max<int64_t>(end - start, 0));
+    planner.write(start, end);
     at = std::max(end, start);
   }
   // Titles and stretches go to the tracks in order, also where a region has joined the track
@@ -174,7 +180,7 @@ TrackPlan planTracks(const SinkConfig& config, const std::vector<Mark>& marks, i
     planRegions(planner, marks, frames);
   } else {
     planner.begin("");
-    planner.write(frames);
+    planner.write(0, frames);
   }
   return planner.finish();
 }

@@ -20,11 +20,18 @@ struct PlannedTrack {
   double source_length = 0.0;
 };
 
+/// Frames of the input, counted from the render's start; `end` is past the last one.
+struct FrameStretch {
+  int64_t begin = 0;
+  int64_t end = 0;
+};
+
 struct TrackPlan {
   std::vector<PlannedTrack> tracks;
-  int64_t image_frames = 0;     ///< padding included
-  int64_t rendered_frames = 0;  ///< of the input
-  int silences = 0;             ///< lead-ins written
+  int64_t image_frames = 0;           ///< padding included
+  int64_t rendered_frames = 0;        ///< of the input
+  std::vector<FrameStretch> written;  ///< these, ascending and apart
+  int silences = 0;                   ///< lead-ins written
   std::vector<std::string>
       dropped_markers;  ///< names of markers within four seconds of a track start
   std::vector<std::string> joined_regions;  ///< names of regions that join the track before

@@ -46,6 +46,19 @@ int64_t audible(const ModuleRender& render) {
   return count;
 }
 
+/// The image's samples that are no silence are those of the input that the plan says.
+void expectSamples(const ModuleRender& render, const TrackPlan& plan) {
+  size_t at = 0;
+  int64_t wrong = 0;
+  for (const FrameStretch& stretch : plan.written) {
+    for (int64_t frame = stretch.begin; frame < stretch.end; ++frame) {
+      while (at < render.left.size() && render.left[at] == 0) ++at;
+      wrong += at >= render.left.size() || render.left[at++] != test::sampleAt(frame);
+    }
+  }
+  EXPECT_EQ(wrong, 0);
+}
+
 /// The ISRC of each track as the plan has it, empty where it has none.
 std::vector<std::string> isrcsOfTracks(const TrackPlan& plan, const std::vector<Mark>& marks) {
   std::vector<std::string> codes(plan.tracks.size());
@@ -64,6 +77,7 @@ void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_
   EXPECT_EQ(render.image_bytes, plan.image_frames * 4);
   ASSERT_EQ(render.indexes.size(), plan.tracks.size());
   EXPECT_EQ(audible(render), plan.rendered_frames);
+  expectSamples(render, plan);
   EXPECT_EQ(render.isrcs, isrcsOfTracks(plan, marks));
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
     const PlannedTrack& track = plan.tracks[i];
@@ -165,6 +179,22 @@ TEST(TrackPlan, TracksFillTheImageFromTheFirstOnesAudioToTheEnd) {
     at += track.frames;
   }
   EXPECT_EQ(at, plan.image_frames);
+}
+
+TEST(TrackPlan, KnowsWhichFramesOfTheInputAreWritten) {
+  const auto written = [](int32_t mode, const std::vector<Mark>& marks) {
+    std::vector<std::pair<int64_t, int64_t>> stretches;
+    for (const FrameStretch& one : planTracks(config(mode, 0, 0), marks, 44100 * 20).written) {
+      stretches.emplace_back(one.begin, one.end);
+    }
+    return stretches;
+  };
+  using Stretches = std::vector<std::pair<int64_t, int64_t>>;
+  EXPECT_EQ(written(kTracksFromMarkers, {marker(0, "A"), marker(5, "B")}),
+            (Stretches{{0, 44100 * 20}}));
+  EXPECT_EQ(written(kOneTrack, {}), (Stretches{{0, 44100 * 20}}));
+  EXPECT_EQ(written(kTracksFromRegions, {region(1, 6, "A"), region(5, 7, "B"), region(9, 30, "C")}),
+            (Stretches{{44100, 44100 * 7}, {44100 * 9, 44100 * 20}}));
 }
 
 TEST(TrackPlan, ALeadInOfHoursIsAsLongAsTheModuleMakesIt) {
