@@ -2,11 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
 #include <memory>
 
-#include "host/render/cue_text.h"
 #include "host/render/disc_time.h"
 #include "host/render/failure.h"
 #include "host/render/host_project.h"
@@ -17,11 +14,6 @@
 namespace velmor::render {
 
 namespace {
-
-constexpr int kBytesPerSector = kFramesPerSector * kBytesPerFrame;
-// A silence of a length that is no whole number of frames counts up to one frame less than it is
-// long; there are at most a hundred of them.
-constexpr double kUncountedFrames = 101.0;
 
 std::unique_ptr<PCM_sink> makeSink(const SinkRegistration& module, SinkConfig config,
                                    const std::string& sheet_path) {
@@ -95,24 +87,7 @@ RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& conf
   }
   sink->Extended(kSinkRenderFinished, nullptr, nullptr, nullptr);
   stopOnWriteFailure();
-  return {audio.clipping(), sink->GetLength()};
-}
-
-void checkFinishedFiles(const std::string& sheet_path, const std::string& image_path,
-                        double image_seconds, int tracks) {
-  const auto bytes = static_cast<double>(std::filesystem::file_size(image_path));
-  const double missing = std::abs(image_seconds * kFramesPerSecond - bytes / kBytesPerFrame);
-  if (std::fmod(bytes, kBytesPerSector) != 0.0 || missing > kUncountedFrames) {
-    throw RenderError(
-        "the image is not complete: its last write did not reach the disk; free some "
-        "space on it and render again");
-  }
-  const CueText sheet = readCueText(sheet_path);
-  if (!sheet.complete || static_cast<int>(sheet.tracks.size()) != tracks) {
-    throw RenderError(
-        "the cue sheet is not complete: its last write did not reach the disk; free "
-        "some space on it and render again");
-  }
+  return {audio.clipping(), std::llround(sink->GetLength() * kFramesPerSecond)};
 }
 
 }  // namespace velmor::render

@@ -1,6 +1,9 @@
 // One render: the album streamed through the module's sink.
 #pragma once
 
+#include <cstdint>
+#include <string>
+
 #include "abi/sink_registration.h"
 #include "host/render/album.h"
 #include "host/render/clipping.h"
@@ -12,7 +15,7 @@ namespace velmor::render {
 /// What came of a render that ended well.
 struct RenderOutcome {
   Clipping clipping;           ///< of what was written
-  double image_seconds = 0.0;  ///< as the sink counts them
+  int64_t counted_frames = 0;  ///< the image's, as the sink counts them
 };
 
 /// Streams `album`, as `plan` lays it out, to a sink of the module that writes `sheet_path` and the
@@ -21,11 +24,5 @@ struct RenderOutcome {
 RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& config,
                           const Album& album, const TrackPlan& plan, const Options& options,
                           const std::string& sheet_path);
-
-/// Throws `RenderError` unless the finished files are whole: an image of whole sectors that is as
-/// long as the sink says (a last write that failed is reported nowhere else), and a sheet of
-/// `tracks` tracks to its last line.
-void checkFinishedFiles(const std::string& sheet_path, const std::string& image_path,
-                        double image_seconds, int tracks);
 
 }  // namespace velmor::render

@@ -64,6 +64,7 @@ class Planner {
   TrackPlan finish() {
     pad();
     m_plan.image_frames = position();
+    m_plan.counted_frames = m_frames;
     if (m_config.track_mode != kTracksFromRegions) {
       m_plan.tracks.back().source_length = secondsOf(m_frames) - m_plan.tracks.back().start;
     }
@@ -94,13 +95,12 @@ class Planner {
     const int64_t bytes = int64_t{ms} * kFramesPerSecond * kBytesPerFrame / 1000;
     silence(bytes > 2147483647 ? kMost : bytes);
     pad();
-    ++m_plan.silences;
   }
 
   const SinkConfig& m_config;
   TrackPlan m_plan;
   int64_t m_bytes = 0;
-  int64_t m_frames = 0;  ///< as the module counts them: a silence's odd bytes do not count
+  int64_t m_frames = 0;  ///< as the module counts them
 };
 
 /// The name of track 1: the first marker that can name one, within four seconds of the start.

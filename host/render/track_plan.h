@@ -31,7 +31,9 @@ struct TrackPlan {
   int64_t image_frames = 0;           ///< padding included
   int64_t rendered_frames = 0;        ///< of the input
   std::vector<FrameStretch> written;  ///< these, ascending and apart
-  int silences = 0;                   ///< lead-ins written
+  /// The image's length as the module counts it: bytes of a silence that make no whole frame do not
+  /// count.
+  int64_t counted_frames = 0;
   std::vector<std::string>
       dropped_markers;  ///< names of markers within four seconds of a track start
   std::vector<std::string> joined_regions;  ///< names of regions that join the track before

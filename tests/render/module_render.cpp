@@ -89,6 +89,7 @@ ModuleRender renderThroughModule(const SinkConfig& config, const std::vector<Mar
   }
   play(*sink, frames, block);
   sink->Extended(kSinkRenderFinished, nullptr, nullptr, nullptr);
+  render.seconds = sink->GetLength();
   readSheet(sheet, render);
   readImage(folder.path("disc.bin"), render);
   return render;

@@ -17,6 +17,7 @@ struct ModuleRender {
   std::vector<std::string> isrcs;    ///< likewise
   std::vector<int16_t> left;         ///< the image's left channel
   int64_t image_bytes = 0;
+  double seconds = 0.0;  ///< what the sink says of its length
 };
 
 /// Frame `i` of what `renderThroughModule` plays: never silent, and telling its place.

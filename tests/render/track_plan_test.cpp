@@ -75,6 +75,7 @@ void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_
   const TrackPlan plan = planTracks(settings, marks, frames);
   const ModuleRender render = test::renderThroughModule(settings, marks, frames, block);
   EXPECT_EQ(render.image_bytes, plan.image_frames * 4);
+  EXPECT_EQ(render.seconds, static_cast<double>(plan.counted_frames) / 44100);
   ASSERT_EQ(render.indexes.size(), plan.tracks.size());
   EXPECT_EQ(audible(render), plan.rendered_frames);
   expectSamples(render, plan);
@@ -170,7 +171,6 @@ TEST(TrackPlan, TracksFillTheImageFromTheFirstOnesAudioToTheEnd) {
   const TrackPlan plan = planTracks(config(kTracksFromMarkers, 2000, 1500),
                                     {marker(0, "A"), marker(5, "B"), marker(11, "C")}, 44100 * 20);
   ASSERT_EQ(plan.tracks.size(), 3U);
-  EXPECT_EQ(plan.silences, 3);
   EXPECT_EQ(plan.image_frames % 588, 0);
   int64_t at = plan.tracks[0].start_frame;
   EXPECT_EQ(at, 88200);
