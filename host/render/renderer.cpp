@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <memory>
 
 #include "host/render/disc_time.h"
@@ -10,6 +11,7 @@
 #include "host/render/interrupt.h"
 #include "host/render/progress.h"
 #include "host/render/read_ahead.h"
+#include "host/render/write_failure.h"
 
 namespace velmor::render {
 
@@ -45,27 +47,15 @@ void checkFormat(PCM_sink& sink) {
                     ", but this program delivers 44100 Hz, 2 channels and 16 bits");
 }
 
-void stopOnWriteFailure() {
-  const auto failure = writeFailure();
-  if (!failure) return;
-  if (*failure == kDiskOutOfSpace) {
-    throw RenderError(
-        "the disk is full: the image could not be written; free some space (a minute "
-        "takes 10.6 MB), or choose another place with -o");
-  }
-  throw RenderError(
-      "the image could not be written: the system reports a write error on the disk of "
-      "the output folder");
-}
-
-void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, Progress& progress) {
+void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, const std::string& image_path,
+            Progress& progress) {
   AudioPiece piece;
   while (audio.next(piece)) {
     double* channels[] = {piece.left.data(), piece.right.data()};
     const int frames = static_cast<int>(piece.left.size());
     for (int at = 0; at < frames; at += options.block) {
       sink.WriteDoubles(channels, std::min(options.block, frames - at), 2, at, 1);
-      stopOnWriteFailure();
+      stopOnWriteFailure(image_path);
     }
     stopIfInterrupted();
     progress.show(piece.start + frames);
@@ -77,16 +67,18 @@ void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, Progress& 
 RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& config,
                           const Album& album, const TrackPlan& plan, const Options& options,
                           const std::string& sheet_path) {
+  const std::string image_path =
+      std::filesystem::path(sheet_path).replace_extension(".bin").string();
   openProject(album.project);
   const std::unique_ptr<PCM_sink> sink = makeSink(module, config, sheet_path);
   checkFormat(*sink);
   ReadAhead audio(album, plan.written, options.dither, options.block);
   {
     Progress progress("Rendering", album.frames(), !options.quiet);
-    stream(*sink, audio, options, progress);
+    stream(*sink, audio, options, image_path, progress);
   }
   sink->Extended(kSinkRenderFinished, nullptr, nullptr, nullptr);
-  stopOnWriteFailure();
+  stopOnWriteFailure(image_path);
   return {audio.clipping(), std::llround(sink->GetLength() * kFramesPerSecond)};
 }
 

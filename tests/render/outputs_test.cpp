@@ -63,7 +63,8 @@ TEST_F(Output, AFailedWriteStopsTheRenderAndLeavesTheOldPairWhole) {
   writeFile(folder / "disc.cue", "old sheet");
   const Ended ended = render({input, "--force", "-o", folder / "disc.cue"}, limitFileSize);
   EXPECT_EQ(ended.status, 1);
-  EXPECT_THAT(ended.err, HasSubstr("could not be written"));
+  EXPECT_THAT(ended.err, HasSubstr("could not be written: no file may grow beyond 500000 bytes"));
+  EXPECT_THAT(ended.err, HasSubstr("ulimit -f"));
   EXPECT_EQ(readFile(folder / "disc.bin"), "old image");
   EXPECT_EQ(readFile(folder / "disc.cue"), "old sheet");
   EXPECT_EQ(folder.names(), (Names{"disc.bin", "disc.cue", "in.wav"}));
@@ -79,7 +80,7 @@ void limitToTheLastFlush() {
 TEST_F(Output, ALastWriteThatFailsUnreportedIsFound) {
   const Ended ended = render({input, "-o", folder / "disc.cue"}, limitToTheLastFlush);
   EXPECT_EQ(ended.status, 1);
-  EXPECT_THAT(ended.err, HasSubstr("not complete"));
+  EXPECT_THAT(ended.err, HasSubstr("not complete: no file may grow beyond 1048676 bytes"));
   EXPECT_EQ(folder.names(), (Names{"in.wav"}));
 }
 
