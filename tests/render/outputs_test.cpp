@@ -53,6 +53,20 @@ TEST_F(Output, ForceReplacesThePair) {
   EXPECT_EQ(folder.names(), (Names{"disc.bin", "disc.cue", "in.wav"}));
 }
 
+TEST_F(Output, ASecondSheetOfAnOlderImageIsNamedAndStays) {
+  ASSERT_EQ(render({input, "--portable-cue", "-o", folder / "disc"}).status, 0);
+  const std::string second = readFile(folder / "disc.portable.cue");
+  const Ended ended = render({input, "--force", "--end", "5", "-o", folder / "disc"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.err, "velmor-render: warning: \"" + folder / "disc.portable.cue" +
+                           "\" was made for an older disc.bin and need not fit the new one; delete "
+                           "it, or replace it with --portable-cue\n");
+  EXPECT_EQ(readFile(folder / "disc.portable.cue"), second);
+  EXPECT_EQ(render({input, "--force", "--portable-cue", "-o", folder / "disc"}).err, "");
+  writeFile(folder / "disc.portable.cue", "FILE \"disc.portable.bin\" BINARY\r\n");
+  EXPECT_EQ(render({input, "--force", "-o", folder / "disc"}).err, "") << "another disc's";
+}
+
 void limitFileSize() {
   const rlimit limit{500000, 500000};
   setrlimit(RLIMIT_FSIZE, &limit);
