@@ -24,7 +24,7 @@ std::vector<std::string> allQuoted(std::vector<std::string> texts) {
 }
 
 void checkTracks(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
-  if (config.track_mode == kTracksFromRegions && plan.rendered_frames == 0) {
+  if (config.track_mode == kTracksFromRegions && plan.written.empty()) {
     findings.errors.push_back(
         "there is no region with audio in the render range, so the image would be empty; add one "
         "with "
@@ -35,7 +35,7 @@ void checkTracks(const SinkConfig& config, const TrackPlan& plan, Findings& find
                               " tracks, but a CD holds 99; take some marks away");
   }
   const int64_t last = plan.tracks.back().frames / kFramesPerSector;
-  if (last < kShortestTrackSectors && plan.rendered_frames > 0) {
+  if (last < kShortestTrackSectors && !plan.written.empty()) {
     findings.warnings.push_back("the last track lasts " +
                                 clockTime(static_cast<double>(last) / kSectorsPerSecond) +
                                 ", but a CD track needs 4 seconds; a plant may refuse it");

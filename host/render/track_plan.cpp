@@ -40,7 +40,6 @@ class Planner {
     written.back().end = end;
     m_frames += frames;
     m_bytes += frames * kBytesPerFrame;
-    m_plan.rendered_frames += frames;
   }
 
   bool isLongEnough() const {

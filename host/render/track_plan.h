@@ -29,8 +29,7 @@ struct FrameStretch {
 struct TrackPlan {
   std::vector<PlannedTrack> tracks;
   int64_t image_frames = 0;           ///< padding included
-  int64_t rendered_frames = 0;        ///< of the input
-  std::vector<FrameStretch> written;  ///< these, ascending and apart
+  std::vector<FrameStretch> written;  ///< of the input; ascending and apart
   /// The image's length as the module counts it: bytes of a silence that make no whole frame do not
   /// count.
   int64_t counted_frames = 0;

@@ -39,13 +39,6 @@ std::vector<Mark> prepared(std::vector<Mark> marks, int64_t frames, const SinkCo
   return marks;
 }
 
-int64_t audible(const ModuleRender& render) {
-  int64_t count = 0;
-  const int16_t* const end = render.left.data() + render.left.size();
-  for (const int16_t* sample = render.left.data(); sample != end; ++sample) count += *sample != 0;
-  return count;
-}
-
 /// The image's samples that are no silence are those of the input that the plan says.
 void expectSamples(const ModuleRender& render, const TrackPlan& plan) {
   size_t at = 0;
@@ -57,6 +50,8 @@ void expectSamples(const ModuleRender& render, const TrackPlan& plan) {
     }
   }
   EXPECT_EQ(wrong, 0);
+  while (at < render.left.size() && render.left[at] == 0) ++at;
+  EXPECT_EQ(at, render.left.size()) << "more is written than planned";
 }
 
 /// The ISRC of each track as the plan has it, empty where it has none.
@@ -77,7 +72,6 @@ void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_
   EXPECT_EQ(render.image_bytes, plan.image_frames * 4);
   EXPECT_EQ(render.seconds, static_cast<double>(plan.counted_frames) / 44100);
   ASSERT_EQ(render.indexes.size(), plan.tracks.size());
-  EXPECT_EQ(audible(render), plan.rendered_frames);
   expectSamples(render, plan);
   EXPECT_EQ(render.isrcs, isrcsOfTracks(plan, marks));
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
@@ -88,7 +82,7 @@ void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_
     const auto gap = gapSectorInSheet(settings, plan, i);
     EXPECT_EQ(render.gaps[i], gap ? msfOf(*gap) : "") << "track " << i + 1;
     const bool silence_before = i == 0 ? settings.disc_leadin_ms : settings.track_leadin_ms;
-    if (plan.rendered_frames == 0) continue;
+    if (plan.written.empty()) continue;
     EXPECT_NE(render.left[static_cast<size_t>(track.start_frame)], 0) << "track " << i + 1;
     if (silence_before) {
       EXPECT_EQ(render.left[static_cast<size_t>(track.start_frame) - 1], 0) << "track " << i + 1;

@@ -31,7 +31,7 @@ struct Mark {
 
 /// Texts found in the file; empty when absent.
 struct Tags {
-  std::string title, artist, album, comment, songwriter, isrc;
+  std::string title, artist, album, songwriter, isrc;
 };
 
 enum class Dither { none, tpdf };
