@@ -179,6 +179,26 @@ TEST(Range, TheMarkerInForceAtTheStartMovesToIt) {
   EXPECT_TRUE(readFile(folder / "album.bin") == asImage(samples).substr(8 * 176400, 11 * 176400));
 }
 
+TEST(Range, AMarkerWithinFourSecondsOfTheStartMakesNoTrackAndIsNamed) {
+  const Scratch folder;
+  writeWav(folder / "a.wav", 20);
+  const Ended ended =
+      render({folder / "a.wav", "--marker", "6=six", "--marker", "00:11:74=close", "--marker",
+              "12=twelve", "--start", "8", "--json", "-o", folder / "album"});
+  EXPECT_EQ(ended.err,
+            "velmor-render: warning: the marker \"close\" makes no track: it comes within 4 "
+            "seconds of a track's start\n");
+  const nlohmann::json tracks = nlohmann::json::parse(ended.out)["tracks"];
+  ASSERT_EQ(tracks.size(), 2U);
+  EXPECT_EQ(tracks[0]["title"], "six");
+  EXPECT_EQ(tracks[1]["title"], "twelve");
+  EXPECT_EQ(tracks[1]["start_seconds"], 4.0);
+  EXPECT_EQ(readFile(folder / "album.cue"),
+            "FILE \"album.bin\" BINARY\r\n"
+            "  TRACK 01 AUDIO\r\n    TITLE \"six\"\r\n    INDEX 01 00:00:00\r\n"
+            "  TRACK 02 AUDIO\r\n    TITLE \"twelve\"\r\n    INDEX 01 00:04:00\r\n");
+}
+
 TEST(Range, OneTrackBearsTheIsrcOfTheInputItBeginsIn) {
   const Scratch folder;
   writeWav(folder / "a.wav", 6, 1);

@@ -27,13 +27,16 @@ Mark region(double from, double to, const std::string& name) {
   return {from, to, name};
 }
 
-/// Marks as the host hands them over: in order, on whole frames.
-std::vector<Mark> prepared(std::vector<Mark> marks, int64_t frames, const SinkConfig& settings) {
+/// Marks as the host hands them over for `frames` frames from `start` on: in order, on whole
+/// frames, counted from there.
+std::vector<Mark> prepared(std::vector<Mark> marks, int64_t start, int64_t frames,
+                           const SinkConfig& settings) {
   std::stable_sort(marks.begin(), marks.end(),
                    [](const Mark& a, const Mark& b) { return a.start < b.start; });
   std::vector<Mark> left_out;
-  marks = marksInRange(std::move(marks), 0, frames, static_cast<TrackMode>(settings.track_mode),
-                       settings.hash_markers_only != 0, left_out);
+  marks = marksInRange(std::move(marks), start, start + frames,
+                       static_cast<TrackMode>(settings.track_mode), settings.hash_markers_only != 0,
+                       left_out);
   std::vector<std::string> warnings;
   if (settings.track_mode == kTracksFromRegions) dropEmptyRegions(marks, warnings);
   return marks;
@@ -64,9 +67,9 @@ std::vector<std::string> isrcsOfTracks(const TrackPlan& plan, const std::vector<
 }
 
 /// The plan says what the module does: tracks, titles, times, and where each one's audio begins.
-void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_t frames,
-                     int block) {
-  const std::vector<Mark> marks = prepared(std::move(given), frames, settings);
+void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_t frames, int block,
+                     int64_t start = 0) {
+  const std::vector<Mark> marks = prepared(std::move(given), start, frames, settings);
   const TrackPlan plan = planTracks(settings, marks, frames);
   const ModuleRender render = test::renderThroughModule(settings, marks, frames, block);
   EXPECT_EQ(render.image_bytes, plan.image_frames * 4);
@@ -129,7 +132,8 @@ TEST(TrackPlan, IsWhatTheModuleDoesForMarksAtRandom) {
       marks.push_back(upTo(2) ? marker(at, name) : region(at, at + upTo(80) / 10.0, name));
     }
     const auto settings = config(upTo(2), upTo(2) * upTo(3000), upTo(2) * upTo(3000), upTo(2));
-    expectPlanHolds(settings, marks, frames, 1 + upTo(5000));
+    const int64_t start = upTo(2) * upTo(static_cast<int>(frames) - 1);
+    expectPlanHolds(settings, marks, frames - start, 1 + upTo(5000), start);
   }
 }
 
@@ -141,6 +145,23 @@ TEST(TrackPlan, AMarkerExactlyFourSecondsAfterATrackStartMakesATrack) {
   };
   EXPECT_EQ(tracks(9.0), 3U);
   EXPECT_EQ(tracks(9.0 - 1.0 / 44100), 2U);
+}
+
+TEST(TrackPlan, TheMarkerThatMovesToTheStartKeepsTheNextOneFourSecondsAway) {
+  const auto settings = config(kTracksFromMarkers, 0, 0);
+  const int64_t start = 44100 * 8 + 17;
+  const double four_later = static_cast<double>(start) / 44100 + 4.0;
+  const auto plan = [&](double next) {
+    std::vector<Mark> marks = {marker(0, "A"), marker(6, "B"), marker(next, "C")};
+    SCOPED_TRACE(next);
+    expectPlanHolds(settings, marks, 44100 * 10, 1024, start);
+    return planTracks(settings, prepared(marks, start, 44100 * 10, settings), 44100 * 10);
+  };
+  EXPECT_EQ(plan(four_later).tracks.size(), 2U);
+  const TrackPlan close = plan(four_later - 1.0 / 44100);
+  ASSERT_EQ(close.tracks.size(), 1U);
+  EXPECT_EQ(close.tracks[0].title, "B");
+  EXPECT_EQ(close.dropped_markers, std::vector<std::string>{"C"});
 }
 
 TEST(TrackPlan, NamesTheMarkersThatMakeNoTrack) {
