@@ -4,6 +4,7 @@
 #include <cmath>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "host/render/disc_time.h"
 #include "host/render/failure.h"
@@ -55,9 +56,9 @@ void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, const std:
     const int frames = static_cast<int>(piece.left.size());
     for (int at = 0; at < frames; at += options.block) {
       sink.WriteDoubles(channels, std::min(options.block, frames - at), 2, at, 1);
+      stopIfInterrupted();  // first: an interruption lets writes fail
       stopOnWriteFailure(image_path);
     }
-    stopIfInterrupted();
     progress.show(piece.start + frames);
   }
 }
@@ -69,14 +70,17 @@ RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& conf
                           const std::string& sheet_path) {
   const std::string image_path =
       std::filesystem::path(sheet_path).replace_extension(".bin").string();
+  std::optional<InterruptedWritesFail> interruptible(std::in_place);
   openProject(album.project);
   const std::unique_ptr<PCM_sink> sink = makeSink(module, config, sheet_path);
+  stopIfInterrupted();
   checkFormat(*sink);
   ReadAhead audio(album, plan.written, options.dither, options.block);
   {
     Progress progress("Rendering", album.frames(), !options.quiet);
     stream(*sink, audio, options, image_path, progress);
   }
+  interruptible.reset();
   sink->Extended(kSinkRenderFinished, nullptr, nullptr, nullptr);
   stopOnWriteFailure(image_path);
   return {audio.clipping(), std::llround(sink->GetLength() * kFramesPerSecond)};

@@ -8,6 +8,7 @@
 #include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -138,6 +139,45 @@ TEST_P(Interruption, StopsTheRenderAndLeavesNothing) {
   EXPECT_EQ(ended.status, 128 + GetParam());
   EXPECT_THAT(ended.err, HasSubstr("interrupted; nothing was written"));
   EXPECT_EQ(folder.names(), (Names{"long.wav"}));
+}
+
+off_t sizeOf(int fd) {
+  struct stat info {};
+  return fstat(fd, &info) == 0 ? info.st_size : -1;
+}
+
+/// The image that a render is making in `folder`, as soon as it holds six seconds; -1 when it never
+/// does.
+int openUnfinishedImage(const Scratch& folder) {
+  for (int i = 0; i < 3000; ++i) {
+    for (const std::string& name : folder.names()) {
+      const int fd = open((folder / name + "/disc.bin").c_str(), O_RDONLY | O_CLOEXEC);
+      if (sizeOf(fd) > 6 * 176400) return fd;
+      close(fd);
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  return -1;
+}
+
+TEST_P(Interruption, CutsASilenceOfHoursShort) {
+  const Scratch folder;
+  writeSparseWav(folder / "a.wav", 20);
+  for (const char* const lead_in : {"--disc-leadin", "--track-leadin"}) {
+    Running running(
+        VELMOR_BINARY_DIR "/velmor-render",
+        {folder / "a.wav", "--marker", "5=b", lead_in, "12000000", "-o", folder / "disc.cue"});
+    const int image = openUnfinishedImage(folder);
+    kill(running.pid(), GetParam());
+    const Ended ended = running.wait();
+    const off_t written = sizeOf(image);
+    close(image);
+    ASSERT_GT(written, 0) << ended.err;
+    EXPECT_EQ(ended.status, 128 + GetParam());
+    EXPECT_THAT(ended.err, HasSubstr("interrupted; nothing was written\n"));
+    EXPECT_LT(written, 12000 * 176400LL) << "the silence was written to its end";
+    EXPECT_EQ(folder.names(), (Names{"a.wav"}));
+  }
 }
 
 TEST(InterruptionOfAReplacement, LeavesTheOldPairWhole) {
