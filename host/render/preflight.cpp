@@ -120,6 +120,7 @@ std::string listed(const std::vector<std::string>& names) {
 
 std::string tracksListed(const std::vector<size_t>& tracks) {
   std::vector<std::string> numbers;
+  numbers.reserve(tracks.size());
   for (const size_t track : tracks) numbers.push_back(std::to_string(track + 1));
   return (tracks.size() == 1 ? "track " : "tracks ") + listed(numbers);
 }

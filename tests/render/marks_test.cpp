@@ -100,6 +100,14 @@ TEST_F(Marks, OneTrackModeMakesOneTrack) {
             "FILE \"album.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    INDEX 01 00:00:00\r\n");
 }
 
+TEST_F(Marks, OneTrackBearsTheIsrcOfTheInputItBeginsIn) {
+  EXPECT_EQ(sheet({"--track-mode", "one", "--isrc", "1=USABC2600001", "--isrc", "2=USABC2600002",
+                   "--start", "12"}),
+            "FILE \"album.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    ISRC \"USABC2600002\"\r\n"
+            "    INDEX 01 00:00:00\r\n");
+  EXPECT_EQ(ended.err, "");
+}
+
 TEST_F(Marks, ALabelTrackCutsAndSaysWhichLinesItCannotUse) {
   writeFile(folder / "labels.txt", "4.5\t4.5\tA\r\nnonsense\r\n15\t15\tB\r\n");
   const std::string text = sheet({"--labels", folder / "labels.txt"});
@@ -197,19 +205,6 @@ TEST(Range, AMarkerWithinFourSecondsOfTheStartMakesNoTrackAndIsNamed) {
             "FILE \"album.bin\" BINARY\r\n"
             "  TRACK 01 AUDIO\r\n    TITLE \"six\"\r\n    INDEX 01 00:00:00\r\n"
             "  TRACK 02 AUDIO\r\n    TITLE \"twelve\"\r\n    INDEX 01 00:04:00\r\n");
-}
-
-TEST(Range, OneTrackBearsTheIsrcOfTheInputItBeginsIn) {
-  const Scratch folder;
-  writeWav(folder / "a.wav", 6, 1);
-  writeWav(folder / "b.wav", 10, 2);
-  const Ended ended =
-      render({folder / "a.wav", folder / "b.wav", "--track-mode", "one", "--isrc", "1=USABC2600001",
-              "--isrc", "2=USABC2600002", "--start", "8", "-o", folder / "album"});
-  EXPECT_EQ(ended.err, "");
-  EXPECT_EQ(readFile(folder / "album.cue"),
-            "FILE \"album.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    ISRC \"USABC2600002\"\r\n"
-            "    INDEX 01 00:00:00\r\n");
 }
 
 TEST(Isrc, OneThatDoesNotReachItsTrackIsNamed) {
