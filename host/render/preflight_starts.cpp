@@ -33,7 +33,7 @@ void checkEarlyStarts(const TrackPlan& plan, Findings& findings) {
   if (early.empty()) return;
   findings.warnings.push_back("INDEX 01 of " + tracksListed(early) +
                               " lies one sector before the audio, since the sheet's times are cut "
-                              "to milliseconds; --portable-cue also writes a sheet with the exact "
+                              "to milliseconds; the sheet of --portable-cue has the exact "
                               "sectors");
 }
 
