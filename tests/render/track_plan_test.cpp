@@ -44,17 +44,18 @@ std::vector<Mark> prepared(std::vector<Mark> marks, int64_t start, int64_t frame
 
 /// The image's samples that are no silence are those of the input that the plan says.
 void expectSamples(const ModuleRender& render, const TrackPlan& plan) {
-  size_t at = 0;
+  const int16_t* at = render.left.data();
+  const int16_t* const end = at + render.left.size();
   int64_t wrong = 0;
   for (const FrameStretch& stretch : plan.written) {
     for (int64_t frame = stretch.begin; frame < stretch.end; ++frame) {
-      while (at < render.left.size() && render.left[at] == 0) ++at;
-      wrong += at >= render.left.size() || render.left[at++] != test::sampleAt(frame);
+      while (at != end && *at == 0) ++at;
+      wrong += at == end || *at++ != test::sampleAt(frame);
     }
   }
   EXPECT_EQ(wrong, 0);
-  while (at < render.left.size() && render.left[at] == 0) ++at;
-  EXPECT_EQ(at, render.left.size()) << "more is written than planned";
+  while (at != end && *at == 0) ++at;
+  EXPECT_EQ(at, end) << "more is written than planned";
 }
 
 /// The ISRC of each track as the plan has it, empty where it has none.
