@@ -10,6 +10,7 @@
 #include "host/render/failure.h"
 #include "host/render/input/mark_parsing.h"
 #include "host/render/mark_names.h"
+#include "host/render/range_warnings.h"
 #include "host/render/render_range.h"
 #include "host/render/sheet_text.h"
 
@@ -57,6 +58,13 @@ std::vector<double> tagPlaces(const Mark& own, const std::vector<Mark>& others) 
   return places;
 }
 
+/// Where an input begins to be heard, which for one that the render's start cuts is there. One that
+/// ends before is where it is. Seconds of the timeline.
+double startInRange(const Album& album, const AlbumInput& input) {
+  const bool is_cut = input.start + input.info.frames > album.render_start;
+  return seconds(is_cut ? std::max(input.start, album.render_start) : input.start);
+}
+
 std::vector<Mark> givenMarks(const Options& options, Album& album) {
   std::vector<Mark> marks = options.marks;
   if (!options.labels.empty()) {
@@ -77,10 +85,12 @@ std::vector<Mark> givenMarks(const Options& options, Album& album) {
 }
 
 /// An input's own marks: where it starts (or what it spans), and the tags that are its alone.
-void addInputMarks(const Options& options, const AlbumInput& input, int number,
+void addInputMarks(const Options& options, const Album& album, size_t index,
                    const std::string& disc_performer, const std::vector<Mark>& others,
                    std::vector<Mark>& marks) {
+  const AlbumInput& input = album.inputs[index];
   Mark own;
+  own.input = static_cast<int>(index) + 1;
   own.start = seconds(input.start);
   own.name = inputTitle(input.info);
   if (options.track_mode == kTracksFromRegions) own.end = seconds(input.start + input.info.frames);
@@ -95,11 +105,16 @@ void addInputMarks(const Options& options, const AlbumInput& input, int number,
   const std::vector<double> places = tagPlaces(own, others);
   const std::string& artist = input.info.tags.artist;
   if (options.track_mode != kOneTrack && !artist.empty() && artist != disc_performer) {
-    for (const double place : places) marks.push_back({place, std::nullopt, "PERF=" + artist});
+    for (const double place : places) {
+      marks.push_back({place, std::nullopt, "PERF=" + artist, own.input});
+    }
   }
-  const auto given = options.isrcs.find(number);
+  const auto given = options.isrcs.find(own.input);
   const std::string code = given != options.isrcs.end() ? given->second : input.info.tags.isrc;
-  if (!code.empty()) marks.push_back({places.front(), std::nullopt, "ISRC=" + code});
+  if (code.empty()) return;
+  const double place =
+      options.track_mode == kOneTrack ? startInRange(album, input) : places.front();
+  marks.push_back({place, std::nullopt, "ISRC=" + code, own.input});
 }
 
 std::vector<Mark> allMarks(const Options& options, Album& album,
@@ -107,7 +122,7 @@ std::vector<Mark> allMarks(const Options& options, Album& album,
   std::vector<Mark> others = givenMarks(options, album);
   std::vector<Mark> marks;
   for (size_t i = 0; i < album.inputs.size(); ++i) {
-    addInputMarks(options, album.inputs[i], static_cast<int>(i) + 1, disc_performer, others, marks);
+    addInputMarks(options, album, i, disc_performer, others, marks);
   }
   marks.insert(marks.end(), others.begin(), others.end());
   std::stable_sort(marks.begin(), marks.end(),
@@ -159,8 +174,11 @@ Album layOutAlbum(const Options& options, std::vector<InputInfo> infos) {
   album.project.metadata = sinkMetadata(texts, album.warnings);
   std::vector<Mark> marks = allMarks(options, album, texts.performer);
   for (Mark& mark : marks) mark.name = fitForSheet(mark.name, album.warnings);
+  warnBeyondAudio(options, marks, album);
+  std::vector<Mark> left_out;
   album.project.marks = marksInRange(std::move(marks), album.render_start, album.render_end,
-                                     options.track_mode, options.hash_markers_only);
+                                     options.track_mode, options.hash_markers_only, left_out);
+  warnOutsideRange(options, left_out, album);
   if (options.track_mode == kTracksFromRegions) {
     dropEmptyRegions(album.project.marks, album.warnings);
   }

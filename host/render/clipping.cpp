@@ -14,7 +14,7 @@ bool isOver(double x) {
 
 /// Whether any sample may reach full scale, from the exponents alone: one step up takes that of 1.0
 /// and all above it, infinities and NaNs with them, into the two highest bits.
-bool mayBeOver(const std::vector<double>& samples) {
+bool mayBeOver(std::span<const double> samples) {
   constexpr uint64_t kMagnitude = ~(uint64_t{1} << 63);
   constexpr uint64_t kExponentStep = uint64_t{1} << 52;
   uint64_t reached = 0;
@@ -24,7 +24,7 @@ bool mayBeOver(const std::vector<double>& samples) {
   return reached >> 62 != 0;
 }
 
-int64_t countOver(const std::vector<double>& samples) {
+int64_t countOver(std::span<const double> samples) {
   if (!mayBeOver(samples)) return 0;
   int64_t over = 0;
   for (const double x : samples) over += isOver(x);
@@ -33,8 +33,7 @@ int64_t countOver(const std::vector<double>& samples) {
 
 }  // namespace
 
-void Clipping::look(const std::vector<double>& left, const std::vector<double>& right,
-                    int64_t start) {
+void Clipping::look(std::span<const double> left, std::span<const double> right, int64_t start) {
   const int64_t over = countOver(left) + countOver(right);
   if (over > 0 && first_frame < 0) {
     size_t i = 0;

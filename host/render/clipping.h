@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+#include <span>
 
 namespace velmor::render {
 
@@ -11,7 +11,7 @@ struct Clipping {
   int64_t first_frame = -1;  ///< where the first one is, from the render's start
 
   /// Looks at a stretch that begins `start` frames from the render's start.
-  void look(const std::vector<double>& left, const std::vector<double>& right, int64_t start);
+  void look(std::span<const double> left, std::span<const double> right, int64_t start);
 };
 
 }  // namespace velmor::render

@@ -4,8 +4,6 @@
 #include <exception>
 #include <filesystem>
 
-#include "host/render/disc_time.h"
-
 namespace velmor::render {
 
 Delivery::~Delivery() {
@@ -18,12 +16,12 @@ Delivery::~Delivery() {
 }
 
 void Delivery::beforeBurn() {
-  look(static_cast<double>(m_plan.image_frames) / kFramesPerSecond);
+  look(m_plan.counted_frames);
   m_delivered = m_output.commitAndKeepWorkingNames();
 }
 
 void Delivery::afterRender(const RenderOutcome& outcome, bool image_deleted) {
-  if (!m_whole) look(outcome.image_seconds);
+  if (!m_whole) look(outcome.counted_frames);
   const bool to_be_moved = !m_delivered && !image_deleted;
   m_delivered = true;  // or said why not
   if (to_be_moved) m_output.commit();
@@ -34,12 +32,9 @@ void Delivery::afterRender(const RenderOutcome& outcome, bool image_deleted) {
   }
 }
 
-void Delivery::look(double image_seconds) {
-  namespace fs = std::filesystem;
-  checkFinishedFiles(m_output.workingSheet(), m_output.workingImage(), image_seconds,
-                     static_cast<int>(m_plan.tracks.size()));
-  m_files = {readCueText(m_output.workingSheet()), fs::file_size(m_output.workingSheet()),
-             fs::file_size(m_output.workingImage())};
+void Delivery::look(int64_t counted_frames) {
+  m_files =
+      readFinishedFiles(m_output.workingSheet(), m_output.workingImage(), m_plan, counted_frames);
   m_on_whole();
   m_whole = true;
 }

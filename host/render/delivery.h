@@ -5,19 +5,12 @@
 #include <functional>
 #include <utility>
 
-#include "host/render/cue_text.h"
+#include "host/render/finished_files.h"
 #include "host/render/output_pair.h"
 #include "host/render/renderer.h"
 #include "host/render/track_plan.h"
 
 namespace velmor::render {
-
-/// The files as they were when the sink had let go of them.
-struct FinishedFiles {
-  CueText sheet;
-  uint64_t sheet_bytes = 0;
-  uint64_t image_bytes = 0;
-};
 
 /// After the render, or, when they are to be burned, as soon as they are complete: they are safe
 /// then whatever becomes of the burn and of this process.
@@ -40,7 +33,7 @@ class Delivery {
   const FinishedFiles& files() const { return m_files; }
 
  private:
-  void look(double image_seconds);
+  void look(int64_t counted_frames);
 
   OutputPair& m_output;
   const TrackPlan& m_plan;

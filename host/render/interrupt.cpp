@@ -1,5 +1,8 @@
 #include "host/render/interrupt.h"
 
+#include <sys/resource.h>
+
+#include <cerrno>
 #include <csignal>
 
 #include "host/render/failure.h"
@@ -12,9 +15,18 @@ volatile sig_atomic_t g_signal = 0;
 std::atomic<bool> g_interrupted{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it");
 
+// The limit for the length of files: as it was, and one that lets no write through.
+rlimit g_file_limit{};
+rlimit g_no_writes{};
+volatile sig_atomic_t g_writes_are_to_fail = 0;
+
 extern "C" void noteSignal(int signal) {
+  const int before = errno;
   g_signal = signal;
   g_interrupted = true;
+  // No more than a system call, and so fit for a handler.
+  if (g_writes_are_to_fail) setrlimit(RLIMIT_FSIZE, &g_no_writes);
+  errno = before;
 }
 
 /// A signal that the caller had ignored (nohup, a shell's background job) stays ignored.
@@ -39,6 +51,18 @@ void watchForInterrupts() {
 
 void stopIfInterrupted() {
   if (g_signal != 0) throw Interrupted(g_signal);
+}
+
+InterruptedWritesFail::InterruptedWritesFail() {
+  if (getrlimit(RLIMIT_FSIZE, &g_file_limit) != 0) return;
+  g_no_writes = {0, g_file_limit.rlim_max};
+  g_writes_are_to_fail = 1;
+}
+
+InterruptedWritesFail::~InterruptedWritesFail() {
+  if (!g_writes_are_to_fail) return;
+  g_writes_are_to_fail = 0;
+  setrlimit(RLIMIT_FSIZE, &g_file_limit);
 }
 
 const std::atomic<bool>& interruption() {

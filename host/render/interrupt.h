@@ -11,6 +11,17 @@ void watchForInterrupts();
 /// Throws `Interrupted` when one of them has come. Any thread.
 void stopIfInterrupted();
 
+/// While it lives, a signal also makes every further write of this process to a file fail, so that
+/// code that looks at no signal ends its writing soon: a silence of hours is gigabytes. What was
+/// written must then be thrown away. One at a time.
+class InterruptedWritesFail {
+ public:
+  InterruptedWritesFail();
+  ~InterruptedWritesFail();
+  InterruptedWritesFail(const InterruptedWritesFail&) = delete;
+  InterruptedWritesFail& operator=(const InterruptedWritesFail&) = delete;
+};
+
 /// Becomes true when one of them comes, for those who stop in their own way.
 const std::atomic<bool>& interruption();
 /// 128 and the signal's number, as a shell expects it of who was interrupted.

@@ -52,11 +52,17 @@ std::vector<std::string> inputFiles(const Options& options) {
 
 /// The warnings, after any error that forbids the render has been thrown.
 std::vector<std::string> checked(const SinkConfig& config, const Album& album,
-                                 const TrackPlan& plan) {
+                                 const TrackPlan& plan, const OutputPair& output) {
   Findings findings = checkBeforeRender(config, album.project, plan);
   if (!findings.errors.empty()) throw RenderError(findings.errors.front());
   std::vector<std::string> warnings = album.warnings;
   warnings.insert(warnings.end(), findings.warnings.begin(), findings.warnings.end());
+  if (const std::string older = output.olderPortableSheet(); !older.empty()) {
+    warnings.push_back('"' + older + "\" was made for an older " +
+                       std::filesystem::path(output.image()).filename().string() +
+                       " and need not fit the new one; delete it, or replace it with "
+                       "--portable-cue");
+  }
   return warnings;
 }
 
@@ -88,7 +94,7 @@ int run(const Options& options) {
   const Album album = layOutAlbum(options);
   const SinkConfig config = sinkConfig(options);
   const TrackPlan plan = planTracks(config, album.project.marks, album.frames());
-  const std::vector<std::string> warnings = checked(config, album, plan);
+  const std::vector<std::string> warnings = checked(config, album, plan, output);
   printWarnings(options, warnings);
 
   std::optional<PortableSheet> portable;
@@ -102,7 +108,7 @@ int run(const Options& options) {
   }
   const BurnResult* const burned = burn ? &burn->result() : nullptr;
   const RenderOutcome outcome =
-      renderAlbum(module.sink(), config, album, options, output.workingSheet());
+      renderAlbum(module.sink(), config, album, plan, options, output.workingSheet());
   if (!burn) stopIfInterrupted();
   delivery.afterRender(outcome, burned && burned->image_deleted);
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <deque>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
@@ -25,6 +26,10 @@ fs::path sheetPath(const std::string& output) {
   const bool has_ending =
       output.size() > 4 && strcasecmp(output.c_str() + output.size() - 4, ".cue") == 0;
   return has_ending ? output : output + ".cue";
+}
+
+fs::path portablePath(fs::path sheet) {
+  return sheet.replace_extension(".portable.cue");
 }
 
 std::string quoted(const fs::path& path) {
@@ -111,7 +116,7 @@ OutputPair::OutputPair(const std::string& output, bool force,
     : m_sheet(sheetPath(output)), m_force(force) {
   m_image = m_sheet;
   m_image.replace_extension(".bin");
-  if (portable) m_portable = fs::path(m_sheet).replace_extension(".portable.cue");
+  if (portable) m_portable = portablePath(m_sheet);
   checkName();
   checkTargets(inputs);
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
@@ -189,6 +194,19 @@ void OutputPair::checkOld() const {
                         " is in use by another program; wait for it, or choose another with -o");
     }
   }
+}
+
+std::string OutputPair::olderPortableSheet() const {
+  if (!m_portable.empty()) return {};
+  const fs::path older = portablePath(m_sheet);
+  std::error_code error;
+  if (!fs::is_regular_file(older, error)) return {};
+  std::ifstream file(older);
+  const std::string image_line = "FILE \"" + m_image.filename().string() + "\"";
+  for (std::string line; std::getline(file, line);) {
+    if (line.rfind(image_line, 0) == 0) return older.string();
+  }
+  return {};
 }
 
 void OutputPair::commit() {

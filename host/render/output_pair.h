@@ -31,6 +31,10 @@ class OutputPair {
   std::string image() const { return m_image.string(); }
   std::string portableSheet() const { return m_portable.string(); }
 
+  /// The portable sheet of an image that this one takes the place of, or that was here before it;
+  /// empty when there is none, or when it is replaced as well.
+  std::string olderPortableSheet() const;
+
   /// Puts the pair into its place, and the portable sheet if it was made; an older one goes in any
   /// case, since its image does. Throws `RenderError`, with everything as it was, when that fails,
   /// or when a file has come there meanwhile that may not be replaced.

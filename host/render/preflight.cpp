@@ -3,11 +3,10 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <set>
 
-#include "host/render/codes.h"
 #include "host/render/disc_time.h"
 #include "host/render/mark_names.h"
+#include "host/render/preflight_parts.h"
 
 namespace velmor::render {
 
@@ -19,23 +18,13 @@ constexpr int64_t kSectorsOf74Minutes = 333000;
 constexpr int64_t kSectorsOf7957 = 359775;
 constexpr size_t kLongestText = 80;  // characters; several readers refuse more
 
-std::string quoted(const std::string& text) {
-  return '"' + text + '"';
-}
-
-/// "A", "B" and 3 more.
-std::string listed(const std::vector<std::string>& names) {
-  constexpr size_t kShown = 5;
-  std::string text;
-  for (size_t i = 0; i < names.size() && i < kShown; ++i) {
-    text += (i ? ", " : "") + quoted(names[i]);
-  }
-  if (names.size() > kShown) text += " and " + std::to_string(names.size() - kShown) + " more";
-  return text;
+std::vector<std::string> allQuoted(std::vector<std::string> texts) {
+  for (std::string& text : texts) text = quoted(text);
+  return texts;
 }
 
 void checkTracks(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
-  if (config.track_mode == kTracksFromRegions && plan.rendered_frames == 0) {
+  if (config.track_mode == kTracksFromRegions && plan.written.empty()) {
     findings.errors.push_back(
         "there is no region with audio in the render range, so the image would be empty; add one "
         "with "
@@ -46,7 +35,7 @@ void checkTracks(const SinkConfig& config, const TrackPlan& plan, Findings& find
                               " tracks, but a CD holds 99; take some marks away");
   }
   const int64_t last = plan.tracks.back().frames / kFramesPerSector;
-  if (last < kShortestTrackSectors && plan.rendered_frames > 0) {
+  if (last < kShortestTrackSectors && !plan.written.empty()) {
     findings.warnings.push_back("the last track lasts " +
                                 clockTime(static_cast<double>(last) / kSectorsPerSecond) +
                                 ", but a CD track needs 4 seconds; a plant may refuse it");
@@ -61,27 +50,6 @@ void checkLength(const TrackPlan& plan, Findings& findings) {
   } else if (sectors > kSectorsOf74Minutes) {
     findings.warnings.push_back("the disc lasts " + msfOf(sectors) +
                                 " (MM:SS:FF), longer than the 74 minutes that every plant takes");
-  }
-}
-
-void checkStarts(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
-  std::vector<std::string> inside;
-  for (size_t i = 0; i < plan.tracks.size(); ++i) {
-    if (plan.tracks[i].start_frame % kFramesPerSector) inside.push_back(std::to_string(i + 1));
-  }
-  if (!inside.empty()) {
-    findings.warnings.push_back(
-        (inside.size() == 1
-             ? "track " + inside[0] + " starts"
-             : std::to_string(inside.size()) + " tracks (the first is " + inside[0] + ") start") +
-        " inside a sector, so the sheet points up to 1/75 second before the music; --track-leadin "
-        "aligns tracks to sectors");
-  }
-  if (config.track_leadin_ms > 0 && config.track_leadin_ms < 1000 && plan.tracks.size() > 1) {
-    findings.warnings.push_back(
-        "a track lead-in under a second makes INDEX 00 and INDEX 01 of a track the same, which "
-        "some "
-        "readers refuse; use 0 or at least 1000 ms");
   }
 }
 
@@ -115,13 +83,13 @@ void checkNames(const TrackPlan& plan, Findings& findings) {
   if (!plan.dropped_markers.empty()) {
     findings.warnings.push_back(
         (plan.dropped_markers.size() == 1 ? "the marker " : "the markers ") +
-        listed(plan.dropped_markers) +
+        listed(allQuoted(plan.dropped_markers)) +
         (plan.dropped_markers.size() == 1 ? " makes no track: it comes"
                                           : " make no tracks: they come") +
         " within 4 seconds of a track's start");
   }
   if (!plan.joined_regions.empty()) {
-    findings.warnings.push_back(listed(plan.joined_regions) +
+    findings.warnings.push_back(listed(allQuoted(plan.joined_regions)) +
                                 (plan.joined_regions.size() == 1 ? " joins" : " join") +
                                 " the track before, which lasts under 4 seconds, but the name "
                                 "stays in the list: from there "
@@ -132,31 +100,30 @@ void checkNames(const TrackPlan& plan, Findings& findings) {
   }
 }
 
-void checkCodes(const HostProject& project, Findings& findings) {
-  for (const auto& [key, value] : project.metadata) {
-    if (strcasecmp(key.c_str(), "CUE:DISC_CATALOG") != 0) continue;
-    if (const auto fault = catalogueFault(value)) {
-      findings.warnings.push_back("the catalogue number " + quoted(value) + " " + *fault);
-    }
-  }
-  std::set<std::string> seen;
-  for (const Mark& mark : project.marks) {
-    if (strncasecmp(mark.name.c_str(), "ISRC=", 5) != 0) continue;
-    const std::string text = mark.name.substr(5);
-    const auto code = normalisedIsrc(text);
-    if (!code || *code != text) {
-      findings.warnings.push_back(
-          "the ISRC " + quoted(text) +
-          " has not the form of two capitals, three capitals or digits and seven digits");
-    }
-    if (!seen.insert(code.value_or(text)).second) {
-      findings.warnings.push_back("the ISRC " + quoted(text) +
-                                  " is used twice; every recording has its own");
-    }
-  }
+}  // namespace
+
+std::string quoted(const std::string& text) {
+  return '"' + text + '"';
 }
 
-}  // namespace
+std::string listed(const std::vector<std::string>& names) {
+  constexpr size_t kShown = 5;
+  const size_t shown = std::min(names.size(), kShown);
+  const bool more = names.size() > shown;
+  std::string text;
+  for (size_t i = 0; i < shown; ++i) {
+    const bool last = i + 1 == shown && !more;
+    text += (i == 0 ? "" : last ? " and " : ", ") + names[i];
+  }
+  return more ? text + " and " + std::to_string(names.size() - shown) + " more" : text;
+}
+
+std::string tracksListed(const std::vector<size_t>& tracks) {
+  std::vector<std::string> numbers;
+  numbers.reserve(tracks.size());
+  for (const size_t track : tracks) numbers.push_back(std::to_string(track + 1));
+  return (tracks.size() == 1 ? "track " : "tracks ") + listed(numbers);
+}
 
 Findings checkBeforeRender(const SinkConfig& config, const HostProject& project,
                            const TrackPlan& plan) {
@@ -166,7 +133,7 @@ Findings checkBeforeRender(const SinkConfig& config, const HostProject& project,
   checkStarts(config, plan, findings);
   checkNames(plan, findings);
   checkFields(project, findings);
-  checkCodes(project, findings);
+  checkCodes(project, plan, findings);
   return findings;
 }
 

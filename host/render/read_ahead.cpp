@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <span>
 #include <utility>
 
 #include "host/render/failure.h"
@@ -34,8 +35,10 @@ void skip(AudioInput& input, int64_t frames) {
 
 }  // namespace
 
-ReadAhead::ReadAhead(const Album& album, Dither dither, int block)
+ReadAhead::ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither,
+                     int block)
     : m_album(album),
+      m_written(written),
       m_dither(dither),
       m_piece_frames(pieceFrames(block)),
       m_thread([this] { run(); }) {}
@@ -77,6 +80,19 @@ void ReadAhead::run() {
   m_changed.notify_all();
 }
 
+void ReadAhead::lookForClipping(const AudioPiece& piece) {
+  const auto end = piece.start + static_cast<int64_t>(piece.left.size());
+  const auto ends_by = [](const FrameStretch& one, int64_t frame) { return one.end <= frame; };
+  auto stretch = std::lower_bound(m_written.begin(), m_written.end(), piece.start, ends_by);
+  for (; stretch != m_written.end() && stretch->begin < end; ++stretch) {
+    const int64_t from = std::max(stretch->begin, piece.start);
+    const auto at = static_cast<size_t>(from - piece.start);
+    const auto count = static_cast<size_t>(std::min(stretch->end, end) - from);
+    m_clipping.look(std::span(piece.left).subspan(at, count),
+                    std::span(piece.right).subspan(at, count), from);
+  }
+}
+
 bool ReadAhead::put(AudioPiece&& piece) {
   std::unique_lock lock(m_mutex);
   m_changed.wait(lock, [this] { return m_ready.size() < kPiecesAhead || m_stopped; });
@@ -110,7 +126,7 @@ void ReadAhead::readAll() {
     piece.left.resize(filled);
     piece.right.resize(filled);
     piece.start = at - m_album.render_start - static_cast<int64_t>(filled);
-    m_clipping.look(piece.left, piece.right, piece.start);
+    lookForClipping(piece);
     filled = 0;
     return put(std::move(piece));
   };

@@ -12,6 +12,7 @@
 #include "host/render/album.h"
 #include "host/render/clipping.h"
 #include "host/render/options.h"
+#include "host/render/track_plan.h"
 
 namespace velmor::render {
 
@@ -25,8 +26,9 @@ struct AudioPiece {
 /// does not grow with the album's length.
 class ReadAhead {
  public:
-  /// `album` must outlive the object. Every piece but the last is a multiple of `block` frames.
-  ReadAhead(const Album& album, Dither dither, int block);
+  /// `album` and `written`, what of the render the image is to hold, must outlive the object. Every
+  /// piece but the last is a multiple of `block` frames.
+  ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither, int block);
   ~ReadAhead();
   ReadAhead(const ReadAhead&) = delete;
   ReadAhead& operator=(const ReadAhead&) = delete;
@@ -34,16 +36,18 @@ class ReadAhead {
   /// The next piece, exchanged for a used one; false at the end. Throws what the reading thread ran
   /// into.
   bool next(AudioPiece& piece);
-  /// What was found beyond full scale, complete once `next` has answered false.
+  /// What of the written was found beyond full scale, complete once `next` has answered false.
   const Clipping& clipping() const { return m_clipping; }
 
  private:
   void run();
   void readAll();
+  void lookForClipping(const AudioPiece& piece);
   bool put(AudioPiece&& piece);
   AudioPiece takeUsed();
 
   const Album& m_album;
+  const std::vector<FrameStretch>& m_written;
   const Dither m_dither;
   const size_t m_piece_frames;
   Clipping m_clipping;

@@ -42,7 +42,7 @@ std::optional<double> regionInForce(const std::vector<Mark>& marks, double start
 }  // namespace
 
 std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int64_t end_frame,
-                               TrackMode mode, bool hash_only) {
+                               TrackMode mode, bool hash_only, std::vector<Mark>& left_out) {
   const double start = secondsOf(start_frame);
   const double end = secondsOf(end_frame);
   for (Mark& mark : marks) {
@@ -56,22 +56,22 @@ std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int
   } else if (in_force) {
     tags_from = marks[*in_force].start;
   }
+  const auto staysOrMoves = [&](size_t i) {
+    const Mark& mark = marks[i];
+    if (mark.start >= end) return false;
+    if (mark.end) return *mark.end > start;
+    return mark.start >= start || i == in_force ||
+           (tags_from && isTag(mark.name) && mark.start >= *tags_from);
+  };
   std::vector<Mark> kept;
   for (size_t i = 0; i < marks.size(); ++i) {
     Mark& mark = marks[i];
-    if (mark.start >= end) continue;
-    if (mark.end) {
-      if (*mark.end <= start) continue;
-      mark.start = std::max(mark.start, start);
-      mark.end = std::min(*mark.end, end);
-    } else if (mark.start < start) {
-      const bool moves =
-          i == in_force || (tags_from && isTag(mark.name) && mark.start >= *tags_from);
-      if (!moves) continue;
-      mark.start = start;
+    if (!staysOrMoves(i)) {
+      left_out.push_back(std::move(mark));
+      continue;
     }
-    mark.start = relative(mark.start, start_frame);
-    if (mark.end) mark.end = relative(*mark.end, start_frame);
+    mark.start = relative(std::max(mark.start, start), start_frame);
+    if (mark.end) mark.end = relative(std::min(*mark.end, end), start_frame);
     kept.push_back(std::move(mark));
   }
   return kept;

@@ -2,26 +2,21 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
-#include "host/render/cue_text.h"
 #include "host/render/disc_time.h"
 #include "host/render/failure.h"
 #include "host/render/host_project.h"
 #include "host/render/interrupt.h"
 #include "host/render/progress.h"
 #include "host/render/read_ahead.h"
+#include "host/render/write_failure.h"
 
 namespace velmor::render {
 
 namespace {
-
-constexpr int kBytesPerSector = kFramesPerSector * kBytesPerFrame;
-// A silence of a length that is no whole number of frames counts up to one frame less than it is
-// long; there are at most a hundred of them.
-constexpr double kUncountedFrames = 101.0;
 
 std::unique_ptr<PCM_sink> makeSink(const SinkRegistration& module, SinkConfig config,
                                    const std::string& sheet_path) {
@@ -53,29 +48,17 @@ void checkFormat(PCM_sink& sink) {
                     ", but this program delivers 44100 Hz, 2 channels and 16 bits");
 }
 
-void stopOnWriteFailure() {
-  const auto failure = writeFailure();
-  if (!failure) return;
-  if (*failure == kDiskOutOfSpace) {
-    throw RenderError(
-        "the disk is full: the image could not be written; free some space (a minute "
-        "takes 10.6 MB), or choose another place with -o");
-  }
-  throw RenderError(
-      "the image could not be written: the system reports a write error on the disk of "
-      "the output folder");
-}
-
-void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, Progress& progress) {
+void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, const std::string& image_path,
+            Progress& progress) {
   AudioPiece piece;
   while (audio.next(piece)) {
     double* channels[] = {piece.left.data(), piece.right.data()};
     const int frames = static_cast<int>(piece.left.size());
     for (int at = 0; at < frames; at += options.block) {
       sink.WriteDoubles(channels, std::min(options.block, frames - at), 2, at, 1);
-      stopOnWriteFailure();
+      stopIfInterrupted();  // first: an interruption lets writes fail
+      stopOnWriteFailure(image_path);
     }
-    stopIfInterrupted();
     progress.show(piece.start + frames);
   }
 }
@@ -83,36 +66,24 @@ void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, Progress& 
 }  // namespace
 
 RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& config,
-                          const Album& album, const Options& options,
+                          const Album& album, const TrackPlan& plan, const Options& options,
                           const std::string& sheet_path) {
+  const std::string image_path =
+      std::filesystem::path(sheet_path).replace_extension(".bin").string();
+  std::optional<InterruptedWritesFail> interruptible(std::in_place);
   openProject(album.project);
   const std::unique_ptr<PCM_sink> sink = makeSink(module, config, sheet_path);
+  stopIfInterrupted();
   checkFormat(*sink);
-  ReadAhead audio(album, options.dither, options.block);
+  ReadAhead audio(album, plan.written, options.dither, options.block);
   {
     Progress progress("Rendering", album.frames(), !options.quiet);
-    stream(*sink, audio, options, progress);
+    stream(*sink, audio, options, image_path, progress);
   }
+  interruptible.reset();
   sink->Extended(kSinkRenderFinished, nullptr, nullptr, nullptr);
-  stopOnWriteFailure();
-  return {audio.clipping(), sink->GetLength()};
-}
-
-void checkFinishedFiles(const std::string& sheet_path, const std::string& image_path,
-                        double image_seconds, int tracks) {
-  const auto bytes = static_cast<double>(std::filesystem::file_size(image_path));
-  const double missing = std::abs(image_seconds * kFramesPerSecond - bytes / kBytesPerFrame);
-  if (std::fmod(bytes, kBytesPerSector) != 0.0 || missing > kUncountedFrames) {
-    throw RenderError(
-        "the image is not complete: its last write did not reach the disk; free some "
-        "space on it and render again");
-  }
-  const CueText sheet = readCueText(sheet_path);
-  if (!sheet.complete || static_cast<int>(sheet.tracks.size()) != tracks) {
-    throw RenderError(
-        "the cue sheet is not complete: its last write did not reach the disk; free "
-        "some space on it and render again");
-  }
+  stopOnWriteFailure(image_path);
+  return {audio.clipping(), std::llround(sink->GetLength() * kFramesPerSecond)};
 }
 
 }  // namespace velmor::render

@@ -1,29 +1,28 @@
 // One render: the album streamed through the module's sink.
 #pragma once
 
+#include <cstdint>
+#include <string>
+
 #include "abi/sink_registration.h"
 #include "host/render/album.h"
 #include "host/render/clipping.h"
 #include "host/render/options.h"
+#include "host/render/track_plan.h"
 
 namespace velmor::render {
 
 /// What came of a render that ended well.
 struct RenderOutcome {
-  Clipping clipping;
-  double image_seconds = 0.0;  ///< as the sink counts them
+  Clipping clipping;           ///< of what was written
+  int64_t counted_frames = 0;  ///< the image's, as the sink counts them
 };
 
-/// Streams `album` to a sink of the module that writes `sheet_path` and the image beside it, and
-/// finishes it. Throws `RenderError`, `InputError` or `Interrupted`; the sink is gone then as well.
+/// Streams `album`, as `plan` lays it out, to a sink of the module that writes `sheet_path` and the
+/// image beside it, and finishes it. Throws `RenderError`, `InputError` or `Interrupted`; the sink
+/// is gone then as well.
 RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& config,
-                          const Album& album, const Options& options,
+                          const Album& album, const TrackPlan& plan, const Options& options,
                           const std::string& sheet_path);
-
-/// Throws `RenderError` unless the finished files are whole: an image of whole sectors that is as
-/// long as the sink says (a last write that failed is reported nowhere else), and a sheet of
-/// `tracks` tracks to its last line.
-void checkFinishedFiles(const std::string& sheet_path, const std::string& image_path,
-                        double image_seconds, int tracks);
 
 }  // namespace velmor::render

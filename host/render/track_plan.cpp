@@ -26,15 +26,20 @@ class Planner {
   explicit Planner(const SinkConfig& config) : m_config(config) {}
 
   void begin(const std::string& title) {
-    m_plan.tracks.push_back({title, m_config.disc_leadin_ms / 1000.0, 0, 0});
+    m_plan.tracks.push_back({title, m_config.disc_leadin_ms / 1000.0, 0, 0, 0.0, 0.0});
     leadIn(m_config.disc_leadin_ms);
     m_plan.tracks.back().start_frame = position();
   }
 
-  void write(int64_t frames) {
+  /// Writes the input's frames from `begin` up to `end`.
+  void write(int64_t begin, int64_t end) {
+    const int64_t frames = end - begin;
+    if (frames <= 0) return;
+    std::vector<FrameStretch>& written = m_plan.written;
+    if (written.empty() || written.back().end != begin) written.push_back({begin, begin});
+    written.back().end = end;
     m_frames += frames;
     m_bytes += frames * kBytesPerFrame;
-    m_plan.rendered_frames += frames;
   }
 
   bool isLongEnough() const {
@@ -43,7 +48,14 @@ class Planner {
 
   void split(const std::string& title) {
     leadIn(m_config.track_leadin_ms);
-    m_plan.tracks.push_back({title, secondsOf(m_frames), position(), 0});
+    m_plan.tracks.push_back({title, secondsOf(m_frames), position(), 0, 0.0, 0.0});
+  }
+
+  /// The last track begins at `start` in the project, where the one before it ends.
+  void beginSource(double start) {
+    PlannedTrack& before = m_plan.tracks[m_plan.tracks.size() - 2];
+    before.source_length = start - before.source_start;
+    m_plan.tracks.back().source_start = start;
   }
 
   TrackPlan& plan() { return m_plan; }
@@ -51,6 +63,10 @@ class Planner {
   TrackPlan finish() {
     pad();
     m_plan.image_frames = position();
+    m_plan.counted_frames = m_frames;
+    if (m_config.track_mode != kTracksFromRegions) {
+      m_plan.tracks.back().source_length = secondsOf(m_frames) - m_plan.tracks.back().start;
+    }
     for (size_t i = 0; i < m_plan.tracks.size(); ++i) {
       const bool last = i + 1 == m_plan.tracks.size();
       const int64_t end = last ? m_plan.image_frames : m_plan.tracks[i + 1].start_frame;
@@ -78,13 +94,12 @@ class Planner {
     const int64_t bytes = int64_t{ms} * kFramesPerSecond * kBytesPerFrame / 1000;
     silence(bytes > 2147483647 ? kMost : bytes);
     pad();
-    ++m_plan.silences;
   }
 
   const SinkConfig& m_config;
   TrackPlan m_plan;
   int64_t m_bytes = 0;
-  int64_t m_frames = 0;  ///< as the module counts them: a silence's odd bytes do not count
+  int64_t m_frames = 0;  ///< as the module counts them
 };
 
 /// The name of track 1: the first marker that can name one, within four seconds of the start.
@@ -109,45 +124,48 @@ void planMarkers(Planner& planner, const SinkConfig& config, const std::vector<M
     named = true;
     const int64_t frame = frameAt(mark.start);
     if (mark.start <= 0.0 || frame >= frames) continue;
-    planner.write(frame - at);
+    planner.write(at, frame);
     at = frame;
     const std::string title = trackTitle(mark.name, hash_only);
     if (planner.isLongEnough()) {
       planner.split(title);
+      planner.beginSource(mark.start);
     } else if (!names_first) {
       planner.plan().dropped_markers.push_back(title);
     }
   }
-  planner.write(frames - at);
+  planner.write(at, frames);
 }
 
 void planRegions(Planner& planner, const std::vector<Mark>& marks, int64_t frames) {
   planner.begin("");
   int64_t at = 0;
   bool first = true;
-  size_t title_count = 0;
-  std::vector<std::string> titles;
+  std::vector<const Mark*> regions;
   for (const Mark& mark : marks) {
     if (!mark.end) continue;
     const int64_t start = std::max(frameAt(mark.start), at);
     const int64_t end = std::min(frameAt(*mark.end), frames);
     if (end < at || start >= frames) continue;
-    const std::string title = trackTitle(mark.name, false);
-    titles.push_back(title);
+    regions.push_back(&mark);
     if (!first) {
       if (planner.isLongEnough()) {
         planner.split("");
       } else {
-        planner.plan().joined_regions.push_back(title);
+        planner.plan().joined_regions.push_back(trackTitle(mark.name, false));
       }
     }
     first = false;
-    planner.write(std::max<int64_t>(end - start, 0));
+    planner.write(start, end);
     at = std::max(end, start);
   }
-  // Titles go to the tracks in order, also where a region has joined the track before.
-  for (PlannedTrack& track : planner.plan().tracks) {
-    if (title_count < titles.size()) track.title = titles[title_count++];
+  // Titles and stretches go to the tracks in order, also where a region has joined the track
+  // before.
+  std::vector<PlannedTrack>& tracks = planner.plan().tracks;
+  for (size_t i = 0; i < std::min(tracks.size(), regions.size()); ++i) {
+    tracks[i].title = trackTitle(regions[i]->name, false);
+    tracks[i].source_start = regions[i]->start;
+    tracks[i].source_length = *regions[i]->end - regions[i]->start;
   }
 }
 
@@ -161,7 +179,7 @@ TrackPlan planTracks(const SinkConfig& config, const std::vector<Mark>& marks, i
     planRegions(planner, marks, frames);
   } else {
     planner.begin("");
-    planner.write(frames);
+    planner.write(0, frames);
   }
   return planner.finish();
 }

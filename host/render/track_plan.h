@@ -15,13 +15,24 @@ struct PlannedTrack {
   double start = 0.0;       ///< image seconds, as the sheet's INDEX 01 is made from
   int64_t start_frame = 0;  ///< first frame of its audio in the image
   int64_t frames = 0;       ///< up to the next track's start, or the image's end
+  /// The stretch of the project, in seconds, whose tags the module gives to the track.
+  double source_start = 0.0;
+  double source_length = 0.0;
+};
+
+/// Frames of the input, counted from the render's start; `end` is past the last one.
+struct FrameStretch {
+  int64_t begin = 0;
+  int64_t end = 0;
 };
 
 struct TrackPlan {
   std::vector<PlannedTrack> tracks;
-  int64_t image_frames = 0;     ///< padding included
-  int64_t rendered_frames = 0;  ///< of the input
-  int silences = 0;             ///< lead-ins written
+  int64_t image_frames = 0;           ///< padding included
+  std::vector<FrameStretch> written;  ///< of the input; ascending and apart
+  /// The image's length as the module counts it: bytes of a silence that make no whole frame do not
+  /// count.
+  int64_t counted_frames = 0;
   std::vector<std::string>
       dropped_markers;  ///< names of markers within four seconds of a track start
   std::vector<std::string> joined_regions;  ///< names of regions that join the track before

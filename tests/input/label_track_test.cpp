@@ -116,6 +116,16 @@ TEST(LabelTrack, IsReadFromAFileAndMayBeEmpty) {
   EXPECT_TRUE(none.warnings.empty());
 }
 
+TEST(LabelTrack, ItsWarningsNameTheFileAndTheLine) {
+  const Folder folder;
+  const std::string path = folder.write("labels.txt", "1\t1\tOne\nnonsense\n");
+  EXPECT_EQ(readLabelTrack(path).marks[0].given_by, "line 1 of '" + path + "'");
+  EXPECT_THAT(readLabelTrack(path).warnings,
+              ElementsAre(HasSubstr("line 2 of '" + path + "' does not begin with a time")));
+  const std::string wide = folder.write("wide.txt", "\xff\xfe");
+  EXPECT_THAT(readLabelTrack(wide).warnings, ElementsAre(HasSubstr("line 1 of '" + wide + "'")));
+}
+
 TEST(LabelTrack, TooLargeToBeOneIsRefused) {
   const Folder folder;
   const std::string path = folder.write("film.txt", std::string((16U << 20) + 1, '1'));

@@ -183,6 +183,20 @@ TEST(Album, AnIsrcGoesToItsInputAndWinsOverTheTag) {
               ElementsAre("0 A", "0 ISRC=GBXYZ2600009", "10 B", "10 ISRC=USABC2600002"));
 }
 
+TEST(Album, InOneTrackModeTheInputThatTheRangeCutsGivesTheTrackItsIsrc) {
+  Options options;
+  options.track_mode = kOneTrack;
+  options.isrcs = {{1, "USABC2600001"}, {2, "USABC2600002"}, {3, "USABC2600003"}};
+  options.start = 12;
+  const auto infos = [] {
+    return std::vector<InputInfo>{input("a.wav", 10), input("b.wav", 10), input("c.wav", 10)};
+  };
+  EXPECT_THAT(marksOf(options, infos()), ElementsAre("0 ISRC=USABC2600002", "8 ISRC=USABC2600003"));
+  options.isrcs.erase(2);
+  EXPECT_THAT(marksOf(options, infos()), ElementsAre("8 ISRC=USABC2600003"))
+      << "the code of an input that is not on the disc";
+}
+
 TEST(Album, AnInputsCodesFollowTheRegionThatTakesItsPlace) {
   Options options;
   options.track_mode = kTracksFromRegions;
@@ -222,6 +236,13 @@ TEST(Album, ARangeOutsideTheTimelineIsWrongUsage) {
   EXPECT_EQ(refusal(9.9, 1e300), "") << "an end behind the audio is its end";
 }
 
+/// The marks of a range, without those that are left out.
+std::vector<std::string> inRange(const std::vector<Mark>& marks, int64_t start, int64_t end,
+                                 TrackMode mode, bool hash_only = false) {
+  std::vector<Mark> left_out;
+  return shown(marksInRange(marks, start, end, mode, hash_only, left_out));
+}
+
 TEST(RenderRange, TheMarkerInForceMovesToTheStartWithTheTagsBehindIt) {
   Options options;
   options.start = 15;
@@ -236,33 +257,105 @@ TEST(RenderRange, TheMarkerInForceMovesToTheStartWithTheTagsBehindIt) {
 }
 
 TEST(RenderRange, AMarkerAtTheStartIsInForceThere) {
-  EXPECT_THAT(shown(marksInRange({{0, {}, "A"}, {0, {}, "PERF=Ana"}, {10, {}, "B"}}, 10 * kSecond,
-                                 20 * kSecond, kTracksFromMarkers, false)),
+  EXPECT_THAT(inRange({{0, {}, "A"}, {0, {}, "PERF=Ana"}, {10, {}, "B"}}, 10 * kSecond,
+                      20 * kSecond, kTracksFromMarkers),
               ElementsAre("0 B"));
 }
 
 TEST(RenderRange, InHashModeOnlyAHashMarkerIsInForce) {
-  EXPECT_THAT(shown(marksInRange({{0, {}, "#A"}, {5, {}, "B"}}, 8 * kSecond, 20 * kSecond,
-                                 kTracksFromMarkers, true)),
-              ElementsAre("0 #A"));
+  EXPECT_THAT(
+      inRange({{0, {}, "#A"}, {5, {}, "B"}}, 8 * kSecond, 20 * kSecond, kTracksFromMarkers, true),
+      ElementsAre("0 #A"));
 }
 
 TEST(RenderRange, RegionsAreCutToIt) {
-  EXPECT_THAT(shown(marksInRange({{0, 5, "before"},
-                                  {2, 12, "into"},
-                                  {12, 14, "inside"},
-                                  {15, 30, "out of"},
-                                  {0, 40, "around"},
-                                  {20, 22, "behind"}},
-                                 5 * kSecond, 20 * kSecond, kTracksFromMarkers, false)),
+  EXPECT_THAT(inRange({{0, 5, "before"},
+                       {2, 12, "into"},
+                       {12, 14, "inside"},
+                       {15, 30, "out of"},
+                       {0, 40, "around"},
+                       {20, 22, "behind"}},
+                      5 * kSecond, 20 * kSecond, kTracksFromMarkers),
               ElementsAre("0-7 into", "7-9 inside", "10-15 out of", "0-15 around"));
 }
 
 TEST(RenderRange, TheTagsOfARegionThatIsCutMoveWithIt) {
   const std::vector<Mark> marks = {
       {0, 4, "A"}, {0, {}, "PERF=Ana"}, {4, 9, "B"}, {4, {}, "PERF=Bo"}};
-  EXPECT_THAT(shown(marksInRange(marks, 5 * kSecond, 20 * kSecond, kTracksFromRegions, false)),
+  EXPECT_THAT(inRange(marks, 5 * kSecond, 20 * kSecond, kTracksFromRegions),
               ElementsAre("0-4 B", "0 PERF=Bo"));
+}
+
+TEST(RenderRange, HandsOutWhatItLeavesOutWhereItLay) {
+  std::vector<Mark> left_out;
+  marksInRange({{0, {}, "A"}, {1, {}, "PERF=x"}, {2, {}, "in force"}, {2, 5, "R"}, {20, {}, "end"}},
+               5 * kSecond, 20 * kSecond, kTracksFromMarkers, false, left_out);
+  EXPECT_THAT(shown(left_out), ElementsAre("0 A", "1 PERF=x", "2-5 R", "20 end"));
+}
+
+/// Marks as a person gives them on the command line.
+std::vector<Mark> given(std::vector<Mark> marks) {
+  for (Mark& mark : marks) mark.given_by = mark.end ? "--region" : "--marker";
+  return marks;
+}
+
+std::vector<std::string> warningsOf(const Options& options) {
+  return layOutAlbum(options, {input("a.wav", 10, {}, {{9.5, {}, "its own"}}), input("b.wav", 10)})
+      .warnings;
+}
+
+TEST(RenderRange, GivenMarksBeyondTheAudioAreNamed) {
+  Options options;
+  options.marks = given({{20, {}, "at the end"}, {19.9, {}, "before it"}, {99, {}, "PERF=x"}});
+  EXPECT_THAT(
+      warningsOf(options),
+      ElementsAre("\"at the end\" (--marker) and \"PERF=x\" (--marker) lie beyond the end of "
+                  "the audio at 0:20.000 and are left out; look at the times"));
+  options.marks = given({{99, {}, "late"}});
+  EXPECT_THAT(warningsOf(options), ElementsAre(HasSubstr("\"late\" (--marker) lies beyond")));
+  options.hash_markers_only = true;
+  EXPECT_THAT(warningsOf(options), IsEmpty()) << "it would make no track anyway";
+  options.track_mode = kTracksFromRegions;
+  EXPECT_THAT(warningsOf(options), IsEmpty());
+}
+
+TEST(RenderRange, ARegionThatReachesBeyondTheAudioIsNamed) {
+  Options options;
+  options.track_mode = kTracksFromRegions;
+  options.marks = given({{5, 20.5, "long"}, {20, 22, "late"}});
+  EXPECT_THAT(warningsOf(options),
+              ElementsAre(HasSubstr("\"late\" (--region) lies beyond the end"),
+                          HasSubstr("\"long\" (--region) reaches beyond the end of the audio at "
+                                    "0:20.000 and is cut there")));
+  options.marks = given({{5, 20 + 500 * kOneFrame, "a sector at most"}});
+  EXPECT_THAT(warningsOf(options), IsEmpty());
+  options.track_mode = kTracksFromMarkers;
+  options.marks = given({{5, 20.5, "no track"}});
+  EXPECT_THAT(warningsOf(options), IsEmpty());
+}
+
+TEST(RenderRange, GivenMarksOutsideStartAndEndAreNamedAndInputsAreNot) {
+  Options options;
+  options.marks = given({{1, {}, "one"}, {9, {}, "in force"}, {15, {}, "late"}});
+  options.start = 9.25;
+  options.end = 15;
+  EXPECT_THAT(
+      warningsOf(options),
+      ElementsAre("\"one\" (--marker) and \"late\" (--marker) lie outside the part from "
+                  "0:09.250 to 0:15.000 and are left out; --start and --end set that part"));
+  options.embedded_markers = false;
+  options.marks.clear();
+  EXPECT_THAT(warningsOf(options), IsEmpty());
+}
+
+TEST(RenderRange, AnEndPastTheInputsIsSaid) {
+  Options options;
+  options.end = 20;
+  EXPECT_THAT(warningsOf(options), IsEmpty());
+  options.end = 25;
+  EXPECT_THAT(warningsOf(options),
+              ElementsAre("--end lies at 0:25.000, but the inputs end at 0:20.000, and so does the "
+                          "render"));
 }
 
 TEST(RenderRange, RegionsWithoutAudioOfTheirOwnAreLeftOutAndNamed) {

@@ -60,17 +60,19 @@ TEST(DiscTime, RoundsAClockTimeToMillisecondsWithCarry) {
 
 TEST(Clipping, CountsWhatLiesBeyondFullScaleAndWhatIsNoNumber) {
   Clipping clipping;
-  clipping.look({0.0, 1.0, -1.0}, {1.0, -1.0, 0.5}, 0);
+  const auto look = [&clipping](const std::vector<double>& left, const std::vector<double>& right,
+                                int64_t start) { clipping.look(left, right, start); };
+  look({0.0, 1.0, -1.0}, {1.0, -1.0, 0.5}, 0);
   EXPECT_EQ(clipping.samples, 0);
   EXPECT_EQ(clipping.first_frame, -1);
   const double over = std::nextafter(1.0, 2.0);
-  clipping.look({0.0, 0.0, -over}, {0.0, std::nan(""), over}, 1000);
+  look({0.0, 0.0, -over}, {0.0, std::nan(""), over}, 1000);
   EXPECT_EQ(clipping.samples, 3);
   EXPECT_EQ(clipping.first_frame, 1001);
-  clipping.look({2.0}, {HUGE_VAL}, 5000);
+  look({2.0}, {HUGE_VAL}, 5000);
   EXPECT_EQ(clipping.samples, 5);
   EXPECT_EQ(clipping.first_frame, 1001);
-  clipping.look({}, {}, 9000);
+  look({}, {}, 9000);
   EXPECT_EQ(clipping.samples, 5);
 }
 

@@ -13,6 +13,7 @@ namespace render_test {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 
 class FullDisk : public testing::Test {
  protected:
@@ -84,7 +85,9 @@ TEST_F(FullDisk, AnImageThatLacksAnythingIsNotCalledDone) {
         limitFilesTo<6 * 131072>, limitFilesTo<6 * 131072 - 1>}) {
     const Ended ended = render({input, "-o", folder / "disc"}, limit);
     EXPECT_EQ(ended.status, 1);
-    EXPECT_THAT(ended.err, HasSubstr("image"));
+    EXPECT_THAT(ended.err, HasSubstr("the image"));
+    EXPECT_THAT(ended.err, HasSubstr("ulimit -f"));
+    EXPECT_THAT(ended.err, Not(HasSubstr("free some space")));
   }
   EXPECT_EQ(folder.names(), (std::vector<std::string>{"disk", "in.wav"}));
   EXPECT_EQ(render({input, "-o", folder / "disc"}, limitFilesTo<882000>).status, 0);

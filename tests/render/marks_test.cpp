@@ -100,12 +100,36 @@ TEST_F(Marks, OneTrackModeMakesOneTrack) {
             "FILE \"album.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    INDEX 01 00:00:00\r\n");
 }
 
+TEST_F(Marks, OneTrackBearsTheIsrcOfTheInputItBeginsIn) {
+  EXPECT_EQ(sheet({"--track-mode", "one", "--isrc", "1=USABC2600001", "--isrc", "2=USABC2600002",
+                   "--start", "12"}),
+            "FILE \"album.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    ISRC \"USABC2600002\"\r\n"
+            "    INDEX 01 00:00:00\r\n");
+  EXPECT_EQ(ended.err, "");
+}
+
 TEST_F(Marks, ALabelTrackCutsAndSaysWhichLinesItCannotUse) {
   writeFile(folder / "labels.txt", "4.5\t4.5\tA\r\nnonsense\r\n15\t15\tB\r\n");
   const std::string text = sheet({"--labels", folder / "labels.txt"});
   EXPECT_THAT(text, HasSubstr("TITLE \"A\"\r\n    INDEX 01 00:04:37"));
   EXPECT_THAT(text, HasSubstr("TITLE \"B\"\r\n    INDEX 01 00:15:00"));
-  EXPECT_THAT(ended.err, HasSubstr("2"));
+  EXPECT_THAT(ended.err, HasSubstr("line 2 of '" + folder / "labels.txt" + "'"));
+}
+
+TEST_F(Marks, OnesBeyondTheAudioAreNamedWithWhoGaveThem) {
+  const std::string labels = folder / "labels.txt";
+  writeFile(labels, "4\t4\tA\n\n60\t60\tB\n");
+  sheet({"--labels", labels, "--marker", "70=C", "--track-leadin", "2000", "--end", "30"});
+  EXPECT_EQ(
+      ended.err,
+      "velmor-render: warning: --end lies at 0:30.000, but the inputs end at 0:20.000, and so "
+      "does the render\n"
+      "velmor-render: warning: \"B\" (line 3 of '" +
+          labels +
+          "') and \"C\" (--marker) lie beyond the end of the audio at 0:20.000 and are left "
+          "out; look at the times\n");
+  sheet({"--region", "70-80=R", "--track-mode", "regions"});
+  EXPECT_THAT(ended.err, HasSubstr("\"R\" (--region) lies beyond"));
 }
 
 TEST_F(Marks, ThousandsOfLabelsAreRefusedAsTracksAndTakenAsTags) {
@@ -161,6 +185,46 @@ TEST(Range, TheMarkerInForceAtTheStartMovesToIt) {
             "  TRACK 01 AUDIO\r\n    TITLE \"six\"\r\n    INDEX 01 00:00:00\r\n"
             "  TRACK 02 AUDIO\r\n    TITLE \"fourteen\"\r\n    INDEX 01 00:06:00\r\n");
   EXPECT_TRUE(readFile(folder / "album.bin") == asImage(samples).substr(8 * 176400, 11 * 176400));
+}
+
+TEST(Range, AMarkerWithinFourSecondsOfTheStartMakesNoTrackAndIsNamed) {
+  const Scratch folder;
+  writeWav(folder / "a.wav", 20);
+  const Ended ended =
+      render({folder / "a.wav", "--marker", "6=six", "--marker", "00:11:74=close", "--marker",
+              "12=twelve", "--start", "8", "--json", "-o", folder / "album"});
+  EXPECT_EQ(ended.err,
+            "velmor-render: warning: the marker \"close\" makes no track: it comes within 4 "
+            "seconds of a track's start\n");
+  const nlohmann::json tracks = nlohmann::json::parse(ended.out)["tracks"];
+  ASSERT_EQ(tracks.size(), 2U);
+  EXPECT_EQ(tracks[0]["title"], "six");
+  EXPECT_EQ(tracks[1]["title"], "twelve");
+  EXPECT_EQ(tracks[1]["start_seconds"], 4.0);
+  EXPECT_EQ(readFile(folder / "album.cue"),
+            "FILE \"album.bin\" BINARY\r\n"
+            "  TRACK 01 AUDIO\r\n    TITLE \"six\"\r\n    INDEX 01 00:00:00\r\n"
+            "  TRACK 02 AUDIO\r\n    TITLE \"twelve\"\r\n    INDEX 01 00:04:00\r\n");
+}
+
+TEST(Isrc, OneThatDoesNotReachItsTrackIsNamed) {
+  const Scratch folder;
+  writeWav(folder / "intro.wav", 3, 1);
+  writeWav(folder / "song.wav", 10, 2);
+  const std::vector<std::string> both = {folder / "intro.wav", folder / "song.wav", "--force", "-o",
+                                         folder / "album"};
+  const auto warnings = [&](std::vector<std::string> options) {
+    options.insert(options.end(), both.begin(), both.end());
+    return render(options).err;
+  };
+  EXPECT_THAT(warnings({"--isrc", "1=USABC2600001", "--isrc", "2=USABC2600002"}),
+              HasSubstr("the ISRC \"USABC2600002\" (track 1) is left out"));
+  EXPECT_THAT(readFile(folder / "album.cue"), HasSubstr("ISRC \"USABC2600001\""));
+  EXPECT_THAT(warnings({"--isrc", "2=USABC2600002"}),
+              HasSubstr("the ISRC \"USABC2600002\" of input 2 goes to track 1"));
+  EXPECT_THAT(
+      warnings({"--track-mode", "one", "--isrc", "1=USABC2600001", "--isrc", "2=USABC2600002"}),
+      HasSubstr("the ISRC \"USABC2600002\" (track 1) is left out"));
 }
 
 TEST(Range, ARegionThatItCutsKeepsItsInputsCode) {

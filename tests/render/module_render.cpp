@@ -32,9 +32,15 @@ void readSheet(const std::string& path, ModuleRender& render) {
   std::istringstream sheet(contents(path));
   std::string line;
   while (std::getline(sheet, line)) {
-    if (line.rfind("  TRACK", 0) == 0) render.titles.emplace_back();
+    if (line.rfind("  TRACK", 0) == 0) {
+      render.titles.emplace_back();
+      render.gaps.emplace_back();
+      render.isrcs.emplace_back();
+    }
+    if (line.rfind("    INDEX 00 ", 0) == 0) render.gaps.back() = line.substr(13, 8);
     if (line.rfind("    TITLE \"", 0) == 0)
       render.titles.back() = line.substr(11, line.size() - 13);
+    if (line.rfind("    ISRC \"", 0) == 0) render.isrcs.back() = line.substr(10, line.size() - 12);
     if (line.rfind("    INDEX 01 ", 0) == 0) render.indexes.push_back(line.substr(13, 8));
   }
 }
@@ -83,6 +89,7 @@ ModuleRender renderThroughModule(const SinkConfig& config, const std::vector<Mar
   }
   play(*sink, frames, block);
   sink->Extended(kSinkRenderFinished, nullptr, nullptr, nullptr);
+  render.seconds = sink->GetLength();
   readSheet(sheet, render);
   readImage(folder.path("disc.bin"), render);
   return render;

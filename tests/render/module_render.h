@@ -13,8 +13,11 @@ namespace velmor::render::test {
 struct ModuleRender {
   std::vector<std::string> titles;   ///< of each track, empty where the sheet has none
   std::vector<std::string> indexes;  ///< INDEX 01 of each track, as the sheet has it
+  std::vector<std::string> gaps;     ///< INDEX 00 likewise, empty where the sheet has none
+  std::vector<std::string> isrcs;    ///< likewise
   std::vector<int16_t> left;         ///< the image's left channel
   int64_t image_bytes = 0;
+  double seconds = 0.0;  ///< what the sink says of its length
 };
 
 /// Frame `i` of what `renderThroughModule` plays: never silent, and telling its place.

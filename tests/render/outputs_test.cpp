@@ -8,6 +8,7 @@
 #include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -53,6 +54,20 @@ TEST_F(Output, ForceReplacesThePair) {
   EXPECT_EQ(folder.names(), (Names{"disc.bin", "disc.cue", "in.wav"}));
 }
 
+TEST_F(Output, ASecondSheetOfAnOlderImageIsNamedAndStays) {
+  ASSERT_EQ(render({input, "--portable-cue", "-o", folder / "disc"}).status, 0);
+  const std::string second = readFile(folder / "disc.portable.cue");
+  const Ended ended = render({input, "--force", "--end", "5", "-o", folder / "disc"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.err, "velmor-render: warning: \"" + folder / "disc.portable.cue" +
+                           "\" was made for an older disc.bin and need not fit the new one; delete "
+                           "it, or replace it with --portable-cue\n");
+  EXPECT_EQ(readFile(folder / "disc.portable.cue"), second);
+  EXPECT_EQ(render({input, "--force", "--portable-cue", "-o", folder / "disc"}).err, "");
+  writeFile(folder / "disc.portable.cue", "FILE \"disc.portable.bin\" BINARY\r\n");
+  EXPECT_EQ(render({input, "--force", "-o", folder / "disc"}).err, "") << "another disc's";
+}
+
 void limitFileSize() {
   const rlimit limit{500000, 500000};
   setrlimit(RLIMIT_FSIZE, &limit);
@@ -63,7 +78,8 @@ TEST_F(Output, AFailedWriteStopsTheRenderAndLeavesTheOldPairWhole) {
   writeFile(folder / "disc.cue", "old sheet");
   const Ended ended = render({input, "--force", "-o", folder / "disc.cue"}, limitFileSize);
   EXPECT_EQ(ended.status, 1);
-  EXPECT_THAT(ended.err, HasSubstr("could not be written"));
+  EXPECT_THAT(ended.err, HasSubstr("could not be written: no file may grow beyond 500000 bytes"));
+  EXPECT_THAT(ended.err, HasSubstr("ulimit -f"));
   EXPECT_EQ(readFile(folder / "disc.bin"), "old image");
   EXPECT_EQ(readFile(folder / "disc.cue"), "old sheet");
   EXPECT_EQ(folder.names(), (Names{"disc.bin", "disc.cue", "in.wav"}));
@@ -79,7 +95,7 @@ void limitToTheLastFlush() {
 TEST_F(Output, ALastWriteThatFailsUnreportedIsFound) {
   const Ended ended = render({input, "-o", folder / "disc.cue"}, limitToTheLastFlush);
   EXPECT_EQ(ended.status, 1);
-  EXPECT_THAT(ended.err, HasSubstr("not complete"));
+  EXPECT_THAT(ended.err, HasSubstr("not complete: no file may grow beyond 1048676 bytes"));
   EXPECT_EQ(folder.names(), (Names{"in.wav"}));
 }
 
@@ -123,6 +139,45 @@ TEST_P(Interruption, StopsTheRenderAndLeavesNothing) {
   EXPECT_EQ(ended.status, 128 + GetParam());
   EXPECT_THAT(ended.err, HasSubstr("interrupted; nothing was written"));
   EXPECT_EQ(folder.names(), (Names{"long.wav"}));
+}
+
+off_t sizeOf(int fd) {
+  struct stat info {};
+  return fstat(fd, &info) == 0 ? info.st_size : -1;
+}
+
+/// The image that a render is making in `folder`, as soon as it holds six seconds; -1 when it never
+/// does.
+int openUnfinishedImage(const Scratch& folder) {
+  for (int i = 0; i < 3000; ++i) {
+    for (const std::string& name : folder.names()) {
+      const int fd = open((folder / name + "/disc.bin").c_str(), O_RDONLY | O_CLOEXEC);
+      if (sizeOf(fd) > 6 * 176400) return fd;
+      close(fd);
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  return -1;
+}
+
+TEST_P(Interruption, CutsASilenceOfHoursShort) {
+  const Scratch folder;
+  writeSparseWav(folder / "a.wav", 20);
+  for (const char* const lead_in : {"--disc-leadin", "--track-leadin"}) {
+    Running running(
+        VELMOR_BINARY_DIR "/velmor-render",
+        {folder / "a.wav", "--marker", "5=b", lead_in, "12000000", "-o", folder / "disc.cue"});
+    const int image = openUnfinishedImage(folder);
+    kill(running.pid(), GetParam());
+    const Ended ended = running.wait();
+    const off_t written = sizeOf(image);
+    close(image);
+    ASSERT_GT(written, 0) << ended.err;
+    EXPECT_EQ(ended.status, 128 + GetParam());
+    EXPECT_THAT(ended.err, HasSubstr("interrupted; nothing was written\n"));
+    EXPECT_LT(written, 12000 * 176400LL) << "the silence was written to its end";
+    EXPECT_EQ(folder.names(), (Names{"a.wav"}));
+  }
 }
 
 TEST(InterruptionOfAReplacement, LeavesTheOldPairWhole) {

@@ -42,7 +42,7 @@ TEST(Report, ALeadInOfBrokenFramesStillPutsTheTrackOnItsSector) {
   writeWav(folder / "b.wav", 5);
   const Ended ended = render({folder / "a.wav", folder / "b.wav", "--disc-leadin", "13",
                               "--track-leadin", "1501", "--json", "-o", folder / "disc"});
-  EXPECT_EQ(ended.err, "");
+  EXPECT_EQ(ended.status, 0) << ended.err;
   const json disc = json::parse(ended.out);
   EXPECT_EQ(disc["tracks"][0]["start_sector"], 1);
   EXPECT_EQ(disc["tracks"][1]["start_sector"], 1 + 375 + 113);
@@ -145,6 +145,27 @@ TEST(Report, ATitleOfThousandsOfCharactersDoesNotBreakTheSheet) {
   const std::string sheet = readFile(folder / "disc.cue");
   EXPECT_EQ(std::count(sheet.begin(), sheet.end(), '\n'), 5);
   EXPECT_THAT(sheet, EndsWith("x\"\r\n    INDEX 01 00:00:00\r\n"));
+}
+
+TEST(Report, CountsTheClippedSamplesThatAreOnTheDisc) {
+  const Scratch folder;
+  std::vector<float> samples(44100 * 2 * 10, 0.1F);
+  for (const size_t second : {0U, 3U, 7U}) samples[second * 88200] = 1.5F;
+  samples[4 * 88200 - 2] = -1.5F;  // the last frame of the region
+  samples[4 * 88200] = 1.5F;       // and the first behind it
+  writeFloatWav(folder / "loud.wav", samples);
+  const auto clipped = [&](std::vector<std::string> options) {
+    options.insert(options.end(), {folder / "loud.wav", "--json", "--force", "-o", folder / "d"});
+    return json::parse(render(options).out)["clipped"];
+  };
+  EXPECT_EQ(clipped({})["samples"], 5);
+  EXPECT_EQ(clipped({})["first_seconds"], 0.0);
+  const json in_regions = clipped({"--track-mode", "regions", "--region", "2-4=A", "--region",
+                                   "4.5-7=B", "--region", "8-10=C"});
+  EXPECT_EQ(in_regions["samples"], 2);
+  EXPECT_EQ(in_regions["first_seconds"], 3.0);
+  EXPECT_EQ(clipped({"--track-mode", "regions", "--region", "1-2=A", "--start", "1"})["samples"],
+            0);
 }
 
 TEST(Report, DitherTouchesOnlySourcesOfMoreThanSixteenBits) {

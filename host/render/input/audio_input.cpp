@@ -40,7 +40,6 @@ InputInfo describe(const std::string& path, const SoundFile& sound) {
   info.tags.title = textIn(file, SF_STR_TITLE);
   info.tags.artist = textIn(file, SF_STR_ARTIST);
   info.tags.album = textIn(file, SF_STR_ALBUM);
-  info.tags.comment = textIn(file, SF_STR_COMMENT);
   addVorbisComments(vorbisCommentsIn(sound.bytes()), info.tags);
   info.marks = embeddedMarks(file, sound.info(), sound.bytes());
   return info;

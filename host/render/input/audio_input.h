@@ -24,11 +24,14 @@ struct Mark {
   double start = 0.0;
   std::optional<double> end;
   std::string name;
+  int input = 0;  ///< whose own mark it is, an album's inputs counted from 1; 0: nobody's
+  /// Who gave it, for messages: "--marker", "line 3 of 'x.txt'"; empty: an input.
+  std::string given_by = {};
 };
 
 /// Texts found in the file; empty when absent.
 struct Tags {
-  std::string title, artist, album, comment, songwriter, isrc;
+  std::string title, artist, album, songwriter, isrc;
 };
 
 enum class Dither { none, tpdf };

@@ -65,7 +65,7 @@ std::optional<double> secondsIn(std::string_view field) {
 
 class LabelReader {
  public:
-  explicit LabelReader(LabelTrack& track) : m_track(track) {}
+  LabelReader(LabelTrack& track, const std::string& name) : m_track(track), m_name(name) {}
 
   void take(std::string_view line) {
     ++m_line;
@@ -94,6 +94,7 @@ class LabelReader {
  private:
   void add(Mark mark, std::string_view name) {
     mark.name = asLineOfText(name);
+    mark.given_by = place();
     m_track.marks.push_back(std::move(mark));
     if (!isUtf8(name)) {
       report("has a name that is not UTF-8 and was read as Windows-1252; save the labels as UTF-8");
@@ -102,11 +103,11 @@ class LabelReader {
   void warn(const char* what) {
     report(std::string(what) + " and was left out; write START, END and NAME with tabs between");
   }
-  void report(const std::string& what) {
-    m_track.warnings.push_back("line " + std::to_string(m_line) + " of the labels " + what);
-  }
+  void report(const std::string& what) { m_track.warnings.push_back(place() + " " + what); }
+  std::string place() const { return "line " + std::to_string(m_line) + " of " + m_name; }
 
   LabelTrack& m_track;
+  const std::string& m_name;
   size_t m_line = 0;
 };
 
@@ -129,14 +130,14 @@ std::string contentsOf(const ReadableFile& file, const std::string& path) {
 
 }  // namespace
 
-LabelTrack parseLabelTrack(std::string_view text) {
+LabelTrack parseLabelTrack(std::string_view text, const std::string& name) {
   LabelTrack track;
   if (startsWith(text, "\xff\xfe") || startsWith(text, "\xfe\xff")) {
-    track.warnings.emplace_back("line 1 of the labels begins a text in UTF-16; save it as UTF-8");
+    track.warnings.push_back("line 1 of " + name + " begins a text in UTF-16; save it as UTF-8");
     return track;
   }
   if (startsWith(text, "\xef\xbb\xbf")) text.remove_prefix(3);
-  LabelReader reader(track);
+  LabelReader reader(track, name);
   while (!text.empty()) reader.take(takeLine(text));
   return track;
 }
@@ -146,7 +147,7 @@ LabelTrack readLabelTrack(const std::string& path) {
   if (file.size() > kLargestLabelFile) {
     throw InputError("'" + path + "' is too large for a label track; name the exported text file");
   }
-  return parseLabelTrack(contentsOf(file, path));
+  return parseLabelTrack(contentsOf(file, path), "'" + path + "'");
 }
 
 }  // namespace velmor::render

@@ -102,6 +102,7 @@ double parseTime(std::string_view text) {
 Mark parseMarkerOption(std::string_view text) {
   const Option option = splitOption(text, "TIME=NAME");
   Mark mark;
+  mark.given_by = "--marker";
   mark.start = parseTime(option.time);
   mark.name = option.name;
   return mark;
@@ -114,6 +115,7 @@ Mark parseRegionOption(std::string_view text) {
     throw InputError(quoted(text) + " has no '-' between two times: give START-END=NAME");
   }
   Mark mark;
+  mark.given_by = "--region";
   mark.start = parseTime(option.time.substr(0, dash));
   mark.end = parseTime(option.time.substr(dash + 1));
   if (*mark.end <= mark.start) {

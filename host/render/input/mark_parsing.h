@@ -22,8 +22,9 @@ struct LabelTrack {
   std::vector<std::string>
       warnings;  ///< one sentence for each line that could not be used, with its number
 };
-/// An Audacity label track's text. Never throws for its contents.
-LabelTrack parseLabelTrack(std::string_view text);
+/// An Audacity label track's text; `name` is what the warnings call it. Never throws for its
+/// contents.
+LabelTrack parseLabelTrack(std::string_view text, const std::string& name = "the labels");
 /// The same from a file; throws `InputError` when it cannot be read.
 LabelTrack readLabelTrack(const std::string& path);
 
