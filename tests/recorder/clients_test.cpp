@@ -165,6 +165,15 @@ TEST_F(Clients, CdrskinListsBothDrives) {
   EXPECT_THAT(output, HasSubstr("'TEST DRIVE 2'"));
 }
 
+TEST_F(Clients, WodimListsBothDrivesUnderTheirFormerNames) {
+  EXPECT_EQ(run("wodim --devices"), 2) << output;  // wodim's status is the number of drives
+  EXPECT_THAT(output, HasSubstr("dev='/dev/scd30'"));
+  EXPECT_THAT(output, HasSubstr("dev='/dev/scd31'"));
+  EXPECT_THAT(output, HasSubstr("'TEST DRIVE 2'"));
+  ASSERT_EQ(run("wodim dev=/dev/scd31 gracetime=0 -sao -audio track1.wav"), 0) << output;
+  EXPECT_TRUE(burned(1) == tracks[0]);
+}
+
 TEST_F(Clients, ABadSectorFailsTheBurn) {
   change(1, [](Settings& settings) { settings.faults.writeErrorAt = 500; });
   EXPECT_NE(burnWithCdrdao(), 0);

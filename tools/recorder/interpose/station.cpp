@@ -2,12 +2,20 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 namespace velmor::recorder {
 
 namespace {
 thread_local int directCalls = 0;
+
+/// Optical drives were called scdN before they were srN; wodim still looks for them there.
+std::string presentName(const std::string& path) {
+  constexpr std::string_view kFormerFamily = "/dev/scd";
+  return path.starts_with(kFormerFamily) ? "/dev/sr" + path.substr(kFormerFamily.size()) : path;
 }
+
+}  // namespace
 
 DirectCalls::DirectCalls() {
   ++directCalls;
@@ -61,8 +69,9 @@ bool Station::active() {
 std::shared_ptr<Device> Station::byPath(const std::string& path) {
   const std::lock_guard lock(mutex_);
   refresh();
+  const std::string name = presentName(path);
   for (const std::shared_ptr<Device>& device : devices_) {
-    if (device->path() == path) {
+    if (device->path() == name) {
       return device;
     }
   }
@@ -73,12 +82,6 @@ std::shared_ptr<Device> Station::byDescriptor(int descriptor) {
   const std::lock_guard lock(mutex_);
   const auto found = open_.find(descriptor);
   return found == open_.end() ? nullptr : found->second;
-}
-
-std::vector<std::shared_ptr<Device>> Station::all() {
-  const std::lock_guard lock(mutex_);
-  refresh();
-  return devices_;
 }
 
 void Station::attach(int descriptor, std::shared_ptr<Device> device) {

@@ -32,9 +32,9 @@ class Station {
 
   /// Whether a recorder directory is set.
   bool active();
+  /// The drive of that name; /dev/scdN is another name of /dev/srN.
   std::shared_ptr<Device> byPath(const std::string& path);
   std::shared_ptr<Device> byDescriptor(int descriptor);
-  std::vector<std::shared_ptr<Device>> all();
 
   void attach(int descriptor, std::shared_ptr<Device> device);
   void detach(int descriptor);
