@@ -39,7 +39,6 @@ inline constexpr Sense kRemovalPrevented{0x5, 0x53, 0x02};
 inline constexpr Sense kIllegalModeForTrack{0x5, 0x64, 0x00};
 inline constexpr Sense kIncompleteTrackInSession{0x5, 0x72, 0x03};
 inline constexpr Sense kMediumChanged{0x6, 0x28, 0x00};
-inline constexpr Sense kModeParametersChanged{0x6, 0x2A, 0x01};
 inline constexpr Sense kWriteProtected{0x7, 0x27, 0x00};
 inline constexpr Sense kDataPhaseError{0xB, 0x4B, 0x00};
 
