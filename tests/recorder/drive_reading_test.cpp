@@ -126,6 +126,13 @@ TEST_F(ABurnedDisc, CountsDownInThePregapAndUpInTheTrack) {
   }
 }
 
+TEST_F(ABurnedDisc, TellsThePChannelBesideTheFormattedQ) {
+  EXPECT_EQ(readCd(299, 1, 0x00, 2).data[15], 0);
+  EXPECT_EQ(readCd(300, 1, 0x00, 2).data[15], 0x80);
+  EXPECT_EQ(readCd(374, 1, 0x00, 2).data[15], 0x80);
+  EXPECT_EQ(readCd(375, 1, 0x00, 2).data[15], 0);
+}
+
 TEST_F(ABurnedDisc, CarriesTheSameQInTheRawSubChannels) {
   const Bytes q = readCd(310, 1, 0x00, 2).data;
   const Bytes raw = readCd(310, 1, 0x00, 1).data;
