@@ -1,4 +1,4 @@
-// What the description of a disc must say.
+// A drive's folder: what a disc's description must say, and what goes wrong with its files.
 
 #include "tests/recorder/recorder_directory.h"
 #include "tools/recorder/directory/disc_text.h"
@@ -86,6 +86,27 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(ADiscDescription, OfAClosedDiscHasTracks) {
   store(root / "disc.txt", "lead-out = 775\nstate = complete\n");
   EXPECT_THAT(complaint(root / "disc.txt"), HasSubstr("tracks and a lead-out behind them"));
+}
+
+class AFolder : public TwoDrives {};
+
+TEST_F(AFolder, SaysWhenItsDiscCannotBeTakenAway) {
+  fs::create_directories(drives[0].audioFile() / "in the way");
+  EXPECT_THROW(drives[0].saveDisc(std::nullopt), DirectoryError);
+}
+
+TEST_F(AFolder, SaysWhenItsTrayCannotBeClosed) {
+  fs::create_directories(drives[0].trayFile() / "in the way");
+  EXPECT_THROW(drives[0].saveTray(false), DirectoryError);
+}
+
+TEST_F(AFolder, KeepsNoDraftOfAFileThatCannotBeReplaced) {
+  fs::remove(drives[0].discFile());
+  fs::create_directories(drives[0].discFile() / "in the way");
+  EXPECT_THROW(drives[0].saveDisc(Disc{}), DirectoryError);
+  for (const auto& entry : fs::directory_iterator(drives[0].path())) {
+    EXPECT_THAT(entry.path().filename(), ::testing::AnyOf("drive.conf", "disc.txt"));
+  }
 }
 
 }  // namespace
