@@ -2,6 +2,7 @@
 
 #include "tests/recorder/recorder_directory.h"
 #include "tools/recorder/directory/disc_text.h"
+#include "tools/recorder/directory/file_surface.h"
 
 namespace velmor::recorder {
 namespace {
@@ -107,6 +108,26 @@ TEST_F(AFolder, KeepsNoDraftOfAFileThatCannotBeReplaced) {
   for (const auto& entry : fs::directory_iterator(drives[0].path())) {
     EXPECT_THAT(entry.path().filename(), ::testing::AnyOf("drive.conf", "disc.txt"));
   }
+}
+
+TEST_F(AFolder, HasNoAudioFileForHavingBeenReadFrom) {
+  FileSurface surface(drives[0].audioFile());
+  Bytes sector(kSectorBytes, 0xFF);
+  EXPECT_TRUE(surface.read(0, sector));
+  EXPECT_EQ(sector, Bytes(kSectorBytes));
+  EXPECT_FALSE(fs::exists(drives[0].audioFile()));
+  EXPECT_TRUE(surface.write(0, Bytes(kSectorBytes, 0x55)));
+  EXPECT_TRUE(surface.read(0, sector));
+  EXPECT_EQ(sector, Bytes(kSectorBytes, 0x55));
+}
+
+TEST_F(AFolder, TellsTheDriveWhenItsAudioFileFails) {
+  fs::create_directories(drives[0].audioFile());
+  FileSurface surface(drives[0].audioFile());
+  Bytes sector(kSectorBytes);
+  EXPECT_FALSE(surface.read(0, sector));
+  EXPECT_FALSE(surface.write(0, sector));
+  EXPECT_FALSE(surface.erase());
 }
 
 }  // namespace

@@ -213,5 +213,13 @@ TEST_F(LinkedIn, AChangeOfDiscReachesAnOpenDrive) {
   ::close(descriptor);
 }
 
+TEST_F(LinkedIn, ABurnAfterAChangeOfDiscIsOnTheNewDisc) {
+  ASSERT_TRUE(burnTracks("/dev/sr31", {noise(1, 300)}));
+  drives[1].saveDisc(std::nullopt);
+  drives[1].saveDisc(Disc{});
+  ASSERT_TRUE(burnTracks("/dev/sr31", {noise(2, 300)}));
+  EXPECT_TRUE(burned(1) == noise(2, 300));
+}
+
 }  // namespace
 }  // namespace velmor::recorder
