@@ -6,6 +6,9 @@
 //
 #include <fcntl.h>
 #include <libburn/libburn.h>
+#include <linux/cdrom.h>
+#include <scsi/scsi.h>
+#include <scsi/scsi_ioctl.h>
 #include <scsi/sg.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -219,6 +222,23 @@ TEST_F(LinkedIn, ABurnAfterAChangeOfDiscIsOnTheNewDisc) {
   drives[1].saveDisc(Disc{});
   ASSERT_TRUE(burnTracks("/dev/sr31", {noise(2, 300)}));
   EXPECT_TRUE(burned(1) == noise(2, 300));
+}
+
+TEST_F(LinkedIn, AMissingArgumentIsRefusedAsByTheKernel) {
+  const int descriptor = ::open("/dev/sr30", O_RDWR | O_NONBLOCK);
+  ASSERT_GE(descriptor, 0);
+  for (const unsigned long request :
+       {static_cast<unsigned long>(SG_IO), static_cast<unsigned long>(SG_GET_VERSION_NUM),
+        static_cast<unsigned long>(SG_GET_SCSI_ID),
+        static_cast<unsigned long>(SCSI_IOCTL_GET_IDLUN),
+        static_cast<unsigned long>(CDROM_SEND_PACKET), static_cast<unsigned long>(CDROM_GET_MCN),
+        static_cast<unsigned long>(CDROMREADTOCHDR),
+        static_cast<unsigned long>(CDROMREADTOCENTRY)}) {
+    errno = 0;
+    EXPECT_EQ(::ioctl(descriptor, request, nullptr), -1) << request;
+    EXPECT_EQ(errno, EFAULT) << request;
+  }
+  ::close(descriptor);
 }
 
 }  // namespace
