@@ -241,5 +241,21 @@ TEST_F(LinkedIn, AMissingArgumentIsRefusedAsByTheKernel) {
   ::close(descriptor);
 }
 
+TEST_F(LinkedIn, ADescriptorThatWasClosedUnseenIsNoDriveAnyMore) {
+  const int descriptor = ::open("/dev/sr30", O_RDWR | O_NONBLOCK);
+  ASSERT_GE(descriptor, 0);
+  std::FILE* stream = ::fdopen(descriptor, "r+");
+  ASSERT_NE(stream, nullptr);
+  std::fclose(stream);  // libc closes it by a call of its own
+  const std::string plain = root / "plain";
+  store(plain, "text");
+  const int again = ::open(plain.c_str(), O_RDONLY);
+  ASSERT_EQ(again, descriptor) << "the number is given out again";
+  struct stat info {};
+  EXPECT_EQ(::fstat(again, &info), 0);
+  EXPECT_TRUE(S_ISREG(info.st_mode));
+  ::close(again);
+}
+
 }  // namespace
 }  // namespace velmor::recorder
