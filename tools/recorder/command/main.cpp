@@ -189,7 +189,7 @@ void addDiscOptions(CLI::App& command, Request& request) {
   command.add_option("--medium", request.medium, "cd-r or cd-rw")
       ->check(CLI::IsMember({"cd-r", "cd-rw"}))
       ->capture_default_str();
-  command.add_option("--minutes", request.minutes, "room on the disc (default 79:59:70)");
+  command.add_option("--minutes", request.minutes, "room on the disc (default 79:57:70)");
   command.add_option("--capacity", request.capacity, "room on the disc in sectors, 75 a second")
       ->check(CLI::Range(1, 404000));
   command.add_flag("--closed", request.closed, "a disc that is recorded already");
