@@ -66,6 +66,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "--minutes: a disc holds 0 to 89.9 minutes"},
         Mistake{"NoDiscIsThatShort", "insert drives 0 --minutes=-1",
                 "--minutes: a disc holds 0 to 89.9 minutes"},
+        Mistake{"TheMinutesAreNoNumber", "insert drives 0 --minutes nan",
+                "--minutes: a disc holds 0 to 89.9 minutes"},
         Mistake{"ASettingHasNoValue", "set drives 0 busy", "\"busy\": a setting reads key=value"},
         Mistake{"ASwitchIsNeitherOnNorOff", "set drives 0 vendor=ACME busy=maybe",
                 "set: \"busy = maybe\": expected yes or no"},

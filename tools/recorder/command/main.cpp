@@ -51,7 +51,7 @@ Disc newDisc(const Request& request) {
   constexpr double kMostMinutes = 89.9;
   Disc disc;
   disc.medium = request.medium == "cd-rw" ? Medium::cdRw : Medium::cdR;
-  if (request.minutes > kMostMinutes || request.minutes < 0) {
+  if (!(request.minutes >= 0 && request.minutes <= kMostMinutes)) {  // what is no number is not
     throw DirectoryError("--minutes: a disc holds 0 to 89.9 minutes");
   }
   if (request.minutes > 0) {
