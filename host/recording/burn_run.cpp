@@ -159,8 +159,23 @@ void BurnRun::write(const SessionPlan& plan, const Medium& before) {
       {&plan, has_texts_ ? &texts_ : nullptr, simulate(), properties_.appendable}, feed);
   outcome_.begun = true;
   beginPhase(Phase::preparing);
-  follow(feed, plan);
+  try {
+    follow(feed, plan);
+  } catch (...) {
+    stop();  // the recorder's worker reads from the feed as long as it runs
+    throw;
+  }
   conclude(feed, plan, before);
+}
+
+void BurnRun::stop() {
+  bool stopped = false;
+  for (RecorderStatus status = recorder_.wait(); status.activity != Activity::idle;
+       status = recorder_.wait()) {
+    if (stopped || !mayStop(status.activity)) continue;
+    recorder_.cancel();
+    stopped = true;
+  }
 }
 
 void BurnRun::follow(SectorFeed& feed, const SessionPlan& plan) {

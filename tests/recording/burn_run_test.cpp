@@ -72,6 +72,18 @@ TEST_F(Burn, TellsHowFarItIs) {
   EXPECT_EQ(person.steps.back().buffer_percent, 80);
 }
 
+TEST_F(Burn, ThatItsAttendantLeavesIsStoppedBeforeItsAudioGoes) {
+  drive.stopping_steps = 3;
+  person.on_progress = [](const Progress& progress) {
+    if (progress.phase == Phase::writing) throw std::runtime_error("the terminal is gone");
+  };
+  const Programme programme({300, 300});
+  EXPECT_THROW(run(programme), std::runtime_error);
+  EXPECT_EQ(drive.cancels, 1);
+  EXPECT_EQ(drive.stopping_steps, 0) << "the drive was still writing";
+  EXPECT_EQ(programme.producers[0]->cleaned, 1);
+}
+
 TEST_F(Burn, PreparesEachProducerOnceAndTellsItOfTheEnd) {
   const Programme programme({300, 300});
   run(programme);

@@ -20,6 +20,7 @@ struct DriveState {
   double slowest_speed = 4.0;
   bool blanks_well = true;
   int closing_steps = 0;                // that it takes when all is written
+  int stopping_steps = 0;               // that it takes when it is cancelled
   int64_t flaw_at = -1;                 // sector that cannot be written
   bool goes_on_with_zeros = false;      // and says that all went well, as recorders do
   std::string remark;                   // that it makes at the end of a burn
@@ -72,6 +73,10 @@ class RecorderDouble final : public Recorder {
     if (blanking_ > 0) {
       --blanking_;
       return {Activity::blanking, 1.0 - blanking_ / 3.0, -1};
+    }
+    if (feed_ == nullptr && state_.cancels > 0 && state_.stopping_steps > 0) {
+      --state_.stopping_steps;
+      return {Activity::writing, 0.0, -1};
     }
     if (feed_ == nullptr) return {};
     if (written_ == session_.plan->sectors && state_.closing_steps-- > 0)
