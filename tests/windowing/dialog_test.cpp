@@ -287,5 +287,22 @@ TEST_F(Messages, AMessagePostedDuringDeliveryWaitsForTheNextOne) {
   QUELM_MessageQueue_Clear();
 }
 
+TEST_F(Messages, AMessagePostedAfterAnInnerDeliveryWaitsForTheNextOne) {
+  const HWND dialog = open(kBurn);
+  on_message = [](const Received& each) -> LRESULT {
+    if (each.wparam == 1) {
+      QUELM_MessageQueue_Flush();
+      PostMessage(each.window, WM_USER, 3, 0);
+    }
+    return 0;
+  };
+  PostMessage(dialog, WM_USER, 1, 0);
+  PostMessage(dialog, WM_USER, 2, 0);
+  QUELM_MessageQueue_Flush();
+  ASSERT_EQ(received.size(), 2U);
+  EXPECT_EQ(received.back().wparam, 2);
+  QUELM_MessageQueue_Clear();
+}
+
 }  // namespace
 }  // namespace velmor::windowing
