@@ -61,6 +61,18 @@ TEST_F(DialogCreation, OnlyATemplateThatAsksForItIsSizedByItsControls) {
   EXPECT_EQ(rect.bottom, 500) << "it only grows";
 }
 
+TEST_F(DialogCreation, ADialogIsNotSizedByTheDialogsItOwns) {
+  const HWND owner = open(kAutosized);
+  const QuelmControl none = {};
+  ASSERT_NE(open(kBurn, owner), nullptr);
+  QUELM_MakeSetCurParms(1, 1, 0, 0, owner, false, true);
+  QUELM_GenerateDialogFromList(&none, 0);
+  RECT rect = {};
+  GetClientRect(owner, &rect);
+  EXPECT_EQ(rect.right, 12 + 292);
+  DestroyWindow(owner);
+}
+
 TEST_F(DialogCreation, AnUnknownTemplateOrParentMakesNoDialog) {
   const HWND nobody = reinterpret_cast<HWND>(0xDEAD);
   EXPECT_EQ(QUELM_CreateDialog(dialog_templates(), 99, nullptr, &procedure, 0), nullptr);
