@@ -168,8 +168,10 @@ int openPath(const char* path, int flags, Next next) {
   return next();
 }
 
-bool takesMode(int flags) {
-  return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+/// The permissions that open was given; none where it makes no file.
+mode_t modeOf(int flags, va_list arguments) {
+  const bool makesFile = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+  return makesFile ? va_arg(arguments, mode_t) : 0;
 }
 
 }  // namespace
@@ -192,25 +194,19 @@ int __fxstat64(int version, int descriptor, struct stat64* info) noexcept;
 
 int open(const char* path, int flags, ...) {
   static const auto next = libc(&::open, "open");
-  mode_t mode = 0;
-  if (takesMode(flags)) {
-    va_list arguments;
-    va_start(arguments, flags);
-    mode = va_arg(arguments, mode_t);
-    va_end(arguments);
-  }
+  va_list arguments;
+  va_start(arguments, flags);
+  const mode_t mode = modeOf(flags, arguments);
+  va_end(arguments);
   return openPath(path, flags, [&] { return next(path, flags, mode); });
 }
 
 int open64(const char* path, int flags, ...) {
   static const auto next = libc(&::open64, "open64");
-  mode_t mode = 0;
-  if (takesMode(flags)) {
-    va_list arguments;
-    va_start(arguments, flags);
-    mode = va_arg(arguments, mode_t);
-    va_end(arguments);
-  }
+  va_list arguments;
+  va_start(arguments, flags);
+  const mode_t mode = modeOf(flags, arguments);
+  va_end(arguments);
   return openPath(path, flags, [&] { return next(path, flags, mode); });
 }
 
