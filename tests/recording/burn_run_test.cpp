@@ -206,7 +206,7 @@ TEST_F(Burn, AFailedBlankingEndsIt) {
   person.blank = true;
   drive.blanks_well = false;
   const Outcome outcome = run(Programme({300}));
-  EXPECT_THAT(outcome.failure, HasSubstr("could not be blanked"));
+  EXPECT_EQ(outcome.failure, "The disc could not be blanked.") << "the drive did not say why";
   EXPECT_THAT(outcome.disc_state, HasSubstr("may be lost"));
   EXPECT_EQ(drive.writings, 0);
 }
@@ -219,6 +219,11 @@ TEST_F(Burn, AFailedReadOfTheImageIsAFailureThoughTheRecorderReportsSuccess) {
   const Outcome outcome = run(programme);
   EXPECT_FALSE(outcome.written);
   EXPECT_THAT(outcome.failure, HasSubstr("could not be read at 00:04:05 (track 2)"));
+}
+
+TEST_F(Burn, AFailureThatNobodyExplainsIsToldAsOne) {
+  drive.fails_silently_at = 350;
+  EXPECT_EQ(run(Programme({300, 300})).failure, "The burn failed.");
 }
 
 TEST_F(Burn, AFlawOfTheDiscIsToldWithItsPlace) {
