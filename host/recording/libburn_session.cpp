@@ -52,18 +52,9 @@ burn::burn_source* makeSource(const TrackSource& track) {
   return source;
 }
 
-struct FreeSession {
-  void operator()(burn::burn_session* session) const { burn::burn_session_free(session); }
-};
-struct FreeTrack {
-  void operator()(burn::burn_track* track) const { burn::burn_track_free(track); }
-};
-struct FreeSource {
-  void operator()(burn::burn_source* source) const { burn::burn_source_free(source); }
-};
-using BurnSession = std::unique_ptr<burn::burn_session, FreeSession>;
-using Track = std::unique_ptr<burn::burn_track, FreeTrack>;
-using Source = std::unique_ptr<burn::burn_source, FreeSource>;
+using BurnSession = std::unique_ptr<burn::burn_session, FreeWith<burn::burn_session_free>>;
+using Track = std::unique_ptr<burn::burn_track, FreeWith<burn::burn_track_free>>;
+using Source = std::unique_ptr<burn::burn_source, FreeWith<burn::burn_source_free>>;
 
 unsigned char* payloadOf(const std::string& text) {
   return reinterpret_cast<unsigned char*>(mutableText(text.c_str()));

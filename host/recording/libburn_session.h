@@ -8,14 +8,16 @@
 
 namespace velmor::recording {
 
-struct FreeDisc {
-  void operator()(burn::burn_disc* disc) const { burn::burn_disc_free(disc); }
+/// Ownership of what libburn frees by a function of its own.
+template <auto free>
+struct FreeWith {
+  template <typename Owned>
+  void operator()(Owned* owned) const {
+    free(owned);
+  }
 };
-struct FreeWriteOptions {
-  void operator()(burn::burn_write_opts* options) const { burn::burn_write_opts_free(options); }
-};
-using BurnDisc = std::unique_ptr<burn::burn_disc, FreeDisc>;
-using WriteOptions = std::unique_ptr<burn::burn_write_opts, FreeWriteOptions>;
+using BurnDisc = std::unique_ptr<burn::burn_disc, FreeWith<burn::burn_disc_free>>;
+using WriteOptions = std::unique_ptr<burn::burn_write_opts, FreeWith<burn::burn_write_opts_free>>;
 
 /// libburn takes its texts through pointers to char that it does not write to.
 inline char* mutableText(const char* text) {
