@@ -4,6 +4,7 @@
 #include <linux/cdrom.h>
 #include <scsi/sg.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -102,6 +103,21 @@ TEST_F(AnOpenDrive, RefusesWhatTheKernelRefuses) {
   header.dxfer_len = (1u << 20) + 1;
   EXPECT_EQ(reasonOf(SG_IO, &header), ENOMEM);
   EXPECT_EQ(reasonOf(CDROMPLAYMSF), ENOTTY);
+}
+
+// cdrdao looks at errno a second time after an open that went well.
+TEST_F(AnOpenDrive, LeavesErrnoAloneWhereNothingFails) {
+  sg_io_hdr_t header = reading(inquiry, sizeof inquiry);
+  struct stat info {};
+  errno = EBUSY;
+  const int another = ::open("/dev/sr30", O_RDONLY | O_NONBLOCK);
+  EXPECT_EQ(errno, EBUSY) << "open";
+  EXPECT_EQ(::ioctl(another, SG_IO, &header), 0);
+  EXPECT_EQ(errno, EBUSY) << "ioctl";
+  EXPECT_EQ(::fstat(another, &info) + ::stat("/dev/sr30", &info), 0);
+  EXPECT_EQ(errno, EBUSY) << "stat";
+  EXPECT_EQ(::close(another), 0);
+  EXPECT_EQ(errno, EBUSY) << "close";
 }
 
 TEST_F(AnOpenDrive, AnswersPacketsOfTheCdRomLayer) {

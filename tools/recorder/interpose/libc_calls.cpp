@@ -41,6 +41,18 @@ Function libc(Function /*type*/, const char* name) {
   return reinterpret_cast<Function>(found);
 }
 
+/// What the emulator asks on its way shows in no errno of the program's.
+class ErrnoKept {
+ public:
+  ErrnoKept() = default;
+  ~ErrnoKept() { errno = before_; }
+  ErrnoKept(const ErrnoKept&) = delete;
+  ErrnoKept& operator=(const ErrnoKept&) = delete;
+
+ private:
+  int before_ = errno;
+};
+
 /// How a path is met while emulation is on.
 enum class Kind { foreign, hidden, device };
 
@@ -54,6 +66,7 @@ Place placeOf(const char* path) {
   if (DirectCalls::active() || std::string_view(path).substr(0, 5) != "/dev/") {
     return {};
   }
+  const ErrnoKept kept;
   const DirectCalls direct;
   Station& station = Station::instance();
   if (!station.active()) {
@@ -66,6 +79,7 @@ Place placeOf(const char* path) {
 }
 
 std::shared_ptr<Device> deviceOf(int descriptor) {
+  const ErrnoKept kept;
   return DirectCalls::active() ? nullptr : Station::instance().byDescriptor(descriptor);
 }
 
@@ -88,6 +102,7 @@ int refusalToOpen(const Device& device, int flags) {
 }
 
 bool isDenied(const Device& device) {
+  const ErrnoKept kept;
   const DirectCalls direct;
   try {
     return device.settings().deny;
@@ -98,6 +113,7 @@ bool isDenied(const Device& device) {
 
 int openDevice(const std::shared_ptr<Device>& device, int flags) {
   const DirectCalls direct;
+  const int before = errno;
   try {
     if (const int reason = refusalToOpen(*device, flags)) {
       return fail(reason);
@@ -117,6 +133,7 @@ int openDevice(const std::shared_ptr<Device>& device, int flags) {
     return fail(EBUSY);
   }
   Station::instance().attach(descriptor, device);
+  errno = before;
   return descriptor;
 }
 
@@ -239,8 +256,11 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
     return next(descriptor, request, argument);
   }
   const DirectCalls direct;
+  const int before = errno;
   try {
-    return deviceIoctl(*device, request, argument);
+    const int result = deviceIoctl(*device, request, argument);
+    errno = result < 0 ? errno : before;
+    return result;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "velmor-recorder: %s\n", error.what());
     return fail(EIO);
