@@ -190,6 +190,23 @@ TEST_F(LinkedIn, TheDeviceLooksLikeABlockDeviceAndRealOnesAreHidden) {
   EXPECT_TRUE(S_ISCHR(info.st_mode));
 }
 
+TEST_F(LinkedIn, ADriveIsTheSameByEveryPathThatLeadsToIt) {
+  struct stat info {};
+  ASSERT_EQ(::stat("/dev/../dev/./sr30", &info), 0);
+  EXPECT_TRUE(S_ISBLK(info.st_mode));
+  // As in /dev/disk/by-id: links to the real drives are hidden with them.
+  const std::string name = "/dev/shm/velmor-" + std::to_string(::getpid());
+  ASSERT_EQ(::symlink("../sr30", name.c_str()), 0);
+  EXPECT_EQ(::stat(name.c_str(), &info), 0);
+  EXPECT_TRUE(S_ISBLK(info.st_mode));
+  EXPECT_EQ(::lstat(name.c_str(), &info), 0);
+  EXPECT_TRUE(S_ISLNK(info.st_mode)) << "lstat looks at the link itself";
+  const int descriptor = ::open(name.c_str(), O_RDWR | O_NONBLOCK);
+  EXPECT_GE(descriptor, 0);
+  ::close(descriptor);
+  ::unlink(name.c_str());
+}
+
 TEST_F(LinkedIn, AChangeOfDiscReachesAnOpenDrive) {
   const int descriptor = ::open("/dev/sr30", O_RDWR | O_NONBLOCK);
   ASSERT_GE(descriptor, 0);

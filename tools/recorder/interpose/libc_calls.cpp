@@ -18,6 +18,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 
 #include "tools/recorder/interpose/device_ioctl.h"
 #include "tools/recorder/interpose/station.h"
@@ -61,7 +62,24 @@ struct Place {
   std::shared_ptr<Device> device;
 };
 
-Place placeOf(const char* path) {
+enum class Links { followed, kept };
+
+/// The name that a path leads to: /dev/disk/by-id and its like hold links to the drives.
+std::string settled(const char* path, Links links) {
+  constexpr int kMostLinks = 40;  // as many as the kernel follows
+  std::filesystem::path name = path;
+  for (int i = 0; links == Links::followed && i < kMostLinks; ++i) {
+    std::error_code error;
+    const std::filesystem::path target = std::filesystem::read_symlink(name, error);
+    if (error) {
+      break;
+    }
+    name = name.parent_path() / target;
+  }
+  return name.lexically_normal();
+}
+
+Place placeOf(const char* path, Links links = Links::followed) {
   // Most paths are not below /dev: those are told apart without looking further.
   if (DirectCalls::active() || std::string_view(path).substr(0, 5) != "/dev/") {
     return {};
@@ -72,10 +90,11 @@ Place placeOf(const char* path) {
   if (!station.active()) {
     return {};
   }
-  if (std::shared_ptr<Device> device = station.byPath(path)) {
+  const std::string name = settled(path, links);
+  if (std::shared_ptr<Device> device = station.byPath(name)) {
     return {Kind::device, std::move(device)};
   }
-  return {isRecorderName(path) ? Kind::hidden : Kind::foreign, nullptr};
+  return {isRecorderName(name) ? Kind::hidden : Kind::foreign, nullptr};
 }
 
 std::shared_ptr<Device> deviceOf(int descriptor) {
@@ -152,8 +171,8 @@ int statDevice(const Device& device, Stat* info) {
 
 /// One stat by path: emulated, hidden or passed on to `next`.
 template <typename Stat, typename Next>
-int statPath(const char* path, Stat* info, Next next) {
-  const Place place = placeOf(path);
+int statPath(const char* path, Stat* info, Next next, Links links = Links::followed) {
+  const Place place = placeOf(path, links);
   switch (place.kind) {
     case Kind::device:
       return statDevice(*place.device, info);
@@ -294,12 +313,14 @@ int stat64(const char* path, struct stat64* info) noexcept {
 
 int lstat(const char* path, struct stat* info) noexcept {
   static const auto next = libc(&::lstat, "lstat");
-  return statPath(path, info, [&] { return next(path, info); });
+  return statPath(
+      path, info, [&] { return next(path, info); }, Links::kept);
 }
 
 int lstat64(const char* path, struct stat64* info) noexcept {
   static const auto next = libc(&::lstat64, "lstat64");
-  return statPath(path, info, [&] { return next(path, info); });
+  return statPath(
+      path, info, [&] { return next(path, info); }, Links::kept);
 }
 
 int fstat(int descriptor, struct stat* info) noexcept {
@@ -324,12 +345,14 @@ int __xstat64(int version, const char* path, struct stat64* info) noexcept {
 
 int __lxstat(int version, const char* path, struct stat* info) noexcept {
   static const auto next = libc(&::__lxstat, "__lxstat");
-  return statPath(path, info, [&] { return next(version, path, info); });
+  return statPath(
+      path, info, [&] { return next(version, path, info); }, Links::kept);
 }
 
 int __lxstat64(int version, const char* path, struct stat64* info) noexcept {
   static const auto next = libc(&::__lxstat64, "__lxstat64");
-  return statPath(path, info, [&] { return next(version, path, info); });
+  return statPath(
+      path, info, [&] { return next(version, path, info); }, Links::kept);
 }
 
 int __fxstat(int version, int descriptor, struct stat* info) noexcept {
