@@ -36,6 +36,11 @@ Phase phaseOf(Activity activity) {
   return Phase::preparing;
 }
 
+/// A failure with what the drive said of it, if anything.
+std::string withReason(const std::string& failure, const std::string& reason) {
+  return reason.empty() ? failure : failure + " " + reason;
+}
+
 }  // namespace
 
 BurnRun::BurnRun(Recorder& recorder, const std::string& drive, const DiscBurnProperties& properties,
@@ -130,7 +135,7 @@ void BurnRun::blank(const Medium& medium) {
   const std::string reason = explainMessages(recorder_.takeMessages(), SessionPlan());
   if (!recorder_.succeeded()) {
     outcome_.disc_state = "What was on it may be lost.";
-    throw Refusal("The disc could not be blanked. " + reason);
+    throw Refusal(withReason("The disc could not be blanked.", reason));
   }
   outcome_.disc_state = "The disc was blanked, and nothing was written on it.";
 }
@@ -159,8 +164,23 @@ void BurnRun::write(const SessionPlan& plan, const Medium& before) {
       {&plan, has_texts_ ? &texts_ : nullptr, simulate(), properties_.appendable}, feed);
   outcome_.begun = true;
   beginPhase(Phase::preparing);
-  follow(feed, plan);
+  try {
+    follow(feed, plan);
+  } catch (...) {
+    stop();  // the recorder's worker reads from the feed as long as it runs
+    throw;
+  }
   conclude(feed, plan, before);
+}
+
+void BurnRun::stop() {
+  bool stopped = false;
+  for (RecorderStatus status = recorder_.wait(); status.activity != Activity::idle;
+       status = recorder_.wait()) {
+    if (stopped || !mayStop(status.activity)) continue;
+    recorder_.cancel();
+    stopped = true;
+  }
 }
 
 void BurnRun::follow(SectorFeed& feed, const SessionPlan& plan) {
@@ -197,7 +217,7 @@ void BurnRun::conclude(const SectorFeed& feed, const SessionPlan& plan, const Me
   else if (outcome_.cancelled)
     outcome_.failure = "The burn was stopped.";
   else if (!recorder_.succeeded())
-    outcome_.failure = "The burn failed. " + explainMessages(messages_, plan);
+    outcome_.failure = withReason("The burn failed.", explainMessages(messages_, plan));
   else if (!feed.complete())
     outcome_.failure = "The burn failed: the drive took " + minutesSecondsFrames(feed.delivered()) +
                        " of " + minutesSecondsFrames(plan.sectors) + ".";

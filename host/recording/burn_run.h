@@ -17,7 +17,8 @@ class BurnRun {
   BurnRun(Recorder& recorder, const std::string& drive, const DiscBurnProperties& properties,
           const Options& options);
 
-  /// Burns, and compares where that is wanted. What fails is in the outcome; nothing is thrown.
+  /// Burns, and compares where that is wanted. What fails is in the outcome. What the attendant
+  /// throws is thrown on, once the drive has stopped.
   Outcome run(const DiscTrack* tracks, int count);
 
  private:
@@ -31,6 +32,7 @@ class BurnRun {
   void prepareDrive();
   void write(const SessionPlan& plan, const Medium& before);
   void follow(SectorFeed& feed, const SessionPlan& plan);
+  void stop();
   void conclude(const SectorFeed& feed, const SessionPlan& plan, const Medium& before);
   void compare(const SessionPlan& plan);
   void beginPhase(Phase phase);

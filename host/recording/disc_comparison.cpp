@@ -19,6 +19,7 @@ constexpr int kSectorFrames = kSectorBytes / kFrameBytes;
 constexpr int kChunkSectors = 16;
 constexpr int kMaxOffset = 5 * kSectorFrames;  // frames
 constexpr int kOffsetChunks = 64;              // chunks of music that are looked at for the offset
+constexpr int kUnreadableChunks = 4;           // a flaw spoils fewer, a drive that cannot read all
 
 /// Audio of the disc by frames.
 class DiscReader {
@@ -101,21 +102,24 @@ bool narrow(std::vector<int>& offsets, const ImageReader& image, DiscReader& dis
 
 struct Offset {
   int frames = 0;
-  bool readable = true;
+  int chunks = 0;      // that were read to find it
+  int unreadable = 0;  // chunks
 };
 
 Offset findOffset(const SessionPlan& plan, DiscReader& disc) {
   std::vector<int> offsets(2 * kMaxOffset + 1);
   std::iota(offsets.begin(), offsets.end(), -kMaxOffset);
   ImageReader image(plan);
-  for (int chunks = 0; chunks < kOffsetChunks && offsets.size() > 1 && image.nextChunk();) {
+  Offset found;
+  while (found.chunks < kOffsetChunks && found.unreadable < kUnreadableChunks &&
+         offsets.size() > 1 && image.nextChunk()) {
     if (image.isStill()) continue;
-    if (!narrow(offsets, image, disc)) return {0, false};
-    ++chunks;
+    ++(narrow(offsets, image, disc) ? found.chunks : found.unreadable);
   }
   const auto nearer = [](int a, int b) { return std::abs(a) < std::abs(b); };
   const auto nearest = std::min_element(offsets.begin(), offsets.end(), nearer);
-  return {nearest == offsets.end() ? 0 : *nearest, true};
+  if (nearest != offsets.end()) found.frames = *nearest;
+  return found;
 }
 
 /// What the comparison from end to end finds.
@@ -125,6 +129,14 @@ struct Findings {
   bool stopped = false;
   std::optional<int64_t> unreadable;  // sector
 };
+
+/// The sector of these frames at which reading fails; their first where each can be read alone.
+int64_t unreadableSector(DiscReader& disc, int64_t from, int64_t to) {
+  const int64_t first = from / kSectorFrames;
+  for (int64_t sector = first; sector * kSectorFrames < to; ++sector)
+    if (disc.read(sector * kSectorFrames, (sector + 1) * kSectorFrames) == nullptr) return sector;
+  return first;
+}
 
 /// The producers' own judgement, sector by sector; only of use where the drive reads without
 /// offset.
@@ -141,7 +153,7 @@ void compareChunk(const SessionPlan& plan, const ImageReader& image, DiscReader&
   if (from >= to) return;
   const unsigned char* audio = disc.read(from, to);
   if (audio == nullptr) {
-    findings.unreadable = image.firstFrame() / kSectorFrames;
+    findings.unreadable = unreadableSector(disc, from, to);
     return;
   }
   for (int64_t frame = image.firstFrame(); frame < image.firstFrame() + image.frames();
@@ -189,14 +201,14 @@ Comparison compareDisc(Recorder& recorder, const SessionPlan& plan,
   try {
     DiscReader disc(recorder, plan.sectors);
     const Offset offset = findOffset(plan, disc);
-    if (!offset.readable) return {Verdict::undecided, kUnread};
+    if (offset.chunks == 0 && offset.unreadable > 0) return {Verdict::undecided, kUnread};
     const Findings findings = compareAll(plan, disc, offset.frames, progress);
     if (findings.differing > 0)
       return {Verdict::different,
               "The disc differs from the image in " + std::to_string(findings.differing) +
                   (findings.differing == 1 ? " sector, at " : " sectors, first at ") +
                   place(plan, findings.first) + "."};
-    if (findings.unreadable && *findings.unreadable == 0) return {Verdict::undecided, kUnread};
+    if (findings.unreadable == 0 && offset.chunks == 0) return {Verdict::undecided, kUnread};
     if (findings.unreadable)
       return {Verdict::different,
               "The disc cannot be read at " + place(plan, *findings.unreadable) + "."};

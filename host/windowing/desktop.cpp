@@ -103,8 +103,10 @@ bool Desktop::is_inside(HWND window, HWND ancestor) const {
 }
 
 void Desktop::deliver_posted() {
-  for (size_t left = posted_.size(); left > 0 && !posted_.empty(); --left) {
-    const Message message = posted_.front();
+  // By number, not by count: what a message calls may deliver, or post, on its own.
+  const uint64_t last = last_posted_;
+  while (!posted_.empty() && posted_.front().number <= last) {
+    const Message message = posted_.front().message;
     posted_.pop_front();
     send_message(message.window, message.message, message.wparam, message.lparam);
   }

@@ -4,6 +4,7 @@
 // or whose window is gone is recognised, never followed.
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <exception>
 #include <map>
@@ -54,17 +55,23 @@ class Desktop {
   Person* person() const { return person_; }
   void set_person(Person* person) { person_ = person; }
 
-  void post(const Message& message) { posted_.push_back(message); }
+  void post(const Message& message) { posted_.push_back({message, ++last_posted_}); }
   /// Delivers what was posted before the call, in order.
   void deliver_posted();
   void forget_posted() { posted_.clear(); }
 
  private:
+  struct Posted {
+    Message message;
+    uint64_t number;  ///< counts all that were ever posted
+  };
+
   Desktop() = default;
   void destroy_tree(Window& window, std::exception_ptr& failure);
 
   std::map<HWND, std::shared_ptr<Window>> windows_;
-  std::deque<Message> posted_;
+  std::deque<Posted> posted_;
+  uint64_t last_posted_ = 0;
   uintptr_t last_handle_ = 0x10000;
   HWND focus_ = nullptr;
   Person* person_ = nullptr;

@@ -226,9 +226,13 @@ void QUELM_GenerateDialogFromList(const QuelmControl* rows, int count) {
     return;
   }
   for (const HWND handle : dialog->children) {
-    const Placement& control = Desktop::the().find(handle)->place;
-    dialog->place.width = std::max(dialog->place.width, control.x + control.width);
-    dialog->place.height = std::max(dialog->place.height, control.y + control.height);
+    const auto control = Desktop::the().find(handle);
+    if (!control->child) {
+      continue;  // a dialog that hangs on this one lies elsewhere
+    }
+    const Placement& place = control->place;
+    dialog->place.width = std::max(dialog->place.width, place.x + place.width);
+    dialog->place.height = std::max(dialog->place.height, place.y + place.height);
   }
 }
 

@@ -100,6 +100,13 @@ TEST_F(DriveOnBench, NinetyNineTracksAreTaken) {
   EXPECT_FALSE(sendCue(entries).sense);
 }
 
+TEST_F(DriveOnBench, APauseMayBeTakenOutOfTheFourSecondsBeforeIt) {
+  Entries entries = twoTracks();
+  entries[3] = cueIndex(2, 2, 0, 0x00, 299);
+  entries[4] = cueIndex(2, 2, 1, 0x00, 300);
+  EXPECT_FALSE(sendCue(entries).sense);
+}
+
 TEST_F(DriveOnBench, CodesOfTheSheetReachTheDisc) {
   Entries entries = twoTracks();
   const Entries codes = {{0x02, '4', '0', '0', '6', '3', '8', '1'},

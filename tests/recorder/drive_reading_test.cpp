@@ -106,7 +106,7 @@ TEST_F(ABurnedDisc, NamesTheSectorThatCannotBeRead) {
   drive.setFaults(faults);
   EXPECT_FALSE(readCd(10, 10).sense);
   const Reply reply = readCd(15, 10);
-  EXPECT_EQ(reply.sense, kUnrecoveredReadError);
+  EXPECT_EQ(reply.sense, (Sense{0x3, 0x11, 0x06}));  // audio has the CIRC and no layer above it
   EXPECT_EQ(reply.sense->sector, 20);
 }
 
@@ -126,6 +126,13 @@ TEST_F(ABurnedDisc, CountsDownInThePregapAndUpInTheTrack) {
     ASSERT_EQ(data.size(), 16u);
     EXPECT_TRUE(std::equal(q, q + 10, data.begin())) << lba;
   }
+}
+
+TEST_F(ABurnedDisc, TellsThePChannelBesideTheFormattedQ) {
+  EXPECT_EQ(readCd(299, 1, 0x00, 2).data[15], 0);
+  EXPECT_EQ(readCd(300, 1, 0x00, 2).data[15], 0x80);
+  EXPECT_EQ(readCd(374, 1, 0x00, 2).data[15], 0x80);
+  EXPECT_EQ(readCd(375, 1, 0x00, 2).data[15], 0);
 }
 
 TEST_F(ABurnedDisc, CarriesTheSameQInTheRawSubChannels) {

@@ -8,6 +8,9 @@
 //
 #include <fcntl.h>
 #include <libburn/libburn.h>
+#include <linux/cdrom.h>
+#include <scsi/scsi.h>
+#include <scsi/scsi_ioctl.h>
 #include <scsi/sg.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -189,6 +192,23 @@ TEST_F(LinkedIn, TheDeviceLooksLikeABlockDeviceAndRealOnesAreHidden) {
   EXPECT_TRUE(S_ISCHR(info.st_mode));
 }
 
+TEST_F(LinkedIn, ADriveIsTheSameByEveryPathThatLeadsToIt) {
+  struct stat info {};
+  ASSERT_EQ(::stat("/dev/../dev/./sr30", &info), 0);
+  EXPECT_TRUE(S_ISBLK(info.st_mode));
+  // As in /dev/disk/by-id: links to the real drives are hidden with them.
+  const std::string name = "/dev/shm/velmor-" + std::to_string(::getpid());
+  ASSERT_EQ(::symlink("../sr30", name.c_str()), 0);
+  EXPECT_EQ(::stat(name.c_str(), &info), 0);
+  EXPECT_TRUE(S_ISBLK(info.st_mode));
+  EXPECT_EQ(::lstat(name.c_str(), &info), 0);
+  EXPECT_TRUE(S_ISLNK(info.st_mode)) << "lstat looks at the link itself";
+  const int descriptor = ::open(name.c_str(), O_RDWR | O_NONBLOCK);
+  EXPECT_GE(descriptor, 0);
+  ::close(descriptor);
+  ::unlink(name.c_str());
+}
+
 TEST_F(LinkedIn, AChangeOfDiscReachesAnOpenDrive) {
   const int descriptor = ::open("/dev/sr30", O_RDWR | O_NONBLOCK);
   ASSERT_GE(descriptor, 0);
@@ -213,6 +233,47 @@ TEST_F(LinkedIn, AChangeOfDiscReachesAnOpenDrive) {
   EXPECT_EQ(testUnitReady(), 0x628);
   EXPECT_EQ(testUnitReady(), 0);
   ::close(descriptor);
+}
+
+TEST_F(LinkedIn, ABurnAfterAChangeOfDiscIsOnTheNewDisc) {
+  ASSERT_TRUE(burnTracks("/dev/sr31", {noise(1, 300)}));
+  drives[1].saveDisc(std::nullopt);
+  drives[1].saveDisc(Disc{});
+  ASSERT_TRUE(burnTracks("/dev/sr31", {noise(2, 300)}));
+  EXPECT_TRUE(burned(1) == noise(2, 300));
+}
+
+TEST_F(LinkedIn, AMissingArgumentIsRefusedAsByTheKernel) {
+  const int descriptor = ::open("/dev/sr30", O_RDWR | O_NONBLOCK);
+  ASSERT_GE(descriptor, 0);
+  for (const unsigned long request :
+       {static_cast<unsigned long>(SG_IO), static_cast<unsigned long>(SG_GET_VERSION_NUM),
+        static_cast<unsigned long>(SG_GET_SCSI_ID),
+        static_cast<unsigned long>(SCSI_IOCTL_GET_IDLUN),
+        static_cast<unsigned long>(CDROM_SEND_PACKET), static_cast<unsigned long>(CDROM_GET_MCN),
+        static_cast<unsigned long>(CDROMREADTOCHDR),
+        static_cast<unsigned long>(CDROMREADTOCENTRY)}) {
+    errno = 0;
+    EXPECT_EQ(::ioctl(descriptor, request, nullptr), -1) << request;
+    EXPECT_EQ(errno, EFAULT) << request;
+  }
+  ::close(descriptor);
+}
+
+TEST_F(LinkedIn, ADescriptorThatWasClosedUnseenIsNoDriveAnyMore) {
+  const int descriptor = ::open("/dev/sr30", O_RDWR | O_NONBLOCK);
+  ASSERT_GE(descriptor, 0);
+  std::FILE* stream = ::fdopen(descriptor, "r+");
+  ASSERT_NE(stream, nullptr);
+  std::fclose(stream);  // libc closes it by a call of its own
+  const std::string plain = root / "plain";
+  store(plain, "text");
+  const int again = ::open(plain.c_str(), O_RDONLY);
+  ASSERT_EQ(again, descriptor) << "the number is given out again";
+  struct stat info {};
+  EXPECT_EQ(::fstat(again, &info), 0);
+  EXPECT_TRUE(S_ISREG(info.st_mode));
+  ::close(again);
 }
 
 }  // namespace

@@ -74,6 +74,18 @@ TEST_F(Burn, TellsHowFarItIs) {
   EXPECT_EQ(person.steps.back().buffer_percent, 80);
 }
 
+TEST_F(Burn, ThatItsAttendantLeavesIsStoppedBeforeItsAudioGoes) {
+  drive.stopping_steps = 3;
+  person.on_progress = [](const Progress& progress) {
+    if (progress.phase == Phase::writing) throw std::runtime_error("the terminal is gone");
+  };
+  const Programme programme({300, 300});
+  EXPECT_THROW(run(programme), std::runtime_error);
+  EXPECT_EQ(drive.cancels, 1);
+  EXPECT_EQ(drive.stopping_steps, 0) << "the drive was still writing";
+  EXPECT_EQ(programme.producers[0]->cleaned, 1);
+}
+
 TEST_F(Burn, PreparesEachProducerOnceAndTellsItOfTheEnd) {
   const Programme programme({300, 300});
   run(programme);
@@ -196,7 +208,7 @@ TEST_F(Burn, AFailedBlankingEndsIt) {
   person.blank = true;
   drive.blanks_well = false;
   const Outcome outcome = run(Programme({300}));
-  EXPECT_THAT(outcome.failure, HasSubstr("could not be blanked"));
+  EXPECT_EQ(outcome.failure, "The disc could not be blanked.") << "the drive did not say why";
   EXPECT_THAT(outcome.disc_state, HasSubstr("may be lost"));
   EXPECT_EQ(drive.writings, 0);
 }
@@ -209,6 +221,11 @@ TEST_F(Burn, AFailedReadOfTheImageIsAFailureThoughTheRecorderReportsSuccess) {
   const Outcome outcome = run(programme);
   EXPECT_FALSE(outcome.written);
   EXPECT_THAT(outcome.failure, HasSubstr("could not be read at 00:04:05 (track 2)"));
+}
+
+TEST_F(Burn, AFailureThatNobodyExplainsIsToldAsOne) {
+  drive.fails_silently_at = 350;
+  EXPECT_EQ(run(Programme({300, 300})).failure, "The burn failed.");
 }
 
 TEST_F(Burn, AFlawOfTheDiscIsToldWithItsPlace) {

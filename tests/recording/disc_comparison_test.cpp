@@ -101,6 +101,19 @@ TEST(DiscComparison, AnOffsetThatDoesNotHoldIsADifference) {
   EXPECT_EQ(compare(drive, programme).verdict, Verdict::different);
 }
 
+TEST(DiscComparison, AFlawInTheFirstSecondIsAFlawAndNoDriveThatCannotRead) {
+  const Programme programme({300, 300});
+  DriveState drive;
+  drive.disc = programme.image();
+  for (const int64_t flaw : {0, 3, 20}) {
+    drive.unreadable_from = flaw;
+    drive.unreadable_to = flaw + 1;
+    const Comparison flawed = compare(drive, programme);
+    EXPECT_EQ(flawed.verdict, Verdict::different) << flaw;
+    EXPECT_THAT(flawed.words, HasSubstr("cannot be read at " + minutesSecondsFrames(flaw)));
+  }
+}
+
 TEST(DiscComparison, ADiscThatBreaksOffIsDifferentAndOneThatCannotBeReadIsUndecided) {
   const Programme programme({300, 300});
   DriveState drive;
@@ -108,7 +121,7 @@ TEST(DiscComparison, ADiscThatBreaksOffIsDifferentAndOneThatCannotBeReadIsUndeci
   drive.unreadable_from = 500;
   const Comparison broken = compare(drive, programme);
   EXPECT_EQ(broken.verdict, Verdict::different);
-  EXPECT_THAT(broken.words, HasSubstr("cannot be read at 00:06:"));
+  EXPECT_THAT(broken.words, HasSubstr("cannot be read at 00:06:50 (track 2)"));
   drive.unreadable_from = 0;
   EXPECT_EQ(compare(drive, programme).verdict, Verdict::undecided);
 }

@@ -20,11 +20,14 @@ struct DriveState {
   double slowest_speed = 4.0;
   bool blanks_well = true;
   int closing_steps = 0;                // that it takes when all is written
+  int stopping_steps = 0;               // that it takes when it is cancelled
   int64_t flaw_at = -1;                 // sector that cannot be written
+  int64_t fails_silently_at = -1;       // sector
   bool goes_on_with_zeros = false;      // and says that all went well, as recorders do
   std::string remark;                   // that it makes at the end of a burn
   int read_offset = 0;                  // frames by which it reads early
   int64_t unreadable_from = INT64_MAX;  // sector
+  int64_t unreadable_to = INT64_MAX;    // sector behind the flaw
 
   Bytes disc;
   bool simulated = false;
@@ -73,6 +76,10 @@ class RecorderDouble final : public Recorder {
       --blanking_;
       return {Activity::blanking, 1.0 - blanking_ / 3.0, -1};
     }
+    if (feed_ == nullptr && state_.cancels > 0 && state_.stopping_steps > 0) {
+      --state_.stopping_steps;
+      return {Activity::writing, 0.0, -1};
+    }
     if (feed_ == nullptr) return {};
     if (written_ == session_.plan->sectors && state_.closing_steps-- > 0)
       return {Activity::closing, 0.0, -1};
@@ -87,7 +94,7 @@ class RecorderDouble final : public Recorder {
   }
   bool succeeded() override { return good_; }
   bool readAudio(int64_t lba, int sectors, unsigned char* audio) override {
-    if (lba + sectors > state_.unreadable_from) return false;
+    if (lba + sectors > state_.unreadable_from && lba < state_.unreadable_to) return false;
     const int64_t first = lba * kSectorBytes + int64_t{state_.read_offset} * 4;
     for (int64_t i = 0; i < int64_t{sectors} * kSectorBytes; ++i) {
       const int64_t at = first + i;
@@ -118,6 +125,10 @@ class RecorderDouble final : public Recorder {
     const auto track = static_cast<size_t>(session_.plan->trackAt(written_));
     if (!feed_->next(track, sector)) {
       if (!state_.goes_on_with_zeros) good_ = false;
+      return end();
+    }
+    if (written_ == state_.fails_silently_at) {
+      good_ = false;
       return end();
     }
     if (written_ == state_.flaw_at) {

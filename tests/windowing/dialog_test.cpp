@@ -63,6 +63,18 @@ TEST_F(DialogCreation, OnlyATemplateThatAsksForItIsSizedByItsControls) {
   EXPECT_EQ(rect.bottom, 500) << "it only grows";
 }
 
+TEST_F(DialogCreation, ADialogIsNotSizedByTheDialogsItOwns) {
+  const HWND owner = open(kAutosized);
+  const QuelmControl none = {};
+  ASSERT_NE(open(kBurn, owner), nullptr);
+  QUELM_MakeSetCurParms(1, 1, 0, 0, owner, false, true);
+  QUELM_GenerateDialogFromList(&none, 0);
+  RECT rect = {};
+  GetClientRect(owner, &rect);
+  EXPECT_EQ(rect.right, 12 + 292);
+  DestroyWindow(owner);
+}
+
 TEST_F(DialogCreation, AnUnknownTemplateOrParentMakesNoDialog) {
   const HWND nobody = reinterpret_cast<HWND>(0xDEAD);
   EXPECT_EQ(QUELM_CreateDialog(dialog_templates(), 99, nullptr, &procedure, 0), nullptr);
@@ -286,6 +298,23 @@ TEST_F(Messages, AMessagePostedDuringDeliveryWaitsForTheNextOne) {
   PostMessage(dialog, WM_USER, 0, 0);
   QUELM_MessageQueue_Flush();
   EXPECT_EQ(received.size(), 1U);
+  QUELM_MessageQueue_Clear();
+}
+
+TEST_F(Messages, AMessagePostedAfterAnInnerDeliveryWaitsForTheNextOne) {
+  const HWND dialog = open(kBurn);
+  on_message = [](const Received& each) -> LRESULT {
+    if (each.wparam == 1) {
+      QUELM_MessageQueue_Flush();
+      PostMessage(each.window, WM_USER, 3, 0);
+    }
+    return 0;
+  };
+  PostMessage(dialog, WM_USER, 1, 0);
+  PostMessage(dialog, WM_USER, 2, 0);
+  QUELM_MessageQueue_Flush();
+  ASSERT_EQ(received.size(), 2U);
+  EXPECT_EQ(received.back().wparam, 2);
   QUELM_MessageQueue_Clear();
 }
 

@@ -34,8 +34,7 @@ void reportTracks(const Disc& disc, std::ostream& out) {
   out << "  track  pregap    start     length    ISRC          flags\n";
   for (const Track& track : disc.tracks) {
     const Msf pregap = msfOf(track.pregapStart);
-    // Lengths count from zero; msfOf counts from two seconds before.
-    const Msf length = msfOf(disc.endOf(track) - track.start() - kFirstPregap);
+    const Msf length = durationOf(disc.endOf(track) - track.start());
     out << "  " << std::setw(5) << track.number << "  "
         << (track.pregapStart == track.start() ? "-       " : text(pregap)) << "  "
         << text(msfOf(track.start())) << "  " << text(length) << "  " << std::left << std::setw(12)
@@ -65,7 +64,7 @@ void reportTexts(const Disc& disc, std::ostream& out) {
 
 void reportDisc(const Disc& disc, std::ostream& out) {
   out << "  " << (disc.medium == Medium::cdRw ? "CD-RW" : "CD-R") << ", room for "
-      << text(msfOf(disc.capacity)) << " (" << disc.capacity << " sectors), ";
+      << text(durationOf(disc.capacity)) << " (" << disc.capacity << " sectors), ";
   switch (disc.state) {
     case DiscState::blank:
       out << "blank\n";

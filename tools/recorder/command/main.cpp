@@ -51,7 +51,7 @@ Disc newDisc(const Request& request) {
   constexpr double kMostMinutes = 89.9;
   Disc disc;
   disc.medium = request.medium == "cd-rw" ? Medium::cdRw : Medium::cdR;
-  if (request.minutes > kMostMinutes || request.minutes < 0) {
+  if (!(request.minutes >= 0 && request.minutes <= kMostMinutes)) {  // what is no number is not
     throw DirectoryError("--minutes: a disc holds 0 to 89.9 minutes");
   }
   if (request.minutes > 0) {
@@ -189,7 +189,7 @@ void addDiscOptions(CLI::App& command, Request& request) {
   command.add_option("--medium", request.medium, "cd-r or cd-rw")
       ->check(CLI::IsMember({"cd-r", "cd-rw"}))
       ->capture_default_str();
-  command.add_option("--minutes", request.minutes, "room on the disc (default 79:59:70)");
+  command.add_option("--minutes", request.minutes, "room on the disc (default 79:57:70)");
   command.add_option("--capacity", request.capacity, "room on the disc in sectors, 75 a second")
       ->check(CLI::Range(1, 404000));
   command.add_flag("--closed", request.closed, "a disc that is recorded already");

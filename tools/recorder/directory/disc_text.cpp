@@ -1,6 +1,8 @@
 #include "tools/recorder/directory/disc_text.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <sstream>
 
 #include "tools/recorder/directory/key_value_text.h"
@@ -33,6 +35,25 @@ CdTextPack packOf(const KeyValue& item) {
   return pack;
 }
 
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool isIsrc(const std::string& code) {
+  constexpr std::size_t kLength = 12;
+  return code.size() == kLength && std::all_of(code.begin(), code.end(), [](char c) {
+           return isDigit(c) || (c >= 'A' && c <= 'Z');
+         });
+}
+
+std::string mcnOf(const KeyValue& item) {
+  constexpr std::size_t kLength = 13;
+  if (item.value.size() != kLength || !std::all_of(item.value.begin(), item.value.end(), isDigit)) {
+    refuse(item, "13 digits");
+  }
+  return item.value;
+}
+
 /// "number control pregap isrc index1 index2 …", a dash for no ISRC.
 Track trackOf(const KeyValue& item) {
   std::istringstream in(item.value);
@@ -48,8 +69,24 @@ Track trackOf(const KeyValue& item) {
   }
   if (track.isrc == "-") {
     track.isrc.clear();
+  } else if (!isIsrc(track.isrc)) {
+    refuse(item, "12 capital letters and digits, or a dash, for the ISRC");
   }
   return track;
+}
+
+void addTrack(const KeyValue& item, std::vector<Track>& tracks) {
+  const Track track = trackOf(item);
+  if (!tracks.empty() && track.number != tracks.back().number + 1) {
+    refuse(item, "the next track's number");
+  }
+  const int32_t free = tracks.empty() ? -kFirstPregap : tracks.back().indices.back() + 1;
+  const bool indicesAscend = std::adjacent_find(track.indices.begin(), track.indices.end(),
+                                                std::greater_equal<>()) == track.indices.end();
+  if (track.pregapStart < free || track.start() < track.pregapStart || !indicesAscend) {
+    refuse(item, "sectors that ascend");
+  }
+  tracks.push_back(track);
 }
 
 DiscState stateOf(const KeyValue& item) {
@@ -76,9 +113,9 @@ void apply(const KeyValue& item, Disc& disc) {
   } else if (item.key == "lead-out") {
     disc.leadOut = numberOf(item);
   } else if (item.key == "mcn") {
-    disc.mcn = item.value;
+    disc.mcn = mcnOf(item);
   } else if (item.key == "track") {
-    disc.tracks.push_back(trackOf(item));
+    addTrack(item, disc.tracks);
   } else if (item.key == "cd-text") {
     disc.cdText.push_back(packOf(item));
   } else {
@@ -124,8 +161,9 @@ Disc readDisc(const std::filesystem::path& file) {
     apply(item, disc);
     last = item;
   }
-  if (disc.state == DiscState::complete && (disc.tracks.empty() || disc.leadOut <= 0)) {
-    refuse(last, "a complete disc to have tracks and a lead-out");
+  if (disc.state == DiscState::complete &&
+      (disc.tracks.empty() || disc.leadOut <= disc.tracks.back().indices.back())) {
+    refuse(last, "a complete disc to have tracks and a lead-out behind them");
   }
   return disc;
 }

@@ -115,9 +115,8 @@ void DriveDirectory::saveDisc(const std::optional<Disc>& disc) const {
     replaceFile(discFile(), discText(*disc));
     return;
   }
-  std::error_code error;
-  fs::remove(discFile(), error);
-  fs::remove(audioFile(), error);
+  removeFile(discFile());
+  removeFile(audioFile());
 }
 
 bool DriveDirectory::trayOpen() const {
@@ -126,9 +125,8 @@ bool DriveDirectory::trayOpen() const {
 }
 
 void DriveDirectory::saveTray(bool open) const {
-  std::error_code error;
   if (!open) {
-    fs::remove(trayFile(), error);
+    removeFile(trayFile());
   } else if (!trayOpen()) {
     replaceFile(trayFile(), "");
   }

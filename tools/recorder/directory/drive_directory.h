@@ -44,7 +44,7 @@ class DriveDirectory {
   /// drive.conf is none.
   static std::vector<DriveDirectory> all(const std::filesystem::path& root);
 
-  /// All four throw `DirectoryError`.
+  /// All but `trayOpen` throw `DirectoryError`.
   [[nodiscard]] Settings settings() const;
   void saveSettings(const Settings& settings) const;
   [[nodiscard]] std::optional<Disc> disc() const;

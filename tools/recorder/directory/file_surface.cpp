@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 
 namespace velmor::recorder {
 
@@ -14,20 +15,25 @@ off_t offsetOf(int32_t lba) {
 }  // namespace
 
 FileSurface::~FileSurface() {
+  forget();
+}
+
+void FileSurface::forget() {
   if (descriptor_ >= 0) {
     ::close(descriptor_);
+    descriptor_ = -1;
   }
 }
 
 bool FileSurface::open(int flags) {
   if (descriptor_ < 0) {
-    descriptor_ = ::open(file_.c_str(), flags | O_CLOEXEC, 0666);
+    descriptor_ = ::open(file_.c_str(), O_RDWR | O_CLOEXEC | flags, 0666);
   }
   return descriptor_ >= 0;
 }
 
 bool FileSurface::write(int32_t lba, ByteView sectors) {
-  if (!open(O_RDWR | O_CREAT)) {
+  if (!open(O_CREAT)) {
     return false;
   }
   off_t at = offsetOf(lba);
@@ -43,8 +49,9 @@ bool FileSurface::write(int32_t lba, ByteView sectors) {
 }
 
 bool FileSurface::read(int32_t lba, std::span<uint8_t> sectors) {
-  if (!open(O_RDWR | O_CREAT)) {
-    return false;
+  if (!open(0)) {
+    std::fill(sectors.begin(), sectors.end(), uint8_t{0});
+    return errno == ENOENT;  // nothing was ever written
   }
   off_t at = offsetOf(lba);
   while (!sectors.empty()) {
@@ -63,7 +70,7 @@ bool FileSurface::read(int32_t lba, std::span<uint8_t> sectors) {
 }
 
 bool FileSurface::erase() {
-  return open(O_RDWR | O_CREAT) && ::ftruncate(descriptor_, 0) == 0;
+  return open(O_CREAT) && ::ftruncate(descriptor_, 0) == 0;
 }
 
 }  // namespace velmor::recorder

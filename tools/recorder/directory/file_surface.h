@@ -19,9 +19,11 @@ class FileSurface final : public AudioSurface {
   bool write(int32_t lba, ByteView sectors) override;
   bool read(int32_t lba, std::span<uint8_t> sectors) override;
   bool erase() override;
+  /// The disc was changed: what comes next belongs to another file of the same name.
+  void forget();
 
  private:
-  bool open(int flags);
+  bool open(int flags);  // beyond O_RDWR
 
   std::filesystem::path file_;
   int descriptor_ = -1;

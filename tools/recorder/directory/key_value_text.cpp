@@ -44,17 +44,28 @@ std::vector<KeyValue> readKeyValues(const std::filesystem::path& file) {
 
 void replaceFile(const std::filesystem::path& file, const std::string& text) {
   const std::filesystem::path draft = file.string() + "." + std::to_string(::getpid());
+  std::error_code error;
+  std::error_code unheard;
   {
     std::ofstream out(draft, std::ios::trunc | std::ios::binary);
     out << text << std::flush;
     if (!out) {
+      std::filesystem::remove(draft, unheard);
       throw DirectoryError(draft.string() + ": cannot be written; is the directory writable?");
     }
   }
-  std::error_code error;
   std::filesystem::rename(draft, file, error);
   if (error) {
+    std::filesystem::remove(draft, unheard);
     throw DirectoryError(file.string() + ": cannot be replaced: " + error.message());
+  }
+}
+
+void removeFile(const std::filesystem::path& file) {
+  std::error_code error;
+  std::filesystem::remove(file, error);
+  if (error) {
+    throw DirectoryError(file.string() + ": cannot be removed: " + error.message());
   }
 }
 

@@ -16,6 +16,8 @@ struct KeyValue {
 std::vector<KeyValue> readKeyValues(const std::filesystem::path& file);
 /// Replaces the file at one stroke: readers see the old or the new text. Throws `DirectoryError`.
 void replaceFile(const std::filesystem::path& file, const std::string& text);
+/// A file that is not there is no fault. Throws `DirectoryError`.
+void removeFile(const std::filesystem::path& file);
 
 /// A whole number; throws `DirectoryError` that names the file and the line.
 int32_t numberOf(const KeyValue& item);

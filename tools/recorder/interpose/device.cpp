@@ -54,6 +54,7 @@ void Device::takeIn(const Stamps& now) {
     drive_.setFaults(directory_.settings().faults);
   }
   if (now.disc != seen_.disc || now.tray != seen_.tray) {
+    surface_.forget();
     drive_.changeMedium(directory_.disc());
     drive_.openTray(directory_.trayOpen());
     written_ = drive_.generation();

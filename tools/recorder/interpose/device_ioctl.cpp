@@ -104,9 +104,27 @@ int addressOf(Device& device, sg_scsi_id& id) {
   return 0;
 }
 
+struct LunAddress {
+  uint32_t id, hostId;
+};
+
+int lunAddressOf(Device& device, LunAddress& address) {
+  address = {static_cast<uint32_t>(device.number()) << 24, 0};
+  return 0;
+}
+
 int storeInt(void* argument, int value) {
+  if (argument == nullptr) {
+    return fail(EFAULT);
+  }
   *static_cast<int*>(argument) = value;
   return 0;
+}
+
+/// A request whose argument is a record of the caller's.
+template <typename Record>
+int answer(Device& device, void* argument, int (*how)(Device&, Record&)) {
+  return argument == nullptr ? fail(EFAULT) : how(device, *static_cast<Record*>(argument));
 }
 
 int runCommand(Device& device, ByteView cdb) {
@@ -169,31 +187,24 @@ int catalogNumber(Device& device, cdrom_mcn& number) {
 int deviceIoctl(Device& device, unsigned long request, void* argument) {
   switch (request) {
     case SG_IO:
-      return argument == nullptr ? fail(EFAULT)
-                                 : sgIo(device, *static_cast<sg_io_hdr_t*>(argument));
+      return answer(device, argument, sgIo);
     case CDROM_SEND_PACKET:
-      return argument == nullptr
-                 ? fail(EFAULT)
-                 : sendPacket(device, *static_cast<cdrom_generic_command*>(argument));
+      return answer(device, argument, sendPacket);
     case CDROM_DRIVE_STATUS:
       return driveStatus(device);
     case CDROM_GET_CAPABILITY:
       return CDC_CLOSE_TRAY | CDC_OPEN_TRAY | CDC_LOCK | CDC_MEDIA_CHANGED | CDC_GENERIC_PACKET |
              CDC_DRIVE_STATUS | CDC_CD_R | CDC_CD_RW | CDC_MCN;
     case CDROMREADTOCHDR:
-      return tocHeader(device, *static_cast<cdrom_tochdr*>(argument));
+      return answer(device, argument, tocHeader);
     case CDROMREADTOCENTRY:
-      return tocEntry(device, *static_cast<cdrom_tocentry*>(argument));
+      return answer(device, argument, tocEntry);
     case CDROM_GET_MCN:
-      return catalogNumber(device, *static_cast<cdrom_mcn*>(argument));
+      return answer(device, argument, catalogNumber);
     case SG_GET_SCSI_ID:
-      return addressOf(device, *static_cast<sg_scsi_id*>(argument));
-    case SCSI_IOCTL_GET_IDLUN: {
-      auto* id = static_cast<uint32_t*>(argument);
-      id[0] = static_cast<uint32_t>(device.number()) << 24;
-      id[1] = 0;
-      return 0;
-    }
+      return answer(device, argument, addressOf);
+    case SCSI_IOCTL_GET_IDLUN:
+      return answer(device, argument, lunAddressOf);
     case SCSI_IOCTL_GET_BUS_NUMBER:
       return storeInt(argument, device.number());
     case SG_GET_VERSION_NUM:

@@ -18,6 +18,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 
 #include "tools/recorder/interpose/device_ioctl.h"
 #include "tools/recorder/interpose/station.h"
@@ -41,6 +42,18 @@ Function libc(Function /*type*/, const char* name) {
   return reinterpret_cast<Function>(found);
 }
 
+/// What the emulator asks on its way shows in no errno of the program's.
+class ErrnoKept {
+ public:
+  ErrnoKept() = default;
+  ~ErrnoKept() { errno = before_; }
+  ErrnoKept(const ErrnoKept&) = delete;
+  ErrnoKept& operator=(const ErrnoKept&) = delete;
+
+ private:
+  int before_ = errno;
+};
+
 /// How a path is met while emulation is on.
 enum class Kind { foreign, hidden, device };
 
@@ -49,23 +62,43 @@ struct Place {
   std::shared_ptr<Device> device;
 };
 
-Place placeOf(const char* path) {
+enum class Links { followed, kept };
+
+/// The name that a path leads to: /dev/disk/by-id and its like hold links to the drives.
+std::string settled(const char* path, Links links) {
+  constexpr int kMostLinks = 40;  // as many as the kernel follows
+  std::filesystem::path name = path;
+  for (int i = 0; links == Links::followed && i < kMostLinks; ++i) {
+    std::error_code error;
+    const std::filesystem::path target = std::filesystem::read_symlink(name, error);
+    if (error) {
+      break;
+    }
+    name = name.parent_path() / target;
+  }
+  return name.lexically_normal();
+}
+
+Place placeOf(const char* path, Links links = Links::followed) {
   // Most paths are not below /dev: those are told apart without looking further.
   if (DirectCalls::active() || std::string_view(path).substr(0, 5) != "/dev/") {
     return {};
   }
+  const ErrnoKept kept;
   const DirectCalls direct;
   Station& station = Station::instance();
   if (!station.active()) {
     return {};
   }
-  if (std::shared_ptr<Device> device = station.byPath(path)) {
+  const std::string name = settled(path, links);
+  if (std::shared_ptr<Device> device = station.byPath(name)) {
     return {Kind::device, std::move(device)};
   }
-  return {isRecorderName(path) ? Kind::hidden : Kind::foreign, nullptr};
+  return {isRecorderName(name) ? Kind::hidden : Kind::foreign, nullptr};
 }
 
 std::shared_ptr<Device> deviceOf(int descriptor) {
+  const ErrnoKept kept;
   return DirectCalls::active() ? nullptr : Station::instance().byDescriptor(descriptor);
 }
 
@@ -88,6 +121,7 @@ int refusalToOpen(const Device& device, int flags) {
 }
 
 bool isDenied(const Device& device) {
+  const ErrnoKept kept;
   const DirectCalls direct;
   try {
     return device.settings().deny;
@@ -98,6 +132,7 @@ bool isDenied(const Device& device) {
 
 int openDevice(const std::shared_ptr<Device>& device, int flags) {
   const DirectCalls direct;
+  const int before = errno;
   try {
     if (const int reason = refusalToOpen(*device, flags)) {
       return fail(reason);
@@ -117,6 +152,7 @@ int openDevice(const std::shared_ptr<Device>& device, int flags) {
     return fail(EBUSY);
   }
   Station::instance().attach(descriptor, device);
+  errno = before;
   return descriptor;
 }
 
@@ -135,8 +171,8 @@ int statDevice(const Device& device, Stat* info) {
 
 /// One stat by path: emulated, hidden or passed on to `next`.
 template <typename Stat, typename Next>
-int statPath(const char* path, Stat* info, Next next) {
-  const Place place = placeOf(path);
+int statPath(const char* path, Stat* info, Next next, Links links = Links::followed) {
+  const Place place = placeOf(path, links);
   switch (place.kind) {
     case Kind::device:
       return statDevice(*place.device, info);
@@ -168,8 +204,10 @@ int openPath(const char* path, int flags, Next next) {
   return next();
 }
 
-bool takesMode(int flags) {
-  return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+/// The permissions that open was given; none where it makes no file.
+mode_t modeOf(int flags, va_list arguments) {
+  const bool makesFile = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+  return makesFile ? va_arg(arguments, mode_t) : 0;
 }
 
 }  // namespace
@@ -192,25 +230,19 @@ int __fxstat64(int version, int descriptor, struct stat64* info) noexcept;
 
 int open(const char* path, int flags, ...) {
   static const auto next = libc(&::open, "open");
-  mode_t mode = 0;
-  if (takesMode(flags)) {
-    va_list arguments;
-    va_start(arguments, flags);
-    mode = va_arg(arguments, mode_t);
-    va_end(arguments);
-  }
+  va_list arguments;
+  va_start(arguments, flags);
+  const mode_t mode = modeOf(flags, arguments);
+  va_end(arguments);
   return openPath(path, flags, [&] { return next(path, flags, mode); });
 }
 
 int open64(const char* path, int flags, ...) {
   static const auto next = libc(&::open64, "open64");
-  mode_t mode = 0;
-  if (takesMode(flags)) {
-    va_list arguments;
-    va_start(arguments, flags);
-    mode = va_arg(arguments, mode_t);
-    va_end(arguments);
-  }
+  va_list arguments;
+  va_start(arguments, flags);
+  const mode_t mode = modeOf(flags, arguments);
+  va_end(arguments);
   return openPath(path, flags, [&] { return next(path, flags, mode); });
 }
 
@@ -243,8 +275,11 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
     return next(descriptor, request, argument);
   }
   const DirectCalls direct;
+  const int before = errno;
   try {
-    return deviceIoctl(*device, request, argument);
+    const int result = deviceIoctl(*device, request, argument);
+    errno = result < 0 ? errno : before;
+    return result;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "velmor-recorder: %s\n", error.what());
     return fail(EIO);
@@ -278,12 +313,14 @@ int stat64(const char* path, struct stat64* info) noexcept {
 
 int lstat(const char* path, struct stat* info) noexcept {
   static const auto next = libc(&::lstat, "lstat");
-  return statPath(path, info, [&] { return next(path, info); });
+  return statPath(
+      path, info, [&] { return next(path, info); }, Links::kept);
 }
 
 int lstat64(const char* path, struct stat64* info) noexcept {
   static const auto next = libc(&::lstat64, "lstat64");
-  return statPath(path, info, [&] { return next(path, info); });
+  return statPath(
+      path, info, [&] { return next(path, info); }, Links::kept);
 }
 
 int fstat(int descriptor, struct stat* info) noexcept {
@@ -308,12 +345,14 @@ int __xstat64(int version, const char* path, struct stat64* info) noexcept {
 
 int __lxstat(int version, const char* path, struct stat* info) noexcept {
   static const auto next = libc(&::__lxstat, "__lxstat");
-  return statPath(path, info, [&] { return next(version, path, info); });
+  return statPath(
+      path, info, [&] { return next(version, path, info); }, Links::kept);
 }
 
 int __lxstat64(int version, const char* path, struct stat64* info) noexcept {
   static const auto next = libc(&::__lxstat64, "__lxstat64");
-  return statPath(path, info, [&] { return next(version, path, info); });
+  return statPath(
+      path, info, [&] { return next(version, path, info); }, Links::kept);
 }
 
 int __fxstat(int version, int descriptor, struct stat* info) noexcept {

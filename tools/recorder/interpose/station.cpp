@@ -1,13 +1,30 @@
 #include "tools/recorder/interpose/station.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 namespace velmor::recorder {
 
 namespace {
 thread_local int directCalls = 0;
+
+std::pair<dev_t, ino_t> fileBehind(int descriptor) {
+  const DirectCalls direct;
+  struct stat info {};
+  return ::fstat(descriptor, &info) == 0 ? std::pair(info.st_dev, info.st_ino)
+                                         : std::pair<dev_t, ino_t>();
 }
+
+/// Optical drives were called scdN before they were srN; wodim still looks for them there.
+std::string presentName(const std::string& path) {
+  constexpr std::string_view kFormerFamily = "/dev/scd";
+  return path.starts_with(kFormerFamily) ? "/dev/sr" + path.substr(kFormerFamily.size()) : path;
+}
+
+}  // namespace
 
 DirectCalls::DirectCalls() {
   ++directCalls;
@@ -61,8 +78,9 @@ bool Station::active() {
 std::shared_ptr<Device> Station::byPath(const std::string& path) {
   const std::lock_guard lock(mutex_);
   refresh();
+  const std::string name = presentName(path);
   for (const std::shared_ptr<Device>& device : devices_) {
-    if (device->path() == path) {
+    if (device->path() == name) {
       return device;
     }
   }
@@ -72,18 +90,21 @@ std::shared_ptr<Device> Station::byPath(const std::string& path) {
 std::shared_ptr<Device> Station::byDescriptor(int descriptor) {
   const std::lock_guard lock(mutex_);
   const auto found = open_.find(descriptor);
-  return found == open_.end() ? nullptr : found->second;
-}
-
-std::vector<std::shared_ptr<Device>> Station::all() {
-  const std::lock_guard lock(mutex_);
-  refresh();
-  return devices_;
+  if (found == open_.end()) {
+    return nullptr;
+  }
+  // A stream closes its descriptor inside libc, where nobody sees it; the number may since lead to
+  // another file.
+  if (fileBehind(descriptor) != found->second.door) {
+    open_.erase(found);
+    return nullptr;
+  }
+  return found->second.device;
 }
 
 void Station::attach(int descriptor, std::shared_ptr<Device> device) {
   const std::lock_guard lock(mutex_);
-  open_[descriptor] = std::move(device);
+  open_[descriptor] = {std::move(device), fileBehind(descriptor)};
 }
 
 void Station::detach(int descriptor) {

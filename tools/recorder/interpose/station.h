@@ -1,10 +1,13 @@
 // The emulated devices of this process and the descriptors that programs hold on them.
 #pragma once
 
+#include <sys/types.h>
+
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/recorder/interpose/device.h"
@@ -32,21 +35,26 @@ class Station {
 
   /// Whether a recorder directory is set.
   bool active();
+  /// The drive of that name; /dev/scdN is another name of /dev/srN.
   std::shared_ptr<Device> byPath(const std::string& path);
   std::shared_ptr<Device> byDescriptor(int descriptor);
-  std::vector<std::shared_ptr<Device>> all();
 
   void attach(int descriptor, std::shared_ptr<Device> device);
   void detach(int descriptor);
 
  private:
+  struct Held {
+    std::shared_ptr<Device> device;
+    std::pair<dev_t, ino_t> door;  ///< the file behind the descriptor
+  };
+
   Station() = default;
   void refresh();  // with the mutex held
 
   std::mutex mutex_;
   std::string root_;
   std::vector<std::shared_ptr<Device>> devices_;
-  std::map<int, std::shared_ptr<Device>> open_;
+  std::map<int, Held> open_;
 };
 
 /// Names of optical and generic SCSI devices. While emulation is on, the real ones are hidden: no

@@ -169,6 +169,8 @@ bool Builder::finish() {
   }
   const std::vector<Track>& tracks = sheet.tracks;
   for (std::size_t i = 0; i < tracks.size(); ++i) {
+    // The next track's pause counts in: wodim takes one sector of it out of the end of each track,
+    // and drives do not mind.
     const int32_t end = i + 1 < tracks.size() ? tracks[i + 1].start() : sheet.leadOut;
     if (end - tracks[i].start() < kShortestTrack) {
       return false;

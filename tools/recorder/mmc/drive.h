@@ -102,6 +102,8 @@ class Drive {
   Reply modeSelect6(ByteView cdb, ByteView dataOut);
   Reply modeSelect10(ByteView cdb, ByteView dataOut);
   [[nodiscard]] uint16_t currentProfile() const;
+  Reply senseModes(ByteView cdb, std::size_t header, std::size_t room);
+  Reply selectModes(ByteView cdb, std::size_t header, std::size_t length, ByteView dataOut);
 
   // drive_reading.cpp: what is on the disc
   Reply readDiscInformation(ByteView cdb, ByteView);

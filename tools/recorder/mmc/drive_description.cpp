@@ -12,6 +12,10 @@ constexpr uint16_t kProfileCdRom = 0x0008;
 constexpr uint16_t kProfileCdR = 0x0009;
 constexpr uint16_t kProfileCdRw = 0x000A;
 
+// What comes before the mode pages: in the six-byte commands and in the ten-byte ones.
+constexpr std::size_t kShortModeHeader = 4;
+constexpr std::size_t kLongModeHeader = 8;
+
 void copyPadded(const std::string& text, uint8_t* to, std::size_t size) {
   std::fill_n(to, size, uint8_t{' '});
   std::copy_n(text.begin(), std::min(size, text.size()), to);
@@ -134,7 +138,6 @@ Reply Drive::getEventStatus(ByteView cdb, ByteView) {
 Reply Drive::getPerformance(ByteView cdb, ByteView) {
   constexpr uint8_t kNominal = 0x00;
   constexpr uint8_t kWriteSpeeds = 0x03;
-  constexpr uint32_t kSpeeds[] = {8467, 5645, 2822, 1411, 706};  // kB/s
   const std::size_t room = loadBig16(&cdb[8]);
   const uint32_t end = disc_ ? static_cast<uint32_t>(disc_->capacity) : 0;
   Bytes data(8);
@@ -168,56 +171,40 @@ Reply Drive::mechanismStatus(ByteView cdb, ByteView) {
 }
 
 Reply Drive::modeSense6(ByteView cdb, ByteView) {
-  auto found = modes_.sense(cdb[2] & 0x3F, cdb[2] >> 6);
-  if (const Sense* refusal = std::get_if<Sense>(&found)) {
-    return *refusal;
-  }
-  const Bytes& pages = std::get<Bytes>(found);
-  Bytes data(4);
-  data[0] = static_cast<uint8_t>(pages.size() + 3);
-  data.insert(data.end(), pages.begin(), pages.end());
-  return cut(std::move(data), cdb[4]);
+  return senseModes(cdb, kShortModeHeader, cdb[4]);
 }
 
 Reply Drive::modeSense10(ByteView cdb, ByteView) {
+  return senseModes(cdb, kLongModeHeader, loadBig16(&cdb[7]));
+}
+
+Reply Drive::senseModes(ByteView cdb, std::size_t header, std::size_t room) {
   auto found = modes_.sense(cdb[2] & 0x3F, cdb[2] >> 6);
   if (const Sense* refusal = std::get_if<Sense>(&found)) {
     return *refusal;
   }
   const Bytes& pages = std::get<Bytes>(found);
-  Bytes data(8);
-  storeBig16(data.data(), static_cast<uint16_t>(pages.size() + 6));
+  Bytes data(header);
   data.insert(data.end(), pages.begin(), pages.end());
-  return cut(std::move(data), loadBig16(&cdb[7]));
+  if (header == kShortModeHeader) {
+    data[0] = static_cast<uint8_t>(data.size() - 1);
+  } else {
+    storeBig16(data.data(), static_cast<uint16_t>(data.size() - 2));
+  }
+  return cut(std::move(data), room);
 }
 
 Reply Drive::modeSelect6(ByteView cdb, ByteView dataOut) {
-  constexpr std::size_t kHeader = 4;
-  if ((cdb[1] & 0x11) != 0x10) {
-    return kInvalidFieldInCommand;  // pages only, and none can be saved
-  }
-  if (dataOut.size() < cdb[4]) {
-    return kDataPhaseError;
-  }
-  const ByteView list = dataOut.first(cdb[4]);
-  if (list.empty()) {
-    return {};
-  }
-  if (list.size() < kHeader || list.size() < kHeader + list[3]) {
-    return kParameterListLength;
-  }
-  if (!giveUpRecording()) {
-    return kCommandSequence;
-  }
-  const std::optional<Sense> refusal = modes_.select(list.subspan(kHeader + list[3]));
-  return refusal ? Reply(*refusal) : Reply();
+  return selectModes(cdb, kShortModeHeader, cdb[4], dataOut);
 }
 
 Reply Drive::modeSelect10(ByteView cdb, ByteView dataOut) {
-  constexpr std::size_t kHeader = 8;
-  const std::size_t length = loadBig16(&cdb[7]);
+  return selectModes(cdb, kLongModeHeader, loadBig16(&cdb[7]), dataOut);
+}
+
+Reply Drive::selectModes(ByteView cdb, std::size_t header, std::size_t length, ByteView dataOut) {
   if ((cdb[1] & 0x11) != 0x10) {
-    return kInvalidFieldInCommand;
+    return kInvalidFieldInCommand;  // pages only, and none can be saved
   }
   if (dataOut.size() < length) {
     return kDataPhaseError;
@@ -226,13 +213,17 @@ Reply Drive::modeSelect10(ByteView cdb, ByteView dataOut) {
   if (list.empty()) {
     return {};
   }
-  if (list.size() < kHeader || list.size() < kHeader + loadBig16(&list[6])) {
+  if (list.size() < header) {
+    return kParameterListLength;
+  }
+  const std::size_t descriptors = header == kShortModeHeader ? list[3] : loadBig16(&list[6]);
+  if (list.size() < header + descriptors) {
     return kParameterListLength;
   }
   if (!giveUpRecording()) {
     return kCommandSequence;
   }
-  const std::optional<Sense> refusal = modes_.select(list.subspan(kHeader + loadBig16(&list[6])));
+  const std::optional<Sense> refusal = modes_.select(list.subspan(header + descriptors));
   return refusal ? Reply(*refusal) : Reply();
 }
 

@@ -59,14 +59,31 @@ std::optional<int> trackAsked(const Disc& disc, uint8_t addressType, uint32_t ad
   }
 }
 
-/// 96 bytes, one bit of each sub-channel in every byte: P set in pregaps, Q as given, R to W empty.
-Bytes interleaved(const std::array<uint8_t, 16>& q, bool pause) {
+/// 96 bytes, one bit of each sub-channel in every byte: P and Q as given, R to W empty.
+Bytes interleaved(const std::array<uint8_t, 16>& q) {
   Bytes bytes(96);
+  const bool pause = (q.back() & kPauseFlag) != 0;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const int bit = q[i / 8] >> (7 - i % 8) & 1;
     bytes[i] = static_cast<uint8_t>((pause ? 0x80 : 0) | (bit != 0 ? 0x40 : 0));
   }
   return bytes;
+}
+
+/// What READ CD adds to the sector at `lba` for its sub-channel selection.
+Bytes subChannelOf(const Disc& disc, int32_t lba, uint8_t selection) {
+  constexpr uint8_t kNone = 0;
+  constexpr uint8_t kRaw = 1;
+  constexpr uint8_t kFormattedQ = 2;
+  if (selection == kNone) {
+    return {};
+  }
+  const std::array<uint8_t, 16> q = qFrameOf(disc, lba);
+  if (selection == kRaw) {
+    return interleaved(q);
+  }
+  // R to W carry nothing in the programme area.
+  return selection == kFormattedQ ? Bytes(q.begin(), q.end()) : Bytes(96);
 }
 
 }  // namespace
@@ -278,16 +295,8 @@ Reply Drive::readSectors(int32_t lba, uint32_t count, ByteView cdb) {
       data.insert(data.end(), sector.begin(), sector.end());
     }
     data.resize(data.size() + kErrorBytes[errorField]);
-    const std::array<uint8_t, 16> q = qFrameOf(disc, at);
-    if (subChannel == 1) {
-      const Track* track = disc.trackAt(at);
-      const Bytes raw = interleaved(q, track != nullptr && at < track->start());
-      data.insert(data.end(), raw.begin(), raw.end());
-    } else if (subChannel == 2) {
-      data.insert(data.end(), q.begin(), q.end());
-    } else if (subChannel == 4) {
-      data.resize(data.size() + 96);  // R to W carry nothing in the programme area
-    }
+    const Bytes beside = subChannelOf(disc, at, subChannel);
+    data.insert(data.end(), beside.begin(), beside.end());
   }
   return data;
 }

@@ -13,7 +13,6 @@ constexpr uint8_t kAllPages = 0x3F;
 constexpr uint8_t kChangeable = 1;
 constexpr uint8_t kDefault = 2;
 constexpr uint8_t kSaved = 3;
-constexpr uint16_t kSpeeds[] = {8467, 5645, 2822, 1411, 706};  // kB/s: 48, 32, 16, 8 and 4 times
 constexpr uint16_t kBufferKilobytes = 2048;
 
 Bytes recoveryPage() {

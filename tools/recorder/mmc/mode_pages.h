@@ -11,6 +11,8 @@
 namespace velmor::recorder {
 
 inline constexpr uint8_t kSessionAtOnce = 2;
+/// Of writing and reading, kB/s: 48, 32, 16, 8 and 4 times.
+inline constexpr uint16_t kSpeeds[] = {8467, 5645, 2822, 1411, 706};
 
 class ModePages {
  public:

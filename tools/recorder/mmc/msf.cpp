@@ -18,6 +18,10 @@ Msf msfOf(int32_t lba) {
           static_cast<uint8_t>(frames % 75)};
 }
 
+Msf durationOf(int32_t sectors) {
+  return msfOf(sectors - kFirstPregap);
+}
+
 std::optional<int32_t> lbaOf(Msf msf) {
   if (msf.minute > 99 || msf.second > 59 || msf.frame > 74) {
     return std::nullopt;

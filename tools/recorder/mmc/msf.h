@@ -18,6 +18,8 @@ struct Msf {
 
 /// Addresses before -150 lie in the lead-in, whose times run up to 99:59:74.
 Msf msfOf(int32_t lba);
+/// A length, which counts from zero where an address counts from the two seconds before track 1.
+Msf durationOf(int32_t sectors);
 /// Minutes from 90 on are lead-in times and give negative addresses. Nothing if S > 59 or F > 74.
 std::optional<int32_t> lbaOf(Msf msf);
 /// "MM:SS:FF"

@@ -16,6 +16,11 @@ void storeTime(uint8_t* to, Msf msf) {
   to[2] = decimal(msf.frame);
 }
 
+/// The P sub-channel marks the pregaps.
+bool isPause(const Track* track, int32_t lba) {
+  return track != nullptr && lba < track->start();
+}
+
 }  // namespace
 
 std::array<uint8_t, 16> qFrameOf(const Disc& disc, int32_t lba) {
@@ -35,9 +40,10 @@ std::array<uint8_t, 16> qFrameOf(const Disc& disc, int32_t lba) {
   frame[0] = static_cast<uint8_t>(owner.control << 4 | 1);
   frame[1] = track != nullptr ? decimal(track->number) : kLeadOutNumber;
   frame[2] = decimal(index);
-  storeTime(&frame[3], msfOf(relative - kFirstPregap));
+  storeTime(&frame[3], durationOf(relative));
   storeTime(&frame[7], msfOf(lba));
   storeBig16(&frame[kChecked], invertedCrc16({frame.data(), kChecked}));
+  frame.back() = isPause(track, lba) ? kPauseFlag : 0;
   return frame;
 }
 

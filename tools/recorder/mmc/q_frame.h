@@ -5,8 +5,12 @@
 
 namespace velmor::recorder {
 
+/// P of a sector, where READ CD's formatted Q carries it: set in a pregap.
+inline constexpr uint8_t kPauseFlag = 0x80;
+
 /// Sixteen bytes: control and ADR, track, index, time in the track, zero, absolute time (all
-/// binary-coded decimal), check sum, padding. `lba` lies on the disc's tracks or in its lead-out.
+/// binary-coded decimal), check sum, padding, and the P sub-channel's flag in the last byte. `lba`
+/// lies on the disc's tracks or in its lead-out.
 std::array<uint8_t, 16> qFrameOf(const Disc& disc, int32_t lba);
 
 }  // namespace velmor::recorder

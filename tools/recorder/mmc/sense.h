@@ -25,7 +25,7 @@ inline constexpr Sense kOperationInProgress{0x2, 0x04, 0x07};
 inline constexpr Sense kNoMediumTrayClosed{0x2, 0x3A, 0x01};
 inline constexpr Sense kNoMediumTrayOpen{0x2, 0x3A, 0x02};
 inline constexpr Sense kWriteError{0x3, 0x0C, 0x00};
-inline constexpr Sense kUnrecoveredReadError{0x3, 0x11, 0x05};
+inline constexpr Sense kUnrecoveredReadError{0x3, 0x11, 0x06};
 inline constexpr Sense kParameterListLength{0x5, 0x1A, 0x00};
 inline constexpr Sense kUnknownCommand{0x5, 0x20, 0x00};
 inline constexpr Sense kAddressOutOfRange{0x5, 0x21, 0x00};
@@ -39,7 +39,6 @@ inline constexpr Sense kRemovalPrevented{0x5, 0x53, 0x02};
 inline constexpr Sense kIllegalModeForTrack{0x5, 0x64, 0x00};
 inline constexpr Sense kIncompleteTrackInSession{0x5, 0x72, 0x03};
 inline constexpr Sense kMediumChanged{0x6, 0x28, 0x00};
-inline constexpr Sense kModeParametersChanged{0x6, 0x2A, 0x01};
 inline constexpr Sense kWriteProtected{0x7, 0x27, 0x00};
 inline constexpr Sense kDataPhaseError{0xB, 0x4B, 0x00};
 
