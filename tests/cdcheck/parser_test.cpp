@@ -119,6 +119,10 @@ TEST(Parser, ReadsHugeAndHostileSheetsInTheTimeOfTheirLength) {
   std::string tracks = "FILE a BINARY\n";
   for (int i = 0; i < 100000; ++i) tracks += "TRACK 1 AUDIO\nINDEX 1 0:0:0\n";
   EXPECT_EQ(parse(tracks).tracks.size(), 100000u);
+  // A command behind millions of blanks is no line that was cut.
+  const Sheet blanks = parse("TITLE \"" + std::string(16 << 20, ' ') + "REM x");
+  ASSERT_EQ(blanks.problems.size(), 1u);
+  EXPECT_EQ(blanks.problems[0].kind, SyntaxKind::unclosed);
   EXPECT_EQ(parse(std::string(1 << 20, '\0')).tracks.size(), 0u);
   EXPECT_EQ(parse(std::string(1 << 20, '"')).tracks.size(), 0u);
 }

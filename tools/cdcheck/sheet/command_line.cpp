@@ -35,7 +35,9 @@ std::string_view takeWord(std::string_view& rest) {
   return word;
 }
 
-bool isCommand(std::string_view word) {
+bool beginsCommand(std::string_view line) {
+  std::string_view start = line.substr(0, 64);
+  const std::string word = upperCase(takeWord(start));
   return std::find(kCommands.begin(), kCommands.end(), word) != kCommands.end();
 }
 

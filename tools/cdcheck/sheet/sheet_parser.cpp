@@ -40,8 +40,7 @@ class Parser {
   /// cut commands and leaves the last one.
   std::string_view passCutCommands(std::string_view text) {
     while (text.size() > kCutAt) {
-      std::string_view rest = text.substr(kCutAt);
-      if (!isCommand(upperCase(takeWord(rest).substr(0, 20)))) break;
+      if (!beginsCommand(text.substr(kCutAt))) break;
       problem(SyntaxKind::cutLine, line_, "");
       cut_ = true;
       readCommand(text.substr(0, kCutAt));
@@ -54,10 +53,9 @@ class Parser {
   /// The rest of a quoted value whose line ended before its closing quote.
   bool joinsPending(std::string_view text) {
     if (!pending_) return false;
-    std::string_view rest = text;
     const Pending before = *pending_;
     pending_.reset();
-    if (isCommand(upperCase(takeWord(rest).substr(0, 20)))) {
+    if (beginsCommand(text)) {
       problem(SyntaxKind::unclosed, before.line, "");
       return false;
     }
