@@ -103,6 +103,21 @@ TEST_F(ReportTest, NamesAnImageThatIsMissing) {
               Contains("image-missing"));
 }
 
+TEST_F(ReportTest, TakesAFolderForNoImage) {
+  std::filesystem::create_directory(folder_ / "image");
+  const Report report = reportOn("FILE \"image\" BINARY\n" + track(1, "INDEX 01 00:00:00"));
+  EXPECT_THAT(rulesOf(report), Contains("image-missing"));
+  EXPECT_THAT(report.findings[0].what, HasSubstr("not a regular file"));
+}
+
+TEST_F(ReportTest, SaysOfAContainerThatWasBrokenOffThatItHoldsNoSamples) {
+  const std::string track1 = track(1, "INDEX 01 00:00:00");
+  writeFile(folder_ / "a.wav", waveHeader(4).substr(0, 36));
+  EXPECT_THAT(rulesOf(reportOn("FILE a.wav WAVE\n" + track1)), Contains("image-empty"));
+  writeFile(folder_ / "a.aiff", std::string("FORM\0\0\0\4AIFF", 12));
+  EXPECT_THAT(rulesOf(reportOn("FILE a.aiff AIFF\n" + track1)), Contains("image-empty"));
+}
+
 TEST_F(ReportTest, GoesByTheLengthOfTheDiscWithTheSilenceThatTheSheetAdds) {
   // 1500 sectors of image after a PREGAP.
   const std::vector<std::pair<std::string, std::string>> cases = {
