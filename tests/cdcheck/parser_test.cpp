@@ -96,6 +96,19 @@ INSTANTIATE_TEST_SUITE_P(
         Bad{"FILE \"a.bin BINARY\n", SyntaxKind::unclosed, 1},
         Bad{"FILE a BINARY\nTRACK 1 AUDIO\nINDEX 01 00:00:00 x\n", SyntaxKind::textAfterValue, 3}));
 
+TEST(Parser, KnowsWhereSmallLettersAndAMissingLineEndAre) {
+  const Sheet small = parse("REM x\nfile a BINARY\nTRACK 01 audio\nindex 01 00:00:00");
+  EXPECT_EQ(small.lowerCaseCommand, 2);
+  EXPECT_EQ(small.lowerCaseFileType, 0);
+  EXPECT_TRUE(small.noLastLineEnd);
+  const Sheet mode = parse("FILE a Wave\nTRACK 01 Audio\nINDEX 01 00:00:00\r");
+  EXPECT_EQ(mode.lowerCaseCommand, 2);
+  EXPECT_EQ(mode.lowerCaseFileType, 1);
+  EXPECT_FALSE(mode.noLastLineEnd);
+  EXPECT_EQ(parse("nonsense\n").lowerCaseCommand, 0);
+  EXPECT_FALSE(parse("").noLastLineEnd);
+}
+
 TEST(Parser, JoinsAValueThatGoesOnOverSeveralLines) {
   EXPECT_EQ(parse("TITLE \"a\nb\nc\"\nPERFORMER x\n").fields.title->bytes, "a b c");
 }

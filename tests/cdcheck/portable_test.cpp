@@ -59,6 +59,7 @@ LoadedDisc portableTruth(const BadCase& bad) {
 
 bool canBeMade(const BadCase& bad) {
   return bad.rule != "minutes-over-99" && bad.rule != "too-many-tracks" &&
+         bad.rule != "unknown-track-mode" && bad.rule != "quote-in-file-name" &&
          bad.rule != "index-past-end" && bad.rule != "image-not-whole-sectors";
 }
 

@@ -76,7 +76,7 @@ Report check(const std::filesystem::path& sheet, const CheckOptions& options) {
   scanImages(report.disc, options);
   Findings findings(options.readers);
   for (const auto group :
-       {checkSyntax, checkTexts, checkCodes, checkLayout, checkImages, checkAudio})
+       {checkSyntax, checkTexts, checkCodes, checkTracks, checkLayout, checkImages, checkAudio})
     group(report.disc, findings);
   report.findings = std::move(findings).sorted();
   keepErrorsOfNoSheet(report.findings);

@@ -8,6 +8,7 @@
 #include "tools/cdcheck/portable/plain_text.h"
 #include "tools/cdcheck/portable/start_times.h"
 #include "tools/cdcheck/rules/codes.h"
+#include "tools/cdcheck/rules/track_words.h"
 #include "tools/cdcheck/sheet/command_line.h"
 
 namespace velmor::cdcheck {
@@ -21,7 +22,7 @@ constexpr std::string_view kHopeless[] = {
     "index-past-end",  "bad-number",        "time-out-of-range", "minutes-over-99",
     "file-type",       "misplaced-command", "track-number",      "not-a-text",
     "more-problems",   "too-many-files",    "file-starts-late",  "image-unreadable",
-    "not-of-its-type"};
+    "not-of-its-type", "unknown-track-mode"};
 
 void refuseHopeless(const Report& report) {
   for (const Finding& f : report.findings) {
@@ -138,11 +139,24 @@ class Maker {
     const std::string whose = "Track " + std::to_string(from.number);
     takeFields(from.fields, to.fields, whose);
     takeIsrc(from, to, whose);
-    if (from.flags) to.flags = upperCase(plainText(from.flags->bytes).text);
+    takeFlags(from, to, whose);
     if (from.pregap) to.pregap = from.pregap->sectors();
     if (from.postgap) to.postgap = from.postgap->sectors();
     for (const Index& i : from.indices) to.indices.push_back({i.number, i.time.sectors(), i.file});
     made_.tracks.push_back(std::move(to));
+  }
+
+  void takeFlags(const Track& from, PlainTrack& to, const std::string& whose) {
+    if (!from.flags) return;
+    const std::string words = upperCase(from.flags->bytes);
+    for (std::string_view rest = words; !rest.empty();) {
+      const std::string_view word = takeWord(rest);
+      if (isFlag(word))
+        (to.flags += to.flags.empty() ? "" : " ") += word;
+      else
+        say(whose + ": FLAGS '" + std::string(word.substr(0, 40)) + "' is left out: it is none.");
+    }
+    if (from.flags->quoted) say(whose + ": FLAGS is written without quotes.");
   }
 
   void takeIsrc(const Track& from, PlainTrack& to, const std::string& whose) {

@@ -22,6 +22,9 @@ void checkFile(const File& file, const ImageFile& image, Findings& findings) {
         Severity::error, "file-type", place, "FILE has the type '" + file.type.substr(0, 40) + "'",
         "It is one of BINARY, MOTOROLA, WAVE, AIFF, MP3: decode other audio to one of them.",
         kSheetRules);
+  if (file.name.bytes.find('"') != std::string::npos)
+    findings.addForReaders("quote-in-file-name", place, "the name in FILE has a quote inside",
+                           "Rename the image.");
   if (!image.exists()) {
     findings.add(Severity::error, "image-missing", place,
                  shown(image) + " cannot be opened: " + image.problem(),

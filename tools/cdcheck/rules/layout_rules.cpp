@@ -158,17 +158,6 @@ void checkLeadIns(const Sheet& sheet, Findings& findings) {
   }
 }
 
-void checkModes(const Sheet& sheet, Findings& findings) {
-  int number = 0;
-  for (const Track& t : sheet.tracks) {
-    ++number;
-    if (!t.isAudio())
-      findings.add(Severity::warning, "not-audio", {t.line, number},
-                   "the track is " + (t.mode.empty() ? "of no kind" : t.mode) + ", not AUDIO",
-                   "Sector rules of audio are applied to it all the same.", kRedBook);
-  }
-}
-
 }  // namespace
 
 void checkLayout(const Disc& disc, Findings& findings) {
@@ -179,7 +168,6 @@ void checkLayout(const Disc& disc, Findings& findings) {
   checkLengths(disc, findings);
   checkDiscLength(disc, findings);
   checkLeadIns(disc.sheet, findings);
-  checkModes(disc.sheet, findings);
 }
 
 }  // namespace velmor::cdcheck

@@ -21,6 +21,7 @@ class Parser {
     sheet_.binaryBytes = bytes_.find('\0') != std::string_view::npos;
     sheet_.byteOrderMark = bytes_.starts_with(kByteOrderMark);
     if (sheet_.byteOrderMark) bytes_.remove_prefix(kByteOrderMark.size());
+    sheet_.noLastLineEnd = !bytes_.empty() && !bytes_.ends_with('\n') && !bytes_.ends_with('\r');
     LineReader lines(bytes_);
     while (const auto line = lines.next()) readLine(*line);
     if (pending_) problem(SyntaxKind::unclosed, pending_->line, "");
@@ -85,7 +86,13 @@ class Parser {
       readGap(command, rest);
     } else if (!readText(command, rest)) {
       problem(SyntaxKind::unknownCommand, line_, word.substr(0, 40));
+      return;
     }
+    noteSmallLetters(word, sheet_.lowerCaseCommand);
+  }
+
+  void noteSmallLetters(std::string_view word, int& firstLine) const {
+    if (firstLine == 0 && upperCase(word) != word) firstLine = line_;
   }
 
   bool readText(std::string_view command, std::string_view rest) {
@@ -122,6 +129,8 @@ class Parser {
   void readFile(std::string_view rest) {
     File file;
     file.name = valueBeforeWord(rest, line_, file.type);
+    noteSmallLetters(file.type, sheet_.lowerCaseFileType);
+    file.type = upperCase(file.type);
     if (!file.name.closed) problem(SyntaxKind::unclosed, line_, "FILE");
     sheet_.files.push_back(std::move(file));
   }
@@ -130,7 +139,9 @@ class Parser {
     if (sheet_.files.empty()) problem(SyntaxKind::misplaced, line_, "TRACK before any FILE");
     Track made;
     made.number = parseNumber(takeWord(rest), 6);
-    made.mode = upperCase(trimmed(rest).substr(0, 40));
+    made.mode = trimmed(rest).substr(0, 40);
+    noteSmallLetters(made.mode, sheet_.lowerCaseCommand);
+    made.mode = upperCase(made.mode);
     made.line = line_;
     if (made.number < 0) problem(SyntaxKind::badNumber, line_, "TRACK");
     sheet_.tracks.push_back(std::move(made));
