@@ -92,6 +92,19 @@ INSTANTIATE_TEST_SUITE_P(
         Layout{"field-not-for-all",
                "TRACK 01 AUDIO\nTITLE a\nINDEX 01 00:00:00\nTRACK 02 AUDIO\nINDEX 01 00:05:00\n"}));
 
+TEST_F(ReportTest, TakesTrackNumbersFromOneTo99ThatFollowEachOther) {
+  const std::string first =
+      "TRACK 98 AUDIO\nINDEX 01 00:00:00\nTRACK 99 AUDIO\nINDEX 01 00:05:00\n";
+  EXPECT_THAT(rulesFor(first), Not(Contains("track-number")));
+  EXPECT_THAT(rulesFor(first + "TRACK 100 AUDIO\nINDEX 01 00:10:00\n"), Contains("track-number"));
+}
+
+TEST_F(ReportTest, CountsOnOverATrackNumberThatCannotBeRead) {
+  EXPECT_THAT(rulesFor(track(1, "INDEX 01 00:00:00") + "TRACK xx AUDIO\nINDEX 01 00:05:00\n" +
+                       track(3, "INDEX 01 00:10:00")),
+              testing::AllOf(Contains("bad-number"), Not(Contains("track-number"))));
+}
+
 TEST_F(ReportTest, TakesATrackOfExactlyFourSeconds) {
   EXPECT_THAT(rulesFor(track(1, "INDEX 01 00:00:00") + track(2, "INDEX 01 00:04:00") +
                        track(3, "INDEX 01 00:16:00")),

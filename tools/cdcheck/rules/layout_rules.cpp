@@ -15,6 +15,18 @@ constexpr int64_t k74Minutes = 333'000;    ///< sectors
 constexpr int64_t k79Minutes57 = 359'775;  ///< sectors
 constexpr int64_t kLastLba = 398'099;      ///< of the last sector
 
+void checkNumber(const Track& t, Place place, int expected, size_t tracks, Findings& findings) {
+  if (t.number >= 0 && t.number != expected)
+    findings.add(
+        Severity::error, "track-number", place,
+        "TRACK " + std::to_string(t.number) + " where " + std::to_string(expected) + " is expected",
+        "Number the tracks without gaps.", kRedBook);
+  else if (t.number > 99 && tracks <= 99)
+    findings.add(Severity::error, "track-number", place,
+                 "TRACK " + std::to_string(t.number) + "; the last number that a disc has is 99",
+                 "Begin with a lower number.", kRedBook);
+}
+
 void checkNumbers(const Sheet& sheet, Findings& findings) {
   if (sheet.tracks.empty()) {
     findings.add(Severity::error, "no-tracks", {}, "the sheet has no TRACK",
@@ -25,16 +37,11 @@ void checkNumbers(const Sheet& sheet, Findings& findings) {
     findings.add(Severity::error, "too-many-tracks", {sheet.tracks[99].line, 100},
                  "the sheet has " + std::to_string(sheet.tracks.size()) + " tracks; a disc has 99",
                  "Join tracks, or make two discs.", kRedBook);
-  int expected = sheet.tracks.front().number;
+  int expected = std::max(sheet.tracks.front().number, 1);
   int counted = 0;
   for (const Track& t : sheet.tracks) {
-    ++counted;
-    if (t.number >= 0 && (t.number != expected || t.number == 0))
-      findings.add(Severity::error, "track-number", {t.line, counted},
-                   "TRACK " + std::to_string(t.number) + " where " +
-                       std::to_string(std::max(expected, 1)) + " is expected",
-                   "Number the tracks without gaps.", kRedBook);
-    expected = t.number + 1;
+    checkNumber(t, {t.line, ++counted}, expected, sheet.tracks.size(), findings);
+    expected = (t.number < 0 ? expected : t.number) + 1;
   }
 }
 
