@@ -111,6 +111,20 @@ TEST_F(ReportTest, TakesATrackOfExactlyFourSeconds) {
               Not(Contains("track-under-4-s")));
 }
 
+TEST_F(ReportTest, DoesNotCountTheNextTracksPauseAmongTheFourSeconds) {
+  // cdrdao warns of the first as well, and takes the second.
+  const auto withPauseAt = [this](const std::string& time) {
+    return rulesFor(track(1, "INDEX 01 00:00:00") +
+                    track(2, "INDEX 00 " + time + "\r\nINDEX 01 00:06:00"));
+  };
+  EXPECT_THAT(withPauseAt("00:03:74"), Contains("track-under-4-s"));
+  EXPECT_THAT(withPauseAt("00:04:00"), Not(Contains("track-under-4-s")));
+  TestImage(1500).write(folder_ / "two.bin");
+  EXPECT_THAT(rulesFor(track(1, "INDEX 01 00:00:00") + "TRACK 02 AUDIO\nINDEX 00 00:03:00\n" +
+                       "FILE two.bin BINARY\nINDEX 01 00:00:00\n"),
+              Contains("track-under-4-s"));
+}
+
 TEST_F(ReportTest, NamesAnImageThatIsMissing) {
   EXPECT_THAT(rulesOf(reportOn("FILE \"none.bin\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n")),
               Contains("image-missing"));

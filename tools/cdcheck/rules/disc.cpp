@@ -49,6 +49,14 @@ std::optional<TrackPlace> placeOf(const Track& track) {
   return place;
 }
 
+/// Where the pause (INDEX 00) of `next` begins, when that is behind `here` in the same file.
+int64_t pauseStart(const Track& next, const TrackPlace& here) {
+  const Index* gap = next.index(0);
+  if (!gap || !gap->time.readable() || gap->file != here.file) return here.end;
+  const int64_t start = sectorsOf(gap->time);
+  return start > here.start ? std::min(start, here.end) : here.end;
+}
+
 void setEnds(Disc& disc) {
   for (size_t t = 0; t < disc.places.size(); ++t) {
     if (!disc.places[t]) continue;
@@ -65,6 +73,8 @@ void setEnds(Disc& disc) {
       here.endKnown = false;
       here.end = here.start;
     }
+    here.ownEnd =
+        t + 1 < disc.places.size() ? pauseStart(disc.sheet.tracks[t + 1], here) : here.end;
   }
 }
 

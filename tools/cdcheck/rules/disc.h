@@ -18,6 +18,7 @@ struct TrackPlace {
   int64_t gapStart = 0;  ///< INDEX 00 where it is in the same file, else `start`
   int64_t start = 0;     ///< INDEX 01
   int64_t end = 0;       ///< one past its last sector; `start` when that is not known
+  int64_t ownEnd = 0;    ///< `end` without the pause that belongs to the next track
   int64_t onDisc = 0;    ///< `start`, counted from the disc's LBA 0
   bool endKnown = false;
 };

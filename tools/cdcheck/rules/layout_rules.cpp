@@ -118,7 +118,7 @@ void checkLengths(const Disc& disc, Findings& findings) {
   for (size_t t = 0; t < disc.places.size(); ++t) {
     if (!disc.places[t] || !disc.places[t]->endKnown) continue;
     const TrackPlace& place = *disc.places[t];
-    const int64_t length = place.end - place.start;
+    const int64_t length = place.ownEnd - place.start;
     if (length > 0 && length < kShortestTrack)
       findings.add(Severity::error, "track-under-4-s",
                    {disc.sheet.tracks[t].line, static_cast<int>(t) + 1},
