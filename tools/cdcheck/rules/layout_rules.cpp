@@ -45,21 +45,24 @@ void checkNumbers(const Sheet& sheet, Findings& findings) {
   }
 }
 
-void checkTime(const Index& index, int track, Findings& findings) {
-  const Place place{index.line, track};
-  if (!index.time.readable()) return;
-  if (!index.time.inRange())
+/// `what` begins the sentence about a time that no disc has room for.
+void checkTime(const Msf& time, const std::string& what, Place place, Findings& findings) {
+  if (!time.readable()) return;
+  if (!time.inRange())
     findings.add(Severity::error, "time-out-of-range", place,
                  "the time has seconds above 59 or frames above 74",
                  "Seconds go to 59, frames (sectors) to 74.", kRedBook);
-  if (index.time.minutes >= 100)
+  if (time.minutes >= 100)
     findings.add(Severity::error, "minutes-over-99", place,
-                 "the index lies at 100 minutes or more, which no disc has room for",
-                 "Make two discs.", kRedBook);
+                 what + " 100 minutes or more, which no disc has room for", "Make two discs.",
+                 kRedBook);
 }
 
 void checkIndices(const Track& t, int track, Findings& findings) {
-  for (const Index& i : t.indices) checkTime(i, track, findings);
+  if (t.pregap) checkTime(*t.pregap, "PREGAP lasts", {t.line, track}, findings);
+  for (const Index& i : t.indices)
+    checkTime(i.time, "the index lies at", {i.line, track}, findings);
+  if (t.postgap) checkTime(*t.postgap, "POSTGAP lasts", {t.line, track}, findings);
   if (!t.index(1))
     findings.add(Severity::error, "no-index-01", {t.line, track}, "the track has no INDEX 01",
                  "Give the time at which it starts.", kSheetRules);
