@@ -133,6 +133,20 @@ TEST_F(ReportTest, NamesAnImageThatIsMissing) {
               Contains("image-missing"));
 }
 
+TEST_F(ReportTest, TakesAnImageForBesideTheSheetHoweverItsFolderIsSpelled) {
+  EXPECT_THAT(rulesOf(reportOn("FILE \"./image.bin\" BINARY\n" + track(1, "INDEX 01 00:00:00"))),
+              Not(Contains("image-named-otherwise")));
+}
+
+TEST_F(ReportTest, CountsNoFileThatNoTrackIsIn) {
+  TestImage(400).write(folder_ / "other.bin");
+  const Report report =
+      reportOn("FILE other.bin BINARY\nFILE image.bin BINARY\n" + track(1, "INDEX 01 00:00:00"));
+  EXPECT_THAT(rulesOf(report), Contains("file-without-track"));
+  EXPECT_EQ(report.disc.length, 1500);
+  EXPECT_EQ(report.disc.places.at(0)->onDisc, 0);
+}
+
 TEST_F(ReportTest, TakesAFolderForNoImage) {
   std::filesystem::create_directory(folder_ / "image");
   const Report report = reportOn("FILE \"image\" BINARY\n" + track(1, "INDEX 01 00:00:00"));

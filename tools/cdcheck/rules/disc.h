@@ -37,6 +37,9 @@ struct Disc {
 /// sheet's own file.
 Disc openDisc(Sheet sheet, const std::filesystem::path& name);
 
+/// For each FILE of `sheet`: does an index stand in it?
+std::vector<bool> filesInUse(const Sheet& sheet);
+
 /// Does the sheet look like one whose times were truncated to milliseconds and then to sectors?
 /// Such a time can lie one sector before what it means: n/75 s becomes sector n - 1 unless n is
 /// divisible by 3, and a last digit FF with FF mod 3 = 2 never comes out for a sector boundary.
