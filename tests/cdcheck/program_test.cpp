@@ -80,6 +80,13 @@ TEST_F(ProgramTest, RefusesToReplaceAFileAndWritesNeither) {
   EXPECT_EQ(run({"image.cue", "--toc", "p.toc", "--force"}).status, 0);
 }
 
+TEST_F(ProgramTest, WritesNeitherWhenTheSecondOfThemCannotBeWritten) {
+  EXPECT_EQ(run({"image.cue", "--portable", "p.cue", "--toc", "none/p.toc"}).status, 2);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "p.cue"));
+  const auto files = std::filesystem::directory_iterator(folder_.path());
+  EXPECT_EQ(std::distance(begin(files), end(files)), 2);
+}
+
 TEST_F(ProgramTest, NeverReplacesTheSheetItself) {
   EXPECT_EQ(run({"image.cue", "--portable", "image.cue", "--force"}).status, 2);
   EXPECT_EQ(run({"image.cue", "--portable", "image.bin", "--force"}).status, 2);

@@ -69,17 +69,17 @@ struct Second {
   TextOf text;
 };
 
-/// Both texts are made before either file is written, so that a failure writes neither.
 std::vector<std::string> writeSeconds(const Report& report, const std::vector<Second>& seconds,
                                       bool force) {
-  std::vector<std::string> texts, changes;
+  std::vector<TextFile> files;
+  std::vector<std::string> changes;
   for (const Second& s : seconds) {
     refuseTarget(s.path, report.sheet, imagePaths(report), force);
     const PortableDisc disc = makePortable(report, s.path);
-    texts.push_back(s.text(disc));
+    files.push_back({s.path, s.text(disc)});
     if (changes.size() < disc.changes.size()) changes = disc.changes;
   }
-  for (size_t i = 0; i < seconds.size(); ++i) writeWhole(seconds[i].path, texts[i], force);
+  writeWhole(files, force);
   return changes;
 }
 
