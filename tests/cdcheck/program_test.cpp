@@ -129,6 +129,36 @@ TEST_F(ProgramTest, CountsWhatItLeavesOutBehindTheLinesThatItShows) {
               HasSubstr("line 54 [unknown-command] 10 more of this kind are left out"));
 }
 
+TEST_F(ProgramTest, PrintsNoControlCharactersOfASheetWhereverItQuotesThem) {
+  const std::string sheet = readFile(folder_ / "image.cue");
+  writeFile(folder_ / "image.cue", sheet + "ISRC \x1B[31mX\r\n");
+  const ProcessResult written = run({"image.cue", "--portable", "p.cue"});
+  EXPECT_THAT(written.out, HasSubstr("changed: Track 1: ISRC '?[31mX' is left out"));
+  EXPECT_EQ(written.all.find('\x1B'), std::string::npos);
+  writeFile(folder_ / "image.cue", sheet + "TRACK 02 \x1B[31m\r\nINDEX 01 00:08:00\r\n");
+  EXPECT_EQ(run({"image.cue", "--portable", "q.cue"}).all.find('\x1B'), std::string::npos);
+}
+
+TEST_F(ProgramTest, SaysInJsonAllThatItSaysInLines) {
+  const ProcessResult result =
+      run({"image.cue", "--json", "--portable", "p.cue", "--toc", "p.toc"});
+  const auto json = nlohmann::json::parse(result.out);
+  EXPECT_EQ(json["written"], (nlohmann::json{"p.cue", "p.toc"}));
+  EXPECT_EQ(json["changes"][0], "CATALOG is written without quotes.");
+  EXPECT_EQ(json["findings"][0]["rule"], "catalog-quoted");
+  EXPECT_EQ(json["findings"][0]["damage"], "the number is lost or cut");
+}
+
+TEST_F(ProgramTest, DoesNotCallAReportDoneThatNobodyGot) {
+  for (const std::string options : {"", " --json"}) {
+    const ProcessResult full =
+        runProcess({"sh", "-c", VELMOR_CDCHECK " image.cue" + options + " > /dev/full"},
+                   folder_.path().string());
+    EXPECT_EQ(full.status, 2) << options;
+    EXPECT_THAT(full.all, HasSubstr("cannot be written"));
+  }
+}
+
 TEST_F(ProgramTest, DrawsNoProgressBarIntoAPipe) {
   EXPECT_EQ(run({"image.cue"}).all, run({"image.cue"}).out);
 }

@@ -8,6 +8,7 @@
 #include "tools/cdcheck/portable/plain_text.h"
 #include "tools/cdcheck/portable/start_times.h"
 #include "tools/cdcheck/rules/codes.h"
+#include "tools/cdcheck/rules/encoding.h"
 #include "tools/cdcheck/rules/track_words.h"
 #include "tools/cdcheck/sheet/command_line.h"
 
@@ -30,8 +31,8 @@ void refuseHopeless(const Report& report) {
         std::find(std::begin(kHopeless), std::end(kHopeless), f.rule) == std::end(kHopeless))
       continue;
     const std::string where = f.line > 0 ? " (line " + std::to_string(f.line) + ")" : "";
-    throw CheckError("No second sheet can be made from '" + report.sheet.string() + "': " + f.what +
-                     where + ". " + f.action);
+    throw CheckError("No second sheet can be made from '" + report.sheet.string() +
+                     "': " + printable(f.what) + where + ". " + f.action);
   }
 }
 
@@ -57,7 +58,7 @@ class Maker {
   }
 
  private:
-  void say(std::string change) { made_.changes.push_back(std::move(change)); }
+  void say(const std::string& change) { made_.changes.push_back(printable(change)); }
 
   void takeCatalog() {
     if (!sheet_.catalog) return;
@@ -97,7 +98,7 @@ class Maker {
       const ImageFile& image = report_.disc.images[f];
       PlainFile file{fileName(image.path()), sheet_.files[f].type};
       if (file.name.find_first_of("\"\r\n") != std::string::npos)
-        throw CheckError("The image's name '" + file.name +
+        throw CheckError("The image's name '" + printable(file.name) +
                          "' has a quote or a line break, which no sheet can hold: rename it.");
       if (!std::all_of(file.name.begin(), file.name.end(),
                        [](char c) { return static_cast<unsigned char>(c) < 128; }))
