@@ -114,6 +114,15 @@ TEST_F(ProgramTest, SaysInAFewLinesThatAnImageIsNoSheet) {
   EXPECT_THAT(result.out, testing::Not(HasSubstr("unknown-command")));
 }
 
+TEST_F(ProgramTest, TakesNoFileOver16MiBForASheet) {
+  writeSparse(folder_ / "image.cue", int64_t{16} << 20);
+  EXPECT_EQ(run({"image.cue"}).status, 1);
+  writeSparse(folder_ / "image.cue", (int64_t{16} << 20) + 1);
+  const ProcessResult result = run({"image.cue"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.all, HasSubstr("is over 16 MiB and no cue sheet"));
+}
+
 TEST_F(ProgramTest, DoesNotWaitForAPipeThatNobodyWritesTo) {
   ASSERT_EQ(::mkfifo((folder_ / "pipe.cue").c_str(), 0600), 0);
   const ProcessResult result = run({"pipe.cue"});
