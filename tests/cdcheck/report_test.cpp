@@ -128,6 +128,17 @@ TEST_F(ReportTest, DoesNotCountTheNextTracksPauseAmongTheFourSeconds) {
               Contains("track-under-4-s"));
 }
 
+TEST_F(ReportTest, GivesNoLeadingZeroToTwelveDigitsThatAreNoUpc) {
+  const auto adviceOn = [this](const std::string& catalog) {
+    const Report report = reportOn("CATALOG " + catalog + "\nFILE \"image.bin\" BINARY\n" +
+                                   track(1, "INDEX 01 00:00:00"));
+    EXPECT_THAT(rulesOf(report), Contains("catalog-12-digits"));
+    return report.findings.at(0).action;
+  };
+  EXPECT_THAT(adviceOn("731452345622"), HasSubstr("0731452345622"));
+  EXPECT_THAT(adviceOn("731452345628"), HasSubstr("bar code"));
+}
+
 TEST_F(ReportTest, NamesAnImageThatIsMissing) {
   EXPECT_THAT(rulesOf(reportOn("FILE \"none.bin\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n")),
               Contains("image-missing"));
