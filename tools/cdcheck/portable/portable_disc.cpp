@@ -62,17 +62,18 @@ class Maker {
 
   void takeCatalog() {
     if (!sheet_.catalog) return;
-    const std::string& code = sheet_.catalog->bytes;
+    std::string code = sheet_.catalog->bytes;
     if (sheet_.catalog->quoted) say("CATALOG is written without quotes.");
     if (code.size() == 12 && allDigits(code)) {
-      made_.catalog = '0' + code;
-      say("CATALOG " + code + " is written as " + made_.catalog + ": a UPC takes a leading 0.");
-    } else if (code.size() == 13 && allDigits(code)) {
-      made_.catalog = code;
-      if (!isMcn(code)) say("CATALOG " + code + " is kept with its wrong check digit: look it up.");
-    } else {
-      say("CATALOG '" + code.substr(0, 40) + "' is left out: it is not 13 digits.");
+      say("CATALOG " + code + " is written as 0" + code + ": a UPC takes a leading 0.");
+      code.insert(code.begin(), '0');
     }
+    if (code.size() != 13 || !allDigits(code)) {
+      say("CATALOG '" + code.substr(0, 40) + "' is left out: it is not 13 digits.");
+      return;
+    }
+    made_.catalog = code;
+    if (!isMcn(code)) say("CATALOG " + code + " is kept with its wrong check digit: look it up.");
   }
 
   void takeText(const std::optional<Text>& from, std::string& to, const std::string& what) {
