@@ -113,6 +113,20 @@ const std::vector<BadCase>& badCases() {
        {Reader::cdrdao}},
       {"bad.23.one-isrc-for-two-tracks", "isrc-twice", withCode(2, "USABC0500001")},
       {"bad.24.image-named-otherwise", "image-named-otherwise", usual(), ImageKind::otherName},
+      {"bad.25.no-line-end-at-the-end", "no-last-line-end", usual()},
+      // chdman waits without end for the line's.
+      {"bad.26.carriage-returns-alone",
+       "carriage-return-alone",
+       usual(),
+       ImageKind::plain,
+       {},
+       {Reader::chdman}},
+      {"bad.27.commands-in-small-letters", "lower-case-command", usual()},
+      {"bad.28.file-type-in-small-letters", "lower-case-file-type", usual()},
+      {"bad.29.empty-songwriter", "empty-text", usual()},
+      {"bad.30.unknown-flag", "unknown-flag", usual()},
+      {"bad.31.unknown-track-mode", "unknown-track-mode", usual()},
+      {"bad.32.quote-in-the-file-name", "quote-in-file-name", usual(), ImageKind::quotedName},
   };
   return kCases;
 }
@@ -121,10 +135,12 @@ SheetOnDisk prepare(const BadCase& bad, const std::filesystem::path& folder) {
   SheetOnDisk disk{folder.string(), "image.cue", "image.bin", kPlainSectors};
   if (bad.image == ImageKind::otherName) disk.sheet = "album.cue";
   writeFile(folder / disk.sheet, readFile(casesFolder() / (bad.name + ".cue")));
+  if (bad.image == ImageKind::quotedName) disk.image = "im\"age.bin";
   const std::filesystem::path image = folder / disk.image;
   switch (bad.image) {
     case ImageKind::plain:
     case ImageKind::otherName:
+    case ImageKind::quotedName:
       TestImage(kPlainSectors).write(image);
       break;
     case ImageKind::extraBytes:

@@ -10,7 +10,7 @@
 
 namespace velmor::cdcheck::test {
 
-enum class ImageKind { plain, wholeDisc, hundredTracks, extraBytes, otherName };
+enum class ImageKind { plain, wholeDisc, hundredTracks, extraBytes, otherName, quotedName };
 
 struct BadCase {
   std::string name;  ///< of the sheet in cases/, without ".cue"
@@ -19,7 +19,7 @@ struct BadCase {
   ImageKind image = ImageKind::plain;
   /// Readers that lose something which their programs do not show.
   std::vector<Reader> unseen = {};
-  /// Readers that are not run, since the image is too long for them to work through in a test.
+  /// Readers that are not run, since they would work on longer than a test lasts.
   std::vector<Reader> tooSlow = {};
 };
 

@@ -96,6 +96,19 @@ INSTANTIATE_TEST_SUITE_P(
         Bad{"FILE \"a.bin BINARY\n", SyntaxKind::unclosed, 1},
         Bad{"FILE a BINARY\nTRACK 1 AUDIO\nINDEX 01 00:00:00 x\n", SyntaxKind::textAfterValue, 3}));
 
+TEST(Parser, KnowsWhereSmallLettersAndAMissingLineEndAre) {
+  const Sheet small = parse("REM x\nfile a BINARY\nTRACK 01 audio\nindex 01 00:00:00");
+  EXPECT_EQ(small.lowerCaseCommand, 2);
+  EXPECT_EQ(small.lowerCaseFileType, 0);
+  EXPECT_TRUE(small.noLastLineEnd);
+  const Sheet mode = parse("FILE a Wave\nTRACK 01 Audio\nINDEX 01 00:00:00\r");
+  EXPECT_EQ(mode.lowerCaseCommand, 2);
+  EXPECT_EQ(mode.lowerCaseFileType, 1);
+  EXPECT_FALSE(mode.noLastLineEnd);
+  EXPECT_EQ(parse("nonsense\n").lowerCaseCommand, 0);
+  EXPECT_FALSE(parse("").noLastLineEnd);
+}
+
 TEST(Parser, JoinsAValueThatGoesOnOverSeveralLines) {
   EXPECT_EQ(parse("TITLE \"a\nb\nc\"\nPERFORMER x\n").fields.title->bytes, "a b c");
 }
@@ -119,6 +132,10 @@ TEST(Parser, ReadsHugeAndHostileSheetsInTheTimeOfTheirLength) {
   std::string tracks = "FILE a BINARY\n";
   for (int i = 0; i < 100000; ++i) tracks += "TRACK 1 AUDIO\nINDEX 1 0:0:0\n";
   EXPECT_EQ(parse(tracks).tracks.size(), 100000u);
+  // A command behind millions of blanks is no line that was cut.
+  const Sheet blanks = parse("TITLE \"" + std::string(16 << 20, ' ') + "REM x");
+  ASSERT_EQ(blanks.problems.size(), 1u);
+  EXPECT_EQ(blanks.problems[0].kind, SyntaxKind::unclosed);
   EXPECT_EQ(parse(std::string(1 << 20, '\0')).tracks.size(), 0u);
   EXPECT_EQ(parse(std::string(1 << 20, '"')).tracks.size(), 0u);
 }

@@ -80,6 +80,13 @@ TEST_F(ProgramTest, RefusesToReplaceAFileAndWritesNeither) {
   EXPECT_EQ(run({"image.cue", "--toc", "p.toc", "--force"}).status, 0);
 }
 
+TEST_F(ProgramTest, WritesNeitherWhenTheSecondOfThemCannotBeWritten) {
+  EXPECT_EQ(run({"image.cue", "--portable", "p.cue", "--toc", "none/p.toc"}).status, 2);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "p.cue"));
+  const auto files = std::filesystem::directory_iterator(folder_.path());
+  EXPECT_EQ(std::distance(begin(files), end(files)), 2);
+}
+
 TEST_F(ProgramTest, NeverReplacesTheSheetItself) {
   EXPECT_EQ(run({"image.cue", "--portable", "image.cue", "--force"}).status, 2);
   EXPECT_EQ(run({"image.cue", "--portable", "image.bin", "--force"}).status, 2);
@@ -107,6 +114,15 @@ TEST_F(ProgramTest, SaysInAFewLinesThatAnImageIsNoSheet) {
   EXPECT_THAT(result.out, testing::Not(HasSubstr("unknown-command")));
 }
 
+TEST_F(ProgramTest, TakesNoFileOver16MiBForASheet) {
+  writeSparse(folder_ / "image.cue", int64_t{16} << 20);
+  EXPECT_EQ(run({"image.cue"}).status, 1);
+  writeSparse(folder_ / "image.cue", (int64_t{16} << 20) + 1);
+  const ProcessResult result = run({"image.cue"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.all, HasSubstr("is over 16 MiB and no cue sheet"));
+}
+
 TEST_F(ProgramTest, DoesNotWaitForAPipeThatNobodyWritesTo) {
   ASSERT_EQ(::mkfifo((folder_ / "pipe.cue").c_str(), 0600), 0);
   const ProcessResult result = run({"pipe.cue"});
@@ -120,6 +136,36 @@ TEST_F(ProgramTest, CountsWhatItLeavesOutBehindTheLinesThatItShows) {
   writeFile(folder_ / "image.cue", sheet);
   EXPECT_THAT(run({"image.cue"}).out,
               HasSubstr("line 54 [unknown-command] 10 more of this kind are left out"));
+}
+
+TEST_F(ProgramTest, PrintsNoControlCharactersOfASheetWhereverItQuotesThem) {
+  const std::string sheet = readFile(folder_ / "image.cue");
+  writeFile(folder_ / "image.cue", sheet + "ISRC \x1B[31mX\r\n");
+  const ProcessResult written = run({"image.cue", "--portable", "p.cue"});
+  EXPECT_THAT(written.out, HasSubstr("changed: Track 1: ISRC '?[31mX' is left out"));
+  EXPECT_EQ(written.all.find('\x1B'), std::string::npos);
+  writeFile(folder_ / "image.cue", sheet + "TRACK 02 \x1B[31m\r\nINDEX 01 00:08:00\r\n");
+  EXPECT_EQ(run({"image.cue", "--portable", "q.cue"}).all.find('\x1B'), std::string::npos);
+}
+
+TEST_F(ProgramTest, SaysInJsonAllThatItSaysInLines) {
+  const ProcessResult result =
+      run({"image.cue", "--json", "--portable", "p.cue", "--toc", "p.toc"});
+  const auto json = nlohmann::json::parse(result.out);
+  EXPECT_EQ(json["written"], (nlohmann::json{"p.cue", "p.toc"}));
+  EXPECT_EQ(json["changes"][0], "CATALOG is written without quotes.");
+  EXPECT_EQ(json["findings"][0]["rule"], "catalog-quoted");
+  EXPECT_EQ(json["findings"][0]["damage"], "the number is lost or cut");
+}
+
+TEST_F(ProgramTest, DoesNotCallAReportDoneThatNobodyGot) {
+  for (const std::string options : {"", " --json"}) {
+    const ProcessResult full =
+        runProcess({"sh", "-c", VELMOR_CDCHECK " image.cue" + options + " > /dev/full"},
+                   folder_.path().string());
+    EXPECT_EQ(full.status, 2) << options;
+    EXPECT_THAT(full.all, HasSubstr("cannot be written"));
+  }
 }
 
 TEST_F(ProgramTest, DrawsNoProgressBarIntoAPipe) {

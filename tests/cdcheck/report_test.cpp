@@ -79,6 +79,9 @@ INSTANTIATE_TEST_SUITE_P(
                "INDEX 01 00:05:00\n"},
         Layout{"time-out-of-range", "TRACK 01 AUDIO\nINDEX 01 00:00:75\n"},
         Layout{"time-out-of-range", "TRACK 01 AUDIO\nINDEX 01 00:60:00\n"},
+        Layout{"time-out-of-range", "TRACK 01 AUDIO\nPREGAP 00:60:00\nINDEX 01 00:00:00\n"},
+        Layout{"time-out-of-range", "TRACK 01 AUDIO\nINDEX 01 00:00:00\nPOSTGAP 00:00:75\n"},
+        Layout{"minutes-over-99", "TRACK 01 AUDIO\nPREGAP 100:00:00\nINDEX 01 00:00:00\n"},
         Layout{"file-starts-late", "TRACK 01 AUDIO\nINDEX 01 00:01:00\n"},
         Layout{"lead-in-on-top", "TRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 01 00:02:00\n"},
         Layout{"not-audio", "TRACK 01 MODE1/2352\nINDEX 01 00:00:00\n"},
@@ -92,15 +95,82 @@ INSTANTIATE_TEST_SUITE_P(
         Layout{"field-not-for-all",
                "TRACK 01 AUDIO\nTITLE a\nINDEX 01 00:00:00\nTRACK 02 AUDIO\nINDEX 01 00:05:00\n"}));
 
+TEST_F(ReportTest, TakesTrackNumbersFromOneTo99ThatFollowEachOther) {
+  const std::string first =
+      "TRACK 98 AUDIO\nINDEX 01 00:00:00\nTRACK 99 AUDIO\nINDEX 01 00:05:00\n";
+  EXPECT_THAT(rulesFor(first), Not(Contains("track-number")));
+  EXPECT_THAT(rulesFor(first + "TRACK 100 AUDIO\nINDEX 01 00:10:00\n"), Contains("track-number"));
+}
+
+TEST_F(ReportTest, CountsOnOverATrackNumberThatCannotBeRead) {
+  EXPECT_THAT(rulesFor(track(1, "INDEX 01 00:00:00") + "TRACK xx AUDIO\nINDEX 01 00:05:00\n" +
+                       track(3, "INDEX 01 00:10:00")),
+              testing::AllOf(Contains("bad-number"), Not(Contains("track-number"))));
+}
+
 TEST_F(ReportTest, TakesATrackOfExactlyFourSeconds) {
   EXPECT_THAT(rulesFor(track(1, "INDEX 01 00:00:00") + track(2, "INDEX 01 00:04:00") +
                        track(3, "INDEX 01 00:16:00")),
               Not(Contains("track-under-4-s")));
 }
 
+TEST_F(ReportTest, DoesNotCountTheNextTracksPauseAmongTheFourSeconds) {
+  // cdrdao warns of the first as well, and takes the second.
+  const auto withPauseAt = [this](const std::string& time) {
+    return rulesFor(track(1, "INDEX 01 00:00:00") +
+                    track(2, "INDEX 00 " + time + "\r\nINDEX 01 00:06:00"));
+  };
+  EXPECT_THAT(withPauseAt("00:03:74"), Contains("track-under-4-s"));
+  EXPECT_THAT(withPauseAt("00:04:00"), Not(Contains("track-under-4-s")));
+  TestImage(1500).write(folder_ / "two.bin");
+  EXPECT_THAT(rulesFor(track(1, "INDEX 01 00:00:00") + "TRACK 02 AUDIO\nINDEX 00 00:03:00\n" +
+                       "FILE two.bin BINARY\nINDEX 01 00:00:00\n"),
+              Contains("track-under-4-s"));
+}
+
+TEST_F(ReportTest, GivesNoLeadingZeroToTwelveDigitsThatAreNoUpc) {
+  const auto adviceOn = [this](const std::string& catalog) {
+    const Report report = reportOn("CATALOG " + catalog + "\nFILE \"image.bin\" BINARY\n" +
+                                   track(1, "INDEX 01 00:00:00"));
+    EXPECT_THAT(rulesOf(report), Contains("catalog-12-digits"));
+    return report.findings.at(0).action;
+  };
+  EXPECT_THAT(adviceOn("731452345622"), HasSubstr("0731452345622"));
+  EXPECT_THAT(adviceOn("731452345628"), HasSubstr("bar code"));
+}
+
 TEST_F(ReportTest, NamesAnImageThatIsMissing) {
   EXPECT_THAT(rulesOf(reportOn("FILE \"none.bin\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n")),
               Contains("image-missing"));
+}
+
+TEST_F(ReportTest, TakesAnImageForBesideTheSheetHoweverItsFolderIsSpelled) {
+  EXPECT_THAT(rulesOf(reportOn("FILE \"./image.bin\" BINARY\n" + track(1, "INDEX 01 00:00:00"))),
+              Not(Contains("image-named-otherwise")));
+}
+
+TEST_F(ReportTest, CountsNoFileThatNoTrackIsIn) {
+  TestImage(400).write(folder_ / "other.bin");
+  const Report report =
+      reportOn("FILE other.bin BINARY\nFILE image.bin BINARY\n" + track(1, "INDEX 01 00:00:00"));
+  EXPECT_THAT(rulesOf(report), Contains("file-without-track"));
+  EXPECT_EQ(report.disc.length, 1500);
+  EXPECT_EQ(report.disc.places.at(0)->onDisc, 0);
+}
+
+TEST_F(ReportTest, TakesAFolderForNoImage) {
+  std::filesystem::create_directory(folder_ / "image");
+  const Report report = reportOn("FILE \"image\" BINARY\n" + track(1, "INDEX 01 00:00:00"));
+  EXPECT_THAT(rulesOf(report), Contains("image-missing"));
+  EXPECT_THAT(report.findings[0].what, HasSubstr("not a regular file"));
+}
+
+TEST_F(ReportTest, SaysOfAContainerThatWasBrokenOffThatItHoldsNoSamples) {
+  const std::string track1 = track(1, "INDEX 01 00:00:00");
+  writeFile(folder_ / "a.wav", waveHeader(4).substr(0, 36));
+  EXPECT_THAT(rulesOf(reportOn("FILE a.wav WAVE\n" + track1)), Contains("image-empty"));
+  writeFile(folder_ / "a.aiff", std::string("FORM\0\0\0\4AIFF", 12));
+  EXPECT_THAT(rulesOf(reportOn("FILE a.aiff AIFF\n" + track1)), Contains("image-empty"));
 }
 
 TEST_F(ReportTest, GoesByTheLengthOfTheDiscWithTheSilenceThatTheSheetAdds) {

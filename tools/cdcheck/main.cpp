@@ -69,17 +69,17 @@ struct Second {
   TextOf text;
 };
 
-/// Both texts are made before either file is written, so that a failure writes neither.
 std::vector<std::string> writeSeconds(const Report& report, const std::vector<Second>& seconds,
                                       bool force) {
-  std::vector<std::string> texts, changes;
+  std::vector<TextFile> files;
+  std::vector<std::string> changes;
   for (const Second& s : seconds) {
     refuseTarget(s.path, report.sheet, imagePaths(report), force);
     const PortableDisc disc = makePortable(report, s.path);
-    texts.push_back(s.text(disc));
+    files.push_back({s.path, s.text(disc)});
     if (changes.size() < disc.changes.size()) changes = disc.changes;
   }
-  for (size_t i = 0; i < seconds.size(); ++i) writeWhole(seconds[i].path, texts[i], force);
+  writeWhole(files, force);
   return changes;
 }
 
@@ -98,6 +98,12 @@ void printChanges(const std::vector<Second>& seconds, const std::vector<std::str
   for (const std::string& change : changes) std::cout << "changed: " << change << '\n';
 }
 
+std::vector<std::string> pathsOf(const std::vector<Second>& seconds) {
+  std::vector<std::string> paths;
+  for (const Second& s : seconds) paths.push_back(s.path.string());
+  return paths;
+}
+
 int run(const Arguments& a) {
   const std::vector<Second> seconds = wantedSeconds(a);
   ProgressBar bar(std::cerr, ::isatty(STDERR_FILENO) != 0);
@@ -114,14 +120,17 @@ int run(const Arguments& a) {
     notWritten = error.what();
   }
   if (a.json)
-    printJson(report, a.strict, changes, std::cout);
+    printJson(report, a.strict, changes, std::cout,
+              notWritten ? std::vector<std::string>{} : pathsOf(seconds));
   else
     printReport(report, a.strict, std::cout);
+  if (!a.json && !notWritten) printChanges(seconds, changes);
+  // Scripts go by the exit status: a full disk must not look like a sound disc.
+  if (!std::cout.flush()) throw CheckError("The report cannot be written to standard output.");
   if (notWritten) {
     std::cerr << "velmor-cdcheck: " << *notWritten << '\n';
     return report.failed(a.strict) ? kFailed : kUsage;
   }
-  if (!a.json) printChanges(seconds, changes);
   return report.failed(a.strict) ? kFailed : 0;
 }
 

@@ -20,9 +20,10 @@ class ClipFinder {
  public:
   explicit ClipFinder(AudioMap& map) : map_(map) {}
 
-  void readSector(const int16_t* samples, int64_t firstFrame) {
-    if (holdsPair(samples, INT16_MAX) || holdsPair(samples, INT16_MIN)) {
-      for (int64_t i = 0; i < kSectorFrames; ++i) readFrame(samples + 2 * i, firstFrame + i);
+  void readSector(const int16_t* samples, const Extremes& extremes, int64_t firstFrame) {
+    if ((extremes.high == INT16_MAX && holdsPair(samples, INT16_MAX)) ||
+        (extremes.low == INT16_MIN && holdsPair(samples, INT16_MIN))) {
+      readBlocks(samples, firstFrame);
       return;
     }
     // Nothing runs but what comes from the sector before, or goes on into the next one.
@@ -32,7 +33,7 @@ class ClipFinder {
     readFrame(samples + 2 * last, firstFrame + last);
   }
 
-  /// A sector below full scale, or the end: what was running has ended.
+  /// A sector or block below full scale, or the end: what was running has ended.
   void closeAll() {
     for (Running& r : runs_) close(r);
   }
@@ -42,6 +43,17 @@ class ClipFinder {
     ClippedRun run;
     int16_t level = 0;
   };
+
+  void readBlocks(const int16_t* samples, int64_t firstFrame) {
+    for (int64_t b = 0; b < kSectorFrames; b += kBlockFrames) {
+      const int16_t* block = samples + 2 * b;
+      if (!touchesFullScale(block)) {
+        closeAll();
+        continue;
+      }
+      for (int64_t i = 0; i < kBlockFrames; ++i) readFrame(block + 2 * i, firstFrame + b + i);
+    }
+  }
 
   void readFrame(const int16_t* samples, int64_t frame) {
     readSample(runs_[0], samples[0], frame);
@@ -91,7 +103,7 @@ AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {
       const Extremes e = sectorExtremes(samples);
       map.silent_.push_back(e.low == 0 && e.high == 0);
       if (e.low == INT16_MIN || e.high == INT16_MAX)
-        clips.readSector(samples, (first + static_cast<int64_t>(s)) * kSectorFrames);
+        clips.readSector(samples, e, (first + static_cast<int64_t>(s)) * kSectorFrames);
       else
         clips.closeAll();
     }

@@ -48,11 +48,11 @@ ImageFile::ImageFile(const std::filesystem::path& path, std::string_view type) :
     problem_ = std::error_code(errno, std::generic_category()).message();
     return;
   }
-  exists_ = true;
   if (!S_ISREG(info.st_mode)) {
     problem_ = "it is not a regular file";
     return;
   }
+  exists_ = true;
   bytes_ = info.st_size;
   ::posix_fadvise(descriptor_, 0, 0, POSIX_FADV_SEQUENTIAL);
   locateSamples(type);
@@ -99,13 +99,17 @@ void ImageFile::locateInWave() {
   int64_t at = 12;
   for (int chunk = 0; chunk < kMostChunks; ++chunk) {
     std::array<unsigned char, 24> c{};
-    if (readBytes(at, c.data(), c.size()) < 8) return;
+    if (readBytes(at, c.data(), c.size()) < 8) {
+      form_ = SampleForm::little;  // broken off: none of its samples are there
+      return;
+    }
     const int64_t size = little32(c.data() + 4);
     if (named(c.data(), "fmt ")) {
       plain = little16(c.data() + 10) == 2 && little32(c.data() + 12) == 44100 &&
               little16(c.data() + 20) == 4 &&
               (little16(c.data() + 8) == 1 || little16(c.data() + 8) == 0xFFFE);
-    } else if (named(c.data(), "data") && plain) {
+    } else if (named(c.data(), "data")) {
+      if (!plain) return;
       form_ = SampleForm::little;
       dataOffset_ = at + 8;
       dataBytes_ = std::min(size, bytes_ - dataOffset_);
@@ -126,12 +130,16 @@ void ImageFile::locateInAiff() {
   int64_t at = 12;
   for (int chunk = 0; chunk < kMostChunks; ++chunk) {
     std::array<unsigned char, 26> c{};
-    if (readBytes(at, c.data(), c.size()) < 8) return;
+    if (readBytes(at, c.data(), c.size()) < 8) {
+      form_ = SampleForm::big;
+      return;
+    }
     const int64_t size = big32(c.data() + 4);
     if (named(c.data(), "COMM")) {
       plain = big16(c.data() + 8) == 2 && big16(c.data() + 14) == 16 &&
               std::equal(k44100.begin(), k44100.end(), c.begin() + 16);
-    } else if (named(c.data(), "SSND") && plain) {
+    } else if (named(c.data(), "SSND")) {
+      if (!plain) return;
       form_ = SampleForm::big;
       dataOffset_ = std::min(at + 16 + big32(c.data() + 8), bytes_);
       dataBytes_ = std::clamp<int64_t>(size - 8, 0, bytes_ - dataOffset_);

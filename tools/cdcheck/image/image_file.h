@@ -29,6 +29,7 @@ class ImageFile {
   const std::filesystem::path& path() const { return path_; }
   /// Why the file cannot be read or looked into, as part of a sentence; empty when it can.
   const std::string& problem() const { return problem_; }
+  /// Is there a regular file, and can it be opened?
   bool exists() const { return exists_; }
   /// Is it named as WAVE or AIFF, and begins as neither does?
   bool mislabelled() const { return mislabelled_; }

@@ -33,4 +33,19 @@ inline bool holdsPair(const int16_t* samples, int16_t level) {
   return found != 0;
 }
 
+/// A part of a sector, in stereo frames: a whole number of vectors.
+inline constexpr int64_t kBlockFrames = 28;
+static_assert(kSectorFrames % kBlockFrames == 0);
+
+/// Does a sample of the block lie at full scale? In the same manner: where a sector is clipped, it
+/// is so in few places.
+inline bool touchesFullScale(const int16_t* block) {
+  int16_t found = 0;
+  for (int i = 0; i < kBlockFrames * 2; ++i) {
+    const bool full = (block[i] == INT16_MAX) | (block[i] == INT16_MIN);
+    found = static_cast<int16_t>(found | static_cast<int16_t>(full));
+  }
+  return found != 0;
+}
+
 }  // namespace velmor::cdcheck

@@ -8,6 +8,8 @@
 #include "tools/cdcheck/portable/plain_text.h"
 #include "tools/cdcheck/portable/start_times.h"
 #include "tools/cdcheck/rules/codes.h"
+#include "tools/cdcheck/rules/encoding.h"
+#include "tools/cdcheck/rules/track_words.h"
 #include "tools/cdcheck/sheet/command_line.h"
 
 namespace velmor::cdcheck {
@@ -21,7 +23,7 @@ constexpr std::string_view kHopeless[] = {
     "index-past-end",  "bad-number",        "time-out-of-range", "minutes-over-99",
     "file-type",       "misplaced-command", "track-number",      "not-a-text",
     "more-problems",   "too-many-files",    "file-starts-late",  "image-unreadable",
-    "not-of-its-type"};
+    "not-of-its-type", "unknown-track-mode"};
 
 void refuseHopeless(const Report& report) {
   for (const Finding& f : report.findings) {
@@ -29,8 +31,8 @@ void refuseHopeless(const Report& report) {
         std::find(std::begin(kHopeless), std::end(kHopeless), f.rule) == std::end(kHopeless))
       continue;
     const std::string where = f.line > 0 ? " (line " + std::to_string(f.line) + ")" : "";
-    throw CheckError("No second sheet can be made from '" + report.sheet.string() + "': " + f.what +
-                     where + ". " + f.action);
+    throw CheckError("No second sheet can be made from '" + report.sheet.string() +
+                     "': " + printable(f.what) + where + ". " + f.action);
   }
 }
 
@@ -56,21 +58,22 @@ class Maker {
   }
 
  private:
-  void say(std::string change) { made_.changes.push_back(std::move(change)); }
+  void say(const std::string& change) { made_.changes.push_back(printable(change)); }
 
   void takeCatalog() {
     if (!sheet_.catalog) return;
-    const std::string& code = sheet_.catalog->bytes;
+    std::string code = sheet_.catalog->bytes;
     if (sheet_.catalog->quoted) say("CATALOG is written without quotes.");
     if (code.size() == 12 && allDigits(code)) {
-      made_.catalog = '0' + code;
-      say("CATALOG " + code + " is written as " + made_.catalog + ": a UPC takes a leading 0.");
-    } else if (code.size() == 13 && allDigits(code)) {
-      made_.catalog = code;
-      if (!isMcn(code)) say("CATALOG " + code + " is kept with its wrong check digit: look it up.");
-    } else {
-      say("CATALOG '" + code.substr(0, 40) + "' is left out: it is not 13 digits.");
+      say("CATALOG " + code + " is written as 0" + code + ": a UPC takes a leading 0.");
+      code.insert(code.begin(), '0');
     }
+    if (code.size() != 13 || !allDigits(code)) {
+      say("CATALOG '" + code.substr(0, 40) + "' is left out: it is not 13 digits.");
+      return;
+    }
+    made_.catalog = code;
+    if (!isMcn(code)) say("CATALOG " + code + " is kept with its wrong check digit: look it up.");
   }
 
   void takeText(const std::optional<Text>& from, std::string& to, const std::string& what) {
@@ -96,7 +99,7 @@ class Maker {
       const ImageFile& image = report_.disc.images[f];
       PlainFile file{fileName(image.path()), sheet_.files[f].type};
       if (file.name.find_first_of("\"\r\n") != std::string::npos)
-        throw CheckError("The image's name '" + file.name +
+        throw CheckError("The image's name '" + printable(file.name) +
                          "' has a quote or a line break, which no sheet can hold: rename it.");
       if (!std::all_of(file.name.begin(), file.name.end(),
                        [](char c) { return static_cast<unsigned char>(c) < 128; }))
@@ -138,11 +141,24 @@ class Maker {
     const std::string whose = "Track " + std::to_string(from.number);
     takeFields(from.fields, to.fields, whose);
     takeIsrc(from, to, whose);
-    if (from.flags) to.flags = upperCase(plainText(from.flags->bytes).text);
+    takeFlags(from, to, whose);
     if (from.pregap) to.pregap = from.pregap->sectors();
     if (from.postgap) to.postgap = from.postgap->sectors();
     for (const Index& i : from.indices) to.indices.push_back({i.number, i.time.sectors(), i.file});
     made_.tracks.push_back(std::move(to));
+  }
+
+  void takeFlags(const Track& from, PlainTrack& to, const std::string& whose) {
+    if (!from.flags) return;
+    const std::string words = upperCase(from.flags->bytes);
+    for (std::string_view rest = words; !rest.empty();) {
+      const std::string_view word = takeWord(rest);
+      if (isFlag(word))
+        (to.flags += to.flags.empty() ? "" : " ") += word;
+      else
+        say(whose + ": FLAGS '" + std::string(word.substr(0, 40)) + "' is left out: it is none.");
+    }
+    if (from.flags->quoted) say(whose + ": FLAGS is written without quotes.");
   }
 
   void takeIsrc(const Track& from, PlainTrack& to, const std::string& whose) {

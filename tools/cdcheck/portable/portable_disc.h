@@ -54,7 +54,8 @@ PortableDisc makePortable(const Report& report, const std::filesystem::path& tar
 /// The cue sheet: ASCII, CRLF, texts quoted, CATALOG, ISRC bare.
 std::string cueText(const PortableDisc& disc);
 /// The same for cdrdao; byte order as the FILE's type says. Throws `CheckError` for what a TOC
-/// cannot say (a track whose indices lie in two files).
+/// cannot say (a track whose indices lie in two files, an image that cdrdao would take for
+/// another).
 std::string tocText(const PortableDisc& disc);
 
 }  // namespace velmor::cdcheck

@@ -1,5 +1,7 @@
 #include "tools/cdcheck/image/disc_units.h"
 #include "tools/cdcheck/portable/portable_disc.h"
+#include "tools/cdcheck/rules/encoding.h"
+#include "tools/cdcheck/sheet/command_line.h"
 
 namespace velmor::cdcheck {
 
@@ -9,6 +11,13 @@ void addFields(std::string& text, const PlainFields& fields) {
   if (!fields.title.empty()) text += "    TITLE \"" + fields.title + "\"\n";
   if (!fields.performer.empty()) text += "    PERFORMER \"" + fields.performer + "\"\n";
   if (!fields.songwriter.empty()) text += "    SONGWRITER \"" + fields.songwriter + "\"\n";
+}
+
+/// A backslash begins a character's octal number.
+std::string escaped(const std::string& name) {
+  std::string text;
+  for (const char c : name) text += c == '\\' ? "\\134" : std::string(1, c);
+  return text;
 }
 
 bool empty(const PlainFields& f) {
@@ -52,6 +61,15 @@ class TocWriter {
     if (has("4CH")) text_ += "FOUR_CHANNEL_AUDIO\n";
   }
 
+  /// cdrdao knows a container by the end of its name alone; by any other it is raw samples, and its
+  /// header sounds.
+  static void refuseUnknownContainer(const PlainFile& file) {
+    const bool known = upperCase(file.name).ends_with(".WAV");
+    if (file.type == "AIFF" || (file.type == "WAVE" && !known))
+      throw CheckError("cdrdao would play the header of '" + printable(file.name) +
+                       "' as sound: make it a WAVE file named .wav for a TOC.");
+  }
+
   /// cdrdao takes raw samples as big-endian; SWAP says that they are not. WAVE files say it
   /// themselves.
   void addAudio(size_t t) {
@@ -63,9 +81,11 @@ class TocWriter {
                          " is not audio in one file, which a TOC for cdrdao cannot say: join the "
                          "files first.");
     const PlainFile& file = disc_.files[first.file];
+    refuseUnknownContainer(file);
     const std::string swap = file.type == "BINARY" ? "SWAP " : "";
     if (track.pregap > 0) text_ += "SILENCE " + msfText(track.pregap) + '\n';
-    text_ += "FILE \"" + file.name + "\" " + swap + msfText(first.sector) + lengthOf(t) + '\n';
+    text_ +=
+        "FILE \"" + escaped(file.name) + "\" " + swap + msfText(first.sector) + lengthOf(t) + '\n';
     if (track.postgap > 0) text_ += "SILENCE " + msfText(track.postgap) + '\n';
     addIndices(track);
   }

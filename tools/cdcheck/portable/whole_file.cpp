@@ -1,11 +1,10 @@
 #include "tools/cdcheck/portable/whole_file.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
+#include <list>
 #include <system_error>
 
 #include "tools/cdcheck/check.h"
@@ -24,9 +23,12 @@ namespace fs = std::filesystem;
 /// A file under a name of its own beside `path`, gone unless it was moved away.
 class Draft {
  public:
-  explicit Draft(const fs::path& path) : target_(path), name_(path.string() + ".XXXXXX") {
-    descriptor_ = ::mkostemp(name_.data(), O_CLOEXEC);
-    if (descriptor_ < 0) fail(target_, errno);
+  explicit Draft(const fs::path& path) : target_(path) {
+    for (int n = 0; descriptor_ < 0; ++n) {
+      name_ = path.string() + '.' + std::to_string(::getpid()) + '-' + std::to_string(n);
+      descriptor_ = create(name_);
+      if (descriptor_ < 0 && (errno != EEXIST || n == kMostNames)) fail(target_, errno);
+    }
   }
   ~Draft() {
     if (descriptor_ >= 0) ::close(descriptor_);
@@ -43,20 +45,34 @@ class Draft {
       if (got <= 0) fail(target_, got < 0 ? errno : ENOSPC);
       done += static_cast<size_t>(got);
     }
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    if (::fchmod(descriptor_, 0666 & ~mask) != 0 || ::fsync(descriptor_) != 0) fail(target_, errno);
+    if (::fsync(descriptor_) != 0) fail(target_, errno);
   }
 
   void moveIntoPlace(bool replace) {
-    // A link, unlike a rename, does not replace what stands there.
-    const int result =
-        replace ? ::rename(name_.c_str(), target_.c_str()) : ::link(name_.c_str(), target_.c_str());
-    if (result != 0) fail(target_, errno);
-    if (replace) name_.clear();
+    if (!replace) takeName();
+    if (::rename(name_.c_str(), target_.c_str()) != 0) {
+      const int error = errno;
+      if (!replace) ::unlink(target_.c_str());
+      fail(target_, error);
+    }
+    name_.clear();
   }
 
  private:
+  static constexpr int kMostNames = 100;
+
+  static int create(const std::string& name) {
+    return ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  }
+
+  /// A rename replaces what stands there, and a link is not known to the file systems of memory
+  /// sticks: a new empty file makes sure that nothing stood there.
+  void takeName() const {
+    const int taken = create(target_.string());
+    if (taken < 0) fail(target_, errno);
+    ::close(taken);
+  }
+
   fs::path target_;
   std::string name_;
   int descriptor_ = -1;
@@ -82,9 +98,13 @@ void refuseTarget(const fs::path& path, const fs::path& sheet, const std::vector
 }
 
 void writeWhole(const fs::path& path, const std::string& text, bool force) {
-  Draft draft(path);
-  draft.write(text);
-  draft.moveIntoPlace(force);
+  writeWhole({{path, text}}, force);
+}
+
+void writeWhole(const std::vector<TextFile>& files, bool force) {
+  std::list<Draft> drafts;
+  for (const TextFile& file : files) drafts.emplace_back(file.path).write(file.text);
+  for (Draft& draft : drafts) draft.moveIntoPlace(force);
 }
 
 }  // namespace velmor::cdcheck

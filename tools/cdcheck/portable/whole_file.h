@@ -11,8 +11,15 @@ namespace velmor::cdcheck {
 /// one of `images` by whatever name. Throws `CheckError`.
 void refuseTarget(const std::filesystem::path& path, const std::filesystem::path& sheet,
                   const std::vector<std::filesystem::path>& images, bool force);
-/// Writes beside `path` and moves it into place: a failure leaves what was there. Without `force`
-/// a file that appeared meanwhile is not replaced. Throws `CheckError`.
+struct TextFile {
+  std::filesystem::path path;
+  std::string text;
+};
+
+/// Writes each text beside its path, and moves them into place once all are on the disk: a failure
+/// leaves what was there. Without `force` a file that appeared meanwhile is not replaced. Throws
+/// `CheckError`.
+void writeWhole(const std::vector<TextFile>& files, bool force);
 void writeWhole(const std::filesystem::path& path, const std::string& text, bool force);
 
 }  // namespace velmor::cdcheck

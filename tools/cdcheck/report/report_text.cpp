@@ -9,22 +9,6 @@ namespace velmor::cdcheck {
 
 namespace {
 
-/// Texts of a sheet may hold anything; a terminal and JSON take clean UTF-8.
-std::string printable(std::string_view text) {
-  std::string clean;
-  for (size_t at = 0; at < text.size();) {
-    const size_t begin = at;
-    const char32_t c = nextCharacter(text, at);
-    const bool fault = c == 0xFFFD && at - begin == 1;
-    const bool control = c < 32 || (c >= 127 && c < 160);
-    if (fault || control)
-      clean += '?';
-    else
-      clean += text.substr(begin, at - begin);
-  }
-  return clean;
-}
-
 std::string plural(int count, const std::string& word) {
   return std::to_string(count) + ' ' + word + (count == 1 ? "" : "s");
 }
@@ -44,7 +28,8 @@ nlohmann::ordered_json findingJson(const Finding& f) {
           {"action", printable(f.action)},
           {"source", f.source},
           {"refused_by", names(f.refused)},
-          {"damaged_by", names(f.damaged)}};
+          {"damaged_by", names(f.damaged)},
+          {"damage", f.damaged.empty() ? std::string_view() : f.damage}};
 }
 
 nlohmann::ordered_json tracksJson(const Disc& disc) {
@@ -105,7 +90,7 @@ void printReport(const Report& report, bool strict, std::ostream& out) {
 }
 
 void printJson(const Report& report, bool strict, const std::vector<std::string>& changes,
-               std::ostream& out) {
+               std::ostream& out, const std::vector<std::string>& written) {
   nlohmann::ordered_json json;
   json["schema"] = kJsonSchema;
   json["sheet"] = printable(report.sheet.string());
@@ -119,6 +104,8 @@ void printJson(const Report& report, bool strict, const std::vector<std::string>
   for (const Finding& f : report.findings) json["findings"].push_back(findingJson(f));
   json["changes"] = nlohmann::ordered_json::array();
   for (const std::string& change : changes) json["changes"].push_back(printable(change));
+  if (!written.empty()) json["written"] = nlohmann::ordered_json::array();
+  for (const std::string& file : written) json["written"].push_back(printable(file));
   out << json.dump(2) << '\n';
 }
 

@@ -20,8 +20,9 @@ std::string findingLine(const Finding& finding);
 void printErrors(const Report& report, std::ostream& out);
 /// One line per finding, then the verdict.
 void printReport(const Report& report, bool strict, std::ostream& out);
-/// What `--json` prints: one object, and a line end. `changes` are those of a second sheet.
+/// What `--json` prints: one object, and a line end. `changes` are those of a second sheet,
+/// `written` the files that it went to.
 void printJson(const Report& report, bool strict, const std::vector<std::string>& changes,
-               std::ostream& out);
+               std::ostream& out, const std::vector<std::string>& written = {});
 
 }  // namespace velmor::cdcheck

@@ -10,6 +10,8 @@ namespace {
 constexpr std::string_view kGs1 = "GS1 (EAN-13)";
 constexpr std::string_view kIso3901 = "ISO 3901";
 
+constexpr const char* kTakeFromBarCode = "Take the number from the label's EAN-13 bar code.";
+
 /// Codes are shown in messages; what is far too long for one is not.
 std::string shown(const std::string& code) {
   return "'" + code.substr(0, 40) + "'";
@@ -22,13 +24,14 @@ void checkCatalog(const Text& catalog, Findings& findings) {
     findings.addForReaders("catalog-quoted", place, "CATALOG stands in quotes",
                            "Write the 13 digits without quotes (--portable does).");
   if (code.size() == 12 && allDigits(code)) {
+    const bool isUpc = isMcn('0' + code);
     findings.add(Severity::error, "catalog-12-digits", place,
-                 "CATALOG " + shown(code) + " has 12 digits: it is a UPC",
-                 "Put a 0 before it: 0" + code + ".", kGs1);
+                 "CATALOG " + shown(code) + " has 12 digits: it is " +
+                     (isUpc ? "a UPC" : "no UPC either, by its check digit"),
+                 isUpc ? "Put a 0 before it: 0" + code + "." : kTakeFromBarCode, kGs1);
   } else if (code.size() != 13 || !allDigits(code)) {
     findings.add(Severity::error, "catalog-form", place,
-                 "CATALOG " + shown(code) + " is not 13 digits",
-                 "Take the number from the label's EAN-13 bar code.", kGs1);
+                 "CATALOG " + shown(code) + " is not 13 digits", kTakeFromBarCode, kGs1);
   } else if (!isMcn(code)) {
     findings.add(Severity::error, "catalog-check-digit", place,
                  "CATALOG " + shown(code) + " has a wrong check digit; no reader notices",

@@ -25,12 +25,13 @@ int64_t addedBefore(const Sheet& sheet, size_t track) {
   return added;
 }
 
-std::vector<int64_t> fileStarts(const std::vector<ImageFile>& images) {
+std::vector<int64_t> fileStarts(const Disc& disc) {
+  const std::vector<bool> used = filesInUse(disc.sheet);
   std::vector<int64_t> starts;
   int64_t at = 0;
-  for (const ImageFile& image : images) {
+  for (size_t f = 0; f < disc.images.size(); ++f) {
     starts.push_back(at);
-    at += image.sectors();
+    if (used[f]) at += disc.images[f].sectors();
   }
   starts.push_back(at);
   return starts;
@@ -49,6 +50,14 @@ std::optional<TrackPlace> placeOf(const Track& track) {
   return place;
 }
 
+/// Where the pause (INDEX 00) of `next` begins, when that is behind `here` in the same file.
+int64_t pauseStart(const Track& next, const TrackPlace& here) {
+  const Index* gap = next.index(0);
+  if (!gap || !gap->time.readable() || gap->file != here.file) return here.end;
+  const int64_t start = sectorsOf(gap->time);
+  return start > here.start ? std::min(start, here.end) : here.end;
+}
+
 void setEnds(Disc& disc) {
   for (size_t t = 0; t < disc.places.size(); ++t) {
     if (!disc.places[t]) continue;
@@ -65,6 +74,8 @@ void setEnds(Disc& disc) {
       here.endKnown = false;
       here.end = here.start;
     }
+    here.ownEnd =
+        t + 1 < disc.places.size() ? pauseStart(disc.sheet.tracks[t + 1], here) : here.end;
   }
 }
 
@@ -82,7 +93,7 @@ Disc openDisc(Sheet sheet, const std::filesystem::path& name) {
     disc.images.emplace_back(name.parent_path() / s.files[f].name.bytes, s.files[f].type);
   for (const Track& track : s.tracks) disc.places.push_back(placeOf(track));
   setEnds(disc);
-  const std::vector<int64_t> starts = fileStarts(disc.images);
+  const std::vector<int64_t> starts = fileStarts(disc);
   int64_t added = 0;
   for (size_t t = 0; t < disc.places.size() && t < 1000; ++t) {
     added = addedBefore(s, t);
@@ -95,6 +106,14 @@ Disc openDisc(Sheet sheet, const std::filesystem::path& name) {
                                  [](const ImageFile& i) { return i.readable(); });
   disc.audio.resize(disc.images.size());
   return disc;
+}
+
+std::vector<bool> filesInUse(const Sheet& sheet) {
+  std::vector<bool> used(sheet.files.size());
+  for (const Track& track : sheet.tracks)
+    for (const Index& index : track.indices)
+      if (index.file < used.size()) used[index.file] = true;
+  return used;
 }
 
 bool timesLookTruncated(const Sheet& sheet) {

@@ -18,6 +18,7 @@ struct TrackPlace {
   int64_t gapStart = 0;  ///< INDEX 00 where it is in the same file, else `start`
   int64_t start = 0;     ///< INDEX 01
   int64_t end = 0;       ///< one past its last sector; `start` when that is not known
+  int64_t ownEnd = 0;    ///< `end` without the pause that belongs to the next track
   int64_t onDisc = 0;    ///< `start`, counted from the disc's LBA 0
   bool endKnown = false;
 };
@@ -35,6 +36,9 @@ struct Disc {
 /// The images that `sheet` names, opened beside it, and the tracks laid out on them. `name`: the
 /// sheet's own file.
 Disc openDisc(Sheet sheet, const std::filesystem::path& name);
+
+/// For each FILE of `sheet`: does an index stand in it?
+std::vector<bool> filesInUse(const Sheet& sheet);
 
 /// Does the sheet look like one whose times were truncated to milliseconds and then to sectors?
 /// Such a time can lie one sector before what it means: n/75 s becomes sector n - 1 unless n is

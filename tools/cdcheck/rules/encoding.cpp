@@ -37,6 +37,21 @@ char32_t nextCharacter(std::string_view text, size_t& at) {
   return c;
 }
 
+std::string printable(std::string_view text) {
+  std::string clean;
+  for (size_t at = 0; at < text.size();) {
+    const size_t begin = at;
+    const char32_t c = nextCharacter(text, at);
+    const bool fault = c == 0xFFFD && at - begin == 1;
+    const bool control = c < 32 || (c >= 127 && c < 160);
+    if (fault || control)
+      clean += '?';
+    else
+      clean += text.substr(begin, at - begin);
+  }
+  return clean;
+}
+
 Encoding encodingOf(std::string_view text) {
   const auto high = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
   if (std::none_of(text.begin(), text.end(), high)) return Encoding::ascii;

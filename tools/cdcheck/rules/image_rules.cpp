@@ -21,6 +21,9 @@ void checkFile(const File& file, const ImageFile& image, Findings& findings) {
         Severity::error, "file-type", place, "FILE has the type '" + file.type.substr(0, 40) + "'",
         "It is one of BINARY, MOTOROLA, WAVE, AIFF, MP3: decode other audio to one of them.",
         kSheetRules);
+  if (file.name.bytes.find('"') != std::string::npos)
+    findings.addForReaders("quote-in-file-name", place, "the name in FILE has a quote inside",
+                           "Rename the image.");
   if (!image.exists()) {
     findings.add(Severity::error, "image-missing", place,
                  shown(image) + " cannot be opened: " + image.problem(),
@@ -75,11 +78,21 @@ void checkPastEnd(const Disc& disc, Findings& findings) {
   }
 }
 
+void checkUse(const Sheet& sheet, Findings& findings) {
+  const std::vector<bool> used = filesInUse(sheet);
+  for (size_t f = 0; f < used.size() && !sheet.tracks.empty(); ++f)
+    if (!used[f])
+      findings.add(Severity::warning, "file-without-track", {sheet.files[f].name.line, 0},
+                   "no index stands in this FILE: it is not on the disc",
+                   "Remove the line, or give it the track that is missing.", kSheetRules);
+}
+
 /// libcdio takes the sheet's name with ".bin" for the image's, whatever FILE says.
 void checkName(const Disc& disc, Findings& findings) {
   const std::string stem = disc.name.stem().string();
   const ImageFile& image = disc.images.front();
-  const bool beside = image.path().parent_path() == disc.name.parent_path();
+  const auto folder = disc.name.parent_path().lexically_normal();
+  const bool beside = image.path().lexically_normal().parent_path() == folder;
   if (!image.exists() || (beside && image.path().filename() == stem + ".bin")) return;
   findings.addForReaders("image-named-otherwise", {disc.sheet.files[0].name.line, 0},
                          "the image is not '" + stem.substr(0, 200) + ".bin' beside the sheet",
@@ -102,6 +115,7 @@ void checkImages(const Disc& disc, Findings& findings) {
                  "the sheet names " + std::to_string(disc.sheet.files.size()) +
                      " files; those from here on are not opened",
                  "A disc has 99 tracks at most: join the files.");
+  checkUse(disc.sheet, findings);
   checkName(disc, findings);
   checkPastEnd(disc, findings);
 }

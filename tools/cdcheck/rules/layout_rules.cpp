@@ -14,6 +14,18 @@ constexpr int64_t k74Minutes = 333'000;    ///< sectors
 constexpr int64_t k79Minutes57 = 359'775;  ///< sectors
 constexpr int64_t kLastLba = 398'099;      ///< of the last sector
 
+void checkNumber(const Track& t, Place place, int expected, size_t tracks, Findings& findings) {
+  if (t.number >= 0 && t.number != expected)
+    findings.add(
+        Severity::error, "track-number", place,
+        "TRACK " + std::to_string(t.number) + " where " + std::to_string(expected) + " is expected",
+        "Number the tracks without gaps.", kRedBook);
+  else if (t.number > 99 && tracks <= 99)
+    findings.add(Severity::error, "track-number", place,
+                 "TRACK " + std::to_string(t.number) + "; the last number that a disc has is 99",
+                 "Begin with a lower number.", kRedBook);
+}
+
 void checkNumbers(const Sheet& sheet, Findings& findings) {
   if (sheet.tracks.empty()) {
     findings.add(Severity::error, "no-tracks", {}, "the sheet has no TRACK",
@@ -24,34 +36,32 @@ void checkNumbers(const Sheet& sheet, Findings& findings) {
     findings.add(Severity::error, "too-many-tracks", {sheet.tracks[99].line, 100},
                  "the sheet has " + std::to_string(sheet.tracks.size()) + " tracks; a disc has 99",
                  "Join tracks, or make two discs.", kRedBook);
-  int expected = sheet.tracks.front().number;
+  int expected = std::max(sheet.tracks.front().number, 1);
   int counted = 0;
   for (const Track& t : sheet.tracks) {
-    ++counted;
-    if (t.number >= 0 && (t.number != expected || t.number == 0))
-      findings.add(Severity::error, "track-number", {t.line, counted},
-                   "TRACK " + std::to_string(t.number) + " where " +
-                       std::to_string(std::max(expected, 1)) + " is expected",
-                   "Number the tracks without gaps.", kRedBook);
-    expected = t.number + 1;
+    checkNumber(t, {t.line, ++counted}, expected, sheet.tracks.size(), findings);
+    expected = (t.number < 0 ? expected : t.number) + 1;
   }
 }
 
-void checkTime(const Index& index, int track, Findings& findings) {
-  const Place place{index.line, track};
-  if (!index.time.readable()) return;
-  if (!index.time.inRange())
+/// `what` begins the sentence about a time that no disc has room for.
+void checkTime(const Msf& time, const std::string& what, Place place, Findings& findings) {
+  if (!time.readable()) return;
+  if (!time.inRange())
     findings.add(Severity::error, "time-out-of-range", place,
                  "the time has seconds above 59 or frames above 74",
                  "Seconds go to 59, frames (sectors) to 74.", kRedBook);
-  if (index.time.minutes >= 100)
+  if (time.minutes >= 100)
     findings.add(Severity::error, "minutes-over-99", place,
-                 "the index lies at 100 minutes or more, which no disc has room for",
-                 "Make two discs.", kRedBook);
+                 what + " 100 minutes or more, which no disc has room for", "Make two discs.",
+                 kRedBook);
 }
 
 void checkIndices(const Track& t, int track, Findings& findings) {
-  for (const Index& i : t.indices) checkTime(i, track, findings);
+  if (t.pregap) checkTime(*t.pregap, "PREGAP lasts", {t.line, track}, findings);
+  for (const Index& i : t.indices)
+    checkTime(i.time, "the index lies at", {i.line, track}, findings);
+  if (t.postgap) checkTime(*t.postgap, "POSTGAP lasts", {t.line, track}, findings);
   if (!t.index(1))
     findings.add(Severity::error, "no-index-01", {t.line, track}, "the track has no INDEX 01",
                  "Give the time at which it starts.", kSheetRules);
@@ -110,7 +120,7 @@ void checkLengths(const Disc& disc, Findings& findings) {
   for (size_t t = 0; t < disc.places.size(); ++t) {
     if (!disc.places[t] || !disc.places[t]->endKnown) continue;
     const TrackPlace& place = *disc.places[t];
-    const int64_t length = place.end - place.start;
+    const int64_t length = place.ownEnd - place.start;
     if (length > 0 && length < kShortestTrack)
       findings.add(Severity::error, "track-under-4-s",
                    {disc.sheet.tracks[t].line, static_cast<int>(t) + 1},
@@ -157,17 +167,6 @@ void checkLeadIns(const Sheet& sheet, Findings& findings) {
   }
 }
 
-void checkModes(const Sheet& sheet, Findings& findings) {
-  int number = 0;
-  for (const Track& t : sheet.tracks) {
-    ++number;
-    if (!t.isAudio())
-      findings.add(Severity::warning, "not-audio", {t.line, number},
-                   "the track is " + (t.mode.empty() ? "of no kind" : t.mode) + ", not AUDIO",
-                   "Sector rules of audio are applied to it all the same.", kRedBook);
-  }
-}
-
 }  // namespace
 
 void checkLayout(const Disc& disc, Findings& findings) {
@@ -178,7 +177,6 @@ void checkLayout(const Disc& disc, Findings& findings) {
   checkLengths(disc, findings);
   checkDiscLength(disc, findings);
   checkLeadIns(disc.sheet, findings);
-  checkModes(disc.sheet, findings);
 }
 
 }  // namespace velmor::cdcheck

@@ -17,6 +17,8 @@ void checkSyntax(const Disc& disc, Findings& findings);
 void checkTexts(const Disc& disc, Findings& findings);
 /// CATALOG and ISRC: form, check digit, uniqueness.
 void checkCodes(const Disc& disc, Findings& findings);
+/// What each track says that it is: mode and flags.
+void checkTracks(const Disc& disc, Findings& findings);
 /// Track numbers, index times and their order, lengths of tracks and disc.
 void checkLayout(const Disc& disc, Findings& findings);
 /// The FILEs: there, of a known kind, whole, long enough for the indices.

@@ -57,6 +57,32 @@ void addProblem(const SyntaxProblem& p, Findings& findings) {
   }
 }
 
+/// Two of three readers know no line that ends in a carriage return alone: they find one line.
+void checkLineEnds(const Sheet& sheet, Findings& findings) {
+  const std::string count = std::to_string(sheet.ends.cr);
+  if (sheet.ends.cr > 0 && sheet.ends.lf + sheet.ends.crlf == 0)
+    findings.add(Severity::error, "carriage-return-alone", {},
+                 "all lines end in a carriage return alone", "Write CRLF or LF line ends.");
+  else if (sheet.ends.cr > 0)
+    findings.add(Severity::warning, "stray-carriage-return", {},
+                 count +
+                     " carriage returns stand without a line feed, which some readers take for "
+                     "no line end",
+                 "Write CRLF or LF line ends.");
+  if (sheet.noLastLineEnd)
+    findings.addForReaders("no-last-line-end", {}, "the last line has no line end",
+                           "End it as the others end.");
+}
+
+void checkCapitals(const Sheet& sheet, Findings& findings) {
+  if (sheet.lowerCaseCommand > 0)
+    findings.addForReaders("lower-case-command", {sheet.lowerCaseCommand, 0},
+                           "a command stands in small letters", "Write commands in capitals.");
+  if (sheet.lowerCaseFileType > 0)
+    findings.addForReaders("lower-case-file-type", {sheet.lowerCaseFileType, 0},
+                           "the type of the FILE stands in small letters", "Write it in capitals.");
+}
+
 }  // namespace
 
 void checkSyntax(const Disc& disc, Findings& findings) {
@@ -68,12 +94,8 @@ void checkSyntax(const Disc& disc, Findings& findings) {
   if (sheet.byteOrderMark)
     findings.addForReaders("byte-order-mark", {1, 0}, "the sheet begins with a byte-order mark",
                            "Save it without one.");
-  if (sheet.ends.cr > 0)
-    findings.add(Severity::warning, "carriage-return-alone", {},
-                 std::to_string(sheet.ends.cr) +
-                     " lines end in a carriage return alone, which "
-                     "most readers take for no line end",
-                 "Write CRLF or LF line ends.");
+  checkLineEnds(sheet, findings);
+  checkCapitals(sheet, findings);
   if (sheet.cdTextFile)
     findings.add(Severity::note, "cd-text-file", {sheet.cdTextFile->line, 0},
                  "CDTEXTFILE is named; only burning programs read it, and it is not checked here",

@@ -35,7 +35,9 @@ std::string_view takeWord(std::string_view& rest) {
   return word;
 }
 
-bool isCommand(std::string_view word) {
+bool beginsCommand(std::string_view line) {
+  std::string_view start = line.substr(0, 64);
+  const std::string word = upperCase(takeWord(start));
   return std::find(kCommands.begin(), kCommands.end(), word) != kCommands.end();
 }
 
@@ -60,7 +62,7 @@ Text valueBeforeWord(std::string_view rest, int line, std::string& after) {
   size_t split = rest.find_last_of(kBlanks);
   if (quoted && lastQuote > 0) split = lastQuote + 1;
   if (split == std::string_view::npos || (quoted && lastQuote == 0)) split = rest.size();
-  after = upperCase(trimmed(rest.substr(split)));
+  after = trimmed(rest.substr(split));
   return wholeValue(rest.substr(0, split), line);
 }
 

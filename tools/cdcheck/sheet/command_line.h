@@ -13,8 +13,9 @@ std::string upperCase(std::string_view text);
 std::string_view trimmed(std::string_view text);
 /// Takes the first word off `rest`, and the blanks around it.
 std::string_view takeWord(std::string_view& rest);
-/// Is this one of the commands of a cue sheet? `word` in upper case.
-bool isCommand(std::string_view word);
+/// Does the line begin with a command of a cue sheet, in any case? Looks at its first 64 bytes: no
+/// writer indents further, and a look to the end for every cut would never end on a long line.
+bool beginsCommand(std::string_view line);
 
 /// The value that is `rest` whole: everything between its first and last quote, or all of it when
 /// it does not begin with one.

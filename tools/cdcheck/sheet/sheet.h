@@ -87,7 +87,11 @@ struct Sheet {
   bool byteOrderMark = false;
   bool binaryBytes = false;  ///< zero bytes: UTF-16, or not a text at all
   LineEnds ends;
-  size_t longestLine = 0;  ///< bytes
+  bool noLastLineEnd = false;  ///< the last line stops with the file
+  int lowerCaseCommand =
+      0;  ///< first line with a command or a track mode in small letters; 0: none
+  int lowerCaseFileType = 0;  ///< likewise with the type of a FILE
+  size_t longestLine = 0;     ///< bytes
   Fields fields;
   std::optional<Text> catalog, cdTextFile;
   std::vector<Text> remarks;

@@ -21,6 +21,7 @@ class Parser {
     sheet_.binaryBytes = bytes_.find('\0') != std::string_view::npos;
     sheet_.byteOrderMark = bytes_.starts_with(kByteOrderMark);
     if (sheet_.byteOrderMark) bytes_.remove_prefix(kByteOrderMark.size());
+    sheet_.noLastLineEnd = !bytes_.empty() && !bytes_.ends_with('\n') && !bytes_.ends_with('\r');
     LineReader lines(bytes_);
     while (const auto line = lines.next()) readLine(*line);
     if (pending_) problem(SyntaxKind::unclosed, pending_->line, "");
@@ -40,8 +41,7 @@ class Parser {
   /// cut commands and leaves the last one.
   std::string_view passCutCommands(std::string_view text) {
     while (text.size() > kCutAt) {
-      std::string_view rest = text.substr(kCutAt);
-      if (!isCommand(upperCase(takeWord(rest).substr(0, 20)))) break;
+      if (!beginsCommand(text.substr(kCutAt))) break;
       problem(SyntaxKind::cutLine, line_, "");
       cut_ = true;
       readCommand(text.substr(0, kCutAt));
@@ -54,10 +54,9 @@ class Parser {
   /// The rest of a quoted value whose line ended before its closing quote.
   bool joinsPending(std::string_view text) {
     if (!pending_) return false;
-    std::string_view rest = text;
     const Pending before = *pending_;
     pending_.reset();
-    if (isCommand(upperCase(takeWord(rest).substr(0, 20)))) {
+    if (beginsCommand(text)) {
       problem(SyntaxKind::unclosed, before.line, "");
       return false;
     }
@@ -87,7 +86,13 @@ class Parser {
       readGap(command, rest);
     } else if (!readText(command, rest)) {
       problem(SyntaxKind::unknownCommand, line_, word.substr(0, 40));
+      return;
     }
+    noteSmallLetters(word, sheet_.lowerCaseCommand);
+  }
+
+  void noteSmallLetters(std::string_view word, int& firstLine) const {
+    if (firstLine == 0 && upperCase(word) != word) firstLine = line_;
   }
 
   bool readText(std::string_view command, std::string_view rest) {
@@ -124,6 +129,8 @@ class Parser {
   void readFile(std::string_view rest) {
     File file;
     file.name = valueBeforeWord(rest, line_, file.type);
+    noteSmallLetters(file.type, sheet_.lowerCaseFileType);
+    file.type = upperCase(file.type);
     if (!file.name.closed) problem(SyntaxKind::unclosed, line_, "FILE");
     sheet_.files.push_back(std::move(file));
   }
@@ -132,7 +139,9 @@ class Parser {
     if (sheet_.files.empty()) problem(SyntaxKind::misplaced, line_, "TRACK before any FILE");
     Track made;
     made.number = parseNumber(takeWord(rest), 6);
-    made.mode = upperCase(trimmed(rest).substr(0, 40));
+    made.mode = trimmed(rest).substr(0, 40);
+    noteSmallLetters(made.mode, sheet_.lowerCaseCommand);
+    made.mode = upperCase(made.mode);
     made.line = line_;
     if (made.number < 0) problem(SyntaxKind::badNumber, line_, "TRACK");
     sheet_.tracks.push_back(std::move(made));
