@@ -32,7 +32,7 @@ fs::path portablePath(fs::path sheet) {
   return sheet.replace_extension(".portable.cue");
 }
 
-std::string quoted(const fs::path& path) {
+std::string inQuotes(const fs::path& path) {
   return '"' + path.string() + '"';
 }
 
@@ -51,7 +51,7 @@ bool sameFile(const fs::path& a, const fs::path& b) {
 }
 
 RenderError cannotPlace(const fs::path& target, const std::error_code& error) {
-  return RenderError("the finished disc cannot be put in its place, " + quoted(target) + ": " +
+  return RenderError("the finished disc cannot be put in its place, " + inQuotes(target) + ": " +
                      error.message());
 }
 
@@ -122,7 +122,7 @@ OutputPair::OutputPair(const std::string& output, bool force,
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::string pattern = (parent / ".velmor-render-XXXXXX").string();
   if (!mkdtemp(pattern.data())) {
-    throw RenderError("nothing can be written to the folder " + quoted(parent) + ": " +
+    throw RenderError("nothing can be written to the folder " + inQuotes(parent) + ": " +
                       std::string(strerror(errno)) + "; choose another with -o");
   }
   m_folder = pattern;
@@ -145,7 +145,7 @@ void OutputPair::checkName() const {
                       ", which a cue sheet cannot hold; choose another with -o");
   }
   if (name.size() <= 4 || name.size() > kLongestName) {
-    throw RenderError("the output " + quoted(m_sheet) +
+    throw RenderError("the output " + inQuotes(m_sheet) +
                       " has no usable file name; give one like album.cue with -o");
   }
 }
@@ -160,13 +160,13 @@ void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::error_code error;
   if (!fs::is_directory(parent, error)) {
-    throw RenderError("there is no folder " + quoted(parent) +
+    throw RenderError("there is no folder " + inQuotes(parent) +
                       " to write to; make it, or choose another with -o");
   }
   for (const fs::path& target : targets()) {
     for (const std::string& input : inputs) {
       if (sameFile(target, input)) {
-        throw RenderError("the output " + quoted(target) +
+        throw RenderError("the output " + inQuotes(target) +
                           " is one of the inputs and would be overwritten; choose another with -o");
       }
     }
@@ -179,18 +179,18 @@ void OutputPair::checkOld() const {
     std::error_code error;
     if (!fs::exists(fs::symlink_status(target, error))) continue;
     if (fs::is_directory(target, error)) {
-      throw RenderError("the output " + quoted(target) + " is a folder; choose another with -o");
+      throw RenderError("the output " + inQuotes(target) + " is a folder; choose another with -o");
     }
     if (fs::is_other(target, error)) {
-      throw RenderError("the output " + quoted(target) +
+      throw RenderError("the output " + inQuotes(target) +
                         " is no regular file; choose another with -o");
     }
     if (!m_force) {
-      throw RenderError(quoted(target) +
+      throw RenderError(inQuotes(target) +
                         " exists already; --force replaces it, -o chooses another place");
     }
     if (isHeld(target)) {
-      throw RenderError(quoted(target) +
+      throw RenderError(inQuotes(target) +
                         " is in use by another program; wait for it, or choose another with -o");
     }
   }
@@ -227,7 +227,7 @@ void OutputPair::commit() {
     if (takeBack(placed)) throw;
     const fs::path kept = std::exchange(m_folder, fs::path());
     throw RenderError(std::string(failure.what()) + "; the old files are kept in " +
-                      quoted(kept / "replaced"));
+                      inQuotes(kept / "replaced"));
   }
   if (!m_portable.empty() && !has_portable) fs::remove(m_portable, error);
 }

@@ -19,7 +19,7 @@ constexpr int64_t kSectorsOf7957 = 359775;
 constexpr size_t kLongestText = 80;  // characters; several readers refuse more
 
 std::vector<std::string> allQuoted(std::vector<std::string> texts) {
-  for (std::string& text : texts) text = quoted(text);
+  for (std::string& text : texts) text = inQuotes(text);
   return texts;
 }
 
@@ -67,13 +67,13 @@ void checkText(const std::string& what, const std::string& text, Findings& findi
 
 void checkFields(const HostProject& project, Findings& findings) {
   for (const auto& [key, value] : project.metadata) {
-    checkText("the disc field " + quoted(key), value, findings);
+    checkText("the disc field " + inQuotes(key), value, findings);
   }
   for (const Mark& mark : project.marks) {
     if (mark.end || !isTag(mark.name)) continue;
-    checkText("the tag " + quoted(mark.name.substr(0, 40)), mark.name.substr(5), findings);
+    checkText("the tag " + inQuotes(mark.name.substr(0, 40)), mark.name.substr(5), findings);
     if (mark.name.size() == 5 && strcasecmp(mark.name.c_str(), "ISRC=") != 0) {
-      findings.warnings.push_back("the tag " + quoted(mark.name) +
+      findings.warnings.push_back("the tag " + inQuotes(mark.name) +
                                   " is empty, which some readers refuse");
     }
   }
@@ -102,7 +102,7 @@ void checkNames(const TrackPlan& plan, Findings& findings) {
 
 }  // namespace
 
-std::string quoted(const std::string& text) {
+std::string inQuotes(const std::string& text) {
   return '"' + text + '"';
 }
 

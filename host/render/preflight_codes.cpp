@@ -15,7 +15,7 @@ void checkCatalogue(const HostProject& project, Findings& findings) {
   for (const auto& [key, value] : project.metadata) {
     if (strcasecmp(key.c_str(), "CUE:DISC_CATALOG") != 0) continue;
     if (const auto fault = catalogueFault(value)) {
-      findings.warnings.push_back("the catalogue number " + quoted(value) + " " + *fault);
+      findings.warnings.push_back("the catalogue number " + inQuotes(value) + " " + *fault);
     }
   }
 }
@@ -26,11 +26,11 @@ void checkIsrcForms(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
     const auto code = normalisedIsrc(isrc.code);
     if (!code || *code != isrc.code) {
       findings.warnings.push_back(
-          "the ISRC " + quoted(isrc.code) +
+          "the ISRC " + inQuotes(isrc.code) +
           " has not the form of two capitals, three capitals or digits and seven digits");
     }
     if (!seen.insert(code.value_or(isrc.code)).second) {
-      findings.warnings.push_back("the ISRC " + quoted(isrc.code) +
+      findings.warnings.push_back("the ISRC " + inQuotes(isrc.code) +
                                   " is used twice; every recording has its own");
     }
   }
@@ -52,9 +52,10 @@ void checkLostIsrcs(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
   for (const IsrcPlace& isrc : isrcs) {
     if (!isrc.given_to.empty()) continue;
     if (isrc.second_in) {
-      second.push_back(quoted(isrc.code) + " (track " + std::to_string(*isrc.second_in + 1) + ")");
+      second.push_back(inQuotes(isrc.code) + " (track " + std::to_string(*isrc.second_in + 1) +
+                       ")");
     } else {
-      outside.push_back(quoted(isrc.code));
+      outside.push_back(inQuotes(isrc.code));
     }
   }
   warnOfIsrcs(second, " is", " are",
@@ -74,7 +75,7 @@ void checkStrayIsrcs(const std::vector<IsrcPlace>& isrcs, const TrackPlan& plan,
     if (isrc.input == 0 || isrc.given_to.empty()) continue;
     const size_t track = isrc.given_to.front();
     if (plan.tracks[track].source_start >= isrc.position - kAllowance) continue;
-    stray.push_back(quoted(isrc.code) + " of input " + std::to_string(isrc.input) +
+    stray.push_back(inQuotes(isrc.code) + " of input " + std::to_string(isrc.input) +
                     " goes to track " + std::to_string(track + 1));
   }
   warnOfIsrcs(stray, ", which begins before that input", ", which begin before those inputs",

@@ -15,7 +15,7 @@ void checkStarts(const SinkConfig& config, const TrackPlan& plan, Findings& find
 /// The catalogue number and the ISRCs: their form, and whether each ISRC reaches a track.
 void checkCodes(const HostProject& project, const TrackPlan& plan, Findings& findings);
 
-std::string quoted(const std::string& text);
+std::string inQuotes(const std::string& text);
 
 /// One, two and 3 more; the first five are named.
 std::string listed(const std::vector<std::string>& names);

@@ -32,7 +32,7 @@ bool isMissed(const Mark& mark, const Options& options) {
 }
 
 std::string shownMark(const Mark& mark) {
-  return quoted(mark.name) + " (" + mark.given_by + ")";
+  return inQuotes(mark.name) + " (" + mark.given_by + ")";
 }
 
 void warnOfMarks(const std::vector<std::string>& shown, const std::string& of_one,

@@ -16,10 +16,6 @@ int64_t frameAt(double seconds) {
   return static_cast<int64_t>(std::clamp(seconds * kFramesPerSecond + 0.5, -9.0e15, 9.0e15));
 }
 
-double secondsOf(int64_t frames) {
-  return static_cast<double>(frames) / kFramesPerSecond;
-}
-
 /// Fills the image as the module does.
 class Planner {
  public:

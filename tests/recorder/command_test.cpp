@@ -1,6 +1,8 @@
 // velmor-recorder on the command line: what it makes, what it shows, and what it says when it
 // cannot.
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include "tests/recorder/recorder_directory.h"

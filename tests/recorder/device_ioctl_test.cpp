@@ -1,6 +1,8 @@
 // The ioctls of an emulated device as a program meets them, and the trace of what it asked.
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <linux/cdrom.h>
 #include <scsi/sg.h>
 #include <sys/ioctl.h>

@@ -1,5 +1,8 @@
 // A drive's folder: what a disc's description must say, and what goes wrong with its files.
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "tests/recorder/recorder_directory.h"
 #include "tools/recorder/directory/disc_text.h"
 #include "tools/recorder/directory/file_surface.h"

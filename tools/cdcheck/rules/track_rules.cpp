@@ -9,8 +9,6 @@ namespace velmor::cdcheck {
 
 namespace {
 
-constexpr std::string_view kSheetRules = "CDRWIN cue sheet rules";
-
 constexpr std::array<std::string_view, 8> kModes = {
     "AUDIO", "CDG", "MODE1/2048", "MODE1/2352", "MODE2/2336", "MODE2/2352", "CDI/2336", "CDI/2352"};
 constexpr std::array<std::string_view, 4> kFlags = {"DCP", "4CH", "PRE", "SCMS"};
