@@ -8,7 +8,7 @@ constexpr int kList = LVS_REPORT | WS_TABSTOP;
 constexpr const char* kDelete = "Delete CD image files on close of this window";
 
 // clang-format off
-constexpr QuelmControl kRows[] = {
+constexpr QuelmControl kDialogRows[] = {
     {},
     {kQuelmButton, 1, "Burn CD", IDOK, 128, 216, 50, 14, 0},
     {kQuelmButton, 0, "Close", IDCANCEL, 181, 216, 50, 14, 0},
@@ -24,7 +24,7 @@ constexpr QuelmControl kRows[] = {
 // clang-format on
 
 void QUELM__dlg_cf__IDD_BURN(HWND window, int flags) {
-  createControls(window, flags, kRows);
+  createControls(window, flags, kDialogRows);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 namespace {
 
 // clang-format off
-constexpr QuelmControl kRows[] = {
+constexpr QuelmControl kProgressRows[] = {
     {},
     {kQuelmButton, 0, "Cancel", IDCANCEL, 18, 67, 50, 14, 0},
     {kQuelmLabel, 0, "Burning in progress...", 0, 7, 7, 172, 8, 0},
@@ -13,7 +13,7 @@ constexpr QuelmControl kRows[] = {
 // clang-format on
 
 void QUELM__dlg_cf__IDD_DOBURN(HWND window, int flags) {
-  createControls(window, flags, kRows);
+  createControls(window, flags, kProgressRows);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 namespace {
 
 // clang-format off
-constexpr QuelmControl kRows[] = {
+constexpr QuelmControl kSettingsRows[] = {
     {},
     {kQuelmLabel, -1, "Lead-in silence for tracks:", 0, 0, 3, 82, 8, 0},
     {kQuelmEdit, 0, "", IDC_TRACK_LEADIN, 85, 2, 34, 14, ES_AUTOHSCROLL},
@@ -21,7 +21,7 @@ constexpr QuelmControl kRows[] = {
 // clang-format on
 
 void QUELM__dlg_cf__IDD_ISOSINK_CFG(HWND window, int flags) {
-  createControls(window, flags, kRows);
+  createControls(window, flags, kSettingsRows);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@ unset LIBRARY_PATH
 export CCACHE_DIR="${CCACHE_DIR:-$PWD/build/ccache}"
 # The compiler's own list of headers decides, instead of a run of the preprocessor before each compilation.
 export CCACHE_DEPEND=1
+export CCACHE_SLOPPINESS=pch_defines,time_macros
 
 say() { printf '\n== %s\n' "$*"; }
 fail() {

@@ -15,21 +15,41 @@ if compgen -G 'docs/*.1' >/dev/null; then
   mandoc -T lint -W warning docs/*.1
 fi
 
+# tidy FILE... -- OPTION...: clang-tidy over the files, on every processor.
+tidy() {
+  local files=()
+  while [ "$1" != -- ]; do
+    files+=("$1")
+    shift
+  done
+  shift
+  printf '%s\0' "${files[@]}" | xargs -0 -P "$(nproc)" -I{} clang-tidy-14 --quiet {} "$@"
+}
+
+# sources_of FOLDER PATTERN: what the build there compiles of the project's own. The recorder to preload is made of the
+# same sources as the one to link.
+sources_of() {
+  grep -oP "\"file\": \"\K[^\"]+$2" "$1/compile_commands.json" |
+    grep -vE "^$PWD/build/[^/]*/(tests|fuzz)/|velmor_recorder_preload" | sort -u
+}
+
 say "clang-tidy"
 if [ "${1:-}" = --all ]; then
-  units=build/each-file
-  cmake --preset sanitize -B "$units" -DCMAKE_UNITY_BUILD=OFF >/dev/null
-  files='"file": "\K[^"]+\.cpp'
-  checks=
-else
-  units=build/sanitize
-  [ -f "$units/compile_commands.json" ] || cmake --preset sanitize >/dev/null
-  files='"file": "\K[^"]+/(abi|plugin|sink|burn|support|resources|platform|host|tools)/[^"]+\.c(pp|xx)'
-  # Files of many sources are the way here.
-  checks=-bugprone-suspicious-include
+  cmake --preset sanitize -B build/each-file -DCMAKE_UNITY_BUILD=OFF >/dev/null
+  mapfile -t files < <(sources_of build/each-file '\.cpp')
+  tidy "${files[@]}" -- -p build/each-file
+  exit
 fi
-# The recorder to preload is made of the same sources as the one to link.
-mapfile -t sources < <(grep -oP "$files" "$units/compile_commands.json" |
-  grep -vE "^$PWD/build/[^/]*/(tests|fuzz)/|velmor_recorder_preload" | sort -u)
-[ ${#sources[@]} -gt 0 ] || fail "no source to lint: the sanitizer build is not configured"
-printf '%s\n' "${sources[@]}" | xargs -P "$(nproc)" -n 1 clang-tidy-14 --quiet --checks="$checks" -p "$units"
+
+[ -f build/sanitize/compile_commands.json ] || cmake --preset sanitize >/dev/null
+mapfile -t files < <(sources_of build/sanitize '/(host|tools)/[^"]+\.c(pp|xx)')
+[ ${#files[@]} -gt 0 ] || fail "no source to lint: the sanitizer build is not configured"
+# The module's rooms, each as one file as well. That sources are included is the way here, and no fault.
+mkdir -p build/lint
+rooms=()
+for room in plugin sink burn resources support platform; do
+  git ls-files -co --exclude-standard "$room/*.cpp" | grep -v '_mac\.cpp$' | sed 's/.*/#include "&"/' >"build/lint/$room.cpp"
+  rooms+=("build/lint/$room.cpp")
+done
+tidy "${rooms[@]}" -- --checks=-bugprone-suspicious-include --config-file=.clang-tidy -- -std=c++20 -I.
+tidy "${files[@]}" -- --checks=-bugprone-suspicious-include -p build/sanitize

@@ -15,14 +15,14 @@
 
 namespace {
 
-constexpr int kSmallestBuffer = 16384;
+constexpr int kLeastBuffered = 16384;
 constexpr mode_t kFileMode = 0644;
 
 /// The buffer's size for what was asked, 0 for unbuffered writing.
 int bufferSize(int block_size, int min_blocks) {
   const int64_t asked = static_cast<int64_t>(block_size) * min_blocks;
   const int64_t pages = (asked + 4095) & ~int64_t{4095};
-  return asked < kSmallestBuffer || pages > INT_MAX ? 0 : static_cast<int>(pages);
+  return asked < kLeastBuffered || pages > INT_MAX ? 0 : static_cast<int>(pages);
 }
 
 int failureCode(int64_t result, int error) {

@@ -100,6 +100,7 @@ void printChanges(const std::vector<Second>& seconds, const std::vector<std::str
 
 std::vector<std::string> pathsOf(const std::vector<Second>& seconds) {
   std::vector<std::string> paths;
+  paths.reserve(seconds.size());
   for (const Second& s : seconds) paths.push_back(s.path.string());
   return paths;
 }
