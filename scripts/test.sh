@@ -25,8 +25,8 @@ echo "clean"
 
 for preset in release sanitize; do
   say "Tests: $preset"
-  # Many of them wait for other programs: twice as many as there are processors.
-  ctest --preset "$preset" -j "$(($(nproc) * 2))" ${1:+-R "$1"} --output-on-failure
+  # Some wait for other programs: one more than there are processors.
+  ctest --preset "$preset" -j "$(($(nproc) + 1))" ${1:+-R "$1"} --output-on-failure
 done
 if [ $# -eq 0 ]; then
   say "Fuzzing for a minute"

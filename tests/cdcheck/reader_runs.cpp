@@ -225,10 +225,12 @@ LoadedDisc runMpv(const SheetOnDisk& s) {
   // Most of its time goes into guessing a format from megabytes of raw samples, in vain; the
   // chapters come from the sheet, so that two seconds of image do.
   keepTwoSeconds(fs::path(s.folder) / s.image);
-  const ProcessResult run = runProcess(
-      {"mpv", "--no-config", "--ao=null", "--vo=null", "--pause", "--ytdl=no", "--osc=no",
-       "--load-stats-overlay=no", "--load-auto-profiles=no", "--script=chapters.lua", s.sheet},
-      s.folder);
+  // Kept open, since at the image's end the chapters would go, before a slow script has seen them.
+  const ProcessResult run =
+      runProcess({"mpv", "--no-config", "--ao=null", "--vo=null", "--pause", "--keep-open=always",
+                  "--ytdl=no", "--osc=no", "--load-stats-overlay=no", "--load-auto-profiles=no",
+                  "--script=chapters.lua", s.sheet},
+                 s.folder);
   const auto json = column(run.all, "CHAPTERS (\\[[^\n]*\\])");
   LoadedDisc disc = loadedWhere(!json.empty(), run);
   if (json.empty()) return disc;
