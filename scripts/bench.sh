@@ -31,7 +31,7 @@ measure_parts() {
   say "Building"
   configure_and_build release velmor-bench | tail -n 1
   say "The parts"
-  TMPDIR=$data build/release/bench/velmor-bench --benchmark_repetitions=15 --benchmark_min_time=0.05 \
+  TMPDIR=$data build/release/bench/velmor-bench --benchmark_repetitions=40 --benchmark_min_time=0.02 \
     --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=false \
     --benchmark_out="$folder/parts.json" --benchmark_out_format=json >"$folder/parts.log" 2>&1 || {
     tail -n 20 "$folder/parts.log" >&2
