@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 # ./dev fuzz [MINUTES | --seconds SECONDS] [TARGET...]: fuzzes for that long in all (default 5 minutes), shared out
-# among the targets, as many at once as there are processors. What is found stays in build/fuzz/findings, what is learnt for the next run in build/fuzz/corpus.
+# among the targets, as many at once as there are processors. What is found stays in build/fuzz/findings, what is learnt
+# for the next run in build/fuzz/corpus.
 bash scripts/setup.sh >&2
 source scripts/common.sh
 

@@ -29,20 +29,20 @@ tidy() {
 # sources_of FOLDER PATTERN: what the build there compiles of the project's own. The recorder to preload is made of the
 # same sources as the one to link.
 sources_of() {
-  grep -oP "\"file\": \"\K[^\"]+$2" "$1/compile_commands.json" |
+  grep -oP "\"file\": \"\K\\Q$PWD\\E/$2" "$1/compile_commands.json" |
     grep -vE "^$PWD/build/[^/]*/(tests|fuzz)/|velmor_recorder_preload" | sort -u
 }
 
 say "clang-tidy"
 if [ "${1:-}" = --all ]; then
-  cmake --preset sanitize -B build/each-file -DCMAKE_UNITY_BUILD=OFF >/dev/null
-  mapfile -t files < <(sources_of build/each-file '\.cpp')
+  cmake --preset sanitize -B build/each-file -DCMAKE_UNITY_BUILD=OFF -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
+  mapfile -t files < <(sources_of build/each-file '[^"]+\.cpp')
   tidy "${files[@]}" -- -p build/each-file
   exit
 fi
 
 [ -f build/sanitize/compile_commands.json ] || cmake --preset sanitize >/dev/null
-mapfile -t files < <(sources_of build/sanitize '/(host|tools)/[^"]+\.c(pp|xx)')
+mapfile -t files < <(sources_of build/sanitize '(build/sanitize/)?(host|tools)/[^"]+\.c(pp|xx)')
 [ ${#files[@]} -gt 0 ] || fail "no source to lint: the sanitizer build is not configured"
 # The module's rooms, each as one file as well. That sources are included is the way here, and no fault.
 mkdir -p build/lint

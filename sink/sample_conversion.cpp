@@ -39,6 +39,12 @@ __m128i roundTwoFrames(const double* left, const double* right, __m128i& lowest)
   return _mm_srai_epi32(doubled, 1);
 }
 
+/// The vector forms round as the processor is set to, which is to the nearest unless somebody in the
+/// host's process has changed it.
+bool roundsToNearest() {
+  return _MM_GET_ROUNDING_MODE() == _MM_ROUND_NEAREST;
+}
+
 }  // namespace
 
 void convertFramesPlain(const double* left, const double* right, int frames, int16_t* out) {
@@ -66,7 +72,8 @@ void convertFramesSse2(const double* left, const double* right, int frames, int1
 }
 
 void convertFrames(const double* left, const double* right, int spacing, int frames, int16_t* out) {
-  static const ConvertFramesFn convert = processorHasAvx2() ? convertFramesAvx2 : convertFramesSse2;
+  static const ConvertFramesFn fastest = processorHasAvx2() ? convertFramesAvx2 : convertFramesSse2;
+  const ConvertFramesFn convert = roundsToNearest() ? fastest : convertFramesPlain;
   if (spacing == 1) {
     convert(left, right, frames, out);
     return;

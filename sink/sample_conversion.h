@@ -11,12 +11,13 @@
 using ConvertFramesFn = void (*)(const double* left, const double* right, int frames, int16_t* out);
 
 void convertFramesPlain(const double* left, const double* right, int frames, int16_t* out);
+/// Only while the processor rounds to the nearest, which every thread begins with.
 void convertFramesSse2(const double* left, const double* right, int frames, int16_t* out);
-/// Only on processors that have AVX2 and FMA.
+/// Likewise, and only on processors that have AVX2 and FMA.
 void convertFramesAvx2(const double* left, const double* right, int frames, int16_t* out);
 
 /// Whether processor and system support AVX2 and FMA, which came together.
 bool processorHasAvx2();
 
-/// The fastest form that this processor runs, for channels whose frame i is at `left[i * spacing]`.
+/// The fastest form that this processor runs as it is set, for channels whose frame i is at `left[i * spacing]`.
 void convertFrames(const double* left, const double* right, int spacing, int frames, int16_t* out);

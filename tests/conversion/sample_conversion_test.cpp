@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cfenv>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -225,6 +226,24 @@ TEST_P(Conversion, HoldsForRandomSamplesAndRandomBits) {
     samples.push_back(std::bit_cast<double>(random()));
   }
   ExpectFormula(samples);
+}
+
+// A library in the host's process may leave the processor so.
+TEST(ConversionInAnotherRoundingMode, IsStillTheFormula) {
+  std::mt19937_64 random(6);
+  std::uniform_real_distribution<double> around_full_scale(-1.02, 1.02);
+  std::vector<double> samples(4099);
+  for (double& sample : samples) sample = around_full_scale(random);
+  for (const int mode : {FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO}) {
+    std::vector<int16_t> out(2 * samples.size());
+    ASSERT_EQ(std::fesetround(mode), 0);
+    convertFrames(samples.data(), samples.data(), 1, static_cast<int>(samples.size()), out.data());
+    ASSERT_EQ(std::fesetround(FE_TONEAREST), 0);
+    for (size_t i = 0; i < samples.size(); ++i) {
+      ASSERT_EQ(out[2 * i], Formula(samples[i])) << mode << " " << std::hexfloat << samples[i];
+      ASSERT_EQ(out[2 * i + 1], out[2 * i]) << mode;
+    }
+  }
 }
 
 TEST(ConversionWithSpacing, ReadsEverySpacingthSample) {
