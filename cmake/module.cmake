@@ -2,11 +2,11 @@
 
 # The Objective-C++ files, in the order of the link line. Tests on Linux build them too.
 set(VELMOR_CD_MAC_SOURCES
-    burn/cd_burn_delegate_mac.mm
-    burn/cd_burn_source_mac.mm
-    platform/disc_recording_mac.mm
-    platform/system_log_mac.mm
-    platform/windowing_provider_mac.mm)
+    module/platform/cd_burn_delegate_mac.mm
+    module/platform/cd_burn_source_mac.mm
+    module/platform/disc_recording_mac.mm
+    module/platform/system_log_mac.mm
+    module/platform/windowing_provider_mac.mm)
 
 # VELMOR_CD_PLATFORM_SOURCES, VELMOR_CD_OBJECTIVE_C_SOURCES, VELMOR_CD_KIND, velmor_link_module()
 include(cmake/module_${CMAKE_SYSTEM_NAME}.cmake)
@@ -15,32 +15,32 @@ include(cmake/module_${CMAKE_SYSTEM_NAME}.cmake)
 # before which nothing of the module may run, then the rest.
 set(VELMOR_CD_SOURCES
     ${VELMOR_CD_OBJECTIVE_C_SOURCES}
-    plugin/module_init.cpp
-    plugin/quelm_modstub.cpp
-    plugin/dialog_list.cpp
-    plugin/entry.cpp
-    plugin/localize.cpp
-    plugin/sink_registration.cpp
-    resources/burn.cpp
-    resources/doburn.cpp
-    resources/isosink_cfg.cpp
-    sink/config_dialog.cpp
-    sink/cue_sheet.cpp
-    sink/marker_names.cpp
-    sink/pcm_sink_iso.cpp
-    sink/pcm_sink_iso_write.cpp
-    sink/sample_conversion.cpp
-    sink/sample_conversion_avx2.cpp
-    sink/track_cutter.cpp
-    burn/burn_dialog.cpp
-    burn/burn_engine.cpp
-    burn/burn_settings.cpp
-    burn/track_source.cpp
-    support/assoc_array.cpp
-    support/file_read.cpp
-    support/file_write.cpp
-    support/heap_buf.cpp
-    support/ydk_string.cpp
+    module/plugin/module_init.cpp
+    module/plugin/quelm_modstub.cpp
+    module/plugin/dialog_list.cpp
+    module/plugin/entry.cpp
+    module/plugin/localize.cpp
+    module/plugin/sink_registration.cpp
+    module/resources/burn.cpp
+    module/resources/doburn.cpp
+    module/resources/isosink_cfg.cpp
+    module/sink/config_dialog.cpp
+    module/sink/cue_sheet.cpp
+    module/sink/marker_names.cpp
+    module/sink/pcm_sink_iso.cpp
+    module/sink/pcm_sink_iso_write.cpp
+    module/sink/sample_conversion.cpp
+    module/sink/sample_conversion_avx2.cpp
+    module/sink/track_cutter.cpp
+    module/burn/burn_dialog.cpp
+    module/burn/burn_engine.cpp
+    module/burn/burn_settings.cpp
+    module/burn/track_source.cpp
+    module/support/assoc_array.cpp
+    module/support/file_read.cpp
+    module/support/file_write.cpp
+    module/support/heap_buf.cpp
+    module/support/ydk_string.cpp
     ${VELMOR_CD_PLATFORM_SOURCES})
 
 add_library(velmor_cd_objects OBJECT ${VELMOR_CD_SOURCES})

@@ -6,8 +6,8 @@ set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
 set(CMAKE_OBJCXX_EXTENSIONS OFF)
 
 set(VELMOR_CD_PLATFORM_SOURCES
-    platform/file_system_mac.cpp
-    platform/modal_pause_mac.cpp)
+    module/platform/file_system_mac.cpp
+    module/platform/modal_pause_mac.cpp)
 # Retain and release by hand: no compiler's counting.
 set(VELMOR_CD_OBJECTIVE_C_SOURCES ${VELMOR_CD_MAC_SOURCES})
 set_source_files_properties(${VELMOR_CD_OBJECTIVE_C_SOURCES} PROPERTIES COMPILE_OPTIONS -fno-objc-arc)

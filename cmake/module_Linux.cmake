@@ -1,10 +1,10 @@
 # The module on Linux.
 
 set(VELMOR_CD_PLATFORM_SOURCES
-    platform/disc_recording_linux.cpp
-    platform/file_system_linux.cpp
-    platform/system_log_linux.cpp
-    platform/windowing_provider_linux.cpp)
+    module/platform/disc_recording_linux.cpp
+    module/platform/file_system_linux.cpp
+    module/platform/system_log_linux.cpp
+    module/platform/windowing_provider_linux.cpp)
 set(VELMOR_CD_OBJECTIVE_C_SOURCES)
 set(VELMOR_CD_KIND MODULE)
 

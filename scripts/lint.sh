@@ -42,13 +42,13 @@ if [ "${1:-}" = --all ]; then
 fi
 
 [ -f build/sanitize/compile_commands.json ] || cmake --preset sanitize >/dev/null
-mapfile -t files < <(sources_of build/sanitize '(build/sanitize/)?(host|tools)/[^"]+\.c(pp|xx)')
+mapfile -t files < <(sources_of build/sanitize '(build/sanitize/)?(disc|check|host|tools)/[^"]+\.c(pp|xx)')
 [ ${#files[@]} -gt 0 ] || fail "no source to lint: the sanitizer build is not configured"
 # The module's rooms, each as one file as well. That sources are included is the way here, and no fault.
 mkdir -p build/lint
 rooms=()
 for room in plugin sink burn resources support platform; do
-  git ls-files -co --exclude-standard "$room/*.cpp" | grep -v '_mac\.cpp$' | sed 's/.*/#include "&"/' >"build/lint/$room.cpp"
+  git ls-files -co --exclude-standard "module/$room/*.cpp" | grep -v '_mac\.cpp$' | sed 's/.*/#include "&"/' >"build/lint/$room.cpp"
   rooms+=("build/lint/$room.cpp")
 done
 tidy "${rooms[@]}" -- --checks=-bugprone-suspicious-include --config-file=.clang-tidy -- -std=c++20 -I.

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/recording/burn_run.h"
-#include "host/recording/device_access.h"
-#include "host/recording/medium_words.h"
+#include "host/recording/burn/burn_run.h"
+#include "host/recording/burn/medium_words.h"
+#include "host/recording/libburn/device_access.h"
 
 namespace velmor::recording {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/recording/recorder.h"
+#include "host/recording/burn/recorder.h"
 #include "host/recording/recording_library.h"
 
 namespace velmor::recording {

@@ -1,7 +1,7 @@
 #include "host/recording/recording_library.h"
 
 #include "host/recording/drive_service.h"
-#include "host/recording/libburn_recorder.h"
+#include "host/recording/libburn/libburn_recorder.h"
 
 using velmor::recording::DriveService;
 using velmor::recording::openLibburn;

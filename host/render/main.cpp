@@ -7,18 +7,18 @@
 #include <memory>
 #include <optional>
 
-#include "host/render/album.h"
-#include "host/render/burn_session.h"
-#include "host/render/delivery.h"
-#include "host/render/failure.h"
-#include "host/render/interrupt.h"
-#include "host/render/module_library.h"
-#include "host/render/options.h"
-#include "host/render/output_pair.h"
-#include "host/render/portable_sheet.h"
-#include "host/render/preflight.h"
-#include "host/render/renderer.h"
-#include "host/render/report.h"
+#include "host/render/album/album.h"
+#include "host/render/burn/burn_session.h"
+#include "host/render/module/module_library.h"
+#include "host/render/module/renderer.h"
+#include "host/render/options/options.h"
+#include "host/render/output/delivery.h"
+#include "host/render/output/output_pair.h"
+#include "host/render/output/portable_sheet.h"
+#include "host/render/output/report.h"
+#include "host/render/plan/preflight.h"
+#include "host/render/terminal/failure.h"
+#include "host/render/terminal/interrupt.h"
 
 namespace velmor::render {
 

@@ -11,7 +11,7 @@
 #include <memory>
 #include <string>
 
-#include "host/windowing/person.h"
+#include "host/windowing/dialogs/person.h"
 #include "host/windowing/window.h"
 
 namespace velmor::windowing {

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "abi/quelm_types.h"
-#include "host/windowing/combo_box.h"
-#include "host/windowing/list_view.h"
+#include "host/windowing/lists/combo_box.h"
+#include "host/windowing/lists/list_view.h"
 
 namespace velmor::windowing {
 

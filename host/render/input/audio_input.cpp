@@ -6,14 +6,14 @@
 #include <cstdio>
 #include <utility>
 
-#include "host/render/input/embedded_marks.h"
-#include "host/render/input/plain_pcm.h"
+#include "host/render/input/formats/plain_pcm.h"
+#include "host/render/input/formats/source_format.h"
+#include "host/render/input/marks/embedded_marks.h"
+#include "host/render/input/marks/vorbis_comments.h"
 #include "host/render/input/resampler.h"
 #include "host/render/input/sound_file.h"
-#include "host/render/input/source_format.h"
 #include "host/render/input/text_encoding.h"
 #include "host/render/input/tpdf_dither.h"
-#include "host/render/input/vorbis_comments.h"
 
 namespace velmor::render {
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/render/input/audio_input.h"
-#include "host/render/input/stated_length.h"
+#include "host/render/input/formats/stated_length.h"
 #include "host/render/input/text_encoding.h"
 
 namespace velmor::render {

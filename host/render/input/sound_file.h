@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "host/render/input/readable_file.h"
+#include "host/render/input/formats/readable_file.h"
 
 namespace velmor::render {
 

@@ -1,0 +1,86 @@
+// Conversion of one host block, every form side by side with the plain formula and with
+// libswresample.
+#include <benchmark/benchmark.h>
+
+extern "C" {
+#include <libavutil/channel_layout.h>
+#include <libswresample/swresample.h>
+}
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include "module/sink/sample_conversion.h"
+
+namespace {
+
+constexpr int kBlock = 1024;
+
+struct Block {
+  std::vector<double> left = std::vector<double>(kBlock);
+  std::vector<double> right = std::vector<double>(kBlock);
+  std::vector<int16_t> out = std::vector<int16_t>(2 * kBlock);
+
+  Block() {
+    std::mt19937 random(1);
+    // Music at full level: some samples clip.
+    std::normal_distribution<double> music(0.0, 0.4);
+    for (double& x : left) x = music(random);
+    for (double& x : right) x = music(random);
+  }
+};
+
+void convertBlocks(benchmark::State& state, ConvertFramesFn convert) {
+  Block block;
+  for (auto _ : state) {
+    convert(block.left.data(), block.right.data(), kBlock, block.out.data());
+    benchmark::ClobberMemory();
+  }
+  state.SetItemsProcessed(state.iterations() * kBlock);
+}
+
+void conversionPlain(benchmark::State& state) {
+  convertBlocks(state, convertFramesPlain);
+}
+void conversionSse2(benchmark::State& state) {
+  convertBlocks(state, convertFramesSse2);
+}
+void conversionAvx2(benchmark::State& state) {
+  if (!processorHasAvx2()) {
+    state.SkipWithError("this processor has no AVX2");
+    return;
+  }
+  convertBlocks(state, convertFramesAvx2);
+}
+
+void conversionSwresample(benchmark::State& state) {
+  AVChannelLayout stereo;
+  av_channel_layout_default(&stereo, 2);
+  SwrContext* context = nullptr;
+  swr_alloc_set_opts2(&context, &stereo, AV_SAMPLE_FMT_S16, 44100, &stereo, AV_SAMPLE_FMT_DBLP,
+                      44100, 0, nullptr);
+  if (!context || swr_init(context) < 0) {
+    state.SkipWithError("libswresample does not start");
+    return;
+  }
+  Block block;
+  const uint8_t* in[] = {reinterpret_cast<const uint8_t*>(block.left.data()),
+                         reinterpret_cast<const uint8_t*>(block.right.data())};
+  uint8_t* out[] = {reinterpret_cast<uint8_t*>(block.out.data())};
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(swr_convert(context, out, kBlock, in, kBlock));
+    benchmark::ClobberMemory();
+  }
+  state.SetItemsProcessed(state.iterations() * kBlock);
+  swr_free(&context);
+}
+
+BENCHMARK(conversionPlain);
+BENCHMARK(conversionSse2);
+BENCHMARK(conversionAvx2);
+BENCHMARK(conversionSwresample);
+
+}  // namespace

@@ -1,0 +1,91 @@
+#include "check/check.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fstream>
+#include <system_error>
+
+#include "check/rules/rules.h"
+#include "check/sheet/sheet_parser.h"
+
+namespace velmor::cdcheck {
+
+namespace {
+
+std::string readSheet(const std::filesystem::path& path) {
+  const std::string name = "'" + path.string() + "'";
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error))
+    throw CheckError(name + " is a folder; name the cue sheet in it.");
+  // A pipe without a writer would be waited for without end.
+  const auto kind = std::filesystem::status(path, error).type();
+  if (kind != std::filesystem::file_type::regular && kind != std::filesystem::file_type::not_found)
+    throw CheckError(name + " is no regular file; name the cue sheet.");
+  std::ifstream in(path, std::ios::binary);
+  if (!in)
+    throw CheckError("The sheet " + name +
+                     " cannot be opened: " + std::generic_category().message(errno) + ".");
+  // By pieces: room for the longest sheet at once takes longer to get than a short disc to read.
+  std::string bytes;
+  std::array<char, size_t{64} << 10> piece{};
+  while (in && bytes.size() <= kLongestSheet) {
+    in.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+    bytes.append(piece.data(), static_cast<size_t>(in.gcount()));
+  }
+  if (in.bad()) throw CheckError("The sheet " + name + " cannot be read to its end.");
+  if (bytes.size() > kLongestSheet)
+    throw CheckError(name + " is over 16 MiB and no cue sheet; name the .cue, not the image.");
+  return bytes;
+}
+
+void scanImages(Disc& disc, const CheckOptions& options) {
+  int64_t all = 0, before = 0;
+  for (const ImageFile& image : disc.images) all += image.dataBytes();
+  for (size_t i = 0; i < disc.images.size(); ++i) {
+    const ImageFile& image = disc.images[i];
+    if (!image.readable()) continue;
+    disc.audio[i] = AudioMap::scan(image, [&](int64_t done) {
+      if (options.progress) options.progress(std::min(before + done, all), all);
+    });
+    before += image.dataBytes();
+  }
+}
+
+/// What is no text and has no track is no sheet; what its lines lack helps nobody.
+void keepErrorsOfNoSheet(std::vector<Finding>& findings) {
+  const auto says = [&findings](std::string_view rule) {
+    return std::any_of(findings.begin(), findings.end(),
+                       [rule](const Finding& f) { return f.rule == rule; });
+  };
+  if (says("not-a-text") && says("no-tracks"))
+    std::erase_if(findings, [](const Finding& f) { return f.severity != Severity::error; });
+}
+
+}  // namespace
+
+int Report::count(Severity severity) const {
+  return static_cast<int>(
+      std::count_if(findings.begin(), findings.end(),
+                    [severity](const Finding& f) { return f.severity == severity; }));
+}
+
+bool Report::failed(bool strict) const {
+  return count(Severity::error) > 0 || (strict && count(Severity::warning) > 0);
+}
+
+Report check(const std::filesystem::path& sheet, const CheckOptions& options) {
+  Report report;
+  report.sheet = sheet;
+  report.disc = openDisc(parse(readSheet(sheet)), sheet);
+  scanImages(report.disc, options);
+  Findings findings(options.readers);
+  for (const auto group :
+       {checkSyntax, checkTexts, checkCodes, checkTracks, checkLayout, checkImages, checkAudio})
+    group(report.disc, findings);
+  report.findings = std::move(findings).sorted();
+  keepErrorsOfNoSheet(report.findings);
+  return report;
+}
+
+}  // namespace velmor::cdcheck

@@ -1,0 +1,132 @@
+#include "check/image/audio_map.h"
+
+#include <algorithm>
+#include <array>
+
+#include "check/image/sector_extremes.h"
+
+namespace velmor::cdcheck {
+
+namespace {
+
+/// Sectors read at a time: about 256 KiB, which stays in the second-level cache.
+constexpr size_t kBatch = 112;
+constexpr size_t kMostRuns = 100000;
+
+}  // namespace
+
+/// Follows both channels through the sectors that touch full scale.
+class ClipFinder {
+ public:
+  explicit ClipFinder(AudioMap& map) : map_(map) {}
+
+  void readSector(const int16_t* samples, const Extremes& extremes, int64_t firstFrame) {
+    if ((extremes.high == INT16_MAX && holdsPair(samples, INT16_MAX)) ||
+        (extremes.low == INT16_MIN && holdsPair(samples, INT16_MIN))) {
+      readBlocks(samples, firstFrame);
+      return;
+    }
+    // Nothing runs but what comes from the sector before, or goes on into the next one.
+    readFrame(samples, firstFrame);
+    closeAll();
+    const int64_t last = kSectorFrames - 1;
+    readFrame(samples + 2 * last, firstFrame + last);
+  }
+
+  /// A sector or block below full scale, or the end: what was running has ended.
+  void closeAll() {
+    for (Running& r : runs_) close(r);
+  }
+
+ private:
+  struct Running {
+    ClippedRun run;
+    int16_t level = 0;
+  };
+
+  void readBlocks(const int16_t* samples, int64_t firstFrame) {
+    for (int64_t b = 0; b < kSectorFrames; b += kBlockFrames) {
+      const int16_t* block = samples + 2 * b;
+      if (!touchesFullScale(block)) {
+        closeAll();
+        continue;
+      }
+      for (int64_t i = 0; i < kBlockFrames; ++i) readFrame(block + 2 * i, firstFrame + b + i);
+    }
+  }
+
+  void readFrame(const int16_t* samples, int64_t frame) {
+    readSample(runs_[0], samples[0], frame);
+    readSample(runs_[1], samples[1], frame);
+  }
+
+  void readSample(Running& r, int16_t sample, int64_t frame) {
+    const bool full = sample == INT16_MAX || sample == INT16_MIN;
+    if (full && r.run.samples > 0 && sample == r.level) {
+      ++r.run.samples;
+      return;
+    }
+    close(r);
+    if (full) r = {{frame, 1}, sample};
+  }
+
+  void close(Running& r) {
+    if (r.run.samples >= kClippedRun) {
+      if (map_.runs_.size() < kMostRuns)
+        map_.runs_.push_back(r.run);
+      else
+        ++map_.runsLeftOut_;
+    }
+    r.run.samples = 0;
+  }
+
+  AudioMap& map_;
+  std::array<Running, 2> runs_{};
+};
+
+AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {
+  AudioMap map;
+  ClipFinder clips(map);
+  std::vector<int16_t> batch(kBatch * kSectorFrames * 2);
+  const int64_t sectors = image.sectors();
+  map.silent_.reserve(static_cast<size_t>(sectors));
+  while (map.sectors() < sectors) {
+    const int64_t first = map.sectors();
+    const size_t frames =
+        image.readFrames(first * kSectorFrames, batch.data(), kBatch * kSectorFrames);
+    if (frames == 0) break;
+    // A last sector that is not whole counts as if zeros followed, which is what a burner writes.
+    std::fill(batch.begin() + static_cast<std::ptrdiff_t>(frames * 2), batch.end(), int16_t{0});
+    const size_t got = (frames + kSectorFrames - 1) / kSectorFrames;
+    for (size_t s = 0; s < got; ++s) {
+      const int16_t* samples = batch.data() + s * kSectorFrames * 2;
+      const Extremes e = sectorExtremes(samples);
+      map.silent_.push_back(e.low == 0 && e.high == 0);
+      if (e.low == INT16_MIN || e.high == INT16_MAX)
+        clips.readSector(samples, e, (first + static_cast<int64_t>(s)) * kSectorFrames);
+      else
+        clips.closeAll();
+    }
+    if (progress) progress(map.sectors() * kSectorBytes);
+    if (frames < kBatch * kSectorFrames) break;
+  }
+  clips.closeAll();
+  // A long run of one channel ends after shorter ones of the other that began later.
+  std::sort(map.runs_.begin(), map.runs_.end(),
+            [](const ClippedRun& a, const ClippedRun& b) { return a.frame < b.frame; });
+  map.brokeOff_ = map.sectors() < image.dataBytes() / kSectorBytes;
+  return map;
+}
+
+int64_t AudioMap::firstSound(int64_t sector, int64_t end) const {
+  while (sector < end && silent(sector)) ++sector;
+  return sector;
+}
+
+int64_t AudioMap::silentBefore(int64_t end, int64_t begin) const {
+  int64_t count = 0;
+  while (end - count > begin && silent(end - count - 1)) ++count;
+  return count;
+}
+
+}  // namespace velmor::cdcheck

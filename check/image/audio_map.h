@@ -1,0 +1,55 @@
+// What one pass over the samples of an image shows: where it is silent, and where it is clipped.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "check/image/image_file.h"
+
+namespace velmor::cdcheck {
+
+/// Called now and then with the bytes done; on the thread that scans.
+using Progress = std::function<void(int64_t bytesDone)>;
+
+/// Samples of one channel that stay at full scale (32767 or -32768, one of the two).
+struct ClippedRun {
+  int64_t frame = 0;  ///< of its first sample, from the file's first
+  int64_t samples = 0;
+};
+
+/// Three samples in a row at full scale: a converter's overload, not a peak that touches it.
+inline constexpr int64_t kClippedRun = 3;
+
+class AudioMap {
+ public:
+  /// Reads `image` once, from start to end.
+  static AudioMap scan(const ImageFile& image, const Progress& progress);
+
+  int64_t sectors() const { return static_cast<int64_t>(silent_.size()); }
+  /// Is every sample of the sector zero? What lies outside the image is not.
+  bool silent(int64_t sector) const {
+    return sector >= 0 && sector < sectors() && silent_[static_cast<size_t>(sector)];
+  }
+  /// The first sector from `sector` up to `end` (not included) that is not silent, else `end`.
+  int64_t firstSound(int64_t sector, int64_t end) const;
+  /// How many sectors before `end`, down to `begin`, are silent without a break.
+  int64_t silentBefore(int64_t end, int64_t begin) const;
+
+  /// Of both channels, by their first frame.
+  const std::vector<ClippedRun>& clippedRuns() const { return runs_; }
+  int64_t clippedRunsLeftOut() const { return runsLeftOut_; }
+  /// Did a read fail, so that the map ends early?
+  bool brokeOff() const { return brokeOff_; }
+
+ private:
+  friend class ClipFinder;
+  std::vector<bool> silent_;
+  std::vector<ClippedRun> runs_;
+  int64_t runsLeftOut_ = 0;
+  bool brokeOff_ = false;
+};
+
+}  // namespace velmor::cdcheck

@@ -1,0 +1,24 @@
+// The samples around a track's first sector, looked at one by one.
+#pragma once
+
+#include <cstdint>
+
+#include "check/image/image_file.h"
+
+namespace velmor::cdcheck {
+
+/// What the first sector of a track holds.
+struct SectorEdge {
+  /// Stereo frames of sound at its start that end in digital silence within the sector: the end of
+  /// what came before. 0: it begins silent, or sounds through.
+  int64_t tail = 0;
+  /// First frame of the sector that is not zero, 588 when it is silent.
+  int64_t firstSound = 0;
+};
+
+/// So many zero frames in a row are a pause; fewer are a wave that passes through zero.
+inline constexpr int64_t kPauseFrames = 32;
+
+SectorEdge lookAtSector(const ImageFile& image, int64_t sector);
+
+}  // namespace velmor::cdcheck

@@ -1,0 +1,51 @@
+// What a scan needs to know of most sectors, found without looking at samples one by one.
+#pragma once
+
+#include <cstdint>
+
+#include "check/image/disc_units.h"
+
+namespace velmor::cdcheck {
+
+struct Extremes {
+  int16_t low, high;
+};
+
+/// `samples` holds one sector, 1176 samples. A branchless loop of constant length, for the sake of
+/// the vector unit: the scan must not be slower than the reading.
+inline Extremes sectorExtremes(const int16_t* samples) {
+  int16_t low = samples[0], high = samples[0];
+  for (int i = 0; i < kSectorFrames * 2; ++i) {
+    low = samples[i] < low ? samples[i] : low;
+    high = samples[i] > high ? samples[i] : high;
+  }
+  return {low, high};
+}
+
+/// Do two samples of one channel that follow each other both lie at `level`? In the same manner:
+/// loud masters touch full scale in every other sector, mostly with single samples.
+inline bool holdsPair(const int16_t* samples, int16_t level) {
+  int16_t found = 0;
+  for (int i = 0; i + 2 < kSectorFrames * 2; ++i) {
+    const bool pair = (samples[i] == level) & (samples[i + 2] == level);
+    found = static_cast<int16_t>(found | static_cast<int16_t>(pair));
+  }
+  return found != 0;
+}
+
+/// A part of a sector, in stereo frames: a whole number of vectors.
+inline constexpr int64_t kBlockFrames = 28;
+static_assert(kSectorFrames % kBlockFrames == 0);
+
+/// Does a sample of the block lie at full scale? In the same manner: where a sector is clipped, it
+/// is so in few places.
+inline bool touchesFullScale(const int16_t* block) {
+  int16_t found = 0;
+  for (int i = 0; i < kBlockFrames * 2; ++i) {
+    const bool full = (block[i] == INT16_MAX) | (block[i] == INT16_MIN);
+    found = static_cast<int16_t>(found | static_cast<int16_t>(full));
+  }
+  return found != 0;
+}
+
+}  // namespace velmor::cdcheck

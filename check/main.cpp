@@ -1,0 +1,158 @@
+// velmor-cdcheck: will this disc load elsewhere?
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "check/check.h"
+#include "check/portable/portable_disc.h"
+#include "check/portable/whole_file.h"
+#include "check/report/progress_bar.h"
+#include "check/report/report_text.h"
+
+namespace {
+
+using namespace velmor::cdcheck;
+
+constexpr int kFailed = 1;
+constexpr int kUsage = 2;
+
+struct Arguments {
+  std::string sheet;
+  std::vector<std::string> readers;
+  std::string cue, toc;
+  bool json = false, strict = false, force = false;
+};
+
+void describe(CLI::App& app, Arguments& a) {
+  app.add_option("SHEET", a.sheet, "The cue sheet to check; its images are read too")->required();
+  app.add_flag("--json", a.json, "Print the report as one JSON object");
+  app.add_flag("--strict", a.strict, "Warnings count as errors");
+  app.add_option("--for", a.readers,
+                 "Only these readers matter; what they refuse is an error. Of: " + readerNames())
+      ->delimiter(',');
+  app.add_option("--portable", a.cue, "Write a second sheet that all readers take to this file");
+  app.add_option("--toc", a.toc, "Write a table of contents for cdrdao to this file");
+  app.add_flag("--force", a.force, "Replace the files named by --portable and --toc");
+  app.set_version_flag("--version", "velmor-cdcheck 1.0.0");
+  app.footer(
+      "Exit status: 0 nothing wrong, 1 errors (with --strict warnings too), 2 wrong usage or a\n"
+      "sheet that cannot be read.");
+}
+
+std::vector<Reader> chosenReaders(const std::vector<std::string>& names) {
+  std::vector<Reader> chosen;
+  for (const std::string& name : names) {
+    const auto reader = readerByName(name);
+    if (!reader)
+      throw CheckError("--for knows no reader '" + name + "'. It knows " + readerNames() + '.');
+    chosen.push_back(*reader);
+  }
+  return chosen;
+}
+
+std::vector<std::filesystem::path> imagePaths(const Report& report) {
+  std::vector<std::filesystem::path> paths;
+  for (const ImageFile& image : report.disc.images) paths.push_back(image.path());
+  return paths;
+}
+
+using TextOf = std::string (*)(const PortableDisc&);
+
+struct Second {
+  std::filesystem::path path;
+  TextOf text;
+};
+
+std::vector<std::string> writeSeconds(const Report& report, const std::vector<Second>& seconds,
+                                      bool force) {
+  std::vector<TextFile> files;
+  std::vector<std::string> changes;
+  for (const Second& s : seconds) {
+    refuseTarget(s.path, report.sheet, imagePaths(report), force);
+    const PortableDisc disc = makePortable(report, s.path);
+    files.push_back({s.path, s.text(disc)});
+    if (changes.size() < disc.changes.size()) changes = disc.changes;
+  }
+  writeWhole(files, force);
+  return changes;
+}
+
+std::vector<Second> wantedSeconds(const Arguments& a) {
+  std::vector<Second> wanted;
+  if (!a.cue.empty()) wanted.push_back({a.cue, cueText});
+  if (!a.toc.empty()) wanted.push_back({a.toc, tocText});
+  if (wanted.size() == 2 &&
+      std::filesystem::weakly_canonical(a.cue) == std::filesystem::weakly_canonical(a.toc))
+    throw CheckError("--portable and --toc name the same file: give them two names.");
+  return wanted;
+}
+
+void printChanges(const std::vector<Second>& seconds, const std::vector<std::string>& changes) {
+  for (const Second& s : seconds) std::cout << "written: " << s.path.string() << '\n';
+  for (const std::string& change : changes) std::cout << "changed: " << change << '\n';
+}
+
+std::vector<std::string> pathsOf(const std::vector<Second>& seconds) {
+  std::vector<std::string> paths;
+  paths.reserve(seconds.size());
+  for (const Second& s : seconds) paths.push_back(s.path.string());
+  return paths;
+}
+
+int run(const Arguments& a) {
+  const std::vector<Second> seconds = wantedSeconds(a);
+  ProgressBar bar(std::cerr, ::isatty(STDERR_FILENO) != 0);
+  CheckOptions options;
+  options.readers = chosenReaders(a.readers);
+  options.progress = [&bar](int64_t done, int64_t all) { bar.show(done, all); };
+  const Report report = check(a.sheet, options);
+  bar.clear();
+  std::vector<std::string> changes;
+  std::optional<std::string> notWritten;
+  try {
+    changes = writeSeconds(report, seconds, a.force);
+  } catch (const CheckError& error) {
+    notWritten = error.what();
+  }
+  if (a.json)
+    printJson(report, a.strict, changes, std::cout,
+              notWritten ? std::vector<std::string>{} : pathsOf(seconds));
+  else
+    printReport(report, a.strict, std::cout);
+  if (!a.json && !notWritten) printChanges(seconds, changes);
+  // Scripts go by the exit status: a full disk must not look like a sound disc.
+  if (!std::cout.flush()) throw CheckError("The report cannot be written to standard output.");
+  if (notWritten) {
+    std::cerr << "velmor-cdcheck: " << *notWritten << '\n';
+    return report.failed(a.strict) ? kFailed : kUsage;
+  }
+  return report.failed(a.strict) ? kFailed : 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app(
+      "Checks a cue sheet and its image against the rules of the disc and the habits of "
+      "thirteen readers.",
+      "velmor-cdcheck");
+  Arguments arguments;
+  describe(app, arguments);
+  try {
+    app.parse(argc, argv);
+    return run(arguments);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return app.exit(error);
+    std::cerr << "velmor-cdcheck: " << error.what() << "; --help lists the options\n";
+    return kUsage;
+  } catch (const std::exception& error) {
+    std::cerr << "velmor-cdcheck: " << error.what() << '\n';
+    return kUsage;
+  }
+}

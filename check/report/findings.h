@@ -1,0 +1,65 @@
+// What the checks find, in the order of its weight.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "check/report/readers.h"
+
+namespace velmor::cdcheck {
+
+enum class Severity { error, warning, note };
+
+std::string_view severityName(Severity severity);
+
+struct Finding {
+  Severity severity = Severity::note;
+  std::string_view rule;    ///< its id, static
+  int line = 0;             ///< of the sheet; 0: of no line
+  int track = 0;            ///< as counted, 1 and up; 0: of the disc
+  std::string what;         ///< a sentence
+  std::string action;       ///< a sentence: what to do
+  std::string_view source;  ///< where the rule comes from; empty: from how readers behave
+  std::vector<Reader> refused, damaged;
+  std::string_view damage;
+};
+
+/// Where a finding lies.
+struct Place {
+  int line = 0;
+  int track = 0;
+};
+
+/// Collects findings; at most `kMostOfARule` of each rule, the rest as one count.
+class Findings {
+ public:
+  static constexpr int kMostOfARule = 50;
+
+  /// `chosen`: the readers that matter; empty: all.
+  explicit Findings(std::vector<Reader> chosen) : chosen_(std::move(chosen)) {}
+
+  /// Breaks a rule of the disc or of the sheet, whoever reads it. `source` may be empty.
+  void add(Severity severity, std::string_view rule, Place place, std::string what,
+           std::string action, std::string_view source = {});
+  /// Matters to some readers only, by the rule's verdict: a warning; with chosen readers an error
+  /// when one of them refuses it, and nothing when it is all the same to them.
+  void addForReaders(std::string_view rule, Place place, std::string what, std::string action);
+  /// As above, but a note, and only when such a reader was chosen.
+  void addHabit(std::string_view rule, Place place, std::string what, std::string action);
+
+  /// Most serious first, then by line; what was left out is counted at the end of its rule.
+  std::vector<Finding> sorted() &&;
+
+ private:
+  bool chosen(Reader reader) const;
+  void fillReaders(Finding& finding) const;
+  void push(Finding finding);
+
+  std::vector<Reader> chosen_;
+  std::vector<Finding> all_;
+  std::map<std::string_view, int> counts_;
+};
+
+}  // namespace velmor::cdcheck

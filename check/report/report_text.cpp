@@ -1,0 +1,112 @@
+#include "check/report/report_text.h"
+
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "check/rules/encoding.h"
+
+namespace velmor::cdcheck {
+
+namespace {
+
+std::string plural(int count, const std::string& word) {
+  return std::to_string(count) + ' ' + word + (count == 1 ? "" : "s");
+}
+
+nlohmann::ordered_json names(const std::vector<Reader>& readers) {
+  auto list = nlohmann::ordered_json::array();
+  for (const Reader r : readers) list.push_back(readerName(r));
+  return list;
+}
+
+nlohmann::ordered_json findingJson(const Finding& f) {
+  return {{"severity", severityName(f.severity)},
+          {"rule", f.rule},
+          {"line", f.line},
+          {"track", f.track},
+          {"what", printable(f.what)},
+          {"action", printable(f.action)},
+          {"source", f.source},
+          {"refused_by", names(f.refused)},
+          {"damaged_by", names(f.damaged)},
+          {"damage", f.damaged.empty() ? std::string_view() : f.damage}};
+}
+
+nlohmann::ordered_json tracksJson(const Disc& disc) {
+  auto list = nlohmann::ordered_json::array();
+  for (size_t t = 0; t < disc.places.size(); ++t) {
+    if (!disc.places[t]) continue;
+    const TrackPlace& p = *disc.places[t];
+    list.push_back({{"track", t + 1},
+                    {"file", p.file + 1},
+                    {"start_sector", p.start},
+                    {"disc_sector", p.onDisc},
+                    {"sectors", p.endKnown ? p.end - p.start : -1}});
+  }
+  return list;
+}
+
+void printVerdict(const Report& report, bool strict, std::ostream& out) {
+  out << printable(report.sheet.filename().string()) << ": "
+      << (report.failed(strict) ? "not ready" : "ready") << ", "
+      << plural(report.count(Severity::error), "error") << ", "
+      << plural(report.count(Severity::warning), "warning") << ", "
+      << plural(report.count(Severity::note), "note") << '\n';
+}
+
+}  // namespace
+
+std::string readerList(const std::vector<Reader>& readers) {
+  std::string list;
+  for (size_t i = 0; i < readers.size(); ++i) {
+    if (i > 0) list += i + 1 == readers.size() ? " and " : ", ";
+    list += readerName(readers[i]);
+  }
+  return list;
+}
+
+std::string findingLine(const Finding& f) {
+  std::string line(severityName(f.severity));
+  if (f.line > 0) line += " line " + std::to_string(f.line);
+  if (f.track > 0) line += " track " + std::to_string(f.track);
+  line += " [" + std::string(f.rule) + "] " + f.what + '.';
+  if (!f.refused.empty()) line += " Refused by " + readerList(f.refused) + '.';
+  if (!f.damaged.empty())
+    line += " With " + readerList(f.damaged) + ": " + std::string(f.damage) + '.';
+  if (!f.source.empty()) line += " Rule: " + std::string(f.source) + '.';
+  if (!f.action.empty()) line += " -> " + f.action;
+  return printable(line);
+}
+
+void printErrors(const Report& report, std::ostream& out) {
+  for (const Finding& f : report.findings)
+    if (f.severity == Severity::error) out << findingLine(f) << '\n';
+  printVerdict(report, false, out);
+}
+
+void printReport(const Report& report, bool strict, std::ostream& out) {
+  for (const Finding& f : report.findings) out << findingLine(f) << '\n';
+  printVerdict(report, strict, out);
+}
+
+void printJson(const Report& report, bool strict, const std::vector<std::string>& changes,
+               std::ostream& out, const std::vector<std::string>& written) {
+  nlohmann::ordered_json json;
+  json["schema"] = kJsonSchema;
+  json["sheet"] = printable(report.sheet.string());
+  json["ready"] = !report.failed(strict);
+  json["errors"] = report.count(Severity::error);
+  json["warnings"] = report.count(Severity::warning);
+  json["notes"] = report.count(Severity::note);
+  json["disc_sectors"] = report.disc.lengthKnown ? report.disc.length : -1;
+  json["tracks"] = tracksJson(report.disc);
+  json["findings"] = nlohmann::ordered_json::array();
+  for (const Finding& f : report.findings) json["findings"].push_back(findingJson(f));
+  json["changes"] = nlohmann::ordered_json::array();
+  for (const std::string& change : changes) json["changes"].push_back(printable(change));
+  if (!written.empty()) json["written"] = nlohmann::ordered_json::array();
+  for (const std::string& file : written) json["written"].push_back(printable(file));
+  out << json.dump(2) << '\n';
+}
+
+}  // namespace velmor::cdcheck

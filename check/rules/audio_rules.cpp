@@ -1,0 +1,134 @@
+#include <algorithm>
+
+#include "check/image/disc_units.h"
+#include "check/image/sector_edge.h"
+#include "check/rules/rules.h"
+
+namespace velmor::cdcheck {
+
+namespace {
+
+/// Silence that a listener takes for a late start, or for an end that is too long: half a second,
+/// and three.
+constexpr int64_t kLateStart = 38;
+constexpr int64_t kLongEnd = 225;
+
+std::string seconds(int64_t sectors) {
+  const int64_t hundredths = sectors * 100 / kSecondSectors;
+  std::string text = std::to_string(hundredths / 100) + '.';
+  return text + (hundredths % 100 < 10 ? "0" : "") + std::to_string(hundredths % 100) + " s";
+}
+
+struct PlacedTrack {
+  const TrackPlace* place;
+  const AudioMap* map;
+  const ImageFile* image;
+  Place at;
+  bool hasGap;
+};
+
+std::vector<PlacedTrack> placedTracks(const Disc& disc) {
+  std::vector<PlacedTrack> placed;
+  // Beyond 99 tracks there is no disc; a hostile sheet could have each of them read the image anew.
+  const size_t tracks = std::min<size_t>(disc.places.size(), 99);
+  for (size_t t = 0; t < tracks; ++t) {
+    if (!disc.places[t]) continue;
+    const TrackPlace& p = *disc.places[t];
+    if (p.file >= disc.audio.size() || !disc.audio[p.file] || !disc.sheet.tracks[t].isAudio())
+      continue;
+    placed.push_back({&p,
+                      &*disc.audio[p.file],
+                      &disc.images[p.file],
+                      {disc.sheet.tracks[t].index(1)->line, static_cast<int>(t) + 1},
+                      disc.sheet.tracks[t].index(0) != nullptr});
+  }
+  return placed;
+}
+
+void checkStart(const PlacedTrack& t, Findings& findings) {
+  if (t.place->end <= t.place->start) return;
+  const int64_t sound = t.map->firstSound(t.place->start, t.place->end);
+  const int64_t silence = sound - t.place->start;
+  if (sound == t.place->end) {
+    findings.add(Severity::warning, "silent-track", t.at, "the track is digital silence whole",
+                 "Check that the right audio was rendered.");
+  } else if (silence >= kLateStart) {
+    findings.add(Severity::warning, "silence-at-start", t.at,
+                 "the title starts with " + seconds(silence) + " of digital silence",
+                 "Move the track's start to " + msfText(sound) + ", or cut the silence.");
+  }
+}
+
+void checkInsideSector(const PlacedTrack& t, const Disc& disc, Findings& findings) {
+  const int64_t s = t.place->start;
+  if (s == 0 || s >= t.map->sectors() || t.map->silent(s)) return;
+  const SectorEdge edge = lookAtSector(*t.image, s);
+  if (edge.tail > 0 && !t.map->silent(s - 1)) {
+    findings.add(Severity::warning, "starts-inside-sector", t.at,
+                 "the track's first sector begins with " + std::to_string(edge.tail) +
+                     " samples of the one before, then a pause: they would be heard",
+                 "Start the track at a sector boundary (a lead-in does that), or cut the audio "
+                 "there.",
+                 "Red Book (IEC 60908)");
+  } else if (edge.firstSound == 0 && !t.hasGap && !t.map->silent(s - 1) &&
+             timesLookTruncated(disc.sheet)) {
+    findings.add(Severity::note, "start-not-told", t.at,
+                 "sound runs through the track's start without a lead-in, and the sheet's times "
+                 "are truncated: up to 617 samples of the one before may come first",
+                 "Listen to the start; set a lead-in, or place the marker on a sector.");
+  }
+}
+
+void checkClipped(const Disc& disc, const std::vector<PlacedTrack>& placed, Findings& findings) {
+  for (const PlacedTrack& t : placed) {
+    const auto& runs = t.map->clippedRuns();
+    const auto before = [](const ClippedRun& r, int64_t frame) { return r.frame < frame; };
+    const auto first =
+        std::lower_bound(runs.begin(), runs.end(), t.place->start * kSectorFrames, before);
+    const auto last = std::lower_bound(first, runs.end(), t.place->end * kSectorFrames, before);
+    if (first == last) continue;
+    int64_t longest = 0;
+    for (auto r = first; r != last; ++r) longest = std::max(longest, r->samples);
+    findings.add(Severity::warning, "clipped", t.at,
+                 std::to_string(last - first) + " runs of samples at full scale, the longest " +
+                     std::to_string(longest) + ", the first at " +
+                     msfText(first->frame / kSectorFrames),
+                 "Lower the level before the render if that was not meant.");
+  }
+  for (const auto& map : disc.audio) {
+    if (!map || map->clippedRunsLeftOut() == 0) continue;
+    findings.add(Severity::warning, "clipped", {},
+                 std::to_string(map->clippedRunsLeftOut()) + " more clipped runs are not listed",
+                 "Lower the level before the render.");
+  }
+}
+
+void checkEnd(const Disc& disc, Findings& findings) {
+  for (size_t f = 0; f < disc.audio.size(); ++f) {
+    if (!disc.audio[f]) continue;
+    const AudioMap& map = *disc.audio[f];
+    const int64_t silence = map.silentBefore(map.sectors(), 0);
+    if (map.brokeOff())
+      findings.add(Severity::error, "image-unreadable", {disc.sheet.files[f].name.line, 0},
+                   "reading broke off at sector " + std::to_string(map.sectors()),
+                   "Copy the image from its source again.");
+    if (silence >= kLongEnd && silence < map.sectors())
+      findings.add(Severity::note, "silence-at-end", {disc.sheet.files[f].name.line, 0},
+                   "the image ends with " + seconds(silence) + " of digital silence",
+                   "Shorten the render if that was not meant.");
+  }
+}
+
+}  // namespace
+
+void checkAudio(const Disc& disc, Findings& findings) {
+  const std::vector<PlacedTrack> placed = placedTracks(disc);
+  for (const PlacedTrack& t : placed) {
+    checkStart(t, findings);
+    checkInsideSector(t, disc, findings);
+  }
+  checkClipped(disc, placed, findings);
+  checkEnd(disc, findings);
+}
+
+}  // namespace velmor::cdcheck

@@ -1,0 +1,49 @@
+// A sheet with its images opened: what the checks look at.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+#include "check/image/audio_map.h"
+#include "check/image/image_file.h"
+#include "check/sheet/sheet.h"
+
+namespace velmor::cdcheck {
+
+/// Where a track lies in its image, in sectors of that file.
+struct TrackPlace {
+  size_t file = 0;
+  int64_t gapStart = 0;  ///< INDEX 00 where it is in the same file, else `start`
+  int64_t start = 0;     ///< INDEX 01
+  int64_t end = 0;       ///< one past its last sector; `start` when that is not known
+  int64_t ownEnd = 0;    ///< `end` without the pause that belongs to the next track
+  int64_t onDisc = 0;    ///< `start`, counted from the disc's LBA 0
+  bool endKnown = false;
+};
+
+struct Disc {
+  std::filesystem::path name;  ///< of the sheet's file
+  Sheet sheet;
+  std::vector<ImageFile> images;                  ///< one for each FILE
+  std::vector<std::optional<AudioMap>> audio;     ///< one for each FILE; none: not looked into
+  std::vector<std::optional<TrackPlace>> places;  ///< one for each track; none: no INDEX 01
+  int64_t length = 0;        ///< sectors up to the lead-out, gaps from silence included
+  bool lengthKnown = false;  ///< every FILE could be measured
+};
+
+/// The images that `sheet` names, opened beside it, and the tracks laid out on them. `name`: the
+/// sheet's own file.
+Disc openDisc(Sheet sheet, const std::filesystem::path& name);
+
+/// For each FILE of `sheet`: does an index stand in it?
+std::vector<bool> filesInUse(const Sheet& sheet);
+
+/// Does the sheet look like one whose times were truncated to milliseconds and then to sectors?
+/// Such a time can lie one sector before what it means: n/75 s becomes sector n - 1 unless n is
+/// divisible by 3, and a last digit FF with FF mod 3 = 2 never comes out for a sector boundary.
+/// Told by the shape: one BINARY file, CRLF, quoted codes, no such FF.
+bool timesLookTruncated(const Sheet& sheet);
+
+}  // namespace velmor::cdcheck

@@ -1,0 +1,136 @@
+#include <algorithm>
+#include <functional>
+
+#include "check/rules/encoding.h"
+#include "check/rules/rules.h"
+
+namespace velmor::cdcheck {
+
+namespace {
+
+constexpr std::string_view kCdText = "MMC-3 annex J (CD-TEXT)";
+constexpr size_t kMostCharacters = 80;
+constexpr size_t kMostPacks = 253;
+constexpr size_t kPackBytes = 12;
+
+using FieldOf = std::optional<Text> Fields::*;
+struct NamedField {
+  std::string_view name;
+  FieldOf field;
+};
+constexpr NamedField kFields[] = {{"TITLE", &Fields::title},
+                                  {"PERFORMER", &Fields::performer},
+                                  {"SONGWRITER", &Fields::songwriter}};
+
+void checkEncoding(const Text& text, const std::string& name, Place place, Findings& findings) {
+  switch (encodingOf(text.bytes)) {
+    case Encoding::utf8:
+      findings.addForReaders("utf8-text", place, name + " is UTF-8 beyond ASCII",
+                             "Spell it in ASCII for everybody (--portable does).");
+      return;
+    case Encoding::latin1:
+      findings.addForReaders("latin1-text", place,
+                             name + " has letters in an 8-bit encoding such as ISO 8859-1",
+                             "Spell it in ASCII for everybody (--portable does).");
+      return;
+    default:
+      return;
+  }
+}
+
+void checkText(const Text& text, std::string_view field, int track, Findings& findings) {
+  const std::string name(field);
+  const Place place{text.line, track};
+  const std::string& b = text.bytes;
+  if (b.empty()) {
+    findings.addForReaders(field == "PERFORMER" ? "empty-performer" : "empty-text", place,
+                           name + " is empty", "Give it a value or remove the line.");
+    return;
+  }
+  if (b.find('"') != std::string::npos)
+    findings.addForReaders("quote-in-text", place, name + " has a double quote inside",
+                           "Write apostrophes instead.");
+  if (b.ends_with('\\'))
+    findings.addForReaders("backslash-at-end", place,
+                           name +
+                               " ends in a backslash, which some readers take together with the "
+                               "closing quote",
+                           "Remove the backslash.");
+  if (characters(b) > kMostCharacters)
+    findings.addForReaders("text-too-long", place,
+                           name + " has " + std::to_string(characters(b)) +
+                               " characters; some readers take 80 at most",
+                           "Shorten it to 80.");
+  const auto control = [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; };
+  if (std::any_of(b.begin(), b.end(), control))
+    findings.add(Severity::warning, "control-character", place,
+                 name + " has a control character inside", "Remove it.", kCdText);
+  checkEncoding(text, name, place, findings);
+}
+
+/// A field that one track has and others have not: the packs of a field come for all or for none.
+void checkComplete(const Sheet& sheet, const NamedField& named, Findings& findings) {
+  const auto has = [&](const Track& t) {
+    const auto& value = t.fields.*named.field;
+    return value && !value->bytes.empty();
+  };
+  const auto with = std::count_if(sheet.tracks.begin(), sheet.tracks.end(), has);
+  const auto all = static_cast<std::ptrdiff_t>(sheet.tracks.size());
+  if (with == 0 || with == all) return;
+  const auto missing = std::find_if_not(sheet.tracks.begin(), sheet.tracks.end(), has);
+  findings.add(Severity::warning, "field-not-for-all",
+               {missing->line, static_cast<int>(missing - sheet.tracks.begin()) + 1},
+               std::string(named.name) + " is given for " + std::to_string(with) + " of " +
+                   std::to_string(all) + " tracks; this is the first without",
+               "Give it for every track or for none.", kCdText);
+}
+
+/// CD-TEXT packs of one field: each text ends in a zero, and the texts follow each other.
+size_t packs(const Sheet& sheet, FieldOf field) {
+  size_t bytes = 0;
+  bool any = false;
+  const auto count = [&](const Fields& fields) {
+    const auto& value = fields.*field;
+    any = any || (value && !value->bytes.empty());
+    bytes += (value ? characters(value->bytes) : 0) + 1;
+  };
+  count(sheet.fields);
+  for (const Track& t : sheet.tracks) count(t.fields);
+  return any ? (bytes + kPackBytes - 1) / kPackBytes : 0;
+}
+
+void checkRoom(const Sheet& sheet, Findings& findings) {
+  constexpr size_t kSizePacks = 3;
+  size_t all = kSizePacks;
+  for (const NamedField& named : kFields) all += packs(sheet, named.field);
+  const bool codes = sheet.catalog || std::any_of(sheet.tracks.begin(), sheet.tracks.end(),
+                                                  [](const Track& t) { return bool(t.isrc); });
+  if (codes) all += (14 + 13 * sheet.tracks.size() + kPackBytes - 1) / kPackBytes;
+  if (all > kMostPacks)
+    findings.add(Severity::warning, "cd-text-full", {},
+                 "the texts need " + std::to_string(all) + " CD-TEXT packs; a block holds " +
+                     std::to_string(kMostPacks),
+                 "Shorten titles and names by about " +
+                     std::to_string((all - kMostPacks) * kPackBytes) + " characters in all.",
+                 kCdText);
+}
+
+}  // namespace
+
+void checkTexts(const Disc& disc, Findings& findings) {
+  const Sheet& sheet = disc.sheet;
+  for (const NamedField& named : kFields) {
+    if (const auto& value = sheet.fields.*named.field) checkText(*value, named.name, 0, findings);
+    int number = 0;
+    for (const Track& t : sheet.tracks) {
+      ++number;
+      if (const auto& value = t.fields.*named.field)
+        checkText(*value, named.name, number, findings);
+    }
+    checkComplete(sheet, named, findings);
+  }
+  for (const Text& remark : sheet.remarks) checkEncoding(remark, "REM", {remark.line, 0}, findings);
+  checkRoom(sheet, findings);
+}
+
+}  // namespace velmor::cdcheck

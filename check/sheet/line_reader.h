@@ -1,0 +1,33 @@
+// Splits the bytes of a text into lines that end in CR, LF or CRLF, and counts which.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "check/sheet/sheet.h"
+
+namespace velmor::cdcheck {
+
+struct Line {
+  std::string_view text;  ///< without its end
+  int number = 0;         ///< 1 and up
+};
+
+class LineReader {
+ public:
+  explicit LineReader(std::string_view bytes) : rest_(bytes) {}
+
+  /// The next line, or nothing after the last. A text that ends in a line end has no empty last
+  /// line.
+  std::optional<Line> next();
+  const LineEnds& ends() const { return ends_; }
+
+ private:
+  void passLineEnd();
+
+  std::string_view rest_;
+  LineEnds ends_;
+  int number_ = 0;
+};
+
+}  // namespace velmor::cdcheck

@@ -1,0 +1,18 @@
+// An Audacity label track of any bytes.
+#include <cmath>
+
+#include "fuzz/kit/fuzz_target.h"
+#include "fuzz/kit/line_of_text.h"
+#include "host/render/input/marks/mark_parsing.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const auto track = velmor::render::parseLabelTrack(fuzz::textOf(data, size));
+  for (const auto& mark : track.marks) {
+    fuzz::require(std::isfinite(mark.start) && mark.start >= 0.0, "a label starts at a time");
+    fuzz::require(!mark.end || (std::isfinite(*mark.end) && *mark.end > mark.start),
+                  "a label ends after its start");
+    fuzz::requireLineOfText(mark.name);
+  }
+  for (const auto& warning : track.warnings) fuzz::requireLineOfText(warning);
+  return 0;
+}

@@ -1,0 +1,27 @@
+// The headers of audio files, for whether they state more than there is and what they say of it.
+#include "host/render/input/formats/stated_length.h"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include "fuzz/kit/fuzz_target.h"
+#include "fuzz/kit/line_of_text.h"
+#include "host/render/input/marks/vorbis_comments.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static const int file = memfd_create("velmor-fuzz", MFD_CLOEXEC);
+  const auto length = static_cast<off_t>(size);
+  if (ftruncate(file, 0) != 0 || pwrite(file, data, size, 0) != static_cast<ssize_t>(size) ||
+      lseek(file, length / 2, SEEK_SET) != length / 2) {
+    abort();
+  }
+  const velmor::render::FileBytes bytes(file, length);
+  const bool whole = velmor::render::extentOf(bytes) == velmor::render::Extent::whole;
+  velmor::render::Tags tags;
+  velmor::render::addVorbisComments(velmor::render::vorbisCommentsIn(bytes), tags);
+  fuzz::require(lseek(file, 0, SEEK_CUR) == length / 2, "the decoder finds its file where it was");
+  fuzz::require(whole || size >= 4, "what has no header states no length");
+  fuzz::requireLineOfText(tags.songwriter);
+  fuzz::require(tags.isrc.empty() || tags.isrc.size() == 12, "a code has twelve characters");
+  return 0;
+}

@@ -1,0 +1,54 @@
+// One burn, from the checks before it to the words after it.
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "abi/disc_recording.h"
+#include "host/recording/burn/recorder.h"
+#include "host/recording/recording_library.h"
+
+namespace velmor::recording {
+
+class BurnRun {
+ public:
+  /// All of it must outlive the run. `drive` is the recorder's name for people.
+  BurnRun(Recorder& recorder, const std::string& drive, const DiscBurnProperties& properties,
+          const Options& options);
+
+  /// Burns, and compares where that is wanted. What fails is in the outcome. What the attendant
+  /// throws is thrown on, once the drive has stopped.
+  Outcome run(const DiscTrack* tracks, int count);
+
+ private:
+  bool simulate() const { return properties_.testing || options_.dry_run; }
+  bool cancelWanted() const { return options_.cancel != nullptr && options_.cancel->load(); }
+  void say(Severity severity, const std::string& text);
+  void burn(const DiscTrack* tracks, int count);
+  std::vector<std::string> prepareTexts(const SessionPlan& plan);
+  Medium prepareDisc(const SessionPlan& plan);
+  void blank(const Medium& medium);
+  void prepareDrive();
+  void write(const SessionPlan& plan, const Medium& before);
+  void follow(SectorFeed& feed, const SessionPlan& plan);
+  void stop();
+  void conclude(const SectorFeed& feed, const SessionPlan& plan, const Medium& before);
+  void compare(const SessionPlan& plan);
+  void beginPhase(Phase phase);
+  void report(Progress progress);
+
+  Recorder& recorder_;
+  std::string drive_;
+  DiscBurnProperties properties_;
+  Options options_;
+  Outcome outcome_;
+  DiscTexts texts_;
+  bool has_texts_ = false;
+  std::vector<RecorderMessage> messages_;
+  Phase phase_ = Phase::preparing;
+  std::chrono::steady_clock::time_point phase_began_;
+  int64_t phase_first_sector_ = 0;
+};
+
+}  // namespace velmor::recording

@@ -1,0 +1,228 @@
+#include "host/recording/burn/disc_comparison.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <numeric>
+#include <optional>
+#include <vector>
+
+#include "host/recording/disc_time.h"
+#include "host/recording/refusal.h"
+#include "host/recording/session/prepared_tracks.h"
+
+namespace velmor::recording {
+namespace {
+
+constexpr int kFrameBytes = 4;
+constexpr int kSectorFrames = kSectorBytes / kFrameBytes;
+constexpr int kChunkSectors = 16;
+constexpr int kMaxOffset = 5 * kSectorFrames;  // frames
+constexpr int kOffsetChunks = 64;              // chunks of music that are looked at for the offset
+constexpr int kUnreadableChunks = 4;           // a flaw spoils fewer, a drive that cannot read all
+
+/// Audio of the disc by frames.
+class DiscReader {
+ public:
+  DiscReader(Recorder& recorder, int64_t sectors) : recorder_(recorder), sectors_(sectors) {}
+
+  /// Frames of the disc that exist at all.
+  int64_t frames() const { return sectors_ * kSectorFrames; }
+
+  /// Frames `first` to `last` (exclusive), all of which exist; null when they cannot be read. Valid
+  /// until the next call.
+  const unsigned char* read(int64_t first, int64_t last) {
+    const int64_t sector = first / kSectorFrames;
+    const int64_t end = (last + kSectorFrames - 1) / kSectorFrames;
+    audio_.resize(static_cast<size_t>((end - sector) * kSectorBytes));
+    if (!recorder_.readAudio(sector, static_cast<int>(end - sector), audio_.data())) return nullptr;
+    return audio_.data() + (first - sector * kSectorFrames) * kFrameBytes;
+  }
+
+ private:
+  Recorder& recorder_;
+  int64_t sectors_;
+  std::vector<unsigned char> audio_;
+};
+
+/// The image in chunks, from its beginning.
+class ImageReader {
+ public:
+  explicit ImageReader(const SessionPlan& plan) : plan_(plan), feed_(plan, nullptr) {
+    restartProducers(plan);
+  }
+
+  /// False at the end.
+  bool nextChunk() {
+    first_ = feed_.delivered();
+    audio_.clear();
+    while (feed_.delivered() < std::min(first_ + kChunkSectors, plan_.sectors)) {
+      const auto track = static_cast<size_t>(plan_.trackAt(feed_.delivered()));
+      audio_.resize(audio_.size() + kSectorBytes);
+      if (!feed_.next(track, audio_.data() + audio_.size() - kSectorBytes))
+        throw Refusal("The disc could not be compared. " + feed_.failure());
+    }
+    return !audio_.empty();
+  }
+
+  int64_t firstFrame() const { return first_ * kSectorFrames; }
+  int64_t frames() const { return static_cast<int64_t>(audio_.size()) / kFrameBytes; }
+  int64_t sectorsDone() const { return feed_.delivered(); }
+  const unsigned char* audio() const { return audio_.data(); }
+
+  /// Silence, or one value held: it looks the same wherever it is read.
+  bool isStill() const {
+    return std::memcmp(audio_.data(), audio_.data() + kFrameBytes, audio_.size() - kFrameBytes) ==
+           0;
+  }
+
+ private:
+  const SessionPlan& plan_;
+  SectorFeed feed_;
+  int64_t first_ = 0;
+  std::vector<unsigned char> audio_;
+};
+
+/// Keeps those offsets (disc frame minus image frame) under which the chunk is found on the disc;
+/// one that reaches beyond the disc's ends cannot be judged and stays. False: unreadable.
+bool narrow(std::vector<int>& offsets, const ImageReader& image, DiscReader& disc) {
+  const int64_t from = std::max<int64_t>(image.firstFrame() - kMaxOffset, 0);
+  const int64_t to = std::min(image.firstFrame() + image.frames() + kMaxOffset, disc.frames());
+  const unsigned char* audio = disc.read(from, to);
+  if (audio == nullptr) return false;
+  const auto differs = [&](int offset) {
+    const int64_t first = image.firstFrame() + offset;
+    if (first < from || first + image.frames() > to) return false;
+    return std::memcmp(audio + (first - from) * kFrameBytes, image.audio(),
+                       static_cast<size_t>(image.frames() * kFrameBytes)) != 0;
+  };
+  offsets.erase(std::remove_if(offsets.begin(), offsets.end(), differs), offsets.end());
+  return true;
+}
+
+struct Offset {
+  int frames = 0;
+  int chunks = 0;      // that were read to find it
+  int unreadable = 0;  // chunks
+};
+
+Offset findOffset(const SessionPlan& plan, DiscReader& disc) {
+  std::vector<int> offsets(2 * kMaxOffset + 1);
+  std::iota(offsets.begin(), offsets.end(), -kMaxOffset);
+  ImageReader image(plan);
+  Offset found;
+  while (found.chunks < kOffsetChunks && found.unreadable < kUnreadableChunks &&
+         offsets.size() > 1 && image.nextChunk()) {
+    if (image.isStill()) continue;
+    ++(narrow(offsets, image, disc) ? found.chunks : found.unreadable);
+  }
+  const auto nearer = [](int a, int b) { return std::abs(a) < std::abs(b); };
+  const auto nearest = std::min_element(offsets.begin(), offsets.end(), nearer);
+  if (nearest != offsets.end()) found.frames = *nearest;
+  return found;
+}
+
+/// What the comparison from end to end finds.
+struct Findings {
+  int64_t differing = 0;  // sectors
+  int64_t first = -1;     // the first of them
+  bool stopped = false;
+  std::optional<int64_t> unreadable;  // sector
+};
+
+/// The sector of these frames at which reading fails; their first where each can be read alone.
+int64_t unreadableSector(DiscReader& disc, int64_t from, int64_t to) {
+  const int64_t first = from / kSectorFrames;
+  for (int64_t sector = first; sector * kSectorFrames < to; ++sector)
+    if (disc.read(sector * kSectorFrames, (sector + 1) * kSectorFrames) == nullptr) return sector;
+  return first;
+}
+
+/// The producers' own judgement, sector by sector; only of use where the drive reads without
+/// offset.
+bool producersAgree(const SessionPlan& plan, int64_t sector, const unsigned char* audio) {
+  const PlannedTrack& track = plan.tracks[static_cast<size_t>(plan.trackAt(sector))];
+  return sector < track.start ? track.producer->VerifyPreGap(audio, kSectorBytes)
+                              : track.producer->VerifyData(audio, kSectorBytes);
+}
+
+void compareChunk(const SessionPlan& plan, const ImageReader& image, DiscReader& disc, int offset,
+                  Findings& findings) {
+  const int64_t from = std::max<int64_t>(image.firstFrame() + offset, 0);
+  const int64_t to = std::min(image.firstFrame() + image.frames() + offset, disc.frames());
+  if (from >= to) return;
+  const unsigned char* audio = disc.read(from, to);
+  if (audio == nullptr) {
+    findings.unreadable = unreadableSector(disc, from, to);
+    return;
+  }
+  for (int64_t frame = image.firstFrame(); frame < image.firstFrame() + image.frames();
+       frame += kSectorFrames) {
+    const int64_t first = std::max(frame + offset, from);
+    const int64_t last = std::min(frame + kSectorFrames + offset, to);
+    if (first >= last) continue;
+    const unsigned char* read = audio + (first - from) * kFrameBytes;
+    const unsigned char* wanted =
+        image.audio() + (first - offset - image.firstFrame()) * kFrameBytes;
+    const int64_t sector = frame / kSectorFrames;
+    const bool equal =
+        std::memcmp(read, wanted, static_cast<size_t>((last - first) * kFrameBytes)) == 0 &&
+        (offset != 0 || producersAgree(plan, sector, read));
+    if (equal) continue;
+    if (findings.differing++ == 0) findings.first = sector;
+  }
+}
+
+Findings compareAll(const SessionPlan& plan, DiscReader& disc, int offset,
+                    const ComparisonProgress& progress) {
+  Findings findings;
+  ImageReader image(plan);
+  while (!findings.unreadable && image.nextChunk()) {
+    compareChunk(plan, image, disc, offset, findings);
+    if (progress(image.sectorsDone())) continue;
+    findings.stopped = true;
+    break;
+  }
+  return findings;
+}
+
+std::string place(const SessionPlan& plan, int64_t sector) {
+  return minutesSecondsFrames(sector) + " (track " + std::to_string(plan.trackAt(sector) + 1) + ")";
+}
+
+}  // namespace
+
+Comparison compareDisc(Recorder& recorder, const SessionPlan& plan,
+                       const ComparisonProgress& progress) {
+  using Verdict = Comparison::Verdict;
+  constexpr const char* kUnread =
+      "The disc was not compared with the image: the drive does not read it back. Take it out, put "
+      "it in again and listen to it, or read it with another drive.";
+  try {
+    DiscReader disc(recorder, plan.sectors);
+    const Offset offset = findOffset(plan, disc);
+    if (offset.chunks == 0 && offset.unreadable > 0) return {Verdict::undecided, kUnread};
+    const Findings findings = compareAll(plan, disc, offset.frames, progress);
+    if (findings.differing > 0)
+      return {Verdict::different,
+              "The disc differs from the image in " + std::to_string(findings.differing) +
+                  (findings.differing == 1 ? " sector, at " : " sectors, first at ") +
+                  place(plan, findings.first) + "."};
+    if (findings.unreadable == 0 && offset.chunks == 0) return {Verdict::undecided, kUnread};
+    if (findings.unreadable)
+      return {Verdict::different,
+              "The disc cannot be read at " + place(plan, *findings.unreadable) + "."};
+    if (findings.stopped)
+      return {Verdict::undecided,
+              "The comparison was stopped; as far as it went the disc equals "
+              "the image."};
+    if (offset.frames == 0) return {Verdict::equal, "The disc equals the image."};
+    return {Verdict::equal, "The disc equals the image. The drive reads with an offset of " +
+                                std::to_string(offset.frames) +
+                                " frames, so that many at one end could not be compared."};
+  } catch (const Refusal& refusal) {
+    return {Verdict::undecided, refusal.what()};
+  }
+}
+
+}  // namespace velmor::recording

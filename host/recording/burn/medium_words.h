@@ -1,0 +1,28 @@
+// Discs in words: what lies in the drive, whether it can be burned, what became of it.
+#pragma once
+
+#include <string>
+
+#include "host/recording/burn/recorder.h"
+
+namespace velmor::recording {
+
+/// "a blank CD-R, 79:57:00 free".
+std::string describeMedium(const Medium& medium);
+
+enum class MediumVerdict { ready, needs_blanking };
+
+/// Throws `Refusal` when the disc cannot take a burn; a rewritable one may be blanked first where
+/// `may_overwrite`.
+MediumVerdict judgeMedium(const Medium& medium, bool may_overwrite);
+
+/// Throws `Refusal` when the image is longer than `room`, both in sectors. 0: room unknown.
+void checkRoom(int64_t room, int64_t sectors);
+
+/// What became of a disc on which a burn did not go to its end.
+std::string stateAfterFailure(const Medium& medium, bool simulated);
+
+/// What became of a disc that was burned well.
+std::string stateAfterSuccess(const Medium& medium, bool simulated, bool keep_open);
+
+}  // namespace velmor::recording

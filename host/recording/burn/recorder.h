@@ -1,0 +1,106 @@
+// A disc recorder as the burn meets it: the seam behind which libburn stands.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/recording/session/sector_feed.h"
+#include "host/recording/session/session_plan.h"
+#include "host/recording/texts/disc_texts.h"
+
+namespace velmor::recording {
+
+enum class DiscState {
+  none,  ///< the tray is empty
+  blank,
+  appendable,  ///< has a session and is open for another one
+  closed,
+  unsuitable,  ///< neither readable nor writable as it is; of a recording that broke off, say
+  unknown
+};
+
+struct Medium {
+  DiscState state = DiscState::unknown;
+  std::string type;            ///< "CD-R", "CD-RW", "DVD-R", …; empty when unknown
+  bool recordable_cd = false;  ///< a CD-R or CD-RW
+  bool rewritable = false;
+  int64_t free_sectors = 0;      ///< for audio, from LBA 0; 0 when the drive does not say
+  int64_t capacity_sectors = 0;  ///< of the disc when it is blank; 0 when unknown
+};
+
+/// What the recorder is doing.
+enum class Activity { idle, waiting, blanking, lead_in, writing, closing };
+
+struct RecorderStatus {
+  Activity activity = Activity::idle;
+  double fraction = 0.0;  ///< of blanking
+  int buffer_percent = -1;
+};
+
+/// What the drive or its library said.
+struct RecorderMessage {
+  bool error = false;
+  std::string text;
+};
+
+/// One session, closed unless `keep_open`.
+struct Session {
+  const SessionPlan* plan = nullptr;
+  const DiscTexts* texts = nullptr;  ///< null: none
+  bool simulate = false;
+  bool keep_open = false;
+};
+
+/// One drive under exclusive access; destroying it gives the drive back. One thread; `write` feeds
+/// itself from another one until the activity is idle again.
+class Recorder {
+ public:
+  virtual ~Recorder() = default;
+
+  virtual Medium medium() = 0;  ///< looks at the disc anew
+  virtual bool canTestWrite() = 0;
+  /// Multiples of playing speed; 0 is the fastest. Returns the speed that the drive will take, 0
+  /// when it does not say.
+  virtual double setSpeed(double speed) = 0;
+
+  /// Begins to blank the disc; to be followed with `wait`.
+  virtual void startBlanking() = 0;
+  /// Begins to write session-at-once; to be followed with `wait`. All it is given must live until
+  /// the activity is idle. Throws `Refusal` when the drive or the disc would not take it.
+  virtual void startWriting(const Session& session, SectorFeed& feed) = 0;
+  /// Waits for a fraction of a second at most and tells what is going on.
+  virtual RecorderStatus wait() = 0;
+  virtual void cancel() = 0;
+  /// Whether the last blanking or writing went well, as far as the recorder knows.
+  virtual bool succeeded() = 0;
+
+  /// Audio of the disc from `lba` on, which may be a little below 0. False: not readable.
+  virtual bool readAudio(int64_t lba, int sectors, unsigned char* audio) = 0;
+
+  /// What was said since the last call.
+  virtual std::vector<RecorderMessage> takeMessages() = 0;
+  /// Gives the drive back. Nothing else may be called after it.
+  virtual void release(bool eject) = 0;
+};
+
+/// A drive that the machine has.
+struct DriveRecord {
+  std::string address, vendor, product, revision;
+  bool operator==(const DriveRecord&) const = default;
+};
+
+/// The machine's recorders.
+class RecorderBus {
+ public:
+  virtual ~RecorderBus() = default;
+  /// The drives that can be opened and can write CDs.
+  virtual std::vector<DriveRecord> scan() = 0;
+  /// Takes a drive, with its tray pulled in if `close_tray`. Null: not to be had; `why` says it in
+  /// a sentence.
+  virtual std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray,
+                                         std::string& why) = 0;
+};
+
+}  // namespace velmor::recording

@@ -1,0 +1,324 @@
+#include "host/recording/libburn/libburn_recorder.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <array>
+#include <cmath>
+
+#include "host/recording/disc_time.h"
+#include "host/recording/libburn/device_access.h"
+#include "host/recording/libburn/libburn_session.h"
+#include "host/recording/refusal.h"
+
+namespace velmor::recording {
+namespace {
+
+constexpr int kProfileCdR = 0x09;
+constexpr int kProfileCdRw = 0x0A;
+constexpr double kBytesPerSecond = 176.4;  // thousands, at playing speed
+constexpr useconds_t kPollMicroseconds = 20'000;
+constexpr useconds_t kReadyMicroseconds = 200'000;
+constexpr int kReadyTries = 50;
+constexpr int kReportedBlockBytes = 2048;  // libburn tells the free space of every disc in these
+constexpr int kWholeOfBlanking = 0x10000;
+
+/// While one lives, threads that are begun have all signals blocked: Ctrl-C is for the program's
+/// own thread to hear, and never for one that waits for an answer of the drive.
+class SignalsToOthers {
+ public:
+  SignalsToOthers() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before_);
+  }
+  ~SignalsToOthers() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  SignalsToOthers(const SignalsToOthers&) = delete;
+  SignalsToOthers& operator=(const SignalsToOthers&) = delete;
+
+ private:
+  sigset_t before_{};
+};
+
+Activity activityOf(burn::burn_drive_status status) {
+  switch (status) {
+    case burn::BURN_DRIVE_IDLE:
+      return Activity::idle;
+    case burn::BURN_DRIVE_WRITING:
+    case burn::BURN_DRIVE_WRITING_SYNC:
+    case burn::BURN_DRIVE_WRITING_PREGAP:
+      return Activity::writing;
+    case burn::BURN_DRIVE_WRITING_LEADIN:
+      return Activity::lead_in;
+    case burn::BURN_DRIVE_WRITING_LEADOUT:
+    case burn::BURN_DRIVE_CLOSING_TRACK:
+    case burn::BURN_DRIVE_CLOSING_SESSION:
+      return Activity::closing;
+    case burn::BURN_DRIVE_ERASING:
+    case burn::BURN_DRIVE_FORMATTING:
+      return Activity::blanking;
+    default:
+      return Activity::waiting;
+  }
+}
+
+DiscState stateOf(burn::burn_disc_status status) {
+  switch (status) {
+    case burn::BURN_DISC_BLANK:
+      return DiscState::blank;
+    case burn::BURN_DISC_EMPTY:
+      return DiscState::none;
+    case burn::BURN_DISC_APPENDABLE:
+      return DiscState::appendable;
+    case burn::BURN_DISC_FULL:
+      return DiscState::closed;
+    case burn::BURN_DISC_UNSUITABLE:
+      return DiscState::unsuitable;
+    default:
+      return DiscState::unknown;
+  }
+}
+
+std::vector<RecorderMessage> drainMessages() {
+  std::vector<RecorderMessage> messages;
+  std::array<char, BURN_MSGS_MESSAGE_LEN> text{};
+  std::array<char, 80> severity{};
+  int code = 0;
+  int error = 0;
+  int limit = 0;
+  burn::burn_text_to_sev(mutableText("SORRY"), &limit, 0);
+  while (burn::burn_msgs_obtain(mutableText("WARNING"), &code, text.data(), &error,
+                                severity.data()) > 0) {
+    int rank = 0;
+    burn::burn_text_to_sev(severity.data(), &rank, 0);
+    messages.push_back({rank >= limit, text.data()});
+  }
+  return messages;
+}
+
+class LibburnRecorder final : public Recorder {
+ public:
+  explicit LibburnRecorder(burn::burn_drive_info* info) : info_(info), drive_(info[0].drive) {}
+  ~LibburnRecorder() override { LibburnRecorder::release(false); }
+  LibburnRecorder(const LibburnRecorder&) = delete;
+  LibburnRecorder& operator=(const LibburnRecorder&) = delete;
+
+  Medium medium() override;
+  bool canTestWrite() override;
+  double setSpeed(double speed) override;
+  void startBlanking() override;
+  void startWriting(const Session& session, SectorFeed& feed) override;
+  RecorderStatus wait() override;
+  void cancel() override { burn::burn_drive_cancel(drive_); }
+  bool succeeded() override { return burn::burn_drive_wrote_well(drive_) == 1; }
+  bool readAudio(int64_t lba, int sectors, unsigned char* audio) override;
+  std::vector<RecorderMessage> takeMessages() override { return drainMessages(); }
+  void release(bool eject) override;
+
+ private:
+  burn::burn_disc_status discStatus();
+  int64_t freeSectors();
+  int64_t capacity();
+
+  burn::burn_drive_info* info_;
+  burn::burn_drive* drive_;
+  BurnDisc disc_;         // what is being written
+  bool changed_ = false;  // the disc, since the drive last looked at it
+};
+
+burn::burn_disc_status LibburnRecorder::discStatus() {
+  burn::burn_disc_status status = burn::burn_disc_get_status(drive_);
+  for (int i = 0; i < kReadyTries && status == burn::BURN_DISC_UNREADY; ++i) {
+    usleep(kReadyMicroseconds);  // a drive that has just closed its tray
+    status = burn::burn_disc_get_status(drive_);
+  }
+  return status;
+}
+
+int64_t LibburnRecorder::freeSectors() {
+  const WriteOptions options(burn::burn_write_opts_new(drive_));
+  if (options == nullptr) return 0;
+  burn::burn_write_opts_set_write_type(options.get(), burn::BURN_WRITE_SAO, burn::BURN_BLOCK_SAO);
+  return burn::burn_disc_available_space(drive_, options.get()) / kReportedBlockBytes;
+}
+
+/// By the disc's own lead-in: the last address at which its lead-out may begin.
+int64_t LibburnRecorder::capacity() {
+  int start = 0;
+  int end = 0;
+  if (burn::burn_disc_read_atip(drive_) <= 0) return 0;
+  if (burn::burn_drive_get_start_end_lba(drive_, &start, &end, 0) <= 0) return 0;
+  return end > 0 ? end : 0;
+}
+
+Medium LibburnRecorder::medium() {
+  disc_.reset();
+  if (changed_) burn::burn_drive_re_assess(drive_, 0);
+  changed_ = false;
+  Medium medium;
+  medium.state = stateOf(discStatus());
+  int profile = 0;
+  std::array<char, 80> name{};
+  if (medium.state == DiscState::none ||
+      burn::burn_disc_get_profile(drive_, &profile, name.data()) <= 0)
+    return medium;
+  medium.type = name.data();
+  medium.recordable_cd = profile == kProfileCdR || profile == kProfileCdRw;
+  medium.rewritable = burn::burn_disc_erasable(drive_) != 0;
+  if (!medium.recordable_cd) return medium;
+  if (medium.state == DiscState::blank) medium.free_sectors = freeSectors();
+  medium.capacity_sectors = capacity();
+  return medium;
+}
+
+bool LibburnRecorder::canTestWrite() {
+  burn::burn_multi_caps* caps = nullptr;
+  const bool writable = burn::burn_disc_get_multi_caps(drive_, burn::BURN_WRITE_SAO, &caps, 0) > 0;
+  const bool possible =
+      writable && caps != nullptr && caps->might_simulate != 0 && info_->write_simulate != 0;
+  if (caps != nullptr) burn::burn_disc_free_multi_caps(&caps);
+  return possible;
+}
+
+double LibburnRecorder::setSpeed(double speed) {
+  const int kilobytes = speed > 0.0 ? static_cast<int>(std::ceil(speed * kBytesPerSecond)) : 0;
+  burn::burn_drive_set_speed(drive_, 0, kilobytes);
+  burn::burn_speed_descriptor* best = nullptr;
+  // With no speed that slow the drive takes its slowest.
+  if (burn::burn_drive_get_best_speed(drive_, kilobytes, &best, 2) <= 0 || best == nullptr)
+    if (burn::burn_drive_get_best_speed(drive_, -1, &best, 2) <= 0 || best == nullptr) return 0.0;
+  return best->write_speed / kBytesPerSecond;
+}
+
+void LibburnRecorder::startBlanking() {
+  changed_ = true;
+  // A disc with a recording that broke off is neither blank nor full to libburn, but can be
+  // blanked.
+  burn::burn_disc_pretend_full(drive_);
+  const SignalsToOthers quiet;
+  burn::burn_disc_erase(drive_, 1);
+}
+
+void LibburnRecorder::startWriting(const Session& session, SectorFeed& feed) {
+  disc_ = makeBurnDisc(session, feed, drive_);
+  const WriteOptions options = makeWriteOptions(drive_, session);
+  std::array<char, BURN_REASONS_LEN> reasons{};
+  if (burn::burn_precheck_write(options.get(), disc_.get(), reasons.data(), 1) <= 0)
+    throw Refusal(std::string("The drive does not take this burn: ") + reasons.data() + ".");
+  changed_ = true;
+  const SignalsToOthers quiet;
+  burn::burn_disc_write(options.get(), disc_.get());
+}
+
+RecorderStatus LibburnRecorder::wait() {
+  burn::burn_progress progress{};
+  RecorderStatus result;
+  burn::burn_drive_status status = burn::burn_drive_get_status(drive_, &progress);
+  if (status != burn::BURN_DRIVE_IDLE) {
+    usleep(kPollMicroseconds);
+    status = burn::burn_drive_get_status(drive_, &progress);
+  }
+  result.activity = activityOf(status);
+  if (result.activity == Activity::blanking)
+    result.fraction = static_cast<double>(progress.sector) / kWholeOfBlanking;
+  if (result.activity == Activity::writing && progress.buffer_capacity > 0 &&
+      progress.buffer_available <= progress.buffer_capacity)
+    result.buffer_percent = static_cast<int>(
+        100.0 * (progress.buffer_capacity - progress.buffer_available) / progress.buffer_capacity);
+  return result;
+}
+
+bool LibburnRecorder::readAudio(int64_t lba, int sectors, unsigned char* audio) {
+  const off_t wanted = off_t{sectors} * kSectorBytes;
+  off_t got = 0;
+  return burn::burn_read_audio(drive_, static_cast<int>(lba), reinterpret_cast<char*>(audio),
+                               wanted, &got, 2) > 0 &&
+         got == wanted;
+}
+
+void LibburnRecorder::release(bool eject) {
+  if (info_ == nullptr) return;
+  disc_.reset();
+  burn::burn_drive_release(drive_, eject ? 1 : 0);
+  burn::burn_drive_info_free(info_);
+  info_ = nullptr;
+}
+
+class LibburnBus final : public RecorderBus {
+ public:
+  LibburnBus() = default;
+  ~LibburnBus() override { burn::burn_finish(); }
+  LibburnBus(const LibburnBus&) = delete;
+  LibburnBus& operator=(const LibburnBus&) = delete;
+
+  std::vector<DriveRecord> scan() override;
+  std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray,
+                                 std::string& why) override;
+};
+
+std::vector<DriveRecord> LibburnBus::scan() {
+  std::vector<DriveRecord> drives;
+  burn::burn_drive_info* infos = nullptr;
+  unsigned int count = 0;
+  int done = 0;
+  const SignalsToOthers quiet;
+  while ((done = burn::burn_drive_scan(&infos, &count)) == 0) usleep(kPollMicroseconds);
+  for (unsigned int i = 0; done > 0 && i < count; ++i) {
+    std::array<char, BURN_DRIVE_ADR_LEN> address{};
+    if (burn::burn_drive_d_get_adr(infos[i].drive, address.data()) <= 0) continue;
+    if (infos[i].write_cdr == 0 && infos[i].write_cdrw == 0) continue;
+    drives.push_back({address.data(), infos[i].vendor, infos[i].product, infos[i].revision});
+  }
+  // A scan holds every drive it finds; other programs want them too.
+  if (infos != nullptr) burn::burn_drive_info_free(infos);
+  drainMessages();
+  return drives;
+}
+
+std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool close_tray,
+                                           std::string& why) {
+  why = accessObstacle(address);
+  if (!why.empty()) return nullptr;
+  burn::burn_drive_info* info = nullptr;
+  const int grabbed =
+      burn::burn_drive_scan_and_grab(&info, mutableText(address.c_str()), close_tray ? 1 : 0);
+  if (grabbed > 0 && info != nullptr) {
+    drainMessages();
+    return std::make_unique<LibburnRecorder>(info);
+  }
+  if (info != nullptr) burn::burn_drive_info_free(info);
+  why = "The drive " + address + " could not be taken into use.";
+  for (const RecorderMessage& message : drainMessages())
+    if (message.error) why += " " + message.text;
+  return nullptr;
+}
+
+bool libraryFits() {
+  int major = 0;
+  int minor = 0;
+  int micro = 0;
+  burn::burn_version(&major, &minor, &micro);
+  const std::array<int, 3> found{major, minor, micro};
+  const std::array<int, 3> wanted{burn_header_version_major, burn_header_version_minor,
+                                  burn_header_version_micro};
+  return found >= wanted;
+}
+
+}  // namespace
+
+std::unique_ptr<RecorderBus> openLibburn(std::string& why) {
+  if (!libraryFits()) {
+    why = "The libburn of this machine is older than the one this program was made with.";
+    return nullptr;
+  }
+  if (burn::burn_initialize() == 0) {
+    why = "libburn could not be started.";
+    return nullptr;
+  }
+  // Messages are collected and told in our own words. Signals stay the program's own business.
+  burn::burn_msgs_set_severities(mutableText("WARNING"), mutableText("NEVER"), mutableText(""));
+  burn::burn_preset_device_open(1, 0, 0);
+  return std::make_unique<LibburnBus>();
+}
+
+}  // namespace velmor::recording

@@ -1,0 +1,167 @@
+#include "host/recording/libburn/libburn_session.h"
+
+#include <array>
+#include <cstdlib>
+
+#include "host/recording/disc_time.h"
+#include "host/recording/refusal.h"
+
+namespace velmor::recording {
+namespace {
+
+struct TrackSource {
+  SectorFeed* feed;
+  burn::burn_drive* drive;
+  size_t track;
+  off_t bytes;
+};
+
+TrackSource& sourceOf(burn::burn_source* source) {
+  return *static_cast<TrackSource*>(source->data);
+}
+
+/// On libburn's worker thread. The burn is cancelled right here: told of a failed source only,
+/// libburn would fill the track up with zeros and report success.
+int readSector(burn::burn_source* source, unsigned char* buffer, int size) {
+  const TrackSource& track = sourceOf(source);
+  if (size == kSectorBytes && track.feed->next(track.track, buffer)) return size;
+  burn::burn_drive_cancel(track.drive);
+  return -1;
+}
+
+off_t sizeOfSource(burn::burn_source* source) {
+  return sourceOf(source).bytes;
+}
+int keepSize(burn::burn_source* /*source*/, off_t /*size*/) {
+  return 1;
+}
+void freeSource(burn::burn_source* source) {
+  delete static_cast<TrackSource*>(source->data);
+}
+
+/// A new source with one reference; libburn frees it, so it comes from calloc. Null: no memory.
+burn::burn_source* makeSource(const TrackSource& track) {
+  auto* source = static_cast<burn::burn_source*>(std::calloc(1, sizeof(burn::burn_source)));
+  if (source == nullptr) return nullptr;
+  source->refcount = 1;
+  source->read = readSector;
+  source->get_size = sizeOfSource;
+  source->set_size = keepSize;
+  source->free_data = freeSource;
+  source->data = new TrackSource(track);
+  return source;
+}
+
+using BurnSession = std::unique_ptr<burn::burn_session, FreeWith<burn::burn_session_free>>;
+using Track = std::unique_ptr<burn::burn_track, FreeWith<burn::burn_track_free>>;
+using Source = std::unique_ptr<burn::burn_source, FreeWith<burn::burn_source_free>>;
+
+unsigned char* payloadOf(const std::string& text) {
+  return reinterpret_cast<unsigned char*>(mutableText(text.c_str()));
+}
+
+struct TextName {
+  TextKind kind;
+  const char* name;
+};
+constexpr std::array<TextName, kTextKinds> kTextNames{{{TextKind::title, "TITLE"},
+                                                       {TextKind::performer, "PERFORMER"},
+                                                       {TextKind::songwriter, "SONGWRITER"},
+                                                       {TextKind::code, "UPC_ISRC"}}};
+
+void require(bool done, const char* what) {
+  if (!done) throw Refusal(std::string("The burn could not be set up: ") + what + ".");
+}
+
+int lengthWithZero(const std::string& text) {
+  return static_cast<int>(text.size()) + 1;
+}
+
+void addSessionTexts(burn::burn_session* session, const DiscTexts& texts) {
+  for (const auto& [kind, name] : kTextNames) {
+    const TextBlock& block = texts.block(kind);
+    if (!block.present()) continue;
+    require(burn::burn_session_set_cdtext(session, 0, 0, mutableText(name), payloadOf(block.disc),
+                                          lengthWithZero(block.disc), 0) > 0,
+            "the CD-TEXT of the disc was not accepted");
+  }
+}
+
+void addTrackTexts(burn::burn_track* track, size_t index, const DiscTexts& texts) {
+  for (const auto& [kind, name] : kTextNames) {
+    const TextBlock& block = texts.block(kind);
+    if (!block.present()) continue;
+    require(
+        burn::burn_track_set_cdtext(track, 0, 0, mutableText(name), payloadOf(block.tracks[index]),
+                                    lengthWithZero(block.tracks[index]), 0) > 0,
+        "the CD-TEXT of a track was not accepted");
+  }
+  const std::string& code = texts.recording_codes[index];
+  if (code.empty()) return;
+  require(burn::burn_track_set_isrc_string(track, mutableText(code.c_str()), 0) > 0,
+          "the ISRC of a track was not accepted");
+}
+
+void addIndices(burn::burn_track* track, int pregap) {
+  if (pregap <= 0) return;
+  require(burn::burn_track_set_index(track, 0, 0, 0) > 0 &&
+              burn::burn_track_set_index(track, 1, static_cast<unsigned>(pregap), 0) > 0,
+          "the pregap of a track was not accepted");
+}
+
+Track makeTrack(const Session& session, size_t index, SectorFeed& feed, burn::burn_drive* drive) {
+  const PlannedTrack& planned = session.plan->tracks[index];
+  Track track(burn::burn_track_create());
+  require(track != nullptr, "there is no memory");
+  burn::burn_track_define_data(track.get(), 0, 0, 1, BURN_AUDIO);
+  addIndices(track.get(), planned.pregap);
+  const off_t bytes = (off_t{planned.pregap} + planned.sectors) * kSectorBytes;
+  const Source source(makeSource({&feed, drive, index, bytes}));
+  require(source != nullptr &&
+              burn::burn_track_set_source(track.get(), source.get()) == burn::BURN_SOURCE_OK,
+          "the audio of a track was not accepted");
+  if (session.texts != nullptr) addTrackTexts(track.get(), index, *session.texts);
+  return track;
+}
+
+}  // namespace
+
+BurnDisc makeBurnDisc(const Session& session, SectorFeed& feed, burn::burn_drive* drive) {
+  BurnDisc disc(burn::burn_disc_create());
+  BurnSession burn_session(burn::burn_session_create());
+  require(disc != nullptr && burn_session != nullptr, "there is no memory");
+  require(burn::burn_disc_add_session(disc.get(), burn_session.get(), BURN_POS_END) != 0,
+          "the session was not accepted");
+  if (session.texts != nullptr) addSessionTexts(burn_session.get(), *session.texts);
+  for (size_t i = 0; i < session.plan->tracks.size(); ++i) {
+    const Track track = makeTrack(session, i, feed, drive);
+    require(burn::burn_session_add_track(burn_session.get(), track.get(), BURN_POS_END) != 0,
+            "a track was not accepted");
+  }
+  // Whether the packs can be made is asked before the disc is touched.
+  if (session.texts != nullptr && session.texts->hasCdText())
+    require(burn::burn_cdtext_from_session(burn_session.get(), nullptr, nullptr, 1) > 0,
+            "the CD-TEXT was not accepted");
+  return disc;
+}
+
+WriteOptions makeWriteOptions(burn::burn_drive* drive, const Session& session) {
+  WriteOptions options(burn::burn_write_opts_new(drive));
+  require(options != nullptr, "there is no memory");
+  burn::burn_write_opts* o = options.get();
+  // Never left to the library: it would fall back to track-at-once, with gaps between the tracks.
+  require(burn::burn_write_opts_set_write_type(o, burn::BURN_WRITE_SAO, burn::BURN_BLOCK_SAO) != 0,
+          "the drive does not write session-at-once");
+  burn::burn_write_opts_set_multi(o, session.keep_open ? 1 : 0);
+  burn::burn_write_opts_set_perform_opc(o, 0);
+  burn::burn_write_opts_set_underrun_proof(o, 1);
+  require(burn::burn_write_opts_set_simulate(o, session.simulate ? 1 : 0) != 0 || !session.simulate,
+          "the drive cannot make a test write");
+  if (session.texts != nullptr && !session.texts->media_catalog.empty()) {
+    burn::burn_write_opts_set_mediacatalog(o, payloadOf(session.texts->media_catalog));
+    burn::burn_write_opts_set_has_mediacatalog(o, 1);
+  }
+  return options;
+}
+
+}  // namespace velmor::recording

@@ -1,0 +1,46 @@
+// The audio of a burn, sector by sector, from the producers to the recorder.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+
+#include "host/recording/session/session_plan.h"
+
+namespace velmor::recording {
+
+/// Filled by the recorder's worker thread strictly in the order of the disc; the rest may be asked
+/// by another thread, `failure` only when the worker is done.
+///
+/// A recorder that is told of a bad source goes on with zeros and reports a good disc. So the feed
+/// keeps its own record of what went wrong, and who drives the burn stops it and looks here.
+class SectorFeed {
+ public:
+  /// Both must outlive the feed; `cancel` may be null.
+  SectorFeed(const SessionPlan& plan, const std::atomic<bool>* cancel);
+
+  /// The next sector of track `track` (from 0), its pregap first. False: the burn must stop.
+  bool next(size_t track, unsigned char* sector);
+
+  int64_t delivered() const { return delivered_.load(); }  ///< sectors
+  bool complete() const { return delivered() == plan_.sectors; }
+  bool failed() const { return failed_.load(); }
+  bool cancelled() const { return cancelled_.load(); }
+  const std::string& failure() const { return failure_; }
+
+ private:
+  bool fail(const std::string& reason);
+  bool produce(size_t track, unsigned char* sector);
+  bool produceData(size_t track, unsigned char* sector);
+
+  const SessionPlan& plan_;
+  const std::atomic<bool>* cancel_;
+  size_t track_ = 0;    // the track being read
+  int64_t offset_ = 0;  // sectors of it that were delivered, its pregap included
+  std::atomic<int64_t> delivered_{0};
+  std::atomic<bool> failed_{false};
+  std::atomic<bool> cancelled_{false};
+  std::string failure_;
+};
+
+}  // namespace velmor::recording

@@ -1,0 +1,77 @@
+#include "host/recording/session/session_plan.h"
+
+#include <algorithm>
+#include <string>
+
+#include "host/recording/disc_time.h"
+#include "host/recording/refusal.h"
+
+namespace velmor::recording {
+namespace {
+
+std::string nameOf(int index) {
+  return "track " + std::to_string(index + 1);
+}
+
+void checkForm(const DiscTrack& track, const std::string& name) {
+  if (track.block_size != kSectorBytes || track.data_form != 0 || track.track_mode != 0 ||
+      track.block_type != 0 || track.session_format != 0)
+    throw Refusal("Only audio can be recorded: " + name +
+                  " is not made of audio sectors of 2352 bytes.");
+}
+
+void checkLength(const DiscTrack& track, const std::string& name) {
+  if (track.track_length <= 0) throw Refusal("There is nothing to record in " + name + ".");
+  // libburn would fill the track up with silence, and all that follows would start too late.
+  if (track.track_length < kMinTrackSectors)
+    throw Refusal("The burn was not begun: " + name +
+                  " is shorter than 4 seconds and would be padded, moving the tracks after it. "
+                  "Move its marker, or join it with a neighbour.");
+  if (track.pregap_length < 0) throw Refusal("The pregap of " + name + " has a negative length.");
+}
+
+void checkProducer(const DiscTrack& track, const std::string& name) {
+  if (track.producer == nullptr) throw Refusal("Nothing delivers the audio of " + name + ".");
+  const uint64_t estimate = track.producer->EstimateLengthOfTrack();
+  if (estimate != static_cast<uint64_t>(track.track_length))
+    throw Refusal("The burn was not begun: " + name + " was laid out with " +
+                  std::to_string(track.track_length) + " sectors, but its audio has " +
+                  std::to_string(estimate) + ".");
+}
+
+}  // namespace
+
+int SessionPlan::trackAt(int64_t lba) const {
+  int found = 0;
+  for (size_t i = 1; i < tracks.size(); ++i)
+    if (lba >= tracks[i].start - tracks[i].pregap) found = static_cast<int>(i);
+  return found;
+}
+
+SessionPlan planSession(const DiscTrack* tracks, int count) {
+  if (tracks == nullptr || count <= 0)
+    throw Refusal("There are no tracks to record: an audio CD has 1 to 99.");
+  if (count > kMaxTracks)
+    throw Refusal("An audio CD has at most 99 tracks, and there are " + std::to_string(count) +
+                  ". Remove markers, or make two discs of it.");
+  SessionPlan plan;
+  for (int i = 0; i < count; ++i) {
+    const DiscTrack& track = tracks[i];
+    const std::string name = nameOf(i);
+    checkForm(track, name);
+    checkLength(track, name);
+    checkProducer(track, name);
+    // The recorder itself writes two seconds of silence before track 1: its pregap begins there.
+    const int written =
+        i == 0 ? std::max(track.pregap_length - kLeadInPregap, 0) : track.pregap_length;
+    const int64_t start = plan.sectors + written;
+    plan.tracks.push_back({track.producer, written, track.track_length, start});
+    plan.sectors = start + track.track_length;
+  }
+  if (plan.sectors > kLastLeadOut)
+    throw Refusal("The image is " + minutesSecondsFrames(plan.sectors) +
+                  " long; the times of a disc end at " + minutesSecondsFrames(kLastLeadOut) + ".");
+  return plan;
+}
+
+}  // namespace velmor::recording

@@ -1,0 +1,188 @@
+#include "host/render/album/album.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <utility>
+
+#include "disc/disc_time.h"
+#include "host/render/album/disc_fields.h"
+#include "host/render/album/mark_names.h"
+#include "host/render/album/range_warnings.h"
+#include "host/render/album/render_range.h"
+#include "host/render/album/sheet_text.h"
+#include "host/render/input/marks/mark_parsing.h"
+#include "host/render/terminal/failure.h"
+
+namespace velmor::render {
+
+namespace {
+
+double seconds(int64_t frames) {
+  return static_cast<double>(frames) / kFramesPerSecond;
+}
+
+std::string inputTitle(const InputInfo& info) {
+  return info.tags.title.empty() ? std::filesystem::path(info.path).stem().string()
+                                 : info.tags.title;
+}
+
+bool canNameTrack(const Mark& mark, const Options& options) {
+  if (options.track_mode == kTracksFromRegions) return mark.end.has_value();
+  return !mark.end && namesTrack(mark.name, options.hash_markers_only);
+}
+
+bool overlap(const Mark& a, const Mark& b) {
+  return a.end && b.end && a.start < *b.end && b.start < *a.end;
+}
+
+/// Whether somebody else's mark stands where an input's own mark would go.
+bool isReplaced(const Mark& own, const std::vector<Mark>& others, const Options& options) {
+  constexpr double kOneFrame = 1.0 / kFramesPerSecond;
+  return std::any_of(others.begin(), others.end(), [&](const Mark& other) {
+    if (!canNameTrack(other, options)) return false;
+    return own.end ? overlap(own, other)
+                   : std::abs(other.start - own.start) <= kOneFrame * 1.000001;
+  });
+}
+
+/// Where the tracks that hold an input's audio begin in it: at its own mark, or, in regions mode,
+/// at every region that takes the place of that. Ascending, never empty.
+std::vector<double> tagPlaces(const Mark& own, const std::vector<Mark>& others) {
+  std::vector<double> places;
+  for (const Mark& other : others) {
+    if (overlap(own, other)) places.push_back(std::max(own.start, other.start));
+  }
+  if (places.empty()) places.push_back(own.start);
+  std::sort(places.begin(), places.end());
+  return places;
+}
+
+/// Where an input begins to be heard, which for one that the render's start cuts is there. One that
+/// ends before is where it is. Seconds of the timeline.
+double startInRange(const Album& album, const AlbumInput& input) {
+  const bool is_cut = input.start + input.info.frames > album.render_start;
+  return seconds(is_cut ? std::max(input.start, album.render_start) : input.start);
+}
+
+std::vector<Mark> givenMarks(const Options& options, Album& album) {
+  std::vector<Mark> marks = options.marks;
+  if (!options.labels.empty()) {
+    LabelTrack labels = readLabelTrack(options.labels);
+    marks.insert(marks.end(), labels.marks.begin(), labels.marks.end());
+    album.warnings.insert(album.warnings.end(), labels.warnings.begin(), labels.warnings.end());
+  }
+  if (options.embedded_markers) {
+    for (const AlbumInput& input : album.inputs) {
+      for (Mark mark : input.info.marks) {
+        mark.start += seconds(input.start);
+        if (mark.end) *mark.end += seconds(input.start);
+        marks.push_back(std::move(mark));
+      }
+    }
+  }
+  return marks;
+}
+
+/// An input's own marks: where it starts (or what it spans), and the tags that are its alone.
+void addInputMarks(const Options& options, const Album& album, size_t index,
+                   const std::string& disc_performer, const std::vector<Mark>& others,
+                   std::vector<Mark>& marks) {
+  const AlbumInput& input = album.inputs[index];
+  Mark own;
+  own.input = static_cast<int>(index) + 1;
+  own.start = seconds(input.start);
+  own.name = inputTitle(input.info);
+  if (options.track_mode == kTracksFromRegions) own.end = seconds(input.start + input.info.frames);
+  if (options.track_mode == kTracksFromMarkers) {
+    if (options.hash_markers_only) {
+      own.name.insert(0, 1, '#');
+    } else if (!namesTrack(own.name, false)) {
+      own.name.insert(0, 1, ' ');  // a title that reads like a tag would become one
+    }
+  }
+  if (options.track_mode != kOneTrack && !isReplaced(own, others, options)) marks.push_back(own);
+  const std::vector<double> places = tagPlaces(own, others);
+  const std::string& artist = input.info.tags.artist;
+  if (options.track_mode != kOneTrack && !artist.empty() && artist != disc_performer) {
+    for (const double place : places) {
+      marks.push_back({place, std::nullopt, "PERF=" + artist, own.input});
+    }
+  }
+  const auto given = options.isrcs.find(own.input);
+  const std::string code = given != options.isrcs.end() ? given->second : input.info.tags.isrc;
+  if (code.empty()) return;
+  const double place =
+      options.track_mode == kOneTrack ? startInRange(album, input) : places.front();
+  marks.push_back({place, std::nullopt, "ISRC=" + code, own.input});
+}
+
+std::vector<Mark> allMarks(const Options& options, Album& album,
+                           const std::string& disc_performer) {
+  std::vector<Mark> others = givenMarks(options, album);
+  std::vector<Mark> marks;
+  for (size_t i = 0; i < album.inputs.size(); ++i) {
+    addInputMarks(options, album, i, disc_performer, others, marks);
+  }
+  marks.insert(marks.end(), others.begin(), others.end());
+  std::stable_sort(marks.begin(), marks.end(),
+                   [](const Mark& a, const Mark& b) { return a.start < b.start; });
+  return marks;
+}
+
+void placeInputs(Album& album, std::vector<InputInfo> infos) {
+  int64_t at = 0;
+  for (InputInfo& info : infos) {
+    const int64_t frames = info.frames;
+    album.inputs.push_back({std::move(info), at});
+    at += frames;
+  }
+  album.render_end = at;
+}
+
+void setRange(const Options& options, Album& album) {
+  const int64_t whole = album.render_end;
+  const auto frame = [](double time) {
+    return static_cast<int64_t>(std::min(time * kFramesPerSecond + 0.5, 9.0e15));
+  };
+  if (options.start) album.render_start = frame(*options.start);
+  if (options.end) album.render_end = std::min(frame(*options.end), whole);
+  if (album.render_start >= whole) {
+    throw UsageError("--start lies at " + clockTime(*options.start) + ", but the inputs end at " +
+                     clockTime(seconds(whole)));
+  }
+  if (album.render_start >= album.render_end) {
+    throw UsageError("there is nothing to render between --start and --end");
+  }
+}
+
+}  // namespace
+
+Album layOutAlbum(const Options& options) {
+  std::vector<InputInfo> infos;
+  for (const std::string& path : options.inputs) {
+    infos.push_back(AudioInput::open(path, options.dither)->info());
+  }
+  return layOutAlbum(options, std::move(infos));
+}
+
+Album layOutAlbum(const Options& options, std::vector<InputInfo> infos) {
+  Album album;
+  placeInputs(album, std::move(infos));
+  setRange(options, album);
+  const DiscTexts texts = discTexts(options.texts, album.inputs);
+  album.project.metadata = sinkMetadata(texts, album.warnings);
+  std::vector<Mark> marks = allMarks(options, album, texts.performer);
+  for (Mark& mark : marks) mark.name = fitForSheet(mark.name, album.warnings);
+  warnBeyondAudio(options, marks, album);
+  std::vector<Mark> left_out;
+  album.project.marks = marksInRange(std::move(marks), album.render_start, album.render_end,
+                                     options.track_mode, options.hash_markers_only, left_out);
+  warnOutsideRange(options, left_out, album);
+  if (options.track_mode == kTracksFromRegions) {
+    dropEmptyRegions(album.project.marks, album.warnings);
+  }
+  return album;
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,39 @@
+// The album: the inputs end to end on one timeline, with the marks and the texts that make tracks
+// and codes of it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/render/album/host_project.h"
+#include "host/render/input/audio_input.h"
+#include "host/render/options/options.h"
+
+namespace velmor::render {
+
+/// One input's place on the timeline.
+struct AlbumInput {
+  InputInfo info;
+  int64_t start = 0;  ///< frames
+};
+
+struct Album {
+  std::vector<AlbumInput> inputs;
+  int64_t render_start = 0;  ///< frames of the timeline
+  int64_t render_end = 0;    ///< frames of the timeline, past the last one rendered
+  HostProject project;       ///< as the module sees it: the render starts at 0
+  std::vector<std::string> warnings;
+
+  int64_t frames() const { return render_end - render_start; }
+};
+
+/// Lays out the inputs that `options` names. Opens each file, and throws `InputError` for one that
+/// cannot be read and `UsageError` for a render range outside the timeline.
+Album layOutAlbum(const Options& options);
+
+/// The same from what the inputs say of themselves, without opening anything.
+Album layOutAlbum(const Options& options, std::vector<InputInfo> infos);
+
+}  // namespace velmor::render

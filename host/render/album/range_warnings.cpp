@@ -1,0 +1,86 @@
+#include "host/render/album/range_warnings.h"
+
+#include <cmath>
+
+#include "disc/disc_time.h"
+#include "host/render/album/mark_names.h"
+#include "host/render/plan/preflight_parts.h"
+
+namespace velmor::render {
+
+namespace {
+
+int64_t audioEnd(const Album& album) {
+  return album.inputs.back().start + album.inputs.back().info.frames;
+}
+
+double frameOf(double seconds) {
+  return std::round(seconds * kFramesPerSecond);
+}
+
+std::string clockTimeOf(int64_t frame) {
+  return clockTime(static_cast<double>(frame) / kFramesPerSecond);
+}
+
+/// Whether a person gave the mark and it would count in this mode.
+bool isMissed(const Mark& mark, const Options& options) {
+  if (mark.given_by.empty()) return false;
+  if (isTag(mark.name)) return true;
+  if (options.track_mode == kTracksFromRegions) return mark.end.has_value();
+  return options.track_mode == kTracksFromMarkers && !mark.end &&
+         namesTrack(mark.name, options.hash_markers_only);
+}
+
+std::string shownMark(const Mark& mark) {
+  return inQuotes(mark.name) + " (" + mark.given_by + ")";
+}
+
+void warnOfMarks(const std::vector<std::string>& shown, const std::string& of_one,
+                 const std::string& of_several, Album& album) {
+  if (shown.empty()) return;
+  album.warnings.push_back(listed(shown) + (shown.size() == 1 ? of_one : of_several));
+}
+
+}  // namespace
+
+void warnBeyondAudio(const Options& options, const std::vector<Mark>& marks, Album& album) {
+  const int64_t end = audioEnd(album);
+  const auto end_frame = static_cast<double>(end);
+  if (options.end && frameOf(*options.end) > end_frame) {
+    album.warnings.push_back("--end lies at " + clockTime(*options.end) +
+                             ", but the inputs end at " + clockTimeOf(end) +
+                             ", and so does the render");
+  }
+  std::vector<std::string> beyond;
+  std::vector<std::string> cut;
+  for (const Mark& mark : marks) {
+    if (!isMissed(mark, options)) continue;
+    if (frameOf(mark.start) >= end_frame) {
+      beyond.push_back(shownMark(mark));
+    } else if (mark.end && frameOf(*mark.end) > end_frame + kFramesPerSector) {
+      cut.push_back(shownMark(mark));
+    }
+  }
+  const std::string place = " beyond the end of the audio at " + clockTimeOf(end);
+  warnOfMarks(beyond, " lies" + place + " and is left out; look at the time",
+              " lie" + place + " and are left out; look at the times", album);
+  warnOfMarks(cut, " reaches" + place + " and is cut there; look at the time",
+              " reach" + place + " and are cut there; look at the times", album);
+}
+
+void warnOutsideRange(const Options& options, const std::vector<Mark>& left_out, Album& album) {
+  const auto end_frame = static_cast<double>(audioEnd(album));
+  std::vector<std::string> outside;
+  for (const Mark& mark : left_out) {
+    if (isMissed(mark, options) && frameOf(mark.start) < end_frame) {
+      outside.push_back(shownMark(mark));
+    }
+  }
+  const std::string place = " outside the part from " + clockTimeOf(album.render_start) + " to " +
+                            clockTimeOf(album.render_end);
+  const std::string advice = " left out; --start and --end set that part";
+  warnOfMarks(outside, " lies" + place + " and is" + advice, " lie" + place + " and are" + advice,
+              album);
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,101 @@
+#include "host/render/burn/drive_list.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "disc/disc_time.h"
+#include "host/render/output/report.h"
+#include "host/render/terminal/failure.h"
+
+namespace velmor::render {
+
+namespace {
+
+using recording::Drive;
+using Json = nlohmann::ordered_json;
+
+constexpr const char* kLookAtTheList = "; velmor-render --list-drives shows what is there";
+
+std::optional<size_t> asNumber(const std::string& text) {
+  size_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || stop != end) return std::nullopt;
+  return number;
+}
+
+std::string makerAndModel(const Drive& drive) {
+  const std::string gap = drive.vendor.empty() || drive.product.empty() ? "" : " ";
+  return drive.vendor + gap + drive.product;
+}
+
+bool contains(const std::string& text, const std::string& part) {
+  const auto equal = [](char a, char b) { return strncasecmp(&a, &b, 1) == 0; };
+  return std::search(text.begin(), text.end(), part.begin(), part.end(), equal) != text.end();
+}
+
+bool isNamed(const Drive& drive, const std::string& wanted) {
+  return !wanted.empty() && (drive.address == wanted || contains(makerAndModel(drive), wanted));
+}
+
+std::string numberAndName(const std::vector<Drive>& drives, size_t number) {
+  return std::to_string(number) + " " + driveName(drives[number]);
+}
+
+Json driveJson(recording::Service& service, const Drive& drive, size_t number) {
+  Json json = {{"number", number},         {"address", drive.address},   {"vendor", drive.vendor},
+               {"product", drive.product}, {"revision", drive.revision}, {"usable", drive.usable}};
+  if (drive.usable) json["disc"] = service.describeDisc(drive);
+  if (!drive.usable) json["obstacle"] = drive.obstacle;
+  return json;
+}
+
+}  // namespace
+
+size_t chooseDrive(const std::vector<Drive>& drives, const std::string& wanted) {
+  if (const auto number = asNumber(wanted)) {
+    if (*number < drives.size()) return *number;
+    throw RenderError("there is no drive " + wanted + ": " +
+                      (drives.empty() ? "none was found"
+                                      : counted(static_cast<int64_t>(drives.size()), "drive") +
+                                            " found, counting from 0") +
+                      kLookAtTheList);
+  }
+  std::vector<size_t> named;
+  for (size_t i = 0; i < drives.size(); ++i) {
+    if (isNamed(drives[i], wanted)) named.push_back(i);
+  }
+  if (named.size() == 1) return named.front();
+  if (named.empty()) throw RenderError("there is no drive \"" + wanted + '"' + kLookAtTheList);
+  throw RenderError("\"" + wanted + "\" may be " + numberAndName(drives, named[0]) + " or " +
+                    numberAndName(drives, named[1]) + "; give the number with --drive");
+}
+
+std::string driveName(const Drive& drive) {
+  const std::string name = makerAndModel(drive);
+  return name.empty() ? drive.address : name + " (" + drive.address + ")";
+}
+
+void listDrives(recording::Service& service, bool json) {
+  const std::vector<Drive> drives = service.drives();
+  if (json) {
+    Json list = Json::array();
+    for (size_t i = 0; i < drives.size(); ++i) list.push_back(driveJson(service, drives[i], i));
+    const Json object = {{"schema_version", kJsonSchema}, {"drives", list}};
+    printf("%s\n", object.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+    return;
+  }
+  if (drives.empty()) puts("No drive was found.");
+  for (size_t i = 0; i < drives.size(); ++i) {
+    const Drive& drive = drives[i];
+    printf("%2zu  %s: %s\n", i, driveName(drive).c_str(),
+           drive.usable ? service.describeDisc(drive).c_str() : drive.obstacle.c_str());
+  }
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,29 @@
+#include "host/render/input/formats/file_bytes.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+
+namespace velmor::render {
+
+bool FileBytes::read(int64_t at, char* to, size_t count) const {
+  return at >= 0 && ::pread(m_descriptor, to, count, at) == static_cast<ssize_t>(count);
+}
+
+bool FileBytes::has(int64_t at, std::string_view magic) const {
+  std::array<char, 16> found{};
+  return read(at, found.data(), magic.size()) &&
+         std::string_view(found.data(), magic.size()) == magic;
+}
+
+std::optional<uint64_t> FileBytes::number(int64_t at, size_t width, bool little) const {
+  std::array<char, 8> bytes{};
+  if (!read(at, bytes.data(), width)) return std::nullopt;
+  if (little) std::reverse(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(width));
+  uint64_t value = 0;
+  for (size_t i = 0; i < width; ++i) value = value << 8 | static_cast<unsigned char>(bytes[i]);
+  return value;
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,29 @@
+// The metadata blocks of a FLAC file (RFC 9639, section 8).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "host/render/input/formats/file_bytes.h"
+
+namespace velmor::render {
+
+enum class FlacBlockType : unsigned { application = 2, comments = 4 };
+
+/// Walks the blocks from the file's start, behind an ID3v2 tag if there is one.
+class FlacBlocks {
+ public:
+  explicit FlacBlocks(const FileBytes& file);
+  /// The body of the next block of this type; nothing when there is none, as in files of another
+  /// kind, or when it runs over the file's end.
+  std::optional<std::vector<std::byte>> next(FlacBlockType type);
+
+ private:
+  const FileBytes& m_file;
+  int64_t m_at = 0;
+  bool m_last = true;
+};
+
+}  // namespace velmor::render

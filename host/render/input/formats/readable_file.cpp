@@ -1,0 +1,54 @@
+#include "host/render/input/formats/readable_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "host/render/input/audio_input.h"
+
+namespace velmor::render {
+namespace {
+
+[[noreturn]] void refuseToOpen(const std::string& path, const std::string& reason) {
+  throw InputError("cannot read '" + path + "': " + reason);
+}
+
+std::string reasonOf(int error) {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+      return "there is no such file; check its name and folder";
+    case EACCES:
+    case EPERM:
+      return "permission is missing; make the file readable or copy it";
+    default:
+      return std::generic_category().message(error) + "; check the file and its volume";
+  }
+}
+
+}  // namespace
+
+// Not blocking: a pipe without a writer would otherwise hold the program in `open`.
+ReadableFile::ReadableFile(const std::string& path)
+    : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
+  if (m_descriptor < 0) refuseToOpen(path, reasonOf(errno));
+  struct stat status {};
+  const int failure = ::fstat(m_descriptor, &status) == 0 ? 0 : errno;
+  if (failure == 0 && S_ISREG(status.st_mode)) {
+    m_size = status.st_size;
+    return;
+  }
+  ::close(m_descriptor);
+  if (failure != 0) refuseToOpen(path, reasonOf(failure));
+  if (S_ISDIR(status.st_mode)) refuseToOpen(path, "it is a folder; name the files in it");
+  refuseToOpen(path, "it is a pipe or a device; save it as a file first");
+}
+
+ReadableFile::~ReadableFile() {
+  if (m_descriptor >= 0) ::close(m_descriptor);
+}
+
+}  // namespace velmor::render

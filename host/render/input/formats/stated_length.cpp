@@ -1,0 +1,115 @@
+#include "host/render/input/formats/stated_length.h"
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+#include "host/render/input/formats/ogg_pages.h"
+
+namespace velmor::render {
+namespace {
+
+/// Beyond any real file; bounds the walk through a damaged one.
+constexpr int kMostChunks = 4096;
+
+/// Sizes that programs write which cannot go back to fill them in: just below 2^31 or 2^32.
+bool isUnknownSize(uint64_t size) {
+  return size >= 0xffffff00U || (size >= 0x7fffe000U && size <= 0x7fffffffU);
+}
+
+/// Walks chunks of a 4-byte id and a 4-byte size, padded to even offsets, behind a 12-byte header.
+bool chunkRunsOver(const FileBytes& file, std::string_view audio, bool littleEndian) {
+  int64_t at = 12;
+  for (int i = 0; i < kMostChunks; ++i) {
+    const auto size = littleEndian ? file.little(at + 4, 4) : file.big(at + 4, 4);
+    if (!size) return false;
+    if (file.has(at, audio)) return !isUnknownSize(*size) && file.runsOver(at + 8, *size);
+    at += 8 + static_cast<int64_t>(*size + *size % 2);
+  }
+  return false;
+}
+
+/// The 64-bit size of the audio stands in the "ds64" chunk, which comes first.
+bool rf64RunsOver(const FileBytes& file) {
+  const auto first = file.little(16, 4);
+  const auto audio = file.little(28, 8);
+  if (!file.has(12, "ds64") || !first || !audio || *audio == 0) return false;
+  int64_t at = 20 + static_cast<int64_t>(*first + *first % 2);
+  for (int i = 0; i < kMostChunks; ++i) {
+    const auto size = file.little(at + 4, 4);
+    if (!size) return false;
+    if (file.has(at, "data")) return file.runsOver(at + 8, *size == 0xffffffffU ? *audio : *size);
+    at += 8 + static_cast<int64_t>(*size + *size % 2);
+  }
+  return false;
+}
+
+bool auRunsOver(const FileBytes& file) {
+  const auto start = file.big(4, 4);
+  const auto size = file.big(8, 4);
+  return start && size && !isUnknownSize(*size) &&
+         file.runsOver(static_cast<int64_t>(*start), *size);
+}
+
+/// Chunks of a 16-byte id, which begins with four characters, and an 8-byte size that counts both,
+/// padded to multiples of 8, behind a 40-byte header.
+bool w64RunsOver(const FileBytes& file) {
+  int64_t at = 40;
+  for (int i = 0; i < kMostChunks; ++i) {
+    const auto size = file.little(at + 16, 8);
+    if (!size || *size < 24 || *size > uint64_t{1} << 62) return false;
+    if (file.has(at, "data")) return file.runsOver(at, *size);
+    if (file.runsOver(at, *size)) return false;
+    at += static_cast<int64_t>((*size + 7) / 8 * 8);
+  }
+  return false;
+}
+
+/// Chunks of a 4-byte id and an 8-byte size behind an 8-byte header. An audio chunk of size -1, the
+/// last one, goes on to the file's end.
+bool cafRunsOver(const FileBytes& file) {
+  constexpr uint64_t kToTheEnd = ~uint64_t{0};
+  int64_t at = 8;
+  for (int i = 0; i < kMostChunks; ++i) {
+    const auto size = file.big(at + 4, 8);
+    if (!size) return false;
+    if (file.has(at, "data")) return *size != kToTheEnd && file.runsOver(at + 12, *size);
+    if (file.runsOver(at + 12, *size)) return false;
+    at += 12 + static_cast<int64_t>(*size);
+  }
+  return false;
+}
+
+/// One stream, or several side by side whose first pages all come first. Every stream states its
+/// last page; what comes after all of them in the file is the last page of one.
+Extent oggExtent(const FileBytes& file) {
+  OggPages pages(file);
+  bool ends = false;
+  bool music = false;
+  while (const std::optional<OggPage> page = pages.next()) {
+    if (page->begins && music) return Extent::severalStreams;
+    music = music || !page->begins;
+    ends = page->ends && page->end <= file.size();
+  }
+  return ends ? Extent::whole : Extent::breaksOff;
+}
+
+bool runsOver(const FileBytes& file) {
+  if (file.has(0, "RIFF")) return chunkRunsOver(file, "data", true);
+  if (file.has(0, "RIFX")) return chunkRunsOver(file, "data", false);
+  if (file.has(0, "RF64")) return rf64RunsOver(file);
+  if (file.has(0, "FORM")) return chunkRunsOver(file, "SSND", false);
+  if (file.has(0, ".snd")) return auRunsOver(file);
+  if (file.has(0, "riff")) return w64RunsOver(file);
+  if (file.has(0, "caff")) return cafRunsOver(file);
+  return false;
+}
+
+}  // namespace
+
+Extent extentOf(const FileBytes& file) {
+  if (file.has(0, "OggS")) return oggExtent(file);
+  return runsOver(file) ? Extent::breaksOff : Extent::whole;
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,21 @@
+// Whether a file holds all the audio it states, and no more than can be read.
+#pragma once
+
+#include "host/render/input/formats/file_bytes.h"
+
+namespace velmor::render {
+
+enum class Extent {
+  whole,
+  breaksOff,       ///< a copy or an export that was interrupted
+  severalStreams,  ///< Ogg streams one behind the other
+};
+
+/// `breaksOff` when the audio of a RIFF, RF64, AIFF, AU, W64 or CAF file runs over the file's end,
+/// or an Ogg file's last page is cut off or is not the last of its stream: the decoder would take
+/// what is there for the whole. `severalStreams` because it would take the first one for the whole.
+/// Headers of streams, which state the largest size they can, and kinds of file that are not known
+/// here count as whole.
+Extent extentOf(const FileBytes& file);
+
+}  // namespace velmor::render

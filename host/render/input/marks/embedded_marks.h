@@ -1,0 +1,19 @@
+// The marks that an open audio file carries.
+#pragma once
+
+#include <sndfile.h>
+
+#include <vector>
+
+#include "host/render/input/audio_input.h"
+#include "host/render/input/formats/file_bytes.h"
+
+namespace velmor::render {
+
+/// Of WAV, RF64 and AIFF files, and of FLAC files that keep a WAV file's chunks. `file` is open on
+/// `bytes`. Cue points, labels and regions in ascending start, seconds of the file. What starts
+/// behind the file's last frame, where the next input begins, is left out, a region's end is drawn
+/// in to it. Damaged marks are no error.
+std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const FileBytes& bytes);
+
+}  // namespace velmor::render

@@ -1,0 +1,46 @@
+#include "host/render/module/clipping.h"
+
+#include <bit>
+#include <cmath>
+#include <cstddef>
+
+namespace velmor::render {
+
+namespace {
+
+bool isOver(double x) {
+  return !(std::fabs(x) <= 1.0);
+}
+
+/// Whether any sample may reach full scale, from the exponents alone: one step up takes that of 1.0
+/// and all above it, infinities and NaNs with them, into the two highest bits.
+bool mayBeOver(std::span<const double> samples) {
+  constexpr uint64_t kMagnitude = ~(uint64_t{1} << 63);
+  constexpr uint64_t kExponentStep = uint64_t{1} << 52;
+  uint64_t reached = 0;
+  for (const double x : samples) {
+    reached |= (std::bit_cast<uint64_t>(x) & kMagnitude) + kExponentStep;
+  }
+  return reached >> 62 != 0;
+}
+
+int64_t countOver(std::span<const double> samples) {
+  if (!mayBeOver(samples)) return 0;
+  int64_t over = 0;
+  for (const double x : samples) over += isOver(x);
+  return over;
+}
+
+}  // namespace
+
+void Clipping::look(std::span<const double> left, std::span<const double> right, int64_t start) {
+  const int64_t over = countOver(left) + countOver(right);
+  if (over > 0 && first_frame < 0) {
+    size_t i = 0;
+    while (!isOver(left[i]) && !isOver(right[i])) ++i;
+    first_frame = start + static_cast<int64_t>(i);
+  }
+  samples += over;
+}
+
+}  // namespace velmor::render

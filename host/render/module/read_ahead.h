@@ -1,0 +1,65 @@
+// The album's audio, read in front of the render by a thread of its own.
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <exception>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "host/render/album/album.h"
+#include "host/render/module/clipping.h"
+#include "host/render/options/options.h"
+#include "host/render/plan/track_plan.h"
+
+namespace velmor::render {
+
+/// A stretch of the render, stereo.
+struct AudioPiece {
+  std::vector<double> left, right;  ///< of equal length
+  int64_t start = 0;                ///< frames from the render's start
+};
+
+/// Delivers the render's range piece by piece. A bounded number of pieces is in flight, so memory
+/// does not grow with the album's length.
+class ReadAhead {
+ public:
+  /// `album` and `written`, what of the render the image is to hold, must outlive the object. Every
+  /// piece but the last is a multiple of `block` frames.
+  ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither, int block);
+  ~ReadAhead();
+  ReadAhead(const ReadAhead&) = delete;
+  ReadAhead& operator=(const ReadAhead&) = delete;
+
+  /// The next piece, exchanged for a used one; false at the end. Throws what the reading thread ran
+  /// into.
+  bool next(AudioPiece& piece);
+  /// What of the written was found beyond full scale, complete once `next` has answered false.
+  const Clipping& clipping() const { return m_clipping; }
+
+ private:
+  void run();
+  void readAll();
+  void lookForClipping(const AudioPiece& piece);
+  bool put(AudioPiece&& piece);
+  AudioPiece takeUsed();
+
+  const Album& m_album;
+  const std::vector<FrameStretch>& m_written;
+  const Dither m_dither;
+  const size_t m_piece_frames;
+  Clipping m_clipping;
+
+  std::mutex m_mutex;
+  std::condition_variable m_changed;
+  std::deque<AudioPiece> m_ready;
+  std::vector<AudioPiece> m_used;
+  std::exception_ptr m_error;
+  bool m_ended = false;
+  bool m_stopped = false;
+  std::thread m_thread;  ///< last: it uses what stands above
+};
+
+}  // namespace velmor::render

@@ -1,0 +1,89 @@
+#include "host/render/module/renderer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "disc/disc_time.h"
+#include "host/render/album/host_project.h"
+#include "host/render/module/read_ahead.h"
+#include "host/render/module/write_failure.h"
+#include "host/render/terminal/failure.h"
+#include "host/render/terminal/interrupt.h"
+#include "host/render/terminal/progress.h"
+
+namespace velmor::render {
+
+namespace {
+
+std::unique_ptr<PCM_sink> makeSink(const SinkRegistration& module, SinkConfig config,
+                                   const std::string& sheet_path) {
+  const char* const extension = module.GetExtension(&config, sizeof(config));
+  if (!extension || std::string(extension) != "cue") {
+    throw RenderError(
+        "the module does not take this program's settings; use the module that came with it");
+  }
+  std::unique_ptr<PCM_sink> sink(
+      module.CreateSink(sheet_path.c_str(), &config, sizeof(config), 2, kFramesPerSecond, false));
+  if (!sink) {
+    throw RenderError(
+        "the module cannot create \"" + sheet_path +
+        "\" and the image beside it; look at the folder's permissions and free space");
+  }
+  return sink;
+}
+
+/// The sink says what it wants; this program delivers what CDs take.
+void checkFormat(PCM_sink& sink) {
+  int rate = 0;
+  int channels = 0;
+  int bits = 0;
+  const bool told = sink.Extended(kSinkQueryFormat, &rate, &channels, nullptr) &&
+                    sink.Extended(kSinkQueryBitDepth, &bits, nullptr, nullptr);
+  if (told && rate == kDiscRate && channels == 2 && bits == 16) return;
+  throw RenderError("the module wants " + std::to_string(rate) + " Hz, " +
+                    counted(channels, "channel") + " and " + counted(bits, "bit") +
+                    ", but this program delivers 44100 Hz, 2 channels and 16 bits");
+}
+
+void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, const std::string& image_path,
+            Progress& progress) {
+  AudioPiece piece;
+  while (audio.next(piece)) {
+    double* channels[] = {piece.left.data(), piece.right.data()};
+    const int frames = static_cast<int>(piece.left.size());
+    for (int at = 0; at < frames; at += options.block) {
+      sink.WriteDoubles(channels, std::min(options.block, frames - at), 2, at, 1);
+      stopIfInterrupted();  // first: an interruption lets writes fail
+      stopOnWriteFailure(image_path);
+    }
+    progress.show(piece.start + frames);
+  }
+}
+
+}  // namespace
+
+RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& config,
+                          const Album& album, const TrackPlan& plan, const Options& options,
+                          const std::string& sheet_path) {
+  const std::string image_path =
+      std::filesystem::path(sheet_path).replace_extension(".bin").string();
+  std::optional<InterruptedWritesFail> interruptible(std::in_place);
+  openProject(album.project);
+  const std::unique_ptr<PCM_sink> sink = makeSink(module, config, sheet_path);
+  stopIfInterrupted();
+  checkFormat(*sink);
+  ReadAhead audio(album, plan.written, options.dither, options.block);
+  {
+    Progress progress("Rendering", album.frames(), !options.quiet);
+    stream(*sink, audio, options, image_path, progress);
+  }
+  interruptible.reset();
+  sink->Extended(kSinkRenderFinished, nullptr, nullptr, nullptr);
+  stopOnWriteFailure(image_path);
+  return {audio.clipping(), std::llround(sink->GetLength() * kFramesPerSecond)};
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,38 @@
+#include "host/render/module/write_failure.h"
+
+#include <sys/resource.h>
+
+#include <filesystem>
+
+#include "host/render/album/host_project.h"
+#include "host/render/terminal/failure.h"
+
+namespace velmor::render {
+
+std::optional<std::string> fileSizeLimitMet(const std::string& path) {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return std::nullopt;
+  std::error_code error;
+  const uintmax_t bytes = std::filesystem::file_size(path, error);
+  if (error || bytes < limit.rlim_cur) return std::nullopt;
+  return "no file may grow beyond " + std::to_string(limit.rlim_cur) +
+         " bytes here; raise that limit (ulimit -f) and render again";
+}
+
+void stopOnWriteFailure(const std::string& path) {
+  const auto failure = writeFailure();
+  if (!failure) return;
+  if (const auto limit = fileSizeLimitMet(path)) {
+    throw RenderError("the image could not be written: " + *limit);
+  }
+  if (*failure == kDiskOutOfSpace) {
+    throw RenderError(
+        "the disk is full: the image could not be written; free some space (a minute "
+        "takes 10.6 MB), or choose another place with -o");
+  }
+  throw RenderError(
+      "the image could not be written: the system reports a write error on the disk of "
+      "the output folder");
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,55 @@
+#include "host/render/options/burn_options.h"
+
+#include <CLI/CLI.hpp>
+
+#include "host/render/terminal/failure.h"
+
+namespace velmor::render {
+
+namespace {
+
+constexpr const char* kGroup = "Burn";
+constexpr int kMostCopies = 999;
+constexpr const char* kOptionsOfABurn[] = {"--drive",  "--eject",   "--delete-image", "--dry-run",
+                                           "--verify", "--cd-text", "--speed",        "--copies"};
+
+}  // namespace
+
+void addBurnOptions(CLI::App& app, BurnOptions& options) {
+  const auto flag = [&app](const char* name, bool& value, const char* about) {
+    app.add_flag(name, value, about)->group(kGroup);
+  };
+  flag("--burn", options.wanted, "burn the finished image to a disc");
+  app.add_option("--drive", options.drive,
+                 "the recorder: its number in --list-drives, or part of its name (default: the "
+                 "one used last)")
+      ->type_name("N|NAME")
+      ->group(kGroup);
+  flag("--eject", options.eject, "put the disc out when it is done");
+  flag("--delete-image", options.delete_image, "delete sheet and image once every disc is written");
+  flag("--dry-run", options.dry_run, "a test write with the laser off; the disc stays as it is");
+  app.add_option("--speed", options.speed,
+                 "in multiples of playing speed (default: as fast as the drive offers)")
+      ->check(CLI::PositiveNumber)
+      ->type_name("X")
+      ->group(kGroup);
+  app.add_option("--copies", options.copies, "burn so many discs, one after the other")
+      ->check(CLI::Range(1, kMostCopies))
+      ->type_name("N")
+      ->group(kGroup);
+  flag("--verify", options.verify, "read the disc back and compare it with the image");
+  flag("--cd-text", options.cd_text,
+       "put the sheet's titles, performers, ISRCs and catalogue number on the disc");
+}
+
+void checkBurnOptions(const CLI::App& app, const BurnOptions& options) {
+  for (const char* const name : kOptionsOfABurn) {
+    if (options.wanted || app.count(name) == 0) continue;
+    throw UsageError(std::string(name) + " is about a burn, and there is none; add --burn");
+  }
+  if (options.dry_run && options.copies > 1) {
+    throw UsageError("--dry-run writes no disc, so there cannot be copies of it; leave out one");
+  }
+}
+
+}  // namespace velmor::render

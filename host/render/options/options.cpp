@@ -1,0 +1,230 @@
+#include "host/render/options/options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <filesystem>
+#include <string_view>
+
+#include "disc/codes.h"
+#include "disc/disc_time.h"
+#include "host/render/album/host_project.h"
+#include "host/render/input/marks/mark_parsing.h"
+#include "host/render/terminal/failure.h"
+
+namespace velmor::render {
+
+namespace {
+
+constexpr int kLargestBlock = 1 << 20;
+constexpr const char* kAbout =
+    "Renders audio files to an audio CD image (BIN) with a cue sheet, through the velmor_cd "
+    "module.";
+constexpr const char* kExamples = R"(Examples:
+  velmor-render one.wav two.flac -o album.cue
+  velmor-render mix.wav --labels mix.txt --track-leadin 2000 --title "Night Drive" -o album.cue
+  velmor-render mix.wav -o album.cue --burn --drive 1 --cd-text --eject
+
+TIME is seconds (12.5), MM:SS.mmm or MM:SS:FF with 75 frames a second.
+Exit status: 0 done (with --burn: every disc is written), 1 failed, 2 wrong usage, 130 interrupted.
+The module keeps its settings in )";
+
+/// What CLI11 collects as text, before it becomes `Options`.
+struct RawOptions {
+  std::string track_mode = "markers";
+  std::string dither = "none";
+  std::vector<std::string> isrcs, markers, regions, metas;
+  std::string start, end;
+  bool no_embedded_markers = false;
+};
+
+void addInputsAndOutput(CLI::App& app, Options& options) {
+  CLI::Option* const inputs =
+      app.add_option("INPUT", options.inputs, "audio files, laid end to end in this order")
+          ->required()
+          ->type_name("");
+  CLI::Option* const output = app.add_option("-o,--output", options.output,
+                                             "the cue sheet to write; the image goes beside it")
+                                  ->required()
+                                  ->type_name("ALBUM.cue");
+  app.add_flag("--force", options.force, "replace an existing sheet and image");
+  const auto list_instead = [inputs, output, &options] {
+    options.list_drives = true;
+    inputs->required(false);
+    output->required(false);
+  };
+  app.add_flag_callback("--list-drives", list_instead,
+                        "list the recorders and what is in them, and do nothing else")
+      ->trigger_on_parse()
+      ->group("Burn");
+  app.add_flag("--portable-cue", options.portable_cue,
+               "also write ALBUM.portable.cue, a sheet for other readers, and check both");
+}
+
+void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
+  app.add_option("--track-mode", raw.track_mode, "what makes a track: markers, regions or one")
+      ->check(CLI::IsMember({"markers", "regions", "one"}))
+      ->type_name("MODE")
+      ->group("Tracks");
+  app.add_option("--track-leadin", options.track_leadin_ms,
+                 "silence before every track but the first, milliseconds")
+      ->check(CLI::Range(0, 2147483647))
+      ->type_name("MS")
+      ->group("Tracks");
+  app.add_option("--disc-leadin", options.disc_leadin_ms,
+                 "silence before the first track, milliseconds")
+      ->check(CLI::Range(0, 2147483647))
+      ->type_name("MS")
+      ->group("Tracks");
+  app.add_flag("--hash-markers-only", options.hash_markers_only,
+               "only markers whose name starts with # make tracks")
+      ->group("Tracks");
+  app.add_option("--marker", raw.markers, "add a marker; may be given again")
+      ->type_name("TIME=NAME")
+      ->allow_extra_args(false)
+      ->group("Tracks");
+  app.add_option("--region", raw.regions, "add a region; may be given again")
+      ->type_name("START-END=NAME")
+      ->allow_extra_args(false)
+      ->group("Tracks");
+  app.add_option("--labels", options.labels, "add the marks of an Audacity label track")
+      ->type_name("FILE")
+      ->group("Tracks");
+  app.add_flag("--no-embedded-markers", raw.no_embedded_markers,
+               "leave out the cue points and regions inside the inputs")
+      ->group("Tracks");
+}
+
+void addTextOptions(CLI::App& app, Options& options, RawOptions& raw) {
+  DiscTexts& texts = options.texts;
+  const auto text = [&app](const char* name, std::string& value, const char* about) {
+    app.add_option(name, value, about)->type_name("TEXT")->group("Texts and codes");
+  };
+  text("--title", texts.title, "the disc's title (default: the inputs' album tag)");
+  text("--performer", texts.performer, "the disc's performer (default: the inputs' artist tag)");
+  text("--songwriter", texts.songwriter, "the disc's songwriter");
+  text("--catalog", texts.catalogue, "the disc's catalogue number (MCN), 13 digits");
+  text("--comment", texts.comment, "a remark for the sheet (REM)");
+  app.add_option("--meta", raw.metas, "one more disc field; may be given again")
+      ->type_name("KEY=VALUE")
+      ->allow_extra_args(false)
+      ->group("Texts and codes");
+  app.add_option("--isrc", raw.isrcs, "the ISRC of an input's track; may be given again")
+      ->type_name("INPUT_NUMBER=CODE")
+      ->allow_extra_args(false)
+      ->group("Texts and codes");
+}
+
+void addRenderOptions(CLI::App& app, Options& options, RawOptions& raw) {
+  app.add_option("--start", raw.start, "render from here")->type_name("TIME")->group("Render");
+  app.add_option("--end", raw.end, "render up to here")->type_name("TIME")->group("Render");
+  app.add_option("--dither", raw.dither, "none, or tpdf for sources of more than 16 bits")
+      ->check(CLI::IsMember({"none", "tpdf"}))
+      ->type_name("KIND")
+      ->group("Render");
+  app.add_option("--block", options.block, "frames handed to the module at a time")
+      ->check(CLI::Range(1, kLargestBlock))
+      ->type_name("FRAMES")
+      ->group("Render");
+  app.add_option("--module", options.module,
+                 "the module (default: velmor_cd.so beside the program)")
+      ->type_name("PATH")
+      ->group("Render");
+  app.add_flag("--json", options.json, "print the result as JSON")->group("Render");
+  app.add_flag("--quiet", options.quiet, "print errors only")->group("Render");
+}
+
+std::pair<std::string, std::string> splitAssignment(const std::string& text, const char* option,
+                                                    const char* form) {
+  const size_t at = text.find('=');
+  if (at == std::string::npos || at == 0) {
+    std::string sentence(option);
+    sentence.append(" \"").append(text).append("\" is not of the form ").append(form);
+    throw UsageError(sentence);
+  }
+  return {text.substr(0, at), text.substr(at + 1)};
+}
+
+void readIsrcs(const RawOptions& raw, Options& options) {
+  for (const std::string& text : raw.isrcs) {
+    const auto [number_text, code_text] = splitAssignment(text, "--isrc", "INPUT_NUMBER=CODE");
+    int number = 0;
+    const char* const end = number_text.data() + number_text.size();
+    const auto [stop, error] = std::from_chars(number_text.data(), end, number);
+    if (error != std::errc() || stop != end || number < 1 ||
+        number > static_cast<int>(options.inputs.size())) {
+      std::string sentence = "--isrc \"" + text;
+      sentence.append("\" names input ").append(number_text).append(", but the album has ");
+      sentence += counted(static_cast<int64_t>(options.inputs.size()), "input");
+      throw UsageError(sentence.append(", counted from 1"));
+    }
+    const auto code = normalisedIsrc(code_text);
+    if (!code) {
+      throw UsageError(
+          "--isrc \"" + text +
+          "\" is no ISRC: it needs two letters, three letters or digits and seven digits");
+    }
+    if (!options.isrcs.emplace(number, *code).second) {
+      throw UsageError("--isrc is given twice for input " + number_text);
+    }
+  }
+}
+
+void readRaw(const RawOptions& raw, Options& options) {
+  options.track_mode = raw.track_mode == "regions" ? kTracksFromRegions
+                       : raw.track_mode == "one"   ? kOneTrack
+                                                   : kTracksFromMarkers;
+  options.dither = raw.dither == "tpdf" ? Dither::tpdf : Dither::none;
+  options.embedded_markers = !raw.no_embedded_markers;
+  readIsrcs(raw, options);
+  for (const std::string& text : raw.metas) {
+    options.texts.more.push_back(splitAssignment(text, "--meta", "KEY=VALUE"));
+  }
+  for (const std::string& text : raw.markers) options.marks.push_back(parseMarkerOption(text));
+  for (const std::string& text : raw.regions) options.marks.push_back(parseRegionOption(text));
+  if (!raw.start.empty()) options.start = parseTime(raw.start);
+  if (!raw.end.empty()) options.end = parseTime(raw.end);
+  if (options.start && options.end && *options.end <= *options.start) {
+    throw UsageError("--end " + raw.end + " does not lie after --start " + raw.start);
+  }
+}
+
+}  // namespace
+
+CommandLine parseCommandLine(int argc, char** argv) {
+  CommandLine line;
+  RawOptions raw;
+  CLI::App app(kAbout, kProgram);
+  app.footer(std::string(kExamples) + iniFilePath());
+  app.set_version_flag("--version", std::string(kProgram) + " " + VELMOR_VERSION);
+  app.get_formatter()->column_width(38);
+  addInputsAndOutput(app, line.options);
+  addTrackOptions(app, line.options, raw);
+  addTextOptions(app, line.options, raw);
+  addRenderOptions(app, line.options, raw);
+  addBurnOptions(app, line.options.burn);
+  try {
+    app.parse(argc, argv);
+    readRaw(raw, line.options);
+    checkBurnOptions(app, line.options.burn);
+  } catch (const CLI::CallForHelp&) {
+    fputs(app.help().c_str(), stdout);
+    line.answered = true;
+  } catch (const CLI::CallForVersion& version) {
+    printf("%s\n", version.what());
+    line.answered = true;
+  } catch (const CLI::ParseError& error) {
+    line.wrong_usage = std::string(error.what()) + "; --help lists the options";
+  } catch (const UsageError& error) {
+    line.wrong_usage = error.what();
+  } catch (const InputError& error) {  // a time, marker or region that is none
+    line.wrong_usage = error.what();
+  }
+  // The parser sets nothing when it fails, but a failure is told in JSON too.
+  line.options.json =
+      line.options.json || std::count(argv, argv + argc, std::string_view("--json")) > 0;
+  return line;
+}
+
+}  // namespace velmor::render

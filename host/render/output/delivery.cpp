@@ -1,0 +1,42 @@
+#include "host/render/output/delivery.h"
+
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+
+namespace velmor::render {
+
+Delivery::~Delivery() {
+  if (!m_whole || m_delivered) return;
+  try {
+    m_output.commit();
+  } catch (const std::exception& error) {
+    fprintf(stderr, "%s\n", error.what());
+  }
+}
+
+void Delivery::beforeBurn() {
+  look(m_plan.counted_frames);
+  m_delivered = m_output.commitAndKeepWorkingNames();
+}
+
+void Delivery::afterRender(const RenderOutcome& outcome, bool image_deleted) {
+  if (!m_whole) look(outcome.counted_frames);
+  const bool to_be_moved = !m_delivered && !image_deleted;
+  m_delivered = true;  // or said why not
+  if (to_be_moved) m_output.commit();
+  // A burn that deletes the pair knows nothing of the third file.
+  if (image_deleted && !m_output.portableSheet().empty()) {
+    std::error_code ignored;
+    std::filesystem::remove(m_output.portableSheet(), ignored);
+  }
+}
+
+void Delivery::look(int64_t counted_frames) {
+  m_files =
+      readFinishedFiles(m_output.workingSheet(), m_output.workingImage(), m_plan, counted_frames);
+  m_on_whole();
+  m_whole = true;
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,24 @@
+// The files of a render when the sink has let go of them.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "host/render/output/cue_text.h"
+#include "host/render/plan/track_plan.h"
+
+namespace velmor::render {
+
+struct FinishedFiles {
+  CueText sheet;
+  uint64_t sheet_bytes = 0;
+  uint64_t image_bytes = 0;
+};
+
+/// Looks at the finished files. Throws `RenderError` unless they are whole: an image of exactly the
+/// planned length, which is also what the sink has counted (a last write that failed is reported
+/// nowhere else), and a sheet of all tracks to its last line. `counted_frames`: the sink's length.
+FinishedFiles readFinishedFiles(const std::string& sheet_path, const std::string& image_path,
+                                const TrackPlan& plan, int64_t counted_frames);
+
+}  // namespace velmor::render

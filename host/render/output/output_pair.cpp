@@ -1,0 +1,247 @@
+#include "host/render/output/output_pair.h"
+
+#include <fcntl.h>
+#include <strings.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <deque>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+#include "host/render/terminal/failure.h"
+
+namespace velmor::render {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr size_t kLongestName = 200;  // bytes; leaves room below the file systems' 255
+
+fs::path sheetPath(const std::string& output) {
+  const bool has_ending =
+      output.size() > 4 && strcasecmp(output.c_str() + output.size() - 4, ".cue") == 0;
+  return has_ending ? output : output + ".cue";
+}
+
+fs::path portablePath(fs::path sheet) {
+  return sheet.replace_extension(".portable.cue");
+}
+
+std::string inQuotes(const fs::path& path) {
+  return '"' + path.string() + '"';
+}
+
+/// Whether another program holds the file under a lock.
+bool isHeld(const fs::path& path) {
+  const int fd = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (fd < 0) return false;
+  const bool held = flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  close(fd);
+  return held;
+}
+
+bool sameFile(const fs::path& a, const fs::path& b) {
+  std::error_code error;
+  return fs::equivalent(a, b, error) && !error;
+}
+
+RenderError cannotPlace(const fs::path& target, const std::error_code& error) {
+  return RenderError("the finished disc cannot be put in its place, " + inQuotes(target) + ": " +
+                     error.message());
+}
+
+/// A file put into its place, with a way back. The old file keeps a second name meanwhile, so that
+/// at no moment is there neither the old nor the new one.
+class Placement {
+ public:
+  /// `backup`: where the old file's second name goes. Without `replace` a file that is there is
+  /// left alone.
+  Placement(const fs::path& made, fs::path target, fs::path backup, bool replace)
+      : m_target(std::move(target)), m_backup(std::move(backup)) {
+    std::error_code error;
+    if (replace && fs::exists(fs::symlink_status(m_target, error))) {
+      fs::create_hard_link(m_target, m_backup, error);
+      // File systems without second names: the old file moves aside for the moment.
+      if (error) fs::rename(m_target, m_backup, error);
+      if (error) throw cannotPlace(m_target, error);
+      m_has_backup = true;
+    }
+    if (!replace) {
+      fs::create_hard_link(made, m_target, error);
+      if (!error) return;
+      if (error == std::errc::file_exists) throw cannotPlace(m_target, error);
+    }
+    fs::rename(made, m_target, error);
+    if (error) {
+      takeBack();
+      throw cannotPlace(m_target, error);
+    }
+  }
+
+  /// Puts the old file back, or takes the new one away where there was none. False when that fails.
+  bool takeBack() {
+    std::error_code error;
+    if (m_has_backup) {
+      fs::rename(m_backup, m_target, error);
+    } else {
+      fs::remove(m_target, error);
+    }
+    return !error;
+  }
+
+ private:
+  const fs::path m_target;
+  const fs::path m_backup;
+  bool m_has_backup = false;
+};
+
+/// False when one of the files could not be taken back.
+bool takeBack(std::deque<Placement>& placed) {
+  bool all = true;
+  for (auto placement = placed.rbegin(); placement != placed.rend(); ++placement) {
+    all = placement->takeBack() && all;
+  }
+  return all;
+}
+
+}  // namespace
+
+OutputPair::OutputPair(const std::string& output, bool force,
+                       const std::vector<std::string>& inputs, bool portable)
+    : m_sheet(sheetPath(output)), m_force(force) {
+  m_image = m_sheet;
+  m_image.replace_extension(".bin");
+  if (portable) m_portable = portablePath(m_sheet);
+  checkName();
+  checkTargets(inputs);
+  const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
+  std::string pattern = (parent / ".velmor-render-XXXXXX").string();
+  if (!mkdtemp(pattern.data())) {
+    throw RenderError("nothing can be written to the folder " + inQuotes(parent) + ": " +
+                      std::string(strerror(errno)) + "; choose another with -o");
+  }
+  m_folder = pattern;
+}
+
+OutputPair::~OutputPair() {
+  std::error_code ignored;
+  if (!m_folder.empty()) fs::remove_all(m_folder, ignored);
+}
+
+void OutputPair::checkName() const {
+  const std::string name = m_sheet.filename().string();
+  for (const char c : name) {
+    const bool control = static_cast<unsigned char>(c) < 0x20;
+    if (c != '"' && c != '\\' && !control) continue;
+    throw RenderError(std::string("the output's name holds a ") +
+                      (control    ? "line break or control character"
+                       : c == '"' ? "\""
+                                  : "backslash") +
+                      ", which a cue sheet cannot hold; choose another with -o");
+  }
+  if (name.size() <= 4 || name.size() > kLongestName) {
+    throw RenderError("the output " + inQuotes(m_sheet) +
+                      " has no usable file name; give one like album.cue with -o");
+  }
+}
+
+std::vector<fs::path> OutputPair::targets() const {
+  std::vector<fs::path> all{m_sheet, m_image};
+  if (!m_portable.empty()) all.push_back(m_portable);
+  return all;
+}
+
+void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
+  const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
+  std::error_code error;
+  if (!fs::is_directory(parent, error)) {
+    throw RenderError("there is no folder " + inQuotes(parent) +
+                      " to write to; make it, or choose another with -o");
+  }
+  for (const fs::path& target : targets()) {
+    for (const std::string& input : inputs) {
+      if (sameFile(target, input)) {
+        throw RenderError("the output " + inQuotes(target) +
+                          " is one of the inputs and would be overwritten; choose another with -o");
+      }
+    }
+  }
+  checkOld();
+}
+
+void OutputPair::checkOld() const {
+  for (const fs::path& target : targets()) {
+    std::error_code error;
+    if (!fs::exists(fs::symlink_status(target, error))) continue;
+    if (fs::is_directory(target, error)) {
+      throw RenderError("the output " + inQuotes(target) + " is a folder; choose another with -o");
+    }
+    if (fs::is_other(target, error)) {
+      throw RenderError("the output " + inQuotes(target) +
+                        " is no regular file; choose another with -o");
+    }
+    if (!m_force) {
+      throw RenderError(inQuotes(target) +
+                        " exists already; --force replaces it, -o chooses another place");
+    }
+    if (isHeld(target)) {
+      throw RenderError(inQuotes(target) +
+                        " is in use by another program; wait for it, or choose another with -o");
+    }
+  }
+}
+
+std::string OutputPair::olderPortableSheet() const {
+  if (!m_portable.empty()) return {};
+  const fs::path older = portablePath(m_sheet);
+  std::error_code error;
+  if (!fs::is_regular_file(older, error)) return {};
+  std::ifstream file(older);
+  const std::string image_line = "FILE \"" + m_image.filename().string() + "\"";
+  for (std::string line; std::getline(file, line);) {
+    if (line.rfind(image_line, 0) == 0) return older.string();
+  }
+  return {};
+}
+
+void OutputPair::commit() {
+  checkOld();  // a render takes its time, and another program may have come meanwhile
+  const fs::path old_folder = m_folder / "replaced";
+  std::error_code error;
+  if (!fs::create_directory(old_folder, error)) throw cannotPlace(m_sheet, error);
+  std::vector<std::pair<fs::path, fs::path>> files = {{workingImage(), m_image},
+                                                      {workingSheet(), m_sheet}};
+  const bool has_portable = !m_portable.empty() && fs::exists(workingPortableSheet());
+  if (has_portable) files.emplace_back(workingPortableSheet(), m_portable);
+  std::deque<Placement> placed;
+  try {
+    for (const auto& [made, target] : files) {
+      placed.emplace_back(made, target, old_folder / target.filename(), m_force);
+    }
+  } catch (const RenderError& failure) {
+    if (takeBack(placed)) throw;
+    const fs::path kept = std::exchange(m_folder, fs::path());
+    throw RenderError(std::string(failure.what()) + "; the old files are kept in " +
+                      inQuotes(kept / "replaced"));
+  }
+  if (!m_portable.empty() && !has_portable) fs::remove(m_portable, error);
+}
+
+bool OutputPair::commitAndKeepWorkingNames() {
+  std::error_code error;
+  const fs::path trial = m_folder / "names";
+  fs::create_directory_symlink(".", trial, error);
+  if (error) return false;
+  commit();
+  // The working folder becomes another name of the folder that the pair is in now.
+  fs::remove_all(m_folder, error);
+  fs::create_directory_symlink(".", m_folder, error);
+  return true;
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,109 @@
+#include "host/render/output/portable_sheet.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "check/portable/portable_disc.h"
+#include "check/portable/whole_file.h"
+#include "check/report/report_text.h"
+#include "disc/disc_time.h"
+#include "host/render/options/options.h"
+#include "host/render/terminal/failure.h"
+#include "host/render/terminal/interrupt.h"
+#include "host/render/terminal/progress.h"
+
+namespace velmor::render {
+
+namespace {
+
+/// The checker on a sheet at its working place, told of by the name that it will have.
+cdcheck::Report checkSheet(const std::string& working, const std::string& final_path,
+                           int64_t frames, bool show_progress) {
+  Progress progress("Checking", frames, show_progress);
+  cdcheck::CheckOptions options;
+  options.progress = [&progress](int64_t done, int64_t) {
+    progress.show(done / kBytesPerFrame);
+    stopIfInterrupted();
+  };
+  cdcheck::Report report = cdcheck::check(working, options);
+  report.sheet = final_path;
+  return report;
+}
+
+cdcheck::ExactStarts startsOf(const TrackPlan& plan) {
+  cdcheck::ExactStarts starts;
+  for (const PlannedTrack& track : plan.tracks) starts.push_back(track.start_frame);
+  return starts;
+}
+
+nlohmann::ordered_json reportJson(const cdcheck::Report& report,
+                                  const std::vector<std::string>& changes) {
+  std::ostringstream text;
+  cdcheck::printJson(report, false, changes, text);
+  return nlohmann::ordered_json::parse(text.str());
+}
+
+}  // namespace
+
+PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
+                                bool show_progress) {
+  PortableSheet made;
+  made.path = output.portableSheet();
+  const std::string working = output.workingPortableSheet();
+  try {
+    made.of_sheet =
+        checkSheet(output.workingSheet(), output.sheet(), plan.image_frames, show_progress);
+  } catch (const cdcheck::CheckError& error) {
+    throw RenderError(error.what());
+  }
+  try {
+    const cdcheck::PortableDisc disc = makePortable(made.of_sheet, working, startsOf(plan));
+    cdcheck::writeWhole(working, cdcheck::cueText(disc), false);
+    made.of_portable = checkSheet(working, made.path, plan.image_frames, show_progress);
+    made.changes = disc.changes;
+  } catch (const cdcheck::CheckError& error) {
+    made.failure = error.what();
+    std::error_code ignored;
+    std::filesystem::remove(working, ignored);
+  }
+  return made;
+}
+
+void printPortableSheet(const PortableSheet& portable) {
+  fflush(stdout);
+  if (!portable.failure.empty()) {
+    cdcheck::printReport(portable.of_sheet, false, std::cout);
+    std::cout.flush();
+    return;
+  }
+  std::cout << '\n' << portable.path << ": for readers that do not take the first sheet\n";
+  for (const std::string& change : portable.changes) std::cout << "changed: " << change << '\n';
+  std::cout << '\n';
+  cdcheck::printErrors(portable.of_sheet, std::cout);
+  cdcheck::printReport(portable.of_portable, false, std::cout);
+  std::cout.flush();
+}
+
+std::string portableSheetJson(const PortableSheet& portable) {
+  nlohmann::ordered_json json = {{"path", portable.path},
+                                 {"written", portable.failure.empty()},
+                                 {"check_of_sheet", reportJson(portable.of_sheet, {})}};
+  if (portable.failure.empty()) {
+    json["check"] = reportJson(portable.of_portable, portable.changes);
+  } else {
+    json["failure"] = portable.failure;
+  }
+  return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+int portableStatus(const PortableSheet& portable) {
+  if (portable.failure.empty()) return 0;
+  fprintf(stderr, "%s: the sheet and the image are complete, but %s was not written: %s\n",
+          kProgram, portable.path.c_str(), portable.failure.c_str());
+  return 1;
+}
+
+}  // namespace velmor::render

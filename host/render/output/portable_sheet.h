@@ -1,0 +1,38 @@
+// The second sheet of a render, for the readers that do not take the module's, and what the checker
+// says of both.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "check/check.h"
+#include "host/render/output/output_pair.h"
+#include "host/render/plan/track_plan.h"
+
+namespace velmor::render {
+
+struct PortableSheet {
+  std::string path;
+  std::string failure;               ///< one sentence: why there is none; empty when it was made
+  std::vector<std::string> changes;  ///< against the module's sheet, one sentence each
+  cdcheck::Report of_sheet;          ///< the checker on the module's sheet
+  cdcheck::Report of_portable;       ///< and on the second one; empty when it was not made
+};
+
+/// Makes the second sheet from the finished pair in its working place, with the starts that the
+/// plan knows, and checks both sheets; shows progress when `show_progress`. What the disc does not
+/// allow is a `failure`; throws `RenderError` when the pair cannot be read, `Interrupted` when
+/// asked to stop.
+PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
+                                bool show_progress);
+
+/// What was changed, errors of the module's sheet, and the report on the second one, on standard
+/// output.
+void printPortableSheet(const PortableSheet& portable);
+/// The same as the text of a JSON object.
+std::string portableSheetJson(const PortableSheet& portable);
+/// 1, with the reason on standard error, when there is no sheet; what the checker says of the disc
+/// fails no render.
+int portableStatus(const PortableSheet& portable);
+
+}  // namespace velmor::render

@@ -1,0 +1,39 @@
+// What is told at the end.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/render/album/album.h"
+#include "host/render/burn/burn_desk.h"
+#include "host/render/module/renderer.h"
+#include "host/render/output/cue_text.h"
+#include "host/render/output/portable_sheet.h"
+#include "host/render/plan/track_plan.h"
+
+namespace velmor::render {
+
+inline constexpr int kJsonSchema = 1;
+
+struct Report {
+  const Album& album;
+  const TrackPlan& plan;
+  const CueText& sheet;
+  const RenderOutcome& outcome;
+  std::string sheet_path, image_path;
+  uint64_t sheet_bytes = 0;
+  uint64_t image_bytes = 0;
+  std::vector<std::string> warnings;
+  const BurnResult* burn = nullptr;         ///< null when nothing was to be burned
+  const PortableSheet* portable = nullptr;  ///< null when none was wanted
+};
+
+/// The track list, the files and what is worth knowing, for people.
+void printReport(const Report& report);
+/// The same as one JSON object.
+void printJsonReport(const Report& report);
+/// A failure as a JSON object.
+void printJsonFailure(const std::string& sentence);
+
+}  // namespace velmor::render

@@ -1,0 +1,95 @@
+#include <strings.h>
+
+#include <algorithm>
+#include <set>
+
+#include "disc/codes.h"
+#include "host/render/plan/isrc_places.h"
+#include "host/render/plan/preflight_parts.h"
+
+namespace velmor::render {
+
+namespace {
+
+void checkCatalogue(const HostProject& project, Findings& findings) {
+  for (const auto& [key, value] : project.metadata) {
+    if (strcasecmp(key.c_str(), "CUE:DISC_CATALOG") != 0) continue;
+    if (const auto fault = catalogueFault(value)) {
+      findings.warnings.push_back("the catalogue number " + inQuotes(value) + " " + *fault);
+    }
+  }
+}
+
+void checkIsrcForms(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
+  std::set<std::string> seen;
+  for (const IsrcPlace& isrc : isrcs) {
+    const auto code = normalisedIsrc(isrc.code);
+    if (!code || *code != isrc.code) {
+      findings.warnings.push_back(
+          "the ISRC " + inQuotes(isrc.code) +
+          " has not the form of two capitals, three capitals or digits and seven digits");
+    }
+    if (!seen.insert(code.value_or(isrc.code)).second) {
+      findings.warnings.push_back("the ISRC " + inQuotes(isrc.code) +
+                                  " is used twice; every recording has its own");
+    }
+  }
+}
+
+/// A warning about one or more ISRCs.
+void warnOfIsrcs(const std::vector<std::string>& isrcs, const char* of_one, const char* of_several,
+                 const char* advice, Findings& findings) {
+  if (isrcs.empty()) return;
+  const bool one = isrcs.size() == 1;
+  findings.warnings.push_back((one ? "the ISRC " : "the ISRCs ") + listed(isrcs) +
+                              (one ? of_one : of_several) + advice);
+}
+
+/// Codes that the sheet does not have.
+void checkLostIsrcs(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
+  std::vector<std::string> second;
+  std::vector<std::string> outside;
+  for (const IsrcPlace& isrc : isrcs) {
+    if (!isrc.given_to.empty()) continue;
+    if (isrc.second_in) {
+      second.push_back(inQuotes(isrc.code) + " (track " + std::to_string(*isrc.second_in + 1) +
+                       ")");
+    } else {
+      outside.push_back(inQuotes(isrc.code));
+    }
+  }
+  warnOfIsrcs(second, " is", " are",
+              " left out, since another stands before it in the same track and a track has only "
+              "one; let a track begin between them",
+              findings);
+  warnOfIsrcs(outside, " lies in no track and is", " lie in no track and are",
+              " left out; put it inside a region", findings);
+}
+
+/// Inputs whose start makes no track, so that the track before takes their code.
+void checkStrayIsrcs(const std::vector<IsrcPlace>& isrcs, const TrackPlan& plan,
+                     Findings& findings) {
+  constexpr double kAllowance = 0.001;  // seconds
+  std::vector<std::string> stray;
+  for (const IsrcPlace& isrc : isrcs) {
+    if (isrc.input == 0 || isrc.given_to.empty()) continue;
+    const size_t track = isrc.given_to.front();
+    if (plan.tracks[track].source_start >= isrc.position - kAllowance) continue;
+    stray.push_back(inQuotes(isrc.code) + " of input " + std::to_string(isrc.input) +
+                    " goes to track " + std::to_string(track + 1));
+  }
+  warnOfIsrcs(stray, ", which begins before that input", ", which begin before those inputs",
+              "; let a track begin with the input, or take the code away", findings);
+}
+
+}  // namespace
+
+void checkCodes(const HostProject& project, const TrackPlan& plan, Findings& findings) {
+  checkCatalogue(project, findings);
+  const std::vector<IsrcPlace> isrcs = placesOfIsrcs(plan, project.marks);
+  checkIsrcForms(isrcs, findings);
+  checkLostIsrcs(isrcs, findings);
+  checkStrayIsrcs(isrcs, plan, findings);
+}
+
+}  // namespace velmor::render

@@ -1,0 +1,60 @@
+#include "disc/disc_time.h"
+#include "host/render/plan/preflight_parts.h"
+#include "host/render/plan/sheet_times.h"
+
+namespace velmor::render {
+
+namespace {
+
+void checkInsideSector(const TrackPlan& plan, Findings& findings) {
+  std::vector<size_t> inside;
+  for (size_t i = 0; i < plan.tracks.size(); ++i) {
+    if (plan.tracks[i].start_frame % kFramesPerSector) inside.push_back(i);
+  }
+  if (inside.empty()) return;
+  const std::string first = std::to_string(inside.front() + 1);
+  findings.warnings.push_back(
+      (inside.size() == 1
+           ? "track " + first + " starts"
+           : std::to_string(inside.size()) + " tracks (the first is " + first + ") start") +
+      " inside a sector, so the sheet points up to 1/75 second before the music; --track-leadin "
+      "aligns tracks to sectors");
+}
+
+/// Two of three sectors have no whole number of milliseconds, and the sheet's times are cut to
+/// milliseconds first.
+void checkEarlyStarts(const TrackPlan& plan, Findings& findings) {
+  std::vector<size_t> early;
+  for (size_t i = 0; i < plan.tracks.size(); ++i) {
+    const int64_t frame = plan.tracks[i].start_frame;
+    if (frame % kFramesPerSector) continue;
+    if (startSectorInSheet(plan, i) < frame / kFramesPerSector) early.push_back(i);
+  }
+  if (early.empty()) return;
+  findings.warnings.push_back("INDEX 01 of " + tracksListed(early) +
+                              " lies one sector before the audio, since the sheet's times are cut "
+                              "to milliseconds; the sheet of --portable-cue has the exact "
+                              "sectors");
+}
+
+void checkMeetingIndexes(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
+  std::vector<size_t> meeting;
+  for (size_t i = 0; i < plan.tracks.size(); ++i) {
+    if (gapSectorInSheet(config, plan, i) == startSectorInSheet(plan, i)) meeting.push_back(i);
+  }
+  if (meeting.empty()) return;
+  findings.warnings.push_back(
+      "INDEX 00 and INDEX 01 of " + tracksListed(meeting) +
+      " are the same sector in the sheet, since the lead-in is so short, and some readers refuse "
+      "that; use a lead-in of 0 or at least 1000 ms");
+}
+
+}  // namespace
+
+void checkStarts(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
+  checkInsideSector(plan, findings);
+  checkEarlyStarts(plan, findings);
+  checkMeetingIndexes(config, plan, findings);
+}
+
+}  // namespace velmor::render

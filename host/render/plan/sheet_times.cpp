@@ -1,0 +1,33 @@
+#include "host/render/plan/sheet_times.h"
+
+#include <algorithm>
+
+#include "disc/disc_time.h"
+
+namespace velmor::render {
+
+namespace {
+
+int64_t sectorInSheet(double seconds) {
+  const auto milliseconds = static_cast<int64_t>(seconds * 1000.0) % 1000;
+  return static_cast<int64_t>(seconds) * kSectorsPerSecond +
+         milliseconds * kSectorsPerSecond / 1000;
+}
+
+}  // namespace
+
+int64_t startSectorInSheet(const TrackPlan& plan, size_t track) {
+  return sectorInSheet(plan.tracks[track].start);
+}
+
+std::optional<int64_t> gapSectorInSheet(const SinkConfig& config, const TrackPlan& plan,
+                                        size_t track) {
+  if (track == 0) {
+    return config.disc_leadin_ms > 0 ? std::optional<int64_t>(0) : std::nullopt;
+  }
+  if (config.track_leadin_ms == 0) return std::nullopt;
+  const int whole_seconds = config.track_leadin_ms / 1000;
+  return sectorInSheet(std::max(plan.tracks[track].start - whole_seconds, 0.0));
+}
+
+}  // namespace velmor::render

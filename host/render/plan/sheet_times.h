@@ -1,0 +1,20 @@
+// The times that the module's sheet gives for a track, which are coarser than the image.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+#include "host/render/plan/track_plan.h"
+
+namespace velmor::render {
+
+/// The sector of track `track` (from 0) in the sheet's INDEX 01: its start cut to milliseconds
+/// first and to sectors then.
+int64_t startSectorInSheet(const TrackPlan& plan, size_t track);
+
+/// The sector of its INDEX 00, nothing when the sheet has none.
+std::optional<int64_t> gapSectorInSheet(const SinkConfig& config, const TrackPlan& plan,
+                                        size_t track);
+
+}  // namespace velmor::render

@@ -1,0 +1,240 @@
+#include <algorithm>
+
+#include "host/windowing/desktop.h"
+#include "host/windowing/dialogs/control_rows.h"
+#include "host/windowing/layer_functions.h"
+#include "host/windowing/messages.h"
+
+namespace velmor::windowing {
+namespace {
+
+/// Where `QUELM_GenerateDialogFromList` puts its controls.
+struct Generation {
+  Scale scale;
+  HWND parent = nullptr;
+  bool autosize = false;
+};
+
+Generation& generation() {
+  static Generation current;
+  return current;
+}
+
+const QuelmDialogResource* find_resource(const QuelmDialogResource* head, intptr_t id) {
+  while (head != nullptr && head->id != id) {
+    head = head->next;
+  }
+  return head;
+}
+
+bool can_be_parent(HWND parent) {
+  const auto window = Desktop::the().find(parent);
+  return parent == nullptr || (window && !window->being_destroyed);
+}
+
+bool takes_focus(const Window& control) {
+  switch (control.kind) {
+    case WindowKind::edit:
+    case WindowKind::combo_box:
+    case WindowKind::push_button:
+    case WindowKind::check_box:
+    case WindowKind::radio_button:
+    case WindowKind::list_view:
+      return control.enabled && control.visible;
+    default:
+      return false;
+  }
+}
+
+HWND first_focus(const Window& dialog) {
+  for (const HWND handle : dialog.children) {
+    const auto control = Desktop::the().find(handle);
+    if (control->child && takes_focus(*control)) {
+      return handle;
+    }
+  }
+  return nullptr;
+}
+
+/// Destroys a dialog on whose way something was thrown already.
+void destroy_quietly(HWND dialog) {
+  try {
+    Desktop::the().destroy(dialog);
+  } catch (...) {  // NOLINT(bugprone-empty-catch): what was thrown first tells what went wrong
+  }
+}
+
+struct Opening {
+  DLGPROC procedure;
+  LPARAM init;
+  bool modal;
+};
+
+/// Builds the controls and sends WM_INITDIALOG. The procedure may destroy the dialog there.
+void fill(Window& dialog, const QuelmDialogResource& resource, const Opening& opening) {
+  if (resource.create != nullptr) {
+    resource.create(dialog.handle, resource.flags);
+  }
+  generation() = {};
+  dialog.procedure = opening.procedure;
+  const HWND focus = first_focus(dialog);
+  if (opening.modal && focus != nullptr) {
+    Desktop::the().set_focus(focus);
+  }
+  send_message(dialog.handle, WM_INITDIALOG, reinterpret_cast<WPARAM>(focus), opening.init);
+}
+
+std::shared_ptr<Window> open_dialog(const QuelmDialogResource& resource, HWND parent,
+                                    const Opening& opening) {
+  auto dialog = Desktop::the().create(WindowKind::dialog, parent);
+  dialog->child = !opening.modal && parent != nullptr && (resource.flags & kQuelmChildDialog) != 0;
+  dialog->text = resource.title == nullptr ? "" : resource.title;
+  dialog->class_name = "#32770";
+  dialog->place = {0, 0, resource.width, resource.height};
+  dialog->resource_id = resource.id;
+  dialog->modal = opening.modal;
+  dialog->visible = false;
+  try {
+    fill(*dialog, resource, opening);
+  } catch (...) {
+    destroy_quietly(dialog->handle);
+    throw;
+  }
+  return dialog;
+}
+
+bool is_open(const Window& dialog) {
+  return !dialog.ended && Desktop::the().exists(dialog.handle);
+}
+
+/// One person's turn at the dialog, or the dialog's end where nobody has one.
+void take_turn(Window& dialog, bool first) {
+  Person* person = Desktop::the().person();
+  OpenDialog seen(dialog.handle);
+  if (person != nullptr && first) {
+    person->dialog_opened(seen);
+  }
+  if (!is_open(dialog) || (person != nullptr && person->use_dialog(seen))) {
+    return;
+  }
+  if (is_open(dialog)) {
+    press_escape(dialog.handle);
+  }
+  if (is_open(dialog)) {
+    functions::EndDialog(dialog.handle, IDCANCEL);
+  }
+}
+
+/// Keeps the owner of a modal dialog from input, and the focus where it was afterwards.
+class OwnerWaits {
+ public:
+  explicit OwnerWaits(HWND owner) : focus_(Desktop::the().focus()) {
+    const auto window = Desktop::the().find(owner);
+    if (window && window->enabled) {
+      window->enabled = false;
+      owner_ = window;
+    }
+  }
+  ~OwnerWaits() {
+    if (owner_) {
+      owner_->enabled = true;
+    }
+    Desktop::the().set_focus(focus_);
+  }
+  OwnerWaits(const OwnerWaits&) = delete;
+  OwnerWaits& operator=(const OwnerWaits&) = delete;
+
+ private:
+  std::shared_ptr<Window> owner_;
+  HWND focus_;
+};
+
+void run(Window& dialog) {
+  dialog.visible = true;
+  bool first = true;
+  while (is_open(dialog)) {
+    Desktop::the().deliver_posted();
+    if (is_open(dialog)) {
+      take_turn(dialog, first);
+    }
+    first = false;
+  }
+}
+
+}  // namespace
+
+namespace functions {
+
+HWND QUELM_CreateDialog(QuelmDialogResource* head, intptr_t id, HWND parent, DLGPROC procedure,
+                        LPARAM init) {
+  const QuelmDialogResource* resource = find_resource(head, id);
+  if (resource == nullptr || !can_be_parent(parent)) {
+    return nullptr;
+  }
+  const auto dialog = open_dialog(*resource, parent, {procedure, init, false});
+  return Desktop::the().exists(dialog->handle) ? dialog->handle : nullptr;
+}
+
+int QUELM_DialogBox(QuelmDialogResource* head, intptr_t id, HWND parent, DLGPROC procedure,
+                    LPARAM init) {
+  const QuelmDialogResource* resource = find_resource(head, id);
+  if (resource == nullptr) {
+    return -1;
+  }
+  if (!can_be_parent(parent)) {
+    return 0;
+  }
+  const OwnerWaits waits(parent);
+  const auto dialog = open_dialog(*resource, parent, {procedure, init, true});
+  try {
+    run(*dialog);
+  } catch (...) {
+    destroy_quietly(dialog->handle);
+    throw;
+  }
+  Desktop::the().destroy(dialog->handle);
+  return dialog->result;
+}
+
+void EndDialog(HWND handle, int result) {
+  const auto dialog = Desktop::the().find(handle);
+  if (!dialog || dialog->kind != WindowKind::dialog || dialog->ended) {
+    return;
+  }
+  dialog->visible = false;
+  if (dialog->modal) {
+    dialog->ended = true;
+    dialog->result = result;
+  }
+}
+
+void QUELM_MakeSetCurParms(float xscale, float yscale, float xoffset, float yoffset, HWND parent,
+                           bool /*unused*/, bool autosize) {
+  generation() = {{xscale, yscale, xoffset, yoffset}, parent, autosize};
+}
+
+void QUELM_GenerateDialogFromList(const QuelmControl* rows, int count) {
+  const Generation current = generation();
+  const auto dialog = Desktop::the().find(current.parent);
+  if (!dialog || rows == nullptr) {
+    return;
+  }
+  for (int row = 0; row < count; ++row) {
+    make_control(rows[row], current.scale, dialog->handle);
+  }
+  if (!current.autosize) {
+    return;
+  }
+  for (const HWND handle : dialog->children) {
+    const auto control = Desktop::the().find(handle);
+    if (!control->child) {
+      continue;  // a dialog that hangs on this one lies elsewhere
+    }
+    const Placement& place = control->place;
+    dialog->place.width = std::max(dialog->place.width, place.x + place.width);
+    dialog->place.height = std::max(dialog->place.height, place.y + place.height);
+  }
+}
+
+}  // namespace functions
+}  // namespace velmor::windowing

@@ -1,0 +1,82 @@
+#include "host/windowing/lists/combo_box.h"
+
+#include "host/windowing/ini/letter_case.h"
+
+namespace velmor::windowing {
+
+int ComboBox::add(std::string_view text) {
+  return insert(-1, text);
+}
+
+int ComboBox::insert(LPARAM row, std::string_view text) {
+  if (row == -1) {
+    row = count();
+  }
+  if (row < 0 || row > count()) {
+    return -1;
+  }
+  rows_.insert(rows_.begin() + row, Row{std::string(text), 0});
+  if (selection_ >= row) {
+    ++selection_;
+  }
+  return static_cast<int>(row);
+}
+
+int ComboBox::remove(LPARAM row) {
+  if (!has(row)) {
+    return -1;
+  }
+  rows_.erase(rows_.begin() + row);
+  if (selection_ == row) {
+    selection_ = -1;
+  } else if (selection_ > row) {
+    --selection_;
+  }
+  return count();
+}
+
+void ComboBox::clear() {
+  rows_.clear();
+  selection_ = -1;
+}
+
+int ComboBox::select(LPARAM row) {
+  selection_ = has(row) ? static_cast<int>(row) : -1;
+  return selection_;
+}
+
+LPARAM ComboBox::data(LPARAM row) const {
+  return has(row) ? rows_[static_cast<size_t>(row)].data : -1;
+}
+
+int ComboBox::set_data(LPARAM row, LPARAM data) {
+  if (!has(row)) {
+    return -1;
+  }
+  rows_[static_cast<size_t>(row)].data = data;
+  return 0;
+}
+
+template <typename Matches>
+int ComboBox::search(LPARAM after, Matches matches) const {
+  const LPARAM first = has(after) ? after + 1 : 0;
+  for (LPARAM step = 0; step < count(); ++step) {
+    const LPARAM row = (first + step) % count();
+    if (matches(text(row))) {
+      return static_cast<int>(row);
+    }
+  }
+  return -1;
+}
+
+int ComboBox::find(LPARAM after, std::string_view text) const {
+  return search(after, [text](std::string_view row) {
+    return same_letters(row.substr(0, text.size()), text);
+  });
+}
+
+int ComboBox::find_exact(LPARAM after, std::string_view text) const {
+  return search(after, [text](std::string_view row) { return same_letters(row, text); });
+}
+
+}  // namespace velmor::windowing

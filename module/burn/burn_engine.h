@@ -1,0 +1,16 @@
+// The burn engine: recorders, and the image cut into tracks for the recording service.
+#pragma once
+
+#include "abi/quelm_types.h"
+#include "module/support/file_read.h"
+
+/// Appends one entry per recorder to the combo box, "vendor product", its item data the recorder's
+/// handle. No reference to the recorder is taken.
+void CDBurn_PopulateComboBoxWithBurners(HWND combo);
+
+/// Burns `image` to the recorder `device`, one track per entry of `trackByteOffsets` (null for no
+/// tracks). Track 1 begins at byte 0 whatever its entry says; offsets are truncated to blocks; the
+/// last track runs to the image's end. Returns when the service's panel is done; failures before it
+/// opens are silent.
+void CDBurn_Run(long device, int trackCount, const int* trackByteOffsets, YDK_FileRead* image,
+                bool eject, bool testBurn);

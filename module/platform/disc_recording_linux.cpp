@@ -1,0 +1,9 @@
+#include <dlfcn.h>
+
+#include "module/platform/disc_recording.h"
+
+DiscRecordingService* platform_find_disc_recording() {
+  const auto service =
+      reinterpret_cast<VelmorGetDiscRecordingFn>(dlsym(RTLD_DEFAULT, "velmorGetDiscRecording"));
+  return service ? service() : nullptr;
+}

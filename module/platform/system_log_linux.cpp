@@ -1,0 +1,10 @@
+#include <syslog.h>
+
+#include <cstdio>
+
+#include "module/platform/system_log.h"
+
+void platform_system_log(const char* line) {
+  syslog(LOG_USER | LOG_ERR, "%s", line);
+  fputs(line, stderr);
+}

@@ -1,0 +1,94 @@
+#include "module/sink/sample_conversion.h"
+
+#include <emmintrin.h>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstddef>
+
+namespace {
+
+constexpr double kFullScale = 32768.0;
+constexpr double kLowest = -32768.0;
+constexpr double kHighest = 32767.0;
+
+int16_t convertSample(double x) {
+  const double v = x * kFullScale;
+  if (std::isnan(v)) return 0;
+  if (v <= kLowest) return -32768;
+  if (v >= kHighest) return 32767;
+  return static_cast<int16_t>(std::floor(v + 0.5));
+}
+
+/// Two samples at twice their height, a half added, rounded to the nearest even integer. Half of
+/// that, rounded down, is floor(x * 32768 + 0.5): what lies on a half step of the sample is an odd
+/// integer and a half here, and the even one is above it. So one conversion does, where a floor
+/// would convert there and back; and the sum rounds off where that of the plain formula does.
+__m128i doubledPair(const double* x) {
+  const __m128d doubled = _mm_mul_pd(_mm_loadu_pd(x), _mm_set1_pd(2 * kFullScale));
+  return _mm_cvtpd_epi32(_mm_add_pd(doubled, _mm_set1_pd(0.5)));
+}
+
+/// Two frames, rounded but not yet saturated, as 32-bit integers. For a NaN and for what 32 bits
+/// cannot hold the processor answers INT_MIN, so the least upper half of each lane in `lowest`
+/// tells whether there was one. (Baseline processors have the minimum for 16 bits only.)
+__m128i roundTwoFrames(const double* left, const double* right, __m128i& lowest) {
+  const __m128i doubled = _mm_unpacklo_epi32(doubledPair(left), doubledPair(right));
+  lowest = _mm_min_epi16(lowest, doubled);
+  return _mm_srai_epi32(doubled, 1);
+}
+
+/// The vector forms round as the processor is set to, which is to the nearest unless somebody in
+/// the host's process has changed it.
+bool roundsToNearest() {
+  return _MM_GET_ROUNDING_MODE() == _MM_ROUND_NEAREST;
+}
+
+}  // namespace
+
+void convertFramesPlain(const double* left, const double* right, int frames, int16_t* out) {
+  for (ptrdiff_t i = 0; i < frames; ++i) {
+    out[2 * i] = convertSample(left[i]);
+    out[2 * i + 1] = convertSample(right[i]);
+  }
+}
+
+void convertFramesSse2(const double* left, const double* right, int frames, int16_t* out) {
+  __m128i lowest = _mm_setzero_si128();
+  int done = 0;
+  for (; frames - done >= 4; done += 4) {
+    // The packing saturates.
+    const __m128i four = _mm_packs_epi32(roundTwoFrames(left + done, right + done, lowest),
+                                         roundTwoFrames(left + done + 2, right + done + 2, lowest));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 2 * static_cast<ptrdiff_t>(done)), four);
+  }
+  // No healthy mix has a NaN or 90 dB too much in it: a block that has is done again, sample by
+  // sample.
+  const __m128i wild = _mm_cmpeq_epi32(_mm_srai_epi32(lowest, 16), _mm_set1_epi32(SHRT_MIN));
+  if (_mm_movemask_epi8(wild)) done = 0;
+  convertFramesPlain(left + done, right + done, frames - done,
+                     out + 2 * static_cast<ptrdiff_t>(done));
+}
+
+void convertFrames(const double* left, const double* right, int spacing, int frames, int16_t* out) {
+  static const ConvertFramesFn fastest = processorHasAvx2() ? convertFramesAvx2 : convertFramesSse2;
+  const ConvertFramesFn convert = roundsToNearest() ? fastest : convertFramesPlain;
+  if (spacing == 1) {
+    convert(left, right, frames, out);
+    return;
+  }
+  // Spaced samples are gathered piece by piece into cache, so that there is one conversion.
+  constexpr int kPiece = 256;
+  double gathered_left[kPiece];
+  double gathered_right[kPiece];
+  for (int done = 0; done < frames; done += kPiece) {
+    const int n = std::min(frames - done, kPiece);
+    for (int i = 0; i < n; ++i) {
+      const ptrdiff_t from = static_cast<ptrdiff_t>(done + i) * spacing;
+      gathered_left[i] = left[from];
+      gathered_right[i] = right[from];
+    }
+    convert(gathered_left, gathered_right, n, out + 2 * static_cast<ptrdiff_t>(done));
+  }
+}

@@ -1,9 +1,0 @@
-#include <dlfcn.h>
-
-#include "platform/windowing_provider.h"
-
-QuelmLookupFn platform_find_windowing_provider() {
-  const auto provider =
-      reinterpret_cast<QuelmProviderFn>(dlsym(RTLD_DEFAULT, "quelmGetAPPAPIFunc"));
-  return provider ? provider() : nullptr;
-}

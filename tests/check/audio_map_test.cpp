@@ -1,0 +1,82 @@
+// The scan over an image, held against the plain way to find what it finds.
+
+#include "check/image/audio_map.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <tuple>
+
+#include "check/image/disc_units.h"
+#include "tests/check/test_images.h"
+
+namespace velmor::cdcheck::test {
+namespace {
+
+using Run = std::tuple<int64_t, int64_t>;  // first frame, samples
+
+std::vector<Run> plainRuns(const std::vector<int16_t>& samples) {
+  std::vector<Run> runs;
+  for (size_t channel = 0; channel < 2; ++channel) {
+    for (size_t i = channel; i < samples.size();) {
+      size_t end = i;
+      const bool full = samples[i] == INT16_MAX || samples[i] == INT16_MIN;
+      while (full && end < samples.size() && samples[end] == samples[i]) end += 2;
+      if (end - i >= 2 * kClippedRun) runs.emplace_back(i / 2, (end - i) / 2);
+      i = std::max(end, i + 2);
+    }
+  }
+  std::sort(runs.begin(), runs.end());
+  return runs;
+}
+
+std::vector<Run> scannedRuns(const AudioMap& map) {
+  std::vector<Run> runs;
+  for (const ClippedRun& r : map.clippedRuns()) runs.emplace_back(r.frame, r.samples);
+  std::sort(runs.begin(), runs.end());
+  return runs;
+}
+
+/// Quiet samples with stretches at full scale, most of them short, some longer than a sector.
+std::vector<int16_t> clippedSamples(std::mt19937& random, size_t sectors) {
+  std::vector<int16_t> samples(sectors * kSectorFrames * 2, int16_t{7});
+  for (size_t stretch = sectors * 2; stretch > 0; --stretch) {
+    const size_t length = random() % 40 == 0 ? random() % 1500 : random() % 6;
+    const int16_t level = random() % 2 == 0 ? INT16_MAX : INT16_MIN;
+    // Every other one begins near the edge of a block of 28 frames, and so of a sector.
+    size_t at = random() % samples.size();
+    if (random() % 2 == 0) at = at / 56 * 56 + random() % 8;
+    for (size_t i = 0; i < length && at + 2 * i < samples.size(); ++i) samples[at + 2 * i] = level;
+  }
+  return samples;
+}
+
+TEST(AudioMap, FindsEveryClippedRunThatAPlainLoopFinds) {
+  TemporaryFolder folder;
+  std::mt19937 random(5);
+  for (int round = 0; round < 20; ++round) {
+    const std::vector<int16_t> samples = clippedSamples(random, 300);
+    writeFile(folder / "image.bin",
+              {reinterpret_cast<const char*>(samples.data()), samples.size() * 2});
+    const ImageFile image(folder / "image.bin", "BINARY");
+    const AudioMap map = AudioMap::scan(image, {});
+    EXPECT_EQ(scannedRuns(map), plainRuns(samples)) << "round " << round;
+    EXPECT_GT(map.clippedRuns().size(), 100u);
+  }
+}
+
+TEST(AudioMap, CallsASectorSilentOnlyWhenEverySampleIsZero) {
+  TemporaryFolder folder;
+  std::string bytes(50 * kSectorBytes, '\0');
+  for (size_t s = 1; s < 50; s += 2) bytes[s * kSectorBytes + s * 47] = static_cast<char>(s);
+  bytes += std::string(400, '\0');  // a last sector that is not whole
+  writeFile(folder / "image.bin", bytes);
+  const AudioMap map = AudioMap::scan(ImageFile(folder / "image.bin", "BINARY"), {});
+  ASSERT_EQ(map.sectors(), 51);
+  for (int64_t s = 0; s < 51; ++s) EXPECT_EQ(map.silent(s), s % 2 == 0) << s;
+  EXPECT_FALSE(map.brokeOff());
+}
+
+}  // namespace
+}  // namespace velmor::cdcheck::test

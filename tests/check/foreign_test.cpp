@@ -1,0 +1,82 @@
+// Sheets as other programs wrote them: each gets a report that says what to do.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <sstream>
+
+#include "check/check.h"
+#include "check/portable/portable_disc.h"
+#include "check/report/report_text.h"
+#include "tests/check/test_images.h"
+
+namespace velmor::cdcheck::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A sheet that cuetools 1.4.1, MAME 0.251, flac 1.4.2, shntool 3.0.10 or cdrdao 1.2.4 made, from a
+/// disc of three tracks and 20 s.
+struct ForeignSheet {
+  const char* name;
+  const char* image;
+  bool wave;         ///< the image has the header of a WAVE file
+  bool secondSheet;  ///< one can be made
+};
+
+constexpr ForeignSheet kSheets[] = {{"cuetools-cueconvert", "image.bin", false, false},
+                                    {"mame-chdman", "chdman.bin", false, true},
+                                    {"flac-metaflac", "image.flac", false, false},
+                                    {"shntool-cue", "joined.wav", true, true},
+                                    {"cdrdao-toc2cue", "image.bin", false, true}};
+
+class ForeignSheetTest : public testing::TestWithParam<ForeignSheet> {
+ protected:
+  ForeignSheetTest() {
+    const ForeignSheet& sheet = GetParam();
+    const TestImage image(1500);
+    writeFile(folder_ / sheet.image,
+              (sheet.wave ? waveHeader(image.bytes().size()) : "") + image.bytes());
+    writeFile(folder_ / (name() + ".cue"), readFile(goldenFolder() / (name() + ".cue")));
+  }
+
+  static std::string name() { return GetParam().name; }
+  static fs::path goldenFolder() { return casesFolder().parent_path() / "foreign"; }
+
+  TemporaryFolder folder_;
+};
+
+TEST_P(ForeignSheetTest, GetsTheReportThatStandsBesideIt) {
+  std::ostringstream text;
+  printReport(check(folder_ / (name() + ".cue"), {}), false, text);
+  const fs::path golden = goldenFolder() / (name() + ".report");
+  if (std::getenv("VELMOR_REWRITE_REPORTS")) writeFile(golden, text.str());
+  EXPECT_EQ(text.str(), readFile(golden));
+}
+
+TEST_P(ForeignSheetTest, GivesASecondSheetWithTheSameStartsOrNone) {
+  const Report report = check(folder_ / (name() + ".cue"), {});
+  if (!GetParam().secondSheet) {
+    EXPECT_THROW(makePortable(report, folder_ / "p.cue"), CheckError);
+    return;
+  }
+  writeFile(folder_ / "p.cue", cueText(makePortable(report, folder_ / "p.cue")));
+  const Report second = check(folder_ / "p.cue", {});
+  EXPECT_FALSE(second.failed(false));
+  ASSERT_EQ(second.disc.places.size(), 3u);
+  for (size_t t = 0; t < 3; ++t) {
+    EXPECT_EQ(second.disc.places[t]->onDisc, report.disc.places[t]->onDisc) << t;
+    EXPECT_EQ(second.disc.places[t]->gapStart, report.disc.places[t]->gapStart) << t;
+  }
+}
+
+std::string sheetName(const testing::TestParamInfo<ForeignSheet>& sheet) {
+  std::string name = sheet.param.name;
+  name[name.find('-')] = '_';
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, ForeignSheetTest, testing::ValuesIn(kSheets), sheetName);
+
+}  // namespace
+}  // namespace velmor::cdcheck::test

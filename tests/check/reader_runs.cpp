@@ -1,0 +1,403 @@
+#include "tests/check/reader_runs.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <iterator>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <sstream>
+
+#include "check/rules/encoding.h"
+#include "tests/check/process.h"
+#include "tests/check/test_images.h"
+
+namespace velmor::cdcheck::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kLibraryReader = VELMOR_BINARY_DIR "/tests/cdcheck_library_reader";
+
+std::vector<std::vector<std::string>> allMatches(const std::string& text, const char* pattern) {
+  std::vector<std::vector<std::string>> found;
+  const std::regex regex(pattern);
+  for (std::sregex_iterator m(text.begin(), text.end(), regex), end; m != end; ++m) {
+    std::vector<std::string> groups;
+    for (size_t g = 1; g < m->size(); ++g) groups.push_back((*m)[g].str());
+    found.push_back(groups);
+  }
+  return found;
+}
+
+int64_t sectorsOf(const std::string& msf) {
+  const auto parts = allMatches(msf, "(\\d+)[:.](\\d+)[:.](\\d+)");
+  if (parts.empty()) return -1;
+  return (std::stoll(parts[0][0]) * 60 + std::stoll(parts[0][1])) * 75 + std::stoll(parts[0][2]);
+}
+
+/// Column `group` of every match.
+std::vector<std::string> column(const std::string& text, const char* pattern, size_t group = 0) {
+  std::vector<std::string> values;
+  for (const auto& m : allMatches(text, pattern)) values.push_back(m[group]);
+  return values;
+}
+
+std::vector<int64_t> msfColumn(const std::string& text, const char* pattern) {
+  std::vector<int64_t> values;
+  for (const std::string& v : column(text, pattern)) values.push_back(sectorsOf(v));
+  return values;
+}
+
+std::vector<int64_t> numberColumn(const std::string& text, const char* pattern) {
+  std::vector<int64_t> values;
+  for (const std::string& v : column(text, pattern)) values.push_back(std::stoll(v));
+  return values;
+}
+
+std::string fromLatin1(const std::string& text) {
+  std::string utf8;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80) {
+      utf8 += c;
+    } else {
+      utf8 += static_cast<char>(0xC0 | byte >> 6);
+      utf8 += static_cast<char>(0x80 | (byte & 0x3F));
+    }
+  }
+  return utf8;
+}
+
+LoadedDisc loadedWhere(bool accepted, const ProcessResult& run) {
+  LoadedDisc disc;
+  disc.accepted = accepted;
+  disc.output = run.all;
+  return disc;
+}
+
+LoadedDisc runCuetools(const SheetOnDisk& s) {
+  const ProcessResult print =
+      runProcess({"cueprint", "-i", "cue", "-d", "", "-t", "T|%t|%i|\\n", s.sheet}, s.folder);
+  const ProcessResult breaks = runProcess({"cuebreakpoints", "-i", "cue", s.sheet}, s.folder);
+  const ProcessResult toc = runProcess({"cueconvert", "-i", "cue", "-o", "toc", s.sheet}, s.folder);
+  LoadedDisc disc = loadedWhere(print.status == 0 && breaks.status == 0 && toc.status == 0, toc);
+  disc.output = print.all + breaks.all + toc.all;
+  disc.titles = column(print.out, "T\\|([^|]*)\\|([^|]*)\\|", 0);
+  disc.isrcs = column(print.out, "T\\|([^|]*)\\|([^|]*)\\|", 1);
+  const auto catalog = column(toc.out, "CATALOG \"([^\"\\n]*)\"");
+  disc.catalog = catalog.empty() ? "" : catalog[0];
+  // It prints the breaks between tracks: the start of the first is not among them.
+  auto starts = msfColumn(breaks.out, "(\\d+:\\d+\\.\\d+)");
+  starts.insert(starts.begin(), -1);
+  disc.starts = starts;
+  return disc;
+}
+
+std::map<std::string, std::vector<std::string>> keyedLines(const std::string& text) {
+  std::map<std::string, std::vector<std::string>> keyed;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    std::istringstream words(line);
+    std::string key, number, rest;
+    words >> key >> number;
+    std::getline(words, rest);
+    keyed[key].push_back(rest.empty() ? rest : rest.substr(1));
+  }
+  return keyed;
+}
+
+LoadedDisc runLibcue(const SheetOnDisk& s) {
+  const ProcessResult run = runProcess({kLibraryReader, "libcue", s.sheet}, s.folder);
+  LoadedDisc disc = loadedWhere(run.status == 0, run);
+  auto keyed = keyedLines(run.out);
+  disc.titles = keyed["title"];
+  disc.isrcs = keyed["isrc"];
+  disc.starts = numberColumn(run.out, "start \\d+ (-?\\d+)");
+  return disc;
+}
+
+LoadedDisc runLibburn(const SheetOnDisk& s) {
+  const ProcessResult run = runProcess({kLibraryReader, "libburn", s.sheet}, s.folder);
+  LoadedDisc disc = loadedWhere(run.status == 0, run);
+  auto keyed = keyedLines(run.out);
+  disc.titles.emplace();
+  // The packs say that they are ISO 8859-1.
+  for (const std::string& title : keyed["title"]) disc.titles->push_back(fromLatin1(title));
+  disc.isrcs = keyed["isrc"];
+  disc.catalog = keyed["catalog"].empty() ? "" : keyed["catalog"][0];
+  const auto lengths = numberColumn(run.out, "sectors \\d+ (\\d+)");
+  disc.gapStarts.emplace();
+  int64_t at = s.sectors;
+  for (auto l = lengths.rbegin(); l != lengths.rend(); ++l)
+    disc.gapStarts->insert(disc.gapStarts->begin(), at -= *l);
+  return disc;
+}
+
+LoadedDisc runCdrdao(const SheetOnDisk& s) {
+  const ProcessResult run = runProcess({"cdrdao", "show-toc", s.sheet}, s.folder);
+  LoadedDisc disc = loadedWhere(run.status == 0, run);
+  const auto catalog = column(run.out, "CATALOG NUMBER: (\\d+)");
+  disc.catalog = catalog.empty() ? "" : catalog[0];
+  disc.starts = msfColumn(run.out, "START\\s+(\\d+:\\d+:\\d+)");
+  disc.isrcs.emplace();
+  for (const std::string& track : column(run.out, "TRACK +\\d+([\\s\\S]*?)END")) {
+    const auto code = allMatches(track, "ISRC (\\S+) (\\S+) (\\S+) (\\S+)");
+    disc.isrcs->push_back(code.empty() ? "" : code[0][0] + code[0][1] + code[0][2] + code[0][3]);
+  }
+  return disc;
+}
+
+LoadedDisc runLibcdio(const SheetOnDisk& s) {
+  const ProcessResult run = runProcess({"cd-info", "--cue-file=" + s.sheet}, s.folder);
+  LoadedDisc disc = loadedWhere(run.out.find("Track List") != std::string::npos, run);
+  const auto catalog = column(run.out, "\\(MCN\\): (\\d+)");
+  disc.catalog = catalog.empty() ? "" : catalog[0];
+  disc.starts = numberColumn(run.out, "\n +\\d+: \\d+:\\d+:\\d+ +(\\d+) audio");
+  disc.titles.emplace(disc.starts->size());
+  for (const auto& m : allMatches(run.out, "CD-TEXT for Track +(\\d+):[\\s\\S]*?TITLE: ([^\n]*)")) {
+    const size_t track = std::stoul(m[0]);
+    if (track >= 1 && track <= disc.titles->size()) (*disc.titles)[track - 1] = m[1];
+  }
+  return disc;
+}
+
+LoadedDisc runChdman(const SheetOnDisk& s) {
+  const ProcessResult made = runProcess(
+      {"chdman", "createcd", "-c", "none", "-f", "-i", s.sheet, "-o", "made.chd"}, s.folder);
+  if (made.status != 0) return loadedWhere(false, made);
+  const ProcessResult info = runProcess({"chdman", "info", "-v", "-i", "made.chd"}, s.folder);
+  LoadedDisc disc = loadedWhere(info.status == 0, info);
+  disc.starts.emplace();
+  int64_t at = 0;
+  for (const auto& m : allMatches(info.out, "FRAMES:(\\d+) PREGAP:(\\d+)")) {
+    disc.starts->push_back(at + std::stoll(m[1]));
+    at += std::stoll(m[0]);
+  }
+  fs::remove(s.folder + "/made.chd");
+  // What is kept of the image shows in its length.
+  if (at < s.sectors) disc.starts->push_back(at);
+  return disc;
+}
+
+LoadedDisc runMetaflac(const SheetOnDisk& s) {
+  const ProcessResult coded = runProcess(
+      {"flac", "-0", "-s", "-f", "--force-raw-format", "--endian=little", "--sign=signed",
+       "--channels=2", "--bps=16", "--sample-rate=44100", s.image, "-o", "twin.flac"},
+      s.folder);
+  const ProcessResult import =
+      runProcess({"metaflac", "--import-cuesheet-from=" + s.sheet, "twin.flac"}, s.folder);
+  if (coded.status != 0 || import.status != 0) return loadedWhere(false, import);
+  const ProcessResult list =
+      runProcess({"metaflac", "--list", "--block-type=CUESHEET", "twin.flac"}, s.folder);
+  LoadedDisc disc = loadedWhere(true, list);
+  const auto catalog = column(list.out, "media catalog number: (\\S*)");
+  disc.catalog = catalog.empty() ? "" : catalog[0];
+  disc.isrcs = column(list.out, "ISRC: ?([^\n]*)\n");
+  disc.starts.emplace();
+  for (const auto& track :
+       allMatches(list.out, "track\\[\\d+\\]\n +offset: (\\d+)\n([\\s\\S]*?)(?=track\\[|$)"))
+    for (const auto& i : allMatches(track[1], "offset: (\\d+)\n +number: 1\n"))
+      disc.starts->push_back((std::stoll(track[0]) + std::stoll(i[0])) / 588);
+  return disc;
+}
+
+/// Of a link, whose other names keep all.
+void keepTwoSeconds(const fs::path& image) {
+  std::string start(size_t{150} * 2352, '\0');
+  std::ifstream in(image, std::ios::binary);
+  in.read(start.data(), static_cast<std::streamsize>(start.size()));
+  start.resize(static_cast<size_t>(in.gcount()));
+  fs::remove(image);
+  writeFile(image, start);
+}
+
+LoadedDisc runMpv(const SheetOnDisk& s) {
+  std::ofstream(s.folder + "/chapters.lua")
+      << "mp.register_event('file-loaded', function()\n"
+         "  print('CHAPTERS ' .. require('mp.utils').format_json("
+         "mp.get_property_native('chapter-list')))\n"
+         "  mp.command('quit')\nend)\n";
+  // Most of its time goes into guessing a format from megabytes of raw samples, in vain; the
+  // chapters come from the sheet, so that two seconds of image do.
+  keepTwoSeconds(fs::path(s.folder) / s.image);
+  // Kept open, since at the image's end the chapters would go, before a slow script has seen them.
+  const ProcessResult run =
+      runProcess({"mpv", "--no-config", "--ao=null", "--vo=null", "--pause", "--keep-open=always",
+                  "--ytdl=no", "--osc=no", "--load-stats-overlay=no", "--load-auto-profiles=no",
+                  "--script=chapters.lua", s.sheet},
+                 s.folder);
+  const auto json = column(run.all, "CHAPTERS (\\[[^\n]*\\])");
+  LoadedDisc disc = loadedWhere(!json.empty(), run);
+  if (json.empty()) return disc;
+  disc.titles.emplace();
+  disc.starts.emplace();
+  for (const auto& chapter : nlohmann::json::parse(json[0], nullptr, false)) {
+    disc.titles->push_back(chapter.value("title", ""));
+    disc.starts->push_back(std::llround(chapter.value("time", 0.0) * 75));
+  }
+  return disc;
+}
+
+LoadedDisc runMednafen(const SheetOnDisk& s) {
+  const ProcessResult run = runProcess(
+      {"mednafen", "-sound", "0", "-force_module", "cdplay", s.sheet}, s.folder, "Leadout:");
+  LoadedDisc disc = loadedWhere(run.all.find("Leadout:") != std::string::npos, run);
+  disc.starts = numberColumn(run.all, "Track +\\d+, MSF: \\S+ LBA: +(\\d+)");
+  return disc;
+}
+
+LoadedDisc runBchunk(const SheetOnDisk& s) {
+  const ProcessResult run = runProcess({"bchunk", "-r", s.image, s.sheet, "piece"}, s.folder);
+  LoadedDisc disc = loadedWhere(run.status == 0, run);
+  disc.starts = msfColumn(run.out, "\nTrack +\\d+: AUDIO[^\n]* 01 (\\d+:\\d+:\\d+)");
+  int64_t pieces = 0;
+  for (const auto& entry : fs::directory_iterator(s.folder)) {
+    if (entry.path().filename().string().rfind("piece", 0) != 0) continue;
+    pieces += static_cast<int64_t>(entry.file_size());
+    fs::remove(entry.path());
+  }
+  const auto whole = static_cast<int64_t>(fs::file_size(s.folder + '/' + s.image));
+  // Gaps are thrown away by habit; part of a sector at the image's end is lost on top.
+  if (whole % 2352 != 0 && pieces % 2352 != whole % 2352) disc.starts->push_back(-2);
+  return disc;
+}
+
+void writeWave(const SheetOnDisk& s, const std::string& to) {
+  const fs::path image = fs::path(s.folder) / s.image;
+  std::ifstream in(image, std::ios::binary);
+  std::ofstream(to, std::ios::binary) << waveHeader(fs::file_size(image)) << in.rdbuf();
+}
+
+LoadedDisc runShnsplit(const SheetOnDisk& s) {
+  writeWave(s, s.folder + "/twin.wav");
+  const ProcessResult run =
+      runProcess({"shnsplit", "-O", "always", "-f", s.sheet, "twin.wav"}, s.folder);
+  LoadedDisc disc = loadedWhere(run.status == 0, run);
+  disc.starts.emplace();
+  std::vector<fs::path> pieces;
+  for (const auto& entry : fs::directory_iterator(s.folder))
+    if (entry.path().filename().string().rfind("split-track", 0) == 0) pieces.push_back(entry);
+  std::sort(pieces.begin(), pieces.end());
+  int64_t at = 0;
+  for (const fs::path& piece : pieces) {
+    disc.starts->push_back(at);
+    at += (static_cast<int64_t>(fs::file_size(piece)) - 44) / 2352;
+    fs::remove(piece);
+  }
+  // The lead-in becomes track 00 by habit.
+  if (!pieces.empty() && pieces[0].filename() == "split-track00.wav")
+    disc.starts->erase(disc.starts->begin());
+  fs::remove(s.folder + "/twin.wav");
+  return disc;
+}
+
+/// A reader that hands on the bytes of the sheet shows them in the sheet's encoding, and line
+/// breaks as they are.
+std::vector<std::string> normal(std::vector<std::string> titles) {
+  for (std::string& title : titles) {
+    if (encodingOf(title) == Encoding::latin1) title = fromLatin1(title);
+    std::erase(title, '\r');
+    std::replace(title.begin(), title.end(), '\n', ' ');
+  }
+  return titles;
+}
+
+std::string shownList(const std::vector<std::string>& list) {
+  std::string text;
+  for (const std::string& entry : list) text += '[' + entry + ']';
+  return text;
+}
+
+bool sameStarts(const std::vector<int64_t>& loaded, const std::vector<int64_t>& truth) {
+  if (loaded.size() != truth.size()) return false;
+  if (loaded.empty()) return true;
+  // mpv counts from the first track's start; -1 stands for a start that is not shown.
+  const int64_t shift = loaded[0] == 0 ? truth[0] : 0;
+  for (size_t i = 0; i < loaded.size(); ++i)
+    if (loaded[i] != -1 && loaded[i] + shift != truth[i]) return false;
+  return true;
+}
+
+std::string shownStarts(const std::vector<int64_t>& starts) {
+  std::string text;
+  for (const int64_t s : starts) text += std::to_string(s) + ' ';
+  return text;
+}
+
+}  // namespace
+
+bool ReaderRun::installed() const {
+  return std::all_of(programs.begin(), programs.end(),
+                     [](const std::string& p) { return !findProgram(p).empty(); });
+}
+
+const std::vector<ReaderRun>& readerRuns() {
+  static const std::vector<ReaderRun> kRuns = {
+      {Reader::cuetools, {"cueprint", "cuebreakpoints", "cueconvert"}, runCuetools},
+      {Reader::libcue, {kLibraryReader}, runLibcue},
+      {Reader::libburn, {kLibraryReader}, runLibburn},
+      {Reader::cdrdao, {"cdrdao"}, runCdrdao},
+      {Reader::libcdio, {"cd-info"}, runLibcdio},
+      {Reader::chdman, {"chdman"}, runChdman},
+      {Reader::metaflac, {"flac", "metaflac"}, runMetaflac},
+      {Reader::mpv, {"mpv"}, runMpv},
+      {Reader::mednafen, {"mednafen"}, runMednafen},
+      {Reader::bchunk, {"bchunk"}, runBchunk},
+      {Reader::shnsplit, {"shnsplit"}, runShnsplit}};
+  return kRuns;
+}
+
+std::vector<Asked> askReaders(const std::function<SheetOnDisk(const fs::path&)>& prepare,
+                              const std::vector<Reader>& leaveOut) {
+  const TemporaryFolder prepared;
+  const SheetOnDisk disk = prepare(prepared.path());
+  std::vector<std::future<Asked>> running;
+  for (const ReaderRun& run : readerRuns()) {
+    if (!run.installed() ||
+        std::find(leaveOut.begin(), leaveOut.end(), run.reader) != leaveOut.end())
+      continue;
+    running.push_back(
+        std::async(std::launch::async, [&run, &prepared, mine = SheetOnDisk(disk)]() mutable {
+          const TemporaryFolder folder;
+          for (const auto& entry : fs::directory_iterator(prepared.path()))
+            fs::create_hard_link(entry, folder.path() / entry.path().filename());
+          mine.folder = folder.path().string();
+          return Asked{run.reader, run.load(mine)};
+        }));
+  }
+  std::vector<Asked> asked;
+  asked.reserve(running.size());
+  for (std::future<Asked>& r : running) asked.push_back(r.get());
+  return asked;
+}
+
+std::string missingReaders() {
+  std::string missing;
+  for (const ReaderRun& run : readerRuns())
+    if (!run.installed()) missing += ' ' + std::string(readerName(run.reader));
+  return missing;
+}
+
+std::string difference(const LoadedDisc& loaded, const LoadedDisc& truth) {
+  std::string text;
+  if (loaded.catalog && *loaded.catalog != *truth.catalog)
+    text += "catalog '" + *loaded.catalog + "', truly '" + *truth.catalog + "'\n";
+  if (loaded.titles && normal(*loaded.titles) != *truth.titles)
+    text += "titles " + shownList(*loaded.titles) + ", truly " + shownList(*truth.titles) + '\n';
+  if (loaded.isrcs && *loaded.isrcs != *truth.isrcs)
+    text += "codes " + shownList(*loaded.isrcs) + ", truly " + shownList(*truth.isrcs) + '\n';
+  if (loaded.starts && !sameStarts(*loaded.starts, *truth.starts))
+    text +=
+        "starts " + shownStarts(*loaded.starts) + ", truly " + shownStarts(*truth.starts) + '\n';
+  if (loaded.gapStarts && *loaded.gapStarts != *truth.gapStarts)
+    text += "gaps " + shownStarts(*loaded.gapStarts) + ", truly " + shownStarts(*truth.gapStarts) +
+            '\n';
+  return text;
+}
+
+}  // namespace velmor::cdcheck::test

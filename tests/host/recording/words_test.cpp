@@ -1,0 +1,153 @@
+// The sentences: sense data, device files, discs.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+#include "host/recording/burn/medium_words.h"
+#include "host/recording/burn/sense.h"
+#include "host/recording/libburn/device_access.h"
+#include "host/recording/refusal.h"
+
+namespace velmor::recording::testing {
+namespace {
+
+using ::testing::HasSubstr;
+
+SessionPlan twoTracks() {
+  SessionPlan plan;
+  plan.tracks = {{nullptr, 0, 4500, 0}, {nullptr, 0, 4500, 4500}};
+  plan.sectors = 9000;
+  return plan;
+}
+
+TEST(Sense, IsFoundInAMessage) {
+  const auto sense = findSense("SCSI error on write(5000,13): [3 0C 00] Medium error");
+  ASSERT_TRUE(sense.has_value());
+  EXPECT_EQ(sense->key, 3);
+  EXPECT_EQ(sense->code, 0x0C);
+  EXPECT_EQ(sense->qualifier, 0);
+  EXPECT_FALSE(findSense("no numbers here [1] [2 3]").has_value());
+}
+
+TEST(Sense, AMediumErrorIsToldWithItsPlaceOnTheDisc) {
+  EXPECT_EQ(explainMessages({{false, "a hint [5 24 00]"},
+                             {true, "SCSI error on write(5000,13): [3 0C 00] Medium error"}},
+                            twoTracks()),
+            "The drive stopped at 01:06:50 (track 2): the disc has a flaw there: it could not be "
+            "written (sense 3 0C 00).");
+}
+
+TEST(Sense, AnUnknownCodeKeepsItsNumbers) {
+  EXPECT_EQ(senseInWords({0xD, 0x99, 0x01}), "the drive reports a failure (sense D 99 01)");
+}
+
+TEST(Sense, TheNarrowerMeaningWins) {
+  EXPECT_THAT(senseInWords({5, 0x21, 0x02}), HasSubstr("where the drive expected it"));
+  EXPECT_THAT(senseInWords({5, 0x21, 0x00}), HasSubstr("too small"));
+}
+
+TEST(Sense, AMessageWithoutSenseIsPassedOn) {
+  EXPECT_EQ(explainMessages({{true, "Too few memory"}}, twoTracks()),
+            "The recorder says: Too few memory");
+  EXPECT_EQ(explainMessages({}, twoTracks()), "");
+}
+
+struct Access {
+  mode_t mode;
+  gid_t member_of;
+  int error;
+  const char* words;
+};
+class DeviceAccess : public ::testing::TestWithParam<Access> {};
+
+TEST_P(DeviceAccess, SaysWhatIsMissing) {
+  const DeviceFile file{"/dev/sr0", 0, 24, GetParam().mode, "root", "cdrom"};
+  EXPECT_THAT(explainAccess(file, {1000, {GetParam().member_of}}, GetParam().error),
+              HasSubstr(GetParam().words));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Reasons, DeviceAccess,
+    ::testing::Values(Access{0660, 100, EACCES, "you are not in the group cdrom"},
+                      Access{0660, 100, EACCES, "sudo usermod -aG cdrom"},
+                      Access{0640, 24, EACCES, "permissions 640, so not even its group"},
+                      Access{0600, 100, EPERM, "chmod g+rw /dev/sr0"},
+                      Access{0660, 24, EACCES, "Something other than these permissions"},
+                      Access{0660, 24, EBUSY, "in use by another program"},
+                      Access{0660, 24, ENXIO, "no drive behind /dev/sr0"},
+                      Access{0660, 24, EIO, "Input/output error"}));
+
+TEST(DeviceAccess, AFileThatIsGoneIsSaidToBeGone) {
+  EXPECT_THAT(accessObstacle("/dev/no-such-recorder"), HasSubstr("not there any more"));
+}
+
+std::string verdictOn(const Medium& medium, bool may_overwrite) {
+  try {
+    return judgeMedium(medium, may_overwrite) == MediumVerdict::ready ? "ready" : "needs blanking";
+  } catch (const Refusal& refusal) {
+    return refusal.what();
+  }
+}
+
+struct Disc {
+  Medium medium;
+  bool may_overwrite;
+  const char* verdict;
+};
+class ADisc : public ::testing::TestWithParam<Disc> {};
+
+TEST_P(ADisc, IsJudged) {
+  EXPECT_THAT(verdictOn(GetParam().medium, GetParam().may_overwrite),
+              HasSubstr(GetParam().verdict));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, ADisc,
+    ::testing::Values(
+        Disc{{DiscState::blank, "CD-R", true, false, 1, 1}, true, "ready"},
+        Disc{{DiscState::blank, "CD-RW", true, true, 1, 1}, false, "ready"},
+        Disc{{DiscState::none, "", false, false, 0, 0}, true, "no disc in the drive"},
+        Disc{{DiscState::closed, "CD-R", true, false, 0, 1}, true, "written and closed. Nothing"},
+        Disc{{DiscState::closed, "CD-ROM", false, false, 0, 0}, true, "Nothing can be recorded"},
+        Disc{{DiscState::appendable, "CD-R", true, false, 0, 1}, true, "open for more. Nothing"},
+        Disc{{DiscState::closed, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
+        Disc{{DiscState::appendable, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
+        Disc{{DiscState::closed, "CD-RW", true, true, 0, 1}, false, "may not overwrite"},
+        Disc{{DiscState::blank, "DVD-R", false, false, 1, 1}, true, "needs a CD-R or CD-RW"},
+        Disc{{DiscState::closed, "DVD-RW", false, true, 0, 0}, true, "Nothing can be recorded"},
+        Disc{{DiscState::unsuitable, "", false, false, 0, 0}, true, "cannot use its disc"},
+        Disc{{DiscState::unsuitable, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
+        Disc{{DiscState::unsuitable, "CD-R", true, false, 0, 1}, true, "broken off. Nothing"},
+        Disc{{DiscState::unknown, "", false, false, 0, 0}, true, "cannot use its disc"}));
+
+TEST(Room, TheImageMayFillTheDiscAndNotOneSectorMore) {
+  EXPECT_NO_THROW(checkRoom(1000, 1000));
+  EXPECT_NO_THROW(checkRoom(0, 1000)) << "a drive that does not say leaves it to the burn";
+  try {
+    checkRoom(333'000, 333'001);
+    FAIL();
+  } catch (const Refusal& refusal) {
+    EXPECT_THAT(refusal.what(), HasSubstr("74:00:01 long"));
+    EXPECT_THAT(refusal.what(), HasSubstr("room for 74:00:00: 00:00:01 too much"));
+  }
+}
+
+TEST(DiscState, AfterAFailureDependsOnTheDisc) {
+  Medium medium{DiscState::appendable, "CD-R", true, false, 0, 0};
+  EXPECT_THAT(stateAfterFailure(medium, false), HasSubstr("cannot be used any more"));
+  EXPECT_THAT(stateAfterFailure(medium, true), HasSubstr("as it was"));
+  medium.rewritable = true;
+  EXPECT_THAT(stateAfterFailure(medium, false), HasSubstr("can be blanked and used again"));
+  medium.state = DiscState::blank;
+  EXPECT_THAT(stateAfterFailure(medium, false), HasSubstr("still blank"));
+}
+
+TEST(DiscState, IsDescribedForAList) {
+  EXPECT_EQ(describeMedium({DiscState::blank, "CD-R", true, false, 359'849, 359'849}),
+            "a blank CD-R, 79:57:74 free");
+  EXPECT_EQ(describeMedium({}), "a disc that the drive does not recognise");
+}
+
+}  // namespace
+}  // namespace velmor::recording::testing

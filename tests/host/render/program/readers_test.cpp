@@ -1,0 +1,62 @@
+// Programs of other makers read what we write.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/host/render/program/audio_files.h"
+#include "tests/host/render/program/program.h"
+
+namespace render_test {
+namespace {
+
+using testing::HasSubstr;
+
+/// Three tracks with codes, texts and both kinds of lead-in.
+class Reader : public testing::Test {
+ protected:
+  void SetUp() override {
+    for (const char* name : {"a", "b", "c"}) writeWav(folder / (std::string(name) + ".wav"), 6);
+    const Ended ended =
+        render({folder / "a.wav", folder / "b.wav", folder / "c.wav", "--title", "T", "--performer",
+                "P", "--catalog", "0731452345622", "--isrc", "1=USABC2600001", "--isrc",
+                "3=USABC2600003", "--disc-leadin", "2000", "--track-leadin", "2000", "-o", sheet});
+    ASSERT_EQ(ended.status, 0) << ended.err;
+  }
+  bool has(const char* program) { return isInstalled(program); }
+
+  Scratch folder;
+  const std::string sheet = folder / "disc.cue";
+  const std::string image = folder / "disc.bin";
+};
+
+TEST_F(Reader, MetaflacTakesTheSheetWithItsCodes) {
+  if (!has("metaflac") || !has("flac")) GTEST_SKIP() << "flac is not installed";
+  const std::string flac = folder / "disc.flac";
+  ASSERT_EQ(run("flac", {"--silent", "--force-raw-format", "--endian=little", "--sign=signed",
+                         "--channels=2", "--bps=16", "--sample-rate=44100", image, "-o", flac})
+                .status,
+            0);
+  const Ended import = run("metaflac", {"--import-cuesheet-from=" + sheet, flac});
+  ASSERT_EQ(import.status, 0) << import.err;
+  const Ended list = run("metaflac", {"--list", "--block-type=CUESHEET", flac});
+  EXPECT_THAT(list.out, HasSubstr("media catalog number: 0731452345622"));
+  EXPECT_THAT(list.out, HasSubstr("ISRC: USABC2600001"));
+  EXPECT_THAT(list.out, HasSubstr("ISRC: USABC2600003"));
+}
+
+TEST_F(Reader, CuebreakpointsSeesTheTracksWhereTheyAre) {
+  if (!has("cuebreakpoints")) GTEST_SKIP() << "cuetools is not installed";
+  EXPECT_EQ(run("cuebreakpoints", {sheet}).out, "0:10.00\n0:18.00\n");
+}
+
+TEST_F(Reader, ChdmanGivesTheImageBackToTheByte) {
+  if (!has("chdman")) GTEST_SKIP() << "mame-tools is not installed";
+  ASSERT_EQ(run("chdman", {"createcd", "-i", sheet, "-o", folder / "disc.chd"}).status, 0);
+  ASSERT_EQ(run("chdman", {"extractcd", "-i", folder / "disc.chd", "-o", folder / "back.cue", "-ob",
+                           folder / "back.bin"})
+                .status,
+            0);
+  EXPECT_TRUE(readFile(folder / "back.bin") == readFile(image));
+}
+
+}  // namespace
+}  // namespace render_test

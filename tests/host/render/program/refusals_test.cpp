@@ -1,0 +1,179 @@
+// What the program refuses, and how it says so.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <regex>
+#include <set>
+
+#include "tests/host/render/program/audio_files.h"
+#include "tests/host/render/program/program.h"
+
+namespace render_test {
+namespace {
+
+using testing::HasSubstr;
+
+class Refusal : public testing::Test {
+ protected:
+  void SetUp() override { writeWav(input, 6); }
+  /// The refusal's sentence; also sees that it is one line and that nothing was left.
+  std::string refused(const std::vector<std::string>& arguments, int status) {
+    const std::vector<std::string> before = folder.names();
+    const Ended ended = render(arguments);
+    EXPECT_EQ(ended.status, status) << ended.err;
+    EXPECT_EQ(ended.err.rfind("velmor-render: ", 0), 0U) << ended.err;
+    EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
+    EXPECT_EQ(folder.names(), before);
+    return ended.err;
+  }
+  Scratch folder;
+  const std::string input = folder / "in.wav";
+};
+
+TEST_F(Refusal, WrongUsageEndsWithTwo) {
+  const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+      {{"-o", folder / "a"}, "INPUT"},
+      {{input}, "--output"},
+      {{input, "-o", folder / "a", "--nonsense"}, "--nonsense"},
+      {{input, "-o", folder / "a", "--track-mode", "songs"}, "songs"},
+      {{input, "-o", folder / "a", "--track-leadin", "-5"}, "--track-leadin"},
+      {{input, "-o", folder / "a", "--block", "0"}, "--block"},
+      {{input, "-o", folder / "a", "--marker", "x=y"}, "x"},
+      {{input, "-o", folder / "a", "--region", "9-3=y"}, "9-3"},
+      {{input, "-o", folder / "a", "--isrc", "USABC2600001"}, "INPUT_NUMBER=CODE"},
+      {{input, "-o", folder / "a", "--isrc", "2=USABC2600001"}, "names input 2"},
+      {{input, "-o", folder / "a", "--isrc", "1=USABC"}, "is no ISRC"},
+      {{input, "-o", folder / "a", "--isrc", "1=USABC2600001", "--isrc", "1=USABC2600002"},
+       "twice"},
+      {{input, "-o", folder / "a", "--meta", "nothing"}, "KEY=VALUE"},
+      {{input, "-o", folder / "a", "--start", "5", "--end", "4"}, "--end"},
+      {{input, "-o", folder / "a", "--start", "60"}, "--start"},
+  };
+  for (const auto& [arguments, words] : cases) {
+    EXPECT_THAT(refused(arguments, 2), HasSubstr(words));
+  }
+}
+
+TEST_F(Refusal, OutputsThatCannotBe) {
+  std::filesystem::create_directory(folder / "dir.cue");
+  std::filesystem::create_hard_link(input, folder / "linked.bin");
+  std::filesystem::create_symlink(input, folder / "pointed.cue");
+  ASSERT_EQ(mkfifo((folder / "pipe.cue").c_str(), 0600), 0);
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {folder / "no/such/disc.cue", "there is no folder"},
+      {folder / "a\"b.cue", "holds a \""},
+      {folder / "a\nb.cue", "line break"},
+      {folder / "a\\b.cue", "backslash"},
+      {folder / "dir.cue", "is a folder"},
+      {folder / "linked.cue", "is one of the inputs"},
+      {folder / "pointed.cue", "is one of the inputs"},
+      {folder / "pipe.cue", "is no regular file"},
+      {folder / "", "no usable file name"},
+      {"/proc/disc.cue", "nothing can be written"},
+  };
+  for (const auto& [output, words] : cases) {
+    EXPECT_THAT(refused({input, "--force", "-o", output}, 1), HasSubstr(words));
+  }
+}
+
+TEST_F(Refusal, InputsThatAreNoFiles) {
+  std::filesystem::create_directory(folder / "folder.wav");
+  writeFile(folder / "empty.wav", "");
+  ASSERT_EQ(mkfifo((folder / "pipe.wav").c_str(), 0600), 0);
+  for (const char* const name : {"folder.wav", "empty.wav", "pipe.wav"}) {
+    EXPECT_THAT(refused({input, folder / name, "-o", folder / "a"}, 1), HasSubstr(name));
+  }
+}
+
+/// Permissions do not bind root.
+void becomeNobody() {
+  if (setuid(65534) != 0) _exit(77);
+}
+
+TEST_F(Refusal, AnInputOrAFolderWithoutPermission) {
+  namespace fs = std::filesystem;
+  fs::permissions(folder / ".", fs::perms::owner_all | fs::perms::others_exec);
+  if (render({"--version"}, becomeNobody).status != 0) {
+    GTEST_SKIP() << "another user cannot be, or cannot run the program";
+  }
+  const auto refusedAsNobody = [&] {
+    const Ended ended = render({input, "-o", folder / "a"}, becomeNobody);
+    EXPECT_EQ(ended.status, 1);
+    return ended.err;
+  };
+  EXPECT_THAT(refusedAsNobody(), HasSubstr("nothing can be written to the folder"));
+  fs::permissions(folder / ".", fs::perms::all);
+  fs::permissions(input, fs::perms::owner_read);
+  EXPECT_THAT(refusedAsNobody(), HasSubstr(input));
+  EXPECT_EQ(folder.names(), std::vector<std::string>{"in.wav"});
+}
+
+TEST_F(Refusal, ALabelFileInTheWayOrMissing) {
+  writeFile(folder / "labels.bin", "1\t1\tx\n");
+  EXPECT_THAT(
+      refused({input, "--force", "--labels", folder / "labels.bin", "-o", folder / "labels"}, 1),
+      HasSubstr("is one of the inputs"));
+  EXPECT_THAT(refused({input, "--labels", folder / "none.txt", "-o", folder / "a"}, 1),
+              HasSubstr("none.txt"));
+}
+
+TEST_F(Refusal, ModulesThatAreNone) {
+  const auto with = [&](const std::string& module) {
+    return refused({input, "--module", module, "-o", folder / "a"}, 1);
+  };
+  EXPECT_THAT(with(folder / "none.so"), HasSubstr("cannot be loaded"));
+  EXPECT_THAT(with(VELMOR_REFUSING_MODULE), HasSubstr("another version"));
+  EXPECT_THAT(with(VELMOR_IDLE_MODULE), HasSubstr("registers no render format"));
+  EXPECT_THAT(with(VELMOR_DEMANDING_MODULE), HasSubstr("misses a function"));
+  EXPECT_THAT(with(VELMOR_PLAIN_LIBRARY), HasSubstr("is no module of this kind"));
+  writeFile(folder / "text.so", "no library");
+  EXPECT_THAT(with(folder / "text.so"), HasSubstr("--module"));
+}
+
+TEST_F(Refusal, RegionsModeWithoutARegionInTheRange) {
+  EXPECT_THAT(refused({input, "--track-mode", "regions", "--region", "1-2=a", "--start", "3", "-o",
+                       folder / "a"},
+                      1),
+              HasSubstr("no region with audio"));
+}
+
+TEST_F(Refusal, MoreThan99Tracks) {
+  writeSparseWav(folder / "long.wav", 500);
+  std::string labels;
+  for (int i = 0; i < 100; ++i) labels += std::to_string(i * 5) + "\tx\n";
+  writeFile(folder / "labels.txt", labels);
+  EXPECT_THAT(
+      refused({folder / "long.wav", "--labels", folder / "labels.txt", "-o", folder / "a"}, 1),
+      HasSubstr("100 tracks, but a CD holds 99"));
+}
+
+TEST(Help, TellsEveryOptionAndSoDoesTheManPage) {
+  const Ended help = render({"--help"});
+  ASSERT_EQ(help.status, 0);
+  const std::string page = readFile(VELMOR_SOURCE_DIR "/docs/velmor-render.1");
+  const std::regex option("--([a-z][a-z-]+)");
+  std::set<std::string> told;
+  for (std::sregex_iterator it(help.out.begin(), help.out.end(), option), end; it != end; ++it) {
+    told.insert((*it)[1]);
+  }
+  EXPECT_GE(told.size(), 26U);
+  EXPECT_EQ(help.out.find("{false}"), std::string::npos) << "the parser's notes are no help";
+  for (const std::string& name : told) EXPECT_THAT(page, HasSubstr("Fl Fl " + name)) << name;
+  const std::regex documented("Fl Fl ([a-z][a-z-]+)");
+  for (std::sregex_iterator it(page.begin(), page.end(), documented), end; it != end; ++it) {
+    EXPECT_TRUE(told.count((*it)[1])) << (*it)[1];
+  }
+}
+
+TEST(Help, TheVersionIsTold) {
+  const Ended ended = render({"--version"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_TRUE(std::regex_match(ended.out, std::regex("velmor-render [0-9.]+\n"))) << ended.out;
+}
+
+}  // namespace
+}  // namespace render_test

@@ -1,0 +1,73 @@
+// What is said before the render, without stopping it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/host/render/program/audio_files.h"
+#include "tests/host/render/program/program.h"
+
+namespace render_test {
+namespace {
+
+using testing::HasSubstr;
+
+struct Case {
+  const char* name;
+  int64_t seconds;
+  std::vector<std::string> options;
+  const char* words;
+};
+
+class Warning : public testing::TestWithParam<Case> {};
+
+TEST_P(Warning, IsSaidAndTheDiscIsMade) {
+  const Scratch folder;
+  writeSparseWav(folder / "in.wav", GetParam().seconds);
+  std::vector<std::string> arguments = {folder / "in.wav", "-o", folder / "disc"};
+  arguments.insert(arguments.end(), GetParam().options.begin(), GetParam().options.end());
+  const Ended ended = render(arguments);
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_THAT(ended.err, HasSubstr("velmor-render: warning: "));
+  EXPECT_THAT(ended.err, HasSubstr(GetParam().words));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, Warning,
+    testing::Values(
+        Case{"short_last_track", 12, {"--marker", "10=x"}, "the last track lasts 0:02.000"},
+        Case{"catalogue_digits", 6, {"--catalog", "073145234562"}, "has 12 digits"},
+        Case{
+            "catalogue_check", 6, {"--catalog", "0731452345620"}, "check digit 0 where 2 is right"},
+        Case{"catalogue_text", 6, {"--catalog", "07314523456x2"}, "holds more than digits"},
+        Case{"isrc_twice",
+             12,
+             {"--marker", "6=b", "--marker", "1=ISRC=USABC2600001", "--marker",
+              "7=ISRC=USABC2600001"},
+             "is used twice"},
+        Case{"isrc_form", 6, {"--marker", "1=ISRC=us-abc"}, "has not the form"},
+        Case{"inside_a_sector", 12, {"--marker", "5.005=x"}, "track 2 starts inside a sector"},
+        Case{"dropped_marker",
+             12,
+             {"--marker", "5=a", "--marker", "7=too close"},
+             "the marker \"too close\" makes no track"},
+        Case{"joined_region",
+             12,
+             {"--track-mode", "regions", "--region", "1-3=a", "--region", "4-9=b"},
+             "\"b\" joins the track before"},
+        Case{"gap_under_a_second",
+             12,
+             {"--marker", "6=b", "--track-leadin", "999"},
+             "INDEX 00 and INDEX 01 of track 2 are the same sector"},
+        Case{"start_before_the_audio",
+             12,
+             {"--marker", "00:06:01=b"},
+             "INDEX 01 of track 2 lies one sector before the audio"},
+        Case{"long_title",
+             6,
+             {"--marker",
+              "0=0123456789012345678901234567890123456789012345678901234567890123456789"
+              "01234567890"},
+             "longer than the 80 characters"}),
+    [](const auto& value) { return value.param.name; });
+
+}  // namespace
+}  // namespace render_test

@@ -1,0 +1,400 @@
+// One burn of the loaded module against a recording service that remembers every call.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <malloc.h>
+#include <sys/file.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "tests/module/burn/open_dialog_case.h"
+#include "tests/module/support/other_process.h"
+
+namespace burn_test {
+namespace {
+
+using fake_host::FileExists;
+using fake_host::OpenDescriptors;
+using fake_host::Window;
+using fake_host::WindowingLayer;
+using support_test::AnotherProcessCanLock;
+using support_test::LockHolder;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr int kSector = 2352;
+
+class Burn : public OpenDialogCase {
+ protected:
+  /// Presses "Burn CD" once on an album of three tracks and returns the calls that this made.
+  std::vector<std::string> JournalOfOneBurn() {
+    std::vector<std::string> journal;
+    AlbumAnd([&](Window& dialog) {
+      recorders.journal.clear();
+      Press(dialog, kOk);
+      journal = recorders.journal;
+    });
+    return journal;
+  }
+};
+
+std::vector<int> Lengths(const std::vector<DiscTrack>& tracks) {
+  std::vector<int> lengths;
+  lengths.reserve(tracks.size());
+  for (const DiscTrack& track : tracks) lengths.push_back(track.track_length);
+  return lengths;
+}
+
+// The order of calls.
+
+TEST_F(Burn, AsksTheServiceInOrder) {
+  recorders.devices.clear();
+  recorders.Add("OTHER", "ONE");
+  recorders.Add("ACME", "BURNER");
+  recorders.Add("THIRD", "ONE");
+  windowing.ini["velmor_cd/drive"] = "1";
+  EXPECT_THAT(JournalOfOneBurn(),
+              ElementsAre("DeviceCount", "DeviceAt 0", "DeviceCount", "DeviceAt 1", "IsValid 1",
+                          "AcquireExclusiveAccess 1", "BurnForDevice 1", "SetProperties",
+                          "RunProgressPanel", "ReleaseExclusiveAccess 1"));
+  EXPECT_EQ(recorders.lookups, 2) << "once to list, once to burn";
+}
+
+TEST_F(Burn, AnInvalidRecorderIsNotTouchedAndNothingIsSaid) {
+  recorders.devices[0].valid = false;
+  EXPECT_THAT(JournalOfOneBurn(),
+              ElementsAre("DeviceCount", "DeviceAt 0", "IsValid 0", "DeviceCount"));
+  EXPECT_THAT(Calls("MessageBox"), IsEmpty());
+}
+
+TEST_F(Burn, ARecorderThatIsGoneIsLookedForToTheEndOfTheList) {
+  recorders.Add("ACME", "OTHER");
+  AlbumAnd([this](Window& dialog) {
+    recorders.devices[0].is_null = true;
+    recorders.journal.clear();
+    Press(dialog, kOk);
+    EXPECT_THAT(recorders.journal, ElementsAre("DeviceCount", "DeviceAt 0", "DeviceCount",
+                                               "DeviceAt 1", "DeviceCount"));
+    recorders.devices.clear();
+    recorders.journal.clear();
+    Press(dialog, kOk);
+    EXPECT_THAT(recorders.journal, ElementsAre("DeviceCount"));
+    recorders.is_there = false;
+    Press(dialog, kOk);
+    EXPECT_THAT(Calls("MessageBox"), IsEmpty());
+    EXPECT_FALSE(dialog.ended);
+  });
+}
+
+TEST_F(Burn, WithoutExclusiveAccessNothingIsBurnedOrReleased) {
+  recorders.grants_access = false;
+  EXPECT_THAT(JournalOfOneBurn(),
+              ElementsAre("DeviceCount", "DeviceAt 0", "IsValid 0", "AcquireExclusiveAccess 0"));
+  EXPECT_THAT(Calls("MessageBox"), IsEmpty());
+}
+
+TEST_F(Burn, WithoutABurnTheRecorderIsReleased) {
+  recorders.gives_burn = false;
+  EXPECT_THAT(JournalOfOneBurn(),
+              ElementsAre("DeviceCount", "DeviceAt 0", "IsValid 0", "AcquireExclusiveAccess 0",
+                          "BurnForDevice 0", "ReleaseExclusiveAccess 0"));
+  EXPECT_THAT(Calls("MessageBox"), IsEmpty());
+}
+
+TEST_F(Burn, AServiceThatComesUpAfterTheListIsAskedForTheBurn) {
+  recorders.is_there = false;
+  AlbumAnd([this](Window& dialog) {
+    recorders.is_there = true;
+    Window& drives = *dialog.Control(kDrive);
+    drives.items = {"ACME BURNER"};
+    drives.item_data = {reinterpret_cast<intptr_t>(recorders.Handle(0))};
+    drives.selection = 0;
+    Press(dialog, kOk);
+  });
+  EXPECT_EQ(recorders.panels, 1);
+}
+
+// The properties.
+
+TEST_F(Burn, OverwritesAndClosesTheDiscForGood) {
+  JournalOfOneBurn();
+  EXPECT_FALSE(recorders.properties.testing);
+  EXPECT_FALSE(recorders.properties.appendable);
+  EXPECT_TRUE(recorders.properties.overwrite);
+  EXPECT_FALSE(recorders.properties.verify);
+}
+
+TEST_F(Burn, WithEjectTheDiscComesOutOnSuccessAndOnFailure) {
+  windowing.ini["velmor_cd/eject"] = "1";
+  JournalOfOneBurn();
+  EXPECT_EQ(recorders.properties.completion_action, 1);
+  EXPECT_EQ(recorders.properties.failure_action, 1) << "the same as on success, on purpose";
+}
+
+TEST_F(Burn, WithoutEjectTheDiscIsMountedOnSuccessAndLeftOnFailure) {
+  windowing.ini["velmor_cd/eject"] = "0";
+  JournalOfOneBurn();
+  EXPECT_EQ(recorders.properties.completion_action, 2);
+  EXPECT_EQ(recorders.properties.failure_action, 0);
+}
+
+TEST_F(Burn, TheEjectBoxCountsAsItIsWhenTheButtonIsPressed) {
+  AlbumAnd([this](Window& dialog) {
+    dialog.Control(kEject)->checked = 0;
+    Press(dialog, kOk);
+    EXPECT_EQ(recorders.properties.completion_action, 2);
+    dialog.Control(kEject)->checked = 1;
+    Press(dialog, kOk);
+    EXPECT_EQ(recorders.properties.completion_action, 1);
+  });
+}
+
+// The tracks.
+
+TEST_F(Burn, TracksAreAudioOfWholeSectorsWithoutPregap) {
+  JournalOfOneBurn();
+  ASSERT_THAT(recorders.tracks, SizeIs(3));
+  for (const DiscTrack& track : recorders.tracks) {
+    EXPECT_NE(track.producer, nullptr);
+    EXPECT_EQ(track.pregap_length, 0);
+    EXPECT_EQ(track.data_form, 0);
+    EXPECT_EQ(track.track_mode, 0);
+    EXPECT_EQ(track.block_type, 0);
+    EXPECT_EQ(track.session_format, 0);
+    EXPECT_EQ(track.block_size, kSector);
+    EXPECT_EQ(track.track_length, 375);
+  }
+}
+
+TEST_F(Burn, TracksBeginInTheSectorThatHoldsTheirStart) {
+  host.marks = {fake_host::Marker(0.0, "One"), fake_host::Marker(5.0, "Two"),
+                fake_host::Marker(10.01, "Three")};
+  RenderAnd(15.0, [this](Window& dialog) {
+    Press(dialog, kOk);
+    EXPECT_THAT(Lengths(recorders.tracks), ElementsAre(375, 375, 375))
+        << "10.01 s lies in sector 750";
+  });
+}
+
+TEST_F(Burn, TrackOneBeginsWithTheLeadInOfTheDisc) {
+  recorders.on_panel = [this](const DiscTrack* tracks, int) {
+    EXPECT_EQ(Produce(tracks[0]), Image().substr(0, 525 * kSector));
+  };
+  AlbumAnd(
+      [this](Window& dialog) {
+        EXPECT_EQ(dialog.Control(kTracks)->rows[0][2], "5.000") << "its duration is shown without";
+        Press(dialog, kOk);
+        EXPECT_THAT(Lengths(recorders.tracks), ElementsAre(525, 375, 375));
+      },
+      {.disc_leadin_ms = 2000});
+  EXPECT_EQ(recorders.panels, 1);
+}
+
+TEST_F(Burn, TheTracksTogetherAreTheImage) {
+  AlbumAnd(
+      [this](Window& dialog) {
+        std::string disc;
+        recorders.on_panel = [&disc](const DiscTrack* tracks, int count) {
+          for (int i = 0; i < count; ++i) {
+            const std::string audio = Produce(tracks[i], 30576);
+            EXPECT_EQ(audio.size(), static_cast<size_t>(tracks[i].track_length) * kSector);
+            EXPECT_EQ(tracks[i].producer->EstimateLengthOfTrack(),
+                      static_cast<uint64_t>(tracks[i].track_length));
+            disc += audio;
+          }
+        };
+        Press(dialog, kOk);
+        EXPECT_EQ(disc, Image());
+      },
+      {.disc_leadin_ms = 1234, .track_leadin_ms = 567});
+}
+
+TEST_F(Burn, ProducersAgreeToEverythingElse) {
+  bool asked = false;
+  recorders.on_panel = [&asked](const DiscTrack* tracks, int) {
+    asked = true;
+    DiscTrackProducer& producer = *tracks[0].producer;
+    EXPECT_TRUE(producer.PrepareTrack());
+    std::string gap(4704, 'x');
+    EXPECT_EQ(producer.ProducePreGap(gap.data(), 4704), 4704u);
+    EXPECT_EQ(gap, std::string(4704, '\0'));
+    producer.CleanupTrackAfterBurn();
+    EXPECT_TRUE(producer.PrepareTrackForVerification());
+    EXPECT_TRUE(producer.VerifyPreGap("other", 5));
+    EXPECT_TRUE(producer.VerifyData("other", 5));
+    EXPECT_TRUE(producer.CleanupTrackAfterVerification());
+  };
+  JournalOfOneBurn();
+  EXPECT_TRUE(asked);
+}
+
+// Images that change under the dialog.
+
+TEST_F(Burn, AnImageThatGrewBySomeBytesEndsWithAShortRead) {
+  AlbumAnd([this](Window& dialog) {
+    fake_host::WriteText(File("disc.bin"), Image() + std::string(100, 'z'));
+    recorders.on_panel = [this](const DiscTrack* tracks, int) {
+      EXPECT_EQ(tracks[2].track_length, 376) << "rounded up to a whole sector";
+      const std::string audio = Produce(tracks[2]);
+      EXPECT_EQ(audio, Image().substr(750 * kSector)) << "and not filled up by the module";
+    };
+    Press(dialog, kOk);
+    EXPECT_EQ(recorders.panels, 1);
+  });
+}
+
+TEST_F(Burn, AnImageThatShrankGivesWhatItStillHas) {
+  AlbumAnd([this](Window& dialog) {
+    std::filesystem::resize_file(File("disc.bin"), 400 * kSector + 10);
+    recorders.on_panel = [](const DiscTrack* tracks, int) {
+      EXPECT_EQ(tracks[0].track_length, 375);
+      EXPECT_EQ(tracks[1].track_length, 375);
+      EXPECT_EQ(tracks[2].track_length, 401 - 750)
+          << "a negative length is for the service to refuse";
+      EXPECT_EQ(Produce(tracks[0]).size(), size_t{375 * kSector});
+      EXPECT_EQ(Produce(tracks[1]).size(), size_t{25 * kSector + 10});
+      EXPECT_EQ(Produce(tracks[2]), "");
+    };
+    Press(dialog, kOk);
+    EXPECT_EQ(recorders.panels, 1);
+  });
+}
+
+TEST_F(Burn, AnEmptiedImageGivesNothing) {
+  AlbumAnd([this](Window& dialog) {
+    fake_host::WriteText(File("disc.bin"), "");
+    recorders.on_panel = [](const DiscTrack* tracks, int count) {
+      for (int i = 0; i < count; ++i) EXPECT_EQ(Produce(tracks[i]), "");
+    };
+    Press(dialog, kOk);
+    EXPECT_EQ(recorders.panels, 1);
+  });
+}
+
+// Locks and descriptors.
+
+TEST_F(Burn, HoldsTheImageUnderASharedLockForAsLongAsItLasts) {
+  AlbumAnd([this](Window& dialog) {
+    EXPECT_TRUE(AnotherProcessCanLock(File("disc.bin"), LOCK_EX)) << "before";
+    recorders.on_panel = [this](const DiscTrack*, int) {
+      EXPECT_TRUE(AnotherProcessCanLock(File("disc.bin"), LOCK_SH));
+      EXPECT_FALSE(AnotherProcessCanLock(File("disc.bin"), LOCK_EX));
+    };
+    Press(dialog, kOk);
+    EXPECT_EQ(recorders.panels, 1);
+    EXPECT_TRUE(AnotherProcessCanLock(File("disc.bin"), LOCK_EX)) << "after";
+  });
+}
+
+TEST_F(Burn, ReleasesTheLockAlsoWhenThereIsNoBurn) {
+  recorders.gives_burn = false;
+  AlbumAnd([this](Window& dialog) {
+    Press(dialog, kOk);
+    EXPECT_TRUE(AnotherProcessCanLock(File("disc.bin"), LOCK_EX));
+  });
+}
+
+TEST_F(Burn, AnImageThatAnotherProcessHoldsIsBurnedAllTheSame) {
+  AlbumAnd([this](Window& dialog) {
+    const LockHolder other(File("disc.bin"), LOCK_EX);
+    std::string disc;
+    recorders.on_panel = [&disc](const DiscTrack* tracks, int count) {
+      for (int i = 0; i < count; ++i) disc += Produce(tracks[i]);
+    };
+    Press(dialog, kOk);
+    EXPECT_EQ(disc, Image());
+  });
+}
+
+TEST_F(Burn, AThousandBurnsLeaveNoDescriptorOpen) {
+  recorders.on_panel = [](const DiscTrack* tracks, int) {
+    char sector[kSector];
+    EXPECT_EQ(tracks[1].producer->ProduceData(sector, kSector), uint32_t{kSector});
+  };
+  AlbumAnd([this](Window& dialog) {
+    const int before = OpenDescriptors();
+    for (int i = 0; i < 1000; ++i) {
+      recorders.gives_burn = i % 4 != 1;
+      recorders.grants_access = i % 4 != 2;
+      Press(dialog, kOk);
+      recorders.journal.clear();
+      windowing.calls.clear();
+    }
+    EXPECT_EQ(recorders.panels, 500);
+    EXPECT_EQ(OpenDescriptors(), before);
+  });
+}
+
+// What the host throws passes through.
+
+struct Thrown : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+class BurnThrown : public OpenDialogCase {
+ protected:
+  /// Finishes a render whose dialog acts so; the exception is to arrive.
+  void ExpectThrownFrom(const std::function<void(Window&)>& act) {
+    fake_host::Sink sink = CreateSink(std::string(80, 'n') + ".cue", {.burn_after_render = 1});
+    ASSERT_TRUE(sink);
+    sink.WriteSignal(588);
+    windowing.on_modal = act;
+    EXPECT_THROW(sink.Finish(), Thrown);
+    EXPECT_EQ(sink.Finish(), 1) << "the render is finished, once and for all";
+    windowing.dialogs.clear();
+  }
+};
+
+TEST_F(BurnThrown, ByTheDialogReachesTheHostAndLeavesTheImage) {
+  ExpectThrownFrom([](Window&) { throw Thrown("by the dialog"); });
+  EXPECT_TRUE(FileExists(File(std::string(80, 'n') + ".bin")));
+}
+
+TEST_F(BurnThrown, LeavesNothingOfTheDialogBehind) {
+  const auto in_use = [] { return mallinfo2().uordblks; };
+  const auto round = [this] {
+    ExpectThrownFrom([](Window&) { throw Thrown("by the dialog"); });
+    windowing.calls.clear();
+    windowing.lookups.clear();
+    windowing.requests.clear();
+    windowing.layouts.clear();
+    host.journal.clear();
+    host.marker_calls.clear();
+    host.metadata_calls.clear();
+    host.localize_calls.clear();
+    host.prepare_calls.clear();
+    recorders.journal.clear();
+  };
+  for (int i = 0; i < 20; ++i) round();
+  const size_t before = in_use();
+  constexpr size_t kRounds = 400;
+  for (size_t i = 0; i < kRounds; ++i) round();
+  // The two paths alone, of over a hundred bytes each, would be more; the leak checker of the
+  // sanitizer build sees a single one.
+  EXPECT_LT(in_use(), before + kRounds * 100);
+}
+
+TEST_F(BurnThrown, ByThePanelGivesTheRecorderAndTheImageBack) {
+  const std::string image = File(std::string(80, 'n') + ".bin");
+  recorders.on_panel = [](const DiscTrack*, int) { throw Thrown("by the panel"); };
+  const int before = OpenDescriptors();
+  ExpectThrownFrom([](Window& dialog) { Press(dialog, kOk); });
+  EXPECT_EQ(recorders.journal.back(), "ReleaseExclusiveAccess 0");
+  EXPECT_EQ(OpenDescriptors(), before);
+  EXPECT_TRUE(AnotherProcessCanLock(image, LOCK_EX));
+}
+
+TEST_F(BurnThrown, ByTheBurnLeavesTheDialogUsable) {
+  recorders.on_panel = [](const DiscTrack*, int) { throw Thrown("by the panel"); };
+  AlbumAnd([this](Window& dialog) {
+    EXPECT_THROW(WindowingLayer::Send(dialog, WM_COMMAND, kOk), Thrown);
+    recorders.on_panel = nullptr;
+    Press(dialog, kOk);
+    EXPECT_EQ(recorders.panels, 2);
+  });
+}
+
+}  // namespace
+}  // namespace burn_test

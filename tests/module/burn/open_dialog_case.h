@@ -1,0 +1,78 @@
+// A finished render whose burn dialog is open, for tests that act in it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/fake_host/session.h"
+#include "tests/module/burn/recording_double.h"
+
+namespace burn_test {
+
+inline constexpr int kMethod = 1014;
+inline constexpr int kDrive = 1015;
+inline constexpr int kEject = 1016;
+inline constexpr int kDelete = 1017;
+inline constexpr int kTracks = 1018;
+inline constexpr int kOk = 1;
+inline constexpr int kCancel = 2;
+inline constexpr int kSelectionChanged = 1;  // CBN_SELCHANGE
+
+inline void Press(fake_host::Window& dialog, int id, int code = 0) {
+  EXPECT_EQ(fake_host::WindowingLayer::Send(dialog, WM_COMMAND, id | code << 16), 0);
+}
+
+/// One recorder, "ACME BURNER", and whatever the test adds.
+class OpenDialogCase : public fake_host::BoundSession, public testing::Test {
+ protected:
+  OpenDialogCase() {
+    recorders.Add("ACME", "BURNER");
+    host.ini_file = "/home/somebody/velmor.ini";
+  }
+
+  /// Renders `seconds` of signal with the marks of `host`, burns after it, and acts in the dialog.
+  void RenderAnd(double seconds, const std::function<void(fake_host::Window&)>& act,
+                 fake_host::Settings settings = {}) {
+    settings.burn_after_render = 1;
+    fake_host::Sink sink = CreateSink("disc.cue", settings);
+    ASSERT_TRUE(sink);
+    sink.WriteSignal(static_cast<int64_t>(seconds * 44100.0));
+    bool opened = false;
+    windowing.on_modal = [&](fake_host::Window& dialog) {
+      opened = true;
+      act(dialog);
+    };
+    windowing.calls.clear();
+    EXPECT_EQ(sink.Finish(parent()), 1);
+    EXPECT_TRUE(opened);
+  }
+  /// The same with three tracks of five seconds.
+  void AlbumAnd(const std::function<void(fake_host::Window&)>& act,
+                fake_host::Settings settings = {}) {
+    host.marks = {fake_host::Marker(0.0, "One"), fake_host::Marker(5.0, "Two"),
+                  fake_host::Marker(10.0, "Three")};
+    RenderAnd(15.0, act, settings);
+  }
+  HWND parent() { return &windowing.parent; }
+  std::string Image() const { return fake_host::ReadText(File("disc.bin")); }
+
+  /// The calls of the layer that begin with `name`.
+  std::vector<std::string> Calls(const std::string& name) const {
+    std::vector<std::string> found;
+    for (const std::string& call : windowing.calls) {
+      if (call.rfind(name, 0) == 0) found.push_back(call);
+    }
+    return found;
+  }
+  std::string Error(const std::string& text) const {
+    return "MessageBox(\"" + text + "\", \"CD Burn Error\", 0)";
+  }
+
+  RecordingDouble recorders;
+};
+
+}  // namespace burn_test

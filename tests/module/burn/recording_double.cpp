@@ -1,0 +1,124 @@
+#include "tests/module/burn/recording_double.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace burn_test {
+
+namespace {
+
+RecordingDouble* current = nullptr;
+
+const char* TextOrNull(const std::optional<std::string>& text) {
+  return text ? text->c_str() : nullptr;
+}
+
+}  // namespace
+
+RecordingDouble::RecordingDouble() {
+  if (current != nullptr) ADD_FAILURE() << "two recording services in one process";
+  current = this;
+}
+
+RecordingDouble::~RecordingDouble() {
+  current = nullptr;
+}
+
+RecordingDouble::Device& RecordingDouble::Add(std::optional<std::string> vendor,
+                                              std::optional<std::string> product) {
+  devices.push_back({std::move(vendor), std::move(product)});
+  return devices.back();
+}
+
+size_t RecordingDouble::NumberOf(void* device) const {
+  for (size_t i = 0; i < devices.size(); ++i) {
+    if (&devices[i] == device) return i;
+  }
+  ADD_FAILURE() << "a device handle that was never given out";
+  return 0;
+}
+
+void RecordingDouble::Note(const std::string& call, void* device) {
+  journal.push_back(call + " " + std::to_string(NumberOf(device)));
+}
+
+int RecordingDouble::DeviceCount() {
+  journal.emplace_back("DeviceCount");
+  return static_cast<int>(devices.size());
+}
+
+void* RecordingDouble::DeviceAt(int index) {
+  journal.push_back("DeviceAt " + std::to_string(index));
+  const auto i = static_cast<size_t>(index);
+  if (index < 0 || i >= devices.size()) {
+    ADD_FAILURE() << "device " << index << " of " << devices.size() << " was asked for";
+    return nullptr;
+  }
+  return devices[i].is_null ? nullptr : &devices[i];
+}
+
+const char* RecordingDouble::VendorName(void* device) {
+  Note("VendorName", device);
+  return TextOrNull(devices[NumberOf(device)].vendor);
+}
+
+const char* RecordingDouble::ProductName(void* device) {
+  Note("ProductName", device);
+  return TextOrNull(devices[NumberOf(device)].product);
+}
+
+bool RecordingDouble::IsValid(void* device) {
+  Note("IsValid", device);
+  return devices[NumberOf(device)].valid;
+}
+
+bool RecordingDouble::AcquireExclusiveAccess(void* device) {
+  Note("AcquireExclusiveAccess", device);
+  return grants_access;
+}
+
+void RecordingDouble::ReleaseExclusiveAccess(void* device) {
+  Note("ReleaseExclusiveAccess", device);
+}
+
+void* RecordingDouble::BurnForDevice(void* device) {
+  Note("BurnForDevice", device);
+  return gives_burn ? &burn_ : nullptr;
+}
+
+void RecordingDouble::SetProperties(void* burn, const DiscBurnProperties* set) {
+  journal.emplace_back("SetProperties");
+  EXPECT_EQ(burn, &burn_);
+  properties = *set;
+}
+
+void RecordingDouble::RunProgressPanel(void* burn, const DiscTrack* given, int count) {
+  journal.emplace_back("RunProgressPanel");
+  EXPECT_EQ(burn, &burn_);
+  ++panels;
+  tracks_were_null = given == nullptr;
+  tracks.assign(given, given + (given == nullptr ? 0 : count));
+  if (on_panel) on_panel(given, count);
+}
+
+std::string Produce(const DiscTrack& track, uint32_t step) {
+  std::string audio;
+  std::string block(step, '\0');
+  for (;;) {
+    const uint32_t got = track.producer->ProduceData(block.data(), step);
+    if (got > step) ADD_FAILURE() << "a failed read";
+    if (got == 0 || got > step) return audio;
+    audio.append(block, 0, got);
+  }
+}
+
+}  // namespace burn_test
+
+/// What the module asks for whenever it lists or burns.
+extern "C" DiscRecordingService* velmorGetDiscRecording();
+extern "C" DiscRecordingService* velmorGetDiscRecording() {
+  if (burn_test::current == nullptr) return nullptr;
+  ++burn_test::current->lookups;
+  return burn_test::current->is_there ? burn_test::current : nullptr;
+}

@@ -1,0 +1,217 @@
+#include "tests/module/mac/doubles/stage.h"
+
+#import <AppKit/AppKit.h>
+#import <DiscRecording/DiscRecording.h>
+#import <DiscRecordingUI/DiscRecordingUI.h>
+#import <objc/runtime.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "abi/quelm_provider.h"
+#include "tests/module/mac/doubles/constants.h"
+#import "tests/module/mac/doubles/named_constant.h"
+
+extern "C" QuelmLookupFn quelmGetAPPAPIFunc();
+
+@interface NSApplication (Stage)
+- (void)setDelegate:(id)delegate;
+@end
+
+@interface HostDelegate : NSObject
+@end
+@implementation HostDelegate
+- (QuelmLookupFn)quelmGetAPPAPIFunc {
+  return quelmGetAPPAPIFunc();
+}
+@end
+
+// What the panel says to its delegate.
+@interface NSObject (PanelDelegate)
+- (BOOL)burnProgressPanel:(DRBurnProgressPanel*)panel burnDidFinish:(DRBurn*)burn;
+- (void)burnProgressPanelDidFinish:(NSNotification*)notification;
+@end
+
+namespace doubles {
+
+namespace {
+
+void* makeConstant(const char* name) {
+  NamedConstant* const constant = [[NamedConstant alloc] init];
+  constant->name = name;
+  return constant;
+}
+
+void keepLogLine(NSString* text) {
+  // "2026-01-01 00:00:00.000 program[1:1] the line"
+  const std::string line = [text UTF8String];
+  const size_t prefix = line.find("] ");
+  TheDesk().log_lines.push_back(prefix == std::string::npos ? line : line.substr(prefix + 2));
+}
+
+IMP g_root_alloc;
+IMP g_root_dealloc;
+IMP g_array_with_capacity;
+
+bool isOfTheModule(Class counted) {
+  return strncmp(class_getName(counted), "Quinlo", 6) == 0;
+}
+
+// In the root class, where they serve all others too: adding methods to the module's classes is
+// more than this runtime can do for what clang compiles.
+id countedAlloc(id class_object, SEL selector) {
+  const Class counted = reinterpret_cast<Class>(class_object);
+  if (isOfTheModule(counted)) ++TheDesk().created[class_getName(counted)];
+  return reinterpret_cast<id (*)(id, SEL)>(g_root_alloc)(class_object, selector);
+}
+
+// Returns what nobody looks at: methods are kept as functions that return an object.
+id countedDealloc(id object, SEL selector) {
+  const Class counted = object_getClass(object);
+  if (isOfTheModule(counted)) {
+    ++TheDesk().gone[class_getName(counted)];
+    TheDesk().Note(std::string("dealloc ") + class_getName(counted));
+  }
+  return reinterpret_cast<id (*)(id, SEL)>(g_root_dealloc)(object, selector);
+}
+
+id notedArray(id class_object, SEL selector, NSUInteger capacity) {
+  TheDesk().array_capacities.push_back(capacity);
+  return reinterpret_cast<id (*)(id, SEL, NSUInteger)>(g_array_with_capacity)(class_object,
+                                                                              selector, capacity);
+}
+
+}  // namespace
+
+void SetUpProcess(Application application) {
+  [[NSAutoreleasePool alloc] init];
+  NameConstants(&makeConstant);
+  _NSLog_printf_handler = &keepLogLine;
+  const Class root = [NSObject class];
+  g_root_alloc = method_setImplementation(class_getClassMethod(root, @selector(alloc)),
+                                          reinterpret_cast<IMP>(&countedAlloc));
+  g_root_dealloc = method_setImplementation(class_getInstanceMethod(root, @selector(dealloc)),
+                                            reinterpret_cast<IMP>(&countedDealloc));
+  g_array_with_capacity = method_setImplementation(
+      class_getClassMethod([NSMutableArray class], @selector(arrayWithCapacity:)),
+      reinterpret_cast<IMP>(&notedArray));
+  if (application == Application::kMissing) return;
+  NSApp = [[NSApplication alloc] init];
+  if (application == Application::kDelegateWithoutProvider) {
+    [NSApp setDelegate:[[NSObject alloc] init]];
+  } else if (application == Application::kDelegateWithProvider) {
+    [NSApp setDelegate:[[HostDelegate alloc] init]];
+  }
+}
+
+void SetDevices(const std::vector<Device>& devices) {
+  for (const Device& device : TheDesk().devices) [static_cast<id>(device.object) release];
+  TheDesk() = Desk();
+  TheDesk().devices = devices;
+  for (Device& device : TheDesk().devices) device.object = [[DRDevice alloc] init];
+  TheDesk().on_turn = FinishBurn;
+}
+
+Pool::Pool() : pool_([[NSAutoreleasePool alloc] init]) {}
+
+Pool::~Pool() {
+  [static_cast<NSAutoreleasePool*>(pool_) release];
+}
+
+void FinishBurn() {
+  const id delegate = static_cast<id>(TheDesk().panel_delegate);
+  TheDesk().delegate_reports_itself = [delegate burnProgressPanel:nil burnDidFinish:nil] != NO;
+  [delegate burnProgressPanelDidFinish:nil];
+}
+
+using Source = NSObject<DRTrackDataProduction>;
+
+bool Producer::ConformsToProtocol() const {
+  // By name, as found in the class's own list.
+  unsigned count = 0;
+  Protocol** const protocols =
+      class_copyProtocolList([static_cast<Source*>(object_) class], &count);
+  bool conforms = false;
+  for (unsigned i = 0; i < count; ++i) {
+    conforms = conforms || strcmp(protocol_getName(protocols[i]), "DRTrackDataProduction") == 0;
+  }
+  free(protocols);
+  return conforms;
+}
+
+int Producer::Variable(const char* name) const {
+  const Ivar variable = class_getInstanceVariable([static_cast<Source*>(object_) class], name);
+  int value;
+  memcpy(&value, static_cast<const char*>(object_) + ivar_getOffset(variable), sizeof value);
+  return value;
+}
+
+uint64_t Producer::EstimateLength() const {
+  return [static_cast<Source*>(object_) estimateLengthOfTrack:nil];
+}
+
+bool Producer::Prepare() const {
+  return [static_cast<Source*>(object_) prepareTrack:nil forBurn:nil toMedia:nil] != NO;
+}
+
+void Producer::CleanUpAfterBurn() const {
+  [static_cast<Source*>(object_) cleanupTrackAfterBurn:nil];
+}
+
+uint32_t Producer::ProducePreGap(char* buffer, uint32_t length) const {
+  uint32_t flags = 0;
+  return [static_cast<Source*>(object_) producePreGapForTrack:nil
+                                                   intoBuffer:buffer
+                                                       length:length
+                                                    atAddress:0
+                                                    blockSize:2352
+                                                      ioFlags:&flags];
+}
+
+uint32_t Producer::ProduceData(char* buffer, uint32_t length) const {
+  uint32_t flags = 0;
+  return [static_cast<Source*>(object_) produceDataForTrack:nil
+                                                 intoBuffer:buffer
+                                                     length:length
+                                                  atAddress:0
+                                                  blockSize:2352
+                                                    ioFlags:&flags];
+}
+
+bool Producer::PrepareForVerification() const {
+  return [static_cast<Source*>(object_) prepareTrackForVerification:nil] != NO;
+}
+
+bool Producer::VerifyPreGap(const char* buffer, uint32_t length) const {
+  uint32_t flags = 0;
+  return [static_cast<Source*>(object_) verifyPreGapForTrack:nil
+                                                    inBuffer:buffer
+                                                      length:length
+                                                   atAddress:0
+                                                   blockSize:2352
+                                                     ioFlags:&flags] != NO;
+}
+
+bool Producer::VerifyData(const char* buffer, uint32_t length) const {
+  uint32_t flags = 0;
+  return [static_cast<Source*>(object_) verifyDataForTrack:nil
+                                                  inBuffer:buffer
+                                                    length:length
+                                                 atAddress:0
+                                                 blockSize:2352
+                                                   ioFlags:&flags] != NO;
+}
+
+bool Producer::CleanUpAfterVerification() const {
+  return [static_cast<Source*>(object_) cleanupTrackAfterVerification:nil] != NO;
+}
+
+Producer ProducerOf(int index) {
+  return Producer(TheDesk().producers.at(TheDesk().layout.at(static_cast<size_t>(index))));
+}
+
+const Properties& PropertiesOf(int index) {
+  return TheDesk().track_properties.at(TheDesk().layout.at(static_cast<size_t>(index)));
+}
+
+}  // namespace doubles

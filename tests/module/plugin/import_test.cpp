@@ -1,0 +1,155 @@
+// The import of the windowing layer while the module is being loaded.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+
+#include "tests/fake_host/session.h"
+#include "tests/fake_host/standard_error.h"
+#include "tests/fake_host/system_log.h"
+
+namespace {
+
+using fake_host::Session;
+using fake_host::StandardErrorCapture;
+using fake_host::SystemLogCapture;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::vector<std::string> kNamesInOrder = {
+#include "tests/module/plugin/import_order.inc"
+};
+
+// The lines logged while the module loads; on both channels they must be the same.
+std::vector<std::string> LinesLoggedByLoading(Session& session) {
+  SystemLogCapture system_log;
+  StandardErrorCapture standard_error;
+  session.Load();
+  std::vector<std::string> lines = standard_error.Lines();
+  EXPECT_EQ(system_log.lines, lines);
+  return lines;
+}
+
+SinkConfig Config() {
+  return fake_host::MakeConfig({.disc_leadin_ms = 11, .track_leadin_ms = 22, .track_mode = 2});
+}
+
+HWND ShowConfig(Session& session) {
+  static SinkConfig config;
+  config = Config();
+  return session.registration().ShowConfig(&config, sizeof config, &session.windowing.parent);
+}
+
+TEST(Import, EveryNameIsAskedForOnceInTableOrderAfterTheVersion) {
+  ASSERT_EQ(kNamesInOrder.size(), 364U);
+  Session session;
+  EXPECT_THAT(LinesLoggedByLoading(session), IsEmpty());
+  EXPECT_EQ(session.windowing.provider_calls, 1);
+  std::vector<std::string> expected = {"(null)"};
+  expected.insert(expected.end(), kNamesInOrder.begin(), kNamesInOrder.end());
+  EXPECT_EQ(session.windowing.lookups, expected);
+}
+
+TEST(Import, TheProviderIsNotAskedAgainLater) {
+  Session session;
+  session.Load();
+  EXPECT_EQ(session.Bind(), 1);
+  EXPECT_NE(ShowConfig(session), nullptr);
+  EXPECT_EQ(session.windowing.provider_calls, 1);
+  EXPECT_EQ(session.windowing.lookups.size(), 365U);
+}
+
+TEST(Import, AProviderOfAnotherVersionIsAskedForNothingElse) {
+  for (const intptr_t version : {255, 257, 0, -256}) {
+    Session session;
+    session.windowing.version = version;
+    EXPECT_THAT(LinesLoggedByLoading(session),
+                ElementsAre("QUELM API provider returned incorrect version"))
+        << version;
+    EXPECT_THAT(session.windowing.lookups, ElementsAre("(null)")) << version;
+    EXPECT_EQ(session.Bind(), 1) << version;
+    EXPECT_EQ(ShowConfig(session), nullptr) << "every pointer answers 0";
+    EXPECT_THAT(session.windowing.calls, IsEmpty()) << version;
+  }
+}
+
+TEST(Import, TheVersionIsPointerWide) {
+  Session session;
+  session.windowing.version = (intptr_t{1} << 32) + 256;
+  EXPECT_THAT(LinesLoggedByLoading(session),
+              ElementsAre("QUELM API provider returned incorrect version"));
+}
+
+TEST(Import, AProviderWithoutALookupFunctionIsNone) {
+  Session session;
+  session.windowing.has_lookup = false;
+  EXPECT_THAT(LinesLoggedByLoading(session), ElementsAre("QUELM API provider not found"));
+  EXPECT_EQ(session.windowing.provider_calls, 1);
+  EXPECT_THAT(session.windowing.lookups, IsEmpty());
+  EXPECT_EQ(session.Bind(), 1);
+  EXPECT_EQ(ShowConfig(session), nullptr);
+}
+
+TEST(Import, AProcessWithoutTheProvidersSymbolHasNone) {
+  const std::string command =
+      std::string("'") + LOAD_WITHOUT_PROVIDER + "' '" + fake_host::LoadedModule::File() + "' 2>&1";
+  std::FILE* child = popen(command.c_str(), "r");
+  ASSERT_NE(child, nullptr);
+  std::string output;
+  std::array<char, 256> piece = {};
+  while (std::fgets(piece.data(), static_cast<int>(piece.size()), child) != nullptr) {
+    output += piece.data();
+  }
+  EXPECT_EQ(pclose(child), 0);
+  EXPECT_EQ(output, "QUELM API provider not found\n");
+}
+
+TEST(Import, EachMissingNameIsLoggedAndTheOthersAreBound) {
+  Session session;
+  session.windowing.withheld = {"GetMonitorInfo", "lstrcpyn", "EnableWindow"};
+  EXPECT_THAT(LinesLoggedByLoading(session),
+              ElementsAre("QUELM API not found: lstrcpyn", "QUELM API not found: EnableWindow",
+                          "QUELM API not found: GetMonitorInfo"));
+  EXPECT_EQ(session.windowing.lookups.size(), 365U);
+  EXPECT_EQ(session.Bind(), 1);
+  auto* dialog = static_cast<fake_host::Window*>(ShowConfig(session));
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(dialog->Control(1001)->value, 11);
+  EXPECT_TRUE(dialog->Control(1017)->enabled) << "disabling it reached a placeholder";
+}
+
+TEST(Import, AProviderThatKnowsNoNameAtAllIsLoggedNameByName) {
+  Session session;
+  session.windowing.withheld = {kNamesInOrder.begin(), kNamesInOrder.end()};
+  std::vector<std::string> expected;
+  expected.reserve(kNamesInOrder.size());
+  for (const std::string& name : kNamesInOrder) expected.push_back("QUELM API not found: " + name);
+  EXPECT_EQ(LinesLoggedByLoading(session), expected);
+}
+
+TEST(Import, AMissingQueryAnswersZero) {
+  Session session;
+  session.windowing.withheld = {"SendMessage", "GetDlgItemInt", "IsDlgButtonChecked"};
+  LinesLoggedByLoading(session);
+  EXPECT_EQ(session.Bind(), 1);
+  auto* dialog = static_cast<fake_host::Window*>(ShowConfig(session));
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(dialog->Control(1002)->value, 22);
+  SinkConfig read = {1, 2, 3, 4, 5, 6};
+  fake_host::WindowingLayer::Send(*dialog, kConfigGetBlob, 0, reinterpret_cast<LPARAM>(&read));
+  EXPECT_EQ(read.format_code, static_cast<int32_t>(kIsoFormatCode));
+  EXPECT_EQ(read.disc_leadin_ms, 0);
+  EXPECT_EQ(read.track_leadin_ms, 0);
+  EXPECT_EQ(read.burn_after_render, 0);
+  EXPECT_EQ(read.track_mode, 0);
+  EXPECT_EQ(read.hash_markers_only, 0);
+}
+
+TEST(Import, TheLayersHookAnswersOne) {
+  Session session;
+  session.Load();
+  EXPECT_EQ(session.module->dll_main()(), 1);
+}
+
+}  // namespace

@@ -1,0 +1,335 @@
+// Hosts and projects that go to the limits.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <limits>
+
+#include "tests/fake_host/allocation.h"
+#include "tests/fake_host/system_calls.h"
+#include "tests/module/sink/render_case.h"
+
+namespace sink_test {
+namespace {
+
+using fake_host::SystemCallScript;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::Pair;
+
+constexpr int64_t kLongestSilence = 2147483647 / 2352 * 2352;
+constexpr int64_t kLongestSilenceFrames = kLongestSilence / 4;
+constexpr int64_t kMebibyte = 1 << 20;
+
+class HostileInput : public RenderCase {
+ protected:
+  std::string Render(const std::vector<Mark>& marks, const Settings& settings = {},
+                     double start = 0.0) {
+    return RenderCase::Render(marks, 12 * kSecond, settings, {.lengths = {44100}}, start);
+  }
+  void ExpectWholeSignal() { ExpectImage(File("disc.bin"), Image().Signal(0, 12 * kSecond)); }
+};
+
+// The length of a sink's image so far, as its writes tell, and whether it is silence throughout.
+struct Written {
+  int64_t bytes = 0;
+  bool silent = true;
+  int64_t longest = 0;
+};
+
+Written WrittenBy(const SystemCallScript& calls) {
+  Written written;
+  int image = -1;
+  for (const SystemCallScript::Open& open : calls.opens) {
+    if (open.path.ends_with(".bin")) image = open.fd;
+  }
+  for (const SystemCallScript::Pwrite& write : calls.pwrites) {
+    if (write.fd != image) continue;
+    EXPECT_EQ(write.offset, written.bytes) << "a gap or an overlap";
+    written.bytes = write.offset + write.length;
+    written.silent = written.silent && write.only_zeros;
+    written.longest = std::max(written.longest, write.length);
+  }
+  return written;
+}
+
+// Markers.
+
+TEST_F(HostileInput, AMarkerAtNoPlaceIsPassedOver) {
+  const std::string sheet = Render(
+      {Marker(kNaN, "nowhere"), Marker(1.0, "One"), Marker(kNaN, "nowhere"), Marker(5.0, "Two")});
+  EXPECT_EQ(sheet, Sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO", "    TITLE \"One\"",
+                          "    INDEX 01 00:00:00", "  TRACK 02 AUDIO", "    TITLE \"Two\"",
+                          "    INDEX 01 00:05:00"}));
+  ExpectWholeSignal();
+}
+
+TEST_F(HostileInput, ATagAtNoPlaceIsPassedOver) {
+  EXPECT_THAT(Render({Marker(kNaN, "PERF=nobody"), Marker(2.0, "PERF=P")}),
+              HasSubstr("    PERFORMER \"P\"\r\n"));
+}
+
+TEST_F(HostileInput, AMarkerBeyondAllTimeLiesAhead) {
+  for (const double far : {kInfinity, 1e300, 9.3e18, 2.1e14, 1e10}) {
+    EXPECT_EQ(Render({Marker(5.0, "Two"), Marker(far, "Far")}),
+              Sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO", "    INDEX 01 00:00:00",
+                     "  TRACK 02 AUDIO", "    TITLE \"Two\"", "    INDEX 01 00:05:00"}))
+        << far;
+    ExpectWholeSignal();
+  }
+}
+
+TEST_F(HostileInput, AMarkerBeforeAllTimeIsPassedOver) {
+  for (const double far : {-kInfinity, -1e300, -9.3e18, -1e10}) {
+    EXPECT_THAT(Render({Marker(far, "Far"), Marker(5.0, "Two")}),
+                HasSubstr("  TRACK 02 AUDIO\r\n    TITLE \"Two\"\r\n    INDEX 01 00:05:00"))
+        << far;
+    ExpectWholeSignal();
+  }
+}
+
+TEST_F(HostileInput, AStartTimeThatIsNoTimeLosesNoAudio) {
+  for (const double start : {kNaN, kInfinity, -kInfinity, 1e300, -1e300}) {
+    Render({Marker(1.0, "One"), Marker(5.0, "Two"), Region(2.0, 3.0, "R")}, {}, start);
+    ExpectWholeSignal();
+  }
+}
+
+// Regions.
+
+TEST_F(HostileInput, ARegionWithAnEndAtNoPlaceIsPassedOver) {
+  for (const Mark& broken :
+       {Region(kNaN, 4.0, "x"), Region(2.0, kNaN, "x"), Region(kNaN, kNaN, "x")}) {
+    EXPECT_THAT(Render({broken, Region(5.0, 11.0, "Real")}, {.track_mode = kTracksFromRegions}),
+                HasSubstr("  TRACK 01 AUDIO\r\n    TITLE \"Real\"\r\n"));
+    ExpectImage(File("disc.bin"), Image().Signal(5 * kSecond, 11 * kSecond));
+  }
+}
+
+TEST_F(HostileInput, ARegionWithoutAnEndTakesTheRestOfTheRender) {
+  for (const double far : {kInfinity, 1e300, 9.3e18, 2.1e14}) {
+    Render({Region(5.0, far, "On")}, {.track_mode = kTracksFromRegions});
+    ExpectImage(File("disc.bin"), Image().Signal(5 * kSecond, 12 * kSecond));
+    Render({Region(-far, 5.0, "Before")}, {.track_mode = kTracksFromRegions});
+    ExpectImage(File("disc.bin"), Image().Signal(0, 5 * kSecond));
+    Render({Region(-far, far, "All")}, {.track_mode = kTracksFromRegions});
+    ExpectWholeSignal();
+  }
+}
+
+TEST_F(HostileInput, ARegionBeyondTheRenderWritesNothing) {
+  for (const double far : {1e10, 9.3e18, 1e300}) {
+    Render({Region(far, far * 1.5, "Far")}, {.track_mode = kTracksFromRegions});
+    EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")), 0) << far;
+    Render({Region(-far * 1.5, -far, "Long ago")}, {.track_mode = kTracksFromRegions});
+    EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")), 0) << far;
+  }
+}
+
+TEST_F(HostileInput, ARegionThatRunsBackwardsEndsTheRender) {
+  // Its end has passed where it begins: what is left of the block it begins in goes through.
+  Render({Region(6.0, 5.5, "Backwards")}, {.track_mode = kTracksFromRegions});
+  SUCCEED() << "nothing but that it comes to an end";
+  EXPECT_LE(fake_host::SizeOfFile(File("disc.bin")), 12 * kSecond * 4);
+}
+
+// Lead-ins.
+
+TEST_F(HostileInput, ALeadInOverTwelveSecondsIsAsLongAsAsked) {
+  for (const int ms : {12173, 12174, 12175, 20000, 60000}) {
+    Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = ms});
+    ASSERT_TRUE(sink);
+    sink.Finish();
+    sink.Delete();
+    const int64_t bytes = int64_t{ms} * 176400 / 1000;
+    EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")), (bytes + 2351) / 2352 * 2352) << ms;
+  }
+}
+
+TEST_F(HostileInput, ALongTrackLeadInIsAsLongAsAsked) {
+  Render({Marker(5.0, "Two")}, {.track_leadin_ms = 13000});
+  ExpectImage(
+      File("disc.bin"),
+      Image().Signal(0, 5 * kSecond).Silence(13 * kSecond).Signal(5 * kSecond, 12 * kSecond));
+  EXPECT_THAT(ReadText(File("disc.cue")), HasSubstr("INDEX 00 00:05:00\r\n    INDEX 01 00:18:00"));
+}
+
+TEST_F(HostileInput, ADiscLeadInPastTwoGibibytesIsCappedAtWholeSectors) {
+  for (const int ms : {2000000000, INT_MAX}) {
+    SystemCallScript calls;
+    calls.SwallowWritesTo(".bin");
+    {
+      const fake_host::MemoryLimit limit(64 * kMebibyte);
+      Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = ms});
+      ASSERT_TRUE(sink);
+      EXPECT_EQ(sink->GetLength(), static_cast<double>(kLongestSilenceFrames) / 44100.0) << ms;
+      sink.Finish();
+    }
+    if (ms == 2000000000) {
+      EXPECT_THAT(ReadText(File("disc.cue")), HasSubstr("    INDEX 01 33333:20:00\r\n"))
+          << "the sheet tells the length that was asked for";
+    }
+    const Written written = WrittenBy(calls);
+    EXPECT_EQ(written.bytes, kLongestSilence) << ms;
+    EXPECT_TRUE(written.silent);
+  }
+}
+
+TEST_F(HostileInput, TheCapBeginsWhereTheBytesNoLongerFit) {
+  // 12173944 ms are 2,147,483,721 bytes, one millisecond less 2,147,483,545.
+  struct Case {
+    int ms;
+    int64_t bytes;
+  };
+  for (const Case& c : {Case{12173943, 2147483545}, Case{12173944, kLongestSilence}}) {
+    SystemCallScript calls;
+    calls.SwallowWritesTo(".bin");
+    Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = c.ms});
+    ASSERT_TRUE(sink);
+    sink.Delete();
+    EXPECT_EQ(WrittenBy(calls).bytes, (c.bytes + 2351) / 2352 * 2352) << c.ms;
+  }
+}
+
+TEST_F(HostileInput, ATrackLeadInPastTwoGibibytesIsCappedAtWholeSectors) {
+  SystemCallScript calls;
+  calls.SwallowWritesTo(".bin");
+  host.marks = {Marker(5.0, "Two")};
+  Sink sink = CreateSink("disc.cue", {.track_leadin_ms = 2000000000});
+  ASSERT_TRUE(sink);
+  sink.WriteSame(5 * kSecond);
+  {
+    const fake_host::MemoryLimit limit(64 * kMebibyte);
+    sink.WriteSame(kSecond);
+  }
+  EXPECT_EQ(sink->GetLength(), static_cast<double>(6 * kSecond + kLongestSilenceFrames) / 44100.0);
+  sink.Finish();
+  EXPECT_THAT(ReadText(File("disc.cue")), testing::ContainsRegex("INDEX 00 [0-9:-]+\r\n"));
+}
+
+// Blocks.
+
+TEST_F(HostileInput, ABlockOverTwoToTheThirtyFirstBytesIsNotWrittenAndIsReported) {
+  Sink sink = CreateSink("disc.cue", {.track_mode = kOneTrack});
+  ASSERT_TRUE(sink);
+  sink.WriteSignal(588);
+  double one = 0.5;
+  double* channels[] = {&one, &one};
+  for (const int frames : {INT_MAX, INT_MAX - 1, 1 << 30, 1 << 29}) {
+    host.disk_counters.clear();
+    const fake_host::MemoryLimit limit(64 * kMebibyte);
+    sink->WriteDoubles(channels, frames, 2, 0, 0);
+    EXPECT_THAT(host.disk_counters, ElementsAre(Pair(0, -101010110))) << frames;
+  }
+  EXPECT_EQ(sink->GetLength(), 588 / 44100.0);
+  sink.WriteSignal(588);
+  sink.Finish();
+  ExpectImage(File("disc.bin"), Image().Signal(0, 1176));
+}
+
+TEST_F(HostileInput, ABlockWhoseBufferDoesNotFitIntoMemoryIsNotWrittenAndIsReported) {
+  Sink sink = CreateSink("disc.cue", {.track_mode = kOneTrack});
+  ASSERT_TRUE(sink);
+  double one = 0.5;
+  double* channels[] = {&one, &one};
+  {
+    const fake_host::MemoryLimit limit(64 * kMebibyte);
+    sink->WriteDoubles(channels, 1 << 27, 2, 0, 0);
+  }
+  EXPECT_THAT(host.disk_counters, ElementsAre(Pair(0, -101010110)));
+  EXPECT_EQ(sink->GetLength(), 0.0);
+  sink.WriteSignal(588);
+  sink.Delete();
+  ExpectImage(File("disc.bin"), Image().Signal(0, 588));
+}
+
+TEST_F(HostileInput, TheCountOfInputFramesStaysAtItsMaximum) {
+  // Nothing is converted where there is no region, so the whole range passes in no time.
+  host.marks = {};
+  Sink sink = CreateSink("disc.cue", {.track_mode = kTracksFromRegions});
+  ASSERT_TRUE(sink);
+  double one = 0.5;
+  double* channels[] = {&one, &one};
+  for (int i = 0; i < 3; ++i) sink->WriteDoubles(channels, INT_MAX, 2, 0, 0);
+  // Time stands still at 2147483647 frames from here on: every block begins there.
+  const double now = 2147483647.0 / 44100;
+  host.marks = {Region(now + 1.0, now + 3.0, "Late")};
+  sink->WriteDoubles(channels, 4 * kSecond, 2, 0, 0);
+  EXPECT_EQ(sink->GetLength(), 2.0);
+  EXPECT_THAT(host.disk_counters, testing::IsEmpty());
+}
+
+TEST_F(HostileInput, AFloodOfMarkersPassesOnce) {
+  for (int i = 0; i < 20000; ++i) host.marks.push_back(Marker(5.0 + i * 1e-4, "m"));
+  Sink sink = CreateSink("disc.cue");
+  sink.WriteSignal(8 * kSecond, {.lengths = {4410}});
+  EXPECT_LT(host.marker_calls.size(), 20000U + 200U);
+  sink.Finish();
+  EXPECT_THAT(ReadText(File("disc.cue")), HasSubstr("TRACK 02"));
+  EXPECT_THAT(ReadText(File("disc.cue")), Not(HasSubstr("TRACK 03")));
+}
+
+// Memory.
+
+TEST_F(HostileInput, WhicheverAllocationFailsThereIsAUsableSinkOrNone) {
+  host.metadata = {{"CUE:DISC_TITLE", "a title that is longer than a short string would hold"},
+                   {"CUE:DISC_PERFORMER", "p"}};
+  host.marks = {Marker(0.0, "a name that is longer than a short string would hold")};
+  const std::string file = File("disc.cue");
+  SinkConfig config = fake_host::MakeConfig({.disc_leadin_ms = 2000});
+  const int descriptors = fake_host::OpenDescriptors();
+  int without_sink = 0;
+  for (int nth = 1;; ++nth) {
+    ASSERT_LT(nth, 200) << "no end of allocations";
+    PCM_sink* made = nullptr;
+    bool fired = false;
+    {
+      const fake_host::FailingAllocation failing(nth);
+      EXPECT_NO_THROW(
+          made = registration().CreateSink(file.c_str(), &config, sizeof config, 2, 44100, false));
+      fired = failing.Fired();
+    }
+    Sink sink(made);
+    if (!sink) {
+      ASSERT_TRUE(fired);
+      ++without_sink;
+      EXPECT_EQ(fake_host::OpenDescriptors(), descriptors) << "allocation " << nth;
+      continue;
+    }
+    sink.WriteSignal(588);
+    sink.Finish();
+    ExpectImage(File("disc.bin"), Image().Silence(88200).Signal(0, 588));
+    EXPECT_THAT(ReadText(file), HasSubstr("    INDEX 01 00:02:00\r\n")) << "allocation " << nth;
+    if (!fired) break;
+  }
+  EXPECT_GE(without_sink, 3) << "a sink and its two writers at least";
+}
+
+TEST_F(HostileInput, WhicheverAllocationFailsARenderGoesOn) {
+  host.marks = {Marker(0.0, "a name that is longer than a short string would hold"),
+                Marker(5.0, "another name that is longer than a short string would hold"),
+                Marker(6.0, "PERF=a performer that is longer than a short string would hold")};
+  for (int nth = 1;; ++nth) {
+    ASSERT_LT(nth, 200) << "no end of allocations";
+    Sink sink = CreateSink("disc.cue", {.track_leadin_ms = 1000});
+    ASSERT_TRUE(sink);
+    bool fired = false;
+    double one = 0.25;
+    double* channels[] = {&one, &one};
+    {
+      const fake_host::FailingAllocation failing(nth);
+      EXPECT_NO_THROW(sink->WriteDoubles(channels, 10 * 44100, 2, 0, 0));
+      EXPECT_NO_THROW(sink.Finish());
+      EXPECT_NO_THROW(sink.Delete());
+      fired = failing.Fired();
+    }
+    EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")) % 2352, 0);
+    if (!fired) break;
+  }
+  EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")), 11 * 44100 * 4);
+}
+
+}  // namespace
+}  // namespace sink_test

@@ -1,0 +1,532 @@
+#include "module/support/file_read.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/fake_host/files.h"
+#include "tests/module/support/other_process.h"
+#include "tests/module/support/system_calls.h"
+
+namespace support_test {
+namespace {
+
+using fake_host::Noise;
+
+constexpr int kFill = 32768;
+constexpr int kStaggeredFill = 16384;
+constexpr int64_t kStep = 4 << 20;
+constexpr uint32_t kExt4 = 0xEF53;
+
+std::string Read(YDK_FileRead& reader, int count) {
+  std::string bytes(static_cast<size_t>(count), '\0');
+  const int read = reader.Read(bytes.data(), count);
+  EXPECT_GE(read, 0);
+  bytes.resize(static_cast<size_t>(std::max(read, 0)));
+  return bytes;
+}
+
+class FileRead : public testing::Test {
+ protected:
+  void Write(const std::string& bytes) {
+    content = bytes;
+    fake_host::WriteText(path, bytes);
+  }
+  std::unique_ptr<YDK_FileRead> Open() { return std::make_unique<YDK_FileRead>(path.c_str()); }
+
+  fake_host::TempFolder folder;
+  const std::string path = folder.File("disc.bin");
+  std::string content;
+};
+
+std::vector<int64_t> Fills(const SystemCalls& calls) {
+  std::vector<int64_t> sizes;
+  for (const CallRecord& record : calls.Records(Call::kPread)) sizes.push_back(record.size);
+  return sizes;
+}
+
+TEST_F(FileRead, ReadsTheBytesInOrderWhateverTheRequests) {
+  Write(Noise(300001));
+  for (const int request : {1, 7, 2352, 16384, 32768, 32769, 100000, 400000}) {
+    auto reader = Open();
+    std::string all;
+    for (std::string piece = Read(*reader, request); !piece.empty();
+         piece = Read(*reader, request)) {
+      all += piece;
+      ASSERT_EQ(reader->GetPosition(), static_cast<int64_t>(all.size()));
+    }
+    EXPECT_TRUE(all == content) << request;
+  }
+}
+
+TEST_F(FileRead, TellsTheSize) {
+  for (const size_t size : {size_t{0}, size_t{1}, size_t{100000}}) {
+    Write(std::string(size, 'x'));
+    auto reader = Open();
+    EXPECT_TRUE(reader->IsOpen());
+    EXPECT_EQ(reader->GetSize(), static_cast<int64_t>(size));
+    EXPECT_EQ(reader->GetPosition(), 0);
+  }
+}
+
+TEST_F(FileRead, AMissingFileGivesAReaderThatAnswersNothing) {
+  YDK_FileRead reader(folder.File("none.bin").c_str());
+  EXPECT_FALSE(reader.IsOpen());
+  EXPECT_TRUE(reader.SetPosition(0)) << "true tells of the failure";
+  EXPECT_TRUE(reader.SetPosition(5));
+  EXPECT_EQ(reader.GetSize(), -1);
+  EXPECT_EQ(reader.GetPosition(), -1);
+  char byte = 'x';
+  EXPECT_EQ(reader.Read(&byte, 1), 0);
+  EXPECT_EQ(byte, 'x');
+}
+
+TEST_F(FileRead, OpensForReadingOnly) {
+  Write("x");
+  SystemCalls calls;
+  auto reader = Open();
+  EXPECT_EQ(calls.Last(Call::kOpen).size, O_RDONLY | O_CLOEXEC);
+  EXPECT_FALSE(StartedProgramInherits(path));
+}
+
+struct SeekCase {
+  int64_t to;
+  int64_t position;
+};
+
+class Seeking : public FileRead, public testing::WithParamInterface<SeekCase> {};
+
+TEST_P(Seeking, StaysInsideTheFile) {
+  Write(Noise(1000));
+  auto reader = Open();
+  Read(*reader, 10);
+  EXPECT_FALSE(reader->SetPosition(GetParam().to));
+  EXPECT_EQ(reader->GetPosition(), GetParam().position);
+  EXPECT_EQ(Read(*reader, 2000), content.substr(static_cast<size_t>(GetParam().position)));
+  EXPECT_EQ(Read(*reader, 1), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Clamps, Seeking,
+                         testing::Values(SeekCase{-5, 0}, SeekCase{INT64_MIN, 0}, SeekCase{0, 0},
+                                         SeekCase{10, 10}, SeekCase{999, 999}, SeekCase{1000, 1000},
+                                         SeekCase{1001, 1000}, SeekCase{INT64_MAX, 1000}));
+
+TEST_F(FileRead, ReadsUpToTheEndAndThenNothing) {
+  Write(Noise(100));
+  auto reader = Open();
+  reader->SetPosition(90);
+  EXPECT_EQ(Read(*reader, 50), content.substr(90));
+  EXPECT_EQ(Read(*reader, 50), "");
+  EXPECT_EQ(reader->GetPosition(), 100);
+}
+
+TEST_F(FileRead, RequestsOfNoBytesReachNoFile) {
+  Write(Noise(100));
+  auto reader = Open();
+  SystemCalls calls;
+  char byte = 'x';
+  EXPECT_EQ(reader->Read(&byte, 0), 0);
+  EXPECT_EQ(reader->Read(&byte, -1), 0);
+  EXPECT_EQ(calls.SystemCallCount(), 0);
+}
+
+TEST_F(FileRead, AfterASeekTheFirstFillIsWholeAndHalfInTurn) {
+  Write(Noise(1000000));
+  auto reader = Open();
+  SystemCalls calls;
+  for (int i = 0; i < 8; ++i) {
+    ASSERT_FALSE(reader->SetPosition(100000 * (i + 1)));
+    Read(*reader, 1);
+  }
+  const std::vector<int64_t> fills = Fills(calls);
+  ASSERT_EQ(fills.size(), 8u);
+  EXPECT_EQ(fills[0] + fills[1], kFill + kStaggeredFill);
+  for (size_t i = 2; i < fills.size(); ++i) EXPECT_EQ(fills[i], fills[i - 2]) << i;
+  for (const int64_t fill : fills) EXPECT_TRUE(fill == kFill || fill == kStaggeredFill);
+}
+
+TEST_F(FileRead, TheTurnIsSharedByAllReaders) {
+  Write(Noise(1000000));
+  auto first = Open();
+  auto second = Open();
+  SystemCalls calls;
+  for (int i = 1; i <= 4; ++i) {
+    (i % 2 != 0 ? first : second)->SetPosition(100000 * i);
+    Read(i % 2 != 0 ? *first : *second, 1);
+  }
+  const std::vector<int64_t> fills = Fills(calls);
+  ASSERT_EQ(fills.size(), 4u);
+  EXPECT_NE(fills[0], fills[1]);
+  EXPECT_EQ(fills[0], fills[2]);
+  EXPECT_EQ(fills[1], fills[3]);
+}
+
+/// The first two fills of a process, told by its exit status.
+[[noreturn]] void ExitTellingTheFirstFills() {
+  bool as_ruled = false;
+  {
+    fake_host::TempFolder own;
+    fake_host::WriteText(own.File("disc.bin"), std::string(100000, 'x'));
+    YDK_FileRead first(own.File("disc.bin").c_str());
+    YDK_FileRead second(own.File("disc.bin").c_str());
+    SystemCalls calls;
+    Read(first, 1);
+    Read(second, 1);
+    as_ruled = Fills(calls) == std::vector<int64_t>{kFill, kStaggeredFill};
+  }
+  _exit(as_ruled ? 7 : 1);
+}
+
+TEST(FileReadDeathTest, TheTurnBeginsWithAWholeFill) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process in which nothing has been read
+  EXPECT_EXIT(ExitTellingTheFirstFills(), testing::ExitedWithCode(7), "");
+}
+
+TEST_F(FileRead, FillsThatFollowOnAreWhole) {
+  Write(Noise(200000));
+  auto reader = Open();
+  SystemCalls calls;
+  Read(*reader, 150000);
+  const auto fills = calls.Records(Call::kPread);
+  ASSERT_GE(fills.size(), 5u);
+  int64_t offset = 0;
+  for (size_t i = 0; i < fills.size(); ++i) {
+    EXPECT_EQ(fills[i].offset, offset);
+    offset += fills[i].size;
+    if (i > 0) {
+      EXPECT_EQ(fills[i].size, kFill);
+    }
+    EXPECT_EQ(fills[i].length % 8192, 0) << "the block is not aligned";
+  }
+}
+
+TEST_F(FileRead, ASeekInsideTheBufferReachesNoFile) {
+  Write(Noise(200000));
+  auto reader = Open();
+  reader->SetPosition(50000);
+  Read(*reader, 100);
+  SystemCalls calls;
+  const int64_t last = 50000 + kStaggeredFill - 1;  // the shorter of the two fills
+  for (const int64_t to : {int64_t{50000}, int64_t{50001}, last, int64_t{60000}, int64_t{50000}}) {
+    ASSERT_FALSE(reader->SetPosition(to));
+    EXPECT_EQ(reader->GetPosition(), to);
+    EXPECT_EQ(Read(*reader, 1), content.substr(static_cast<size_t>(to), 1));
+  }
+  EXPECT_EQ(calls.SystemCallCount(), 0);
+}
+
+TEST_F(FileRead, TheByteBeforeAndTheByteAfterTheBufferAreReadAnew) {
+  Write(Noise(200000));
+  for (const bool before : {true, false}) {
+    SystemCalls calls;
+    auto reader = Open();
+    reader->SetPosition(50000);
+    Read(*reader, 100);
+    const int64_t to = before ? 49999 : 50000 + calls.Last(Call::kPread).size;
+    calls.Forget();
+    ASSERT_FALSE(reader->SetPosition(to));
+    EXPECT_EQ(Read(*reader, 1), content.substr(static_cast<size_t>(to), 1));
+    ASSERT_EQ(calls.Count(Call::kPread), 1);
+    EXPECT_EQ(calls.Last(Call::kPread).offset, to);
+  }
+}
+
+TEST_F(FileRead, AfterASeekInsideTheBufferTheNextFillFollowsTheBuffer) {
+  Write(Noise(200000));
+  SystemCalls calls;
+  auto reader = Open();
+  Read(*reader, 100);
+  const int64_t end = calls.Last(Call::kPread).size;
+  reader->SetPosition(10);
+  calls.Forget();
+  EXPECT_EQ(Read(*reader, 40000), content.substr(10, 40000));
+  ASSERT_FALSE(calls.Records(Call::kPread).empty());
+  EXPECT_EQ(calls.Records(Call::kPread)[0].offset, end);
+  EXPECT_EQ(calls.Records(Call::kPread)[0].size, kFill) << "such a seek staggers nothing";
+}
+
+TEST_F(FileRead, ASeekToThePositionItHasChangesNothing) {
+  Write(Noise(200000));
+  auto reader = Open();
+  Read(*reader, 100);
+  SystemCalls calls;
+  ASSERT_FALSE(reader->SetPosition(100));
+  EXPECT_EQ(Read(*reader, 100), content.substr(100, 100));
+  EXPECT_EQ(calls.SystemCallCount(), 0);
+}
+
+TEST_F(FileRead, AnyMixOfSeeksAndReadsGivesTheFilesBytes) {
+  Write(Noise(150000));
+  std::mt19937 random(11);
+  auto reader = Open();
+  int64_t position = 0;
+  for (int i = 0; i < 3000; ++i) {
+    if (random() % 2 != 0) {
+      const int64_t reach = random() % 2 != 0 ? 170000 : 20000;
+      int64_t to = static_cast<int64_t>(random() % static_cast<unsigned>(reach));
+      if (reach == 20000) to += position - 10000;
+      ASSERT_FALSE(reader->SetPosition(to));
+      position = std::clamp<int64_t>(to, 0, 150000);
+    }
+    const int count = static_cast<int>(random() % (random() % 8 == 0 ? 70000 : 3000));
+    ASSERT_EQ(reader->GetPosition(), position);
+    const std::string piece = Read(*reader, count);
+    ASSERT_TRUE(piece == content.substr(static_cast<size_t>(position), static_cast<size_t>(count)))
+        << i << " at " << position;
+    position += static_cast<int64_t>(piece.size());
+  }
+}
+
+TEST_F(FileRead, HoldsASharedLockWhileOpen) {
+  Write("x");
+  {
+    auto first = Open();
+    auto second = Open();
+    EXPECT_TRUE(first->IsOpen() && second->IsOpen());
+    EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_SH));
+    EXPECT_FALSE(AnotherProcessCanLock(path, LOCK_EX));
+  }
+  EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_EX));
+}
+
+TEST_F(FileRead, LocksWithoutWaitingAndUnlocks) {
+  Write("x");
+  SystemCalls calls;
+  Open().reset();
+  const auto locks = calls.Records(Call::kFlock);
+  ASSERT_EQ(locks.size(), 2u);
+  EXPECT_EQ(locks[0].size, LOCK_SH | LOCK_NB);
+  EXPECT_EQ(locks[1].size, LOCK_UN);
+}
+
+TEST_F(FileRead, FollowsTheSizeOfAFileThatAnotherProcessWrites) {
+  Write(Noise(1000));
+  LockHolder writer(path, LOCK_EX);
+  auto reader = Open();
+  ASSERT_TRUE(reader->IsOpen());
+  EXPECT_EQ(reader->GetSize(), 1000);
+  Write(Noise(5000));
+  EXPECT_FALSE(reader->SetPosition(4000));
+  EXPECT_EQ(reader->GetPosition(), 4000) << "the size was not read again before the seek";
+  EXPECT_EQ(Read(*reader, 2000), content.substr(4000));
+  EXPECT_EQ(reader->GetSize(), 5000);
+
+  SystemCalls calls;
+  Read(*reader, 1);
+  EXPECT_EQ(calls.Count(Call::kFstat), 1);
+  reader->SetPosition(3);
+  EXPECT_EQ(calls.Count(Call::kFstat), 2);
+  calls.Fail(Call::kFstat, EIO);
+  EXPECT_EQ(reader->GetSize(), 5000) << "the last size known";
+  calls.Forget();
+  reader.reset();
+  EXPECT_EQ(calls.Count(Call::kFlock), 0) << "there is no lock to release";
+}
+
+TEST_F(FileRead, ReadsTheSizeOnceWhenItHoldsTheLock) {
+  Write(Noise(1000));
+  auto reader = Open();
+  Write(Noise(5000));
+  SystemCalls calls;
+  EXPECT_EQ(reader->GetSize(), 1000);
+  reader->SetPosition(4000);
+  EXPECT_EQ(reader->GetPosition(), 1000);
+  EXPECT_EQ(calls.Count(Call::kFstat), 0);
+}
+
+class UnbufferedRead : public FileRead {
+ protected:
+  UnbufferedRead() {
+    calls.Fail(Call::kRealloc, ENOMEM);
+    calls.Fail(Call::kMalloc, ENOMEM);
+  }
+  SystemCalls calls;
+};
+
+TEST_F(UnbufferedRead, AsksTheFileForEveryRequest) {
+  Write(Noise(1000));
+  auto reader = Open();
+  EXPECT_EQ(Read(*reader, 10), content.substr(0, 10));
+  EXPECT_EQ(Read(*reader, 10), content.substr(10, 10));
+  EXPECT_FALSE(reader->SetPosition(500));
+  EXPECT_EQ(Read(*reader, 2000), content.substr(500));
+  EXPECT_EQ(Read(*reader, 1), "");
+  EXPECT_EQ(Fills(calls), (std::vector<int64_t>{10, 10, 2000, 1}));
+  EXPECT_EQ(reader->GetPosition(), 1000);
+}
+
+TEST_F(UnbufferedRead, AFailedOneMovesThePositionBackByOne) {
+  Write(Noise(1000));
+  auto reader = Open();
+  Read(*reader, 10);
+  calls.Fail(Call::kPread, EIO, 2, 3);
+  char byte = 'x';
+  EXPECT_EQ(reader->Read(&byte, 1), -1);
+  EXPECT_EQ(reader->GetPosition(), 9);
+  EXPECT_EQ(reader->Read(&byte, 1), -1);
+  EXPECT_EQ(reader->GetPosition(), 8);
+  // The position in the file has not moved: the next byte is the one after those read.
+  EXPECT_EQ(Read(*reader, 1), content.substr(10, 1));
+  EXPECT_EQ(reader->GetPosition(), 9);
+}
+
+TEST_F(FileRead, AFailedFillEndsTheRequestWithWhatThereIs) {
+  Write(Noise(200000));
+  auto reader = Open();
+  SystemCalls calls;
+  calls.Fail(Call::kPread, EIO, 2, 2);
+  const std::string piece = Read(*reader, 100000);
+  EXPECT_EQ(static_cast<int64_t>(piece.size()), calls.Records(Call::kPread)[0].size);
+  EXPECT_TRUE(piece == content.substr(0, piece.size()));
+  EXPECT_EQ(reader->GetPosition(), static_cast<int64_t>(piece.size()));
+  EXPECT_EQ(Read(*reader, 10), content.substr(piece.size(), 10)) << "reading goes on afterwards";
+}
+
+TEST_F(FileRead, AFailedFirstFillGivesNothing) {
+  Write(Noise(1000));
+  auto reader = Open();
+  SystemCalls calls;
+  calls.Fail(Call::kPread, EIO);
+  char byte = 'x';
+  EXPECT_EQ(reader->Read(&byte, 1), 0);
+  EXPECT_EQ(reader->GetPosition(), 0);
+}
+
+TEST_F(FileRead, ShortFillsAreContinued) {
+  Write(Noise(100000));
+  auto reader = Open();
+  SystemCalls calls;
+  calls.Shorten(Call::kPread, 1, 13);
+  EXPECT_TRUE(Read(*reader, 70000) == content.substr(0, 70000));
+  EXPECT_EQ(calls.Records(Call::kPread)[1].offset, 13);
+}
+
+TEST_F(FileRead, WithoutAnEndToSeekToTheSizeIsZero) {
+  Write(Noise(1000));
+  SystemCalls calls;
+  calls.Fail(Call::kLseek, ESPIPE, 1, 1);
+  auto reader = Open();
+  EXPECT_TRUE(reader->IsOpen());
+  EXPECT_EQ(reader->GetSize(), 0);
+}
+
+/// The advice given, as (advice, offset, length).
+std::vector<CallRecord> Advice(const SystemCalls& calls, int advice) {
+  std::vector<CallRecord> records;
+  for (const CallRecord& record : calls.Records(Call::kFadvise)) {
+    if (record.size == advice) records.push_back(record);
+  }
+  return records;
+}
+
+TEST_F(FileRead, GivesPagesOfALocalFileBackInWholeStepsBehindIt) {
+  Write("");
+  ASSERT_EQ(truncate(path.c_str(), 3 * kStep), 0);
+  SystemCalls calls;
+  calls.PretendFileSystem(kExt4);
+  auto reader = Open();
+  ASSERT_EQ(Advice(calls, POSIX_FADV_SEQUENTIAL).size(), 1u);
+  std::vector<char> piece(2352 * 13);
+  int64_t given_back = 0;
+  while (reader->Read(piece.data(), static_cast<int>(piece.size())) > 0) {
+    const auto advice = Advice(calls, POSIX_FADV_DONTNEED);
+    int64_t end = 0;
+    for (const CallRecord& record : advice) {
+      EXPECT_EQ(record.offset % kStep, 0);
+      EXPECT_EQ(record.length % kStep, 0);
+      EXPECT_GT(record.length, 0);
+      EXPECT_EQ(record.offset, end) << "a step was left out";
+      end = record.offset + record.length;
+    }
+    const CallRecord last = calls.Last(Call::kPread);
+    ASSERT_LE(end, last.offset + last.result) << "pages ahead of the position were given back";
+    given_back = end;
+  }
+  EXPECT_GE(given_back, 2 * kStep);
+  EXPECT_LE(Advice(calls, POSIX_FADV_DONTNEED).size(), 3u);
+}
+
+TEST_F(FileRead, GivesNothingBackOfAFileThatWasJumpedOver) {
+  Write("");
+  ASSERT_EQ(truncate(path.c_str(), 8 * kStep), 0);
+  SystemCalls calls;
+  calls.PretendFileSystem(kExt4);
+  auto reader = Open();
+  Read(*reader, 100);
+  reader->SetPosition(7 * kStep + 100);
+  Read(*reader, 100);
+  for (const CallRecord& record : Advice(calls, POSIX_FADV_DONTNEED)) {
+    EXPECT_LE(record.offset + record.length, 7 * kStep + 100 + kFill);
+  }
+}
+
+struct FileSystemCase {
+  uint32_t magic;
+  bool local;
+};
+
+class ReadCaching : public FileRead, public testing::WithParamInterface<FileSystemCase> {};
+
+TEST_P(ReadCaching, IsLeftToTheSystemOnTheNetwork) {
+  Write(Noise(1000));
+  SystemCalls calls;
+  calls.PretendFileSystem(GetParam().magic);
+  auto reader = Open();
+  Read(*reader, 1000);
+  EXPECT_EQ(calls.Count(Call::kFadvise) > 0, GetParam().local) << std::hex << GetParam().magic;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    FileSystems, ReadCaching,
+    testing::Values(FileSystemCase{kExt4, true}, FileSystemCase{0x01021994, true},
+                    FileSystemCase{0x58465342, true}, FileSystemCase{0x9123683E, true},
+                    FileSystemCase{0x6969, false}, FileSystemCase{0x517B, false},
+                    FileSystemCase{0xFF534D42, false}, FileSystemCase{0xFE534D42, false},
+                    FileSystemCase{0x00C36400, false}, FileSystemCase{0x5346414F, false},
+                    FileSystemCase{0x6B414653, false}, FileSystemCase{0x73757245, false},
+                    FileSystemCase{0x01021997, false}, FileSystemCase{0x564C, false},
+                    FileSystemCase{0x7461636F, false}, FileSystemCase{0x01161970, false},
+                    FileSystemCase{0x0BD00BD0, false}, FileSystemCase{0x65735546, false}));
+
+TEST_F(FileRead, AFileSystemThatCannotBeAskedCountsAsLocal) {
+  Write(Noise(1000));
+  SystemCalls calls;
+  calls.Fail(Call::kFstatfs, EIO);
+  auto reader = Open();
+  EXPECT_GT(calls.Count(Call::kFadvise), 0);
+}
+
+TEST_F(FileRead, NoFailingCallLeavesADescriptorOpen) {
+  Write(Noise(100000));
+  const int before = fake_host::OpenDescriptors();
+  for (const Call call : {Call::kOpen, Call::kFlock, Call::kFstat, Call::kFstatfs, Call::kPread,
+                          Call::kLseek, Call::kFadvise, Call::kRealloc, Call::kMalloc}) {
+    for (int nth = 1;; ++nth) {
+      SystemCalls calls;
+      calls.Fail(call, EIO, nth, nth);
+      {
+        auto reader = Open();
+        std::vector<char> piece(60000);
+        reader->SetPosition(5);
+        reader->Read(piece.data(), 60000);
+        reader->SetPosition(90000);
+        reader->Read(piece.data(), 60000);
+      }
+      EXPECT_EQ(fake_host::OpenDescriptors(), before);
+      if (calls.Count(call) < nth) break;
+      ASSERT_LT(nth, 30);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace support_test

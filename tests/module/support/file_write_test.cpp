@@ -1,0 +1,458 @@
+#include "module/support/file_write.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <climits>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "abi/host_functions.h"
+#include "tests/fake_host/files.h"
+#include "tests/module/support/other_process.h"
+#include "tests/module/support/system_calls.h"
+
+namespace support_test {
+namespace {
+
+using fake_host::Noise;
+using fake_host::ReadText;
+using fake_host::WriteText;
+
+using Reports = std::vector<std::pair<int, int>>;
+Reports g_reports;
+
+/// Parameters of a writer; those of the CD image unless said otherwise.
+struct Options {
+  int async_mode = 0;
+  int block_size = 8192;
+  int min_blocks = 16;
+  int max_blocks = 16;
+  bool append = false;
+  bool no_lock = false;
+};
+
+constexpr Options kUnbuffered{.min_blocks = 1};
+constexpr Options kAppending{.append = true};
+constexpr Options kUnlocked{.no_lock = true};
+constexpr Options kSmallestBuffer{.min_blocks = 2};
+
+class FileWrite : public testing::Test {
+ protected:
+  FileWrite() {
+    g_reports.clear();
+    update_disk_counters = [](int read, int written) { g_reports.emplace_back(read, written); };
+  }
+  ~FileWrite() override { update_disk_counters = nullptr; }
+
+  std::unique_ptr<YDK_FileWrite> Open(const Options& o = {}) {
+    return std::make_unique<YDK_FileWrite>(path.c_str(), o.async_mode, o.block_size, o.min_blocks,
+                                           o.max_blocks, o.append, o.no_lock);
+  }
+
+  fake_host::TempFolder folder;
+  const std::string path = folder.File("disc.bin");
+};
+
+int Put(YDK_FileWrite& writer, const std::string& bytes) {
+  return writer.Write(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+TEST_F(FileWrite, CreatesTheFileForWritingOnly) {
+  const mode_t mask = umask(0);
+  SystemCalls calls;
+  auto writer = Open();
+  umask(mask);
+  ASSERT_GE(writer->fd, 0);
+  EXPECT_EQ(calls.Count(Call::kOpen), 1);
+  EXPECT_EQ(calls.Last(Call::kOpen).size, O_WRONLY | O_CREAT | O_CLOEXEC);
+  struct stat status {};
+  ASSERT_EQ(stat(path.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0644u);
+  EXPECT_EQ(writer->GetPosition(), 0);
+}
+
+TEST_F(FileWrite, ANullNameLeavesItClosed) {
+  SystemCalls calls;
+  YDK_FileWrite writer(nullptr, 0, 8192, 16, 16, false, false);
+  EXPECT_EQ(writer.fd, -1);
+  EXPECT_EQ(writer.GetPosition(), -1);
+  EXPECT_EQ(calls.SystemCallCount(), 0);
+  EXPECT_EQ(calls.Count(Call::kRealloc) + calls.Count(Call::kMalloc), 0);
+}
+
+TEST_F(FileWrite, AMissingFolderLeavesItClosed) {
+  YDK_FileWrite writer(folder.File("none/disc.bin").c_str(), 0, 8192, 16, 16, false, false);
+  EXPECT_EQ(writer.fd, -1);
+  EXPECT_EQ(writer.GetPosition(), -1);
+}
+
+const std::string kOldBytes(100, 'x');
+
+TEST_F(FileWrite, StartsOverUnlessItAppends) {
+  WriteText(path, kOldBytes);
+  Open().reset();
+  EXPECT_EQ(ReadText(path), "");
+}
+
+TEST_F(FileWrite, AppendingContinuesAtTheEnd) {
+  WriteText(path, kOldBytes);
+  {
+    auto writer = Open(kAppending);
+    EXPECT_EQ(writer->GetPosition(), 100);
+    Put(*writer, "0123456789");
+    EXPECT_EQ(writer->GetPosition(), 110);
+  }
+  EXPECT_EQ(ReadText(path), kOldBytes + "0123456789");
+}
+
+TEST_F(FileWrite, AppendingWithoutKnowingTheSizeStartsAtTheBeginning) {
+  WriteText(path, kOldBytes);
+  {
+    SystemCalls calls;
+    calls.Fail(Call::kFstat, EIO);
+    auto writer = Open(kAppending);
+    ASSERT_GE(writer->fd, 0);
+    EXPECT_EQ(writer->GetPosition(), 0);
+    EXPECT_EQ(calls.Count(Call::kFtruncate), 0);
+    Put(*writer, "0123456789");
+  }
+  EXPECT_EQ(ReadText(path), "0123456789" + kOldBytes.substr(10));
+}
+
+TEST_F(FileWrite, AFileThatCannotBeEmptiedIsStillWritten) {
+  WriteText(path, kOldBytes);
+  {
+    SystemCalls calls;
+    calls.Fail(Call::kFtruncate, EIO);
+    auto writer = Open();
+    ASSERT_GE(writer->fd, 0);
+    Put(*writer, "0123456789");
+  }
+  EXPECT_EQ(ReadText(path), "0123456789" + kOldBytes.substr(10));
+}
+
+TEST_F(FileWrite, KeepsASecondWriterOffAndTheFileWhole) {
+  auto first = Open(kUnbuffered);
+  Put(*first, "frames");
+  {
+    auto second = Open();
+    EXPECT_EQ(second->fd, -1);
+    EXPECT_EQ(second->GetPosition(), -1);
+  }
+  EXPECT_EQ(ReadText(path), "frames");
+  EXPECT_FALSE(AnotherProcessCanLock(path, LOCK_SH));
+  first.reset();
+  EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_EX));
+  EXPECT_GE(Open()->fd, 0);
+}
+
+TEST_F(FileWrite, LeavesAloneWhatAnotherProcessHasLocked) {
+  WriteText(path, "frames");
+  {
+    LockHolder other(path, LOCK_SH);
+    EXPECT_EQ(Open()->fd, -1);
+    EXPECT_EQ(Open(kAppending)->fd, -1);
+  }
+  EXPECT_EQ(ReadText(path), "frames");
+}
+
+TEST_F(FileWrite, WithoutALockWritesWhatOthersHaveLocked) {
+  WriteText(path, "frames");
+  LockHolder other(path, LOCK_EX);
+  SystemCalls calls;
+  {
+    auto writer = Open(kUnlocked);
+    ASSERT_GE(writer->fd, 0);
+    Put(*writer, "other");
+  }
+  EXPECT_EQ(calls.Count(Call::kFlock), 0);
+  EXPECT_EQ(ReadText(path), "other");
+}
+
+TEST_F(FileWrite, LocksExclusivelyWithoutWaitingAndUnlocks) {
+  SystemCalls calls;
+  Open().reset();
+  const auto locks = calls.Records(Call::kFlock);
+  ASSERT_EQ(locks.size(), 2u);
+  EXPECT_EQ(locks[0].size, LOCK_EX | LOCK_NB);
+  EXPECT_EQ(locks[1].size, LOCK_UN);
+}
+
+TEST_F(FileWrite, AFileSystemWithoutExclusiveLocksGetsASharedOne) {
+  for (const int error : {ENOLCK, EINVAL, EINTR, EOPNOTSUPP, EBADF}) {
+    SystemCalls calls;
+    calls.Fail(Call::kFlock, error, 1, 1);
+    auto writer = Open();
+    EXPECT_GE(writer->fd, 0) << error;
+    EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_SH));
+    EXPECT_FALSE(AnotherProcessCanLock(path, LOCK_EX));
+    calls.Forget();
+    calls.Fail(Call::kFlock, 0, 0, -1);
+    writer.reset();
+    ASSERT_EQ(calls.Count(Call::kFlock), 1) << error;
+    EXPECT_EQ(calls.Last(Call::kFlock).size, LOCK_UN);
+  }
+}
+
+TEST_F(FileWrite, AFileSystemWithoutAnyLocksIsWrittenWithoutOne) {
+  // Even "would block" from the shared attempt leaves the file open.
+  for (const int second_error : {ENOLCK, EWOULDBLOCK}) {
+    SystemCalls calls;
+    calls.Fail(Call::kFlock, second_error == ENOLCK ? ENOLCK : ENOSYS);
+    auto writer = Open();
+    EXPECT_GE(writer->fd, 0);
+    const auto locks = calls.Records(Call::kFlock);
+    ASSERT_EQ(locks.size(), 2u);
+    EXPECT_EQ(locks[0].size, LOCK_EX | LOCK_NB);
+    EXPECT_EQ(locks[1].size, LOCK_SH | LOCK_NB);
+    calls.Forget();
+    Put(*writer, "frames");
+    writer.reset();
+    EXPECT_EQ(calls.Count(Call::kFlock), 0) << "nothing is held that could be released";
+    EXPECT_EQ(ReadText(path), "frames");
+  }
+}
+
+TEST_F(FileWrite, AHeldLockIsNotTriedAgainAsAShared) {
+  SystemCalls calls;
+  calls.Fail(Call::kFlock, EWOULDBLOCK);
+  EXPECT_EQ(Open()->fd, -1);
+  EXPECT_EQ(calls.Count(Call::kFlock), 1);
+  EXPECT_EQ(calls.Count(Call::kFtruncate), 0);
+}
+
+TEST_F(FileWrite, SwitchingCachingOffChangesNoCallHere) {
+  std::vector<int> counts;
+  for (const int async_mode : {0, 1, 2, 3}) {
+    SystemCalls calls;
+    auto writer = Open({.async_mode = async_mode});
+    Put(*writer, Noise(200000));
+    writer.reset();
+    EXPECT_EQ(calls.Count(Call::kFcntl) + calls.Count(Call::kFadvise), 0);
+    counts.push_back(calls.SystemCallCount());
+    EXPECT_EQ(ReadText(path), Noise(200000));
+  }
+  EXPECT_EQ(counts, std::vector<int>(4, counts[0]));
+}
+
+TEST_F(FileWrite, IsNotInheritedByStartedPrograms) {
+  const int inheritable = open(path.c_str(), O_RDONLY | O_CREAT, 0644);
+  EXPECT_TRUE(StartedProgramInherits(path)) << "the look-up itself does not work";
+  close(inheritable);
+  auto writer = Open();
+  EXPECT_FALSE(StartedProgramInherits(path));
+}
+
+struct BufferCase {
+  int block_size;
+  int min_blocks;
+  int64_t buffer;  ///< bytes, 0: unbuffered
+};
+
+class WriteBuffer : public FileWrite, public testing::WithParamInterface<BufferCase> {};
+
+TEST_P(WriteBuffer, IsWrittenWhenFull) {
+  const BufferCase& c = GetParam();
+  auto writer = Open({.block_size = c.block_size, .min_blocks = c.min_blocks, .max_blocks = 1});
+  SystemCalls calls;
+  if (c.buffer == 0) {
+    EXPECT_EQ(writer->Write("x", 1), 1);
+    EXPECT_EQ(calls.Count(Call::kPwrite), 1);
+    return;
+  }
+  const std::string all_but_one = Noise(static_cast<size_t>(c.buffer) - 1);
+  Put(*writer, all_but_one);
+  EXPECT_EQ(calls.Count(Call::kPwrite), 0);
+  writer->Write("x", 1);
+  EXPECT_EQ(calls.Count(Call::kPwrite), 1);
+  EXPECT_EQ(calls.Last(Call::kPwrite).size, c.buffer);
+  EXPECT_EQ(ReadText(path), all_but_one + "x");
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, WriteBuffer,
+                         testing::Values(BufferCase{4096, 3, 0}, BufferCase{16383, 1, 0},
+                                         BufferCase{8192, 2, 16384}, BufferCase{5000, 4, 20480},
+                                         BufferCase{16385, 1, 20480}, BufferCase{8192, 16, 131072},
+                                         BufferCase{0, 0, 0}, BufferCase{-8192, 16, 0},
+                                         BufferCase{8192, -16, 0}));
+
+TEST_F(FileWrite, ABufferBeyondAnIntDoesNotOverflow) {
+  for (const auto& [size, blocks] : {std::pair{65536, 65536},
+                                     {INT_MAX, INT_MAX},
+                                     {INT_MAX, 1},
+                                     {46341, 46341},
+                                     {INT_MAX - 4094, 1}}) {
+    {
+      SystemCalls calls;
+      calls.Fail(Call::kRealloc, ENOMEM);
+      calls.Fail(Call::kMalloc, ENOMEM);
+      auto writer = Open({.block_size = size, .min_blocks = blocks});
+      ASSERT_GE(writer->fd, 0);
+      Put(*writer, "frames");
+    }
+    EXPECT_EQ(ReadText(path), "frames");
+  }
+}
+
+TEST_F(FileWrite, WithoutMemoryForItsBufferWritesAtOnce) {
+  SystemCalls calls;
+  calls.Fail(Call::kRealloc, ENOMEM);
+  calls.Fail(Call::kMalloc, ENOMEM);
+  auto writer = Open();
+  ASSERT_GE(writer->fd, 0);
+  EXPECT_EQ(Put(*writer, "frames"), 6);
+  EXPECT_EQ(calls.Count(Call::kPwrite), 1);
+  EXPECT_EQ(ReadText(path), "frames");
+}
+
+TEST_F(FileWrite, OneLongWriteFlushesOnceAndKeepsTheRest) {
+  const std::string bytes = Noise(200000);
+  SystemCalls calls;
+  auto writer = Open();
+  EXPECT_EQ(Put(*writer, bytes), 200000);
+  ASSERT_EQ(calls.Count(Call::kPwrite), 1);
+  EXPECT_EQ(calls.Last(Call::kPwrite).size, 131072);
+  EXPECT_EQ(writer->GetPosition(), 200000);
+  EXPECT_EQ(ReadText(path), bytes.substr(0, 131072));
+  writer.reset();
+  ASSERT_EQ(calls.Count(Call::kPwrite), 2);
+  EXPECT_EQ(calls.Last(Call::kPwrite).size, 68928);
+  EXPECT_EQ(calls.Last(Call::kPwrite).offset, 131072);
+  EXPECT_EQ(ReadText(path), bytes);
+  EXPECT_TRUE(g_reports.empty());
+}
+
+TEST_F(FileWrite, NothingIsWrittenForNoBytes) {
+  SystemCalls calls;
+  auto writer = Open();
+  EXPECT_EQ(writer->Write("x", 0), 0);
+  EXPECT_EQ(writer->Write("x", -7), -7);
+  EXPECT_EQ(writer->Write(nullptr, 0), 0);
+  EXPECT_EQ(writer->GetPosition(), 0);
+  writer.reset();
+  EXPECT_EQ(calls.Count(Call::kPwrite), 0);
+}
+
+TEST_F(FileWrite, AnySequenceOfLengthsGivesTheBytesInOrder) {
+  for (const Options& options : {Options{}, kSmallestBuffer, kUnbuffered}) {
+    std::string expected;
+    {
+      auto writer = Open(options);
+      unsigned seed = 3;
+      for (int i = 0; i < 300; ++i) {
+        seed = seed * 1664525u + 1013904223u;
+        const std::string piece = Noise((seed >> 20) % 3000, seed);
+        EXPECT_EQ(Put(*writer, piece), static_cast<int>(piece.size()));
+        expected += piece;
+        ASSERT_EQ(writer->GetPosition(), static_cast<int64_t>(expected.size()));
+      }
+    }
+    EXPECT_EQ(ReadText(path), expected);
+  }
+}
+
+struct ErrorCase {
+  int error;
+  int code;
+};
+
+class WriteError : public FileWrite, public testing::WithParamInterface<ErrorCase> {};
+
+TEST_P(WriteError, OfAFlushIsToldToTheDiskCountersOnly) {
+  SystemCalls calls;
+  calls.Fail(Call::kPwrite, GetParam().error);
+  auto writer = Open(kSmallestBuffer);
+  EXPECT_EQ(Put(*writer, Noise(16384 * 3 + 5)), 16384 * 3 + 5);
+  EXPECT_EQ(g_reports, Reports(3, {0, GetParam().code}));
+  EXPECT_EQ(writer->GetPosition(), 5) << "what did not land is dropped";
+  writer.reset();
+  EXPECT_EQ(g_reports.size(), 3u) << "the last flush is silent";
+  EXPECT_EQ(ReadText(path), "");
+}
+
+TEST_P(WriteError, OfAnUnbufferedWriteIsReturnedToo) {
+  SystemCalls calls;
+  calls.Fail(Call::kPwrite, GetParam().error, 2, 2);
+  auto writer = Open(kUnbuffered);
+  EXPECT_EQ(Put(*writer, "pre"), 3);
+  EXPECT_EQ(Put(*writer, "gap"), -1);
+  EXPECT_EQ(g_reports, (Reports{{0, GetParam().code}}));
+  EXPECT_EQ(writer->GetPosition(), 3);
+  EXPECT_EQ(Put(*writer, "index"), 5);
+  EXPECT_EQ(ReadText(path), "preindex");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Codes, WriteError,
+    testing::Values(ErrorCase{ENOSPC, kDiskOutOfSpace}, ErrorCase{EDQUOT, kDiskOutOfSpace},
+                    ErrorCase{EIO, kDiskOtherError}, ErrorCase{EFBIG, kDiskOtherError},
+                    ErrorCase{EBADF, kDiskOtherError}, ErrorCase{EINTR, kDiskOtherError},
+                    ErrorCase{EPERM, kDiskOtherError}));
+
+TEST_F(FileWrite, TheFailureCodesAreThoseOfTheHost) {
+  EXPECT_EQ(kDiskOutOfSpace, -101010111);
+  EXPECT_EQ(kDiskOtherError, -101010110);
+}
+
+TEST_F(FileWrite, AfterAShortFlushLaterBytesFollowWhatLanded) {
+  const std::string bytes = Noise(16384 * 2);
+  SystemCalls calls;
+  for (const int landed : {0, 1, 16383}) {
+    g_reports.clear();
+    calls.Forget();
+    calls.Shorten(Call::kPwrite, 1, landed);
+    auto writer = Open(kSmallestBuffer);
+    EXPECT_EQ(Put(*writer, bytes), 16384 * 2);
+    EXPECT_EQ(g_reports, (Reports{{0, kDiskOutOfSpace}}));
+    EXPECT_EQ(calls.Last(Call::kPwrite).offset, landed);
+    writer.reset();
+    EXPECT_EQ(ReadText(path), bytes.substr(0, static_cast<size_t>(landed)) + bytes.substr(16384));
+  }
+}
+
+TEST_F(FileWrite, AShortUnbufferedWriteSaysHowMuchLanded) {
+  SystemCalls calls;
+  calls.Shorten(Call::kPwrite, 1, 2);
+  auto writer = Open(kUnbuffered);
+  EXPECT_EQ(Put(*writer, "abcdef"), 2);
+  EXPECT_EQ(writer->GetPosition(), 2);
+  EXPECT_EQ(g_reports, (Reports{{0, kDiskOutOfSpace}}));
+  EXPECT_EQ(Put(*writer, "XY"), 2);
+  EXPECT_EQ(ReadText(path), "abXY");
+}
+
+TEST_F(FileWrite, AFullDeviceIsReportedOncePerFlush) {
+  YDK_FileWrite writer("/dev/full", 0, 8192, 2, 16, false, true);
+  if (writer.fd < 0) GTEST_SKIP() << "no /dev/full";
+  EXPECT_EQ(Put(writer, Noise(16384 * 2)), 16384 * 2);
+  EXPECT_EQ(g_reports, Reports(2, {0, kDiskOutOfSpace}));
+}
+
+TEST_F(FileWrite, NoFailingCallLeavesADescriptorOpen) {
+  const int before = fake_host::OpenDescriptors();
+  for (const Call call : {Call::kOpen, Call::kFlock, Call::kFtruncate, Call::kFstat, Call::kPwrite,
+                          Call::kRealloc, Call::kMalloc}) {
+    for (const int error : {EIO, EWOULDBLOCK, ENOSPC}) {
+      for (int nth = 1;; ++nth) {
+        SystemCalls calls;
+        calls.Fail(call, error, nth, nth);
+        for (const bool append : {false, true}) {
+          auto writer = Open({.append = append});
+          Put(*writer, Noise(140000));
+        }
+        if (calls.Count(call) < nth) break;
+        ASSERT_LT(nth, 20);
+      }
+      EXPECT_EQ(fake_host::OpenDescriptors(), before);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace support_test

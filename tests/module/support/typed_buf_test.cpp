@@ -1,0 +1,66 @@
+#include "module/support/typed_buf.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdint>
+
+#include "tests/module/support/system_calls.h"
+
+namespace support_test {
+namespace {
+
+TEST(TypedBuf, CountsElementsNotBytes) {
+  YDK_TypedBuf<double> times;
+  EXPECT_EQ(times.GetSize(), 0);
+  EXPECT_EQ(times.Get(), nullptr);
+  times.Resize(3);
+  ASSERT_NE(times.Get(), nullptr);
+  EXPECT_EQ(times.GetSize(), 3);
+  times.Resize(-1);
+  EXPECT_EQ(times.GetSize(), 0);
+  EXPECT_EQ(times.Get(), nullptr);
+}
+
+TEST(TypedBuf, GrowsByTheRuleOfItsBytes) {
+  SystemCalls calls;
+  YDK_TypedBuf<short> samples(4096);
+  samples.Resize(5000);
+  EXPECT_EQ(calls.Last(Call::kRealloc).size, 12192);
+}
+
+TEST(TypedBuf, KeepsItsElements) {
+  YDK_TypedBuf<int> numbers(16);
+  for (int i = 0; i < 10000; ++i) {
+    ASSERT_NE(numbers.Resize(i + 1, false), nullptr);
+    numbers.Get()[i] = i * 3;
+  }
+  for (int i = 0; i < 10000; ++i) ASSERT_EQ(numbers.Get()[i], i * 3);
+}
+
+TEST(TypedBuf, StaysAsItWasWithoutMemory) {
+  YDK_TypedBuf<double> times(8);
+  times.Resize(1);
+  times.Get()[0] = 2.5;
+  SystemCalls calls;
+  calls.Fail(Call::kRealloc, ENOMEM);
+  calls.Fail(Call::kMalloc, ENOMEM);
+  times.Resize(1000);
+  EXPECT_EQ(times.GetSize(), 1);
+  EXPECT_EQ(times.Get()[0], 2.5);
+}
+
+TEST(TypedBuf, RefusesCountsWhoseBytesAnIntCannotHold) {
+  for (const int count : {INT_MAX, INT_MAX / 8 + 1, 1 << 29, (1 << 29) + 1}) {
+    YDK_TypedBuf<double> times;
+    times.Resize(2);
+    SystemCalls calls;
+    times.Resize(count);
+    EXPECT_EQ(times.GetSize(), 2) << count;
+    EXPECT_EQ(calls.Count(Call::kRealloc) + calls.Count(Call::kMalloc), 0) << count;
+  }
+}
+
+}  // namespace
+}  // namespace support_test

@@ -1,0 +1,211 @@
+// velmor-recorder on the command line: what it makes, what it shows, and what it says when it
+// cannot.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include "tests/tools/emulated_drive/recorder_directory.h"
+
+namespace velmor::recorder {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+class Command : public TwoDrives {
+ protected:
+  /// Runs velmor-recorder in the test's directory, whose drives lie in "drives". Answers its exit
+  /// status; `out` and `err` are what it said.
+  int run(const std::string& arguments) {
+    const std::string line = "cd '" + root.string() +
+                             "' && '" VELMOR_BINARY_DIR "/velmor-recorder' " + arguments +
+                             " >out 2>err </dev/null";
+    const int status = std::system(line.c_str());
+    out = contentOf(root / "out");
+    err = contentOf(root / "err");
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+  Settings settings(std::size_t drive) const { return drives[drive].settings(); }
+
+  std::string out, err;
+};
+
+struct Mistake {
+  const char* name;
+  const char* arguments;
+  const char* said;  // after "velmor-recorder: ", with nothing behind it
+};
+
+class ACommand : public Command, public ::testing::WithParamInterface<Mistake> {};
+
+TEST_P(ACommand, IsRefused) {
+  const std::string before = contentOf(drives[0].settingsFile());
+  EXPECT_EQ(run(GetParam().arguments), 1);
+  EXPECT_EQ(err, "velmor-recorder: " + std::string(GetParam().said) + "\n");
+  EXPECT_EQ(out, "");
+  EXPECT_EQ(contentOf(drives[0].settingsFile()), before);
+  EXPECT_EQ(disc(0).state, DiscState::blank);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Because, ACommand,
+    ::testing::Values(
+        Mistake{"ThereAreDrivesAlready", "create drives",
+                "drives: holds drives already; take another directory"},
+        Mistake{"AFileIsInTheWay", "create err", "err/drive00: cannot be made: Not a directory"},
+        Mistake{"ThereAreNoDrives", "show .", ".: no drives here; \"create\" makes them"},
+        Mistake{"ThereIsNoDirectory", "show nowhere",
+                "nowhere: no drives here; \"create\" makes them"},
+        Mistake{"ThereIsNoSuchDrive", "insert drives 2",
+                "drives: no drive \"2\"; there is drive00, drive01"},
+        Mistake{"ThereIsNoDriveAtAll", "eject . 0",
+                ".: no drive \"0\"; there is none: make some with \"create\""},
+        Mistake{"NoDiscIsThatLong", "insert drives 0 --minutes 90",
+                "--minutes: a disc holds 0 to 89.9 minutes"},
+        Mistake{"NoDiscIsThatShort", "insert drives 0 --minutes=-1",
+                "--minutes: a disc holds 0 to 89.9 minutes"},
+        Mistake{"TheMinutesAreNoNumber", "insert drives 0 --minutes nan",
+                "--minutes: a disc holds 0 to 89.9 minutes"},
+        Mistake{"ASettingHasNoValue", "set drives 0 busy", "\"busy\": a setting reads key=value"},
+        Mistake{"ASwitchIsNeitherOnNorOff", "set drives 0 vendor=ACME busy=maybe",
+                "set: \"busy = maybe\": expected yes or no"},
+        Mistake{"ASectorIsNoNumber", "set drives 0 read-error-at=12x",
+                "set: \"read-error-at = 12x\": expected a whole number"},
+        Mistake{"ADelayIsNegative", "set drives 0 write-delay-ms=-1",
+                "set: \"write-delay-ms = -1\": expected 0 to 60000"},
+        Mistake{"ThePollsAreTooMany", "set drives 0 becoming-ready-polls=1001",
+                "set: \"becoming-ready-polls = 1001\": expected 0 to 1000"},
+        Mistake{"TheDeviceIsNone", "set drives 0 device=/tmp/sr0",
+                "set: \"device = /tmp/sr0\": expected a path below /dev"},
+        Mistake{"ASettingIsUnknown", "set drives 0 colour=red",
+                "set: \"colour = red\": expected device, vendor, product, revision, "
+                "write-error-at, read-error-at, write-delay-ms, becoming-ready-polls, busy or "
+                "deny as the key"},
+        Mistake{"NothingWasBurned", "extract drives 0 album.raw",
+                "drives/drive00: holds no closed disc to take audio from"},
+        Mistake{"TheProgramIsMissing", "run drives -- ./no-such-program",
+                "./no-such-program: cannot be run: No such file or directory"}),
+    [](const auto& mistake) { return std::string(mistake.param.name); });
+
+TEST_F(Command, ASettingsFileThatCannotBeReadIsNamedWithItsLine) {
+  store(drives[1].settingsFile(), "# mine\ndevice = /dev/sr31\nbusy\n");
+  EXPECT_EQ(run("show drives"), 1);
+  EXPECT_EQ(err, "velmor-recorder: drives/drive01/drive.conf:3: a line reads \"key = value\"\n");
+}
+
+TEST_F(Command, AWordThatIsNoCommandIsRefused) {
+  EXPECT_NE(run(""), 0);
+  EXPECT_THAT(err, HasSubstr("subcommand is required"));
+  EXPECT_NE(run("insert drives 0 --medium dvd"), 0);
+  EXPECT_THAT(err, HasSubstr("--medium: dvd not in {cd-r,cd-rw}"));
+  EXPECT_NE(run("create elsewhere --drives 9"), 0);
+  EXPECT_THAT(err, HasSubstr("9 not in range"));
+  EXPECT_FALSE(fs::exists(root / "elsewhere"));
+}
+
+TEST_F(Command, ANewDirectoryHasDrivesWithBlankDiscs) {
+  ASSERT_EQ(run("create new --drives 2 --first-device 4 --medium cd-rw --minutes 10"), 0) << err;
+  EXPECT_EQ(out, "drive00 /dev/sr4\ndrive01 /dev/sr5\n");
+  ASSERT_EQ(run("show new"), 0);
+  EXPECT_EQ(out,
+            "drive00: /dev/sr4, VELMOR RECORDER 1\n"
+            "  CD-RW, room for 10:00:00 (45000 sectors), blank\n"
+            "drive01: /dev/sr5, VELMOR RECORDER 2\n"
+            "  CD-RW, room for 10:00:00 (45000 sectors), blank\n");
+}
+
+TEST_F(Command, ADiscIsPutInAndTakenOut) {
+  ASSERT_EQ(run("insert drives /dev/sr31 --closed --capacity 1000"), 0) << err;
+  ASSERT_EQ(run("show drives 1"), 0);
+  EXPECT_EQ(out,
+            "drive01: /dev/sr31, VELMOR TEST DRIVE 2\n"
+            "  CD-R, room for 00:13:25 (1000 sectors), closed: one session\n"
+            "  track  pregap    start     length    ISRC          flags\n"
+            "      1  00:00:00  00:02:00  00:04:00  -             \n"
+            "  lead-out         00:06:00  (300 sectors)\n"
+            "  MCN: none\n"
+            "  CD-TEXT: none\n");
+  ASSERT_EQ(run("eject drives drive01"), 0) << err;
+  ASSERT_EQ(run("show drives 1"), 0);
+  EXPECT_EQ(out, "drive01: /dev/sr31, VELMOR TEST DRIVE 2\n  no disc\n");
+}
+
+TEST_F(Command, FaultsAreShownAndHealed) {
+  ASSERT_EQ(run("set drives 0 write-error-at=500 read-error-at=-10 write-delay-ms=5 busy=yes "
+                "deny=yes becoming-ready-polls=3"),
+            0)
+      << err;
+  drives[0].saveTray(true);
+  ASSERT_EQ(run("show drives 0"), 0);
+  EXPECT_EQ(out,
+            "drive00: /dev/sr30, VELMOR TEST DRIVE 1\n"
+            "  fault: the drive is busy\n"
+            "  fault: the device may not be opened\n"
+            "  fault: sector 500 cannot be written\n"
+            "  fault: sector -10 cannot be read\n"
+            "  fault: each write takes 5 ms\n"
+            "  fault: a new disc is ready after 3 polls\n"
+            "  the tray is open\n"
+            "  CD-R, room for 79:57:70 (359845 sectors), blank\n");
+  ASSERT_EQ(run("set drives 0 write-error-at=none read-error-at=none write-delay-ms=0 busy=no "
+                "deny=no becoming-ready-polls=0"),
+            0)
+      << err;
+  ASSERT_EQ(run("show drives 0"), 0);
+  EXPECT_THAT(out, Not(HasSubstr("fault")));
+}
+
+TEST_F(Command, AudioIsExtractedByDiscAndByTrack) {
+  Disc recorded = disc(0);
+  recorded.state = DiscState::complete;
+  recorded.tracks = {{1, 0, -150, {0}, ""}, {2, 0, 300, {375}, ""}};
+  recorded.leadOut = 700;
+  drives[0].saveDisc(recorded);
+  const std::string audio = noise(1, 700);
+  store(drives[0].audioFile(), std::string(std::size_t{150} * kSectorBytes, '\0') + audio);
+  ASSERT_EQ(run("extract drives 0 album.raw"), 0) << err;
+  EXPECT_EQ(out, "700 sectors\n");
+  EXPECT_TRUE(contentOf(root / "album.raw") == audio);
+  ASSERT_EQ(run("extract drives 0 one.raw --track 1"), 0) << err;
+  EXPECT_EQ(out, "300 sectors\n");
+  EXPECT_TRUE(contentOf(root / "one.raw") == audio.substr(0, std::size_t{300} * kSectorBytes));
+  ASSERT_EQ(run("extract drives 0 two.raw --track 2"), 0) << err;
+  EXPECT_TRUE(contentOf(root / "two.raw") == audio.substr(std::size_t{375} * kSectorBytes));
+  EXPECT_EQ(run("extract drives 0 three.raw --track 3"), 1);
+  EXPECT_EQ(err, "velmor-recorder: --track 3: the disc has tracks 1 to 2\n");
+  EXPECT_EQ(run("extract drives 0 nowhere/album.raw"), 1);
+  EXPECT_EQ(err, "velmor-recorder: nowhere/album.raw: cannot be written\n");
+}
+
+TEST_F(Command, ARecordingThatBrokeOffIsCalledSo) {
+  Disc broken = disc(0);
+  broken.state = DiscState::incomplete;
+  drives[0].saveDisc(broken);
+  ASSERT_EQ(run("show drives 0"), 0);
+  EXPECT_THAT(out, HasSubstr("incomplete: a recording was begun and not finished"));
+}
+
+TEST_F(Command, AProgramThatSeesTheDrivesKeepsItsExitStatus) {
+  EXPECT_EQ(run("run drives -- sh -c 'exit 7'"), 7);
+  EXPECT_EQ(err, "");
+}
+
+TEST_F(Command, ADirectoryWithoutDrivesIsToldToTheProgramsUser) {
+  EXPECT_EQ(run("run . -- test -e /dev/sr30"), 1);
+  EXPECT_THAT(err, AllOf(StartsWith("velmor-recorder: "),
+                         HasSubstr("holds no drive; \"velmor-recorder create\" makes one")));
+}
+
+TEST_F(Command, ADriveThatCannotBeReadIsLeftOutAndSaidSo) {
+  store(drives[1].settingsFile(), "busy = maybe\n");
+  EXPECT_EQ(run("run drives -- test -e /dev/sr30"), 0);
+  EXPECT_THAT(err, HasSubstr("drive01/drive.conf:1: \"busy = maybe\": expected yes or no"));
+  EXPECT_EQ(run("run drives -- test -e /dev/sr31"), 1);
+}
+
+}  // namespace
+}  // namespace velmor::recorder

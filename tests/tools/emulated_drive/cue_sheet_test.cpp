@@ -1,0 +1,132 @@
+// SEND CUE SHEET: what a drive takes and what it refuses.
+
+#include <gtest/gtest.h>
+
+#include "tests/tools/emulated_drive/drive_on_bench.h"
+
+namespace velmor::recorder {
+namespace {
+
+using Entries = std::vector<CueEntry>;
+
+struct Refusal {
+  const char* name;
+  void (*spoil)(Entries&);
+  Sense sense = kInvalidFieldInParameters;
+};
+
+class ACueSheetIsRefused : public DriveOnBench, public ::testing::WithParamInterface<Refusal> {};
+
+TEST_P(ACueSheetIsRefused, AndNothingIsBegun) {
+  Entries entries = twoTracks();
+  GetParam().spoil(entries);
+  EXPECT_EQ(sendCue(entries).sense, GetParam().sense);
+  EXPECT_EQ(write(-150, 1).sense, kCommandSequence);
+  EXPECT_EQ(drive.disc()->state, DiscState::blank);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Because, ACueSheetIsRefused,
+    ::testing::Values(
+        Refusal{"ItIsEmpty", [](Entries& e) { e.clear(); }, kParameterListLength},
+        Refusal{"ItHasNoLeadIn", [](Entries& e) { e.erase(e.begin()); }},
+        Refusal{"TheLeadInHasMainData", [](Entries& e) { e[0][3] = 0x00; }},
+        Refusal{"TheLeadInHasATime", [](Entries& e) { e[0][6] = 1; }},
+        Refusal{"ItHasNoLeadOut", [](Entries& e) { e.pop_back(); }},
+        Refusal{"TheLeadOutIsNotIndexOne", [](Entries& e) { e.back()[2] = 0; }},
+        Refusal{"SomethingFollowsTheLeadOut",
+                [](Entries& e) { e.push_back(cueIndex(0, 3, 1, 0, 1200)); }},
+        Refusal{"ItHasNoTracks", [](Entries& e) { e.erase(e.begin() + 1, e.end() - 1); }},
+        Refusal{"TheFirstTrackHasNoPregap", [](Entries& e) { e.erase(e.begin() + 1); }},
+        Refusal{"TheFirstPregapStartsLate",
+                [](Entries& e) { e[1] = cueIndex(0, 1, 0, 0, -149); }},
+        Refusal{"TheFirstTrackStartsInsideTheTwoSeconds",
+                [](Entries& e) { e[2] = cueIndex(0, 1, 1, 0, -1); }},
+        Refusal{"ATrackNumberIsLeftOut", [](Entries& e) { e[3][1] = e[4][1] = 3; }},
+        Refusal{"ATrackNumberIsAHundred", [](Entries& e) { e[3][1] = e[4][1] = 100; }},
+        Refusal{"ATrackHasOnlyAPregap", [](Entries& e) { e.erase(e.begin() + 4); }},
+        Refusal{"AnIndexIsLeftOut", [](Entries& e) { e[4][2] = 2; }},
+        Refusal{"TimeGoesBack", [](Entries& e) { e[4] = cueIndex(2, 2, 1, 0, 299); }},
+        Refusal{"TimeStandsStill", [](Entries& e) { e[4] = cueIndex(2, 2, 1, 0, 300); }},
+        Refusal{"ASecondIsSixty", [](Entries& e) { e[4][6] = 60; }},
+        Refusal{"AFrameIsSeventyFive", [](Entries& e) { e[4][7] = 75; }},
+        Refusal{"TheFlagsChangeInsideATrack", [](Entries& e) { e[4][0] = 0x01; }},
+        Refusal{"ATrackHoldsData", [](Entries& e) { e[3][0] = e[4][0] = 0x41; }},
+        Refusal{"TheDataFormIsUnknown", [](Entries& e) { e[3][3] = 0x10; }},
+        Refusal{"ATrackIsUnderFourSeconds",
+                [](Entries& e) { e.back() = cueIndex(0, 0xAA, 1, 1, 375 + 299); }},
+        Refusal{"HalfAnIsrcIsMissing",
+                [](Entries& e) {
+                  e.insert(e.begin() + 1, CueEntry{0x03, 1, 'D', 'E', 'A', 'B', 'C', '2'});
+                }},
+        Refusal{"AnIsrcIsInLowerCase",
+                [](Entries& e) {
+                  e.insert(e.begin() + 1, CueEntry{0x03, 1, '0', '0', '0', '0', '0', '1'});
+                  e.insert(e.begin() + 1, CueEntry{0x03, 1, 'd', 'e', 'a', 'b', 'c', '2'});
+                }},
+        Refusal{"TheMcnHasALetter",
+                [](Entries& e) {
+                  e.insert(e.begin(), CueEntry{0x02, '3', '3', '3', '9', '3', '1', 0});
+                  e.insert(e.begin(), CueEntry{0x02, '4', '0', 'O', '6', '3', '8', '1'});
+                }},
+        Refusal{"TheLeadOutLiesBeyondTheDisc",
+                [](Entries& e) { e.back() = cueIndex(0, 0xAA, 1, 1, 359846); },
+                kAddressOutOfRange}),
+    [](const auto& refusal) { return std::string(refusal.param.name); });
+
+TEST_F(DriveOnBench, ADiscThatIsExactlyFullIsTaken) {
+  Entries entries = twoTracks();
+  entries.back() = cueIndex(0, 0xAA, 1, 1, 359845);
+  EXPECT_FALSE(sendCue(entries).sense);
+}
+
+TEST_F(DriveOnBench, ASheetThatIsNoWholeNumberOfEntriesIsRefused) {
+  Bytes sheet = flat(twoTracks());
+  sheet.pop_back();
+  EXPECT_EQ(sendCue(sheet).sense, kParameterListLength);
+}
+
+TEST_F(DriveOnBench, ASheetShorterThanAnnouncedIsATransferFault) {
+  const Bytes sheet = flat(twoTracks());
+  EXPECT_EQ(send({0x5D, 0, 0, 0, 0, 0, 0, 0, 200}, sheet).sense, kDataPhaseError);
+}
+
+TEST_F(DriveOnBench, NinetyNineTracksAreTaken) {
+  Entries entries = {{0x01, 0, 0, 0x01, 0, 0, 0, 0}, cueIndex(0, 1, 0, 0, -150)};
+  for (int track = 1; track <= 99; ++track) {
+    entries.push_back(cueIndex(0, static_cast<uint8_t>(track), 1, 0, (track - 1) * 300));
+  }
+  entries.push_back(cueIndex(0, 0xAA, 1, 1, 99 * 300));
+  EXPECT_FALSE(sendCue(entries).sense);
+}
+
+TEST_F(DriveOnBench, APauseMayBeTakenOutOfTheFourSecondsBeforeIt) {
+  Entries entries = twoTracks();
+  entries[3] = cueIndex(2, 2, 0, 0x00, 299);
+  entries[4] = cueIndex(2, 2, 1, 0x00, 300);
+  EXPECT_FALSE(sendCue(entries).sense);
+}
+
+TEST_F(DriveOnBench, CodesOfTheSheetReachTheDisc) {
+  Entries entries = twoTracks();
+  const Entries codes = {{0x02, '4', '0', '0', '6', '3', '8', '1'},
+                         {0x02, '3', '3', '3', '9', '3', '1', 0},
+                         {0x23, 2, 'D', 'E', 'A', 'B', 'C', '2'},
+                         {0x23, 2, '0', '0', '0', '0', '0', '1'}};
+  entries.insert(entries.begin() + 3, codes.begin() + 2, codes.end());
+  entries.insert(entries.begin(), codes.begin(), codes.begin() + 2);
+  ASSERT_FALSE(sendCue(entries).sense);
+  writeUpTo(kTwoTracksEnd);
+  synchronize();
+  const Bytes mcn = send({0x42, 0, 0x40, 2, 0, 0, 0, 0, 24}).data;
+  EXPECT_EQ(std::string(mcn.begin() + 9, mcn.begin() + 22), "4006381333931");
+  EXPECT_EQ(mcn[8], 0x80);
+  const Bytes none = send({0x42, 0, 0x40, 3, 0, 0, 1, 0, 24}).data;
+  EXPECT_EQ(none[8], 0);
+  const Bytes isrc = send({0x42, 0, 0x40, 3, 0, 0, 2, 0, 24}).data;
+  EXPECT_EQ(std::string(isrc.begin() + 9, isrc.begin() + 21), "DEABC2000001");
+  EXPECT_EQ(isrc[8], 0x80);
+}
+
+}  // namespace
+}  // namespace velmor::recorder

@@ -1,0 +1,101 @@
+#include "tools/emulated_drive/command/disc_report.h"
+
+#include <iomanip>
+
+#include "tools/emulated_drive/command/cd_text_reading.h"
+
+namespace velmor::recorder {
+
+namespace {
+
+void reportFaults(const Settings& settings, std::ostream& out) {
+  const Faults& faults = settings.faults;
+  if (settings.busy) {
+    out << "  fault: the drive is busy\n";
+  }
+  if (settings.deny) {
+    out << "  fault: the device may not be opened\n";
+  }
+  if (faults.writeErrorAt) {
+    out << "  fault: sector " << *faults.writeErrorAt << " cannot be written\n";
+  }
+  if (faults.readErrorAt) {
+    out << "  fault: sector " << *faults.readErrorAt << " cannot be read\n";
+  }
+  if (faults.writeDelay.count() > 0) {
+    out << "  fault: each write takes " << faults.writeDelay.count() << " ms\n";
+  }
+  if (faults.becomingReadyPolls > 0) {
+    out << "  fault: a new disc is ready after " << faults.becomingReadyPolls << " polls\n";
+  }
+}
+
+void reportTracks(const Disc& disc, std::ostream& out) {
+  out << "  track  pregap    start     length    ISRC          flags\n";
+  for (const Track& track : disc.tracks) {
+    const Msf pregap = msfOf(track.pregapStart);
+    const Msf length = durationOf(disc.endOf(track) - track.start());
+    out << "  " << std::setw(5) << track.number << "  "
+        << (track.pregapStart == track.start() ? "-       " : text(pregap)) << "  "
+        << text(msfOf(track.start())) << "  " << text(length) << "  " << std::left << std::setw(12)
+        << (track.isrc.empty() ? "-" : track.isrc) << std::right << "  "
+        << ((track.control & 2) != 0 ? "copy " : "") << ((track.control & 1) != 0 ? "emphasis" : "")
+        << "\n";
+    for (std::size_t i = 1; i < track.indices.size(); ++i) {
+      out << "         index " << i + 1 << " at " << text(msfOf(track.indices[i])) << "\n";
+    }
+  }
+  out << "  lead-out         " << text(msfOf(disc.leadOut)) << "  (" << disc.leadOut
+      << " sectors)\n";
+  out << "  MCN: " << (disc.mcn.empty() ? "none" : disc.mcn) << "\n";
+}
+
+void reportTexts(const Disc& disc, std::ostream& out) {
+  if (disc.cdText.empty()) {
+    out << "  CD-TEXT: none\n";
+    return;
+  }
+  out << "  CD-TEXT: " << disc.cdText.size() << " packs\n";
+  for (const auto& [where, what] : cdTextsOf(disc.cdText)) {
+    out << "    " << (where.second == 0 ? "disc" : "track " + std::to_string(where.second)) << ", "
+        << cdTextName(where.first) << ": " << what << "\n";
+  }
+}
+
+void reportDisc(const Disc& disc, std::ostream& out) {
+  out << "  " << (disc.medium == Medium::cdRw ? "CD-RW" : "CD-R") << ", room for "
+      << text(durationOf(disc.capacity)) << " (" << disc.capacity << " sectors), ";
+  switch (disc.state) {
+    case DiscState::blank:
+      out << "blank\n";
+      break;
+    case DiscState::incomplete:
+      out << "incomplete: a recording was begun and not finished\n";
+      break;
+    case DiscState::complete:
+      out << "closed: one session\n";
+      reportTracks(disc, out);
+      reportTexts(disc, out);
+      break;
+  }
+}
+
+}  // namespace
+
+void report(const DriveDirectory& directory, std::ostream& out) {
+  const Settings settings = directory.settings();
+  out << directory.path().filename().string() << ": " << settings.device << ", "
+      << settings.identity.vendor << " " << settings.identity.product << "\n";
+  reportFaults(settings, out);
+  if (directory.trayOpen()) {
+    out << "  the tray is open\n";
+  }
+  const std::optional<Disc> disc = directory.disc();
+  if (disc) {
+    reportDisc(*disc, out);
+  } else {
+    out << "  no disc\n";
+  }
+}
+
+}  // namespace velmor::recorder

@@ -1,0 +1,171 @@
+#include "tools/emulated_drive/directory/disc_text.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <sstream>
+
+#include "tools/emulated_drive/directory/key_value_text.h"
+
+namespace velmor::recorder {
+
+namespace {
+
+constexpr const char* kStates[] = {"blank", "incomplete", "complete"};
+
+std::string hex(const CdTextPack& pack) {
+  std::string out;
+  for (const uint8_t byte : pack) {
+    char digits[3];
+    std::snprintf(digits, sizeof digits, "%02x", byte);
+    out += digits;
+  }
+  return out;
+}
+
+CdTextPack packOf(const KeyValue& item) {
+  if (item.value.size() != 2 * kPackBytes ||
+      item.value.find_first_not_of("0123456789abcdef") != std::string::npos) {
+    refuse(item, "18 bytes as lower-case hexadecimal digits");
+  }
+  CdTextPack pack{};
+  for (std::size_t i = 0; i < kPackBytes; ++i) {
+    pack[i] = static_cast<uint8_t>(std::stoul(item.value.substr(2 * i, 2), nullptr, 16));
+  }
+  return pack;
+}
+
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool isIsrc(const std::string& code) {
+  constexpr std::size_t kLength = 12;
+  return code.size() == kLength && std::all_of(code.begin(), code.end(), [](char c) {
+           return isDigit(c) || (c >= 'A' && c <= 'Z');
+         });
+}
+
+std::string mcnOf(const KeyValue& item) {
+  constexpr std::size_t kLength = 13;
+  if (item.value.size() != kLength || !std::all_of(item.value.begin(), item.value.end(), isDigit)) {
+    refuse(item, "13 digits");
+  }
+  return item.value;
+}
+
+/// "number control pregap isrc index1 index2 …", a dash for no ISRC.
+Track trackOf(const KeyValue& item) {
+  std::istringstream in(item.value);
+  Track track;
+  int control = 0;
+  in >> track.number >> control >> track.pregapStart >> track.isrc;
+  track.control = static_cast<uint8_t>(control & 0x0F);
+  for (int32_t lba = 0; in >> lba;) {
+    track.indices.push_back(lba);
+  }
+  if (!in.eof() || track.indices.empty() || track.number < 1 || track.number > 99) {
+    refuse(item, "number, control, pregap, ISRC and indices");
+  }
+  if (track.isrc == "-") {
+    track.isrc.clear();
+  } else if (!isIsrc(track.isrc)) {
+    refuse(item, "12 capital letters and digits, or a dash, for the ISRC");
+  }
+  return track;
+}
+
+void addTrack(const KeyValue& item, std::vector<Track>& tracks) {
+  const Track track = trackOf(item);
+  if (!tracks.empty() && track.number != tracks.back().number + 1) {
+    refuse(item, "the next track's number");
+  }
+  const int32_t free = tracks.empty() ? -kFirstPregap : tracks.back().indices.back() + 1;
+  const bool indicesAscend = std::adjacent_find(track.indices.begin(), track.indices.end(),
+                                                std::greater_equal<>()) == track.indices.end();
+  if (track.pregapStart < free || track.start() < track.pregapStart || !indicesAscend) {
+    refuse(item, "sectors that ascend");
+  }
+  tracks.push_back(track);
+}
+
+DiscState stateOf(const KeyValue& item) {
+  for (std::size_t i = 0; i < std::size(kStates); ++i) {
+    if (item.value == kStates[i]) {
+      return static_cast<DiscState>(i);
+    }
+  }
+  refuse(item, "blank, incomplete or complete");
+}
+
+void apply(const KeyValue& item, Disc& disc) {
+  if (item.key == "medium") {
+    if (item.value != "cd-r" && item.value != "cd-rw") {
+      refuse(item, "cd-r or cd-rw");
+    }
+    disc.medium = item.value == "cd-rw" ? Medium::cdRw : Medium::cdR;
+  } else if (item.key == "state") {
+    disc.state = stateOf(item);
+  } else if (item.key == "capacity") {
+    disc.capacity = numberOf(item);
+  } else if (item.key == "lead-in") {
+    disc.leadIn = numberOf(item);
+  } else if (item.key == "lead-out") {
+    disc.leadOut = numberOf(item);
+  } else if (item.key == "mcn") {
+    disc.mcn = mcnOf(item);
+  } else if (item.key == "track") {
+    addTrack(item, disc.tracks);
+  } else if (item.key == "cd-text") {
+    disc.cdText.push_back(packOf(item));
+  } else {
+    refuse(item, "a fact about a disc");
+  }
+}
+
+}  // namespace
+
+std::string discText(const Disc& disc) {
+  std::ostringstream out;
+  out << "medium = " << (disc.medium == Medium::cdRw ? "cd-rw" : "cd-r") << "\n"
+      << "state = " << kStates[static_cast<std::size_t>(disc.state)] << "\n"
+      << "capacity = " << disc.capacity << "\n"
+      << "lead-in = " << disc.leadIn << "\n";
+  if (disc.state == DiscState::complete) {
+    out << "lead-out = " << disc.leadOut << "\n";
+  }
+  if (!disc.mcn.empty()) {
+    out << "mcn = " << disc.mcn << "\n";
+  }
+  if (!disc.tracks.empty()) {
+    out << "# number, control, pregap, ISRC, indices (sectors)\n";
+  }
+  for (const Track& track : disc.tracks) {
+    out << "track = " << track.number << " " << int{track.control} << " " << track.pregapStart
+        << " " << (track.isrc.empty() ? "-" : track.isrc);
+    for (const int32_t lba : track.indices) {
+      out << " " << lba;
+    }
+    out << "\n";
+  }
+  for (const CdTextPack& pack : disc.cdText) {
+    out << "cd-text = " << hex(pack) << "\n";
+  }
+  return out.str();
+}
+
+Disc readDisc(const std::filesystem::path& file) {
+  Disc disc;
+  KeyValue last;
+  for (const KeyValue& item : readKeyValues(file)) {
+    apply(item, disc);
+    last = item;
+  }
+  if (disc.state == DiscState::complete &&
+      (disc.tracks.empty() || disc.leadOut <= disc.tracks.back().indices.back())) {
+    refuse(last, "a complete disc to have tracks and a lead-out behind them");
+  }
+  return disc;
+}
+
+}  // namespace velmor::recorder

@@ -1,0 +1,67 @@
+// A drive that outlives its process: a folder with the drive's settings, the description of the
+// disc in its tray and the audio recorded on it.
+//
+//   drive.conf   what the drive is and what goes wrong in it (written by people)
+//   disc.txt     the disc; absent: no disc
+//   audio.bin    its sectors from LBA -150 on
+//   tray-open    present while the tray is out
+//   door         stands behind the descriptors of the device; carries their locks
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "tools/emulated_drive/drive/drive.h"
+
+namespace velmor::recorder {
+
+/// A settings or disc file that cannot be read: what, where, what to do.
+class DirectoryError : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+struct Settings {
+  std::string device = "/dev/sr30";  ///< the path that programs open
+  Identity identity;
+  Faults faults;
+  bool busy = false;  ///< every open fails as if another program held the drive
+  bool deny = false;  ///< every open fails for lack of permission
+};
+
+/// Sets one key of drive.conf; "none" takes a bad sector away. Throws `DirectoryError`, which
+/// begins with `where`.
+void applySetting(const std::string& key, const std::string& value, const std::string& where,
+                  Settings& settings);
+
+/// One drive's folder. Holds no descriptor and no state but the path.
+class DriveDirectory {
+ public:
+  explicit DriveDirectory(std::filesystem::path path) : path_(std::move(path)) {}
+
+  /// The drives of a recorder directory, in the order of their folder names. A folder without
+  /// drive.conf is none.
+  static std::vector<DriveDirectory> all(const std::filesystem::path& root);
+
+  /// All but `trayOpen` throw `DirectoryError`.
+  [[nodiscard]] Settings settings() const;
+  void saveSettings(const Settings& settings) const;
+  [[nodiscard]] std::optional<Disc> disc() const;
+  void saveDisc(const std::optional<Disc>& disc) const;
+
+  [[nodiscard]] bool trayOpen() const;
+  void saveTray(bool open) const;
+
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  [[nodiscard]] std::filesystem::path settingsFile() const { return path_ / "drive.conf"; }
+  [[nodiscard]] std::filesystem::path discFile() const { return path_ / "disc.txt"; }
+  [[nodiscard]] std::filesystem::path audioFile() const { return path_ / "audio.bin"; }
+  [[nodiscard]] std::filesystem::path trayFile() const { return path_ / "tray-open"; }
+  [[nodiscard]] std::filesystem::path doorFile() const { return path_ / "door"; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace velmor::recorder

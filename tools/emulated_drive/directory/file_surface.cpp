@@ -1,0 +1,76 @@
+#include "tools/emulated_drive/directory/file_surface.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace velmor::recorder {
+
+namespace {
+off_t offsetOf(int32_t lba) {
+  return static_cast<off_t>(lba + kFirstPregap) * kSectorBytes;
+}
+}  // namespace
+
+FileSurface::~FileSurface() {
+  forget();
+}
+
+void FileSurface::forget() {
+  if (descriptor_ >= 0) {
+    ::close(descriptor_);
+    descriptor_ = -1;
+  }
+}
+
+bool FileSurface::open(int flags) {
+  if (descriptor_ < 0) {
+    descriptor_ = ::open(file_.c_str(), O_RDWR | O_CLOEXEC | flags, 0666);
+  }
+  return descriptor_ >= 0;
+}
+
+bool FileSurface::write(int32_t lba, ByteView sectors) {
+  if (!open(O_CREAT)) {
+    return false;
+  }
+  off_t at = offsetOf(lba);
+  while (!sectors.empty()) {
+    const ssize_t done = ::pwrite(descriptor_, sectors.data(), sectors.size(), at);
+    if (done <= 0) {
+      return false;
+    }
+    at += done;
+    sectors = sectors.subspan(static_cast<std::size_t>(done));
+  }
+  return true;
+}
+
+bool FileSurface::read(int32_t lba, std::span<uint8_t> sectors) {
+  if (!open(0)) {
+    std::fill(sectors.begin(), sectors.end(), uint8_t{0});
+    return errno == ENOENT;  // nothing was ever written
+  }
+  off_t at = offsetOf(lba);
+  while (!sectors.empty()) {
+    const ssize_t done = ::pread(descriptor_, sectors.data(), sectors.size(), at);
+    if (done < 0) {
+      return false;
+    }
+    if (done == 0) {  // never written
+      std::fill(sectors.begin(), sectors.end(), uint8_t{0});
+      return true;
+    }
+    at += done;
+    sectors = sectors.subspan(static_cast<std::size_t>(done));
+  }
+  return true;
+}
+
+bool FileSurface::erase() {
+  return open(O_CREAT) && ::ftruncate(descriptor_, 0) == 0;
+}
+
+}  // namespace velmor::recorder

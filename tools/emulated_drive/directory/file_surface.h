@@ -1,0 +1,32 @@
+// Recorded sectors kept in a file, LBA -150 at its start.
+#pragma once
+
+#include <filesystem>
+
+#include "tools/emulated_drive/disc/disc.h"
+
+namespace velmor::recorder {
+
+/// Opens the file at the first sector and keeps it open; the file is made when something is
+/// written.
+class FileSurface final : public AudioSurface {
+ public:
+  explicit FileSurface(std::filesystem::path file) : file_(std::move(file)) {}
+  ~FileSurface() override;
+  FileSurface(const FileSurface&) = delete;
+  FileSurface& operator=(const FileSurface&) = delete;
+
+  bool write(int32_t lba, ByteView sectors) override;
+  bool read(int32_t lba, std::span<uint8_t> sectors) override;
+  bool erase() override;
+  /// The disc was changed: what comes next belongs to another file of the same name.
+  void forget();
+
+ private:
+  bool open(int flags);  // beyond O_RDWR
+
+  std::filesystem::path file_;
+  int descriptor_ = -1;
+};
+
+}  // namespace velmor::recorder

@@ -1,0 +1,218 @@
+#include "tools/emulated_drive/disc/cue_sheet.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace velmor::recorder {
+
+namespace {
+
+constexpr std::size_t kEntryBytes = 8;
+constexpr int kMostTracks = 99;
+
+/// Bytes the host sends for a sector of this data form; nothing for a form an audio recorder lacks.
+std::optional<int32_t> blockBytesOf(uint8_t form) {
+  switch (form) {
+    case 0x00:
+      return kSectorBytes;
+    case 0x01:
+      return 0;
+    case 0x40:
+      return kSectorBytes + 96;
+    case 0x41:
+      return 96;
+    default:
+      return std::nullopt;
+  }
+}
+
+/// Builds the layout entry by entry; every member returns false on an entry a drive refuses.
+class Builder {
+ public:
+  explicit Builder(const Disc& disc) : disc_(disc) {}
+
+  bool add(const uint8_t* entry, const uint8_t* second);
+  /// True when the lead-out has been seen and the tracks are long enough.
+  bool finish();
+  [[nodiscard]] bool closed() const { return closed_; }
+  CueSheet sheet;
+
+ private:
+  bool addCode(const uint8_t* entry, const uint8_t* second);
+  bool addLeadIn(const uint8_t* entry);
+  bool addIndex(const uint8_t* entry, int32_t lba);
+  bool addRegion(int32_t start, uint8_t form);
+
+  const Disc& disc_;
+  bool leadInSeen_ = false;
+  bool closed_ = false;
+  bool pregapOpen_ = false;  // index 0 came, index 1 has not
+  std::string isrc_;         // waits for its track
+  int isrcTrack_ = 0;
+};
+
+bool Builder::addCode(const uint8_t* entry, const uint8_t* second) {
+  if (second == nullptr || second[0] != entry[0]) {
+    return false;
+  }
+  std::string code(entry + 2, entry + kEntryBytes);
+  if ((entry[0] & 0x0F) == 3) {
+    code.append(second + 2, second + kEntryBytes);
+    const auto plain = [](unsigned char c) { return std::isdigit(c) || (c >= 'A' && c <= 'Z'); };
+    if (second[1] != entry[1] || !std::all_of(code.begin(), code.end(), plain)) {
+      return false;
+    }
+    if (!sheet.tracks.empty() && sheet.tracks.back().number == entry[1]) {
+      sheet.tracks.back().isrc = code;  // between two indices of its track
+      return true;
+    }
+    isrc_ = code;
+    isrcTrack_ = entry[1];
+    return isrcTrack_ >= 1 && isrcTrack_ <= kMostTracks;
+  }
+  code.insert(code.begin(), static_cast<char>(entry[1]));
+  code.append(second + 1, second + 7);
+  const auto digit = [](unsigned char c) { return std::isdigit(c) != 0; };
+  if (!std::all_of(code.begin(), code.end(), digit)) {
+    return false;
+  }
+  sheet.mcn = code;
+  return true;
+}
+
+bool Builder::addRegion(int32_t start, uint8_t form) {
+  const std::optional<int32_t> size = blockBytesOf(form);
+  if (!size) {
+    return false;
+  }
+  if (!sheet.regions.empty()) {
+    if (start <= sheet.regions.back().start) {
+      return false;
+    }
+    sheet.regions.back().end = start;
+  }
+  sheet.regions.push_back({start, start, *size});
+  return true;
+}
+
+bool Builder::addLeadIn(const uint8_t* entry) {
+  const bool noMainData = (entry[3] & 0x3F) == 0x01;
+  if (leadInSeen_ || entry[2] != 0 || !noMainData || entry[5] || entry[6] || entry[7]) {
+    return false;
+  }
+  leadInSeen_ = true;
+  return addRegion(disc_.leadIn, entry[3]);
+}
+
+bool Builder::addIndex(const uint8_t* entry, int32_t lba) {
+  const int number = entry[1];
+  const int index = entry[2];
+  const bool newTrack = sheet.tracks.empty() || sheet.tracks.back().number != number;
+  if (newTrack) {
+    // The first track's two seconds are part of the sheet; a later track may begin with index 1.
+    const bool first = sheet.tracks.empty();
+    if (pregapOpen_ || number < 1 || number > kMostTracks || index > 1 ||
+        (first && (index != 0 || lba != -kFirstPregap)) ||
+        (!first && number != sheet.tracks.back().number + 1)) {
+      return false;
+    }
+    Track track;
+    track.number = number;
+    track.control = entry[0] >> 4;
+    track.pregapStart = lba;
+    if (isrcTrack_ == number) {
+      track.isrc = isrc_;
+    }
+    sheet.tracks.push_back(track);
+    pregapOpen_ = index == 0;
+  } else {
+    if (index != static_cast<int>(sheet.tracks.back().indices.size()) + 1) {
+      return false;
+    }
+    pregapOpen_ = false;
+  }
+  if ((entry[0] >> 4) != sheet.tracks.back().control) {
+    return false;
+  }
+  if (index > 0) {
+    sheet.tracks.back().indices.push_back(lba);
+  }
+  return addRegion(lba, entry[3]);
+}
+
+bool Builder::add(const uint8_t* entry, const uint8_t* second) {
+  const uint8_t adr = entry[0] & 0x0F;
+  if (adr == 2 || adr == 3) {
+    return addCode(entry, second);
+  }
+  if (adr != 1 || closed_ || (entry[0] & 0x40)) {
+    return false;  // control bit 2 marks a data track
+  }
+  if (!leadInSeen_) {
+    return entry[1] == 0 && addLeadIn(entry);
+  }
+  const std::optional<int32_t> lba = lbaOf({entry[5], entry[6], entry[7]});
+  if (!lba || *lba < -kFirstPregap) {
+    return false;
+  }
+  if (entry[1] == kLeadOutNumber) {
+    closed_ = true;
+    sheet.leadOut = *lba;
+    return entry[2] == 1 && !pregapOpen_ && !sheet.tracks.empty() && addRegion(*lba, entry[3]);
+  }
+  return addIndex(entry, *lba);
+}
+
+bool Builder::finish() {
+  if (!closed_) {
+    return false;
+  }
+  const std::vector<Track>& tracks = sheet.tracks;
+  for (std::size_t i = 0; i < tracks.size(); ++i) {
+    // The next track's pause counts in: wodim takes one sector of it out of the end of each track,
+    // and drives do not mind.
+    const int32_t end = i + 1 < tracks.size() ? tracks[i + 1].start() : sheet.leadOut;
+    if (end - tracks[i].start() < kShortestTrack) {
+      return false;
+    }
+  }
+  return tracks.front().start() >= 0;
+}
+
+}  // namespace
+
+const CueRegion* CueSheet::regionAt(int32_t lba) const {
+  for (const CueRegion& region : regions) {
+    if (lba >= region.start && lba < region.end) {
+      return &region;
+    }
+  }
+  return nullptr;
+}
+
+std::variant<CueSheet, Sense> readCueSheet(ByteView bytes, const Disc& disc) {
+  if (bytes.empty() || bytes.size() % kEntryBytes != 0) {
+    return kParameterListLength;
+  }
+  Builder builder(disc);
+  for (std::size_t at = 0; at < bytes.size(); at += kEntryBytes) {
+    const uint8_t* entry = bytes.data() + at;
+    const bool last = at + kEntryBytes == bytes.size();
+    const uint8_t* second = last ? nullptr : entry + kEntryBytes;
+    if (!builder.add(entry, second)) {
+      return kInvalidFieldInParameters;
+    }
+    if ((entry[0] & 0x0F) != 1) {
+      at += kEntryBytes;
+    }
+  }
+  if (!builder.finish()) {
+    return kInvalidFieldInParameters;
+  }
+  if (builder.sheet.leadOut > disc.capacity) {
+    return kAddressOutOfRange;
+  }
+  return std::move(builder.sheet);
+}
+
+}  // namespace velmor::recorder

@@ -1,0 +1,37 @@
+// The cue sheet of SEND CUE SHEET (MMC-5 section 6.33): eight bytes an entry, from the lead-in to
+// the lead-out.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "tools/emulated_drive/disc/disc.h"
+#include "tools/emulated_drive/drive/sense.h"
+
+namespace velmor::recorder {
+
+/// A stretch of the disc whose sectors the host sends in one form.
+struct CueRegion {
+  int32_t start = 0;       ///< LBA
+  int32_t end = 0;         ///< LBA after the last sector
+  int32_t blockBytes = 0;  ///< what the host sends for a sector; 0: the drive makes it itself
+
+  [[nodiscard]] bool mainData() const { return blockBytes >= kSectorBytes; }
+};
+
+/// A session as announced by the host.
+struct CueSheet {
+  std::vector<CueRegion> regions;  ///< ascending, without holes, from the lead-in on
+  std::vector<Track> tracks;
+  int32_t leadOut = 0;
+  std::string mcn;
+
+  [[nodiscard]] const CueRegion* regionAt(int32_t lba) const;
+};
+
+/// Reads and checks a cue sheet for `disc`; the sense data says what is wrong with it.
+std::variant<CueSheet, Sense> readCueSheet(ByteView bytes, const Disc& disc);
+
+}  // namespace velmor::recorder

@@ -1,0 +1,157 @@
+// A CD recorder that understands the MMC command set: audio, session-at-once. It makes no system
+// calls; whoever owns it carries command blocks in and data out. One thread at a time.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "tools/emulated_drive/disc/cd_text_lead_in.h"
+#include "tools/emulated_drive/disc/cue_sheet.h"
+#include "tools/emulated_drive/disc/disc.h"
+#include "tools/emulated_drive/drive/mode_pages.h"
+#include "tools/emulated_drive/drive/sense.h"
+
+namespace velmor::recorder {
+
+/// What INQUIRY tells; longer texts are cut.
+struct Identity {
+  std::string vendor = "VELMOR";           ///< 8 characters
+  std::string product = "EMULATED CD-RW";  ///< 16 characters
+  std::string revision = "1.0";            ///< 4 characters
+};
+
+/// What goes wrong on purpose.
+struct Faults {
+  std::optional<int32_t> writeErrorAt;      ///< LBA that cannot be written
+  std::optional<int32_t> readErrorAt;       ///< LBA that cannot be read
+  int becomingReadyPolls = 0;               ///< commands refused with 2/04/01 after a medium change
+  std::chrono::milliseconds writeDelay{0};  ///< every WRITE takes this long
+};
+
+/// A command's end. `sense` absent: GOOD status. `delay` is for the caller to sleep.
+struct Reply {
+  std::optional<Sense> sense;
+  Bytes data;  ///< to the host, already cut to the allocation length
+  std::chrono::milliseconds delay{0};
+
+  // Not explicit: a command function ends by returning what it has to say.
+  Reply() = default;
+  Reply(Bytes answer) : data(std::move(answer)) {}  // NOLINT(google-explicit-constructor)
+  Reply(const Sense& refusal) : sense(refusal) {}   // NOLINT(google-explicit-constructor)
+};
+
+class Drive {
+ public:
+  /// `surface` outlives the drive and holds the audio of whatever disc is in the tray.
+  Drive(Identity identity, AudioSurface& surface);
+
+  /// Does one command. `dataOut` is what the host sends along. CDBs shorter than their command are
+  /// refused.
+  Reply execute(ByteView cdb, ByteView dataOut = {});
+
+  /// Puts a disc in (or takes it out with nothing); the next command gets a unit attention.
+  void changeMedium(std::optional<Disc> disc);
+  /// As `changeMedium`, without the unit attention: the state the drive had when it was switched
+  /// on.
+  void load(std::optional<Disc> disc, bool trayOpen);
+  void setFaults(const Faults& faults) { faults_ = faults; }
+  void openTray(bool open) { trayOpen_ = open; }
+
+  [[nodiscard]] const std::optional<Disc>& disc() const { return disc_; }
+  [[nodiscard]] bool trayOpen() const { return trayOpen_; }
+  /// Grows with every change of the disc's description or of the tray.
+  [[nodiscard]] unsigned generation() const { return generation_; }
+
+ private:
+  struct Recording {
+    CueSheet sheet;
+    CdTextLeadIn cdText;
+    int32_t next = 0;  ///< next writable address
+    bool test = false;
+    bool begun = false;   ///< the laser has marked the disc
+    bool flushed = true;  ///< nothing waits in the buffer: may be given up without a word
+  };
+  using Command = Reply (Drive::*)(ByteView cdb, ByteView dataOut);
+  struct Entry {
+    uint8_t code;
+    std::size_t bytes;      ///< of the command block
+    bool needsMedium;       ///< refused while the tray is empty or open
+    bool despiteAttention;  ///< answered although a unit attention waits
+    Command command;
+  };
+  static const Entry* find(uint8_t code);
+
+  // drive.cpp: state of the unit
+  std::optional<Sense> notReady();
+  Reply testUnitReady(ByteView, ByteView);
+  Reply requestSense(ByteView cdb, ByteView);
+  Reply accept(ByteView, ByteView);
+  Reply preventRemoval(ByteView cdb, ByteView);
+  Reply startStop(ByteView cdb, ByteView);
+
+  // drive_description.cpp: what the drive is and can do
+  Reply inquiry(ByteView cdb, ByteView);
+  Reply getConfiguration(ByteView cdb, ByteView);
+  Reply getEventStatus(ByteView cdb, ByteView);
+  Reply getPerformance(ByteView cdb, ByteView);
+  Reply mechanismStatus(ByteView cdb, ByteView);
+  Reply modeSense6(ByteView cdb, ByteView);
+  Reply modeSense10(ByteView cdb, ByteView);
+  Reply modeSelect6(ByteView cdb, ByteView dataOut);
+  Reply modeSelect10(ByteView cdb, ByteView dataOut);
+  [[nodiscard]] uint16_t currentProfile() const;
+  Reply senseModes(ByteView cdb, std::size_t header, std::size_t room);
+  Reply selectModes(ByteView cdb, std::size_t header, std::size_t length, ByteView dataOut);
+
+  // drive_reading.cpp: what is on the disc
+  Reply readDiscInformation(ByteView cdb, ByteView);
+  Reply readTrackInformation(ByteView cdb, ByteView);
+  Reply readToc(ByteView cdb, ByteView);
+  Reply readSubChannel(ByteView cdb, ByteView);
+  Reply readCapacity(ByteView cdb, ByteView);
+  Reply readData10(ByteView cdb, ByteView);
+  Reply readData12(ByteView cdb, ByteView);
+  Reply readCd(ByteView cdb, ByteView);
+  Reply readCdMsf(ByteView cdb, ByteView);
+  Reply readSectors(int32_t lba, uint32_t count, ByteView cdb);
+  Reply refuseData(uint32_t lba, uint32_t count);
+
+  // drive_recording.cpp: putting something on it
+  Reply sendCueSheet(ByteView cdb, ByteView dataOut);
+  Reply write10(ByteView cdb, ByteView dataOut);
+  Reply write12(ByteView cdb, ByteView dataOut);
+  Reply write(int32_t lba, uint32_t count, ByteView dataOut);
+  Reply writeMainData(int32_t lba, uint32_t count, const CueRegion& region, ByteView dataOut);
+  Reply synchronizeCache(ByteView, ByteView);
+  Reply closeTrackSession(ByteView cdb, ByteView);
+  Reply reserveTrack(ByteView cdb, ByteView);
+  Reply readBufferCapacity(ByteView cdb, ByteView);
+  Reply blank(ByteView cdb, ByteView);
+  /// False while sectors wait to be written; otherwise an unfinished recording is over.
+  bool giveUpRecording();
+  void skipGeneratedRegions();
+  void markBegun();
+  void closeSession();
+
+  Identity identity_;
+  AudioSurface& surface_;
+  Faults faults_;
+  ModePages modes_;
+  std::optional<Disc> disc_;
+  std::optional<Recording> recording_;
+  std::optional<Sense> attention_;  ///< told once to the next command
+  bool trayOpen_ = false;
+  bool removalPrevented_ = false;
+  int becomingReady_ = 0;  ///< polls until the medium is ready
+  int blankingPolls_ = 0;  ///< polls until an immediate BLANK has ended
+  uint8_t mediaEvent_ =
+      0;  ///< GET EVENT STATUS NOTIFICATION: 0 none, 1 eject request, 2 new, 3 gone
+  unsigned generation_ = 0;
+};
+
+/// `data` cut to what the host has room for.
+Bytes cut(Bytes data, std::size_t allocation);
+
+}  // namespace velmor::recorder

@@ -1,0 +1,58 @@
+// One emulated device of this process: a drive kept in its folder, safe to use from several
+// threads.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <ctime>
+#include <mutex>
+#include <string>
+
+#include "tools/emulated_drive/directory/drive_directory.h"
+#include "tools/emulated_drive/directory/file_surface.h"
+
+namespace velmor::recorder {
+
+class Device {
+ public:
+  /// `number` tells the drives of a process apart. Throws `DirectoryError`.
+  Device(const DriveDirectory& directory, int number);
+
+  /// Takes in what has changed in the folder, does the command, writes back what it changed, and
+  /// lasts as long as a slow drive makes it.
+  Reply execute(ByteView cdb, ByteView dataOut);
+
+  /// As the folder says at this moment.
+  [[nodiscard]] Settings settings() const { return directory_.settings(); }
+  [[nodiscard]] bool hasDisc() const;
+  [[nodiscard]] bool trayOpen() const { return directory_.trayOpen(); }
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+  [[nodiscard]] std::string door() const { return directory_.doorFile(); }
+  [[nodiscard]] int number() const { return number_; }
+  /// The block device number that goes with the name: sr30 is 30.
+  [[nodiscard]] unsigned minor() const { return minor_; }
+
+ private:
+  /// When a file of the folder last changed; all zero: there is no such file.
+  using Stamp = std::array<std::int64_t, 3>;
+  struct Stamps {
+    Stamp settings{}, disc{}, tray{};
+    bool operator==(const Stamps&) const = default;
+  };
+  [[nodiscard]] Stamps stamps() const;
+  void takeIn(const Stamps& now);
+  void writeBack();
+
+  DriveDirectory directory_;
+  std::string path_;
+  int number_;
+  unsigned minor_;
+  std::mutex mutex_;
+  FileSurface surface_;
+  Drive drive_;
+  Stamps seen_;
+  unsigned written_ = 0;  // generation of the drive that the folder holds
+};
+
+}  // namespace velmor::recorder

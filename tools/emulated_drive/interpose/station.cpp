@@ -1,0 +1,126 @@
+#include "tools/emulated_drive/interpose/station.h"
+
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+namespace velmor::recorder {
+
+namespace {
+thread_local int directCalls = 0;
+
+std::pair<dev_t, ino_t> fileBehind(int descriptor) {
+  const DirectCalls direct;
+  struct stat info {};
+  return ::fstat(descriptor, &info) == 0 ? std::pair(info.st_dev, info.st_ino)
+                                         : std::pair<dev_t, ino_t>();
+}
+
+/// Optical drives were called scdN before they were srN; wodim still looks for them there.
+std::string presentName(const std::string& path) {
+  constexpr std::string_view kFormerFamily = "/dev/scd";
+  return path.starts_with(kFormerFamily) ? "/dev/sr" + path.substr(kFormerFamily.size()) : path;
+}
+
+}  // namespace
+
+DirectCalls::DirectCalls() {
+  ++directCalls;
+}
+DirectCalls::~DirectCalls() {
+  --directCalls;
+}
+bool DirectCalls::active() {
+  return directCalls > 0;
+}
+
+Station& Station::instance() {
+  static Station* const station = new Station;  // outlives every static that may still close a file
+  return *station;
+}
+
+void Station::refresh() {
+  const char* value = std::getenv(kDirectoryVariable);
+  const std::string root = value != nullptr ? value : "";
+  if (root == root_) {
+    return;
+  }
+  root_ = root;
+  devices_.clear();
+  if (root.empty()) {
+    return;
+  }
+  int number = 0;
+  for (const DriveDirectory& directory : DriveDirectory::all(root)) {
+    try {
+      devices_.push_back(std::make_shared<Device>(directory, number));
+      ++number;
+    } catch (const std::exception& error) {
+      // A library below the program has no other way to speak.
+      std::fprintf(stderr, "velmor-recorder: %s\n", error.what());
+    }
+  }
+  if (devices_.empty()) {
+    std::fprintf(stderr,
+                 "velmor-recorder: %s holds no drive; \"velmor-recorder create\" makes one\n",
+                 root.c_str());
+  }
+}
+
+bool Station::active() {
+  const std::lock_guard lock(mutex_);
+  refresh();
+  return !root_.empty();
+}
+
+std::shared_ptr<Device> Station::byPath(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  refresh();
+  const std::string name = presentName(path);
+  for (const std::shared_ptr<Device>& device : devices_) {
+    if (device->path() == name) {
+      return device;
+    }
+  }
+  return nullptr;
+}
+
+std::shared_ptr<Device> Station::byDescriptor(int descriptor) {
+  const std::lock_guard lock(mutex_);
+  const auto found = open_.find(descriptor);
+  if (found == open_.end()) {
+    return nullptr;
+  }
+  // A stream closes its descriptor inside libc, where nobody sees it; the number may since lead to
+  // another file.
+  if (fileBehind(descriptor) != found->second.door) {
+    open_.erase(found);
+    return nullptr;
+  }
+  return found->second.device;
+}
+
+void Station::attach(int descriptor, std::shared_ptr<Device> device) {
+  const std::lock_guard lock(mutex_);
+  open_[descriptor] = {std::move(device), fileBehind(descriptor)};
+}
+
+void Station::detach(int descriptor) {
+  const std::lock_guard lock(mutex_);
+  open_.erase(descriptor);
+}
+
+bool isRecorderName(const std::string& path) {
+  constexpr const char* kFamilies[] = {"/dev/sr",    "/dev/scd",  "/dev/sg",  "/dev/pktcdvd",
+                                       "/dev/cdrom", "/dev/cdrw", "/dev/dvd", "/dev/hd"};
+  for (const std::string family : kFamilies) {
+    if (path.rfind(family, 0) == 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace velmor::recorder

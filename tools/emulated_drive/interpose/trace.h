@@ -1,0 +1,14 @@
+// A log of what a program asked of the drives, for whoever looks for a fault.
+#pragma once
+
+#include "tools/emulated_drive/drive/drive.h"
+
+namespace velmor::recorder {
+
+/// The environment variable that names the file to append to. Unset: nothing is written.
+inline constexpr const char* kTraceVariable = "VELMOR_RECORDER_TRACE";
+
+/// One line: device, command block, bytes out and in, sense data.
+void trace(const std::string& device, ByteView cdb, std::size_t bytesOut, const Reply& reply);
+
+}  // namespace velmor::recorder
