@@ -8,8 +8,9 @@
 
 #include "check/rules/rules.h"
 #include "check/sheet/sheet_parser.h"
+#include "disc/failure.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -17,15 +18,15 @@ std::string readSheet(const std::filesystem::path& path) {
   const std::string name = "'" + path.string() + "'";
   std::error_code error;
   if (std::filesystem::is_directory(path, error))
-    throw CheckError(name + " is a folder; name the cue sheet in it.");
+    throw Failure(name + " is a folder; name the cue sheet in it.");
   // A pipe without a writer would be waited for without end.
   const auto kind = std::filesystem::status(path, error).type();
   if (kind != std::filesystem::file_type::regular && kind != std::filesystem::file_type::not_found)
-    throw CheckError(name + " is no regular file; name the cue sheet.");
+    throw Failure(name + " is no regular file; name the cue sheet.");
   std::ifstream in(path, std::ios::binary);
   if (!in)
-    throw CheckError("The sheet " + name +
-                     " cannot be opened: " + std::generic_category().message(errno) + ".");
+    throw Failure("The sheet " + name +
+                  " cannot be opened: " + std::generic_category().message(errno) + ".");
   // By pieces: room for the longest sheet at once takes longer to get than a short disc to read.
   std::string bytes;
   std::array<char, size_t{64} << 10> piece{};
@@ -33,9 +34,9 @@ std::string readSheet(const std::filesystem::path& path) {
     in.read(piece.data(), static_cast<std::streamsize>(piece.size()));
     bytes.append(piece.data(), static_cast<size_t>(in.gcount()));
   }
-  if (in.bad()) throw CheckError("The sheet " + name + " cannot be read to its end.");
+  if (in.bad()) throw Failure("The sheet " + name + " cannot be read to its end.");
   if (bytes.size() > kLongestSheet)
-    throw CheckError(name + " is over 16 MiB and no cue sheet; name the .cue, not the image.");
+    throw Failure(name + " is over 16 MiB and no cue sheet; name the .cue, not the image.");
   return bytes;
 }
 
@@ -59,7 +60,7 @@ void keepErrorsOfNoSheet(std::vector<Finding>& findings) {
                        [rule](const Finding& f) { return f.rule == rule; });
   };
   if (says("not-a-text") && says("no-tracks"))
-    std::erase_if(findings, [](const Finding& f) { return f.severity != Severity::error; });
+    std::erase_if(findings, [](const Finding& f) { return f.severity != Severity::kError; });
 }
 
 }  // namespace
@@ -71,7 +72,7 @@ int Report::count(Severity severity) const {
 }
 
 bool Report::failed(bool strict) const {
-  return count(Severity::error) > 0 || (strict && count(Severity::warning) > 0);
+  return count(Severity::kError) > 0 || (strict && count(Severity::kWarning) > 0);
 }
 
 Report check(const std::filesystem::path& sheet, const CheckOptions& options) {
@@ -88,4 +89,4 @@ Report check(const std::filesystem::path& sheet, const CheckOptions& options) {
   return report;
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -3,19 +3,14 @@
 
 #include <filesystem>
 #include <functional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "check/report/findings.h"
 #include "check/rules/disc.h"
+#include "disc/failure.h"
 
-namespace velmor::cdcheck {
-
-/// What cannot be read or written, as one sentence that says what, where and what to do.
-class CheckError : public std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
+namespace velmor::check {
 
 struct CheckOptions {
   std::vector<Reader> readers;  ///< those that matter; empty: all
@@ -36,8 +31,8 @@ struct Report {
 /// A longer file is no cue sheet.
 inline constexpr size_t kLongestSheet = size_t{16} << 20;
 
-/// Reads the sheet and every sample of its images; changes nothing. Throws `CheckError` when the
+/// Reads the sheet and every sample of its images; changes nothing. Throws `Failure` when the
 /// sheet itself cannot be read; everything else is a finding.
 Report check(const std::filesystem::path& sheet, const CheckOptions& options);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

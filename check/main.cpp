@@ -14,10 +14,11 @@
 #include "check/portable/whole_file.h"
 #include "check/report/progress_bar.h"
 #include "check/report/report_text.h"
+#include "disc/failure.h"
 
 namespace {
 
-using namespace velmor::cdcheck;
+using namespace velmor::check;
 
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
@@ -50,7 +51,8 @@ std::vector<Reader> chosenReaders(const std::vector<std::string>& names) {
   for (const std::string& name : names) {
     const auto reader = readerByName(name);
     if (!reader)
-      throw CheckError("--for knows no reader '" + name + "'. It knows " + readerNames() + '.');
+      throw velmor::Failure("--for knows no reader '" + name + "'. It knows " + readerNames() +
+                            '.');
     chosen.push_back(*reader);
   }
   return chosen;
@@ -89,7 +91,7 @@ std::vector<Second> wantedSeconds(const Arguments& a) {
   if (!a.toc.empty()) wanted.push_back({a.toc, tocText});
   if (wanted.size() == 2 &&
       std::filesystem::weakly_canonical(a.cue) == std::filesystem::weakly_canonical(a.toc))
-    throw CheckError("--portable and --toc name the same file: give them two names.");
+    throw velmor::Failure("--portable and --toc name the same file: give them two names.");
   return wanted;
 }
 
@@ -114,22 +116,22 @@ int run(const Arguments& a) {
   const Report report = check(a.sheet, options);
   bar.clear();
   std::vector<std::string> changes;
-  std::optional<std::string> notWritten;
+  std::optional<std::string> not_written;
   try {
     changes = writeSeconds(report, seconds, a.force);
-  } catch (const CheckError& error) {
-    notWritten = error.what();
+  } catch (const velmor::Failure& error) {
+    not_written = error.what();
   }
   if (a.json)
     printJson(report, a.strict, changes, std::cout,
-              notWritten ? std::vector<std::string>{} : pathsOf(seconds));
+              not_written ? std::vector<std::string>{} : pathsOf(seconds));
   else
     printReport(report, a.strict, std::cout);
-  if (!a.json && !notWritten) printChanges(seconds, changes);
+  if (!a.json && !not_written) printChanges(seconds, changes);
   // Scripts go by the exit status: a full disk must not look like a sound disc.
-  if (!std::cout.flush()) throw CheckError("The report cannot be written to standard output.");
-  if (notWritten) {
-    std::cerr << "velmor-cdcheck: " << *notWritten << '\n';
+  if (!std::cout.flush()) throw velmor::Failure("The report cannot be written to standard output.");
+  if (not_written) {
+    std::cerr << "velmor-cdcheck: " << *not_written << '\n';
     return report.failed(a.strict) ? kFailed : kUsage;
   }
   return report.failed(a.strict) ? kFailed : 0;

@@ -5,7 +5,7 @@
 
 #include "check/image/sector_extremes.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -18,24 +18,24 @@ constexpr size_t kMostRuns = 100000;
 /// Follows both channels through the sectors that touch full scale.
 class ClipFinder {
  public:
-  explicit ClipFinder(AudioMap& map) : map_(map) {}
+  explicit ClipFinder(AudioMap& map) : m_map(map) {}
 
-  void readSector(const int16_t* samples, const Extremes& extremes, int64_t firstFrame) {
+  void readSector(const int16_t* samples, const Extremes& extremes, int64_t first_frame) {
     if ((extremes.high == INT16_MAX && holdsPair(samples, INT16_MAX)) ||
         (extremes.low == INT16_MIN && holdsPair(samples, INT16_MIN))) {
-      readBlocks(samples, firstFrame);
+      readBlocks(samples, first_frame);
       return;
     }
     // Nothing runs but what comes from the sector before, or goes on into the next one.
-    readFrame(samples, firstFrame);
+    readFrame(samples, first_frame);
     closeAll();
     const int64_t last = kSectorFrames - 1;
-    readFrame(samples + 2 * last, firstFrame + last);
+    readFrame(samples + 2 * last, first_frame + last);
   }
 
   /// A sector or block below full scale, or the end: what was running has ended.
   void closeAll() {
-    for (Running& r : runs_) close(r);
+    for (Running& r : m_runs) close(r);
   }
 
  private:
@@ -44,20 +44,20 @@ class ClipFinder {
     int16_t level = 0;
   };
 
-  void readBlocks(const int16_t* samples, int64_t firstFrame) {
+  void readBlocks(const int16_t* samples, int64_t first_frame) {
     for (int64_t b = 0; b < kSectorFrames; b += kBlockFrames) {
       const int16_t* block = samples + 2 * b;
       if (!touchesFullScale(block)) {
         closeAll();
         continue;
       }
-      for (int64_t i = 0; i < kBlockFrames; ++i) readFrame(block + 2 * i, firstFrame + b + i);
+      for (int64_t i = 0; i < kBlockFrames; ++i) readFrame(block + 2 * i, first_frame + b + i);
     }
   }
 
   void readFrame(const int16_t* samples, int64_t frame) {
-    readSample(runs_[0], samples[0], frame);
-    readSample(runs_[1], samples[1], frame);
+    readSample(m_runs[0], samples[0], frame);
+    readSample(m_runs[1], samples[1], frame);
   }
 
   void readSample(Running& r, int16_t sample, int64_t frame) {
@@ -72,16 +72,16 @@ class ClipFinder {
 
   void close(Running& r) {
     if (r.run.samples >= kClippedRun) {
-      if (map_.runs_.size() < kMostRuns)
-        map_.runs_.push_back(r.run);
+      if (m_map.m_runs.size() < kMostRuns)
+        m_map.m_runs.push_back(r.run);
       else
-        ++map_.runsLeftOut_;
+        ++m_map.m_runs_left_out;
     }
     r.run.samples = 0;
   }
 
-  AudioMap& map_;
-  std::array<Running, 2> runs_{};
+  AudioMap& m_map;
+  std::array<Running, 2> m_runs{};
 };
 
 AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {
@@ -89,7 +89,7 @@ AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {
   ClipFinder clips(map);
   std::vector<int16_t> batch(kBatch * kSectorFrames * 2);
   const int64_t sectors = image.sectors();
-  map.silent_.reserve(static_cast<size_t>(sectors));
+  map.m_silent.reserve(static_cast<size_t>(sectors));
   while (map.sectors() < sectors) {
     const int64_t first = map.sectors();
     const size_t frames =
@@ -101,7 +101,7 @@ AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {
     for (size_t s = 0; s < got; ++s) {
       const int16_t* samples = batch.data() + s * kSectorFrames * 2;
       const Extremes e = sectorExtremes(samples);
-      map.silent_.push_back(e.low == 0 && e.high == 0);
+      map.m_silent.push_back(e.low == 0 && e.high == 0);
       if (e.low == INT16_MIN || e.high == INT16_MAX)
         clips.readSector(samples, e, (first + static_cast<int64_t>(s)) * kSectorFrames);
       else
@@ -112,9 +112,9 @@ AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {
   }
   clips.closeAll();
   // A long run of one channel ends after shorter ones of the other that began later.
-  std::sort(map.runs_.begin(), map.runs_.end(),
+  std::sort(map.m_runs.begin(), map.m_runs.end(),
             [](const ClippedRun& a, const ClippedRun& b) { return a.frame < b.frame; });
-  map.brokeOff_ = map.sectors() < image.dataBytes() / kSectorBytes;
+  map.m_broke_off = map.sectors() < image.dataBytes() / kSectorBytes;
   return map;
 }
 
@@ -129,4 +129,4 @@ int64_t AudioMap::silentBefore(int64_t end, int64_t begin) const {
   return count;
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -9,10 +9,10 @@
 
 #include "check/image/image_file.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 /// Called now and then with the bytes done; on the thread that scans.
-using Progress = std::function<void(int64_t bytesDone)>;
+using Progress = std::function<void(int64_t bytes_done)>;
 
 /// Samples of one channel that stay at full scale (32767 or -32768, one of the two).
 struct ClippedRun {
@@ -28,10 +28,10 @@ class AudioMap {
   /// Reads `image` once, from start to end.
   static AudioMap scan(const ImageFile& image, const Progress& progress);
 
-  int64_t sectors() const { return static_cast<int64_t>(silent_.size()); }
+  int64_t sectors() const { return static_cast<int64_t>(m_silent.size()); }
   /// Is every sample of the sector zero? What lies outside the image is not.
   bool silent(int64_t sector) const {
-    return sector >= 0 && sector < sectors() && silent_[static_cast<size_t>(sector)];
+    return sector >= 0 && sector < sectors() && m_silent[static_cast<size_t>(sector)];
   }
   /// The first sector from `sector` up to `end` (not included) that is not silent, else `end`.
   int64_t firstSound(int64_t sector, int64_t end) const;
@@ -39,17 +39,17 @@ class AudioMap {
   int64_t silentBefore(int64_t end, int64_t begin) const;
 
   /// Of both channels, by their first frame.
-  const std::vector<ClippedRun>& clippedRuns() const { return runs_; }
-  int64_t clippedRunsLeftOut() const { return runsLeftOut_; }
+  const std::vector<ClippedRun>& clippedRuns() const { return m_runs; }
+  int64_t clippedRunsLeftOut() const { return m_runs_left_out; }
   /// Did a read fail, so that the map ends early?
-  bool brokeOff() const { return brokeOff_; }
+  bool brokeOff() const { return m_broke_off; }
 
  private:
   friend class ClipFinder;
-  std::vector<bool> silent_;
-  std::vector<ClippedRun> runs_;
-  int64_t runsLeftOut_ = 0;
-  bool brokeOff_ = false;
+  std::vector<bool> m_silent;
+  std::vector<ClippedRun> m_runs;
+  int64_t m_runs_left_out = 0;
+  bool m_broke_off = false;
 };
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -1,6 +1,6 @@
 #include "check/image/disc_units.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -16,4 +16,4 @@ std::string msfText(int64_t sectors) {
          twoDigits(sectors % kSecondSectors);
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 inline constexpr int64_t kSectorBytes = 2352;  ///< 588 stereo frames, 1/75 second
 inline constexpr int64_t kSectorFrames = 588;  ///< stereo sample pairs
@@ -15,4 +15,4 @@ inline constexpr int64_t kShortestTrack = 300;  ///< sectors, 4 s (IEC 60908)
 /// "MM:SS:FF" of a count of sectors; three-digit minutes stay whole.
 std::string msfText(int64_t sectors);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -13,7 +13,7 @@
 
 #include "check/image/disc_units.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -40,67 +40,67 @@ constexpr int kMostChunks = 4096;
 
 }  // namespace
 
-ImageFile::ImageFile(const std::filesystem::path& path, std::string_view type) : path_(path) {
+ImageFile::ImageFile(const std::filesystem::path& path, std::string_view type) : m_path(path) {
   // Not blocking: a pipe or a device in the image's place must not stop the check.
-  descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  m_descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   struct stat info {};
-  if (descriptor_ < 0 || ::fstat(descriptor_, &info) != 0) {
-    problem_ = std::error_code(errno, std::generic_category()).message();
+  if (m_descriptor < 0 || ::fstat(m_descriptor, &info) != 0) {
+    m_problem = std::error_code(errno, std::generic_category()).message();
     return;
   }
   if (!S_ISREG(info.st_mode)) {
-    problem_ = "it is not a regular file";
+    m_problem = "it is not a regular file";
     return;
   }
-  exists_ = true;
-  bytes_ = info.st_size;
-  ::posix_fadvise(descriptor_, 0, 0, POSIX_FADV_SEQUENTIAL);
+  m_exists = true;
+  m_bytes = info.st_size;
+  ::posix_fadvise(m_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
   locateSamples(type);
 }
 
 ImageFile::~ImageFile() {
-  if (descriptor_ >= 0) ::close(descriptor_);
+  if (m_descriptor >= 0) ::close(m_descriptor);
 }
 
 ImageFile::ImageFile(ImageFile&& other) noexcept
-    : path_(std::move(other.path_)),
-      descriptor_(std::exchange(other.descriptor_, -1)),
-      exists_(other.exists_),
-      mislabelled_(other.mislabelled_),
-      form_(other.form_),
-      bytes_(other.bytes_),
-      dataOffset_(other.dataOffset_),
-      dataBytes_(other.dataBytes_),
-      problem_(std::move(other.problem_)) {}
+    : m_path(std::move(other.m_path)),
+      m_descriptor(std::exchange(other.m_descriptor, -1)),
+      m_exists(other.m_exists),
+      m_mislabelled(other.m_mislabelled),
+      m_form(other.m_form),
+      m_bytes(other.m_bytes),
+      m_data_offset(other.m_data_offset),
+      m_data_bytes(other.m_data_bytes),
+      m_problem(std::move(other.m_problem)) {}
 
 int64_t ImageFile::sectors() const {
-  return (dataBytes_ + kSectorBytes - 1) / kSectorBytes;
+  return (m_data_bytes + kSectorBytes - 1) / kSectorBytes;
 }
 
 void ImageFile::locateSamples(std::string_view type) {
   if (type == "BINARY" || type == "MOTOROLA") {
-    form_ = type == "BINARY" ? SampleForm::little : SampleForm::big;
-    dataBytes_ = bytes_;
+    m_form = type == "BINARY" ? SampleForm::kLittle : SampleForm::kBig;
+    m_data_bytes = m_bytes;
     return;
   }
   if (type == "WAVE") locateInWave();
   if (type == "AIFF") locateInAiff();
-  if (!readable() && problem_.empty())
-    problem_ = "only BINARY, MOTOROLA and plain 16-bit 44100 Hz stereo WAVE and AIFF are";
+  if (!readable() && m_problem.empty())
+    m_problem = "only BINARY, MOTOROLA and plain 16-bit 44100 Hz stereo WAVE and AIFF are";
 }
 
 void ImageFile::locateInWave() {
   std::array<unsigned char, 16> head{};
   const bool whole = readBytes(0, head.data(), 12) == 12;
-  mislabelled_ = !whole || !(named(head.data(), "RIFF") || named(head.data(), "RF64")) ||
-                 !named(head.data() + 8, "WAVE");
-  if (mislabelled_) return;
+  m_mislabelled = !whole || !(named(head.data(), "RIFF") || named(head.data(), "RF64")) ||
+                  !named(head.data() + 8, "WAVE");
+  if (m_mislabelled) return;
   bool plain = false;
   int64_t at = 12;
   for (int chunk = 0; chunk < kMostChunks; ++chunk) {
     std::array<unsigned char, 24> c{};
     if (readBytes(at, c.data(), c.size()) < 8) {
-      form_ = SampleForm::little;  // broken off: none of its samples are there
+      m_form = SampleForm::kLittle;  // broken off: none of its samples are there
       return;
     }
     const int64_t size = little32(c.data() + 4);
@@ -110,9 +110,9 @@ void ImageFile::locateInWave() {
               (little16(c.data() + 8) == 1 || little16(c.data() + 8) == 0xFFFE);
     } else if (named(c.data(), "data")) {
       if (!plain) return;
-      form_ = SampleForm::little;
-      dataOffset_ = at + 8;
-      dataBytes_ = std::min(size, bytes_ - dataOffset_);
+      m_form = SampleForm::kLittle;
+      m_data_offset = at + 8;
+      m_data_bytes = std::min(size, m_bytes - m_data_offset);
       return;
     }
     at += 8 + size + size % 2;
@@ -122,16 +122,16 @@ void ImageFile::locateInWave() {
 void ImageFile::locateInAiff() {
   std::array<unsigned char, 16> head{};
   const bool whole = readBytes(0, head.data(), 12) == 12;
-  mislabelled_ = !whole || !named(head.data(), "FORM") ||
-                 !(named(head.data() + 8, "AIFF") || named(head.data() + 8, "AIFC"));
-  if (mislabelled_ || !named(head.data() + 8, "AIFF")) return;
+  m_mislabelled = !whole || !named(head.data(), "FORM") ||
+                  !(named(head.data() + 8, "AIFF") || named(head.data() + 8, "AIFC"));
+  if (m_mislabelled || !named(head.data() + 8, "AIFF")) return;
   constexpr std::array<unsigned char, 4> k44100 = {0x40, 0x0E, 0xAC, 0x44};
   bool plain = false;
   int64_t at = 12;
   for (int chunk = 0; chunk < kMostChunks; ++chunk) {
     std::array<unsigned char, 26> c{};
     if (readBytes(at, c.data(), c.size()) < 8) {
-      form_ = SampleForm::big;
+      m_form = SampleForm::kBig;
       return;
     }
     const int64_t size = big32(c.data() + 4);
@@ -140,9 +140,9 @@ void ImageFile::locateInAiff() {
               std::equal(k44100.begin(), k44100.end(), c.begin() + 16);
     } else if (named(c.data(), "SSND")) {
       if (!plain) return;
-      form_ = SampleForm::big;
-      dataOffset_ = std::min(at + 16 + big32(c.data() + 8), bytes_);
-      dataBytes_ = std::clamp<int64_t>(size - 8, 0, bytes_ - dataOffset_);
+      m_form = SampleForm::kBig;
+      m_data_offset = std::min(at + 16 + big32(c.data() + 8), m_bytes);
+      m_data_bytes = std::clamp<int64_t>(size - 8, 0, m_bytes - m_data_offset);
       return;
     }
     at += 8 + size + size % 2;
@@ -152,7 +152,7 @@ void ImageFile::locateInAiff() {
 size_t ImageFile::readBytes(int64_t offset, void* to, size_t bytes) const {
   size_t done = 0;
   while (done < bytes) {
-    const ssize_t got = ::pread(descriptor_, static_cast<char*>(to) + done, bytes - done,
+    const ssize_t got = ::pread(m_descriptor, static_cast<char*>(to) + done, bytes - done,
                                 offset + static_cast<int64_t>(done));
     if (got < 0 && errno == EINTR) continue;
     if (got <= 0) break;
@@ -162,12 +162,12 @@ size_t ImageFile::readBytes(int64_t offset, void* to, size_t bytes) const {
 }
 
 size_t ImageFile::readFrames(int64_t frame, int16_t* samples, size_t frames) const {
-  if (!readable() || frame < 0 || frame * kFrameBytes >= dataBytes_) return 0;
-  const int64_t left = dataBytes_ / kFrameBytes - frame;
+  if (!readable() || frame < 0 || frame * kFrameBytes >= m_data_bytes) return 0;
+  const int64_t left = m_data_bytes / kFrameBytes - frame;
   frames = std::min(frames, static_cast<size_t>(left));
-  const size_t got = readBytes(dataOffset_ + frame * kFrameBytes, samples, frames * kFrameBytes) /
+  const size_t got = readBytes(m_data_offset + frame * kFrameBytes, samples, frames * kFrameBytes) /
                      static_cast<size_t>(kFrameBytes);
-  if (form_ == SampleForm::big) {
+  if (m_form == SampleForm::kBig) {
     for (size_t i = 0; i < got * 2; ++i) {
       const auto raw = static_cast<uint16_t>(samples[i]);
       samples[i] = static_cast<int16_t>(static_cast<uint16_t>(raw << 8 | raw >> 8));
@@ -176,4 +176,4 @@ size_t ImageFile::readFrames(int64_t frame, int16_t* samples, size_t frames) con
   return got;
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -8,13 +8,13 @@
 #include <string_view>
 #include <vector>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 /// How the samples are stored.
 enum class SampleForm {
-  little,   ///< 16 bit, least significant byte first: BINARY, WAVE
-  big,      ///< 16 bit, most significant byte first: MOTOROLA, AIFF
-  unknown,  ///< compressed, another rate or width, or not recognised: not looked into
+  kLittle,   ///< 16 bit, least significant byte first: BINARY, WAVE
+  kBig,      ///< 16 bit, most significant byte first: MOTOROLA, AIFF
+  kUnknown,  ///< compressed, another rate or width, or not recognised: not looked into
 };
 
 /// Reads 16-bit stereo samples from where they lie in a file. One thread.
@@ -26,18 +26,18 @@ class ImageFile {
   ImageFile(ImageFile&& other) noexcept;
   ImageFile& operator=(ImageFile&&) = delete;
 
-  const std::filesystem::path& path() const { return path_; }
+  const std::filesystem::path& path() const { return m_path; }
   /// Why the file cannot be read or looked into, as part of a sentence; empty when it can.
-  const std::string& problem() const { return problem_; }
+  const std::string& problem() const { return m_problem; }
   /// Is there a regular file, and can it be opened?
-  bool exists() const { return exists_; }
+  bool exists() const { return m_exists; }
   /// Is it named as WAVE or AIFF, and begins as neither does?
-  bool mislabelled() const { return mislabelled_; }
-  SampleForm form() const { return form_; }
-  bool readable() const { return form_ != SampleForm::unknown; }
-  int64_t bytes() const { return bytes_; }          ///< of the whole file
-  int64_t dataBytes() const { return dataBytes_; }  ///< of its samples; 0 when unknown
-  int64_t sectors() const;                          ///< begun sectors of its samples
+  bool mislabelled() const { return m_mislabelled; }
+  SampleForm form() const { return m_form; }
+  bool readable() const { return m_form != SampleForm::kUnknown; }
+  int64_t bytes() const { return m_bytes; }           ///< of the whole file
+  int64_t dataBytes() const { return m_data_bytes; }  ///< of its samples; 0 when unknown
+  int64_t sectors() const;                            ///< begun sectors of its samples
 
   /// Fills `samples` (left and right in turn) from stereo frame `frame` on; returns the whole
   /// frames read, fewer at the end or at a read error.
@@ -49,12 +49,12 @@ class ImageFile {
   void locateInAiff();
   size_t readBytes(int64_t offset, void* to, size_t bytes) const;
 
-  std::filesystem::path path_;
-  int descriptor_ = -1;
-  bool exists_ = false, mislabelled_ = false;
-  SampleForm form_ = SampleForm::unknown;
-  int64_t bytes_ = 0, dataOffset_ = 0, dataBytes_ = 0;
-  std::string problem_;
+  std::filesystem::path m_path;
+  int m_descriptor = -1;
+  bool m_exists = false, m_mislabelled = false;
+  SampleForm m_form = SampleForm::kUnknown;
+  int64_t m_bytes = 0, m_data_offset = 0, m_data_bytes = 0;
+  std::string m_problem;
 };
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

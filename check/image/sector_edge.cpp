@@ -4,7 +4,7 @@
 
 #include "check/image/disc_units.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 SectorEdge lookAtSector(const ImageFile& image, int64_t sector) {
   std::array<int16_t, kSectorFrames * 2> samples{};
@@ -15,11 +15,11 @@ SectorEdge lookAtSector(const ImageFile& image, int64_t sector) {
     return samples[at] == 0 && samples[at + 1] == 0;
   };
   SectorEdge edge;
-  while (edge.firstSound < frames && zero(edge.firstSound)) ++edge.firstSound;
-  if (edge.firstSound >= frames) edge.firstSound = kSectorFrames;
-  if (edge.firstSound >= kPauseFrames) return edge;
+  while (edge.first_sound < frames && zero(edge.first_sound)) ++edge.first_sound;
+  if (edge.first_sound >= frames) edge.first_sound = kSectorFrames;
+  if (edge.first_sound >= kPauseFrames) return edge;
   int64_t pause = 0;
-  for (int64_t f = edge.firstSound; f < frames; ++f) {
+  for (int64_t f = edge.first_sound; f < frames; ++f) {
     pause = zero(f) ? pause + 1 : 0;
     if (pause == kPauseFrames) {
       edge.tail = f + 1 - pause;
@@ -29,4 +29,4 @@ SectorEdge lookAtSector(const ImageFile& image, int64_t sector) {
   return edge;
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

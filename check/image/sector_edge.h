@@ -5,7 +5,7 @@
 
 #include "check/image/image_file.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 /// What the first sector of a track holds.
 struct SectorEdge {
@@ -13,7 +13,7 @@ struct SectorEdge {
   /// what came before. 0: it begins silent, or sounds through.
   int64_t tail = 0;
   /// First frame of the sector that is not zero, 588 when it is silent.
-  int64_t firstSound = 0;
+  int64_t first_sound = 0;
 };
 
 /// So many zero frames in a row are a pause; fewer are a wave that passes through zero.
@@ -21,4 +21,4 @@ inline constexpr int64_t kPauseFrames = 32;
 
 SectorEdge lookAtSector(const ImageFile& image, int64_t sector);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

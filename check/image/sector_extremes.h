@@ -5,7 +5,7 @@
 
 #include "check/image/disc_units.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 struct Extremes {
   int16_t low, high;
@@ -48,4 +48,4 @@ inline bool touchesFullScale(const int16_t* block) {
   return found != 0;
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

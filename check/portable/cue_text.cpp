@@ -1,7 +1,7 @@
 #include "check/image/disc_units.h"
 #include "check/portable/portable_disc.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -25,39 +25,39 @@ void addFields(std::string& text, std::string_view indent, const PlainFields& fi
 
 class CueWriter {
  public:
-  explicit CueWriter(const PortableDisc& disc) : disc_(disc) {}
+  explicit CueWriter(const PortableDisc& disc) : m_disc(disc) {}
 
   std::string run() {
-    if (!disc_.catalog.empty()) addLine(text_, "", "CATALOG " + disc_.catalog);
-    addFields(text_, "", disc_.fields);
-    for (const PlainTrack& t : disc_.tracks) addTrack(t);
-    return std::move(text_);
+    if (!m_disc.catalog.empty()) addLine(m_text, "", "CATALOG " + m_disc.catalog);
+    addFields(m_text, "", m_disc.fields);
+    for (const PlainTrack& t : m_disc.tracks) addTrack(t);
+    return std::move(m_text);
   }
 
  private:
   void nameFile(size_t file) {
-    if (named_ > file) return;
-    named_ = file + 1;
-    addLine(text_, "", "FILE \"" + disc_.files[file].name + "\" " + disc_.files[file].type);
+    if (m_named > file) return;
+    m_named = file + 1;
+    addLine(m_text, "", "FILE \"" + m_disc.files[file].name + "\" " + m_disc.files[file].type);
   }
 
   void addTrack(const PlainTrack& t) {
     nameFile(t.indices.front().file);
-    addLine(text_, "  ", "TRACK " + twoDigits(t.number) + ' ' + t.mode);
-    addFields(text_, "    ", t.fields);
-    if (!t.flags.empty()) addLine(text_, "    ", "FLAGS " + t.flags);
-    if (!t.isrc.empty()) addLine(text_, "    ", "ISRC " + t.isrc);
-    if (t.pregap > 0) addLine(text_, "    ", "PREGAP " + msfText(t.pregap));
+    addLine(m_text, "  ", "TRACK " + twoDigits(t.number) + ' ' + t.mode);
+    addFields(m_text, "    ", t.fields);
+    if (!t.flags.empty()) addLine(m_text, "    ", "FLAGS " + t.flags);
+    if (!t.isrc.empty()) addLine(m_text, "    ", "ISRC " + t.isrc);
+    if (t.pregap > 0) addLine(m_text, "    ", "PREGAP " + msfText(t.pregap));
     for (const PlainIndex& i : t.indices) {
       nameFile(i.file);
-      addLine(text_, "    ", "INDEX " + twoDigits(i.number) + ' ' + msfText(i.sector));
+      addLine(m_text, "    ", "INDEX " + twoDigits(i.number) + ' ' + msfText(i.sector));
     }
-    if (t.postgap > 0) addLine(text_, "    ", "POSTGAP " + msfText(t.postgap));
+    if (t.postgap > 0) addLine(m_text, "    ", "POSTGAP " + msfText(t.postgap));
   }
 
-  const PortableDisc& disc_;
-  std::string text_;
-  size_t named_ = 0;  ///< files named so far
+  const PortableDisc& m_disc;
+  std::string m_text;
+  size_t m_named = 0;  ///< files named so far
 };
 
 }  // namespace
@@ -66,4 +66,4 @@ std::string cueText(const PortableDisc& disc) {
   return CueWriter(disc).run();
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -5,7 +5,7 @@
 #include "check/rules/encoding.h"
 #include "check/sheet/command_line.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -103,24 +103,24 @@ void append(PlainText& plain, char32_t c) {
     plain.text += spelled;
   } else {
     plain.text += '?';
-    plain.lettersLost = true;
+    plain.letters_lost = true;
   }
 }
 
 void shorten(std::string& text) {
   if (text.size() <= kMostCharacters) return;
-  const bool insideWord = text[kMostCharacters] != ' ';
+  const bool inside_word = text[kMostCharacters] != ' ';
   text.resize(kMostCharacters);
-  const size_t lastBlank = text.rfind(' ');
-  if (insideWord && lastBlank != std::string::npos && lastBlank > kMostCharacters / 2)
-    text.resize(lastBlank);
+  const size_t last_blank = text.rfind(' ');
+  if (inside_word && last_blank != std::string::npos && last_blank > kMostCharacters / 2)
+    text.resize(last_blank);
 }
 
 }  // namespace
 
 PlainText plainText(std::string_view text) {
   PlainText plain;
-  const bool latin1 = encodingOf(text) == Encoding::latin1;
+  const bool latin1 = encodingOf(text) == Encoding::kLatin1;
   if (text.ends_with('\\')) text.remove_suffix(1);
   for (size_t at = 0; at < text.size();)
     append(plain, latin1 ? static_cast<unsigned char>(text[at++]) : nextCharacter(text, at));
@@ -129,4 +129,4 @@ PlainText plainText(std::string_view text) {
   return plain;
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

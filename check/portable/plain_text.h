@@ -4,11 +4,11 @@
 #include <string>
 #include <string_view>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 struct PlainText {
   std::string text;
-  bool lettersLost = false;  ///< some have no spelling in ASCII and became '?'
+  bool letters_lost = false;  ///< some have no spelling in ASCII and became '?'
 };
 
 /// ASCII is the one encoding that all readers show alike and that CD-TEXT holds: UTF-8 is stored or
@@ -18,4 +18,4 @@ struct PlainText {
 /// at the last word that fits. `text` may be UTF-8 or ISO 8859-1.
 PlainText plainText(std::string_view text);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

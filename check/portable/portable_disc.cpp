@@ -11,8 +11,9 @@
 #include "check/rules/encoding.h"
 #include "check/rules/track_words.h"
 #include "check/sheet/command_line.h"
+#include "disc/failure.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -27,43 +28,43 @@ constexpr std::string_view kHopeless[] = {
 
 void refuseHopeless(const Report& report) {
   for (const Finding& f : report.findings) {
-    if (f.severity != Severity::error ||
+    if (f.severity != Severity::kError ||
         std::find(std::begin(kHopeless), std::end(kHopeless), f.rule) == std::end(kHopeless))
       continue;
     const std::string where = f.line > 0 ? " (line " + std::to_string(f.line) + ")" : "";
-    throw CheckError("No second sheet can be made from '" + report.sheet.string() +
-                     "': " + printable(f.what) + where + ". " + f.action);
+    throw Failure("No second sheet can be made from '" + report.sheet.string() +
+                  "': " + printable(f.what) + where + ". " + f.action);
   }
 }
 
 class Maker {
  public:
   Maker(const Report& report, const std::filesystem::path& target)
-      : sheet_(report.disc.sheet), report_(report), folder_(target.parent_path()) {
-    if (target.extension() == ".cue") name_ = target.filename();
+      : m_sheet(report.disc.sheet), m_report(report), m_folder(target.parent_path()) {
+    if (target.extension() == ".cue") m_name = target.filename();
   }
 
   PortableDisc run(const ExactStarts& exact) {
     takeCatalog();
-    takeFields(sheet_.fields, made_.fields, "Disc");
+    takeFields(m_sheet.fields, m_made.fields, "Disc");
     takeFiles();
-    for (const Track& t : sheet_.tracks) takeTrack(t);
-    placeStarts(report_.disc, exact, made_.tracks, made_.changes);
+    for (const Track& t : m_sheet.tracks) takeTrack(t);
+    placeStarts(m_report.disc, exact, m_made.tracks, m_made.changes);
     dropEmptyGaps();
     completeFields();
-    if (!sheet_.remarks.empty())
-      say(std::to_string(sheet_.remarks.size()) + " REM lines are left out: no disc holds them.");
-    if (sheet_.cdTextFile) say("CDTEXTFILE is left out: most readers do not know it.");
-    return std::move(made_);
+    if (!m_sheet.remarks.empty())
+      say(std::to_string(m_sheet.remarks.size()) + " REM lines are left out: no disc holds them.");
+    if (m_sheet.cd_text_file) say("CDTEXTFILE is left out: most readers do not know it.");
+    return std::move(m_made);
   }
 
  private:
-  void say(const std::string& change) { made_.changes.push_back(printable(change)); }
+  void say(const std::string& change) { m_made.changes.push_back(printable(change)); }
 
   void takeCatalog() {
-    if (!sheet_.catalog) return;
-    std::string code = sheet_.catalog->bytes;
-    if (sheet_.catalog->quoted) say("CATALOG is written without quotes.");
+    if (!m_sheet.catalog) return;
+    std::string code = m_sheet.catalog->bytes;
+    if (m_sheet.catalog->quoted) say("CATALOG is written without quotes.");
     if (code.size() == 12 && allDigits(code)) {
       say("CATALOG " + code + " is written as 0" + code + ": a UPC takes a leading 0.");
       code.insert(code.begin(), '0');
@@ -72,7 +73,7 @@ class Maker {
       say("CATALOG '" + code.substr(0, 40) + "' is left out: it is not 13 digits.");
       return;
     }
-    made_.catalog = code;
+    m_made.catalog = code;
     if (!isMcn(code)) say("CATALOG " + code + " is kept with its wrong check digit: look it up.");
   }
 
@@ -84,8 +85,8 @@ class Maker {
       say(what + " is left out: it is empty.");
     else if (to != from->bytes)
       say(what + " is written as '" + to + "'" +
-          (plain.lettersLost ? "; '?' stands for letters that ASCII has not: spell it by hand."
-                             : "."));
+          (plain.letters_lost ? "; '?' stands for letters that ASCII has not: spell it by hand."
+                              : "."));
   }
 
   void takeFields(const Fields& from, PlainFields& to, const std::string& whose) {
@@ -95,37 +96,37 @@ class Maker {
   }
 
   void takeFiles() {
-    for (size_t f = 0; f < sheet_.files.size(); ++f) {
-      const ImageFile& image = report_.disc.images[f];
-      PlainFile file{fileName(image.path()), sheet_.files[f].type};
+    for (size_t f = 0; f < m_sheet.files.size(); ++f) {
+      const ImageFile& image = m_report.disc.images[f];
+      PlainFile file{fileName(image.path()), m_sheet.files[f].type};
       if (file.name.find_first_of("\"\r\n") != std::string::npos)
-        throw CheckError("The image's name '" + printable(file.name) +
-                         "' has a quote or a line break, which no sheet can hold: rename it.");
+        throw Failure("The image's name '" + printable(file.name) +
+                      "' has a quote or a line break, which no sheet can hold: rename it.");
       if (!std::all_of(file.name.begin(), file.name.end(),
                        [](char c) { return static_cast<unsigned char>(c) < 128; }))
         say("FILE '" + file.name +
             "' keeps its letters, since it must name the file; rename the "
             "image in ASCII for readers on other systems.");
-      made_.files.push_back(std::move(file));
+      m_made.files.push_back(std::move(file));
     }
-    checkStems(made_.files[0].name);
-    if (made_.files.size() > 1)
-      say("The sheet keeps its " + std::to_string(made_.files.size()) +
+    checkStems(m_made.files[0].name);
+    if (m_made.files.size() > 1)
+      say("The sheet keeps its " + std::to_string(m_made.files.size()) +
           " files; readers that want one image will not take it.");
   }
 
   /// The one thing that a sheet cannot say: libcdio looks for the sheet's name with ".bin".
   void checkStems(const std::string& file) {
-    if (name_.empty() || file == name_.stem().string() + ".bin") return;
+    if (m_name.empty() || file == m_name.stem().string() + ".bin") return;
     say("For libcdio (cd-info) rename this sheet or the image: it looks for '" +
-        name_.stem().string() + ".bin' beside the sheet, whatever FILE says.");
+        m_name.stem().string() + ".bin' beside the sheet, whatever FILE says.");
   }
 
   std::string fileName(const std::filesystem::path& image) const {
     std::error_code error;
     const auto there = std::filesystem::weakly_canonical(image, error);
     const auto here = std::filesystem::weakly_canonical(
-        folder_.empty() ? std::filesystem::path(".") : folder_, error);
+        m_folder.empty() ? std::filesystem::path(".") : m_folder, error);
     const auto relative = there.lexically_relative(std::filesystem::absolute(here, error));
     // A link to an image elsewhere keeps the name it has beside the sheet.
     const bool beside = std::filesystem::equivalent(
@@ -145,7 +146,7 @@ class Maker {
     if (from.pregap) to.pregap = from.pregap->sectors();
     if (from.postgap) to.postgap = from.postgap->sectors();
     for (const Index& i : from.indices) to.indices.push_back({i.number, i.time.sectors(), i.file});
-    made_.tracks.push_back(std::move(to));
+    m_made.tracks.push_back(std::move(to));
   }
 
   void takeFlags(const Track& from, PlainTrack& to, const std::string& whose) {
@@ -167,7 +168,7 @@ class Maker {
     const std::string bare = bareIsrc(code);
     if (!isIsrc(bare)) {
       say(whose + ": ISRC '" + code.substr(0, 40) + "' is left out: it is none.");
-    } else if (!isrcs_.insert(bare).second) {
+    } else if (!m_isrcs.insert(bare).second) {
       say(whose + ": ISRC " + bare +
           " is left out: an earlier track has it. Find out whose it is.");
     } else {
@@ -178,7 +179,7 @@ class Maker {
   }
 
   void dropEmptyGaps() {
-    for (PlainTrack& t : made_.tracks) {
+    for (PlainTrack& t : m_made.tracks) {
       if (t.indices.size() < 2 || t.indices[0].number != 0 ||
           t.indices[0].file != t.indices[1].file || t.indices[0].sector < t.indices[1].sector)
         continue;
@@ -199,27 +200,27 @@ class Maker {
 
   void complete(std::string PlainFields::*field, const std::string& name,
                 const std::function<std::string(const PlainTrack&)>& own,
-                const std::string& forDisc) {
+                const std::string& for_disc) {
     const auto has = [&](const PlainTrack& t) { return !(t.fields.*field).empty(); };
-    const bool any = std::any_of(made_.tracks.begin(), made_.tracks.end(), has);
-    if (!any && (made_.fields.*field).empty()) return;
-    if ((made_.fields.*field).empty()) {
-      made_.fields.*field = forDisc;
-      say("Disc: " + name + " '" + forDisc + "' is added: tracks have one.");
+    const bool any = std::any_of(m_made.tracks.begin(), m_made.tracks.end(), has);
+    if (!any && (m_made.fields.*field).empty()) return;
+    if ((m_made.fields.*field).empty()) {
+      m_made.fields.*field = for_disc;
+      say("Disc: " + name + " '" + for_disc + "' is added: tracks have one.");
     }
-    for (PlainTrack& t : made_.tracks) {
+    for (PlainTrack& t : m_made.tracks) {
       if (has(t)) continue;
-      t.fields.*field = own ? own(t) : made_.fields.*field;
+      t.fields.*field = own ? own(t) : m_made.fields.*field;
       say("Track " + std::to_string(t.number) + ": " + name + " '" + t.fields.*field +
           "' is added: a field is given for all or for none.");
     }
   }
 
-  const Sheet& sheet_;
-  const Report& report_;
-  std::filesystem::path folder_, name_;  ///< of a new cue sheet; no name for a TOC
-  std::set<std::string> isrcs_;
-  PortableDisc made_;
+  const Sheet& m_sheet;
+  const Report& m_report;
+  std::filesystem::path m_folder, m_name;  ///< of a new cue sheet; no name for a TOC
+  std::set<std::string> m_isrcs;
+  PortableDisc m_made;
 };
 
 }  // namespace
@@ -230,4 +231,4 @@ PortableDisc makePortable(const Report& report, const std::filesystem::path& tar
   return Maker(report, target).run(exact);
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

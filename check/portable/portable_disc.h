@@ -6,8 +6,9 @@
 #include <vector>
 
 #include "check/check.h"
+#include "disc/failure.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 struct PlainFields {
   std::string title, performer, songwriter;  ///< ASCII; empty: no line
@@ -45,7 +46,7 @@ struct PortableDisc {
 /// image's first, one for each track. Empty: what sheet and image show must do.
 using ExactStarts = std::vector<int64_t>;
 
-/// Throws `CheckError` where no sheet can be made: no image, no tracks, over 99, indices that are
+/// Throws `Failure` where no sheet can be made: no image, no tracks, over 99, indices that are
 /// missing, descend or lie past the end. `target`: the new sheet's file;
 /// FILE names are given relative to its folder.
 PortableDisc makePortable(const Report& report, const std::filesystem::path& target,
@@ -53,9 +54,9 @@ PortableDisc makePortable(const Report& report, const std::filesystem::path& tar
 
 /// The cue sheet: ASCII, CRLF, texts quoted, CATALOG, ISRC bare.
 std::string cueText(const PortableDisc& disc);
-/// The same for cdrdao; byte order as the FILE's type says. Throws `CheckError` for what a TOC
+/// The same for cdrdao; byte order as the FILE's type says. Throws `Failure` for what a TOC
 /// cannot say (a track whose indices lie in two files, an image that cdrdao would take for
 /// another).
 std::string tocText(const PortableDisc& disc);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

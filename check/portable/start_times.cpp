@@ -2,7 +2,7 @@
 
 #include "check/image/disc_units.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -51,4 +51,4 @@ void placeStarts(const Disc& disc, const ExactStarts& exact, std::vector<PlainTr
   }
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -6,7 +6,7 @@
 
 #include "check/portable/portable_disc.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 /// Moves INDEX 00 and 01 of `tracks` to where the tracks truly start, and says so in `changes`.
 ///
@@ -20,4 +20,4 @@ namespace velmor::cdcheck {
 void placeStarts(const Disc& disc, const ExactStarts& exact, std::vector<PlainTrack>& tracks,
                  std::vector<std::string>& changes);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -8,31 +8,32 @@
 #include <system_error>
 
 #include "check/check.h"
+#include "disc/failure.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
 namespace fs = std::filesystem;
 
 [[noreturn]] void fail(const fs::path& path, int error) {
-  throw CheckError("'" + path.string() + "' cannot be written: " +
-                   std::generic_category().message(error) + ". Choose another place.");
+  throw Failure("'" + path.string() + "' cannot be written: " +
+                std::generic_category().message(error) + ". Choose another place.");
 }
 
 /// A file under a name of its own beside `path`, gone unless it was moved away.
 class Draft {
  public:
-  explicit Draft(const fs::path& path) : target_(path) {
-    for (int n = 0; descriptor_ < 0; ++n) {
-      name_ = path.string() + '.' + std::to_string(::getpid()) + '-' + std::to_string(n);
-      descriptor_ = create(name_);
-      if (descriptor_ < 0 && (errno != EEXIST || n == kMostNames)) fail(target_, errno);
+  explicit Draft(const fs::path& path) : m_target(path) {
+    for (int n = 0; m_descriptor < 0; ++n) {
+      m_name = path.string() + '.' + std::to_string(::getpid()) + '-' + std::to_string(n);
+      m_descriptor = create(m_name);
+      if (m_descriptor < 0 && (errno != EEXIST || n == kMostNames)) fail(m_target, errno);
     }
   }
   ~Draft() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-    if (!name_.empty()) ::unlink(name_.c_str());
+    if (m_descriptor >= 0) ::close(m_descriptor);
+    if (!m_name.empty()) ::unlink(m_name.c_str());
   }
   Draft(const Draft&) = delete;
   Draft& operator=(const Draft&) = delete;
@@ -40,22 +41,22 @@ class Draft {
   void write(const std::string& text) {
     size_t done = 0;
     while (done < text.size()) {
-      const ssize_t got = ::write(descriptor_, text.data() + done, text.size() - done);
+      const ssize_t got = ::write(m_descriptor, text.data() + done, text.size() - done);
       if (got < 0 && errno == EINTR) continue;
-      if (got <= 0) fail(target_, got < 0 ? errno : ENOSPC);
+      if (got <= 0) fail(m_target, got < 0 ? errno : ENOSPC);
       done += static_cast<size_t>(got);
     }
-    if (::fsync(descriptor_) != 0) fail(target_, errno);
+    if (::fsync(m_descriptor) != 0) fail(m_target, errno);
   }
 
   void moveIntoPlace(bool replace) {
     if (!replace) takeName();
-    if (::rename(name_.c_str(), target_.c_str()) != 0) {
+    if (::rename(m_name.c_str(), m_target.c_str()) != 0) {
       const int error = errno;
-      if (!replace) ::unlink(target_.c_str());
-      fail(target_, error);
+      if (!replace) ::unlink(m_target.c_str());
+      fail(m_target, error);
     }
-    name_.clear();
+    m_name.clear();
   }
 
  private:
@@ -68,14 +69,14 @@ class Draft {
   /// A rename replaces what stands there, and a link is not known to the file systems of memory
   /// sticks: a new empty file makes sure that nothing stood there.
   void takeName() const {
-    const int taken = create(target_.string());
-    if (taken < 0) fail(target_, errno);
+    const int taken = create(m_target.string());
+    if (taken < 0) fail(m_target, errno);
     ::close(taken);
   }
 
-  fs::path target_;
-  std::string name_;
-  int descriptor_ = -1;
+  fs::path m_target;
+  std::string m_name;
+  int m_descriptor = -1;
 };
 
 }  // namespace
@@ -84,17 +85,17 @@ void refuseTarget(const fs::path& path, const fs::path& sheet, const std::vector
                   bool force) {
   std::error_code error;
   if (fs::equivalent(path, sheet, error))
-    throw CheckError("'" + path.string() +
-                     "' is the sheet that is checked, which stays as it is: choose another name.");
+    throw Failure("'" + path.string() +
+                  "' is the sheet that is checked, which stays as it is: choose another name.");
   for (const fs::path& image : images)
     if (fs::equivalent(path, image, error))
-      throw CheckError("'" + path.string() +
-                       "' is an image of the sheet, which stays as it is: choose another name.");
+      throw Failure("'" + path.string() +
+                    "' is an image of the sheet, which stays as it is: choose another name.");
   if (fs::is_directory(path, error))
-    throw CheckError("'" + path.string() + "' is a folder: name a file in it.");
+    throw Failure("'" + path.string() + "' is a folder: name a file in it.");
   if (!force && fs::exists(fs::symlink_status(path, error)))
-    throw CheckError("'" + path.string() +
-                     "' is there already: choose another name, or give --force to replace it.");
+    throw Failure("'" + path.string() +
+                  "' is there already: choose another name, or give --force to replace it.");
 }
 
 void writeWhole(const fs::path& path, const std::string& text, bool force) {
@@ -107,4 +108,4 @@ void writeWhole(const std::vector<TextFile>& files, bool force) {
   for (Draft& draft : drafts) draft.moveIntoPlace(force);
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -5,10 +5,12 @@
 #include <string>
 #include <vector>
 
-namespace velmor::cdcheck {
+#include "disc/failure.h"
+
+namespace velmor::check {
 
 /// Refuses `path` when something stands there already (unless `force`), or when it is `sheet` or
-/// one of `images` by whatever name. Throws `CheckError`.
+/// one of `images` by whatever name. Throws `Failure`.
 void refuseTarget(const std::filesystem::path& path, const std::filesystem::path& sheet,
                   const std::vector<std::filesystem::path>& images, bool force);
 struct TextFile {
@@ -18,8 +20,8 @@ struct TextFile {
 
 /// Writes each text beside its path, and moves them into place once all are on the disk: a failure
 /// leaves what was there. Without `force` a file that appeared meanwhile is not replaced. Throws
-/// `CheckError`.
+/// `Failure`.
 void writeWhole(const std::vector<TextFile>& files, bool force);
 void writeWhole(const std::filesystem::path& path, const std::string& text, bool force);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -4,13 +4,13 @@
 #include <iterator>
 #include <tuple>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 std::string_view severityName(Severity severity) {
   switch (severity) {
-    case Severity::error:
+    case Severity::kError:
       return "error";
-    case Severity::warning:
+    case Severity::kWarning:
       return "warning";
     default:
       return "note";
@@ -18,22 +18,22 @@ std::string_view severityName(Severity severity) {
 }
 
 bool Findings::chosen(Reader reader) const {
-  return chosen_.empty() || std::find(chosen_.begin(), chosen_.end(), reader) != chosen_.end();
+  return m_chosen.empty() || std::find(m_chosen.begin(), m_chosen.end(), reader) != m_chosen.end();
 }
 
 void Findings::fillReaders(Finding& finding) const {
   const ReaderVerdict* verdict = readerVerdict(finding.rule);
   if (!verdict) return;
-  const auto isChosen = [this](Reader r) { return chosen(r); };
+  const auto is_chosen = [this](Reader r) { return chosen(r); };
   std::copy_if(verdict->refused.begin(), verdict->refused.end(),
-               std::back_inserter(finding.refused), isChosen);
+               std::back_inserter(finding.refused), is_chosen);
   std::copy_if(verdict->damaged.begin(), verdict->damaged.end(),
-               std::back_inserter(finding.damaged), isChosen);
+               std::back_inserter(finding.damaged), is_chosen);
   finding.damage = verdict->damage;
 }
 
 void Findings::push(Finding finding) {
-  if (++counts_[finding.rule] <= kMostOfARule) all_.push_back(std::move(finding));
+  if (++m_counts[finding.rule] <= kMostOfARule) m_all.push_back(std::move(finding));
 }
 
 void Findings::add(Severity severity, std::string_view rule, Place place, std::string what,
@@ -46,39 +46,39 @@ void Findings::add(Severity severity, std::string_view rule, Place place, std::s
 
 void Findings::addForReaders(std::string_view rule, Place place, std::string what,
                              std::string action) {
-  Finding f{Severity::warning, rule, place.line, place.track, std::move(what),
-            std::move(action), {},   {},         {},          {}};
+  Finding f{Severity::kWarning, rule, place.line, place.track, std::move(what),
+            std::move(action),  {},   {},         {},          {}};
   fillReaders(f);
   if (f.refused.empty() && f.damaged.empty()) return;
-  if (!chosen_.empty() && !f.refused.empty()) f.severity = Severity::error;
+  if (!m_chosen.empty() && !f.refused.empty()) f.severity = Severity::kError;
   push(std::move(f));
 }
 
 void Findings::addHabit(std::string_view rule, Place place, std::string what, std::string action) {
-  if (chosen_.empty()) return;
-  Finding f{Severity::note,    rule, place.line, place.track, std::move(what),
+  if (m_chosen.empty()) return;
+  Finding f{Severity::kNote,   rule, place.line, place.track, std::move(what),
             std::move(action), {},   {},         {},          {}};
   fillReaders(f);
   if (!f.damaged.empty()) push(std::move(f));
 }
 
 std::vector<Finding> Findings::sorted() && {
-  for (const auto& [rule, count] : counts_) {
+  for (const auto& [rule, count] : m_counts) {
     if (count <= kMostOfARule) continue;
     Finding more;
-    const auto last = std::find_if(all_.rbegin(), all_.rend(),
+    const auto last = std::find_if(m_all.rbegin(), m_all.rend(),
                                    [rule = rule](const Finding& f) { return f.rule == rule; });
     more.severity = last->severity;
     more.rule = rule;
     more.line = last->line;
     more.what = std::to_string(count - kMostOfARule) + " more of this kind are left out";
     more.action = "Mend those above first.";
-    all_.push_back(std::move(more));
+    m_all.push_back(std::move(more));
   }
-  std::stable_sort(all_.begin(), all_.end(), [](const Finding& a, const Finding& b) {
+  std::stable_sort(m_all.begin(), m_all.end(), [](const Finding& a, const Finding& b) {
     return std::tie(a.severity, a.line) < std::tie(b.severity, b.line);
   });
-  return std::move(all_);
+  return std::move(m_all);
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

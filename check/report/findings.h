@@ -8,14 +8,14 @@
 
 #include "check/report/readers.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
-enum class Severity { error, warning, note };
+enum class Severity { kError, kWarning, kNote };
 
 std::string_view severityName(Severity severity);
 
 struct Finding {
-  Severity severity = Severity::note;
+  Severity severity = Severity::kNote;
   std::string_view rule;    ///< its id, static
   int line = 0;             ///< of the sheet; 0: of no line
   int track = 0;            ///< as counted, 1 and up; 0: of the disc
@@ -38,7 +38,7 @@ class Findings {
   static constexpr int kMostOfARule = 50;
 
   /// `chosen`: the readers that matter; empty: all.
-  explicit Findings(std::vector<Reader> chosen) : chosen_(std::move(chosen)) {}
+  explicit Findings(std::vector<Reader> chosen) : m_chosen(std::move(chosen)) {}
 
   /// Breaks a rule of the disc or of the sheet, whoever reads it. `source` may be empty.
   void add(Severity severity, std::string_view rule, Place place, std::string what,
@@ -57,9 +57,9 @@ class Findings {
   void fillReaders(Finding& finding) const;
   void push(Finding finding);
 
-  std::vector<Reader> chosen_;
-  std::vector<Finding> all_;
-  std::map<std::string_view, int> counts_;
+  std::vector<Reader> m_chosen;
+  std::vector<Finding> m_all;
+  std::map<std::string_view, int> m_counts;
 };
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

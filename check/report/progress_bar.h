@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <iosfwd>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 class ProgressBar {
  public:
   /// Draws on `out`; nothing at all unless `shown`.
-  ProgressBar(std::ostream& out, bool shown) : out_(out), shown_(shown) {}
+  ProgressBar(std::ostream& out, bool shown) : m_out(out), m_shown(shown) {}
   ~ProgressBar() { clear(); }
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
@@ -21,10 +21,10 @@ class ProgressBar {
   void clear();
 
  private:
-  std::ostream& out_;
-  bool shown_;
-  bool drawn_ = false;
-  std::chrono::steady_clock::time_point last_{};
+  std::ostream& m_out;
+  bool m_shown;
+  bool m_drawn = false;
+  std::chrono::steady_clock::time_point m_last{};
 };
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -5,7 +5,7 @@
 
 #include "check/sheet/command_line.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -15,10 +15,10 @@ constexpr std::array<std::string_view, kReaders> kNames = {
 
 const std::map<std::string_view, Reader>& programs() {
   static const std::map<std::string_view, Reader> kPrograms = {
-      {"CUEPRINT", Reader::cuetools},   {"CUEBREAKPOINTS", Reader::cuetools},
-      {"CUECONVERT", Reader::cuetools}, {"CDRSKIN", Reader::libburn},
-      {"CD-INFO", Reader::libcdio},     {"FLAC", Reader::metaflac},
-      {"SHNTOOL", Reader::shnsplit}};
+      {"CUEPRINT", Reader::kCuetools},   {"CUEBREAKPOINTS", Reader::kCuetools},
+      {"CUECONVERT", Reader::kCuetools}, {"CDRSKIN", Reader::kLibburn},
+      {"CD-INFO", Reader::kLibcdio},     {"FLAC", Reader::kMetaflac},
+      {"SHNTOOL", Reader::kShnsplit}};
   return kPrograms;
 }
 
@@ -27,60 +27,69 @@ using enum Reader;
 /// Seen in Debian 12's packages of these programs; tests/cdcheck runs those that are installed.
 const std::map<std::string_view, ReaderVerdict>& verdicts() {
   static const std::map<std::string_view, ReaderVerdict> kVerdicts = {
-      {"catalog-quoted", {{libcdio, k3b}, {libburn, libmirage}, "the number is lost or cut"}},
+      {"catalog-quoted", {{kLibcdio, k3b}, {kLibburn, kLibmirage}, "the number is lost or cut"}},
       {"isrc-quoted",
-       {{libburn, k3b}, {cuetools, libcue, libmirage}, "the code is lost or becomes a text"}},
-      {"quote-in-text", {{cdrdao, k3b}, {cuetools, libcue, libcdio}, "the text is lost or cut"}},
-      {"backslash-at-end", {{cdrdao}, {cuetools, libcue}, "the tracks that follow are lost"}},
-      {"empty-performer", {{cdrdao}, {}, ""}},
-      {"empty-text", {{cdrdao}, {}, ""}},
-      {"empty-isrc", {{libburn, cdrdao, k3b, metaflac}, {}, ""}},
-      {"text-too-long", {{cdrdao, k3b}, {}, ""}},
+       {{kLibburn, k3b}, {kCuetools, kLibcue, kLibmirage}, "the code is lost or becomes a text"}},
+      {"quote-in-text",
+       {{kCdrdao, k3b}, {kCuetools, kLibcue, kLibcdio}, "the text is lost or cut"}},
+      {"backslash-at-end", {{kCdrdao}, {kCuetools, kLibcue}, "the tracks that follow are lost"}},
+      {"empty-performer", {{kCdrdao}, {}, ""}},
+      {"empty-text", {{kCdrdao}, {}, ""}},
+      {"empty-isrc", {{kLibburn, kCdrdao, k3b, kMetaflac}, {}, ""}},
+      {"text-too-long", {{kCdrdao, k3b}, {}, ""}},
       {"line-break-in-value",
-       {{libburn, libcdio, k3b, mpv, mednafen}, {libmirage}, "the text is cut"}},
+       {{kLibburn, kLibcdio, k3b, kMpv, kMednafen}, {kLibmirage}, "the text is cut"}},
       {"carriage-return-alone",
-       {{cuetools, libcue, libcdio, chdman, metaflac, mpv, shnsplit},
-        {libburn, bchunk},
+       {{kCuetools, kLibcue, kLibcdio, kChdman, kMetaflac, kMpv, kShnsplit},
+        {kLibburn, kBchunk},
         "no track is found"}},
-      {"no-last-line-end", {{cuetools, libcue, chdman}, {}, ""}},
+      {"no-last-line-end", {{kCuetools, kLibcue, kChdman}, {}, ""}},
       {"lower-case-command",
-       {{cuetools, libcue, libburn, libcdio, chdman, shnsplit}, {bchunk}, "no track is found"}},
-      {"lower-case-file-type", {{libburn, chdman}, {}, ""}},
-      {"unknown-flag", {{libburn, cdrdao, libcdio, mednafen}, {}, ""}},
+       {{kCuetools, kLibcue, kLibburn, kLibcdio, kChdman, kShnsplit},
+        {kBchunk},
+        "no track is found"}},
+      {"lower-case-file-type", {{kLibburn, kChdman}, {}, ""}},
+      {"unknown-flag", {{kLibburn, kCdrdao, kLibcdio, kMednafen}, {}, ""}},
       {"unknown-track-mode",
-       {{libburn, cdrdao, libcdio, chdman, mednafen},
-        {cuetools, libcue, bchunk},
+       {{kLibburn, kCdrdao, kLibcdio, kChdman, kMednafen},
+        {kCuetools, kLibcue, kBchunk},
         "the track is lost"}},
-      {"quote-in-file-name", {{cdrdao, libcdio, chdman, mpv, mednafen}, {}, ""}},
+      {"quote-in-file-name", {{kCdrdao, kLibcdio, kChdman, kMpv, kMednafen}, {}, ""}},
       {"line-cut",
-       {{libburn, cdrdao, k3b, metaflac},
-        {cuetools, libcue, libmirage, mpv},
+       {{kLibburn, kCdrdao, k3b, kMetaflac},
+        {kCuetools, kLibcue, kLibmirage, kMpv},
         "the text, or the track that follows, is lost"}},
-      {"minutes-over-99", {{libburn, cdrdao, mednafen}, {libcdio, libmirage}, "the time is wrong"}},
+      {"minutes-over-99",
+       {{kLibburn, kCdrdao, kMednafen}, {kLibcdio, kLibmirage}, "the time is wrong"}},
       {"too-many-tracks",
-       {{libburn, libcdio, k3b, metaflac, mednafen, chdman}, {cuetools, libcue}, "99 are left"}},
+       {{kLibburn, kLibcdio, k3b, kMetaflac, kMednafen, kChdman},
+        {kCuetools, kLibcue},
+        "99 are left"}},
       {"utf8-text",
-       {{}, {libburn, cdrdao, libcdio}, "the letters are stored or shown byte by byte"}},
-      {"latin1-text", {{libmirage}, {k3b}, "the letters are wrong"}},
+       {{}, {kLibburn, kCdrdao, kLibcdio}, "the letters are stored or shown byte by byte"}},
+      {"latin1-text", {{kLibmirage}, {k3b}, "the letters are wrong"}},
       {"byte-order-mark",
-       {{libburn, cdrdao, libcdio}, {metaflac, libmirage}, "the first line is lost"}},
+       {{kLibburn, kCdrdao, kLibcdio}, {kMetaflac, kLibmirage}, "the first line is lost"}},
       {"isrc-dashes",
-       {{libburn, cdrdao}, {cuetools, libcue, libmirage}, "the code keeps its dashes or is lost"}},
+       {{kLibburn, kCdrdao},
+        {kCuetools, kLibcue, kLibmirage},
+        "the code keeps its dashes or is lost"}},
       {"isrc-lower-case",
-       {{cdrdao, metaflac}, {cuetools, libcue, libburn}, "the code keeps its small letters"}},
+       {{kCdrdao, kMetaflac}, {kCuetools, kLibcue, kLibburn}, "the code keeps its small letters"}},
       {"catalog-12-digits",
-       {{cdrdao, libcdio, k3b, metaflac},
-        {cuetools, libburn, libmirage},
+       {{kCdrdao, kLibcdio, k3b, kMetaflac},
+        {kCuetools, kLibburn, kLibmirage},
         "the number is lost or wrong"}},
-      {"repeated-isrc", {{metaflac, cdrdao}, {}, ""}},
-      {"image-named-otherwise", {{libcdio}, {}, ""}},
-      {"index-past-end", {{libburn, cdrdao, libmirage, chdman, mednafen, shnsplit}, {}, ""}},
-      {"image-not-whole-sectors", {{}, {libmirage, chdman, bchunk}, "the last sector is cut off"}},
-      {"track-under-4-s", {{}, {cdrdao}, "it warns and goes on"}},
+      {"repeated-isrc", {{kMetaflac, kCdrdao}, {}, ""}},
+      {"image-named-otherwise", {{kLibcdio}, {}, ""}},
+      {"index-past-end", {{kLibburn, kCdrdao, kLibmirage, kChdman, kMednafen, kShnsplit}, {}, ""}},
+      {"image-not-whole-sectors",
+       {{}, {kLibmirage, kChdman, kBchunk}, "the last sector is cut off"}},
+      {"track-under-4-s", {{}, {kCdrdao}, "it warns and goes on"}},
       {"gap-thrown-away",
-       {{}, {bchunk}, "what lies between INDEX 00 and INDEX 01 is in no track's file"}},
-      {"lead-in-is-track-0", {{}, {shnsplit}, "the lead-in becomes a file of its own, track 00"}},
-      {"raw-byte-order", {{}, {cdrdao}, "it takes raw samples as big-endian: give it --swap"}},
+       {{}, {kBchunk}, "what lies between INDEX 00 and INDEX 01 is in no track's file"}},
+      {"lead-in-is-track-0", {{}, {kShnsplit}, "the lead-in becomes a file of its own, track 00"}},
+      {"raw-byte-order", {{}, {kCdrdao}, "it takes raw samples as big-endian: give it --swap"}},
   };
   return kVerdicts;
 }
@@ -114,4 +123,4 @@ const ReaderVerdict* readerVerdict(std::string_view rule) {
   return found == verdicts().end() ? nullptr : &found->second;
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -6,22 +6,22 @@
 #include <string_view>
 #include <vector>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 enum class Reader {
-  cuetools,
-  libcue,
-  libburn,
-  cdrdao,
-  libcdio,
-  libmirage,
+  kCuetools,
+  kLibcue,
+  kLibburn,
+  kCdrdao,
+  kLibcdio,
+  kLibmirage,
   k3b,
-  chdman,
-  metaflac,
-  mpv,
-  mednafen,
-  bchunk,
-  shnsplit,
+  kChdman,
+  kMetaflac,
+  kMpv,
+  kMednafen,
+  kBchunk,
+  kShnsplit,
 };
 
 inline constexpr int kReaders = 13;
@@ -41,4 +41,4 @@ struct ReaderVerdict {
 /// The verdict for a rule by its id; null when readers do not differ over it.
 const ReaderVerdict* readerVerdict(std::string_view rule);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -5,7 +5,7 @@
 
 #include "check/rules/encoding.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -40,8 +40,8 @@ nlohmann::ordered_json tracksJson(const Disc& disc) {
     list.push_back({{"track", t + 1},
                     {"file", p.file + 1},
                     {"start_sector", p.start},
-                    {"disc_sector", p.onDisc},
-                    {"sectors", p.endKnown ? p.end - p.start : -1}});
+                    {"disc_sector", p.on_disc},
+                    {"sectors", p.end_known ? p.end - p.start : -1}});
   }
   return list;
 }
@@ -49,9 +49,9 @@ nlohmann::ordered_json tracksJson(const Disc& disc) {
 void printVerdict(const Report& report, bool strict, std::ostream& out) {
   out << printable(report.sheet.filename().string()) << ": "
       << (report.failed(strict) ? "not ready" : "ready") << ", "
-      << plural(report.count(Severity::error), "error") << ", "
-      << plural(report.count(Severity::warning), "warning") << ", "
-      << plural(report.count(Severity::note), "note") << '\n';
+      << plural(report.count(Severity::kError), "error") << ", "
+      << plural(report.count(Severity::kWarning), "warning") << ", "
+      << plural(report.count(Severity::kNote), "note") << '\n';
 }
 
 }  // namespace
@@ -80,7 +80,7 @@ std::string findingLine(const Finding& f) {
 
 void printErrors(const Report& report, std::ostream& out) {
   for (const Finding& f : report.findings)
-    if (f.severity == Severity::error) out << findingLine(f) << '\n';
+    if (f.severity == Severity::kError) out << findingLine(f) << '\n';
   printVerdict(report, false, out);
 }
 
@@ -95,10 +95,10 @@ void printJson(const Report& report, bool strict, const std::vector<std::string>
   json["schema"] = kJsonSchema;
   json["sheet"] = printable(report.sheet.string());
   json["ready"] = !report.failed(strict);
-  json["errors"] = report.count(Severity::error);
-  json["warnings"] = report.count(Severity::warning);
-  json["notes"] = report.count(Severity::note);
-  json["disc_sectors"] = report.disc.lengthKnown ? report.disc.length : -1;
+  json["errors"] = report.count(Severity::kError);
+  json["warnings"] = report.count(Severity::kWarning);
+  json["notes"] = report.count(Severity::kNote);
+  json["disc_sectors"] = report.disc.length_known ? report.disc.length : -1;
   json["tracks"] = tracksJson(report.disc);
   json["findings"] = nlohmann::ordered_json::array();
   for (const Finding& f : report.findings) json["findings"].push_back(findingJson(f));
@@ -109,4 +109,4 @@ void printJson(const Report& report, bool strict, const std::vector<std::string>
   out << json.dump(2) << '\n';
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -6,7 +6,7 @@
 
 #include "check/check.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 /// The version of the JSON object's shape; a change that breaks its readers raises it.
 inline constexpr int kJsonSchema = 1;
@@ -25,4 +25,4 @@ void printReport(const Report& report, bool strict, std::ostream& out);
 void printJson(const Report& report, bool strict, const std::vector<std::string>& changes,
                std::ostream& out, const std::vector<std::string>& written = {});
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -4,7 +4,7 @@
 #include "check/image/sector_edge.h"
 #include "check/rules/rules.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -24,7 +24,7 @@ struct PlacedTrack {
   const AudioMap* map;
   const ImageFile* image;
   Place at;
-  bool hasGap;
+  bool has_gap;
 };
 
 std::vector<PlacedTrack> placedTracks(const Disc& disc) {
@@ -50,10 +50,10 @@ void checkStart(const PlacedTrack& t, Findings& findings) {
   const int64_t sound = t.map->firstSound(t.place->start, t.place->end);
   const int64_t silence = sound - t.place->start;
   if (sound == t.place->end) {
-    findings.add(Severity::warning, "silent-track", t.at, "the track is digital silence whole",
+    findings.add(Severity::kWarning, "silent-track", t.at, "the track is digital silence whole",
                  "Check that the right audio was rendered.");
   } else if (silence >= kLateStart) {
-    findings.add(Severity::warning, "silence-at-start", t.at,
+    findings.add(Severity::kWarning, "silence-at-start", t.at,
                  "the title starts with " + seconds(silence) + " of digital silence",
                  "Move the track's start to " + msfText(sound) + ", or cut the silence.");
   }
@@ -64,15 +64,15 @@ void checkInsideSector(const PlacedTrack& t, const Disc& disc, Findings& finding
   if (s == 0 || s >= t.map->sectors() || t.map->silent(s)) return;
   const SectorEdge edge = lookAtSector(*t.image, s);
   if (edge.tail > 0 && !t.map->silent(s - 1)) {
-    findings.add(Severity::warning, "starts-inside-sector", t.at,
+    findings.add(Severity::kWarning, "starts-inside-sector", t.at,
                  "the track's first sector begins with " + std::to_string(edge.tail) +
                      " samples of the one before, then a pause: they would be heard",
                  "Start the track at a sector boundary (a lead-in does that), or cut the audio "
                  "there.",
                  "Red Book (IEC 60908)");
-  } else if (edge.firstSound == 0 && !t.hasGap && !t.map->silent(s - 1) &&
+  } else if (edge.first_sound == 0 && !t.has_gap && !t.map->silent(s - 1) &&
              timesLookTruncated(disc.sheet)) {
-    findings.add(Severity::note, "start-not-told", t.at,
+    findings.add(Severity::kNote, "start-not-told", t.at,
                  "sound runs through the track's start without a lead-in, and the sheet's times "
                  "are truncated: up to 617 samples of the one before may come first",
                  "Listen to the start; set a lead-in, or place the marker on a sector.");
@@ -89,7 +89,7 @@ void checkClipped(const Disc& disc, const std::vector<PlacedTrack>& placed, Find
     if (first == last) continue;
     int64_t longest = 0;
     for (auto r = first; r != last; ++r) longest = std::max(longest, r->samples);
-    findings.add(Severity::warning, "clipped", t.at,
+    findings.add(Severity::kWarning, "clipped", t.at,
                  std::to_string(last - first) + " runs of samples at full scale, the longest " +
                      std::to_string(longest) + ", the first at " +
                      msfText(first->frame / kSectorFrames),
@@ -97,7 +97,7 @@ void checkClipped(const Disc& disc, const std::vector<PlacedTrack>& placed, Find
   }
   for (const auto& map : disc.audio) {
     if (!map || map->clippedRunsLeftOut() == 0) continue;
-    findings.add(Severity::warning, "clipped", {},
+    findings.add(Severity::kWarning, "clipped", {},
                  std::to_string(map->clippedRunsLeftOut()) + " more clipped runs are not listed",
                  "Lower the level before the render.");
   }
@@ -109,11 +109,11 @@ void checkEnd(const Disc& disc, Findings& findings) {
     const AudioMap& map = *disc.audio[f];
     const int64_t silence = map.silentBefore(map.sectors(), 0);
     if (map.brokeOff())
-      findings.add(Severity::error, "image-unreadable", {disc.sheet.files[f].name.line, 0},
+      findings.add(Severity::kError, "image-unreadable", {disc.sheet.files[f].name.line, 0},
                    "reading broke off at sector " + std::to_string(map.sectors()),
                    "Copy the image from its source again.");
     if (silence >= kLongEnd && silence < map.sectors())
-      findings.add(Severity::note, "silence-at-end", {disc.sheet.files[f].name.line, 0},
+      findings.add(Severity::kNote, "silence-at-end", {disc.sheet.files[f].name.line, 0},
                    "the image ends with " + seconds(silence) + " of digital silence",
                    "Shorten the render if that was not meant.");
   }
@@ -131,4 +131,4 @@ void checkAudio(const Disc& disc, Findings& findings) {
   checkEnd(disc, findings);
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -3,7 +3,7 @@
 #include "check/rules/codes.h"
 #include "check/rules/rules.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -24,16 +24,16 @@ void checkCatalog(const Text& catalog, Findings& findings) {
     findings.addForReaders("catalog-quoted", place, "CATALOG stands in quotes",
                            "Write the 13 digits without quotes (--portable does).");
   if (code.size() == 12 && allDigits(code)) {
-    const bool isUpc = isMcn('0' + code);
-    findings.add(Severity::error, "catalog-12-digits", place,
+    const bool is_upc = isMcn('0' + code);
+    findings.add(Severity::kError, "catalog-12-digits", place,
                  "CATALOG " + shown(code) + " has 12 digits: it is " +
-                     (isUpc ? "a UPC" : "no UPC either, by its check digit"),
-                 isUpc ? "Put a 0 before it: 0" + code + "." : kTakeFromBarCode, kGs1);
+                     (is_upc ? "a UPC" : "no UPC either, by its check digit"),
+                 is_upc ? "Put a 0 before it: 0" + code + "." : kTakeFromBarCode, kGs1);
   } else if (code.size() != 13 || !allDigits(code)) {
-    findings.add(Severity::error, "catalog-form", place,
+    findings.add(Severity::kError, "catalog-form", place,
                  "CATALOG " + shown(code) + " is not 13 digits", kTakeFromBarCode, kGs1);
   } else if (!isMcn(code)) {
-    findings.add(Severity::error, "catalog-check-digit", place,
+    findings.add(Severity::kError, "catalog-check-digit", place,
                  "CATALOG " + shown(code) + " has a wrong check digit; no reader notices",
                  std::string("Compare it with the bar code; for these twelve digits the last one "
                              "would be ") +
@@ -51,19 +51,19 @@ void checkIsrc(const Text& isrc, int track, Findings& findings) {
   if (isIsrc(code)) return;
   const std::string bare = bareIsrc(code);
   if (code.empty()) {
-    findings.add(Severity::error, "empty-isrc", place, "ISRC is empty",
+    findings.add(Severity::kError, "empty-isrc", place, "ISRC is empty",
                  "Give the code or remove the line.", kIso3901);
   } else if (!isIsrc(bare)) {
-    findings.add(Severity::error, "isrc-form", place, "ISRC " + shown(code) + " is none",
+    findings.add(Severity::kError, "isrc-form", place, "ISRC " + shown(code) + " is none",
                  "Two letters, three letters or digits, seven digits: ask the owner of the "
                  "recording.",
                  kIso3901);
   } else if (bare.size() != code.size()) {
-    findings.add(Severity::error, "isrc-dashes", place,
+    findings.add(Severity::kError, "isrc-dashes", place,
                  "ISRC " + shown(code) + " has dashes, which are for people only",
                  "Write " + bare + ".", kIso3901);
   } else {
-    findings.add(Severity::error, "isrc-lower-case", place,
+    findings.add(Severity::kError, "isrc-lower-case", place,
                  "ISRC " + shown(code) + " has small letters", "Write " + bare + ".", kIso3901);
   }
 }
@@ -81,7 +81,7 @@ void checkCodes(const Disc& disc, Findings& findings) {
     if (t.isrc->bytes.empty()) continue;
     const auto [first, isNew] = seen.emplace(bareIsrc(t.isrc->bytes), number);
     if (!isNew)
-      findings.add(Severity::error, "isrc-twice", {t.isrc->line, number},
+      findings.add(Severity::kError, "isrc-twice", {t.isrc->line, number},
                    "ISRC " + shown(t.isrc->bytes) + " is that of track " +
                        std::to_string(first->second) + " too",
                    "Each recording has its own code: find out which track it belongs to.",
@@ -89,4 +89,4 @@ void checkCodes(const Disc& disc, Findings& findings) {
   }
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

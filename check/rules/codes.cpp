@@ -4,7 +4,7 @@
 
 #include "check/sheet/command_line.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -33,9 +33,9 @@ bool isMcn(std::string_view text) {
 
 bool isIsrc(std::string_view text) {
   if (text.size() != 12) return false;
-  const auto letterOrDigit = [](char c) { return isLetter(c) || isDigit(c); };
+  const auto letter_or_digit = [](char c) { return isLetter(c) || isDigit(c); };
   return std::all_of(text.begin(), text.begin() + 2, isLetter) &&
-         std::all_of(text.begin() + 2, text.begin() + 5, letterOrDigit) &&
+         std::all_of(text.begin() + 2, text.begin() + 5, letter_or_digit) &&
          std::all_of(text.begin() + 5, text.end(), isDigit);
 }
 
@@ -45,4 +45,4 @@ std::string bareIsrc(std::string_view text) {
   return bare;
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

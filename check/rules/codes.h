@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 bool allDigits(std::string_view text);
 /// The EAN-13 check digit of the first 12 digits, '0' to '9'. `digits` has at least 12, all digits.
@@ -16,4 +16,4 @@ bool isIsrc(std::string_view text);
 /// Without dashes and blanks, in upper case: what an ISRC is once its presentation is taken off.
 std::string bareIsrc(std::string_view text);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -4,7 +4,7 @@
 
 #include "check/image/disc_units.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -43,10 +43,10 @@ std::optional<TrackPlace> placeOf(const Track& track) {
   TrackPlace place;
   place.file = first->file;
   place.start = sectorsOf(first->time);
-  place.gapStart = place.start;
+  place.gap_start = place.start;
   const Index* gap = track.index(0);
   if (gap && gap->time.readable() && gap->file == first->file)
-    place.gapStart = std::min(sectorsOf(gap->time), place.start);
+    place.gap_start = std::min(sectorsOf(gap->time), place.start);
   return place;
 }
 
@@ -65,16 +65,16 @@ void setEnds(Disc& disc) {
     const TrackPlace* next = nullptr;
     for (size_t n = t + 1; n < disc.places.size() && !next; ++n)
       if (disc.places[n]) next = &*disc.places[n];
-    here.endKnown = true;
+    here.end_known = true;
     if (next && next->file == here.file) {
       here.end = next->start;
     } else if (here.file < disc.images.size() && disc.images[here.file].readable()) {
       here.end = disc.images[here.file].sectors();
     } else {
-      here.endKnown = false;
+      here.end_known = false;
       here.end = here.start;
     }
-    here.ownEnd =
+    here.own_end =
         t + 1 < disc.places.size() ? pauseStart(disc.sheet.tracks[t + 1], here) : here.end;
   }
 }
@@ -98,12 +98,12 @@ Disc openDisc(Sheet sheet, const std::filesystem::path& name) {
   for (size_t t = 0; t < disc.places.size() && t < 1000; ++t) {
     added = addedBefore(s, t);
     if (disc.places[t] && disc.places[t]->file < disc.images.size())
-      disc.places[t]->onDisc = starts[disc.places[t]->file] + disc.places[t]->start + added;
+      disc.places[t]->on_disc = starts[disc.places[t]->file] + disc.places[t]->start + added;
   }
   disc.length = starts.back() + added;
-  disc.lengthKnown = !disc.images.empty() && files == s.files.size() &&
-                     std::all_of(disc.images.begin(), disc.images.end(),
-                                 [](const ImageFile& i) { return i.readable(); });
+  disc.length_known = !disc.images.empty() && files == s.files.size() &&
+                      std::all_of(disc.images.begin(), disc.images.end(),
+                                  [](const ImageFile& i) { return i.readable(); });
   disc.audio.resize(disc.images.size());
   return disc;
 }
@@ -128,4 +128,4 @@ bool timesLookTruncated(const Sheet& sheet) {
   return !sheet.tracks.empty();
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

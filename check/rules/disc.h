@@ -10,17 +10,17 @@
 #include "check/image/image_file.h"
 #include "check/sheet/sheet.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 /// Where a track lies in its image, in sectors of that file.
 struct TrackPlace {
   size_t file = 0;
-  int64_t gapStart = 0;  ///< INDEX 00 where it is in the same file, else `start`
-  int64_t start = 0;     ///< INDEX 01
-  int64_t end = 0;       ///< one past its last sector; `start` when that is not known
-  int64_t ownEnd = 0;    ///< `end` without the pause that belongs to the next track
-  int64_t onDisc = 0;    ///< `start`, counted from the disc's LBA 0
-  bool endKnown = false;
+  int64_t gap_start = 0;  ///< INDEX 00 where it is in the same file, else `start`
+  int64_t start = 0;      ///< INDEX 01
+  int64_t end = 0;        ///< one past its last sector; `start` when that is not known
+  int64_t own_end = 0;    ///< `end` without the pause that belongs to the next track
+  int64_t on_disc = 0;    ///< `start`, counted from the disc's LBA 0
+  bool end_known = false;
 };
 
 struct Disc {
@@ -29,8 +29,8 @@ struct Disc {
   std::vector<ImageFile> images;                  ///< one for each FILE
   std::vector<std::optional<AudioMap>> audio;     ///< one for each FILE; none: not looked into
   std::vector<std::optional<TrackPlace>> places;  ///< one for each track; none: no INDEX 01
-  int64_t length = 0;        ///< sectors up to the lead-out, gaps from silence included
-  bool lengthKnown = false;  ///< every FILE could be measured
+  int64_t length = 0;         ///< sectors up to the lead-out, gaps from silence included
+  bool length_known = false;  ///< every FILE could be measured
 };
 
 /// The images that `sheet` names, opened beside it, and the tracks laid out on them. `name`: the
@@ -46,4 +46,4 @@ std::vector<bool> filesInUse(const Sheet& sheet);
 /// Told by the shape: one BINARY file, CRLF, quoted codes, no such FF.
 bool timesLookTruncated(const Sheet& sheet);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

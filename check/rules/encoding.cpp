@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -31,8 +31,8 @@ char32_t nextCharacter(std::string_view text, size_t& at) {
     if ((byte & 0xC0) != 0x80) return kNone;
     c = c << 6 | (byte & 0x3F);
   }
-  const bool tooLong = (count == 2 && c < 0x800) || (count == 3 && c < 0x10000);
-  if (tooLong || c > 0x10FFFF || (c >= 0xD800 && c < 0xE000)) return kNone;
+  const bool too_long = (count == 2 && c < 0x800) || (count == 3 && c < 0x10000);
+  if (too_long || c > 0x10FFFF || (c >= 0xD800 && c < 0xE000)) return kNone;
   at = begin + static_cast<size_t>(count) + 1;
   return c;
 }
@@ -54,20 +54,20 @@ std::string printable(std::string_view text) {
 
 Encoding encodingOf(std::string_view text) {
   const auto high = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
-  if (std::none_of(text.begin(), text.end(), high)) return Encoding::ascii;
+  if (std::none_of(text.begin(), text.end(), high)) return Encoding::kAscii;
   for (size_t at = 0; at < text.size();) {
     const size_t begin = at;
     // U+FFFD itself may stand in a text: it takes three bytes, a fault takes one.
-    if (nextCharacter(text, at) == kNone && at - begin == 1) return Encoding::latin1;
+    if (nextCharacter(text, at) == kNone && at - begin == 1) return Encoding::kLatin1;
   }
-  return Encoding::utf8;
+  return Encoding::kUtf8;
 }
 
 size_t characters(std::string_view text) {
-  if (encodingOf(text) != Encoding::utf8) return text.size();
+  if (encodingOf(text) != Encoding::kUtf8) return text.size();
   size_t count = 0;
   for (size_t at = 0; at < text.size(); ++count) nextCharacter(text, at);
   return count;
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
-enum class Encoding { ascii, utf8, latin1 };
+enum class Encoding { kAscii, kUtf8, kLatin1 };
 
 /// Latin 1 stands for every 8-bit encoding: bytes above 127 that are no UTF-8.
 Encoding encodingOf(std::string_view text);
@@ -20,4 +20,4 @@ std::string printable(std::string_view text);
 /// Characters, not bytes, where it is UTF-8.
 size_t characters(std::string_view text);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -4,7 +4,7 @@
 #include "check/image/disc_units.h"
 #include "check/rules/rules.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -18,41 +18,41 @@ void checkFile(const File& file, const ImageFile& image, Findings& findings) {
   const Place place{file.name.line, 0};
   if (std::find(kTypes.begin(), kTypes.end(), file.type) == kTypes.end())
     findings.add(
-        Severity::error, "file-type", place, "FILE has the type '" + file.type.substr(0, 40) + "'",
+        Severity::kError, "file-type", place, "FILE has the type '" + file.type.substr(0, 40) + "'",
         "It is one of BINARY, MOTOROLA, WAVE, AIFF, MP3: decode other audio to one of them.",
         kSheetRules);
   if (file.name.bytes.find('"') != std::string::npos)
     findings.addForReaders("quote-in-file-name", place, "the name in FILE has a quote inside",
                            "Rename the image.");
   if (!image.exists()) {
-    findings.add(Severity::error, "image-missing", place,
+    findings.add(Severity::kError, "image-missing", place,
                  shown(image) + " cannot be opened: " + image.problem(),
                  "Put it beside the sheet under the name that FILE gives.");
     return;
   }
   if (image.mislabelled()) {
     findings.add(
-        Severity::error, "not-of-its-type", place, shown(image) + " is no " + file.type + " file",
+        Severity::kError, "not-of-its-type", place, shown(image) + " is no " + file.type + " file",
         "Where it holds raw samples write BINARY, or MOTOROLA for big-endian ones.", kSheetRules);
     return;
   }
   if (!image.problem().empty()) {
-    findings.add(Severity::warning, "audio-not-checked", place,
+    findings.add(Severity::kWarning, "audio-not-checked", place,
                  "the samples of " + shown(image) + " are not looked into: " + image.problem(),
                  "Check them with a program that reads this format.");
     return;
   }
   if (image.dataBytes() == 0)
-    findings.add(Severity::error, "image-empty", place, shown(image) + " holds no samples",
+    findings.add(Severity::kError, "image-empty", place, shown(image) + " holds no samples",
                  "Render it again; the render may have been broken off.");
   if (image.dataBytes() % kSectorBytes != 0)
-    findings.add(Severity::warning, "image-not-whole-sectors", place,
+    findings.add(Severity::kWarning, "image-not-whole-sectors", place,
                  shown(image) + " has " + std::to_string(image.dataBytes() % kSectorBytes) +
                      " bytes beyond its last whole sector of 2352",
                  "Pad it with zeros to a whole sector, or render it again.",
                  "Red Book (IEC 60908)");
   if (file.type == "MOTOROLA")
-    findings.add(Severity::note, "byte-order", place,
+    findings.add(Severity::kNote, "byte-order", place,
                  "MOTOROLA says that the samples are big-endian; most images are little-endian",
                  "Listen to it: in the wrong order it is noise.", "CDRWIN");
   if (file.type == "BINARY")
@@ -68,7 +68,7 @@ void checkPastEnd(const Disc& disc, Findings& findings) {
       if (i.file >= disc.images.size() || !i.time.readable()) continue;
       const ImageFile& image = disc.images[i.file];
       if (!image.readable() || i.time.sectors() < image.sectors()) continue;
-      findings.add(Severity::error, "index-past-end", {i.line, number},
+      findings.add(Severity::kError, "index-past-end", {i.line, number},
                    "the index is sector " + std::to_string(i.time.sectors()) + ", and " +
                        shown(image) + " has " + std::to_string(image.sectors()),
                    "The image is too short or belongs to another sheet: render it again.",
@@ -82,7 +82,7 @@ void checkUse(const Sheet& sheet, Findings& findings) {
   const std::vector<bool> used = filesInUse(sheet);
   for (size_t f = 0; f < used.size() && !sheet.tracks.empty(); ++f)
     if (!used[f])
-      findings.add(Severity::warning, "file-without-track", {sheet.files[f].name.line, 0},
+      findings.add(Severity::kWarning, "file-without-track", {sheet.files[f].name.line, 0},
                    "no index stands in this FILE: it is not on the disc",
                    "Remove the line, or give it the track that is missing.", kSheetRules);
 }
@@ -103,14 +103,14 @@ void checkName(const Disc& disc, Findings& findings) {
 
 void checkImages(const Disc& disc, Findings& findings) {
   if (disc.sheet.files.empty()) {
-    findings.add(Severity::error, "no-file", {}, "the sheet names no FILE",
+    findings.add(Severity::kError, "no-file", {}, "the sheet names no FILE",
                  "Name the image: FILE \"name.bin\" BINARY.", kSheetRules);
     return;
   }
   for (size_t f = 0; f < disc.images.size(); ++f)
     checkFile(disc.sheet.files[f], disc.images[f], findings);
   if (disc.images.size() < disc.sheet.files.size())
-    findings.add(Severity::error, "too-many-files",
+    findings.add(Severity::kError, "too-many-files",
                  {disc.sheet.files[disc.images.size()].name.line, 0},
                  "the sheet names " + std::to_string(disc.sheet.files.size()) +
                      " files; those from here on are not opened",
@@ -120,4 +120,4 @@ void checkImages(const Disc& disc, Findings& findings) {
   checkPastEnd(disc, findings);
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

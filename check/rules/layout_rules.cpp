@@ -3,7 +3,7 @@
 #include "check/image/disc_units.h"
 #include "check/rules/rules.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -17,23 +17,23 @@ constexpr int64_t kLastLba = 398'099;      ///< of the last sector
 void checkNumber(const Track& t, Place place, int expected, size_t tracks, Findings& findings) {
   if (t.number >= 0 && t.number != expected)
     findings.add(
-        Severity::error, "track-number", place,
+        Severity::kError, "track-number", place,
         "TRACK " + std::to_string(t.number) + " where " + std::to_string(expected) + " is expected",
         "Number the tracks without gaps.", kRedBook);
   else if (t.number > 99 && tracks <= 99)
-    findings.add(Severity::error, "track-number", place,
+    findings.add(Severity::kError, "track-number", place,
                  "TRACK " + std::to_string(t.number) + "; the last number that a disc has is 99",
                  "Begin with a lower number.", kRedBook);
 }
 
 void checkNumbers(const Sheet& sheet, Findings& findings) {
   if (sheet.tracks.empty()) {
-    findings.add(Severity::error, "no-tracks", {}, "the sheet has no TRACK",
+    findings.add(Severity::kError, "no-tracks", {}, "the sheet has no TRACK",
                  "Check that this is a cue sheet, and that its render was finished.", kRedBook);
     return;
   }
   if (sheet.tracks.size() > 99)
-    findings.add(Severity::error, "too-many-tracks", {sheet.tracks[99].line, 100},
+    findings.add(Severity::kError, "too-many-tracks", {sheet.tracks[99].line, 100},
                  "the sheet has " + std::to_string(sheet.tracks.size()) + " tracks; a disc has 99",
                  "Join tracks, or make two discs.", kRedBook);
   int expected = std::max(sheet.tracks.front().number, 1);
@@ -48,11 +48,11 @@ void checkNumbers(const Sheet& sheet, Findings& findings) {
 void checkTime(const Msf& time, const std::string& what, Place place, Findings& findings) {
   if (!time.readable()) return;
   if (!time.inRange())
-    findings.add(Severity::error, "time-out-of-range", place,
+    findings.add(Severity::kError, "time-out-of-range", place,
                  "the time has seconds above 59 or frames above 74",
                  "Seconds go to 59, frames (sectors) to 74.", kRedBook);
   if (time.minutes >= 100)
-    findings.add(Severity::error, "minutes-over-99", place,
+    findings.add(Severity::kError, "minutes-over-99", place,
                  what + " 100 minutes or more, which no disc has room for", "Make two discs.",
                  kRedBook);
 }
@@ -63,33 +63,33 @@ void checkIndices(const Track& t, int track, Findings& findings) {
     checkTime(i.time, "the index lies at", {i.line, track}, findings);
   if (t.postgap) checkTime(*t.postgap, "POSTGAP lasts", {t.line, track}, findings);
   if (!t.index(1))
-    findings.add(Severity::error, "no-index-01", {t.line, track}, "the track has no INDEX 01",
+    findings.add(Severity::kError, "no-index-01", {t.line, track}, "the track has no INDEX 01",
                  "Give the time at which it starts.", kSheetRules);
   for (size_t i = 1; i < t.indices.size(); ++i) {
     const Index& before = t.indices[i - 1];
     const Index& here = t.indices[i];
     if (here.number != before.number + 1)
-      findings.add(Severity::error, "index-order", {here.line, track},
+      findings.add(Severity::kError, "index-order", {here.line, track},
                    "INDEX " + std::to_string(here.number) + " follows INDEX " +
                        std::to_string(before.number),
                    "Number the indices one after the other.", kSheetRules);
   }
   if (!t.indices.empty() && t.indices.front().number > 1)
-    findings.add(Severity::error, "index-order", {t.indices.front().line, track},
+    findings.add(Severity::kError, "index-order", {t.indices.front().line, track},
                  "the first index of the track is " + std::to_string(t.indices.front().number),
                  "Begin with INDEX 00 or 01.", kSheetRules);
 }
 
 void addOrder(const Index& before, const Index& here, int track, Findings& findings) {
-  const bool emptyGap =
+  const bool empty_gap =
       before.number == 0 && here.number == 1 && before.time.sectors() == here.time.sectors();
-  if (emptyGap)
-    findings.add(Severity::error, "empty-gap", {here.line, track},
+  if (empty_gap)
+    findings.add(Severity::kError, "empty-gap", {here.line, track},
                  "INDEX 00 and INDEX 01 are the same sector: there is no gap",
                  "Remove INDEX 00 (--portable does), or make the lead-in at least a second long.",
                  kSheetRules);
   else
-    findings.add(Severity::error, "indices-descend", {here.line, track},
+    findings.add(Severity::kError, "indices-descend", {here.line, track},
                  "the index lies at or before the one that it follows",
                  "Indices ascend through a file: correct the time.", kSheetRules);
 }
@@ -101,11 +101,11 @@ void checkOrder(const Sheet& sheet, Findings& findings) {
     ++number;
     for (const Index& i : t.indices) {
       if (!i.time.readable()) continue;
-      const bool sameFile = before && before->file == i.file;
-      if (sameFile && i.time.sectors() <= before->time.sectors())
+      const bool same_file = before && before->file == i.file;
+      if (same_file && i.time.sectors() <= before->time.sectors())
         addOrder(*before, i, number, findings);
-      if (!sameFile && i.time.sectors() != 0)
-        findings.add(i.number == 0 || before ? Severity::error : Severity::warning,
+      if (!same_file && i.time.sectors() != 0)
+        findings.add(i.number == 0 || before ? Severity::kError : Severity::kWarning,
                      "file-starts-late", {i.line, number},
                      "the first index of the file is " + msfText(i.time.sectors()) +
                          "; what lies before it is in no track",
@@ -118,11 +118,11 @@ void checkOrder(const Sheet& sheet, Findings& findings) {
 
 void checkLengths(const Disc& disc, Findings& findings) {
   for (size_t t = 0; t < disc.places.size(); ++t) {
-    if (!disc.places[t] || !disc.places[t]->endKnown) continue;
+    if (!disc.places[t] || !disc.places[t]->end_known) continue;
     const TrackPlace& place = *disc.places[t];
-    const int64_t length = place.ownEnd - place.start;
+    const int64_t length = place.own_end - place.start;
     if (length > 0 && length < kShortestTrack)
-      findings.add(Severity::error, "track-under-4-s",
+      findings.add(Severity::kError, "track-under-4-s",
                    {disc.sheet.tracks[t].line, static_cast<int>(t) + 1},
                    "the track lasts " + std::to_string(length) + " sectors; 300 (4 s) is the least",
                    "Join it to a neighbour, or let it last longer.", kRedBook);
@@ -130,20 +130,20 @@ void checkLengths(const Disc& disc, Findings& findings) {
 }
 
 void checkDiscLength(const Disc& disc, Findings& findings) {
-  if (!disc.lengthKnown || disc.length == 0) return;
+  if (!disc.length_known || disc.length == 0) return;
   const std::string length =
       msfText(disc.length) + " (" + std::to_string(disc.length) + " sectors)";
   if (disc.length - 1 > kLastLba)
-    findings.add(Severity::error, "disc-too-long", {},
+    findings.add(Severity::kError, "disc-too-long", {},
                  "the disc lasts " + length + "; its last sector may be " +
                      std::to_string(kLastLba) + " at most",
                  "Make two discs.", kAtip);
   else if (disc.length > k79Minutes57)
-    findings.add(Severity::warning, "over-79-57", {},
+    findings.add(Severity::kWarning, "over-79-57", {},
                  "the disc lasts " + length + ", more than the 79:57 of a long blank",
                  "Ask the plant, or shorten it.", kAtip);
   else if (disc.length > k74Minutes)
-    findings.add(Severity::note, "over-74-minutes", {},
+    findings.add(Severity::kNote, "over-74-minutes", {},
                  "the disc lasts " + length + ", more than the 74 minutes of a standard disc",
                  "Use an 80-minute blank; ask the plant.", kAtip);
 }
@@ -155,7 +155,7 @@ void checkLeadIns(const Sheet& sheet, Findings& findings) {
     const Index* gap = t.index(0);
     if (!gap) continue;
     if (number == 1) {
-      findings.add(Severity::note, "lead-in-on-top", {gap->line, 1},
+      findings.add(Severity::kNote, "lead-in-on-top", {gap->line, 1},
                    "track 1 has a lead-in inside the image; it comes on top of the 150 sectors "
                    "that every disc has before track 1",
                    "Nothing, if that is meant.", "Red Book, MMC");
@@ -179,4 +179,4 @@ void checkLayout(const Disc& disc, Findings& findings) {
   checkLeadIns(disc.sheet, findings);
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -6,7 +6,7 @@
 #include "check/report/findings.h"
 #include "check/rules/disc.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 /// Where the rules of syntax and layout come from.
 inline constexpr std::string_view kSheetRules = "CDRWIN cue sheet rules";
@@ -26,4 +26,4 @@ void checkImages(const Disc& disc, Findings& findings);
 /// What the samples show: clipping, silence, starts inside a sector.
 void checkAudio(const Disc& disc, Findings& findings);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

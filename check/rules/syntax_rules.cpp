@@ -1,57 +1,57 @@
 #include "check/rules/rules.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
 void addProblem(const SyntaxProblem& p, Findings& findings) {
   const Place place{p.line, p.track};
   switch (p.kind) {
-    case SyntaxKind::unknownCommand:
-      findings.add(Severity::warning, "unknown-command", place,
+    case SyntaxKind::kUnknownCommand:
+      findings.add(Severity::kWarning, "unknown-command", place,
                    "'" + p.what + "' is no command of a cue sheet; the line is passed over",
                    "Remove the line, or put REM before it.", kSheetRules);
       return;
-    case SyntaxKind::misplaced:
-      findings.add(Severity::error, "misplaced-command", place,
+    case SyntaxKind::kMisplaced:
+      findings.add(Severity::kError, "misplaced-command", place,
                    p.what + "; there is nothing it could belong to",
                    "Order the sheet as FILE, then TRACK, then the lines of the track.",
                    kSheetRules);
       return;
-    case SyntaxKind::repeated:
+    case SyntaxKind::kRepeated:
       if (p.what == "ISRC") {
-        findings.add(Severity::error, "repeated-isrc", place, "the track has a second ISRC",
+        findings.add(Severity::kError, "repeated-isrc", place, "the track has a second ISRC",
                      "A recording has one code: keep the right one.", "ISO 3901");
         return;
       }
-      findings.add(Severity::warning, "repeated-command", place,
+      findings.add(Severity::kWarning, "repeated-command", place,
                    "a second " + p.what +
                        " for the same track or disc; readers differ over which "
                        "one counts",
                    "Keep one of them.");
       return;
-    case SyntaxKind::badNumber:
-      findings.add(Severity::error, "bad-number", place,
+    case SyntaxKind::kBadNumber:
+      findings.add(Severity::kError, "bad-number", place,
                    p.what + " has a number or a time that is none",
                    "Write tracks and indices as two digits, times as MM:SS:FF.", kSheetRules);
       return;
-    case SyntaxKind::lineBreak:
-      findings.add(Severity::error, "line-break-in-value", place,
+    case SyntaxKind::kLineBreak:
+      findings.add(Severity::kError, "line-break-in-value", place,
                    "the value goes on in the next line", "Put the whole value on one line.",
                    kSheetRules);
       return;
-    case SyntaxKind::unclosed:
-      findings.add(Severity::error, "quote-not-closed", place,
+    case SyntaxKind::kUnclosed:
+      findings.add(Severity::kError, "quote-not-closed", place,
                    "the value begins with a quote and has none at its end", "Close the quote.",
                    kSheetRules);
       return;
-    case SyntaxKind::cutLine:
-      findings.add(Severity::error, "line-cut", place,
+    case SyntaxKind::kCutLine:
+      findings.add(Severity::kError, "line-cut", place,
                    "the line was cut at 4095 bytes and the next command follows on it",
                    "Shorten the text and write the sheet anew.", kSheetRules);
       return;
-    case SyntaxKind::textAfterValue:
-      findings.add(Severity::warning, "text-after-value", place,
+    case SyntaxKind::kTextAfterValue:
+      findings.add(Severity::kWarning, "text-after-value", place,
                    "more text stands behind the value of " + p.what, "Remove it.");
       return;
   }
@@ -61,25 +61,25 @@ void addProblem(const SyntaxProblem& p, Findings& findings) {
 void checkLineEnds(const Sheet& sheet, Findings& findings) {
   const std::string count = std::to_string(sheet.ends.cr);
   if (sheet.ends.cr > 0 && sheet.ends.lf + sheet.ends.crlf == 0)
-    findings.add(Severity::error, "carriage-return-alone", {},
+    findings.add(Severity::kError, "carriage-return-alone", {},
                  "all lines end in a carriage return alone", "Write CRLF or LF line ends.");
   else if (sheet.ends.cr > 0)
-    findings.add(Severity::warning, "stray-carriage-return", {},
+    findings.add(Severity::kWarning, "stray-carriage-return", {},
                  count +
                      " carriage returns stand without a line feed, which some readers take for "
                      "no line end",
                  "Write CRLF or LF line ends.");
-  if (sheet.noLastLineEnd)
+  if (sheet.no_last_line_end)
     findings.addForReaders("no-last-line-end", {}, "the last line has no line end",
                            "End it as the others end.");
 }
 
 void checkCapitals(const Sheet& sheet, Findings& findings) {
-  if (sheet.lowerCaseCommand > 0)
-    findings.addForReaders("lower-case-command", {sheet.lowerCaseCommand, 0},
+  if (sheet.lower_case_command > 0)
+    findings.addForReaders("lower-case-command", {sheet.lower_case_command, 0},
                            "a command stands in small letters", "Write commands in capitals.");
-  if (sheet.lowerCaseFileType > 0)
-    findings.addForReaders("lower-case-file-type", {sheet.lowerCaseFileType, 0},
+  if (sheet.lower_case_file_type > 0)
+    findings.addForReaders("lower-case-file-type", {sheet.lower_case_file_type, 0},
                            "the type of the FILE stands in small letters", "Write it in capitals.");
 }
 
@@ -87,24 +87,24 @@ void checkCapitals(const Sheet& sheet, Findings& findings) {
 
 void checkSyntax(const Disc& disc, Findings& findings) {
   const Sheet& sheet = disc.sheet;
-  if (sheet.binaryBytes)
-    findings.add(Severity::error, "not-a-text", {1, 0},
+  if (sheet.binary_bytes)
+    findings.add(Severity::kError, "not-a-text", {1, 0},
                  "the sheet holds zero bytes: it is UTF-16, or no text at all",
                  "Save it as plain ASCII or UTF-8 text.");
-  if (sheet.byteOrderMark)
+  if (sheet.byte_order_mark)
     findings.addForReaders("byte-order-mark", {1, 0}, "the sheet begins with a byte-order mark",
                            "Save it without one.");
   checkLineEnds(sheet, findings);
   checkCapitals(sheet, findings);
-  if (sheet.cdTextFile)
-    findings.add(Severity::note, "cd-text-file", {sheet.cdTextFile->line, 0},
+  if (sheet.cd_text_file)
+    findings.add(Severity::kNote, "cd-text-file", {sheet.cd_text_file->line, 0},
                  "CDTEXTFILE is named; only burning programs read it, and it is not checked here",
                  "Hand that file over too.");
   for (const SyntaxProblem& p : sheet.problems) addProblem(p, findings);
-  if (sheet.problemsLeftOut > 0)
-    findings.add(Severity::error, "more-problems", {},
-                 std::to_string(sheet.problemsLeftOut) + " more lines could not be read",
+  if (sheet.problems_left_out > 0)
+    findings.add(Severity::kError, "more-problems", {},
+                 std::to_string(sheet.problems_left_out) + " more lines could not be read",
                  "Check that this is a cue sheet at all.");
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

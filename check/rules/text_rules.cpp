@@ -4,7 +4,7 @@
 #include "check/rules/encoding.h"
 #include "check/rules/rules.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -24,11 +24,11 @@ constexpr NamedField kFields[] = {{"TITLE", &Fields::title},
 
 void checkEncoding(const Text& text, const std::string& name, Place place, Findings& findings) {
   switch (encodingOf(text.bytes)) {
-    case Encoding::utf8:
+    case Encoding::kUtf8:
       findings.addForReaders("utf8-text", place, name + " is UTF-8 beyond ASCII",
                              "Spell it in ASCII for everybody (--portable does).");
       return;
-    case Encoding::latin1:
+    case Encoding::kLatin1:
       findings.addForReaders("latin1-text", place,
                              name + " has letters in an 8-bit encoding such as ISO 8859-1",
                              "Spell it in ASCII for everybody (--portable does).");
@@ -63,7 +63,7 @@ void checkText(const Text& text, std::string_view field, int track, Findings& fi
                            "Shorten it to 80.");
   const auto control = [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; };
   if (std::any_of(b.begin(), b.end(), control))
-    findings.add(Severity::warning, "control-character", place,
+    findings.add(Severity::kWarning, "control-character", place,
                  name + " has a control character inside", "Remove it.", kCdText);
   checkEncoding(text, name, place, findings);
 }
@@ -78,7 +78,7 @@ void checkComplete(const Sheet& sheet, const NamedField& named, Findings& findin
   const auto all = static_cast<std::ptrdiff_t>(sheet.tracks.size());
   if (with == 0 || with == all) return;
   const auto missing = std::find_if_not(sheet.tracks.begin(), sheet.tracks.end(), has);
-  findings.add(Severity::warning, "field-not-for-all",
+  findings.add(Severity::kWarning, "field-not-for-all",
                {missing->line, static_cast<int>(missing - sheet.tracks.begin()) + 1},
                std::string(named.name) + " is given for " + std::to_string(with) + " of " +
                    std::to_string(all) + " tracks; this is the first without",
@@ -107,7 +107,7 @@ void checkRoom(const Sheet& sheet, Findings& findings) {
                                                   [](const Track& t) { return bool(t.isrc); });
   if (codes) all += (14 + 13 * sheet.tracks.size() + kPackBytes - 1) / kPackBytes;
   if (all > kMostPacks)
-    findings.add(Severity::warning, "cd-text-full", {},
+    findings.add(Severity::kWarning, "cd-text-full", {},
                  "the texts need " + std::to_string(all) + " CD-TEXT packs; a block holds " +
                      std::to_string(kMostPacks),
                  "Shorten titles and names by about " +
@@ -133,4 +133,4 @@ void checkTexts(const Disc& disc, Findings& findings) {
   checkRoom(sheet, findings);
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -5,7 +5,7 @@
 #include "check/rules/track_words.h"
 #include "check/sheet/command_line.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -15,10 +15,10 @@ constexpr std::array<std::string_view, 4> kFlags = {"DCP", "4CH", "PRE", "SCMS"}
 
 void checkMode(const Track& t, int number, Findings& findings) {
   if (!isTrackMode(t.mode))
-    findings.add(Severity::error, "unknown-track-mode", {t.line, number},
+    findings.add(Severity::kError, "unknown-track-mode", {t.line, number},
                  "TRACK has the mode '" + t.mode + "', which is none", "Write AUDIO.", kSheetRules);
   else if (!t.isAudio())
-    findings.add(Severity::warning, "not-audio", {t.line, number},
+    findings.add(Severity::kWarning, "not-audio", {t.line, number},
                  "the track is " + t.mode + ", not AUDIO",
                  "Sector rules of audio are applied to it all the same.", "Red Book (IEC 60908)");
 }
@@ -28,7 +28,7 @@ void checkFlags(const Text& flags, int number, Findings& findings) {
   while (!rest.empty()) {
     const std::string_view word = takeWord(rest);
     if (flags.quoted || !isFlag(word)) {
-      findings.add(Severity::error, "unknown-flag", {flags.line, number},
+      findings.add(Severity::kError, "unknown-flag", {flags.line, number},
                    "FLAGS has '" + std::string(word.substr(0, 40)) + "', which is none",
                    "It has one or more of DCP, 4CH, PRE, SCMS, without quotes.", kSheetRules);
       return;
@@ -55,4 +55,4 @@ void checkTracks(const Disc& disc, Findings& findings) {
   }
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

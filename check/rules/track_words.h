@@ -3,11 +3,11 @@
 
 #include <string_view>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 /// AUDIO and the modes of data tracks, in capitals.
 bool isTrackMode(std::string_view word);
 /// DCP (copies permitted), 4CH (four channels), PRE (pre-emphasis), SCMS; in capitals.
 bool isFlag(std::string_view word);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

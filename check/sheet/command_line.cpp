@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -58,10 +58,10 @@ Text wholeValue(std::string_view rest, int line) {
 Text valueBeforeWord(std::string_view rest, int line, std::string& after) {
   rest = trimmed(rest);
   const bool quoted = rest.starts_with('"');
-  const size_t lastQuote = rest.rfind('"');
+  const size_t last_quote = rest.rfind('"');
   size_t split = rest.find_last_of(kBlanks);
-  if (quoted && lastQuote > 0) split = lastQuote + 1;
-  if (split == std::string_view::npos || (quoted && lastQuote == 0)) split = rest.size();
+  if (quoted && last_quote > 0) split = last_quote + 1;
+  if (split == std::string_view::npos || (quoted && last_quote == 0)) split = rest.size();
   after = trimmed(rest.substr(split));
   return wholeValue(rest.substr(0, split), line);
 }
@@ -86,4 +86,4 @@ Msf parseMsf(std::string_view text) {
           parseNumber(text.substr(second + 1), 6)};
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -6,7 +6,7 @@
 
 #include "check/sheet/sheet.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 std::string upperCase(std::string_view text);
 /// Without the blanks and tabs at both ends.
@@ -28,4 +28,4 @@ Msf parseMsf(std::string_view text);
 /// A number of at most `digits` digits, or -1.
 int parseNumber(std::string_view text, size_t digits);
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

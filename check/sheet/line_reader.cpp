@@ -2,28 +2,28 @@
 
 #include <algorithm>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 std::optional<Line> LineReader::next() {
-  if (rest_.empty()) return std::nullopt;
-  const size_t length = std::min(rest_.find_first_of("\r\n"), rest_.size());
-  const Line line{rest_.substr(0, length), ++number_};
-  rest_.remove_prefix(length);
+  if (m_rest.empty()) return std::nullopt;
+  const size_t length = std::min(m_rest.find_first_of("\r\n"), m_rest.size());
+  const Line line{m_rest.substr(0, length), ++m_number};
+  m_rest.remove_prefix(length);
   passLineEnd();
   return line;
 }
 
 void LineReader::passLineEnd() {
-  if (rest_.starts_with("\r\n")) {
-    ++ends_.crlf;
-    rest_.remove_prefix(2);
-  } else if (rest_.starts_with('\n')) {
-    ++ends_.lf;
-    rest_.remove_prefix(1);
-  } else if (rest_.starts_with('\r')) {
-    ++ends_.cr;
-    rest_.remove_prefix(1);
+  if (m_rest.starts_with("\r\n")) {
+    ++m_ends.crlf;
+    m_rest.remove_prefix(2);
+  } else if (m_rest.starts_with('\n')) {
+    ++m_ends.lf;
+    m_rest.remove_prefix(1);
+  } else if (m_rest.starts_with('\r')) {
+    ++m_ends.cr;
+    m_rest.remove_prefix(1);
   }
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

@@ -6,7 +6,7 @@
 
 #include "check/sheet/sheet.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 struct Line {
   std::string_view text;  ///< without its end
@@ -15,19 +15,19 @@ struct Line {
 
 class LineReader {
  public:
-  explicit LineReader(std::string_view bytes) : rest_(bytes) {}
+  explicit LineReader(std::string_view bytes) : m_rest(bytes) {}
 
   /// The next line, or nothing after the last. A text that ends in a line end has no empty last
   /// line.
   std::optional<Line> next();
-  const LineEnds& ends() const { return ends_; }
+  const LineEnds& ends() const { return m_ends; }
 
  private:
   void passLineEnd();
 
-  std::string_view rest_;
-  LineEnds ends_;
-  int number_ = 0;
+  std::string_view m_rest;
+  LineEnds m_ends;
+  int m_number = 0;
 };
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

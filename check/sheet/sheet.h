@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 /// A value of a command, byte for byte between its outer quotes (or trimmed, when it has none).
 struct Text {
@@ -62,18 +62,18 @@ struct File {
 
 /// What the parser met and could not place.
 enum class SyntaxKind {
-  unknownCommand,  ///< `what` is its first word
-  misplaced,       ///< a command before the TRACK or FILE that it needs
-  repeated,        ///< a second value for what has one already; the first one counts
-  badNumber,       ///< a track or index number or a time that is none
-  lineBreak,       ///< a quoted value goes on in the next line
-  unclosed,        ///< a quoted value without its closing quote
-  cutLine,         ///< the line was cut at 4095 bytes and the next command follows without an end
-  textAfterValue,  ///< more text behind a closed value
+  kUnknownCommand,  ///< `what` is its first word
+  kMisplaced,       ///< a command before the TRACK or FILE that it needs
+  kRepeated,        ///< a second value for what has one already; the first one counts
+  kBadNumber,       ///< a track or index number or a time that is none
+  kLineBreak,       ///< a quoted value goes on in the next line
+  kUnclosed,        ///< a quoted value without its closing quote
+  kCutLine,         ///< the line was cut at 4095 bytes and the next command follows without an end
+  kTextAfterValue,  ///< more text behind a closed value
 };
 
 struct SyntaxProblem {
-  SyntaxKind kind = SyntaxKind::unknownCommand;
+  SyntaxKind kind = SyntaxKind::kUnknownCommand;
   int line = 0;
   int track = 0;  ///< 0: not within a track
   std::string what;
@@ -84,23 +84,23 @@ struct LineEnds {
 };
 
 struct Sheet {
-  bool byteOrderMark = false;
-  bool binaryBytes = false;  ///< zero bytes: UTF-16, or not a text at all
+  bool byte_order_mark = false;
+  bool binary_bytes = false;  ///< zero bytes: UTF-16, or not a text at all
   LineEnds ends;
-  bool noLastLineEnd = false;  ///< the last line stops with the file
-  int lowerCaseCommand =
+  bool no_last_line_end = false;  ///< the last line stops with the file
+  int lower_case_command =
       0;  ///< first line with a command or a track mode in small letters; 0: none
-  int lowerCaseFileType = 0;  ///< likewise with the type of a FILE
-  size_t longestLine = 0;     ///< bytes
+  int lower_case_file_type = 0;  ///< likewise with the type of a FILE
+  size_t longest_line = 0;       ///< bytes
   Fields fields;
-  std::optional<Text> catalog, cdTextFile;
+  std::optional<Text> catalog, cd_text_file;
   std::vector<Text> remarks;
   std::vector<File> files;
   std::vector<Track> tracks;
   std::vector<SyntaxProblem> problems;
-  size_t problemsLeftOut = 0;  ///< beyond the first `kMostProblems`
+  size_t problems_left_out = 0;  ///< beyond the first `kMostProblems`
 };
 
 inline constexpr size_t kMostProblems = 200;
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

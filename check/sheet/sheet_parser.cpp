@@ -5,7 +5,7 @@
 #include "check/sheet/command_line.h"
 #include "check/sheet/line_reader.h"
 
-namespace velmor::cdcheck {
+namespace velmor::check {
 
 namespace {
 
@@ -15,24 +15,25 @@ constexpr size_t kCutAt = 4095;
 
 class Parser {
  public:
-  explicit Parser(std::string_view bytes) : bytes_(bytes) {}
+  explicit Parser(std::string_view bytes) : m_bytes(bytes) {}
 
   Sheet run() {
-    sheet_.binaryBytes = bytes_.find('\0') != std::string_view::npos;
-    sheet_.byteOrderMark = bytes_.starts_with(kByteOrderMark);
-    if (sheet_.byteOrderMark) bytes_.remove_prefix(kByteOrderMark.size());
-    sheet_.noLastLineEnd = !bytes_.empty() && !bytes_.ends_with('\n') && !bytes_.ends_with('\r');
-    LineReader lines(bytes_);
+    m_sheet.binary_bytes = m_bytes.find('\0') != std::string_view::npos;
+    m_sheet.byte_order_mark = m_bytes.starts_with(kByteOrderMark);
+    if (m_sheet.byte_order_mark) m_bytes.remove_prefix(kByteOrderMark.size());
+    m_sheet.no_last_line_end =
+        !m_bytes.empty() && !m_bytes.ends_with('\n') && !m_bytes.ends_with('\r');
+    LineReader lines(m_bytes);
     while (const auto line = lines.next()) readLine(*line);
-    if (pending_) problem(SyntaxKind::unclosed, pending_->line, "");
-    sheet_.ends = lines.ends();
-    return std::move(sheet_);
+    if (m_pending) problem(SyntaxKind::kUnclosed, m_pending->line, "");
+    m_sheet.ends = lines.ends();
+    return std::move(m_sheet);
   }
 
  private:
   void readLine(const Line& line) {
-    sheet_.longestLine = std::max(sheet_.longestLine, line.text.size());
-    line_ = line.number;
+    m_sheet.longest_line = std::max(m_sheet.longest_line, line.text.size());
+    m_line = line.number;
     const std::string_view text = passCutCommands(line.text);
     if (!joinsPending(text)) readCommand(text);
   }
@@ -42,10 +43,10 @@ class Parser {
   std::string_view passCutCommands(std::string_view text) {
     while (text.size() > kCutAt) {
       if (!beginsCommand(text.substr(kCutAt))) break;
-      problem(SyntaxKind::cutLine, line_, "");
-      cut_ = true;
+      problem(SyntaxKind::kCutLine, m_line, "");
+      m_cut = true;
       readCommand(text.substr(0, kCutAt));
-      cut_ = false;
+      m_cut = false;
       text.remove_prefix(kCutAt);
     }
     return text;
@@ -53,19 +54,19 @@ class Parser {
 
   /// The rest of a quoted value whose line ended before its closing quote.
   bool joinsPending(std::string_view text) {
-    if (!pending_) return false;
-    const Pending before = *pending_;
-    pending_.reset();
+    if (!m_pending) return false;
+    const Pending before = *m_pending;
+    m_pending.reset();
     if (beginsCommand(text)) {
-      problem(SyntaxKind::unclosed, before.line, "");
+      problem(SyntaxKind::kUnclosed, before.line, "");
       return false;
     }
-    problem(SyntaxKind::lineBreak, before.line, "");
+    problem(SyntaxKind::kLineBreak, before.line, "");
     std::string_view more = trimmed(text);
     const bool closes = more.ends_with('"');
     if (closes) more.remove_suffix(1);
     if (before.value) (before.value->bytes += ' ') += more;
-    if (!closes) pending_ = before;
+    if (!closes) m_pending = before;
     return true;
   }
 
@@ -75,7 +76,7 @@ class Parser {
     if (word.empty()) return;
     const std::string command = upperCase(word);
     if (command == "REM") {
-      sheet_.remarks.push_back(wholeValue(rest, line_));
+      m_sheet.remarks.push_back(wholeValue(rest, m_line));
     } else if (command == "FILE") {
       readFile(rest);
     } else if (command == "TRACK") {
@@ -85,18 +86,18 @@ class Parser {
     } else if (command == "PREGAP" || command == "POSTGAP") {
       readGap(command, rest);
     } else if (!readText(command, rest)) {
-      problem(SyntaxKind::unknownCommand, line_, word.substr(0, 40));
+      problem(SyntaxKind::kUnknownCommand, m_line, word.substr(0, 40));
       return;
     }
-    noteSmallLetters(word, sheet_.lowerCaseCommand);
+    noteSmallLetters(word, m_sheet.lower_case_command);
   }
 
-  void noteSmallLetters(std::string_view word, int& firstLine) const {
-    if (firstLine == 0 && upperCase(word) != word) firstLine = line_;
+  void noteSmallLetters(std::string_view word, int& first_line) const {
+    if (first_line == 0 && upperCase(word) != word) first_line = m_line;
   }
 
   bool readText(std::string_view command, std::string_view rest) {
-    Fields& fields = track() ? track()->fields : sheet_.fields;
+    Fields& fields = track() ? track()->fields : m_sheet.fields;
     if (command == "TITLE") {
       store(fields.title, command, rest);
     } else if (command == "PERFORMER") {
@@ -104,9 +105,9 @@ class Parser {
     } else if (command == "SONGWRITER" || command == "COMPOSER") {
       store(fields.songwriter, command, rest);
     } else if (command == "CATALOG") {
-      store(sheet_.catalog, command, rest);
+      store(m_sheet.catalog, command, rest);
     } else if (command == "CDTEXTFILE") {
-      store(sheet_.cdTextFile, command, rest);
+      store(m_sheet.cd_text_file, command, rest);
     } else if (command == "ISRC" || command == "FLAGS") {
       if (!inTrack(command)) return true;
       store(command == "ISRC" ? track()->isrc : track()->flags, command, rest);
@@ -117,34 +118,34 @@ class Parser {
   }
 
   void store(std::optional<Text>& place, std::string_view command, std::string_view rest) {
-    Text value = wholeValue(rest, line_);
-    const bool goesOn = !value.closed && !cut_;
+    Text value = wholeValue(rest, m_line);
+    const bool goes_on = !value.closed && !m_cut;
     if (place)
-      problem(SyntaxKind::repeated, line_, command);
+      problem(SyntaxKind::kRepeated, m_line, command);
     else
       place = std::move(value);
-    if (goesOn) pending_ = Pending{line_, place->line == line_ ? &*place : nullptr};
+    if (goes_on) m_pending = Pending{m_line, place->line == m_line ? &*place : nullptr};
   }
 
   void readFile(std::string_view rest) {
     File file;
-    file.name = valueBeforeWord(rest, line_, file.type);
-    noteSmallLetters(file.type, sheet_.lowerCaseFileType);
+    file.name = valueBeforeWord(rest, m_line, file.type);
+    noteSmallLetters(file.type, m_sheet.lower_case_file_type);
     file.type = upperCase(file.type);
-    if (!file.name.closed) problem(SyntaxKind::unclosed, line_, "FILE");
-    sheet_.files.push_back(std::move(file));
+    if (!file.name.closed) problem(SyntaxKind::kUnclosed, m_line, "FILE");
+    m_sheet.files.push_back(std::move(file));
   }
 
   void readTrack(std::string_view rest) {
-    if (sheet_.files.empty()) problem(SyntaxKind::misplaced, line_, "TRACK before any FILE");
+    if (m_sheet.files.empty()) problem(SyntaxKind::kMisplaced, m_line, "TRACK before any FILE");
     Track made;
     made.number = parseNumber(takeWord(rest), 6);
     made.mode = trimmed(rest).substr(0, 40);
-    noteSmallLetters(made.mode, sheet_.lowerCaseCommand);
+    noteSmallLetters(made.mode, m_sheet.lower_case_command);
     made.mode = upperCase(made.mode);
-    made.line = line_;
-    if (made.number < 0) problem(SyntaxKind::badNumber, line_, "TRACK");
-    sheet_.tracks.push_back(std::move(made));
+    made.line = m_line;
+    if (made.number < 0) problem(SyntaxKind::kBadNumber, m_line, "TRACK");
+    m_sheet.tracks.push_back(std::move(made));
   }
 
   void readIndex(std::string_view rest) {
@@ -152,37 +153,37 @@ class Parser {
     Index index;
     index.number = parseNumber(takeWord(rest), 2);
     index.time = parseMsf(takeWord(rest));
-    index.file = sheet_.files.empty() ? 0 : sheet_.files.size() - 1;
-    index.line = line_;
+    index.file = m_sheet.files.empty() ? 0 : m_sheet.files.size() - 1;
+    index.line = m_line;
     if (index.number < 0 || !index.time.readable())
-      problem(SyntaxKind::badNumber, line_, "INDEX");
+      problem(SyntaxKind::kBadNumber, m_line, "INDEX");
     else if (!rest.empty())
-      problem(SyntaxKind::textAfterValue, line_, "INDEX");
+      problem(SyntaxKind::kTextAfterValue, m_line, "INDEX");
     track()->indices.push_back(index);
   }
 
   void readGap(std::string_view command, std::string_view rest) {
     if (!inTrack(command)) return;
     const Msf time = parseMsf(takeWord(rest));
-    if (!time.readable()) problem(SyntaxKind::badNumber, line_, command);
+    if (!time.readable()) problem(SyntaxKind::kBadNumber, m_line, command);
     (command == "PREGAP" ? track()->pregap : track()->postgap) = time;
   }
 
-  Track* track() { return sheet_.tracks.empty() ? nullptr : &sheet_.tracks.back(); }
+  Track* track() { return m_sheet.tracks.empty() ? nullptr : &m_sheet.tracks.back(); }
 
   bool inTrack(std::string_view command) {
     if (track()) return true;
-    problem(SyntaxKind::misplaced, line_, std::string(command) + " before any TRACK");
+    problem(SyntaxKind::kMisplaced, m_line, std::string(command) + " before any TRACK");
     return false;
   }
 
   void problem(SyntaxKind kind, int line, std::string_view what) {
-    if (sheet_.problems.size() >= kMostProblems) {
-      ++sheet_.problemsLeftOut;
+    if (m_sheet.problems.size() >= kMostProblems) {
+      ++m_sheet.problems_left_out;
       return;
     }
-    const int number = static_cast<int>(sheet_.tracks.size());
-    sheet_.problems.push_back({kind, line, number, std::string(what)});
+    const int number = static_cast<int>(m_sheet.tracks.size());
+    m_sheet.problems.push_back({kind, line, number, std::string(what)});
   }
 
   struct Pending {
@@ -191,11 +192,11 @@ class Parser {
         value;  ///< takes the rest; stays where it is, since no track is added before; may be null
   };
 
-  std::string_view bytes_;
-  Sheet sheet_;
-  int line_ = 0;
-  bool cut_ = false;  ///< the value being read lost its closing quote to the cut
-  std::optional<Pending> pending_;
+  std::string_view m_bytes;
+  Sheet m_sheet;
+  int m_line = 0;
+  bool m_cut = false;  ///< the value being read lost its closing quote to the cut
+  std::optional<Pending> m_pending;
 };
 
 }  // namespace
@@ -204,4 +205,4 @@ Sheet parse(std::string_view bytes) {
   return Parser(bytes).run();
 }
 
-}  // namespace velmor::cdcheck
+}  // namespace velmor::check

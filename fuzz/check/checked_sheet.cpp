@@ -4,9 +4,9 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using fuzz::require;
-  const velmor::cdcheck::Sheet sheet = velmor::cdcheck::parse(fuzz::textOf(data, size));
-  require(sheet.longestLine <= size, "a line is part of the sheet");
-  require(sheet.problems.size() <= velmor::cdcheck::kMostProblems, "a report has an end");
+  const velmor::check::Sheet sheet = velmor::check::parse(fuzz::textOf(data, size));
+  require(sheet.longest_line <= size, "a line is part of the sheet");
+  require(sheet.problems.size() <= velmor::check::kMostProblems, "a report has an end");
   for (const auto& problem : sheet.problems) require(problem.line >= 1, "a problem has a line");
   for (const auto& track : sheet.tracks) {
     require(track.line >= 1, "a track has a line");

@@ -16,8 +16,8 @@ constexpr size_t kMostArguments = 64;
 class Silence {
  public:
   Silence() {
-    static FILE* const nowhere = fopen("/dev/null", "w");
-    stdout = stderr = nowhere;
+    static FILE* const kNowhere = fopen("/dev/null", "w");
+    stdout = stderr = kNowhere;
   }
   ~Silence() {
     stdout = m_out;

@@ -8,13 +8,13 @@
 #include "host/render/output/cue_text.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const fuzz::ScratchFolder folder;
-  static const std::string path = (folder.path() / "album.cue").string();
-  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  static const fuzz::ScratchFolder kFolder;
+  static const std::string kPath = (kFolder.path() / "album.cue").string();
+  const int file = open(kPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
   if (file < 0 || write(file, data, size) != static_cast<ssize_t>(size)) abort();
   close(file);
 
-  const auto seen = velmor::render::readCueText(path);
+  const auto seen = velmor::render::readCueText(kPath);
   fuzz::require(!seen.complete || !seen.tracks.empty(), "a complete sheet has a track");
   const auto recorded = velmor::recording::parseSheetTexts(fuzz::textOf(data, size));
   fuzz::require(recorded.tracks.size() >= seen.tracks.size(),

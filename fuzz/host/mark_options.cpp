@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "disc/codes.h"
+#include "disc/failure.h"
 #include "fuzz/kit/fuzz_target.h"
 #include "fuzz/kit/line_of_text.h"
 #include "fuzz/kit/script_line.h"
@@ -9,7 +10,7 @@
 
 namespace {
 
-using velmor::render::InputError;
+using velmor::Failure;
 using velmor::render::Mark;
 
 constexpr double kLongestTime =
@@ -35,7 +36,7 @@ template <class Parse>
 void parse(const Parse& wanted) {
   try {
     wanted();
-  } catch (const InputError& error) {
+  } catch (const Failure& error) {
     fuzz::require(error.what()[0] != '\0', "a refusal says why");
   }
 }

@@ -9,17 +9,17 @@
 #include "host/render/input/marks/vorbis_comments.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const int file = memfd_create("velmor-fuzz", MFD_CLOEXEC);
+  static const int kFile = memfd_create("velmor-fuzz", MFD_CLOEXEC);
   const auto length = static_cast<off_t>(size);
-  if (ftruncate(file, 0) != 0 || pwrite(file, data, size, 0) != static_cast<ssize_t>(size) ||
-      lseek(file, length / 2, SEEK_SET) != length / 2) {
+  if (ftruncate(kFile, 0) != 0 || pwrite(kFile, data, size, 0) != static_cast<ssize_t>(size) ||
+      lseek(kFile, length / 2, SEEK_SET) != length / 2) {
     abort();
   }
-  const velmor::render::FileBytes bytes(file, length);
-  const bool whole = velmor::render::extentOf(bytes) == velmor::render::Extent::whole;
+  const velmor::render::FileBytes bytes(kFile, length);
+  const bool whole = velmor::render::extentOf(bytes) == velmor::render::Extent::kWhole;
   velmor::render::Tags tags;
   velmor::render::addVorbisComments(velmor::render::vorbisCommentsIn(bytes), tags);
-  fuzz::require(lseek(file, 0, SEEK_CUR) == length / 2, "the decoder finds its file where it was");
+  fuzz::require(lseek(kFile, 0, SEEK_CUR) == length / 2, "the decoder finds its file where it was");
   fuzz::require(whole || size >= 4, "what has no header states no length");
   fuzz::requireLineOfText(tags.songwriter);
   fuzz::require(tags.isrc.empty() || tags.isrc.size() == 12, "a code has twelve characters");

@@ -26,7 +26,7 @@ Chunks takeChunks(Bytes rest, ByteOrder order) {
     const std::string_view id(reinterpret_cast<const char*>(rest.data()), 4);
     size_t size = 0;
     for (size_t i = 0; i < 4; ++i) {
-      size = size << 8 | std::to_integer<size_t>(rest[order == ByteOrder::little ? 7 - i : 4 + i]);
+      size = size << 8 | std::to_integer<size_t>(rest[order == ByteOrder::kLittle ? 7 - i : 4 + i]);
     }
     const Bytes body = rest.subspan(8, std::min(size, rest.size() - 8));
     if (id == "cue ") chunks.cue = body;
@@ -41,7 +41,7 @@ Chunks takeChunks(Bytes rest, ByteOrder order) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size == 0) return 0;
-  const ByteOrder order = data[0] == '>' ? ByteOrder::big : ByteOrder::little;
+  const ByteOrder order = data[0] == '>' ? ByteOrder::kBig : ByteOrder::kLittle;
   const Chunks chunks = takeChunks(std::as_bytes(std::span(data, size)).subspan(1), order);
   const auto marks = velmor::render::parseWavMarks(chunks.cue, chunks.lists, order);
   fuzz::require(marks.size() <= chunks.cue.size() / 24, "a mark takes 24 bytes of the cue chunk");

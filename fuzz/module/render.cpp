@@ -168,13 +168,13 @@ bool play(PCM_sink& sink, const std::string& sheet, const std::string& image) {
   bool finished = false;
   for (const ScriptStep& step : g_script->steps) {
     switch (step.kind) {
-      case ScriptStep::Kind::start:
+      case ScriptStep::Kind::kStart:
         sink.SetStartTime(step.time);
         break;
-      case ScriptStep::Kind::write:
+      case ScriptStep::Kind::kWrite:
         writeBlocks(sink, step);
         break;
-      case ScriptStep::Kind::finish:
+      case ScriptStep::Kind::kFinish:
         require(sink.Extended(kSinkRenderFinished, nullptr, nullptr, nullptr) == 1,
                 "a finish is answered");
         finished = true;
@@ -221,14 +221,14 @@ extern "C" QuelmLookupFn quelmGetAPPAPIFunc() {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const fuzz::ScratchFolder folder;
+  static const fuzz::ScratchFolder kFolder;
   const RenderScript script = fuzz::parseRenderScript(fuzz::textOf(data, size));
   g_script = &script;
   g_write_failed = false;
   SinkRegistration& registration = boundSink();
   const int files_before = openFiles();
   {
-    const fuzz::StandingIn standing(folder);
+    const fuzz::StandingIn standing(kFolder);
     render(registration);
   }
   require(openFiles() == files_before, "a render leaves no file open");

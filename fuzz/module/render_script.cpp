@@ -99,10 +99,10 @@ class Reader {
   void takeStep(const std::string& word, ScriptLine& line) {
     ScriptStep step;
     if (word == "start") {
-      step.kind = ScriptStep::Kind::start;
+      step.kind = ScriptStep::Kind::kStart;
       step.time = line.number();
     } else if (word == "write") {
-      step.kind = ScriptStep::Kind::write;
+      step.kind = ScriptStep::Kind::kWrite;
       takeWrite(step, line);
     } else if (word != "finish") {
       return;

@@ -34,7 +34,7 @@ struct ScriptMetadata {
 
 /// What happens to the sink, in the script's order.
 struct ScriptStep {
-  enum class Kind { start, write, finish } kind = Kind::finish;
+  enum class Kind { kStart, kWrite, kFinish } kind = Kind::kFinish;
   double time = 0.0;  ///< of `start`
   int frames = 0;     ///< of `write`, and what follows
   int block = 0;      ///< frames; may be 0 or negative, which writes nothing

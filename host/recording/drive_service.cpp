@@ -22,19 +22,19 @@ const char* textOrNull(const std::string& text) {
 }  // namespace
 
 DriveService::DriveService(std::unique_ptr<RecorderBus> bus, const Options& options)
-    : bus_(std::move(bus)), options_(options) {}
+    : m_bus(std::move(bus)), m_options(options) {}
 
 void DriveService::configure(const Options& options) {
-  options_ = options;
+  m_options = options;
 }
 
 void DriveService::refresh() {
-  stale_ = true;
-  outcome_ = {};
+  m_stale = true;
+  m_outcome = {};
 }
 
 const Outcome& DriveService::outcome() const {
-  return outcome_;
+  return m_outcome;
 }
 
 void DriveService::close() {
@@ -42,41 +42,41 @@ void DriveService::close() {
 }
 
 void DriveService::fail(const std::string& sentence) {
-  outcome_.failure = sentence;
-  outcome_.disc_state = "Nothing was written.";
-  if (options_.attendant != nullptr)
-    options_.attendant->message(Severity::failure, sentence + " " + outcome_.disc_state);
+  m_outcome.failure = sentence;
+  m_outcome.disc_state = "Nothing was written.";
+  if (m_options.attendant != nullptr)
+    m_options.attendant->message(Severity::kFailure, sentence + " " + m_outcome.disc_state);
 }
 
 void DriveService::scan() {
-  stale_ = false;
-  present_.clear();
-  for (const DriveRecord& found : bus_->scan()) {
-    const auto known = std::find_if(records_.begin(), records_.end(),
+  m_stale = false;
+  m_present.clear();
+  for (const DriveRecord& found : m_bus->scan()) {
+    const auto known = std::find_if(m_records.begin(), m_records.end(),
                                     [&found](const auto& record) { return *record == found; });
-    if (known != records_.end()) {
-      present_.push_back(known->get());
+    if (known != m_records.end()) {
+      m_present.push_back(known->get());
       continue;
     }
-    records_.push_back(std::make_unique<DriveRecord>(found));
-    present_.push_back(records_.back().get());
+    m_records.push_back(std::make_unique<DriveRecord>(found));
+    m_present.push_back(m_records.back().get());
   }
 }
 
 const DriveRecord* DriveService::find(void* device) const {
-  const auto found = std::find(present_.begin(), present_.end(), device);
-  return found != present_.end() ? *found : nullptr;
+  const auto found = std::find(m_present.begin(), m_present.end(), device);
+  return found != m_present.end() ? *found : nullptr;
 }
 
 int DriveService::DeviceCount() {
   // A drive under our own exclusive access cannot be found by looking.
-  if (stale_ && recorder_ == nullptr) scan();
-  return static_cast<int>(present_.size());
+  if (m_stale && m_recorder == nullptr) scan();
+  return static_cast<int>(m_present.size());
 }
 
 void* DriveService::DeviceAt(int index) {
-  if (index < 0 || static_cast<size_t>(index) >= present_.size()) return nullptr;
-  return present_[static_cast<size_t>(index)];
+  if (index < 0 || static_cast<size_t>(index) >= m_present.size()) return nullptr;
+  return m_present[static_cast<size_t>(index)];
 }
 
 const char* DriveService::VendorName(void* device) {
@@ -94,60 +94,60 @@ bool DriveService::IsValid(void* device) {
 }
 
 bool DriveService::AcquireExclusiveAccess(void* device) {
-  outcome_ = {};
+  m_outcome = {};
   const DriveRecord* drive = find(device);
   if (drive == nullptr) {
     fail("The drive is not there any more.");
     return false;
   }
-  if (recorder_ != nullptr) {
-    fail("The drive " + nameOf(*held_) + " is still in use.");
+  if (m_recorder != nullptr) {
+    fail("The drive " + nameOf(*m_held) + " is still in use.");
     return false;
   }
   std::string why;
-  recorder_ = bus_->grab(drive->address, true, why);
-  if (recorder_ == nullptr) {
+  m_recorder = m_bus->grab(drive->address, true, why);
+  if (m_recorder == nullptr) {
     fail(why);
     return false;
   }
-  held_ = drive;
-  eject_ = false;
+  m_held = drive;
+  m_eject = false;
   return true;
 }
 
 void DriveService::ReleaseExclusiveAccess(void* device) {
-  if (recorder_ == nullptr || device != held_) return;
-  recorder_->release(eject_);
-  recorder_.reset();
-  held_ = nullptr;
+  if (m_recorder == nullptr || device != m_held) return;
+  m_recorder->release(m_eject);
+  m_recorder.reset();
+  m_held = nullptr;
 }
 
 void* DriveService::BurnForDevice(void* device) {
-  if (recorder_ == nullptr || device != held_) return nullptr;
-  burn_ = std::make_unique<Burn>(Burn{held_, {}});
-  return burn_.get();
+  if (m_recorder == nullptr || device != m_held) return nullptr;
+  m_burn = std::make_unique<Burn>(Burn{m_held, {}});
+  return m_burn.get();
 }
 
 void DriveService::SetProperties(void* burn, const DiscBurnProperties* properties) {
-  if (burn == burn_.get() && burn_ != nullptr && properties != nullptr)
-    burn_->properties = *properties;
+  if (burn == m_burn.get() && m_burn != nullptr && properties != nullptr)
+    m_burn->properties = *properties;
 }
 
 void DriveService::RunProgressPanel(void* burn, const DiscTrack* tracks, int count) {
-  if (burn_ == nullptr || burn != burn_.get() || recorder_ == nullptr) return;
-  const std::unique_ptr<Burn> done = std::move(burn_);
-  BurnRun run(*recorder_, nameOf(*done->drive), done->properties, options_);
-  outcome_ = run.run(tracks, count);
-  const bool good = outcome_.failure.empty();
+  if (m_burn == nullptr || burn != m_burn.get() || m_recorder == nullptr) return;
+  const std::unique_ptr<Burn> done = std::move(m_burn);
+  BurnRun run(*m_recorder, nameOf(*done->drive), done->properties, m_options);
+  m_outcome = run.run(tracks, count);
+  const bool good = m_outcome.failure.empty();
   const int action = good ? done->properties.completion_action : done->properties.failure_action;
   // To mount an audio disc means to leave it in the drive, where the desktop finds it.
-  eject_ = action == kDiscActionEject;
+  m_eject = action == kDiscActionEject;
 }
 
 std::vector<Drive> DriveService::drives() {
-  if (recorder_ == nullptr) scan();
+  if (m_recorder == nullptr) scan();
   std::vector<Drive> result;
-  for (const DriveRecord* drive : present_)
+  for (const DriveRecord* drive : m_present)
     result.push_back({drive->address, drive->vendor, drive->product, drive->revision, true, ""});
   for (const std::string& path : opticalDeviceFiles()) {
     const auto listed = [&path](const Drive& drive) { return drive.address == path; };
@@ -160,9 +160,9 @@ std::vector<Drive> DriveService::drives() {
 }
 
 std::string DriveService::describeDisc(const Drive& drive) {
-  if (recorder_ != nullptr) return "in use for a burn";
+  if (m_recorder != nullptr) return "in use for a burn";
   std::string why;
-  const std::unique_ptr<Recorder> recorder = bus_->grab(drive.address, false, why);
+  const std::unique_ptr<Recorder> recorder = m_bus->grab(drive.address, false, why);
   if (recorder == nullptr) return why;
   std::string words = describeMedium(recorder->medium());
   recorder->release(false);

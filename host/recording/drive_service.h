@@ -43,18 +43,18 @@ class DriveService final : public Service {
   const DriveRecord* find(void* device) const;
   void fail(const std::string& sentence);
 
-  std::unique_ptr<RecorderBus> bus_;
-  Options options_;
+  std::unique_ptr<RecorderBus> m_bus;
+  Options m_options;
   // libburn's own handles die with every look for drives; these records are what the burn engine
   // compares by identity. They stay until the service ends.
-  std::vector<std::unique_ptr<DriveRecord>> records_;
-  std::vector<DriveRecord*> present_;
-  bool stale_ = true;
-  const DriveRecord* held_ = nullptr;
-  std::unique_ptr<Recorder> recorder_;
-  bool eject_ = false;
-  std::unique_ptr<Burn> burn_;
-  Outcome outcome_;
+  std::vector<std::unique_ptr<DriveRecord>> m_records;
+  std::vector<DriveRecord*> m_present;
+  bool m_stale = true;
+  const DriveRecord* m_held = nullptr;
+  std::unique_ptr<Recorder> m_recorder;
+  bool m_eject = false;
+  std::unique_ptr<Burn> m_burn;
+  Outcome m_outcome;
 };
 
 }  // namespace velmor::recording

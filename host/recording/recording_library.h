@@ -14,13 +14,13 @@
 
 namespace velmor::recording {
 
-enum class Severity { note, warning, failure };
+enum class Severity { kNote, kWarning, kFailure };
 
-enum class Phase { preparing, blanking, lead_in, writing, closing, comparing };
+enum class Phase { kPreparing, kBlanking, kLeadIn, kWriting, kClosing, kComparing };
 
 /// How far a burn is. Sectors are those of the image (75 a second of music).
 struct Progress {
-  Phase phase = Phase::preparing;
+  Phase phase = Phase::kPreparing;
   int track = 0;   ///< counting from 1; 0 when no track is being written or compared
   int tracks = 0;  ///< of the disc
   int64_t sectors_done = 0;

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "disc/failure.h"
 #include "host/render/album/album.h"
 #include "host/render/burn/burn_session.h"
 #include "host/render/module/module_library.h"
@@ -17,8 +18,8 @@
 #include "host/render/output/portable_sheet.h"
 #include "host/render/output/report.h"
 #include "host/render/plan/preflight.h"
-#include "host/render/terminal/failure.h"
 #include "host/render/terminal/interrupt.h"
+#include "host/render/terminal/usage_error.h"
 
 namespace velmor::render {
 
@@ -54,7 +55,7 @@ std::vector<std::string> inputFiles(const Options& options) {
 std::vector<std::string> checked(const SinkConfig& config, const Album& album,
                                  const TrackPlan& plan, const OutputPair& output) {
   Findings findings = checkBeforeRender(config, album.project, plan);
-  if (!findings.errors.empty()) throw RenderError(findings.errors.front());
+  if (!findings.errors.empty()) throw Failure(findings.errors.front());
   std::vector<std::string> warnings = album.warnings;
   warnings.insert(warnings.end(), findings.warnings.begin(), findings.warnings.end());
   if (const std::string older = output.olderPortableSheet(); !older.empty()) {
@@ -73,8 +74,8 @@ void tell(const Options& options, const Report& report) {
     printReport(report);
   }
   if (fflush(stdout) != 0) {
-    throw RenderError("the disc is complete, but its report could not be printed: " +
-                      std::string(strerror(errno)));
+    throw Failure("the disc is complete, but its report could not be printed: " +
+                  std::string(strerror(errno)));
   }
 }
 

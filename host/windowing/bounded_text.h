@@ -9,7 +9,7 @@ namespace velmor::windowing {
 
 /// Copies what fits into `size` bytes with the terminating zero, never a part of a UTF-8 character.
 /// The number of bytes copied, the zero not counted; 0 without a buffer.
-inline intptr_t copy_bounded(std::string_view text, char* buffer, intptr_t size) {
+inline intptr_t copyBounded(std::string_view text, char* buffer, intptr_t size) {
   if (buffer == nullptr || size <= 0) {
     return 0;
   }

@@ -14,11 +14,11 @@ Desktop& Desktop::the() {
 std::shared_ptr<Window> Desktop::create(WindowKind kind, HWND parent) {
   constexpr uintptr_t kHandleStep = 4;
   auto window = std::make_shared<Window>();
-  last_handle_ += kHandleStep;
-  window->handle = reinterpret_cast<HWND>(last_handle_);
+  m_last_handle += kHandleStep;
+  window->handle = reinterpret_cast<HWND>(m_last_handle);
   window->kind = kind;
   window->parent = parent;
-  windows_.emplace(window->handle, window);
+  m_windows.emplace(window->handle, window);
   if (const auto above = find(parent)) {
     above->children.push_back(window->handle);
   }
@@ -26,8 +26,8 @@ std::shared_ptr<Window> Desktop::create(WindowKind kind, HWND parent) {
 }
 
 std::shared_ptr<Window> Desktop::find(HWND handle) const {
-  const auto found = windows_.find(handle);
-  return found == windows_.end() ? nullptr : found->second;
+  const auto found = m_windows.find(handle);
+  return found == m_windows.end() ? nullptr : found->second;
 }
 
 std::shared_ptr<Window> Desktop::item(HWND dialog, int id) const {
@@ -48,7 +48,7 @@ bool Desktop::destroy(HWND handle) {
     return false;
   }
   std::exception_ptr failure;
-  destroy_tree(*window, failure);
+  destroyTree(*window, failure);
   if (const auto above = find(window->parent)) {
     std::erase(above->children, handle);
   }
@@ -58,10 +58,10 @@ bool Desktop::destroy(HWND handle) {
   return true;
 }
 
-void Desktop::destroy_tree(Window& window, std::exception_ptr& failure) {
+void Desktop::destroyTree(Window& window, std::exception_ptr& failure) {
   window.being_destroyed = true;
   try {
-    send_message(window.handle, WM_DESTROY, 0, 0);
+    sendMessage(window.handle, WM_DESTROY, 0, 0);
   } catch (...) {
     if (!failure) {
       failure = std::current_exception();
@@ -71,13 +71,13 @@ void Desktop::destroy_tree(Window& window, std::exception_ptr& failure) {
     const HWND handle = window.children.front();
     window.children.erase(window.children.begin());
     if (const auto child = find(handle); child && !child->being_destroyed) {
-      destroy_tree(*child, failure);
+      destroyTree(*child, failure);
     }
   }
-  windows_.erase(window.handle);
+  m_windows.erase(window.handle);
 }
 
-bool Desktop::is_visible(HWND handle) const {
+bool Desktop::isVisible(HWND handle) const {
   auto window = find(handle);
   while (window && window->visible && window->child) {
     window = find(window->parent);
@@ -85,7 +85,7 @@ bool Desktop::is_visible(HWND handle) const {
   return window && window->visible;
 }
 
-bool Desktop::takes_input(HWND handle) const {
+bool Desktop::takesInput(HWND handle) const {
   auto window = find(handle);
   while (window && window->enabled && window->child) {
     window = find(window->parent);
@@ -93,7 +93,7 @@ bool Desktop::takes_input(HWND handle) const {
   return window && window->enabled;
 }
 
-bool Desktop::is_inside(HWND window, HWND ancestor) const {
+bool Desktop::isInside(HWND window, HWND ancestor) const {
   for (auto each = find(window); each && each->child; each = find(each->parent)) {
     if (each->parent == ancestor) {
       return true;
@@ -102,36 +102,36 @@ bool Desktop::is_inside(HWND window, HWND ancestor) const {
   return false;
 }
 
-void Desktop::deliver_posted() {
+void Desktop::deliverPosted() {
   // By number, not by count: what a message calls may deliver, or post, on its own.
-  const uint64_t last = last_posted_;
-  while (!posted_.empty() && posted_.front().number <= last) {
-    const Message message = posted_.front().message;
-    posted_.pop_front();
-    send_message(message.window, message.message, message.wparam, message.lparam);
+  const uint64_t last = m_last_posted;
+  while (!m_posted.empty() && m_posted.front().number <= last) {
+    const Message message = m_posted.front().message;
+    m_posted.pop_front();
+    sendMessage(message.window, message.message, message.wparam, message.lparam);
   }
 }
 
 TopWindow::TopWindow(std::string title) {
-  const auto window = Desktop::the().create(WindowKind::top, nullptr);
+  const auto window = Desktop::the().create(WindowKind::kTop, nullptr);
   window->text = std::move(title);
-  handle_ = window->handle;
+  m_handle = window->handle;
 }
 
 TopWindow::~TopWindow() {
   try {
-    Desktop::the().destroy(handle_);
+    Desktop::the().destroy(m_handle);
   } catch (
       ...) {  // NOLINT(bugprone-empty-catch): the window is gone, and a destructor throws nothing
   }
 }
 
-PersonAtDesk::PersonAtDesk(Person& person) : before_(Desktop::the().person()) {
-  Desktop::the().set_person(&person);
+PersonAtDesk::PersonAtDesk(Person& person) : m_before(Desktop::the().person()) {
+  Desktop::the().setPerson(&person);
 }
 
 PersonAtDesk::~PersonAtDesk() {
-  Desktop::the().set_person(before_);
+  Desktop::the().setPerson(m_before);
 }
 
 }  // namespace velmor::windowing

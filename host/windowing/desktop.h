@@ -34,8 +34,8 @@ class Desktop {
   std::shared_ptr<Window> find(HWND handle) const;
   /// The first child control with that id, or null.
   std::shared_ptr<Window> item(HWND dialog, int id) const;
-  bool exists(HWND handle) const { return windows_.contains(handle); }
-  size_t window_count() const { return windows_.size(); }
+  bool exists(HWND handle) const { return m_windows.contains(handle); }
+  size_t windowCount() const { return m_windows.size(); }
 
   /// Sends WM_DESTROY to the dialogs among the window and what hangs on it, each before its
   /// children; then they are gone. What a dialog procedure throws is thrown on when all are gone.
@@ -43,22 +43,22 @@ class Desktop {
   bool destroy(HWND handle);
 
   /// Whether the window and all it lies in are shown.
-  bool is_visible(HWND handle) const;
+  bool isVisible(HWND handle) const;
   /// Whether the window and all it lies in take input.
-  bool takes_input(HWND handle) const;
-  bool is_inside(HWND window, HWND ancestor) const;
+  bool takesInput(HWND handle) const;
+  bool isInside(HWND window, HWND ancestor) const;
 
-  HWND focus() const { return exists(focus_) ? focus_ : nullptr; }
-  void set_focus(HWND handle) { focus_ = handle; }
+  HWND focus() const { return exists(m_focus) ? m_focus : nullptr; }
+  void setFocus(HWND handle) { m_focus = handle; }
 
   /// Who uses the dialogs and reads the message boxes; null when nobody does.
-  Person* person() const { return person_; }
-  void set_person(Person* person) { person_ = person; }
+  Person* person() const { return m_person; }
+  void setPerson(Person* person) { m_person = person; }
 
-  void post(const Message& message) { posted_.push_back({message, ++last_posted_}); }
+  void post(const Message& message) { m_posted.push_back({message, ++m_last_posted}); }
   /// Delivers what was posted before the call, in order.
-  void deliver_posted();
-  void forget_posted() { posted_.clear(); }
+  void deliverPosted();
+  void forgetPosted() { m_posted.clear(); }
 
  private:
   struct Posted {
@@ -67,14 +67,14 @@ class Desktop {
   };
 
   Desktop() = default;
-  void destroy_tree(Window& window, std::exception_ptr& failure);
+  void destroyTree(Window& window, std::exception_ptr& failure);
 
-  std::map<HWND, std::shared_ptr<Window>> windows_;
-  std::deque<Posted> posted_;
-  uint64_t last_posted_ = 0;
-  uintptr_t last_handle_ = 0x10000;
-  HWND focus_ = nullptr;
-  Person* person_ = nullptr;
+  std::map<HWND, std::shared_ptr<Window>> m_windows;
+  std::deque<Posted> m_posted;
+  uint64_t m_last_posted = 0;
+  uintptr_t m_last_handle = 0x10000;
+  HWND m_focus = nullptr;
+  Person* m_person = nullptr;
 };
 
 /// A window of the host's own, the parent of a module's dialogs; gone with the object, together
@@ -86,10 +86,10 @@ class TopWindow {
   TopWindow(const TopWindow&) = delete;
   TopWindow& operator=(const TopWindow&) = delete;
 
-  HWND handle() const { return handle_; }
+  HWND handle() const { return m_handle; }
 
  private:
-  HWND handle_;
+  HWND m_handle;
 };
 
 }  // namespace velmor::windowing

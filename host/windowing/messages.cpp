@@ -12,32 +12,32 @@
 namespace velmor::windowing {
 namespace {
 
-const char* text_of(LPARAM lparam) {
+const char* textOf(LPARAM lparam) {
   return reinterpret_cast<const char*>(lparam);
 }
 
-const std::string& shown_text(const Window& window) {
-  return window.kind == WindowKind::combo_box && window.combo.selection() >= 0
+const std::string& shownText(const Window& window) {
+  return window.kind == WindowKind::kComboBox && window.combo.selection() >= 0
              ? window.combo.text(window.combo.selection())
              : window.text;
 }
 
 /// What a control answers that has no rules of its own for a message.
-LRESULT answer_any(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT answerAny(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_SETTEXT:
-      window.text = lparam == 0 ? "" : text_of(lparam);
+      window.text = lparam == 0 ? "" : textOf(lparam);
       return 1;
     case WM_GETTEXT:
-      return copy_bounded(shown_text(window), reinterpret_cast<char*>(lparam), wparam);
+      return copyBounded(shownText(window), reinterpret_cast<char*>(lparam), wparam);
     case WM_GETTEXTLENGTH:
-      return static_cast<LRESULT>(shown_text(window).size());
+      return static_cast<LRESULT>(shownText(window).size());
     default:
       return 0;
   }
 }
 
-LRESULT answer_combo_text(ComboBox& combo, UINT message, WPARAM wparam, const char* text) {
+LRESULT answerComboText(ComboBox& combo, UINT message, WPARAM wparam, const char* text) {
   if (text == nullptr) {
     return CB_ERR;
   }
@@ -49,7 +49,7 @@ LRESULT answer_combo_text(ComboBox& combo, UINT message, WPARAM wparam, const ch
     case CB_FINDSTRING:
       return combo.find(wparam, text);
     case CB_FINDSTRINGEXACT:
-      return combo.find_exact(wparam, text);
+      return combo.findExact(wparam, text);
     default: {  // CB_SELECTSTRING: a text that is not found leaves the selection as it was
       const int row = combo.find(wparam, text);
       return row < 0 ? CB_ERR : combo.select(row);
@@ -57,7 +57,7 @@ LRESULT answer_combo_text(ComboBox& combo, UINT message, WPARAM wparam, const ch
   }
 }
 
-LRESULT answer_combo(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT answerCombo(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
   ComboBox& combo = window.combo;
   switch (message) {
     case CB_ADDSTRING:
@@ -65,7 +65,7 @@ LRESULT answer_combo(Window& window, UINT message, WPARAM wparam, LPARAM lparam)
     case CB_FINDSTRING:
     case CB_FINDSTRINGEXACT:
     case CB_SELECTSTRING:
-      return answer_combo_text(combo, message, wparam, text_of(lparam));
+      return answerComboText(combo, message, wparam, textOf(lparam));
     case CB_DELETESTRING:
       return combo.remove(wparam);
     case CB_RESETCONTENT:
@@ -80,7 +80,7 @@ LRESULT answer_combo(Window& window, UINT message, WPARAM wparam, LPARAM lparam)
     case CB_GETITEMDATA:
       return combo.data(wparam);
     case CB_SETITEMDATA:
-      return combo.set_data(wparam, lparam);
+      return combo.setData(wparam, lparam);
     case CB_GETLBTEXTLEN:
       return combo.has(wparam) ? static_cast<LRESULT>(combo.text(wparam).size()) : CB_ERR;
     case CB_GETLBTEXT:
@@ -93,49 +93,49 @@ LRESULT answer_combo(Window& window, UINT message, WPARAM wparam, LPARAM lparam)
       if ((window.style & CBS_DROPDOWNLIST) == CBS_DROPDOWNLIST) {
         return CB_ERR;
       }
-      return answer_any(window, message, wparam, lparam);
+      return answerAny(window, message, wparam, lparam);
     default:
-      return answer_any(window, message, wparam, lparam);
+      return answerAny(window, message, wparam, lparam);
   }
 }
 
-int highest_check_state(const Window& button) {
-  if (button.kind != WindowKind::check_box && button.kind != WindowKind::radio_button) {
+int highestCheckState(const Window& button) {
+  if (button.kind != WindowKind::kCheckBox && button.kind != WindowKind::kRadioButton) {
     return BST_UNCHECKED;
   }
   const int type = button.style & kButtonTypeMask;
   return type == BS_3STATE || type == BS_AUTO3STATE ? BST_INDETERMINATE : BST_CHECKED;
 }
 
-LRESULT answer_button(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT answerButton(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case BM_GETCHECK:
       return window.check_state;
     case BM_SETCHECK: {
       // Like Win32, which takes the state as unsigned: a state beyond the button's is its highest.
-      const auto highest = static_cast<size_t>(highest_check_state(window));
+      const auto highest = static_cast<size_t>(highestCheckState(window));
       window.check_state = static_cast<int>(std::min(static_cast<size_t>(wparam), highest));
       return 0;
     }
     case BM_CLICK:
-      if (Desktop::the().takes_input(window.handle)) {
+      if (Desktop::the().takesInput(window.handle)) {
         click(window);
       }
       return 0;
     default:
-      return answer_any(window, message, wparam, lparam);
+      return answerAny(window, message, wparam, lparam);
   }
 }
 
-LRESULT answer_edit(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT answerEdit(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == WM_SETTEXT) {
-    set_edit_text(window, text_of(lparam));
+    setEditText(window, textOf(lparam));
     return 1;
   }
-  return answer_any(window, message, wparam, lparam);
+  return answerAny(window, message, wparam, lparam);
 }
 
-LRESULT answer_dialog(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT answerDialog(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (window.procedure != nullptr) {
     const LRESULT answer = window.procedure(window.handle, message, wparam, lparam);
     if (answer != 0) {
@@ -143,15 +143,15 @@ LRESULT answer_dialog(Window& window, UINT message, WPARAM wparam, LPARAM lparam
     }
   }
   if (message == WM_CLOSE) {
-    press_escape(window.handle);
+    pressEscape(window.handle);
     return 0;
   }
-  return answer_any(window, message, wparam, lparam);
+  return answerAny(window, message, wparam, lparam);
 }
 
 /// A click on an automatic radio button unchecks the others of its group: its neighbours up to
 /// the controls that begin a group.
-void check_alone_in_group(Window& button) {
+void checkAloneInGroup(Window& button) {
   const Desktop& desktop = Desktop::the();
   const auto dialog = desktop.find(button.parent);
   if (dialog) {
@@ -166,7 +166,7 @@ void check_alone_in_group(Window& button) {
         group.clear();
       }
       own_group = own_group || control->handle == button.handle;
-      if (control->kind == WindowKind::radio_button) {
+      if (control->kind == WindowKind::kRadioButton) {
         group.push_back(control);
       }
     }
@@ -179,67 +179,67 @@ void check_alone_in_group(Window& button) {
 
 }  // namespace
 
-LRESULT send_message(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT sendMessage(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
   // Held while it answers: what it calls may destroy it.
   const std::shared_ptr<Window> window = Desktop::the().find(handle);
   if (!window) {
     return 0;
   }
   switch (window->kind) {
-    case WindowKind::dialog:
-      return answer_dialog(*window, message, wparam, lparam);
-    case WindowKind::combo_box:
-      return answer_combo(*window, message, wparam, lparam);
-    case WindowKind::edit:
-      return answer_edit(*window, message, wparam, lparam);
-    case WindowKind::push_button:
-    case WindowKind::check_box:
-    case WindowKind::radio_button:
-      return answer_button(*window, message, wparam, lparam);
+    case WindowKind::kDialog:
+      return answerDialog(*window, message, wparam, lparam);
+    case WindowKind::kComboBox:
+      return answerCombo(*window, message, wparam, lparam);
+    case WindowKind::kEdit:
+      return answerEdit(*window, message, wparam, lparam);
+    case WindowKind::kPushButton:
+    case WindowKind::kCheckBox:
+    case WindowKind::kRadioButton:
+      return answerButton(*window, message, wparam, lparam);
     default:
-      return answer_any(*window, message, wparam, lparam);
+      return answerAny(*window, message, wparam, lparam);
   }
 }
 
-void notify_dialog(const Window& control, int code) {
+void notifyDialog(const Window& control, int code) {
   const WPARAM wparam = (control.id & 0xFFFF) | (static_cast<WPARAM>(code) << 16);
-  send_message(control.parent, WM_COMMAND, wparam, reinterpret_cast<LPARAM>(control.handle));
+  sendMessage(control.parent, WM_COMMAND, wparam, reinterpret_cast<LPARAM>(control.handle));
 }
 
-void set_edit_text(Window& edit, const char* text) {
+void setEditText(Window& edit, const char* text) {
   edit.text = text == nullptr ? "" : text;
-  notify_dialog(edit, EN_UPDATE);
-  notify_dialog(edit, EN_CHANGE);
+  notifyDialog(edit, EN_UPDATE);
+  notifyDialog(edit, EN_CHANGE);
 }
 
 void click(Window& button) {
   switch (button.kind) {
-    case WindowKind::check_box:
+    case WindowKind::kCheckBox:
       if ((button.style & kButtonTypeMask) == BS_AUTOCHECKBOX) {
         button.check_state = button.check_state == BST_UNCHECKED ? BST_CHECKED : BST_UNCHECKED;
       } else if ((button.style & kButtonTypeMask) == BS_AUTO3STATE) {
         button.check_state = (button.check_state + 1) % (BST_INDETERMINATE + 1);
       }
       break;
-    case WindowKind::radio_button:
+    case WindowKind::kRadioButton:
       if ((button.style & kButtonTypeMask) == BS_AUTORADIOBUTTON) {
-        check_alone_in_group(button);
+        checkAloneInGroup(button);
       }
       break;
     default:
       break;
   }
-  notify_dialog(button, BN_CLICKED);
+  notifyDialog(button, BN_CLICKED);
 }
 
-void press_enter(HWND dialog) {
+void pressEnter(HWND dialog) {
   const Desktop& desktop = Desktop::the();
   auto pressed = desktop.find(desktop.focus());
   const auto window = desktop.find(dialog);
   if (!window) {
     return;
   }
-  if (!pressed || pressed->kind != WindowKind::push_button || pressed->parent != dialog) {
+  if (!pressed || pressed->kind != WindowKind::kPushButton || pressed->parent != dialog) {
     pressed = nullptr;
     for (const HWND handle : window->children) {
       const auto control = desktop.find(handle);
@@ -250,18 +250,18 @@ void press_enter(HWND dialog) {
     }
   }
   if (!pressed) {
-    send_message(dialog, WM_COMMAND, IDOK, 0);
+    sendMessage(dialog, WM_COMMAND, IDOK, 0);
   } else if (pressed->enabled) {
-    notify_dialog(*pressed, BN_CLICKED);
+    notifyDialog(*pressed, BN_CLICKED);
   }
 }
 
-void press_escape(HWND dialog) {
+void pressEscape(HWND dialog) {
   const auto cancel = Desktop::the().item(dialog, IDCANCEL);
   if (!cancel) {
-    send_message(dialog, WM_COMMAND, IDCANCEL, 0);
+    sendMessage(dialog, WM_COMMAND, IDCANCEL, 0);
   } else if (cancel->enabled) {
-    notify_dialog(*cancel, BN_CLICKED);
+    notifyDialog(*cancel, BN_CLICKED);
   }
 }
 

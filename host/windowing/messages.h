@@ -7,19 +7,19 @@
 namespace velmor::windowing {
 
 /// Sends a message and answers its result; 0 when there is no such window.
-LRESULT send_message(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+LRESULT sendMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
 /// WM_COMMAND from a control to the dialog it lies in.
-void notify_dialog(const Window& control, int code);
+void notifyDialog(const Window& control, int code);
 
 /// Sets the text of an edit as a person or a program does, and tells the dialog of the change.
-void set_edit_text(Window& edit, const char* text);
+void setEditText(Window& edit, const char* text);
 
 /// What a click does: toggles where the button does so by itself, then tells the dialog.
 void click(Window& button);
 
 /// Enter and Escape in a dialog.
-void press_enter(HWND dialog);
-void press_escape(HWND dialog);
+void pressEnter(HWND dialog);
+void pressEscape(HWND dialog);
 
 }  // namespace velmor::windowing

@@ -9,7 +9,7 @@
 namespace velmor::windowing::functions {
 
 char* lstrcpyn(char* to, const char* from, int size) {
-  copy_bounded(from == nullptr ? "" : from, to, size);
+  copyBounded(from == nullptr ? "" : from, to, size);
   return to;
 }
 

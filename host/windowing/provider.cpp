@@ -34,7 +34,7 @@ void* address_of(Function* function) {
   return reinterpret_cast<void*>(function);
 }
 
-void* look_up(const char* name);
+void* lookUp(const char* name);
 
 }  // namespace
 
@@ -66,7 +66,7 @@ void* find(std::string_view name) {
 
 namespace {
 
-void* look_up(const char* name) {
+void* lookUp(const char* name) {
   if (name == nullptr) {
     return reinterpret_cast<void*>(kQuelmApiVersion);
   }
@@ -77,5 +77,5 @@ void* look_up(const char* name) {
 }  // namespace velmor::windowing
 
 QuelmLookupFn quelmGetAPPAPIFunc() {
-  return &velmor::windowing::look_up;
+  return &velmor::windowing::lookUp;
 }

@@ -68,11 +68,11 @@ inline constexpr int MB_ABORTRETRYIGNORE = 2;
 inline constexpr int MB_YESNOCANCEL = 3;
 inline constexpr int MB_YESNO = 4;
 inline constexpr int MB_RETRYCANCEL = 5;
-inline constexpr int IDABORT = 3;
-inline constexpr int IDRETRY = 4;
-inline constexpr int IDIGNORE = 5;
-inline constexpr int IDYES = 6;
-inline constexpr int IDNO = 7;
+inline constexpr int kIdabort = 3;
+inline constexpr int kIdretry = 4;
+inline constexpr int kIdignore = 5;
+inline constexpr int kIdyes = 6;
+inline constexpr int kIdno = 7;
 
 /// The public RECT.
 struct RECT {

@@ -12,17 +12,17 @@
 namespace velmor::windowing {
 
 enum class WindowKind {
-  top,  ///< a window of the host's own
-  dialog,
-  label,
-  edit,
-  combo_box,
-  push_button,
-  check_box,
-  radio_button,
-  group_box,
-  list_view,
-  other
+  kTop,  ///< a window of the host's own
+  kDialog,
+  kLabel,
+  kEdit,
+  kComboBox,
+  kPushButton,
+  kCheckBox,
+  kRadioButton,
+  kGroupBox,
+  kListView,
+  kOther
 };
 
 /// Pixels, from the top left corner of the parent's content.
@@ -33,7 +33,7 @@ struct Placement {
 /// Plain state. `Desktop` owns it; the message rules change it.
 struct Window {
   HWND handle = nullptr;
-  WindowKind kind = WindowKind::other;
+  WindowKind kind = WindowKind::kOther;
   std::string class_name;
   std::string text;
   int id = 0;

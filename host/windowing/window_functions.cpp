@@ -6,7 +6,7 @@
 namespace velmor::windowing::functions {
 
 LRESULT SendMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-  return send_message(window, message, wparam, lparam);
+  return sendMessage(window, message, wparam, lparam);
 }
 
 BOOL PostMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -18,11 +18,11 @@ BOOL PostMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 void QUELM_MessageQueue_Flush() {
-  Desktop::the().deliver_posted();
+  Desktop::the().deliverPosted();
 }
 
 void QUELM_MessageQueue_Clear() {
-  Desktop::the().forget_posted();
+  Desktop::the().forgetPosted();
 }
 
 LRESULT DefWindowProc(HWND /*window*/, UINT /*message*/, WPARAM /*wparam*/, LPARAM /*lparam*/) {
@@ -48,14 +48,14 @@ BOOL ShowWindow(HWND handle, int command) {
 }
 
 BOOL IsWindowVisible(HWND window) {
-  return Desktop::the().is_visible(window) ? 1 : 0;
+  return Desktop::the().isVisible(window) ? 1 : 0;
 }
 
 void EnableWindow(HWND handle, int enable) {
   if (const auto window = Desktop::the().find(handle)) {
     window->enabled = enable != 0;
     if (!window->enabled && Desktop::the().focus() == handle) {
-      Desktop::the().set_focus(nullptr);
+      Desktop::the().setFocus(nullptr);
     }
   }
 }
@@ -67,8 +67,8 @@ BOOL IsWindowEnabled(HWND handle) {
 
 HWND SetFocus(HWND handle) {
   const HWND before = GetFocus();
-  if (handle == nullptr || Desktop::the().takes_input(handle)) {
-    Desktop::the().set_focus(handle);
+  if (handle == nullptr || Desktop::the().takesInput(handle)) {
+    Desktop::the().setFocus(handle);
   }
   return before;
 }
@@ -83,7 +83,7 @@ HWND GetParent(HWND handle) {
 }
 
 BOOL IsChild(HWND ancestor, HWND window) {
-  return ancestor != nullptr && Desktop::the().is_inside(window, ancestor) ? 1 : 0;
+  return ancestor != nullptr && Desktop::the().isInside(window, ancestor) ? 1 : 0;
 }
 
 BOOL EnumChildWindows(HWND handle, BOOL (*visit)(HWND, LPARAM), LPARAM param) {
@@ -104,12 +104,12 @@ BOOL EnumChildWindows(HWND handle, BOOL (*visit)(HWND, LPARAM), LPARAM param) {
 }
 
 int GetWindowTextLength(HWND window) {
-  return static_cast<int>(send_message(window, WM_GETTEXTLENGTH, 0, 0));
+  return static_cast<int>(sendMessage(window, WM_GETTEXTLENGTH, 0, 0));
 }
 
 int GetClassName(HWND handle, char* buffer, int size) {
   const auto window = Desktop::the().find(handle);
-  return window ? static_cast<int>(copy_bounded(window->class_name, buffer, size)) : 0;
+  return window ? static_cast<int>(copyBounded(window->class_name, buffer, size)) : 0;
 }
 
 namespace {

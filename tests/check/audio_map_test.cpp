@@ -11,7 +11,7 @@
 #include "check/image/disc_units.h"
 #include "tests/check/test_images.h"
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 namespace {
 
 using Run = std::tuple<int64_t, int64_t>;  // first frame, samples
@@ -79,4 +79,4 @@ TEST(AudioMap, CallsASectorSilentOnlyWhenEverySampleIsZero) {
 }
 
 }  // namespace
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

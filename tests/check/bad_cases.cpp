@@ -2,7 +2,7 @@
 
 #include "tests/check/test_images.h"
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 
 namespace {
 
@@ -15,7 +15,7 @@ LoadedDisc usual() {
   disc.titles = {"One", "Two", "Three"};
   disc.isrcs = {"USABC0500001", "USABC0500002", "USABC0500003"};
   disc.starts = {0, 400, 900};
-  disc.gapStarts = disc.starts;
+  disc.gap_starts = disc.starts;
   return disc;
 }
 
@@ -40,7 +40,7 @@ LoadedDisc withCatalog(const std::string& catalog) {
 LoadedDisc withLastStart(int64_t sector) {
   LoadedDisc disc = usual();
   disc.starts->back() = sector;
-  disc.gapStarts = disc.starts;
+  disc.gap_starts = disc.starts;
   return disc;
 }
 
@@ -54,7 +54,7 @@ LoadedDisc hundredTracks() {
     disc.titles->push_back("T" + std::to_string(t + 1));
     disc.starts->push_back(t * 300);
   }
-  disc.gapStarts = disc.starts;
+  disc.gap_starts = disc.starts;
   return disc;
 }
 
@@ -81,15 +81,15 @@ const std::vector<BadCase>& badCases() {
       {"bad.10.index-at-100-minutes",
        "minutes-over-99",
        withLastStart(450000),
-       ImageKind::wholeDisc,
+       ImageKind::kWholeDisc,
        {},
-       {Reader::chdman, Reader::metaflac, Reader::bchunk, Reader::shnsplit}},
-      {"bad.11.a-hundred-tracks", "too-many-tracks", hundredTracks(), ImageKind::hundredTracks},
+       {Reader::kChdman, Reader::kMetaflac, Reader::kBchunk, Reader::kShnsplit}},
+      {"bad.11.a-hundred-tracks", "too-many-tracks", hundredTracks(), ImageKind::kHundredTracks},
       {"bad.12.utf-8-text",
        "utf8-text",
        withTitle(2, "Caf\xC3\xA9"),
-       ImageKind::plain,
-       {Reader::cdrdao}},
+       ImageKind::kPlain,
+       {Reader::kCdrdao}},
       {"bad.13.iso-8859-1-text", "latin1-text", withTitle(2, "Caf\xC3\xA9")},
       {"bad.14.byte-order-mark", "byte-order-mark", usual()},
       {"bad.15.isrc-with-dashes", "isrc-dashes", usual()},
@@ -102,56 +102,57 @@ const std::vector<BadCase>& badCases() {
       {"bad.20.index-past-the-end-of-the-image",
        "index-past-end",
        withLastStart(1540),
-       ImageKind::plain,
+       ImageKind::kPlain,
        {},
-       {Reader::chdman}},
-      {"bad.21.image-not-whole-sectors", "image-not-whole-sectors", usual(), ImageKind::extraBytes},
+       {Reader::kChdman}},
+      {"bad.21.image-not-whole-sectors", "image-not-whole-sectors", usual(),
+       ImageKind::kExtraBytes},
       {"bad.22.track-under-4-seconds",
        "track-under-4-s",
        withLastStart(600),
-       ImageKind::plain,
-       {Reader::cdrdao}},
+       ImageKind::kPlain,
+       {Reader::kCdrdao}},
       {"bad.23.one-isrc-for-two-tracks", "isrc-twice", withCode(2, "USABC0500001")},
-      {"bad.24.image-named-otherwise", "image-named-otherwise", usual(), ImageKind::otherName},
+      {"bad.24.image-named-otherwise", "image-named-otherwise", usual(), ImageKind::kOtherName},
       {"bad.25.no-line-end-at-the-end", "no-last-line-end", usual()},
       // chdman waits without end for the line's.
       {"bad.26.carriage-returns-alone",
        "carriage-return-alone",
        usual(),
-       ImageKind::plain,
+       ImageKind::kPlain,
        {},
-       {Reader::chdman}},
+       {Reader::kChdman}},
       {"bad.27.commands-in-small-letters", "lower-case-command", usual()},
       {"bad.28.file-type-in-small-letters", "lower-case-file-type", usual()},
       {"bad.29.empty-songwriter", "empty-text", usual()},
       {"bad.30.unknown-flag", "unknown-flag", usual()},
       {"bad.31.unknown-track-mode", "unknown-track-mode", usual()},
-      {"bad.32.quote-in-the-file-name", "quote-in-file-name", usual(), ImageKind::quotedName},
+      {"bad.32.quote-in-the-file-name", "quote-in-file-name", usual(), ImageKind::kQuotedName},
   };
   return kCases;
 }
 
 SheetOnDisk prepare(const BadCase& bad, const std::filesystem::path& folder) {
   SheetOnDisk disk{folder.string(), "image.cue", "image.bin", kPlainSectors};
-  if (bad.image == ImageKind::otherName) disk.sheet = "album.cue";
+  if (bad.image == ImageKind::kOtherName) disk.sheet = "album.cue";
   writeFile(folder / disk.sheet, readFile(casesFolder() / (bad.name + ".cue")));
-  if (bad.image == ImageKind::quotedName) disk.image = "im\"age.bin";
+  if (bad.image == ImageKind::kQuotedName) disk.image = "im\"age.bin";
   const std::filesystem::path image = folder / disk.image;
   switch (bad.image) {
-    case ImageKind::plain:
-    case ImageKind::otherName:
-    case ImageKind::quotedName:
+    case ImageKind::kPlain:
+    case ImageKind::kOtherName:
+    case ImageKind::kQuotedName:
       TestImage(kPlainSectors).write(image);
       break;
-    case ImageKind::extraBytes:
+    case ImageKind::kExtraBytes:
       writeFile(image, TestImage(kPlainSectors).bytes() + std::string(1000, '\1'));
       disk.sectors = kPlainSectors + 1;
       break;
-    case ImageKind::wholeDisc:
+    case ImageKind::kWholeDisc:
       disk.sectors = kWholeDiscSectors;
       writeSparse(image, kWholeDiscSectors * 2352);
       break;
-    case ImageKind::hundredTracks:
+    case ImageKind::kHundredTracks:
       disk.sectors = 100 * 300;
       writeSparse(image, disk.sectors * 2352);
       break;
@@ -159,4 +160,4 @@ SheetOnDisk prepare(const BadCase& bad, const std::filesystem::path& folder) {
   return disk;
 }
 
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

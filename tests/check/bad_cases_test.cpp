@@ -12,7 +12,7 @@
 #include "check/report/report_text.h"
 #include "tests/check/test_images.h"
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 namespace {
 
 std::string caseName(const testing::TestParamInfo<BadCase>& info) {
@@ -32,8 +32,8 @@ TEST_P(BadCaseTest, GetsTheReportThatStandsBesideIt) {
   TemporaryFolder folder;
   const SheetOnDisk disk = prepare(GetParam(), folder.path());
   // The whole disc of silence takes seconds to read; the report is about a short one.
-  if (GetParam().image == ImageKind::wholeDisc) TestImage(1500).write(folder / disk.image);
-  if (GetParam().image == ImageKind::hundredTracks)
+  if (GetParam().image == ImageKind::kWholeDisc) TestImage(1500).write(folder / disk.image);
+  if (GetParam().image == ImageKind::kHundredTracks)
     TestImage(disk.sectors).write(folder / disk.image);
   const Report report = check(folder / disk.sheet, {});
   EXPECT_TRUE(std::any_of(report.findings.begin(), report.findings.end(),
@@ -45,32 +45,32 @@ TEST_P(BadCaseTest, GetsTheReportThatStandsBesideIt) {
   EXPECT_EQ(text.str(), readFile(golden));
 }
 
-enum class Outcome { fine, damaged, refused };
+enum class Outcome { kFine, kDamaged, kRefused };
 
 std::ostream& operator<<(std::ostream& out, Outcome outcome) {
-  return out << (outcome == Outcome::fine      ? "takes it rightly"
-                 : outcome == Outcome::damaged ? "damages it"
-                                               : "refuses it");
+  return out << (outcome == Outcome::kFine      ? "takes it rightly"
+                 : outcome == Outcome::kDamaged ? "damages it"
+                                                : "refuses it");
 }
 
 Outcome outcomeByTheTable(const std::string& rule, Reader reader) {
   const ReaderVerdict* verdict = readerVerdict(rule);
-  if (verdict && contains(verdict->refused, reader)) return Outcome::refused;
-  if (verdict && contains(verdict->damaged, reader)) return Outcome::damaged;
-  return Outcome::fine;
+  if (verdict && contains(verdict->refused, reader)) return Outcome::kRefused;
+  if (verdict && contains(verdict->damaged, reader)) return Outcome::kDamaged;
+  return Outcome::kFine;
 }
 
 TEST_P(BadCaseTest, IsTakenByEachReaderAsTheRulesSay) {
   const BadCase& bad = GetParam();
   const auto asked = askReaders(
-      [&bad](const std::filesystem::path& folder) { return prepare(bad, folder); }, bad.tooSlow);
+      [&bad](const std::filesystem::path& folder) { return prepare(bad, folder); }, bad.too_slow);
   for (const auto& [reader, loaded] : asked) {
     const std::string lost = difference(loaded, bad.truth);
-    const Outcome seen = !loaded.accepted ? Outcome::refused
-                         : lost.empty()   ? Outcome::fine
-                                          : Outcome::damaged;
+    const Outcome seen = !loaded.accepted ? Outcome::kRefused
+                         : lost.empty()   ? Outcome::kFine
+                                          : Outcome::kDamaged;
     const Outcome said =
-        contains(bad.unseen, reader) ? Outcome::fine : outcomeByTheTable(bad.rule, reader);
+        contains(bad.unseen, reader) ? Outcome::kFine : outcomeByTheTable(bad.rule, reader);
     EXPECT_EQ(seen, said) << readerName(reader) << " with " << bad.name << '\n'
                           << lost << loaded.output.substr(0, 2000);
   }
@@ -80,4 +80,4 @@ TEST_P(BadCaseTest, IsTakenByEachReaderAsTheRulesSay) {
 INSTANTIATE_TEST_SUITE_P(Sheet, BadCaseTest, testing::ValuesIn(badCases()), caseName);
 
 }  // namespace
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

@@ -8,9 +8,10 @@
 #include "check/check.h"
 #include "check/portable/portable_disc.h"
 #include "check/report/report_text.h"
+#include "disc/failure.h"
 #include "tests/check/test_images.h"
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -20,8 +21,8 @@ namespace fs = std::filesystem;
 struct ForeignSheet {
   const char* name;
   const char* image;
-  bool wave;         ///< the image has the header of a WAVE file
-  bool secondSheet;  ///< one can be made
+  bool wave;          ///< the image has the header of a WAVE file
+  bool second_sheet;  ///< one can be made
 };
 
 constexpr ForeignSheet kSheets[] = {{"cuetools-cueconvert", "image.bin", false, false},
@@ -35,38 +36,38 @@ class ForeignSheetTest : public testing::TestWithParam<ForeignSheet> {
   ForeignSheetTest() {
     const ForeignSheet& sheet = GetParam();
     const TestImage image(1500);
-    writeFile(folder_ / sheet.image,
+    writeFile(m_folder / sheet.image,
               (sheet.wave ? waveHeader(image.bytes().size()) : "") + image.bytes());
-    writeFile(folder_ / (name() + ".cue"), readFile(goldenFolder() / (name() + ".cue")));
+    writeFile(m_folder / (name() + ".cue"), readFile(goldenFolder() / (name() + ".cue")));
   }
 
   static std::string name() { return GetParam().name; }
   static fs::path goldenFolder() { return casesFolder().parent_path() / "foreign"; }
 
-  TemporaryFolder folder_;
+  TemporaryFolder m_folder;
 };
 
 TEST_P(ForeignSheetTest, GetsTheReportThatStandsBesideIt) {
   std::ostringstream text;
-  printReport(check(folder_ / (name() + ".cue"), {}), false, text);
+  printReport(check(m_folder / (name() + ".cue"), {}), false, text);
   const fs::path golden = goldenFolder() / (name() + ".report");
   if (std::getenv("VELMOR_REWRITE_REPORTS")) writeFile(golden, text.str());
   EXPECT_EQ(text.str(), readFile(golden));
 }
 
 TEST_P(ForeignSheetTest, GivesASecondSheetWithTheSameStartsOrNone) {
-  const Report report = check(folder_ / (name() + ".cue"), {});
-  if (!GetParam().secondSheet) {
-    EXPECT_THROW(makePortable(report, folder_ / "p.cue"), CheckError);
+  const Report report = check(m_folder / (name() + ".cue"), {});
+  if (!GetParam().second_sheet) {
+    EXPECT_THROW(makePortable(report, m_folder / "p.cue"), Failure);
     return;
   }
-  writeFile(folder_ / "p.cue", cueText(makePortable(report, folder_ / "p.cue")));
-  const Report second = check(folder_ / "p.cue", {});
+  writeFile(m_folder / "p.cue", cueText(makePortable(report, m_folder / "p.cue")));
+  const Report second = check(m_folder / "p.cue", {});
   EXPECT_FALSE(second.failed(false));
   ASSERT_EQ(second.disc.places.size(), 3u);
   for (size_t t = 0; t < 3; ++t) {
-    EXPECT_EQ(second.disc.places[t]->onDisc, report.disc.places[t]->onDisc) << t;
-    EXPECT_EQ(second.disc.places[t]->gapStart, report.disc.places[t]->gapStart) << t;
+    EXPECT_EQ(second.disc.places[t]->on_disc, report.disc.places[t]->on_disc) << t;
+    EXPECT_EQ(second.disc.places[t]->gap_start, report.disc.places[t]->gap_start) << t;
   }
 }
 
@@ -79,4 +80,4 @@ std::string sheetName(const testing::TestParamInfo<ForeignSheet>& sheet) {
 INSTANTIATE_TEST_SUITE_P(Of, ForeignSheetTest, testing::ValuesIn(kSheets), sheetName);
 
 }  // namespace
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

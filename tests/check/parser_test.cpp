@@ -9,7 +9,7 @@
 #include "check/sheet/sheet_parser.h"
 #include "tests/check/test_images.h"
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 namespace {
 
 const std::string kSheet =
@@ -81,32 +81,33 @@ TEST_P(BadLine, IsNamedWithItsNumber) {
 INSTANTIATE_TEST_SUITE_P(
     Of, BadLine,
     testing::Values(
-        Bad{"REM a\nHELLO world\n", SyntaxKind::unknownCommand, 2},
-        Bad{"INDEX 01 00:00:00\n", SyntaxKind::misplaced, 1},
-        Bad{"ISRC X\n", SyntaxKind::misplaced, 1},
-        Bad{"\n\nTRACK 01 AUDIO\n", SyntaxKind::misplaced, 3},
-        Bad{"FILE a BINARY\nTRACK xx AUDIO\n", SyntaxKind::badNumber, 2},
-        Bad{"FILE a BINARY\nTRACK 1 AUDIO\nINDEX 01 00:00\n", SyntaxKind::badNumber, 3},
-        Bad{"FILE a BINARY\nTRACK 1 AUDIO\nINDEX 01 -1:00:00\n", SyntaxKind::badNumber, 3},
-        Bad{"FILE a BINARY\nTRACK 1 AUDIO\nINDEX 01 9999999:00:00\n", SyntaxKind::badNumber, 3},
-        Bad{"TITLE a\nTITLE b\n", SyntaxKind::repeated, 2},
-        Bad{"TITLE \"a\n", SyntaxKind::unclosed, 1},
-        Bad{"TITLE \"a\nPERFORMER \"b\"\n", SyntaxKind::unclosed, 1},
-        Bad{"TITLE \"a\nb\"\n", SyntaxKind::lineBreak, 1},
-        Bad{"FILE \"a.bin BINARY\n", SyntaxKind::unclosed, 1},
-        Bad{"FILE a BINARY\nTRACK 1 AUDIO\nINDEX 01 00:00:00 x\n", SyntaxKind::textAfterValue, 3}));
+        Bad{"REM a\nHELLO world\n", SyntaxKind::kUnknownCommand, 2},
+        Bad{"INDEX 01 00:00:00\n", SyntaxKind::kMisplaced, 1},
+        Bad{"ISRC X\n", SyntaxKind::kMisplaced, 1},
+        Bad{"\n\nTRACK 01 AUDIO\n", SyntaxKind::kMisplaced, 3},
+        Bad{"FILE a BINARY\nTRACK xx AUDIO\n", SyntaxKind::kBadNumber, 2},
+        Bad{"FILE a BINARY\nTRACK 1 AUDIO\nINDEX 01 00:00\n", SyntaxKind::kBadNumber, 3},
+        Bad{"FILE a BINARY\nTRACK 1 AUDIO\nINDEX 01 -1:00:00\n", SyntaxKind::kBadNumber, 3},
+        Bad{"FILE a BINARY\nTRACK 1 AUDIO\nINDEX 01 9999999:00:00\n", SyntaxKind::kBadNumber, 3},
+        Bad{"TITLE a\nTITLE b\n", SyntaxKind::kRepeated, 2},
+        Bad{"TITLE \"a\n", SyntaxKind::kUnclosed, 1},
+        Bad{"TITLE \"a\nPERFORMER \"b\"\n", SyntaxKind::kUnclosed, 1},
+        Bad{"TITLE \"a\nb\"\n", SyntaxKind::kLineBreak, 1},
+        Bad{"FILE \"a.bin BINARY\n", SyntaxKind::kUnclosed, 1},
+        Bad{"FILE a BINARY\nTRACK 1 AUDIO\nINDEX 01 00:00:00 x\n", SyntaxKind::kTextAfterValue,
+            3}));
 
 TEST(Parser, KnowsWhereSmallLettersAndAMissingLineEndAre) {
   const Sheet small = parse("REM x\nfile a BINARY\nTRACK 01 audio\nindex 01 00:00:00");
-  EXPECT_EQ(small.lowerCaseCommand, 2);
-  EXPECT_EQ(small.lowerCaseFileType, 0);
-  EXPECT_TRUE(small.noLastLineEnd);
+  EXPECT_EQ(small.lower_case_command, 2);
+  EXPECT_EQ(small.lower_case_file_type, 0);
+  EXPECT_TRUE(small.no_last_line_end);
   const Sheet mode = parse("FILE a Wave\nTRACK 01 Audio\nINDEX 01 00:00:00\r");
-  EXPECT_EQ(mode.lowerCaseCommand, 2);
-  EXPECT_EQ(mode.lowerCaseFileType, 1);
-  EXPECT_FALSE(mode.noLastLineEnd);
-  EXPECT_EQ(parse("nonsense\n").lowerCaseCommand, 0);
-  EXPECT_FALSE(parse("").noLastLineEnd);
+  EXPECT_EQ(mode.lower_case_command, 2);
+  EXPECT_EQ(mode.lower_case_file_type, 1);
+  EXPECT_FALSE(mode.no_last_line_end);
+  EXPECT_EQ(parse("nonsense\n").lower_case_command, 0);
+  EXPECT_FALSE(parse("").no_last_line_end);
 }
 
 TEST(Parser, JoinsAValueThatGoesOnOverSeveralLines) {
@@ -117,7 +118,7 @@ TEST(Parser, FindsTheCommandBehindALineCutAt4095Bytes) {
   std::string cut = "TITLE \"" + std::string(5000, 'x');
   cut.resize(4095);
   const Sheet sheet = parse(cut + "PERFORMER \"Ana\"\r\n");
-  EXPECT_EQ(sheet.problems.at(0).kind, SyntaxKind::cutLine);
+  EXPECT_EQ(sheet.problems.at(0).kind, SyntaxKind::kCutLine);
   EXPECT_EQ(sheet.fields.performer->bytes, "Ana");
 }
 
@@ -128,14 +129,14 @@ TEST(Parser, ReadsHugeAndHostileSheetsInTheTimeOfTheirLength) {
   EXPECT_EQ(parse(all).problems.size(), kMostProblems);
   std::string unclosed;
   for (int i = 0; i < 300000; ++i) unclosed += "TITLE \"\n";
-  EXPECT_GT(parse(unclosed).problemsLeftOut, 0u);
+  EXPECT_GT(parse(unclosed).problems_left_out, 0u);
   std::string tracks = "FILE a BINARY\n";
   for (int i = 0; i < 100000; ++i) tracks += "TRACK 1 AUDIO\nINDEX 1 0:0:0\n";
   EXPECT_EQ(parse(tracks).tracks.size(), 100000u);
   // A command behind millions of blanks is no line that was cut.
   const Sheet blanks = parse("TITLE \"" + std::string(16 << 20, ' ') + "REM x");
   ASSERT_EQ(blanks.problems.size(), 1u);
-  EXPECT_EQ(blanks.problems[0].kind, SyntaxKind::unclosed);
+  EXPECT_EQ(blanks.problems[0].kind, SyntaxKind::kUnclosed);
   EXPECT_EQ(parse(std::string(1 << 20, '\0')).tracks.size(), 0u);
   EXPECT_EQ(parse(std::string(1 << 20, '"')).tracks.size(), 0u);
 }
@@ -173,4 +174,4 @@ TEST(Parser, MakesASheetOfAnyBytes) {
 }
 
 }  // namespace
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

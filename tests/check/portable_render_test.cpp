@@ -9,7 +9,7 @@
 #include "tests/check/process.h"
 #include "tests/check/test_images.h"
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -20,19 +20,19 @@ class PortableRenderTest : public testing::Test {
  protected:
   PortableRenderTest() {
     const TestImage sound(1000);
-    writeFile(folder_ / "one.wav", waveHeader(sound.bytes().size()) + sound.bytes());
-    writeFile(folder_ / "two.wav", waveHeader(sound.bytes().size()) + sound.bytes());
+    writeFile(m_folder / "one.wav", waveHeader(sound.bytes().size()) + sound.bytes());
+    writeFile(m_folder / "two.wav", waveHeader(sound.bytes().size()) + sound.bytes());
   }
 
   ProcessResult render(const std::vector<std::string>& more) {
     std::vector<std::string> called = {VELMOR_RENDER, "one.wav", "two.wav", "-o", "album.cue"};
     called.insert(called.end(), more.begin(), more.end());
-    return runProcess(called, folder_.path().string());
+    return runProcess(called, m_folder.path().string());
   }
 
-  bool exists(const std::string& name) const { return fs::exists(folder_ / name); }
+  bool exists(const std::string& name) const { return fs::exists(m_folder / name); }
 
-  TemporaryFolder folder_;
+  TemporaryFolder m_folder;
 };
 
 const std::vector<std::string> kWithLeadIns = {"--portable-cue", "--track-leadin", "2000",
@@ -44,8 +44,8 @@ TEST_F(PortableRenderTest, NamesTheSectorsWhereTheTitlesTrulyStart) {
   // module's sheet, with its truncated times, calls 1149.
   const ProcessResult run = render(kWithLeadIns);
   EXPECT_EQ(run.status, 0) << run.all;
-  EXPECT_THAT(readFile(folder_ / "album.cue"), HasSubstr("INDEX 01 00:15:24"));
-  const std::string sheet = readFile(folder_ / "album.portable.cue");
+  EXPECT_THAT(readFile(m_folder / "album.cue"), HasSubstr("INDEX 01 00:15:24"));
+  const std::string sheet = readFile(m_folder / "album.portable.cue");
   EXPECT_THAT(sheet, HasSubstr("INDEX 00 00:13:25\r\n    INDEX 01 00:15:25\r\n"));
   EXPECT_THAT(sheet, HasSubstr("CATALOG 0731452345622\r\n"));
   EXPECT_THAT(sheet, HasSubstr("ISRC USABC0500002\r\n"));
@@ -59,10 +59,10 @@ TEST_F(PortableRenderTest, EndsWithTheVerdictOnBothSheetsAndLeavesOnlyTheThreeFi
   EXPECT_THAT(run.out, testing::EndsWith("album.portable.cue: ready, 0 errors, 1 warning, "
                                          "0 notes\n"));
   EXPECT_THAT(run.all, Not(HasSubstr(".velmor-render-")));
-  EXPECT_TRUE(
-      check(folder_ / "album.portable.cue", {{Reader::k3b, Reader::libburn}, {}}).findings.empty());
+  EXPECT_TRUE(check(m_folder / "album.portable.cue", {{Reader::k3b, Reader::kLibburn}, {}})
+                  .findings.empty());
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder_.path()))
+  for (const auto& entry : fs::directory_iterator(m_folder.path()))
     if (entry.is_regular_file()) names.push_back(entry.path().filename().string());
   EXPECT_THAT(names, testing::UnorderedElementsAre("one.wav", "two.wav", "album.cue", "album.bin",
                                                    "album.portable.cue"));
@@ -82,14 +82,14 @@ TEST_F(PortableRenderTest, PutsTheVerdictsIntoTheJsonObject) {
 }
 
 TEST_F(PortableRenderTest, TouchesNothingWhereAnOlderSecondSheetStandsUnlessForced) {
-  writeFile(folder_ / "album.portable.cue", "old");
+  writeFile(m_folder / "album.portable.cue", "old");
   const ProcessResult refused = render({"--portable-cue"});
   EXPECT_EQ(refused.status, 1);
   EXPECT_THAT(refused.all, HasSubstr("\"album.portable.cue\" exists already; --force"));
-  EXPECT_EQ(readFile(folder_ / "album.portable.cue"), "old");
+  EXPECT_EQ(readFile(m_folder / "album.portable.cue"), "old");
   EXPECT_FALSE(exists("album.cue") || exists("album.bin"));
   EXPECT_EQ(render({"--portable-cue", "--force"}).status, 0);
-  EXPECT_THAT(readFile(folder_ / "album.portable.cue"), HasSubstr("TRACK 02 AUDIO\r\n"));
+  EXPECT_THAT(readFile(m_folder / "album.portable.cue"), HasSubstr("TRACK 02 AUDIO\r\n"));
 }
 
 TEST_F(PortableRenderTest, IsMadeOnlyWhenAskedFor) {
@@ -101,7 +101,7 @@ TEST_F(PortableRenderTest, IsMadeOnlyWhenAskedFor) {
 
 TEST_F(PortableRenderTest, TellsOfClippingWithoutFailingTheRender) {
   const TestImage loud = TestImage(1000).level(588 * 10, 300, 32767);
-  writeFile(folder_ / "one.wav", waveHeader(loud.bytes().size()) + loud.bytes());
+  writeFile(m_folder / "one.wav", waveHeader(loud.bytes().size()) + loud.bytes());
   const ProcessResult run = render({"--portable-cue"});
   EXPECT_EQ(run.status, 0) << run.all;
   EXPECT_THAT(run.out, HasSubstr("[clipped]"));
@@ -123,7 +123,7 @@ TEST(DemoAlbum, GetsASecondSheetAndAReportThatAsksForNothing) {
       folder.path().string());
   ASSERT_EQ(run.status, 0) << run.all;
   const Report report = check(folder / "album.cue", {});
-  EXPECT_EQ(report.count(Severity::error), 0) << run.all;
+  EXPECT_EQ(report.count(Severity::kError), 0) << run.all;
   EXPECT_EQ(report.disc.places.size(), 5u);
   fs::rename(folder / "album.bin", folder / "disc.bin");
   std::string sheet = readFile(folder / "album.portable.cue");
@@ -134,4 +134,4 @@ TEST(DemoAlbum, GetsASecondSheetAndAReportThatAsksForNothing) {
 }
 
 }  // namespace
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

@@ -14,11 +14,12 @@
 #include "check/portable/plain_text.h"
 #include "check/portable/portable_disc.h"
 #include "check/portable/whole_file.h"
+#include "disc/failure.h"
 #include "tests/check/bad_cases.h"
 #include "tests/check/process.h"
 #include "tests/check/test_images.h"
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -73,7 +74,7 @@ TEST_P(PortableSheetTest, IsTakenByEveryReaderWithCodesTitlesAndStartsRight) {
     TemporaryFolder folder;
     const SheetOnDisk disk = prepare(bad, folder.path());
     const Report report = check(folder / disk.sheet, {});
-    EXPECT_THROW(makePortable(report, folder / "image.cue"), CheckError);
+    EXPECT_THROW(makePortable(report, folder / "image.cue"), Failure);
     return;
   }
   expectEveryReaderShows(portableTruth(bad), [&bad](const fs::path& folder) {
@@ -123,7 +124,7 @@ struct LeadInAlbum {
     disc.titles = {"Intro", "Say 'Go'", "Track 3"};
     disc.isrcs = {"", "USABC0500002", ""};
     disc.starts = {kFirst, kSecond, kThird};
-    disc.gapStarts = {0, kSecond - 150, kThird - 150};
+    disc.gap_starts = {0, kSecond - 150, kThird - 150};
     return disc;
   }
 };
@@ -243,37 +244,37 @@ class TocNames : public testing::Test {
   std::string tocOf(const std::string& image, const std::string& type) {
     const TestImage sound(1500);
     const std::string header = type == "WAVE" ? waveHeader(sound.bytes().size()) : "";
-    writeFile(folder_ / image, header + sound.bytes());
-    writeFile(folder_ / "image.cue", "FILE \"" + image + "\" " + type +
-                                         "\nTRACK 01 AUDIO\nINDEX 01 00:00:00\nTRACK 02 AUDIO\n"
-                                         "INDEX 01 00:08:00\n");
-    return tocText(makePortable(check(folder_ / "image.cue", {}), folder_ / "image.toc"));
+    writeFile(m_folder / image, header + sound.bytes());
+    writeFile(m_folder / "image.cue", "FILE \"" + image + "\" " + type +
+                                          "\nTRACK 01 AUDIO\nINDEX 01 00:00:00\nTRACK 02 AUDIO\n"
+                                          "INDEX 01 00:08:00\n");
+    return tocText(makePortable(check(m_folder / "image.cue", {}), m_folder / "image.toc"));
   }
 
-  TemporaryFolder folder_;
+  TemporaryFolder m_folder;
 };
 
 TEST_F(TocNames, AreSaidSoThatCdrdaoFindsTheImage) {
   EXPECT_THAT(tocOf("a.WAV", "WAVE"), testing::HasSubstr("FILE \"a.WAV\" 00:00:00"));
-  writeFile(folder_ / "image.toc", tocOf("im\\101.bin", "BINARY"));
+  writeFile(m_folder / "image.toc", tocOf("im\\101.bin", "BINARY"));
   if (findProgram("cdrdao").empty()) GTEST_SKIP() << "cdrdao is not installed here";
-  const ProcessResult toc = runProcess({"cdrdao", "show-toc", "image.toc"}, folder_.path());
+  const ProcessResult toc = runProcess({"cdrdao", "show-toc", "image.toc"}, m_folder.path());
   EXPECT_THAT(toc.out, testing::HasSubstr("END    00:20:00(  1500)")) << toc.all;
 }
 
 TEST_F(TocNames, AreRefusedWhereCdrdaoWouldPlayTheHeaderAsSound) {
-  EXPECT_THROW(tocOf("wave.dat", "WAVE"), CheckError);
+  EXPECT_THROW(tocOf("wave.dat", "WAVE"), Failure);
   PortableDisc disc;
   disc.files = {{"a.aiff", "AIFF"}};
   disc.tracks.emplace_back().mode = "AUDIO";
   disc.tracks.back().indices.push_back({1, 0, 0});
-  EXPECT_THROW(tocText(disc), CheckError);
+  EXPECT_THROW(tocText(disc), Failure);
 }
 
 TEST(PortableSheet, TellsOfAUpcWhoseCheckDigitIsWrong) {
   TemporaryFolder folder;
   TestImage(1500).write(folder / "image.bin");
-  const auto changesWith = [&folder](const std::string& catalog) {
+  const auto changes_with = [&folder](const std::string& catalog) {
     writeFile(folder / "image.cue", "CATALOG " + catalog +
                                         "\nFILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n"
                                         "INDEX 01 00:00:00\n");
@@ -281,8 +282,8 @@ TEST(PortableSheet, TellsOfAUpcWhoseCheckDigitIsWrong) {
     EXPECT_EQ(disc.catalog, '0' + catalog);
     return disc.changes;
   };
-  EXPECT_THAT(changesWith("731452345622"), testing::SizeIs(1));
-  EXPECT_THAT(changesWith("731452345628"),
+  EXPECT_THAT(changes_with("731452345622"), testing::SizeIs(1));
+  EXPECT_THAT(changes_with("731452345628"),
               testing::ElementsAre(testing::HasSubstr("takes a leading 0"),
                                    testing::HasSubstr("wrong check digit")));
 }
@@ -328,8 +329,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(WholeFile, ReplacesNothingUnlessForced) {
   TemporaryFolder folder;
   writeFile(folder / "a", "old");
-  EXPECT_THROW(refuseTarget(folder / "a", folder / "s", {}, false), CheckError);
-  EXPECT_THROW(writeWhole(folder / "a", "new", false), CheckError);
+  EXPECT_THROW(refuseTarget(folder / "a", folder / "s", {}, false), Failure);
+  EXPECT_THROW(writeWhole(folder / "a", "new", false), Failure);
   EXPECT_EQ(readFile(folder / "a"), "old");
   refuseTarget(folder / "a", folder / "s", {}, true);
   writeWhole(folder / "a", "new", true);
@@ -342,10 +343,9 @@ TEST(WholeFile, NeverReplacesTheSheetOrAnImageEvenByAnotherName) {
   writeFile(folder / "sheet", "s");
   writeFile(folder / "image", "i");
   fs::create_symlink("image", folder / "link");
-  EXPECT_THROW(refuseTarget(folder / "sheet", folder / "sheet", {}, true), CheckError);
-  EXPECT_THROW(refuseTarget(folder / "link", folder / "sheet", {folder / "image"}, true),
-               CheckError);
+  EXPECT_THROW(refuseTarget(folder / "sheet", folder / "sheet", {}, true), Failure);
+  EXPECT_THROW(refuseTarget(folder / "link", folder / "sheet", {folder / "image"}, true), Failure);
 }
 
 }  // namespace
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <sstream>
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 
 namespace {
 
@@ -45,11 +45,11 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
 }
 
 /// Reads both pipes until both end, `stopAt` was seen, or the time is over.
-void collect(ProcessResult& result, std::array<pollfd, 2> pipes, const std::string& stopAt) {
+void collect(ProcessResult& result, std::array<pollfd, 2> pipes, const std::string& stop_at) {
   const auto end = std::chrono::steady_clock::now() + kLimit;
   while (pipes[0].fd >= 0 || pipes[1].fd >= 0) {
     if (std::chrono::steady_clock::now() > end) return;
-    if (!stopAt.empty() && result.all.find(stopAt) != std::string::npos) return;
+    if (!stop_at.empty() && result.all.find(stop_at) != std::string::npos) return;
     ::poll(pipes.data(), pipes.size(), 100);
     for (size_t p = 0; p < pipes.size(); ++p) {
       if (pipes[p].fd < 0 || pipes[p].revents == 0) continue;
@@ -80,7 +80,7 @@ std::string findProgram(const std::string& name) {
 }
 
 ProcessResult runProcess(const std::vector<std::string>& arguments, const std::string& folder,
-                         const std::string& stopAt) {
+                         const std::string& stop_at) {
   ProcessResult result;
   std::vector<std::string> called = arguments;
   called[0] = findProgram(arguments[0]);
@@ -94,16 +94,16 @@ ProcessResult runProcess(const std::vector<std::string>& arguments, const std::s
   if (child == 0) become(argv, envp, folder.c_str(), out[1], error[1]);
   ::close(out[1]);
   ::close(error[1]);
-  collect(result, {pollfd{out[0], POLLIN, 0}, pollfd{error[0], POLLIN, 0}}, stopAt);
+  collect(result, {pollfd{out[0], POLLIN, 0}, pollfd{error[0], POLLIN, 0}}, stop_at);
   ::close(out[0]);
   ::close(error[0]);
   int status = 0;
   for (int wait = 0; ::waitpid(child, &status, WNOHANG) == 0; ++wait) {
     if (wait == 20) ::kill(child, SIGKILL);
-    ::usleep(wait < 20 && stopAt.empty() ? 1000 : 100);
+    ::usleep(wait < 20 && stop_at.empty() ? 1000 : 100);
   }
   result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   return result;
 }
 
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

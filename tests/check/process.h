@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 
 struct ProcessResult {
   int status = -1;  ///< exit status; 128 + signal; -1: could not be started
@@ -16,8 +16,8 @@ struct ProcessResult {
 /// input and no display or sound. Ends the program after 20 s, or once `stopAt` (when not empty)
 /// was printed.
 ProcessResult runProcess(const std::vector<std::string>& arguments, const std::string& folder,
-                         const std::string& stopAt = "");
+                         const std::string& stop_at = "");
 /// Where the program is, or empty.
 std::string findProgram(const std::string& name);
 
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

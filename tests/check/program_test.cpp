@@ -9,7 +9,7 @@
 #include "tests/check/process.h"
 #include "tests/check/test_images.h"
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 namespace {
 
 using testing::HasSubstr;
@@ -17,18 +17,18 @@ using testing::HasSubstr;
 class ProgramTest : public testing::Test {
  protected:
   ProgramTest() {
-    TestImage(1500).write(folder_ / "image.bin");
-    writeFile(folder_ / "image.cue",
+    TestImage(1500).write(m_folder / "image.bin");
+    writeFile(m_folder / "image.cue",
               "CATALOG \"0731452345622\"\r\nFILE \"image.bin\" BINARY\r\nTRACK 01 AUDIO\r\n"
               "INDEX 01 00:00:00\r\n");
   }
 
   ProcessResult run(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), VELMOR_CDCHECK);
-    return runProcess(arguments, folder_.path().string());
+    return runProcess(arguments, m_folder.path().string());
   }
 
-  TemporaryFolder folder_;
+  TemporaryFolder m_folder;
 };
 
 TEST_F(ProgramTest, ExitsWith0Or1Or2) {
@@ -51,7 +51,7 @@ TEST_F(ProgramTest, NamesTheReadersItKnowsWhenItDoesNotKnowOne) {
 }
 
 TEST_F(ProgramTest, PrintsOneJsonObjectEvenOfBytesThatAreNoText) {
-  writeFile(folder_ / "image.cue", "\xFF\xFE TITLE \x01 \"\n" + readFile(folder_ / "image.cue"));
+  writeFile(m_folder / "image.cue", "\xFF\xFE TITLE \x01 \"\n" + readFile(m_folder / "image.cue"));
   const auto json = nlohmann::json::parse(run({"image.cue", "--json"}).out);
   EXPECT_EQ(json["schema"], 1);
   EXPECT_EQ(json["tracks"][0]["start_sector"], 0);
@@ -59,31 +59,31 @@ TEST_F(ProgramTest, PrintsOneJsonObjectEvenOfBytesThatAreNoText) {
 }
 
 TEST_F(ProgramTest, WritesBothSecondSheetsAndLeavesTheFirstAlone) {
-  const std::string sheet = readFile(folder_ / "image.cue");
-  const std::string image = readFile(folder_ / "image.bin");
+  const std::string sheet = readFile(m_folder / "image.cue");
+  const std::string image = readFile(m_folder / "image.bin");
   const ProcessResult result = run({"image.cue", "--portable", "p.cue", "--toc", "p.toc"});
   EXPECT_EQ(result.status, 0) << result.all;
   EXPECT_THAT(result.out, HasSubstr("changed: CATALOG is written without quotes."));
-  EXPECT_THAT(readFile(folder_ / "p.cue"), HasSubstr("CATALOG 0731452345622\r\n"));
-  EXPECT_THAT(readFile(folder_ / "p.toc"), HasSubstr("FILE \"image.bin\" SWAP 00:00:00\n"));
-  EXPECT_EQ(readFile(folder_ / "image.cue"), sheet);
-  EXPECT_EQ(readFile(folder_ / "image.bin"), image);
+  EXPECT_THAT(readFile(m_folder / "p.cue"), HasSubstr("CATALOG 0731452345622\r\n"));
+  EXPECT_THAT(readFile(m_folder / "p.toc"), HasSubstr("FILE \"image.bin\" SWAP 00:00:00\n"));
+  EXPECT_EQ(readFile(m_folder / "image.cue"), sheet);
+  EXPECT_EQ(readFile(m_folder / "image.bin"), image);
 }
 
 TEST_F(ProgramTest, RefusesToReplaceAFileAndWritesNeither) {
-  writeFile(folder_ / "p.toc", "old");
+  writeFile(m_folder / "p.toc", "old");
   const ProcessResult result = run({"image.cue", "--portable", "p.cue", "--toc", "p.toc"});
   EXPECT_EQ(result.status, 2);
   EXPECT_THAT(result.all, HasSubstr("--force"));
-  EXPECT_EQ(readFile(folder_ / "p.toc"), "old");
-  EXPECT_FALSE(std::filesystem::exists(folder_ / "p.cue"));
+  EXPECT_EQ(readFile(m_folder / "p.toc"), "old");
+  EXPECT_FALSE(std::filesystem::exists(m_folder / "p.cue"));
   EXPECT_EQ(run({"image.cue", "--toc", "p.toc", "--force"}).status, 0);
 }
 
 TEST_F(ProgramTest, WritesNeitherWhenTheSecondOfThemCannotBeWritten) {
   EXPECT_EQ(run({"image.cue", "--portable", "p.cue", "--toc", "none/p.toc"}).status, 2);
-  EXPECT_FALSE(std::filesystem::exists(folder_ / "p.cue"));
-  const auto files = std::filesystem::directory_iterator(folder_.path());
+  EXPECT_FALSE(std::filesystem::exists(m_folder / "p.cue"));
+  const auto files = std::filesystem::directory_iterator(m_folder.path());
   EXPECT_EQ(std::distance(begin(files), end(files)), 2);
 }
 
@@ -94,17 +94,17 @@ TEST_F(ProgramTest, NeverReplacesTheSheetItself) {
 }
 
 TEST_F(ProgramTest, NamesTheImageRelativeToTheNewSheetsFolder) {
-  std::filesystem::create_directory(folder_ / "out");
+  std::filesystem::create_directory(m_folder / "out");
   EXPECT_EQ(run({"image.cue", "--portable", "out/p.cue"}).status, 0);
-  EXPECT_THAT(readFile(folder_ / "out/p.cue"), HasSubstr("FILE \"../image.bin\" BINARY"));
+  EXPECT_THAT(readFile(m_folder / "out/p.cue"), HasSubstr("FILE \"../image.bin\" BINARY"));
 }
 
 TEST_F(ProgramTest, SaysWhyNoSecondSheetCanBeMade) {
-  writeFile(folder_ / "image.cue", "FILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n");
+  writeFile(m_folder / "image.cue", "FILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n");
   const ProcessResult result = run({"image.cue", "--portable", "p.cue"});
   EXPECT_EQ(result.status, 1);
   EXPECT_THAT(result.all, HasSubstr("No second sheet can be made"));
-  EXPECT_FALSE(std::filesystem::exists(folder_ / "p.cue"));
+  EXPECT_FALSE(std::filesystem::exists(m_folder / "p.cue"));
 }
 
 TEST_F(ProgramTest, SaysInAFewLinesThatAnImageIsNoSheet) {
@@ -115,36 +115,36 @@ TEST_F(ProgramTest, SaysInAFewLinesThatAnImageIsNoSheet) {
 }
 
 TEST_F(ProgramTest, TakesNoFileOver16MiBForASheet) {
-  writeSparse(folder_ / "image.cue", int64_t{16} << 20);
+  writeSparse(m_folder / "image.cue", int64_t{16} << 20);
   EXPECT_EQ(run({"image.cue"}).status, 1);
-  writeSparse(folder_ / "image.cue", (int64_t{16} << 20) + 1);
+  writeSparse(m_folder / "image.cue", (int64_t{16} << 20) + 1);
   const ProcessResult result = run({"image.cue"});
   EXPECT_EQ(result.status, 2);
   EXPECT_THAT(result.all, HasSubstr("is over 16 MiB and no cue sheet"));
 }
 
 TEST_F(ProgramTest, DoesNotWaitForAPipeThatNobodyWritesTo) {
-  ASSERT_EQ(::mkfifo((folder_ / "pipe.cue").c_str(), 0600), 0);
+  ASSERT_EQ(::mkfifo((m_folder / "pipe.cue").c_str(), 0600), 0);
   const ProcessResult result = run({"pipe.cue"});
   EXPECT_EQ(result.status, 2);
   EXPECT_THAT(result.all, HasSubstr("'pipe.cue' is no regular file"));
 }
 
 TEST_F(ProgramTest, CountsWhatItLeavesOutBehindTheLinesThatItShows) {
-  std::string sheet = readFile(folder_ / "image.cue");
+  std::string sheet = readFile(m_folder / "image.cue");
   for (int i = 0; i < 60; ++i) sheet += "NONSENSE\r\n";
-  writeFile(folder_ / "image.cue", sheet);
+  writeFile(m_folder / "image.cue", sheet);
   EXPECT_THAT(run({"image.cue"}).out,
               HasSubstr("line 54 [unknown-command] 10 more of this kind are left out"));
 }
 
 TEST_F(ProgramTest, PrintsNoControlCharactersOfASheetWhereverItQuotesThem) {
-  const std::string sheet = readFile(folder_ / "image.cue");
-  writeFile(folder_ / "image.cue", sheet + "ISRC \x1B[31mX\r\n");
+  const std::string sheet = readFile(m_folder / "image.cue");
+  writeFile(m_folder / "image.cue", sheet + "ISRC \x1B[31mX\r\n");
   const ProcessResult written = run({"image.cue", "--portable", "p.cue"});
   EXPECT_THAT(written.out, HasSubstr("changed: Track 1: ISRC '?[31mX' is left out"));
   EXPECT_EQ(written.all.find('\x1B'), std::string::npos);
-  writeFile(folder_ / "image.cue", sheet + "TRACK 02 \x1B[31m\r\nINDEX 01 00:08:00\r\n");
+  writeFile(m_folder / "image.cue", sheet + "TRACK 02 \x1B[31m\r\nINDEX 01 00:08:00\r\n");
   EXPECT_EQ(run({"image.cue", "--portable", "q.cue"}).all.find('\x1B'), std::string::npos);
 }
 
@@ -162,7 +162,7 @@ TEST_F(ProgramTest, DoesNotCallAReportDoneThatNobodyGot) {
   for (const std::string options : {"", " --json"}) {
     const ProcessResult full =
         runProcess({"sh", "-c", VELMOR_CDCHECK " image.cue" + options + " > /dev/full"},
-                   folder_.path().string());
+                   m_folder.path().string());
     EXPECT_EQ(full.status, 2) << options;
     EXPECT_THAT(full.all, HasSubstr("cannot be written"));
   }
@@ -173,4 +173,4 @@ TEST_F(ProgramTest, DrawsNoProgressBarIntoAPipe) {
 }
 
 }  // namespace
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

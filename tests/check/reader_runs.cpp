@@ -15,7 +15,7 @@
 #include "tests/check/process.h"
 #include "tests/check/test_images.h"
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 
 namespace {
 
@@ -131,10 +131,10 @@ LoadedDisc runLibburn(const SheetOnDisk& s) {
   disc.isrcs = keyed["isrc"];
   disc.catalog = keyed["catalog"].empty() ? "" : keyed["catalog"][0];
   const auto lengths = numberColumn(run.out, "sectors \\d+ (\\d+)");
-  disc.gapStarts.emplace();
+  disc.gap_starts.emplace();
   int64_t at = s.sectors;
   for (auto l = lengths.rbegin(); l != lengths.rend(); ++l)
-    disc.gapStarts->insert(disc.gapStarts->begin(), at -= *l);
+    disc.gap_starts->insert(disc.gap_starts->begin(), at -= *l);
   return disc;
 }
 
@@ -300,7 +300,7 @@ LoadedDisc runShnsplit(const SheetOnDisk& s) {
 /// breaks as they are.
 std::vector<std::string> normal(std::vector<std::string> titles) {
   for (std::string& title : titles) {
-    if (encodingOf(title) == Encoding::latin1) title = fromLatin1(title);
+    if (encodingOf(title) == Encoding::kLatin1) title = fromLatin1(title);
     std::erase(title, '\r');
     std::replace(title.begin(), title.end(), '\n', ' ');
   }
@@ -338,28 +338,28 @@ bool ReaderRun::installed() const {
 
 const std::vector<ReaderRun>& readerRuns() {
   static const std::vector<ReaderRun> kRuns = {
-      {Reader::cuetools, {"cueprint", "cuebreakpoints", "cueconvert"}, runCuetools},
-      {Reader::libcue, {kLibraryReader}, runLibcue},
-      {Reader::libburn, {kLibraryReader}, runLibburn},
-      {Reader::cdrdao, {"cdrdao"}, runCdrdao},
-      {Reader::libcdio, {"cd-info"}, runLibcdio},
-      {Reader::chdman, {"chdman"}, runChdman},
-      {Reader::metaflac, {"flac", "metaflac"}, runMetaflac},
-      {Reader::mpv, {"mpv"}, runMpv},
-      {Reader::mednafen, {"mednafen"}, runMednafen},
-      {Reader::bchunk, {"bchunk"}, runBchunk},
-      {Reader::shnsplit, {"shnsplit"}, runShnsplit}};
+      {Reader::kCuetools, {"cueprint", "cuebreakpoints", "cueconvert"}, runCuetools},
+      {Reader::kLibcue, {kLibraryReader}, runLibcue},
+      {Reader::kLibburn, {kLibraryReader}, runLibburn},
+      {Reader::kCdrdao, {"cdrdao"}, runCdrdao},
+      {Reader::kLibcdio, {"cd-info"}, runLibcdio},
+      {Reader::kChdman, {"chdman"}, runChdman},
+      {Reader::kMetaflac, {"flac", "metaflac"}, runMetaflac},
+      {Reader::kMpv, {"mpv"}, runMpv},
+      {Reader::kMednafen, {"mednafen"}, runMednafen},
+      {Reader::kBchunk, {"bchunk"}, runBchunk},
+      {Reader::kShnsplit, {"shnsplit"}, runShnsplit}};
   return kRuns;
 }
 
 std::vector<Asked> askReaders(const std::function<SheetOnDisk(const fs::path&)>& prepare,
-                              const std::vector<Reader>& leaveOut) {
+                              const std::vector<Reader>& leave_out) {
   const TemporaryFolder prepared;
   const SheetOnDisk disk = prepare(prepared.path());
   std::vector<std::future<Asked>> running;
   for (const ReaderRun& run : readerRuns()) {
     if (!run.installed() ||
-        std::find(leaveOut.begin(), leaveOut.end(), run.reader) != leaveOut.end())
+        std::find(leave_out.begin(), leave_out.end(), run.reader) != leave_out.end())
       continue;
     running.push_back(
         std::async(std::launch::async, [&run, &prepared, mine = SheetOnDisk(disk)]() mutable {
@@ -394,10 +394,10 @@ std::string difference(const LoadedDisc& loaded, const LoadedDisc& truth) {
   if (loaded.starts && !sameStarts(*loaded.starts, *truth.starts))
     text +=
         "starts " + shownStarts(*loaded.starts) + ", truly " + shownStarts(*truth.starts) + '\n';
-  if (loaded.gapStarts && *loaded.gapStarts != *truth.gapStarts)
-    text += "gaps " + shownStarts(*loaded.gapStarts) + ", truly " + shownStarts(*truth.gapStarts) +
-            '\n';
+  if (loaded.gap_starts && *loaded.gap_starts != *truth.gap_starts)
+    text += "gaps " + shownStarts(*loaded.gap_starts) + ", truly " +
+            shownStarts(*truth.gap_starts) + '\n';
   return text;
 }
 
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

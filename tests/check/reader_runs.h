@@ -10,7 +10,7 @@
 
 #include "check/report/readers.h"
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 
 /// A disc as a reader shows it, or as it truly is. What a reader does not show is not set.
 struct LoadedDisc {
@@ -19,7 +19,7 @@ struct LoadedDisc {
   std::optional<std::string> catalog;
   std::optional<std::vector<std::string>> titles, isrcs;  ///< of the tracks; empty: none
   std::optional<std::vector<int64_t>> starts;             ///< INDEX 01, sectors of the image
-  std::optional<std::vector<int64_t>> gapStarts;          ///< INDEX 00, else 01, likewise
+  std::optional<std::vector<int64_t>> gap_starts;         ///< INDEX 00, else 01, likewise
 };
 
 /// A sheet in a folder of its own with its image, and the image's length.
@@ -48,7 +48,7 @@ struct Asked {
 /// links to the files that `prepare` made.
 std::vector<Asked> askReaders(
     const std::function<SheetOnDisk(const std::filesystem::path&)>& prepare,
-    const std::vector<Reader>& leaveOut = {});
+    const std::vector<Reader>& leave_out = {});
 /// The names of the readers that are not installed here; empty when all are.
 std::string missingReaders();
 
@@ -56,4 +56,4 @@ std::string missingReaders();
 /// track 1 a reader may count from there: starts are then compared from the first one on.
 std::string difference(const LoadedDisc& loaded, const LoadedDisc& truth);
 
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

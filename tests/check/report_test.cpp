@@ -10,7 +10,7 @@
 #include "check/rules/codes.h"
 #include "tests/check/test_images.h"
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 namespace {
 
 using testing::Contains;
@@ -20,11 +20,11 @@ using testing::Not;
 /// A folder with an image of 1500 sectors, and the reports on sheets beside it.
 class ReportTest : public testing::Test {
  protected:
-  ReportTest() { TestImage(1500).write(folder_ / "image.bin"); }
+  ReportTest() { TestImage(1500).write(m_folder / "image.bin"); }
 
   Report reportOn(const std::string& sheet, const CheckOptions& options = {}) {
-    writeFile(folder_ / "image.cue", sheet);
-    return check(folder_ / "image.cue", options);
+    writeFile(m_folder / "image.cue", sheet);
+    return check(m_folder / "image.cue", options);
   }
 
   std::vector<std::string> rulesOf(const Report& report) {
@@ -41,7 +41,7 @@ class ReportTest : public testing::Test {
     return "TRACK 0" + std::to_string(number) + " AUDIO\r\n" + lines + "\r\n";
   }
 
-  TemporaryFolder folder_;
+  TemporaryFolder m_folder;
 };
 
 TEST_F(ReportTest, HasNothingToSayAboutASoundDisc) {
@@ -116,27 +116,27 @@ TEST_F(ReportTest, TakesATrackOfExactlyFourSeconds) {
 
 TEST_F(ReportTest, DoesNotCountTheNextTracksPauseAmongTheFourSeconds) {
   // cdrdao warns of the first as well, and takes the second.
-  const auto withPauseAt = [this](const std::string& time) {
+  const auto with_pause_at = [this](const std::string& time) {
     return rulesFor(track(1, "INDEX 01 00:00:00") +
                     track(2, "INDEX 00 " + time + "\r\nINDEX 01 00:06:00"));
   };
-  EXPECT_THAT(withPauseAt("00:03:74"), Contains("track-under-4-s"));
-  EXPECT_THAT(withPauseAt("00:04:00"), Not(Contains("track-under-4-s")));
-  TestImage(1500).write(folder_ / "two.bin");
+  EXPECT_THAT(with_pause_at("00:03:74"), Contains("track-under-4-s"));
+  EXPECT_THAT(with_pause_at("00:04:00"), Not(Contains("track-under-4-s")));
+  TestImage(1500).write(m_folder / "two.bin");
   EXPECT_THAT(rulesFor(track(1, "INDEX 01 00:00:00") + "TRACK 02 AUDIO\nINDEX 00 00:03:00\n" +
                        "FILE two.bin BINARY\nINDEX 01 00:00:00\n"),
               Contains("track-under-4-s"));
 }
 
 TEST_F(ReportTest, GivesNoLeadingZeroToTwelveDigitsThatAreNoUpc) {
-  const auto adviceOn = [this](const std::string& catalog) {
+  const auto advice_on = [this](const std::string& catalog) {
     const Report report = reportOn("CATALOG " + catalog + "\nFILE \"image.bin\" BINARY\n" +
                                    track(1, "INDEX 01 00:00:00"));
     EXPECT_THAT(rulesOf(report), Contains("catalog-12-digits"));
     return report.findings.at(0).action;
   };
-  EXPECT_THAT(adviceOn("731452345622"), HasSubstr("0731452345622"));
-  EXPECT_THAT(adviceOn("731452345628"), HasSubstr("bar code"));
+  EXPECT_THAT(advice_on("731452345622"), HasSubstr("0731452345622"));
+  EXPECT_THAT(advice_on("731452345628"), HasSubstr("bar code"));
 }
 
 TEST_F(ReportTest, NamesAnImageThatIsMissing) {
@@ -150,16 +150,16 @@ TEST_F(ReportTest, TakesAnImageForBesideTheSheetHoweverItsFolderIsSpelled) {
 }
 
 TEST_F(ReportTest, CountsNoFileThatNoTrackIsIn) {
-  TestImage(400).write(folder_ / "other.bin");
+  TestImage(400).write(m_folder / "other.bin");
   const Report report =
       reportOn("FILE other.bin BINARY\nFILE image.bin BINARY\n" + track(1, "INDEX 01 00:00:00"));
   EXPECT_THAT(rulesOf(report), Contains("file-without-track"));
   EXPECT_EQ(report.disc.length, 1500);
-  EXPECT_EQ(report.disc.places.at(0)->onDisc, 0);
+  EXPECT_EQ(report.disc.places.at(0)->on_disc, 0);
 }
 
 TEST_F(ReportTest, TakesAFolderForNoImage) {
-  std::filesystem::create_directory(folder_ / "image");
+  std::filesystem::create_directory(m_folder / "image");
   const Report report = reportOn("FILE \"image\" BINARY\n" + track(1, "INDEX 01 00:00:00"));
   EXPECT_THAT(rulesOf(report), Contains("image-missing"));
   EXPECT_THAT(report.findings[0].what, HasSubstr("not a regular file"));
@@ -167,9 +167,9 @@ TEST_F(ReportTest, TakesAFolderForNoImage) {
 
 TEST_F(ReportTest, SaysOfAContainerThatWasBrokenOffThatItHoldsNoSamples) {
   const std::string track1 = track(1, "INDEX 01 00:00:00");
-  writeFile(folder_ / "a.wav", waveHeader(4).substr(0, 36));
+  writeFile(m_folder / "a.wav", waveHeader(4).substr(0, 36));
   EXPECT_THAT(rulesOf(reportOn("FILE a.wav WAVE\n" + track1)), Contains("image-empty"));
-  writeFile(folder_ / "a.aiff", std::string("FORM\0\0\0\4AIFF", 12));
+  writeFile(m_folder / "a.aiff", std::string("FORM\0\0\0\4AIFF", 12));
   EXPECT_THAT(rulesOf(reportOn("FILE a.aiff AIFF\n" + track1)), Contains("image-empty"));
 }
 
@@ -192,7 +192,7 @@ TEST_F(ReportTest, GoesByTheLengthOfTheDiscWithTheSilenceThatTheSheetAdds) {
 
 TEST_F(ReportTest, HearsTheEndOfTheTrackBeforeInAStartInsideASector) {
   // The sound goes on for 123 samples into sector 400, then a pause to its end.
-  TestImage(1500).silence(400 * 588 + 123, 402 * 588).write(folder_ / "image.bin");
+  TestImage(1500).silence(400 * 588 + 123, 402 * 588).write(m_folder / "image.bin");
   const Report report = reportOn("FILE \"image.bin\" BINARY\n" + track(1, "INDEX 01 00:00:00") +
                                  track(2, "INDEX 01 00:05:25"));
   EXPECT_THAT(rulesOf(report), testing::ElementsAre("starts-inside-sector"));
@@ -203,7 +203,7 @@ TEST_F(ReportTest, SaysHowLongATitleStartsSilentAndTheDiscEndsSilent) {
   TestImage(1500)
       .silence(400 * 588, 475 * 588)
       .silence(1200 * 588, 1500 * 588)
-      .write(folder_ / "image.bin");
+      .write(m_folder / "image.bin");
   const Report report = reportOn("FILE \"image.bin\" BINARY\n" + track(1, "INDEX 01 00:00:00") +
                                  track(2, "INDEX 01 00:05:25"));
   EXPECT_THAT(rulesOf(report), testing::ElementsAre("silence-at-start", "silence-at-end"));
@@ -216,7 +216,7 @@ TEST_F(ReportTest, CountsClippedRunsAcrossSectorsAndNotPeaks) {
       .level(700 * 588 - 2, 5, 32767)  // one run over a sector's edge
       .level(900 * 588, 2, 32767)      // two samples only touch full scale
       .level(950 * 588, 3, -32768)
-      .write(folder_ / "image.bin");
+      .write(m_folder / "image.bin");
   const Report report = reportOn("FILE \"image.bin\" BINARY\n" + track(1, "INDEX 01 00:00:00"));
   ASSERT_THAT(rulesOf(report), testing::ElementsAre("clipped"));
   EXPECT_THAT(report.findings[0].what, HasSubstr("2 runs"));
@@ -226,7 +226,7 @@ TEST_F(ReportTest, CountsClippedRunsAcrossSectorsAndNotPeaks) {
 TEST_F(ReportTest, ReadsBigEndianSamplesAsTheyAre) {
   std::string bytes = TestImage(400).level(588, 3, 32767).bytes();
   for (size_t i = 0; i < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
-  writeFile(folder_ / "image.bin", bytes);
+  writeFile(m_folder / "image.bin", bytes);
   const Report report = reportOn("FILE \"image.bin\" MOTOROLA\n" + track(1, "INDEX 01 00:00:00"));
   EXPECT_THAT(rulesOf(report), Contains("clipped"));
 }
@@ -234,10 +234,10 @@ TEST_F(ReportTest, ReadsBigEndianSamplesAsTheyAre) {
 TEST_F(ReportTest, LimitsItselfToTheReadersThatMatter) {
   const std::string sheet =
       "CATALOG \"0731452345622\"\nFILE \"image.bin\" BINARY\n" + track(1, "INDEX 01 00:00:00");
-  EXPECT_EQ(reportOn(sheet).count(Severity::warning), 1);
+  EXPECT_EQ(reportOn(sheet).count(Severity::kWarning), 1);
   EXPECT_FALSE(reportOn(sheet).failed(false));
   EXPECT_TRUE(reportOn(sheet).failed(true));
-  EXPECT_TRUE(reportOn(sheet, {{Reader::mpv}, {}}).findings.empty());
+  EXPECT_TRUE(reportOn(sheet, {{Reader::kMpv}, {}}).findings.empty());
   EXPECT_TRUE(reportOn(sheet, {{Reader::k3b}, {}}).failed(false));
 }
 
@@ -278,4 +278,4 @@ TEST(Codes, AreJudgedByTheirForm) {
 }
 
 }  // namespace
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

@@ -7,19 +7,19 @@
 #include <iterator>
 #include <stdexcept>
 
-namespace velmor::cdcheck::test {
+namespace velmor::check::test {
 
 namespace fs = std::filesystem;
 
 TemporaryFolder::TemporaryFolder() {
   std::string name = (fs::temp_directory_path() / "cdcheck.XXXXXX").string();
   if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-  path_ = name;
+  m_path = name;
 }
 
 TemporaryFolder::~TemporaryFolder() {
   std::error_code ignored;
-  fs::remove_all(path_, ignored);
+  fs::remove_all(m_path, ignored);
 }
 
 std::string readFile(const fs::path& path) {
@@ -36,27 +36,27 @@ fs::path casesFolder() {
   return fs::path(VELMOR_SOURCE_DIR) / "tests/check/cases";
 }
 
-TestImage::TestImage(int64_t sectors) : samples_(static_cast<size_t>(sectors) * 1176) {
+TestImage::TestImage(int64_t sectors) : m_samples(static_cast<size_t>(sectors) * 1176) {
   uint32_t state = 1;
-  for (int16_t& s : samples_) {
+  for (int16_t& s : m_samples) {
     state = state * 1664525u + 1013904223u;
     s = static_cast<int16_t>(1000 + static_cast<int>(state >> 20));
   }
 }
 
-TestImage& TestImage::silence(int64_t fromFrame, int64_t toFrame) {
-  std::fill(samples_.begin() + fromFrame * 2, samples_.begin() + toFrame * 2, int16_t{0});
+TestImage& TestImage::silence(int64_t from_frame, int64_t to_frame) {
+  std::fill(m_samples.begin() + from_frame * 2, m_samples.begin() + to_frame * 2, int16_t{0});
   return *this;
 }
 
-TestImage& TestImage::level(int64_t fromFrame, int64_t frames, int16_t level) {
-  for (int64_t f = fromFrame; f < fromFrame + frames; ++f)
-    samples_[static_cast<size_t>(f) * 2] = level;
+TestImage& TestImage::level(int64_t from_frame, int64_t frames, int16_t level) {
+  for (int64_t f = from_frame; f < from_frame + frames; ++f)
+    m_samples[static_cast<size_t>(f) * 2] = level;
   return *this;
 }
 
 std::string TestImage::bytes() const {
-  return {reinterpret_cast<const char*>(samples_.data()), samples_.size() * 2};
+  return {reinterpret_cast<const char*>(m_samples.data()), m_samples.size() * 2};
 }
 
 std::string waveHeader(uintmax_t bytes) {
@@ -88,4 +88,4 @@ void writeSparse(const fs::path& path, int64_t bytes) {
   fs::resize_file(path, static_cast<uintmax_t>(bytes));
 }
 
-}  // namespace velmor::cdcheck::test
+}  // namespace velmor::check::test

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "disc/failure.h"
 #include "host/recording/burn/disc_comparison.h"
 #include "host/recording/burn/medium_words.h"
 #include "host/recording/burn/sense.h"
 #include "host/recording/disc_time.h"
-#include "host/recording/refusal.h"
 #include "host/recording/session/prepared_tracks.h"
 
 namespace velmor::recording {
@@ -15,25 +15,25 @@ namespace {
 
 /// Stopping a drive that closes its disc would spoil a disc that is all but done.
 bool mayStop(Activity activity) {
-  return activity == Activity::waiting || activity == Activity::lead_in ||
-         activity == Activity::writing;
+  return activity == Activity::kWaiting || activity == Activity::kLeadIn ||
+         activity == Activity::kWriting;
 }
 
 Phase phaseOf(Activity activity) {
   switch (activity) {
-    case Activity::blanking:
-      return Phase::blanking;
-    case Activity::lead_in:
-      return Phase::lead_in;
-    case Activity::writing:
-      return Phase::writing;
-    case Activity::closing:
-      return Phase::closing;
-    case Activity::idle:
-    case Activity::waiting:
+    case Activity::kBlanking:
+      return Phase::kBlanking;
+    case Activity::kLeadIn:
+      return Phase::kLeadIn;
+    case Activity::kWriting:
+      return Phase::kWriting;
+    case Activity::kClosing:
+      return Phase::kClosing;
+    case Activity::kIdle:
+    case Activity::kWaiting:
       break;
   }
-  return Phase::preparing;
+  return Phase::kPreparing;
 }
 
 /// A failure with what the drive said of it, if anything.
@@ -45,112 +45,112 @@ std::string withReason(const std::string& failure, const std::string& reason) {
 
 BurnRun::BurnRun(Recorder& recorder, const std::string& drive, const DiscBurnProperties& properties,
                  const Options& options)
-    : recorder_(recorder), drive_(drive), properties_(properties), options_(options) {}
+    : m_recorder(recorder), m_drive(drive), m_properties(properties), m_options(options) {}
 
 void BurnRun::say(Severity severity, const std::string& text) {
-  if (options_.attendant != nullptr) options_.attendant->message(severity, text);
+  if (m_options.attendant != nullptr) m_options.attendant->message(severity, text);
 }
 
 void BurnRun::beginPhase(Phase phase) {
-  phase_ = phase;
-  phase_began_ = std::chrono::steady_clock::now();
-  phase_first_sector_ = 0;
+  m_phase = phase;
+  m_phase_began = std::chrono::steady_clock::now();
+  m_phase_first_sector = 0;
 }
 
 void BurnRun::report(Progress progress) {
-  if (options_.attendant == nullptr) return;
-  const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - phase_began_;
-  progress.phase = phase_;
+  if (m_options.attendant == nullptr) return;
+  const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - m_phase_began;
+  progress.phase = m_phase;
   if (progress.sectors_total > 0 && progress.fraction == 0.0)
     progress.fraction =
         static_cast<double>(progress.sectors_done) / static_cast<double>(progress.sectors_total);
-  const auto done = static_cast<double>(progress.sectors_done - phase_first_sector_);
+  const auto done = static_cast<double>(progress.sectors_done - m_phase_first_sector);
   if (passed.count() > 0.0) progress.speed = done / kSectorsPerSecond / passed.count();
-  options_.attendant->progress(progress);
+  m_options.attendant->progress(progress);
 }
 
 Outcome BurnRun::run(const DiscTrack* tracks, int count) {
   try {
     burn(tracks, count);
-  } catch (const Refusal& refusal) {
-    outcome_.failure = refusal.what();
-    if (!outcome_.begun) outcome_.disc_state = "Nothing was written.";
+  } catch (const Failure& refusal) {
+    m_outcome.failure = refusal.what();
+    if (!m_outcome.begun) m_outcome.disc_state = "Nothing was written.";
   }
-  if (!outcome_.failure.empty())
-    say(Severity::failure,
-        outcome_.failure + (outcome_.disc_state.empty() ? "" : " " + outcome_.disc_state));
-  return outcome_;
+  if (!m_outcome.failure.empty())
+    say(Severity::kFailure,
+        m_outcome.failure + (m_outcome.disc_state.empty() ? "" : " " + m_outcome.disc_state));
+  return m_outcome;
 }
 
 void BurnRun::burn(const DiscTrack* tracks, int count) {
-  beginPhase(Phase::preparing);
+  beginPhase(Phase::kPreparing);
   const SessionPlan plan = planSession(tracks, count);
   const std::vector<std::string> warnings = prepareTexts(plan);
   const Medium before = prepareDisc(plan);
   prepareDrive();
-  for (const std::string& warning : warnings) say(Severity::warning, warning);
+  for (const std::string& warning : warnings) say(Severity::kWarning, warning);
   write(plan, before);
-  if (outcome_.written && (properties_.verify || options_.verify)) compare(plan);
+  if (m_outcome.written && (m_properties.verify || m_options.verify)) compare(plan);
 }
 
 std::vector<std::string> BurnRun::prepareTexts(const SessionPlan& plan) {
   std::vector<std::string> warnings;
-  if (options_.text_sheet.empty()) return warnings;
-  texts_ = makeDiscTexts(readSheetTexts(options_.text_sheet), plan.tracks.size(), warnings);
-  has_texts_ = true;
+  if (m_options.text_sheet.empty()) return warnings;
+  m_texts = makeDiscTexts(readSheetTexts(m_options.text_sheet), plan.tracks.size(), warnings);
+  m_has_texts = true;
   return warnings;
 }
 
 Medium BurnRun::prepareDisc(const SessionPlan& plan) {
-  Medium medium = recorder_.medium();
-  if (judgeMedium(medium, properties_.overwrite) == MediumVerdict::needs_blanking) {
+  Medium medium = m_recorder.medium();
+  if (judgeMedium(medium, m_properties.overwrite) == MediumVerdict::kNeedsBlanking) {
     checkRoom(medium.capacity_sectors, plan.sectors);
     blank(medium);
-    medium = recorder_.medium();
-    if (judgeMedium(medium, false) != MediumVerdict::ready)
-      throw Refusal("The disc is not blank although the drive has blanked it.");
+    medium = m_recorder.medium();
+    if (judgeMedium(medium, false) != MediumVerdict::kReady)
+      throw Failure("The disc is not blank although the drive has blanked it.");
   }
   checkRoom(medium.free_sectors, plan.sectors);
   return medium;
 }
 
 void BurnRun::blank(const Medium& medium) {
-  const std::string what = "The drive " + drive_ + " holds " + describeMedium(medium) + ".";
+  const std::string what = "The drive " + m_drive + " holds " + describeMedium(medium) + ".";
   // A test write leaves no trace, and blanking is one.
-  if (simulate()) throw Refusal(what + " A test needs a blank disc, and does not blank one.");
-  if (options_.attendant == nullptr ||
-      !options_.attendant->mayBlank(what + " Erase all that is on it?"))
-    throw Refusal(what + " It was not to be erased.");
-  beginPhase(Phase::blanking);
-  recorder_.takeMessages();
-  recorder_.startBlanking();
-  outcome_.begun = true;
-  for (RecorderStatus status = recorder_.wait(); status.activity != Activity::idle;
-       status = recorder_.wait()) {
+  if (simulate()) throw Failure(what + " A test needs a blank disc, and does not blank one.");
+  if (m_options.attendant == nullptr ||
+      !m_options.attendant->mayBlank(what + " Erase all that is on it?"))
+    throw Failure(what + " It was not to be erased.");
+  beginPhase(Phase::kBlanking);
+  m_recorder.takeMessages();
+  m_recorder.startBlanking();
+  m_outcome.begun = true;
+  for (RecorderStatus status = m_recorder.wait(); status.activity != Activity::kIdle;
+       status = m_recorder.wait()) {
     Progress progress;
     progress.fraction = status.fraction;
     progress.buffer_percent = status.buffer_percent;
     report(progress);
   }
-  const std::string reason = explainMessages(recorder_.takeMessages(), SessionPlan());
-  if (!recorder_.succeeded()) {
-    outcome_.disc_state = "What was on it may be lost.";
-    throw Refusal(withReason("The disc could not be blanked.", reason));
+  const std::string reason = explainMessages(m_recorder.takeMessages(), SessionPlan());
+  if (!m_recorder.succeeded()) {
+    m_outcome.disc_state = "What was on it may be lost.";
+    throw Failure(withReason("The disc could not be blanked.", reason));
   }
-  outcome_.disc_state = "The disc was blanked, and nothing was written on it.";
+  m_outcome.disc_state = "The disc was blanked, and nothing was written on it.";
 }
 
 void BurnRun::prepareDrive() {
-  if (simulate() && !recorder_.canTestWrite())
-    throw Refusal("The drive " + drive_ +
+  if (simulate() && !m_recorder.canTestWrite())
+    throw Failure("The drive " + m_drive +
                   " cannot make a test write on this disc; it would write it in earnest.");
   if (cancelWanted()) {
-    outcome_.cancelled = true;
-    throw Refusal("The burn was stopped before it began.");
+    m_outcome.cancelled = true;
+    throw Failure("The burn was stopped before it began.");
   }
-  const double speed = recorder_.setSpeed(options_.speed);
-  if (options_.speed > 0.0 && speed > options_.speed * 1.05)
-    say(Severity::warning,
+  const double speed = m_recorder.setSpeed(m_options.speed);
+  if (m_options.speed > 0.0 && speed > m_options.speed * 1.05)
+    say(Severity::kWarning,
         "The drive does not write this disc so slowly; it takes its slowest "
         "speed, about " +
             std::to_string(std::lround(speed)) + "x.");
@@ -158,12 +158,12 @@ void BurnRun::prepareDrive() {
 
 void BurnRun::write(const SessionPlan& plan, const Medium& before) {
   const PreparedTracks prepared(plan);
-  SectorFeed feed(plan, options_.cancel);
-  recorder_.takeMessages();
-  recorder_.startWriting(
-      {&plan, has_texts_ ? &texts_ : nullptr, simulate(), properties_.appendable}, feed);
-  outcome_.begun = true;
-  beginPhase(Phase::preparing);
+  SectorFeed feed(plan, m_options.cancel);
+  m_recorder.takeMessages();
+  m_recorder.startWriting(
+      {&plan, m_has_texts ? &m_texts : nullptr, simulate(), m_properties.appendable}, feed);
+  m_outcome.begun = true;
+  beginPhase(Phase::kPreparing);
   try {
     follow(feed, plan);
   } catch (...) {
@@ -175,10 +175,10 @@ void BurnRun::write(const SessionPlan& plan, const Medium& before) {
 
 void BurnRun::stop() {
   bool stopped = false;
-  for (RecorderStatus status = recorder_.wait(); status.activity != Activity::idle;
-       status = recorder_.wait()) {
+  for (RecorderStatus status = m_recorder.wait(); status.activity != Activity::kIdle;
+       status = m_recorder.wait()) {
     if (stopped || !mayStop(status.activity)) continue;
-    recorder_.cancel();
+    m_recorder.cancel();
     stopped = true;
   }
 }
@@ -186,59 +186,60 @@ void BurnRun::stop() {
 void BurnRun::follow(SectorFeed& feed, const SessionPlan& plan) {
   bool stopped = false;
   for (;;) {
-    const RecorderStatus status = recorder_.wait();
-    const auto said = recorder_.takeMessages();
-    messages_.insert(messages_.end(), said.begin(), said.end());
-    if (status.activity == Activity::idle) return;
+    const RecorderStatus status = m_recorder.wait();
+    const auto said = m_recorder.takeMessages();
+    m_messages.insert(m_messages.end(), said.begin(), said.end());
+    if (status.activity == Activity::kIdle) return;
     if (!stopped && mayStop(status.activity) && (feed.failed() || cancelWanted())) {
-      recorder_.cancel();
+      m_recorder.cancel();
       stopped = true;
-      outcome_.cancelled = !feed.failed();
+      m_outcome.cancelled = !feed.failed();
     }
-    if (phaseOf(status.activity) != phase_) {
+    if (phaseOf(status.activity) != m_phase) {
       beginPhase(phaseOf(status.activity));
-      phase_first_sector_ = feed.delivered();
+      m_phase_first_sector = feed.delivered();
     }
     Progress progress;
     progress.sectors_done = feed.delivered();
     progress.sectors_total = plan.sectors;
     progress.tracks = static_cast<int>(plan.tracks.size());
     progress.buffer_percent = status.buffer_percent;
-    if (phase_ == Phase::writing)
+    if (m_phase == Phase::kWriting)
       progress.track = plan.trackAt(std::max<int64_t>(progress.sectors_done - 1, 0)) + 1;
     report(progress);
   }
 }
 
 void BurnRun::conclude(const SectorFeed& feed, const SessionPlan& plan, const Medium& before) {
-  if (feed.cancelled()) outcome_.cancelled = true;
+  if (feed.cancelled()) m_outcome.cancelled = true;
   if (feed.failed())
-    outcome_.failure = "The burn failed. " + feed.failure();
-  else if (outcome_.cancelled)
-    outcome_.failure = "The burn was stopped.";
-  else if (!recorder_.succeeded())
-    outcome_.failure = withReason("The burn failed.", explainMessages(messages_, plan));
+    m_outcome.failure = "The burn failed. " + feed.failure();
+  else if (m_outcome.cancelled)
+    m_outcome.failure = "The burn was stopped.";
+  else if (!m_recorder.succeeded())
+    m_outcome.failure = withReason("The burn failed.", explainMessages(m_messages, plan));
   else if (!feed.complete())
-    outcome_.failure = "The burn failed: the drive took " + minutesSecondsFrames(feed.delivered()) +
-                       " of " + minutesSecondsFrames(plan.sectors) + ".";
-  Medium after = recorder_.medium();
+    m_outcome.failure = "The burn failed: the drive took " +
+                        minutesSecondsFrames(feed.delivered()) + " of " +
+                        minutesSecondsFrames(plan.sectors) + ".";
+  Medium after = m_recorder.medium();
   after.rewritable = after.rewritable || before.rewritable;
   if (after.type.empty()) after.type = before.type;
-  if (!outcome_.failure.empty()) {
-    outcome_.disc_state = stateAfterFailure(after, simulate());
+  if (!m_outcome.failure.empty()) {
+    m_outcome.disc_state = stateAfterFailure(after, simulate());
     return;
   }
-  const std::string remark = explainMessages(messages_, plan);
+  const std::string remark = explainMessages(m_messages, plan);
   if (!remark.empty())
-    say(Severity::warning, "The burn went through, but the drive had something to say. " + remark);
+    say(Severity::kWarning, "The burn went through, but the drive had something to say. " + remark);
   if (cancelWanted())
-    say(Severity::note, "The wish to stop came when all was written; the disc was completed.");
-  (simulate() ? outcome_.tested : outcome_.written) = true;
-  outcome_.disc_state = stateAfterSuccess(before, simulate(), properties_.appendable);
+    say(Severity::kNote, "The wish to stop came when all was written; the disc was completed.");
+  (simulate() ? m_outcome.tested : m_outcome.written) = true;
+  m_outcome.disc_state = stateAfterSuccess(before, simulate(), m_properties.appendable);
 }
 
 void BurnRun::compare(const SessionPlan& plan) {
-  beginPhase(Phase::comparing);
+  beginPhase(Phase::kComparing);
   const PreparedForVerification prepared(plan);
   const auto tell = [this, &plan](int64_t done) {
     Progress progress;
@@ -249,19 +250,19 @@ void BurnRun::compare(const SessionPlan& plan) {
     report(progress);
     return !cancelWanted();
   };
-  const Comparison comparison = compareDisc(recorder_, plan, tell);
+  const Comparison comparison = compareDisc(m_recorder, plan, tell);
   switch (comparison.verdict) {
-    case Comparison::Verdict::equal:
-      outcome_.compared = true;
-      say(Severity::note, comparison.words);
+    case Comparison::Verdict::kEqual:
+      m_outcome.compared = true;
+      say(Severity::kNote, comparison.words);
       return;
-    case Comparison::Verdict::different:
-      outcome_.written = false;
-      outcome_.failure = comparison.words;
-      outcome_.disc_state = "The disc is written and closed, but not a good copy.";
+    case Comparison::Verdict::kDifferent:
+      m_outcome.written = false;
+      m_outcome.failure = comparison.words;
+      m_outcome.disc_state = "The disc is written and closed, but not a good copy.";
       return;
-    case Comparison::Verdict::undecided:
-      say(Severity::warning, comparison.words);
+    case Comparison::Verdict::kUndecided:
+      say(Severity::kWarning, comparison.words);
       return;
   }
 }

@@ -22,8 +22,8 @@ class BurnRun {
   Outcome run(const DiscTrack* tracks, int count);
 
  private:
-  bool simulate() const { return properties_.testing || options_.dry_run; }
-  bool cancelWanted() const { return options_.cancel != nullptr && options_.cancel->load(); }
+  bool simulate() const { return m_properties.testing || m_options.dry_run; }
+  bool cancelWanted() const { return m_options.cancel != nullptr && m_options.cancel->load(); }
   void say(Severity severity, const std::string& text);
   void burn(const DiscTrack* tracks, int count);
   std::vector<std::string> prepareTexts(const SessionPlan& plan);
@@ -38,17 +38,17 @@ class BurnRun {
   void beginPhase(Phase phase);
   void report(Progress progress);
 
-  Recorder& recorder_;
-  std::string drive_;
-  DiscBurnProperties properties_;
-  Options options_;
-  Outcome outcome_;
-  DiscTexts texts_;
-  bool has_texts_ = false;
-  std::vector<RecorderMessage> messages_;
-  Phase phase_ = Phase::preparing;
-  std::chrono::steady_clock::time_point phase_began_;
-  int64_t phase_first_sector_ = 0;
+  Recorder& m_recorder;
+  std::string m_drive;
+  DiscBurnProperties m_properties;
+  Options m_options;
+  Outcome m_outcome;
+  DiscTexts m_texts;
+  bool m_has_texts = false;
+  std::vector<RecorderMessage> m_messages;
+  Phase m_phase = Phase::kPreparing;
+  std::chrono::steady_clock::time_point m_phase_began;
+  int64_t m_phase_first_sector = 0;
 };
 
 }  // namespace velmor::recording

@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
+#include "disc/failure.h"
 #include "host/recording/disc_time.h"
-#include "host/recording/refusal.h"
 #include "host/recording/session/prepared_tracks.h"
 
 namespace velmor::recording {
@@ -24,63 +24,64 @@ constexpr int kUnreadableChunks = 4;           // a flaw spoils fewer, a drive t
 /// Audio of the disc by frames.
 class DiscReader {
  public:
-  DiscReader(Recorder& recorder, int64_t sectors) : recorder_(recorder), sectors_(sectors) {}
+  DiscReader(Recorder& recorder, int64_t sectors) : m_recorder(recorder), m_sectors(sectors) {}
 
   /// Frames of the disc that exist at all.
-  int64_t frames() const { return sectors_ * kSectorFrames; }
+  int64_t frames() const { return m_sectors * kSectorFrames; }
 
   /// Frames `first` to `last` (exclusive), all of which exist; null when they cannot be read. Valid
   /// until the next call.
   const unsigned char* read(int64_t first, int64_t last) {
     const int64_t sector = first / kSectorFrames;
     const int64_t end = (last + kSectorFrames - 1) / kSectorFrames;
-    audio_.resize(static_cast<size_t>((end - sector) * kSectorBytes));
-    if (!recorder_.readAudio(sector, static_cast<int>(end - sector), audio_.data())) return nullptr;
-    return audio_.data() + (first - sector * kSectorFrames) * kFrameBytes;
+    m_audio.resize(static_cast<size_t>((end - sector) * kSectorBytes));
+    if (!m_recorder.readAudio(sector, static_cast<int>(end - sector), m_audio.data()))
+      return nullptr;
+    return m_audio.data() + (first - sector * kSectorFrames) * kFrameBytes;
   }
 
  private:
-  Recorder& recorder_;
-  int64_t sectors_;
-  std::vector<unsigned char> audio_;
+  Recorder& m_recorder;
+  int64_t m_sectors;
+  std::vector<unsigned char> m_audio;
 };
 
 /// The image in chunks, from its beginning.
 class ImageReader {
  public:
-  explicit ImageReader(const SessionPlan& plan) : plan_(plan), feed_(plan, nullptr) {
+  explicit ImageReader(const SessionPlan& plan) : m_plan(plan), m_feed(plan, nullptr) {
     restartProducers(plan);
   }
 
   /// False at the end.
   bool nextChunk() {
-    first_ = feed_.delivered();
-    audio_.clear();
-    while (feed_.delivered() < std::min(first_ + kChunkSectors, plan_.sectors)) {
-      const auto track = static_cast<size_t>(plan_.trackAt(feed_.delivered()));
-      audio_.resize(audio_.size() + kSectorBytes);
-      if (!feed_.next(track, audio_.data() + audio_.size() - kSectorBytes))
-        throw Refusal("The disc could not be compared. " + feed_.failure());
+    m_first = m_feed.delivered();
+    m_audio.clear();
+    while (m_feed.delivered() < std::min(m_first + kChunkSectors, m_plan.sectors)) {
+      const auto track = static_cast<size_t>(m_plan.trackAt(m_feed.delivered()));
+      m_audio.resize(m_audio.size() + kSectorBytes);
+      if (!m_feed.next(track, m_audio.data() + m_audio.size() - kSectorBytes))
+        throw Failure("The disc could not be compared. " + m_feed.failure());
     }
-    return !audio_.empty();
+    return !m_audio.empty();
   }
 
-  int64_t firstFrame() const { return first_ * kSectorFrames; }
-  int64_t frames() const { return static_cast<int64_t>(audio_.size()) / kFrameBytes; }
-  int64_t sectorsDone() const { return feed_.delivered(); }
-  const unsigned char* audio() const { return audio_.data(); }
+  int64_t firstFrame() const { return m_first * kSectorFrames; }
+  int64_t frames() const { return static_cast<int64_t>(m_audio.size()) / kFrameBytes; }
+  int64_t sectorsDone() const { return m_feed.delivered(); }
+  const unsigned char* audio() const { return m_audio.data(); }
 
   /// Silence, or one value held: it looks the same wherever it is read.
   bool isStill() const {
-    return std::memcmp(audio_.data(), audio_.data() + kFrameBytes, audio_.size() - kFrameBytes) ==
-           0;
+    return std::memcmp(m_audio.data(), m_audio.data() + kFrameBytes,
+                       m_audio.size() - kFrameBytes) == 0;
   }
 
  private:
-  const SessionPlan& plan_;
-  SectorFeed feed_;
-  int64_t first_ = 0;
-  std::vector<unsigned char> audio_;
+  const SessionPlan& m_plan;
+  SectorFeed m_feed;
+  int64_t m_first = 0;
+  std::vector<unsigned char> m_audio;
 };
 
 /// Keeps those offsets (disc frame minus image frame) under which the chunk is found on the disc;
@@ -201,27 +202,27 @@ Comparison compareDisc(Recorder& recorder, const SessionPlan& plan,
   try {
     DiscReader disc(recorder, plan.sectors);
     const Offset offset = findOffset(plan, disc);
-    if (offset.chunks == 0 && offset.unreadable > 0) return {Verdict::undecided, kUnread};
+    if (offset.chunks == 0 && offset.unreadable > 0) return {Verdict::kUndecided, kUnread};
     const Findings findings = compareAll(plan, disc, offset.frames, progress);
     if (findings.differing > 0)
-      return {Verdict::different,
+      return {Verdict::kDifferent,
               "The disc differs from the image in " + std::to_string(findings.differing) +
                   (findings.differing == 1 ? " sector, at " : " sectors, first at ") +
                   place(plan, findings.first) + "."};
-    if (findings.unreadable == 0 && offset.chunks == 0) return {Verdict::undecided, kUnread};
+    if (findings.unreadable == 0 && offset.chunks == 0) return {Verdict::kUndecided, kUnread};
     if (findings.unreadable)
-      return {Verdict::different,
+      return {Verdict::kDifferent,
               "The disc cannot be read at " + place(plan, *findings.unreadable) + "."};
     if (findings.stopped)
-      return {Verdict::undecided,
+      return {Verdict::kUndecided,
               "The comparison was stopped; as far as it went the disc equals "
               "the image."};
-    if (offset.frames == 0) return {Verdict::equal, "The disc equals the image."};
-    return {Verdict::equal, "The disc equals the image. The drive reads with an offset of " +
-                                std::to_string(offset.frames) +
-                                " frames, so that many at one end could not be compared."};
-  } catch (const Refusal& refusal) {
-    return {Verdict::undecided, refusal.what()};
+    if (offset.frames == 0) return {Verdict::kEqual, "The disc equals the image."};
+    return {Verdict::kEqual, "The disc equals the image. The drive reads with an offset of " +
+                                 std::to_string(offset.frames) +
+                                 " frames, so that many at one end could not be compared."};
+  } catch (const Failure& refusal) {
+    return {Verdict::kUndecided, refusal.what()};
   }
 }
 

@@ -10,8 +10,8 @@
 namespace velmor::recording {
 
 struct Comparison {
-  enum class Verdict { equal, different, undecided };
-  Verdict verdict = Verdict::undecided;
+  enum class Verdict { kEqual, kDifferent, kUndecided };
+  Verdict verdict = Verdict::kUndecided;
   std::string words;  ///< the result as sentences
 };
 

@@ -1,7 +1,7 @@
 #include "host/recording/burn/medium_words.h"
 
+#include "disc/failure.h"
 #include "host/recording/disc_time.h"
-#include "host/recording/refusal.h"
 
 namespace velmor::recording {
 namespace {
@@ -15,47 +15,47 @@ std::string typeOf(const Medium& medium) {
 std::string describeMedium(const Medium& medium) {
   const std::string type = typeOf(medium);
   switch (medium.state) {
-    case DiscState::none:
+    case DiscState::kNone:
       return "no disc";
-    case DiscState::blank:
+    case DiscState::kBlank:
       return "a blank " + type +
              (medium.free_sectors > 0 ? ", " + minutesSecondsFrames(medium.free_sectors) + " free"
                                       : std::string());
-    case DiscState::appendable:
+    case DiscState::kAppendable:
       return "a " + type + " with a session on it, open for more";
-    case DiscState::closed:
+    case DiscState::kClosed:
       return "a " + type + " that is written and closed";
-    case DiscState::unsuitable:
+    case DiscState::kUnsuitable:
       return medium.recordable_cd ? "a " + type + " with a recording that was broken off"
                                   : "a disc that the drive can neither read nor write";
-    case DiscState::unknown:
+    case DiscState::kUnknown:
       break;
   }
   return "a disc that the drive does not recognise";
 }
 
 MediumVerdict judgeMedium(const Medium& medium, bool may_overwrite) {
-  if (medium.state == DiscState::none)
-    throw Refusal("There is no disc in the drive. Put a blank CD-R or CD-RW into it.");
+  if (medium.state == DiscState::kNone)
+    throw Failure("There is no disc in the drive. Put a blank CD-R or CD-RW into it.");
   if (!medium.recordable_cd &&
-      (medium.state == DiscState::unsuitable || medium.state == DiscState::unknown))
-    throw Refusal("The drive cannot use its disc. Put a blank CD-R or CD-RW into it.");
-  if (medium.state == DiscState::blank && medium.recordable_cd) return MediumVerdict::ready;
-  if (medium.state == DiscState::blank)
-    throw Refusal("The drive holds " + describeMedium(medium) +
+      (medium.state == DiscState::kUnsuitable || medium.state == DiscState::kUnknown))
+    throw Failure("The drive cannot use its disc. Put a blank CD-R or CD-RW into it.");
+  if (medium.state == DiscState::kBlank && medium.recordable_cd) return MediumVerdict::kReady;
+  if (medium.state == DiscState::kBlank)
+    throw Failure("The drive holds " + describeMedium(medium) +
                   ". An audio CD needs a CD-R or CD-RW.");
   const bool can_blank = medium.rewritable && medium.recordable_cd;
-  if (can_blank && may_overwrite) return MediumVerdict::needs_blanking;
+  if (can_blank && may_overwrite) return MediumVerdict::kNeedsBlanking;
   if (can_blank)
-    throw Refusal("The drive holds " + describeMedium(medium) +
+    throw Failure("The drive holds " + describeMedium(medium) +
                   ", which this burn may not overwrite. Put a blank disc into it.");
-  throw Refusal("The drive holds " + describeMedium(medium) +
+  throw Failure("The drive holds " + describeMedium(medium) +
                 ". Nothing can be recorded on it; put a blank CD-R or CD-RW into the drive.");
 }
 
 void checkRoom(int64_t room, int64_t sectors) {
   if (room <= 0 || sectors <= room) return;
-  throw Refusal("The image is " + minutesSecondsFrames(sectors) +
+  throw Failure("The image is " + minutesSecondsFrames(sectors) +
                 " long (minutes, seconds, frames) and the disc has room for " +
                 minutesSecondsFrames(room) + ": " + minutesSecondsFrames(sectors - room) +
                 " too much. Take a longer disc, or shorten the programme.");
@@ -63,8 +63,8 @@ void checkRoom(int64_t room, int64_t sectors) {
 
 std::string stateAfterFailure(const Medium& medium, bool simulated) {
   if (simulated) return "Nothing was written, it was a test: the disc is as it was.";
-  if (medium.state == DiscState::none) return "There is no disc in the drive.";
-  if (medium.state == DiscState::blank) return "The disc is still blank and can be used.";
+  if (medium.state == DiscState::kNone) return "There is no disc in the drive.";
+  if (medium.state == DiscState::kBlank) return "The disc is still blank and can be used.";
   if (medium.rewritable)
     return "The disc is written in part and cannot be played; being rewritable it can be blanked "
            "and used again.";

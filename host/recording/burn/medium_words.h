@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "disc/failure.h"
 #include "host/recording/burn/recorder.h"
 
 namespace velmor::recording {
@@ -10,13 +11,13 @@ namespace velmor::recording {
 /// "a blank CD-R, 79:57:00 free".
 std::string describeMedium(const Medium& medium);
 
-enum class MediumVerdict { ready, needs_blanking };
+enum class MediumVerdict { kReady, kNeedsBlanking };
 
-/// Throws `Refusal` when the disc cannot take a burn; a rewritable one may be blanked first where
+/// Throws `Failure` when the disc cannot take a burn; a rewritable one may be blanked first where
 /// `may_overwrite`.
 MediumVerdict judgeMedium(const Medium& medium, bool may_overwrite);
 
-/// Throws `Refusal` when the image is longer than `room`, both in sectors. 0: room unknown.
+/// Throws `Failure` when the image is longer than `room`, both in sectors. 0: room unknown.
 void checkRoom(int64_t room, int64_t sectors);
 
 /// What became of a disc on which a burn did not go to its end.

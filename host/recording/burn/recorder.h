@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "disc/failure.h"
 #include "host/recording/session/sector_feed.h"
 #include "host/recording/session/session_plan.h"
 #include "host/recording/texts/disc_texts.h"
@@ -13,16 +14,16 @@
 namespace velmor::recording {
 
 enum class DiscState {
-  none,  ///< the tray is empty
-  blank,
-  appendable,  ///< has a session and is open for another one
-  closed,
-  unsuitable,  ///< neither readable nor writable as it is; of a recording that broke off, say
-  unknown
+  kNone,  ///< the tray is empty
+  kBlank,
+  kAppendable,  ///< has a session and is open for another one
+  kClosed,
+  kUnsuitable,  ///< neither readable nor writable as it is; of a recording that broke off, say
+  kUnknown
 };
 
 struct Medium {
-  DiscState state = DiscState::unknown;
+  DiscState state = DiscState::kUnknown;
   std::string type;            ///< "CD-R", "CD-RW", "DVD-R", …; empty when unknown
   bool recordable_cd = false;  ///< a CD-R or CD-RW
   bool rewritable = false;
@@ -31,10 +32,10 @@ struct Medium {
 };
 
 /// What the recorder is doing.
-enum class Activity { idle, waiting, blanking, lead_in, writing, closing };
+enum class Activity { kIdle, kWaiting, kBlanking, kLeadIn, kWriting, kClosing };
 
 struct RecorderStatus {
-  Activity activity = Activity::idle;
+  Activity activity = Activity::kIdle;
   double fraction = 0.0;  ///< of blanking
   int buffer_percent = -1;
 };
@@ -68,7 +69,7 @@ class Recorder {
   /// Begins to blank the disc; to be followed with `wait`.
   virtual void startBlanking() = 0;
   /// Begins to write session-at-once; to be followed with `wait`. All it is given must live until
-  /// the activity is idle. Throws `Refusal` when the drive or the disc would not take it.
+  /// the activity is idle. Throws `Failure` when the drive or the disc would not take it.
   virtual void startWriting(const Session& session, SectorFeed& feed) = 0;
   /// Waits for a fraction of a second at most and tells what is going on.
   virtual RecorderStatus wait() = 0;

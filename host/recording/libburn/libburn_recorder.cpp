@@ -6,10 +6,10 @@
 #include <array>
 #include <cmath>
 
+#include "disc/failure.h"
 #include "host/recording/disc_time.h"
 #include "host/recording/libburn/device_access.h"
 #include "host/recording/libburn/libburn_session.h"
-#include "host/recording/refusal.h"
 
 namespace velmor::recording {
 namespace {
@@ -30,52 +30,52 @@ class SignalsToOthers {
   SignalsToOthers() {
     sigset_t all;
     sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
+    pthread_sigmask(SIG_SETMASK, &all, &m_before);
   }
-  ~SignalsToOthers() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  ~SignalsToOthers() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
   SignalsToOthers(const SignalsToOthers&) = delete;
   SignalsToOthers& operator=(const SignalsToOthers&) = delete;
 
  private:
-  sigset_t before_{};
+  sigset_t m_before{};
 };
 
 Activity activityOf(burn::burn_drive_status status) {
   switch (status) {
     case burn::BURN_DRIVE_IDLE:
-      return Activity::idle;
+      return Activity::kIdle;
     case burn::BURN_DRIVE_WRITING:
     case burn::BURN_DRIVE_WRITING_SYNC:
     case burn::BURN_DRIVE_WRITING_PREGAP:
-      return Activity::writing;
+      return Activity::kWriting;
     case burn::BURN_DRIVE_WRITING_LEADIN:
-      return Activity::lead_in;
+      return Activity::kLeadIn;
     case burn::BURN_DRIVE_WRITING_LEADOUT:
     case burn::BURN_DRIVE_CLOSING_TRACK:
     case burn::BURN_DRIVE_CLOSING_SESSION:
-      return Activity::closing;
+      return Activity::kClosing;
     case burn::BURN_DRIVE_ERASING:
     case burn::BURN_DRIVE_FORMATTING:
-      return Activity::blanking;
+      return Activity::kBlanking;
     default:
-      return Activity::waiting;
+      return Activity::kWaiting;
   }
 }
 
 DiscState stateOf(burn::burn_disc_status status) {
   switch (status) {
     case burn::BURN_DISC_BLANK:
-      return DiscState::blank;
+      return DiscState::kBlank;
     case burn::BURN_DISC_EMPTY:
-      return DiscState::none;
+      return DiscState::kNone;
     case burn::BURN_DISC_APPENDABLE:
-      return DiscState::appendable;
+      return DiscState::kAppendable;
     case burn::BURN_DISC_FULL:
-      return DiscState::closed;
+      return DiscState::kClosed;
     case burn::BURN_DISC_UNSUITABLE:
-      return DiscState::unsuitable;
+      return DiscState::kUnsuitable;
     default:
-      return DiscState::unknown;
+      return DiscState::kUnknown;
   }
 }
 
@@ -98,7 +98,7 @@ std::vector<RecorderMessage> drainMessages() {
 
 class LibburnRecorder final : public Recorder {
  public:
-  explicit LibburnRecorder(burn::burn_drive_info* info) : info_(info), drive_(info[0].drive) {}
+  explicit LibburnRecorder(burn::burn_drive_info* info) : m_info(info), m_drive(info[0].drive) {}
   ~LibburnRecorder() override { LibburnRecorder::release(false); }
   LibburnRecorder(const LibburnRecorder&) = delete;
   LibburnRecorder& operator=(const LibburnRecorder&) = delete;
@@ -109,8 +109,8 @@ class LibburnRecorder final : public Recorder {
   void startBlanking() override;
   void startWriting(const Session& session, SectorFeed& feed) override;
   RecorderStatus wait() override;
-  void cancel() override { burn::burn_drive_cancel(drive_); }
-  bool succeeded() override { return burn::burn_drive_wrote_well(drive_) == 1; }
+  void cancel() override { burn::burn_drive_cancel(m_drive); }
+  bool succeeded() override { return burn::burn_drive_wrote_well(m_drive) == 1; }
   bool readAudio(int64_t lba, int sectors, unsigned char* audio) override;
   std::vector<RecorderMessage> takeMessages() override { return drainMessages(); }
   void release(bool eject) override;
@@ -120,108 +120,108 @@ class LibburnRecorder final : public Recorder {
   int64_t freeSectors();
   int64_t capacity();
 
-  burn::burn_drive_info* info_;
-  burn::burn_drive* drive_;
-  BurnDisc disc_;         // what is being written
-  bool changed_ = false;  // the disc, since the drive last looked at it
+  burn::burn_drive_info* m_info;
+  burn::burn_drive* m_drive;
+  BurnDisc m_disc;         // what is being written
+  bool m_changed = false;  // the disc, since the drive last looked at it
 };
 
 burn::burn_disc_status LibburnRecorder::discStatus() {
-  burn::burn_disc_status status = burn::burn_disc_get_status(drive_);
+  burn::burn_disc_status status = burn::burn_disc_get_status(m_drive);
   for (int i = 0; i < kReadyTries && status == burn::BURN_DISC_UNREADY; ++i) {
     usleep(kReadyMicroseconds);  // a drive that has just closed its tray
-    status = burn::burn_disc_get_status(drive_);
+    status = burn::burn_disc_get_status(m_drive);
   }
   return status;
 }
 
 int64_t LibburnRecorder::freeSectors() {
-  const WriteOptions options(burn::burn_write_opts_new(drive_));
+  const WriteOptions options(burn::burn_write_opts_new(m_drive));
   if (options == nullptr) return 0;
   burn::burn_write_opts_set_write_type(options.get(), burn::BURN_WRITE_SAO, burn::BURN_BLOCK_SAO);
-  return burn::burn_disc_available_space(drive_, options.get()) / kReportedBlockBytes;
+  return burn::burn_disc_available_space(m_drive, options.get()) / kReportedBlockBytes;
 }
 
 /// By the disc's own lead-in: the last address at which its lead-out may begin.
 int64_t LibburnRecorder::capacity() {
   int start = 0;
   int end = 0;
-  if (burn::burn_disc_read_atip(drive_) <= 0) return 0;
-  if (burn::burn_drive_get_start_end_lba(drive_, &start, &end, 0) <= 0) return 0;
+  if (burn::burn_disc_read_atip(m_drive) <= 0) return 0;
+  if (burn::burn_drive_get_start_end_lba(m_drive, &start, &end, 0) <= 0) return 0;
   return end > 0 ? end : 0;
 }
 
 Medium LibburnRecorder::medium() {
-  disc_.reset();
-  if (changed_) burn::burn_drive_re_assess(drive_, 0);
-  changed_ = false;
+  m_disc.reset();
+  if (m_changed) burn::burn_drive_re_assess(m_drive, 0);
+  m_changed = false;
   Medium medium;
   medium.state = stateOf(discStatus());
   int profile = 0;
   std::array<char, 80> name{};
-  if (medium.state == DiscState::none ||
-      burn::burn_disc_get_profile(drive_, &profile, name.data()) <= 0)
+  if (medium.state == DiscState::kNone ||
+      burn::burn_disc_get_profile(m_drive, &profile, name.data()) <= 0)
     return medium;
   medium.type = name.data();
   medium.recordable_cd = profile == kProfileCdR || profile == kProfileCdRw;
-  medium.rewritable = burn::burn_disc_erasable(drive_) != 0;
+  medium.rewritable = burn::burn_disc_erasable(m_drive) != 0;
   if (!medium.recordable_cd) return medium;
-  if (medium.state == DiscState::blank) medium.free_sectors = freeSectors();
+  if (medium.state == DiscState::kBlank) medium.free_sectors = freeSectors();
   medium.capacity_sectors = capacity();
   return medium;
 }
 
 bool LibburnRecorder::canTestWrite() {
   burn::burn_multi_caps* caps = nullptr;
-  const bool writable = burn::burn_disc_get_multi_caps(drive_, burn::BURN_WRITE_SAO, &caps, 0) > 0;
+  const bool writable = burn::burn_disc_get_multi_caps(m_drive, burn::BURN_WRITE_SAO, &caps, 0) > 0;
   const bool possible =
-      writable && caps != nullptr && caps->might_simulate != 0 && info_->write_simulate != 0;
+      writable && caps != nullptr && caps->might_simulate != 0 && m_info->write_simulate != 0;
   if (caps != nullptr) burn::burn_disc_free_multi_caps(&caps);
   return possible;
 }
 
 double LibburnRecorder::setSpeed(double speed) {
   const int kilobytes = speed > 0.0 ? static_cast<int>(std::ceil(speed * kBytesPerSecond)) : 0;
-  burn::burn_drive_set_speed(drive_, 0, kilobytes);
+  burn::burn_drive_set_speed(m_drive, 0, kilobytes);
   burn::burn_speed_descriptor* best = nullptr;
   // With no speed that slow the drive takes its slowest.
-  if (burn::burn_drive_get_best_speed(drive_, kilobytes, &best, 2) <= 0 || best == nullptr)
-    if (burn::burn_drive_get_best_speed(drive_, -1, &best, 2) <= 0 || best == nullptr) return 0.0;
+  if (burn::burn_drive_get_best_speed(m_drive, kilobytes, &best, 2) <= 0 || best == nullptr)
+    if (burn::burn_drive_get_best_speed(m_drive, -1, &best, 2) <= 0 || best == nullptr) return 0.0;
   return best->write_speed / kBytesPerSecond;
 }
 
 void LibburnRecorder::startBlanking() {
-  changed_ = true;
+  m_changed = true;
   // A disc with a recording that broke off is neither blank nor full to libburn, but can be
   // blanked.
-  burn::burn_disc_pretend_full(drive_);
+  burn::burn_disc_pretend_full(m_drive);
   const SignalsToOthers quiet;
-  burn::burn_disc_erase(drive_, 1);
+  burn::burn_disc_erase(m_drive, 1);
 }
 
 void LibburnRecorder::startWriting(const Session& session, SectorFeed& feed) {
-  disc_ = makeBurnDisc(session, feed, drive_);
-  const WriteOptions options = makeWriteOptions(drive_, session);
+  m_disc = makeBurnDisc(session, feed, m_drive);
+  const WriteOptions options = makeWriteOptions(m_drive, session);
   std::array<char, BURN_REASONS_LEN> reasons{};
-  if (burn::burn_precheck_write(options.get(), disc_.get(), reasons.data(), 1) <= 0)
-    throw Refusal(std::string("The drive does not take this burn: ") + reasons.data() + ".");
-  changed_ = true;
+  if (burn::burn_precheck_write(options.get(), m_disc.get(), reasons.data(), 1) <= 0)
+    throw Failure(std::string("The drive does not take this burn: ") + reasons.data() + ".");
+  m_changed = true;
   const SignalsToOthers quiet;
-  burn::burn_disc_write(options.get(), disc_.get());
+  burn::burn_disc_write(options.get(), m_disc.get());
 }
 
 RecorderStatus LibburnRecorder::wait() {
   burn::burn_progress progress{};
   RecorderStatus result;
-  burn::burn_drive_status status = burn::burn_drive_get_status(drive_, &progress);
+  burn::burn_drive_status status = burn::burn_drive_get_status(m_drive, &progress);
   if (status != burn::BURN_DRIVE_IDLE) {
     usleep(kPollMicroseconds);
-    status = burn::burn_drive_get_status(drive_, &progress);
+    status = burn::burn_drive_get_status(m_drive, &progress);
   }
   result.activity = activityOf(status);
-  if (result.activity == Activity::blanking)
+  if (result.activity == Activity::kBlanking)
     result.fraction = static_cast<double>(progress.sector) / kWholeOfBlanking;
-  if (result.activity == Activity::writing && progress.buffer_capacity > 0 &&
+  if (result.activity == Activity::kWriting && progress.buffer_capacity > 0 &&
       progress.buffer_available <= progress.buffer_capacity)
     result.buffer_percent = static_cast<int>(
         100.0 * (progress.buffer_capacity - progress.buffer_available) / progress.buffer_capacity);
@@ -231,17 +231,17 @@ RecorderStatus LibburnRecorder::wait() {
 bool LibburnRecorder::readAudio(int64_t lba, int sectors, unsigned char* audio) {
   const off_t wanted = off_t{sectors} * kSectorBytes;
   off_t got = 0;
-  return burn::burn_read_audio(drive_, static_cast<int>(lba), reinterpret_cast<char*>(audio),
+  return burn::burn_read_audio(m_drive, static_cast<int>(lba), reinterpret_cast<char*>(audio),
                                wanted, &got, 2) > 0 &&
          got == wanted;
 }
 
 void LibburnRecorder::release(bool eject) {
-  if (info_ == nullptr) return;
-  disc_.reset();
-  burn::burn_drive_release(drive_, eject ? 1 : 0);
-  burn::burn_drive_info_free(info_);
-  info_ = nullptr;
+  if (m_info == nullptr) return;
+  m_disc.reset();
+  burn::burn_drive_release(m_drive, eject ? 1 : 0);
+  burn::burn_drive_info_free(m_info);
+  m_info = nullptr;
 }
 
 class LibburnBus final : public RecorderBus {

@@ -3,8 +3,8 @@
 #include <array>
 #include <cstdlib>
 
+#include "disc/failure.h"
 #include "host/recording/disc_time.h"
-#include "host/recording/refusal.h"
 
 namespace velmor::recording {
 namespace {
@@ -64,13 +64,13 @@ struct TextName {
   TextKind kind;
   const char* name;
 };
-constexpr std::array<TextName, kTextKinds> kTextNames{{{TextKind::title, "TITLE"},
-                                                       {TextKind::performer, "PERFORMER"},
-                                                       {TextKind::songwriter, "SONGWRITER"},
-                                                       {TextKind::code, "UPC_ISRC"}}};
+constexpr std::array<TextName, kTextKinds> kTextNames{{{TextKind::kTitle, "TITLE"},
+                                                       {TextKind::kPerformer, "PERFORMER"},
+                                                       {TextKind::kSongwriter, "SONGWRITER"},
+                                                       {TextKind::kCode, "UPC_ISRC"}}};
 
 void require(bool done, const char* what) {
-  if (!done) throw Refusal(std::string("The burn could not be set up: ") + what + ".");
+  if (!done) throw Failure(std::string("The burn could not be set up: ") + what + ".");
 }
 
 int lengthWithZero(const std::string& text) {

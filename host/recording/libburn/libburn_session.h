@@ -3,17 +3,18 @@
 
 #include <memory>
 
+#include "disc/failure.h"
 #include "host/recording/burn/recorder.h"
 #include "host/recording/libburn/libburn_header.h"
 
 namespace velmor::recording {
 
 /// Ownership of what libburn frees by a function of its own.
-template <auto free>
+template <auto kFree>
 struct FreeWith {
   template <typename Owned>
   void operator()(Owned* owned) const {
-    free(owned);
+    kFree(owned);
   }
 };
 using BurnDisc = std::unique_ptr<burn::burn_disc, FreeWith<burn::burn_disc_free>>;
@@ -25,10 +26,10 @@ inline char* mutableText(const char* text) {
 }
 
 /// The session with its tracks, fed from `feed` on libburn's worker thread; a feed that fails
-/// cancels `drive`. Feed and drive must live until the drive is idle. Throws `Refusal`.
+/// cancels `drive`. Feed and drive must live until the drive is idle. Throws `Failure`.
 BurnDisc makeBurnDisc(const Session& session, SectorFeed& feed, burn::burn_drive* drive);
 
-/// How it is to be written. Throws `Refusal` when the drive cannot do it.
+/// How it is to be written. Throws `Failure` when the drive cannot do it.
 WriteOptions makeWriteOptions(burn::burn_drive* drive, const Session& session);
 
 }  // namespace velmor::recording

@@ -2,32 +2,32 @@
 
 #include <string>
 
-#include "host/recording/refusal.h"
+#include "disc/failure.h"
 
 namespace velmor::recording {
 
-PreparedTracks::PreparedTracks(const SessionPlan& plan) : plan_(plan) {
+PreparedTracks::PreparedTracks(const SessionPlan& plan) : m_plan(plan) {
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
     if (plan.tracks[i].producer->PrepareTrack()) continue;
     for (size_t done = 0; done < i; ++done) plan.tracks[done].producer->CleanupTrackAfterBurn();
-    throw Refusal("The audio of track " + std::to_string(i + 1) + " could not be prepared.");
+    throw Failure("The audio of track " + std::to_string(i + 1) + " could not be prepared.");
   }
 }
 
 PreparedTracks::~PreparedTracks() {
-  for (const PlannedTrack& track : plan_.tracks) track.producer->CleanupTrackAfterBurn();
+  for (const PlannedTrack& track : m_plan.tracks) track.producer->CleanupTrackAfterBurn();
 }
 
-PreparedForVerification::PreparedForVerification(const SessionPlan& plan) : plan_(plan) {}
+PreparedForVerification::PreparedForVerification(const SessionPlan& plan) : m_plan(plan) {}
 
 PreparedForVerification::~PreparedForVerification() {
-  for (const PlannedTrack& track : plan_.tracks) track.producer->CleanupTrackAfterVerification();
+  for (const PlannedTrack& track : m_plan.tracks) track.producer->CleanupTrackAfterVerification();
 }
 
 void restartProducers(const SessionPlan& plan) {
   for (size_t i = 0; i < plan.tracks.size(); ++i)
     if (!plan.tracks[i].producer->PrepareTrackForVerification())
-      throw Refusal("The audio of track " + std::to_string(i + 1) +
+      throw Failure("The audio of track " + std::to_string(i + 1) +
                     " could not be prepared for the comparison.");
 }
 

@@ -1,6 +1,7 @@
 // Tells the producers of a session when their tracks begin to be needed, and when no more.
 #pragma once
 
+#include "disc/failure.h"
 #include "host/recording/session/session_plan.h"
 
 namespace velmor::recording {
@@ -8,14 +9,14 @@ namespace velmor::recording {
 /// For the length of a burn.
 class PreparedTracks {
  public:
-  /// Throws `Refusal` when a producer is not ready; those before it are told of the end.
+  /// Throws `Failure` when a producer is not ready; those before it are told of the end.
   explicit PreparedTracks(const SessionPlan& plan);
   ~PreparedTracks();
   PreparedTracks(const PreparedTracks&) = delete;
   PreparedTracks& operator=(const PreparedTracks&) = delete;
 
  private:
-  const SessionPlan& plan_;
+  const SessionPlan& m_plan;
 };
 
 /// For the length of a comparison: the producers start over.
@@ -27,10 +28,10 @@ class PreparedForVerification {
   PreparedForVerification& operator=(const PreparedForVerification&) = delete;
 
  private:
-  const SessionPlan& plan_;
+  const SessionPlan& m_plan;
 };
 
-/// Starts all producers over once more. Throws `Refusal` when one does not.
+/// Starts all producers over once more. Throws `Failure` when one does not.
 void restartProducers(const SessionPlan& plan);
 
 }  // namespace velmor::recording

@@ -22,25 +22,25 @@ class SectorFeed {
   /// The next sector of track `track` (from 0), its pregap first. False: the burn must stop.
   bool next(size_t track, unsigned char* sector);
 
-  int64_t delivered() const { return delivered_.load(); }  ///< sectors
-  bool complete() const { return delivered() == plan_.sectors; }
-  bool failed() const { return failed_.load(); }
-  bool cancelled() const { return cancelled_.load(); }
-  const std::string& failure() const { return failure_; }
+  int64_t delivered() const { return m_delivered.load(); }  ///< sectors
+  bool complete() const { return delivered() == m_plan.sectors; }
+  bool failed() const { return m_failed.load(); }
+  bool cancelled() const { return m_cancelled.load(); }
+  const std::string& failure() const { return m_failure; }
 
  private:
   bool fail(const std::string& reason);
   bool produce(size_t track, unsigned char* sector);
   bool produceData(size_t track, unsigned char* sector);
 
-  const SessionPlan& plan_;
-  const std::atomic<bool>* cancel_;
-  size_t track_ = 0;    // the track being read
-  int64_t offset_ = 0;  // sectors of it that were delivered, its pregap included
-  std::atomic<int64_t> delivered_{0};
-  std::atomic<bool> failed_{false};
-  std::atomic<bool> cancelled_{false};
-  std::string failure_;
+  const SessionPlan& m_plan;
+  const std::atomic<bool>* m_cancel;
+  size_t m_track = 0;    // the track being read
+  int64_t m_offset = 0;  // sectors of it that were delivered, its pregap included
+  std::atomic<int64_t> m_delivered{0};
+  std::atomic<bool> m_failed{false};
+  std::atomic<bool> m_cancelled{false};
+  std::string m_failure;
 };
 
 }  // namespace velmor::recording

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "abi/disc_recording.h"
+#include "disc/failure.h"
 
 namespace velmor::recording {
 
@@ -23,7 +24,7 @@ struct SessionPlan {
   int trackAt(int64_t lba) const;
 };
 
-/// Lays out the tracks; throws `Refusal` for what would be no audio disc, or would be written
+/// Lays out the tracks; throws `Failure` for what would be no audio disc, or would be written
 /// otherwise than it was handed over.
 SessionPlan planSession(const DiscTrack* tracks, int count);
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "host/recording/refusal.h"
+#include "disc/failure.h"
 #include "host/recording/texts/disc_codes.h"
 #include "host/recording/texts/latin1.h"
 
@@ -17,9 +17,9 @@ struct Kind {
   bool of_the_disc;  // a track without it has the disc's
 };
 constexpr std::array<Kind, 3> kKinds{{
-    {TextKind::title, "title", &TextFields::title, false},
-    {TextKind::performer, "performer", &TextFields::performer, true},
-    {TextKind::songwriter, "songwriter", &TextFields::songwriter, true},
+    {TextKind::kTitle, "title", &TextFields::title, false},
+    {TextKind::kPerformer, "performer", &TextFields::performer, true},
+    {TextKind::kSongwriter, "songwriter", &TextFields::songwriter, true},
 }};
 
 std::string convert(const std::string& text, const std::string& what,
@@ -108,18 +108,18 @@ int textPacks(const DiscTexts& texts) {
 DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks,
                         std::vector<std::string>& warnings) {
   if (sheet.tracks.size() != tracks)
-    throw Refusal("The cue sheet has " + std::to_string(sheet.tracks.size()) +
+    throw Failure("The cue sheet has " + std::to_string(sheet.tracks.size()) +
                   " tracks and the burn has " + std::to_string(tracks) +
                   ": its texts belong to another disc.");
   DiscTexts texts;
   for (const Kind& kind : kKinds) texts.block(kind.kind) = makeBlock(kind, sheet, warnings);
   addCodes(texts, sheet, warnings);
-  texts.block(TextKind::code) = codeBlock(texts);
+  texts.block(TextKind::kCode) = codeBlock(texts);
   // The codes are in the Q channel anyway; the texts are not to be lost to them.
-  if (textPacks(texts) > kMaxTextPacks) texts.block(TextKind::code) = {};
+  if (textPacks(texts) > kMaxTextPacks) texts.block(TextKind::kCode) = {};
   const int packs = textPacks(texts);
   if (packs > kMaxTextPacks)
-    throw Refusal("The texts take " + std::to_string(packs) + " packs of CD-TEXT, and " +
+    throw Failure("The texts take " + std::to_string(packs) + " packs of CD-TEXT, and " +
                   std::to_string(kMaxTextPacks) + " can be written: shorten them by about " +
                   std::to_string((packs - kMaxTextPacks) * kTextPackBytes) +
                   " characters, or burn without CD-TEXT.");

@@ -5,12 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "disc/failure.h"
 #include "host/recording/texts/sheet_texts.h"
 
 namespace velmor::recording {
 
 /// The packs of CD-TEXT that a sheet can fill.
-enum class TextKind { title, performer, songwriter, code };
+enum class TextKind { kTitle, kPerformer, kSongwriter, kCode };
 inline constexpr size_t kTextKinds = 4;
 /// A language block has room for 253 (MMC-3 annex J); libburn 1.5.4 takes one fewer.
 inline constexpr int kMaxTextPacks = 252;
@@ -36,7 +37,7 @@ struct DiscTexts {
 };
 
 /// Makes them for a disc of `tracks` tracks. A performer or songwriter that a track lacks is the
-/// disc's. Whatever is changed or left out becomes a sentence in `warnings`. Throws `Refusal` when
+/// disc's. Whatever is changed or left out becomes a sentence in `warnings`. Throws `Failure` when
 /// the sheet has another number of tracks, or more text than a disc holds.
 DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks, std::vector<std::string>& warnings);
 

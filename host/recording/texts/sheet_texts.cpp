@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "host/recording/refusal.h"
+#include "disc/failure.h"
 
 namespace velmor::recording {
 namespace {
@@ -81,11 +81,11 @@ SheetTexts parseSheetTexts(std::string_view sheet) {
 
 SheetTexts readSheetTexts(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  if (!file) throw Refusal("The cue sheet " + path + " cannot be read for the CD-TEXT.");
+  if (!file) throw Failure("The cue sheet " + path + " cannot be read for the CD-TEXT.");
   const std::string sheet((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
   SheetTexts texts = parseSheetTexts(sheet);
   if (texts.tracks.empty())
-    throw Refusal("The cue sheet " + path + " has no tracks to take CD-TEXT from.");
+    throw Failure("The cue sheet " + path + " has no tracks to take CD-TEXT from.");
   return texts;
 }
 

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "disc/failure.h"
+
 namespace velmor::recording {
 
 /// As they stand in the sheet; empty when absent.
@@ -28,7 +30,7 @@ struct SheetTexts {
 /// has been cut and lacks its end. A byte-order mark and bare values are understood too.
 SheetTexts parseSheetTexts(std::string_view sheet);
 
-/// The same from a file; throws `Refusal` when it cannot be read or has no tracks.
+/// The same from a file; throws `Failure` when it cannot be read or has no tracks.
 SheetTexts readSheetTexts(const std::string& path);
 
 }  // namespace velmor::recording

@@ -12,7 +12,7 @@
 #include "host/render/album/render_range.h"
 #include "host/render/album/sheet_text.h"
 #include "host/render/input/marks/mark_parsing.h"
-#include "host/render/terminal/failure.h"
+#include "host/render/terminal/usage_error.h"
 
 namespace velmor::render {
 

@@ -7,9 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "disc/failure.h"
 #include "host/render/album/host_project.h"
 #include "host/render/input/audio_input.h"
 #include "host/render/options/options.h"
+#include "host/render/terminal/usage_error.h"
 
 namespace velmor::render {
 
@@ -29,7 +31,7 @@ struct Album {
   int64_t frames() const { return render_end - render_start; }
 };
 
-/// Lays out the inputs that `options` names. Opens each file, and throws `InputError` for one that
+/// Lays out the inputs that `options` names. Opens each file, and throws `Failure` for one that
 /// cannot be read and `UsageError` for a render range outside the timeline.
 Album layOutAlbum(const Options& options);
 

@@ -20,14 +20,14 @@ HWND mainWindow() {
 }
 
 const char* exePath() {
-  static const std::string path =
+  static const std::string kPath =
       std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
-  return path.c_str();
+  return kPath.c_str();
 }
 
 const char* iniFile() {
-  static const std::string path = iniFilePath();
-  return path.c_str();
+  static const std::string kPath = iniFilePath();
+  return kPath.c_str();
 }
 
 void formatTime(double seconds, char* buf, int buf_size) {

@@ -56,7 +56,7 @@ std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int
   } else if (in_force) {
     tags_from = marks[*in_force].start;
   }
-  const auto staysOrMoves = [&](size_t i) {
+  const auto stays_or_moves = [&](size_t i) {
     const Mark& mark = marks[i];
     if (mark.start >= end) return false;
     if (mark.end) return *mark.end > start;
@@ -66,7 +66,7 @@ std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int
   std::vector<Mark> kept;
   for (size_t i = 0; i < marks.size(); ++i) {
     Mark& mark = marks[i];
-    if (!staysOrMoves(i)) {
+    if (!stays_or_moves(i)) {
       left_out.push_back(std::move(mark));
       continue;
     }
@@ -79,7 +79,7 @@ std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int
 
 void dropEmptyRegions(std::vector<Mark>& marks, std::vector<std::string>& warnings) {
   double covered = 0.0;
-  const auto isEmpty = [&](const Mark& mark) {
+  const auto is_empty = [&](const Mark& mark) {
     if (!mark.end) return false;
     if (*mark.end > std::max(mark.start, covered)) {
       covered = *mark.end;
@@ -91,7 +91,7 @@ void dropEmptyRegions(std::vector<Mark>& marks, std::vector<std::string>& warnin
   };
   std::vector<Mark> kept;
   for (Mark& mark : marks) {
-    if (!isEmpty(mark)) kept.push_back(std::move(mark));
+    if (!is_empty(mark)) kept.push_back(std::move(mark));
   }
   marks = std::move(kept);
 }

@@ -21,24 +21,24 @@ constexpr std::chrono::milliseconds kBetweenDrawings{150};
 
 const char* wordFor(Phase phase) {
   switch (phase) {
-    case Phase::preparing:
+    case Phase::kPreparing:
       return "Preparing the disc";
-    case Phase::blanking:
+    case Phase::kBlanking:
       return "Erasing";
-    case Phase::lead_in:
+    case Phase::kLeadIn:
       return "Writing the lead-in";
-    case Phase::writing:
+    case Phase::kWriting:
       return "Burning";
-    case Phase::closing:
+    case Phase::kClosing:
       return "Closing the disc";
-    case Phase::comparing:
+    case Phase::kComparing:
       return "Comparing";
   }
   return "Burning";
 }
 
 bool hasLength(Phase phase) {
-  return phase == Phase::blanking || phase == Phase::writing || phase == Phase::comparing;
+  return phase == Phase::kBlanking || phase == Phase::kWriting || phase == Phase::kComparing;
 }
 
 }  // namespace
@@ -91,11 +91,11 @@ void BurnAttendant::takeBarAway() {
 
 void BurnAttendant::message(Severity severity, const std::string& text) {
   switch (severity) {
-    case Severity::note:
+    case Severity::kNote:
       return say(text);
-    case Severity::warning:
+    case Severity::kWarning:
       return warn(text);
-    case Severity::failure:
+    case Severity::kFailure:
       return fail(text);
   }
 }

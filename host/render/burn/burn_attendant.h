@@ -29,7 +29,7 @@ class BurnAttendant final : public recording::Attendant {
   const bool m_quiet;
   const bool m_draws;
   bool m_drawn = false;
-  recording::Phase m_phase = recording::Phase::preparing;
+  recording::Phase m_phase = recording::Phase::kPreparing;
   std::chrono::steady_clock::time_point m_last_drawing{};
 };
 

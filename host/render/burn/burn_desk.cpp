@@ -3,8 +3,8 @@
 #include <utility>
 #include <vector>
 
+#include "disc/failure.h"
 #include "host/render/burn/drive_list.h"
-#include "host/render/terminal/failure.h"
 #include "host/render/terminal/interrupt.h"
 #include "host/render/terminal/terminal.h"
 #include "host/windowing/win32_numbers.h"
@@ -31,36 +31,36 @@ BurnDesk::BurnDesk(const BurnOptions& options, recording::Service& service,
   m_result.failure = "the module did not open its burn dialog";
 }
 
-void BurnDesk::dialog_opened(windowing::OpenDialog& dialog) {
-  if (dialog.resource_id() != kBurnDialog) return;
+void BurnDesk::dialogOpened(windowing::OpenDialog& dialog) {
+  if (dialog.resourceId() != kBurnDialog) return;
   // First of all: whatever ends the dialog from here on must leave the image where it is.
-  dialog.set_checked(kDelete, false);
-  dialog.set_checked(kEject, m_options.eject);
+  dialog.setChecked(kDelete, false);
+  dialog.setChecked(kEject, m_options.eject);
   m_image_is_there();
   m_result.has_begun = true;
 }
 
-bool BurnDesk::use_dialog(windowing::OpenDialog& dialog) {
-  if (dialog.resource_id() != kBurnDialog) return false;
+bool BurnDesk::useDialog(windowing::OpenDialog& dialog) {
+  if (dialog.resourceId() != kBurnDialog) return false;
   const bool done = burnAll(dialog);
   // The box is for the last moment, and for images whose discs have all been written.
   m_result.image_deleted = done && m_options.delete_image && !m_options.dry_run;
-  dialog.set_checked(kDelete, m_result.image_deleted);
+  dialog.setChecked(kDelete, m_result.image_deleted);
   dialog.close();
   return true;
 }
 
-int BurnDesk::read_message(const windowing::ShownMessage& message) {
+int BurnDesk::readMessage(const windowing::ShownMessage& message) {
   m_attendant.fail(message.caption + ": " + message.text);
   m_result.failure = message.text;
   m_told = true;
-  return windowing::message_box_buttons(message.type).back();
+  return windowing::messageBoxButtons(message.type).back();
 }
 
 bool BurnDesk::burnAll(windowing::OpenDialog& dialog) {
   for (int copy = 1; copy <= m_options.copies; ++copy) {
     // The disc of a copy that is followed by another one has to come out anyway.
-    dialog.set_checked(kEject, m_options.eject || copy < m_options.copies);
+    dialog.setChecked(kEject, m_options.eject || copy < m_options.copies);
     if ((copy > 1 && !nextDiscIsIn(copy)) || !burnOne(dialog, copy)) return false;
   }
   return true;
@@ -102,18 +102,18 @@ void BurnDesk::pickDrive(windowing::OpenDialog& dialog) const {
   if (m_options.drive.empty()) return;
   const std::vector<recording::Drive> drives = m_service.drives();
   const size_t number = chooseDrive(drives, m_options.drive);
-  if (!drives[number].usable) throw RenderError(drives[number].obstacle);
+  if (!drives[number].usable) throw Failure(drives[number].obstacle);
   const auto device = reinterpret_cast<LPARAM>(m_service.DeviceAt(static_cast<int>(number)));
   const auto rows = static_cast<int>(dialog.rows(kDrive).size());
   for (int row = 0; row < rows; ++row) {
-    if (dialog.row_data(kDrive, row) == device) return dialog.pick(kDrive, row);
+    if (dialog.rowData(kDrive, row) == device) return dialog.pick(kDrive, row);
   }
-  throw RenderError("the drive " + driveName(drives[number]) +
-                    " came too late to be in the dialog's list; try again");
+  throw Failure("the drive " + driveName(drives[number]) +
+                " came too late to be in the dialog's list; try again");
 }
 
 void BurnDesk::pressBurn(windowing::OpenDialog& dialog) {
-  const bool has_drive = dialog.selected_row(kDrive) >= 0;
+  const bool has_drive = dialog.selectedRow(kDrive) >= 0;
   dialog.press(IDOK);
   const recording::Outcome& outcome = m_service.outcome();
   if (m_told) {

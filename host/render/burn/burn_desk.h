@@ -32,9 +32,9 @@ class BurnDesk final : public windowing::Person {
   BurnDesk(const BurnOptions& options, recording::Service& service, BurnAttendant& attendant,
            std::function<void()> image_is_there);
 
-  void dialog_opened(windowing::OpenDialog& dialog) override;
-  bool use_dialog(windowing::OpenDialog& dialog) override;
-  int read_message(const windowing::ShownMessage& message) override;
+  void dialogOpened(windowing::OpenDialog& dialog) override;
+  bool useDialog(windowing::OpenDialog& dialog) override;
+  int readMessage(const windowing::ShownMessage& message) override;
 
   const BurnResult& result() const { return m_result; }
 

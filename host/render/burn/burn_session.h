@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "disc/failure.h"
 #include "host/render/burn/burn_attendant.h"
 #include "host/render/burn/burn_desk.h"
 #include "host/render/burn/recording_room.h"
@@ -16,7 +17,7 @@ namespace velmor::render {
 class BurnSession {
  public:
   /// `sheet`: where CD-TEXT is taken from. `image_is_there`: as for `BurnDesk`. Throws
-  /// `RenderError` when nothing can be burned on this machine or the drive asked for is not there;
+  /// `Failure` when nothing can be burned on this machine or the drive asked for is not there;
   /// one that is only not to be had now is warned of.
   BurnSession(const Options& options, const std::string& sheet,
               std::function<void()> image_is_there);

@@ -9,8 +9,8 @@
 #include <optional>
 
 #include "disc/disc_time.h"
+#include "disc/failure.h"
 #include "host/render/output/report.h"
-#include "host/render/terminal/failure.h"
 
 namespace velmor::render {
 
@@ -60,20 +60,20 @@ Json driveJson(recording::Service& service, const Drive& drive, size_t number) {
 size_t chooseDrive(const std::vector<Drive>& drives, const std::string& wanted) {
   if (const auto number = asNumber(wanted)) {
     if (*number < drives.size()) return *number;
-    throw RenderError("there is no drive " + wanted + ": " +
-                      (drives.empty() ? "none was found"
-                                      : counted(static_cast<int64_t>(drives.size()), "drive") +
-                                            " found, counting from 0") +
-                      kLookAtTheList);
+    throw Failure("there is no drive " + wanted + ": " +
+                  (drives.empty() ? "none was found"
+                                  : counted(static_cast<int64_t>(drives.size()), "drive") +
+                                        " found, counting from 0") +
+                  kLookAtTheList);
   }
   std::vector<size_t> named;
   for (size_t i = 0; i < drives.size(); ++i) {
     if (isNamed(drives[i], wanted)) named.push_back(i);
   }
   if (named.size() == 1) return named.front();
-  if (named.empty()) throw RenderError("there is no drive \"" + wanted + '"' + kLookAtTheList);
-  throw RenderError("\"" + wanted + "\" may be " + numberAndName(drives, named[0]) + " or " +
-                    numberAndName(drives, named[1]) + "; give the number with --drive");
+  if (named.empty()) throw Failure("there is no drive \"" + wanted + '"' + kLookAtTheList);
+  throw Failure("\"" + wanted + "\" may be " + numberAndName(drives, named[0]) + " or " +
+                numberAndName(drives, named[1]) + "; give the number with --drive");
 }
 
 std::string driveName(const Drive& drive) {

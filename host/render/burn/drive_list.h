@@ -5,12 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "disc/failure.h"
 #include "host/recording/recording_library.h"
 
 namespace velmor::render {
 
 /// The drive that `wanted` names: its number in the list, its device file, or a part of its name in
-/// letters of either case. Throws `RenderError` when that is none or more than one.
+/// letters of either case. Throws `Failure` when that is none or more than one.
 size_t chooseDrive(const std::vector<recording::Drive>& drives, const std::string& wanted);
 
 /// "ACME BURNER ONE (/dev/sr0)".

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string>
 
+#include "disc/failure.h"
 #include "host/recording/recording_loader.h"
-#include "host/render/terminal/failure.h"
 
 namespace velmor::render {
 
@@ -18,7 +18,7 @@ RecordingRoom::RecordingRoom(const recording::Options& options) {
   const std::string folder = std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
   std::string why;
   m_service = recording::loadRecording(folder, options, why);
-  if (!m_service) throw RenderError(why);
+  if (!m_service) throw Failure(why);
   g_service = m_service;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "abi/disc_recording.h"
+#include "disc/failure.h"
 #include "host/recording/recording_library.h"
 
 namespace velmor::render {
@@ -11,7 +12,7 @@ namespace velmor::render {
 /// lives. One at a time.
 class RecordingRoom {
  public:
-  /// Throws `RenderError` when the library or what it stands on is missing.
+  /// Throws `Failure` when the library or what it stands on is missing.
   explicit RecordingRoom(const recording::Options& options);
   ~RecordingRoom();
   RecordingRoom(const RecordingRoom&) = delete;

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "disc/failure.h"
 #include "host/render/input/formats/plain_pcm.h"
 #include "host/render/input/formats/source_format.h"
 #include "host/render/input/marks/embedded_marks.h"
@@ -60,26 +61,26 @@ class SourceBlocks {
       : m_sound(std::move(sound)),
         m_path(std::move(path)),
         m_channels(static_cast<size_t>(m_sound->info().channels)),
-        m_blockFrames(std::clamp<size_t>(kBlockSamples / m_channels, 1, kBlockFrames)),
-        m_plainBytes(plainSampleBytes(m_sound->info().format)),
-        m_frameBytes(m_plainBytes * m_channels),
-        m_bytes(m_plainBytes ? m_blockFrames * m_frameBytes + sizeof(uint32_t) : 0),
-        m_samples(m_plainBytes ? 0 : m_blockFrames * m_channels) {}
+        m_block_frames(std::clamp<size_t>(kBlockSamples / m_channels, 1, kBlockFrames)),
+        m_plain_bytes(plainSampleBytes(m_sound->info().format)),
+        m_frame_bytes(m_plain_bytes * m_channels),
+        m_bytes(m_plain_bytes ? m_block_frames * m_frame_bytes + sizeof(uint32_t) : 0),
+        m_samples(m_plain_bytes ? 0 : m_block_frames * m_channels) {}
 
   bool mono() const { return m_channels == 1; }
   /// Frames that wait for `copy`; loads the next block when there are none. 0 at the end. Throws
-  /// `InputError` when the file ends before the length it states.
+  /// `Failure` when the file ends before the length it states.
   size_t available() {
     if (m_used == m_filled && m_position < m_sound->info().frames) load();
     return m_filled - m_used;
   }
   /// At most `available()` frames. `right` may be null in a mono file.
   void copy(double* left, double* right, size_t frames) {
-    if (m_plainBytes) {
-      const std::byte* bytes = m_bytes.data() + m_used * m_frameBytes;
-      decodePlainSamples(bytes, m_plainBytes, m_frameBytes, left, frames);
+    if (m_plain_bytes) {
+      const std::byte* bytes = m_bytes.data() + m_used * m_frame_bytes;
+      decodePlainSamples(bytes, m_plain_bytes, m_frame_bytes, left, frames);
       if (!mono()) {
-        decodePlainSamples(bytes + m_plainBytes, m_plainBytes, m_frameBytes, right, frames);
+        decodePlainSamples(bytes + m_plain_bytes, m_plain_bytes, m_frame_bytes, right, frames);
       }
       m_used += frames;
       return;
@@ -99,7 +100,7 @@ class SourceBlocks {
  private:
   void load() {
     m_used = m_filled = 0;
-    const auto wanted = static_cast<sf_count_t>(m_blockFrames);
+    const auto wanted = static_cast<sf_count_t>(m_block_frames);
     const sf_count_t got = readBlock(wanted);
     const sf_count_t due = std::min<sf_count_t>(wanted, m_sound->info().frames - m_position);
     if (got < due || sf_error(m_sound->handle()) != SF_ERR_NO_ERROR)
@@ -109,23 +110,23 @@ class SourceBlocks {
   }
   /// Frames read, fewer than wanted at the end.
   sf_count_t readBlock(sf_count_t wanted) {
-    if (!m_plainBytes) return sf_readf_double(m_sound->handle(), m_samples.data(), wanted);
-    const auto width = static_cast<sf_count_t>(m_frameBytes);
+    if (!m_plain_bytes) return sf_readf_double(m_sound->handle(), m_samples.data(), wanted);
+    const auto width = static_cast<sf_count_t>(m_frame_bytes);
     return sf_read_raw(m_sound->handle(), m_bytes.data(), wanted * width) / width;
   }
   [[noreturn]] void breakOff(sf_count_t got) const {
     const int rate = m_sound->info().samplerate;
-    throw InputError("'" + m_path + "' breaks off or is damaged at " +
-                     minutesOf(m_position + got, rate) + " of " +
-                     minutesOf(m_sound->info().frames, rate) + "; copy or export it again");
+    throw Failure("'" + m_path + "' breaks off or is damaged at " +
+                  minutesOf(m_position + got, rate) + " of " +
+                  minutesOf(m_sound->info().frames, rate) + "; copy or export it again");
   }
 
   std::unique_ptr<SoundFile> m_sound;
   std::string m_path;
   size_t m_channels;
-  size_t m_blockFrames;
-  size_t m_plainBytes;             ///< of a sample; 0: the decoder is needed
-  size_t m_frameBytes;             ///< 0 likewise
+  size_t m_block_frames;
+  size_t m_plain_bytes;            ///< of a sample; 0: the decoder is needed
+  size_t m_frame_bytes;            ///< 0 likewise
   std::vector<std::byte> m_bytes;  ///< frames as they lie in a plain file
   std::vector<double> m_samples;   ///< interleaved, from the decoder
   size_t m_used = 0, m_filled = 0;
@@ -236,19 +237,19 @@ class DitheredInput : public AudioInput {
   const InputInfo& info() const override { return m_source->info(); }
   size_t read(double* left, double* right, size_t frames) override {
     const size_t done = m_source->read(left, right, frames);
-    m_leftDither.add(left, done);
+    m_left_dither.add(left, done);
     if (info().channels == 1) {
       std::copy_n(left, done, right);
     } else {
-      m_rightDither.add(right, done);
+      m_right_dither.add(right, done);
     }
     return done;
   }
 
  private:
   std::unique_ptr<AudioInput> m_source;
-  TpdfDither m_leftDither{1};
-  TpdfDither m_rightDither{0x5851f42d4c957f2dU};
+  TpdfDither m_left_dither{1};
+  TpdfDither m_right_dither{0x5851f42d4c957f2dU};
 };
 
 }  // namespace
@@ -257,7 +258,7 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
   auto sound = std::make_unique<SoundFile>(path);
   InputInfo info = describe(path, *sound);
   if (info.frames == 0) {
-    throw InputError("'" + path + "' is shorter than one frame at 44100 Hz; leave it out");
+    throw Failure("'" + path + "' is shorter than one frame at 44100 Hz; leave it out");
   }
   const bool resampled = info.rate != kDiscRate;
   const bool exact = !resampled && info.bits > 0 && info.bits <= kDiscBits;
@@ -267,14 +268,14 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
   } else {
     try {
       input = std::make_unique<ResampledInput>(std::move(info), std::move(sound));
-    } catch (const InputError&) {
+    } catch (const Failure&) {
       throw;
     } catch (const std::runtime_error& error) {
-      throw InputError("'" + path + "' cannot be brought to 44100 Hz (" + error.what() +
-                       "); convert it first");
+      throw Failure("'" + path + "' cannot be brought to 44100 Hz (" + error.what() +
+                    "); convert it first");
     }
   }
-  if (dither == Dither::tpdf && !exact) input = std::make_unique<DitheredInput>(std::move(input));
+  if (dither == Dither::kTpdf && !exact) input = std::make_unique<DitheredInput>(std::move(input));
   return input;
 }
 

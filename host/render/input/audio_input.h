@@ -6,18 +6,14 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "disc/failure.h"
 
 namespace velmor::render {
 
 inline constexpr int kDiscRate = 44100;  ///< Hz
-
-/// What cannot be read, as one sentence that says what, where and what to do.
-class InputError : public std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
 
 /// A marker, or a region when it has an end. Seconds from the start of what it belongs to.
 struct Mark {
@@ -34,7 +30,7 @@ struct Tags {
   std::string title, artist, album, songwriter, isrc;
 };
 
-enum class Dither { none, tpdf };
+enum class Dither { kNone, kTpdf };
 
 struct InputInfo {
   std::string path;
@@ -50,7 +46,7 @@ struct InputInfo {
 /// Reads one file from start to end with memory that does not grow with its length. One thread.
 class AudioInput {
  public:
-  /// Opens `path`; throws `InputError`.
+  /// Opens `path`; throws `Failure`.
   static std::unique_ptr<AudioInput> open(const std::string& path, Dither dither);
 
   virtual ~AudioInput() = default;
@@ -59,7 +55,7 @@ class AudioInput {
 
   virtual const InputInfo& info() const = 0;
   /// Fills up to `frames` frames of both channels, full scale 1.0; fewer only at the end, 0 there.
-  /// A source of at most 16 bits at the disc's rate keeps its very samples. Throws `InputError`
+  /// A source of at most 16 bits at the disc's rate keeps its very samples. Throws `Failure`
   /// when the file breaks off.
   virtual size_t read(double* left, double* right, size_t frames) = 0;
 

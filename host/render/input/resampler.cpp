@@ -30,18 +30,18 @@ Resampler::Resampler(int rate, unsigned channels) {
   if (!m_soxr) throw std::runtime_error("the resampler cannot be set up");
 }
 
-Resampler::Step Resampler::process(const double* const* in, size_t inFrames, double* const* out,
-                                   size_t outFrames) {
+Resampler::Step Resampler::process(const double* const* in, size_t in_frames, double* const* out,
+                                   size_t out_frames) {
   Step step;
-  check(soxr_process(m_soxr.get(), in, inFrames, &step.taken, const_cast<double**>(out), outFrames,
-                     &step.made));
+  check(soxr_process(m_soxr.get(), in, in_frames, &step.taken, const_cast<double**>(out),
+                     out_frames, &step.made));
   return step;
 }
 
-size_t Resampler::drain(double* const* out, size_t outFrames) {
+size_t Resampler::drain(double* const* out, size_t out_frames) {
   size_t made = 0;
-  check(
-      soxr_process(m_soxr.get(), nullptr, 0, nullptr, const_cast<double**>(out), outFrames, &made));
+  check(soxr_process(m_soxr.get(), nullptr, 0, nullptr, const_cast<double**>(out), out_frames,
+                     &made));
   return made;
 }
 

@@ -26,9 +26,9 @@ class Resampler {
     size_t made = 0;   ///< output frames written
   };
   /// `in` and `out` hold one pointer per channel. Throws `std::runtime_error`.
-  Step process(const double* const* in, size_t inFrames, double* const* out, size_t outFrames);
+  Step process(const double* const* in, size_t in_frames, double* const* out, size_t out_frames);
   /// The input has ended: more of what is still inside; 0 when that is all.
-  size_t drain(double* const* out, size_t outFrames);
+  size_t drain(double* const* out, size_t out_frames);
 
  private:
   struct Delete {

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "disc/failure.h"
 #include "host/render/input/audio_input.h"
 #include "host/render/input/formats/stated_length.h"
 #include "host/render/input/text_encoding.h"
@@ -63,7 +64,7 @@ int64_t countFrames(SNDFILE* handle, int channels) {
 }
 
 [[noreturn]] void refuse(const std::string& path, const std::string& reason) {
-  throw InputError("'" + path + "' " + reason);
+  throw Failure("'" + path + "' " + reason);
 }
 
 }  // namespace
@@ -92,11 +93,11 @@ void SoundFile::open(const std::string& path) {
   m_file = std::make_unique<ReadableFile>(path);
   if (m_file->size() == 0) refuse(path, "is empty; export the audio again");
   switch (extentOf(m_file->bytes())) {
-    case Extent::whole:
+    case Extent::kWhole:
       break;
-    case Extent::breaksOff:
+    case Extent::kBreaksOff:
       refuse(path, "breaks off before the end of its audio; copy or export it again");
-    case Extent::severalStreams:
+    case Extent::kSeveralStreams:
       refuse(path,
              "holds several Ogg streams one after the other, of which only the first can be read; "
              "convert it to WAV or FLAC");

@@ -6,13 +6,14 @@
 #include <memory>
 #include <string>
 
+#include "disc/failure.h"
 #include "host/render/input/formats/readable_file.h"
 
 namespace velmor::render {
 
 class SoundFile {
  public:
-  /// Throws `InputError` when `path` is no readable audio file, holds no audio or breaks off before
+  /// Throws `Failure` when `path` is no readable audio file, holds no audio or breaks off before
   /// what its header states.
   explicit SoundFile(const std::string& path);
 

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "disc/failure.h"
 #include "host/render/album/host_project.h"
-#include "host/render/terminal/failure.h"
 
 namespace velmor::render {
 
@@ -40,13 +40,13 @@ ModuleLibrary::ModuleLibrary(const std::string& path) {
   m_handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!m_handle) {
     const char* const why = dlerror();
-    throw RenderError("the module cannot be loaded: " + std::string(why ? why : path) +
-                      "; give its place with --module");
+    throw Failure("the module cannot be loaded: " + std::string(why ? why : path) +
+                  "; give its place with --module");
   }
   m_entry = reinterpret_cast<VelmorPluginEntryFn>(dlsym(m_handle, "VelmorPluginEntry"));
   if (!m_entry) {
     dlclose(m_handle);
-    throw RenderError("\"" + path + "\" is no module of this kind: it has no VelmorPluginEntry");
+    throw Failure("\"" + path + "\" is no module of this kind: it has no VelmorPluginEntry");
   }
   g_registered = nullptr;
   const int asked_before = hostFunctionsAskedFor();
@@ -56,8 +56,8 @@ ModuleLibrary::ModuleLibrary(const std::string& path) {
   if (bound && m_sink) return;
   m_entry(m_handle, nullptr);
   dlclose(m_handle);
-  if (!bound) throw RenderError(whyRefused(path, hostFunctionsAskedFor() - asked_before));
-  throw RenderError("the module \"" + path + "\" starts but registers no render format");
+  if (!bound) throw Failure(whyRefused(path, hostFunctionsAskedFor() - asked_before));
+  throw Failure("the module \"" + path + "\" starts but registers no render format");
 }
 
 ModuleLibrary::~ModuleLibrary() {

@@ -6,13 +6,14 @@
 
 #include "abi/host_functions.h"
 #include "abi/sink_registration.h"
+#include "disc/failure.h"
 
 namespace velmor::render {
 
 /// Lives from load to unload. One at a time: the interface has no place for more.
 class ModuleLibrary {
  public:
-  /// Loads the module at `path` and has it register its sink; throws `RenderError` when it will
+  /// Loads the module at `path` and has it register its sink; throws `Failure` when it will
   /// not.
   explicit ModuleLibrary(const std::string& path);
   /// Tells the module of the end with a null record and unloads it.

@@ -5,7 +5,7 @@
 #include <span>
 #include <utility>
 
-#include "host/render/terminal/failure.h"
+#include "disc/failure.h"
 #include "host/render/terminal/interrupt.h"
 
 namespace velmor::render {
@@ -28,7 +28,7 @@ void skip(AudioInput& input, int64_t frames) {
     stopIfInterrupted();
     const size_t wanted = std::min(kPieceFrames, static_cast<size_t>(frames));
     const size_t got = input.read(left.data(), right.data(), wanted);
-    if (got == 0) throw RenderError("\"" + input.info().path + "\" ends before its stated length");
+    if (got == 0) throw Failure("\"" + input.info().path + "\" ends before its stated length");
     frames -= static_cast<int64_t>(got);
   }
 }
@@ -135,8 +135,8 @@ void ReadAhead::readAll() {
     if (end <= at) continue;
     const std::unique_ptr<AudioInput> input = AudioInput::open(place.info.path, m_dither);
     if (input->info().frames != place.info.frames) {
-      throw RenderError("\"" + place.info.path +
-                        "\" has changed while it was being rendered; start again");
+      throw Failure("\"" + place.info.path +
+                    "\" has changed while it was being rendered; start again");
     }
     skip(*input, at - place.start);
     while (at < end) {
@@ -144,7 +144,7 @@ void ReadAhead::readAll() {
       const size_t got =
           input->read(piece.left.data() + filled, piece.right.data() + filled, wanted);
       if (got == 0) {
-        throw RenderError("\"" + place.info.path + "\" ends before its stated length");
+        throw Failure("\"" + place.info.path + "\" ends before its stated length");
       }
       filled += got;
       at += static_cast<int64_t>(got);

@@ -7,10 +7,10 @@
 #include <optional>
 
 #include "disc/disc_time.h"
+#include "disc/failure.h"
 #include "host/render/album/host_project.h"
 #include "host/render/module/read_ahead.h"
 #include "host/render/module/write_failure.h"
-#include "host/render/terminal/failure.h"
 #include "host/render/terminal/interrupt.h"
 #include "host/render/terminal/progress.h"
 
@@ -22,15 +22,14 @@ std::unique_ptr<PCM_sink> makeSink(const SinkRegistration& module, SinkConfig co
                                    const std::string& sheet_path) {
   const char* const extension = module.GetExtension(&config, sizeof(config));
   if (!extension || std::string(extension) != "cue") {
-    throw RenderError(
+    throw Failure(
         "the module does not take this program's settings; use the module that came with it");
   }
   std::unique_ptr<PCM_sink> sink(
       module.CreateSink(sheet_path.c_str(), &config, sizeof(config), 2, kFramesPerSecond, false));
   if (!sink) {
-    throw RenderError(
-        "the module cannot create \"" + sheet_path +
-        "\" and the image beside it; look at the folder's permissions and free space");
+    throw Failure("the module cannot create \"" + sheet_path +
+                  "\" and the image beside it; look at the folder's permissions and free space");
   }
   return sink;
 }
@@ -43,9 +42,9 @@ void checkFormat(PCM_sink& sink) {
   const bool told = sink.Extended(kSinkQueryFormat, &rate, &channels, nullptr) &&
                     sink.Extended(kSinkQueryBitDepth, &bits, nullptr, nullptr);
   if (told && rate == kDiscRate && channels == 2 && bits == 16) return;
-  throw RenderError("the module wants " + std::to_string(rate) + " Hz, " +
-                    counted(channels, "channel") + " and " + counted(bits, "bit") +
-                    ", but this program delivers 44100 Hz, 2 channels and 16 bits");
+  throw Failure("the module wants " + std::to_string(rate) + " Hz, " +
+                counted(channels, "channel") + " and " + counted(bits, "bit") +
+                ", but this program delivers 44100 Hz, 2 channels and 16 bits");
 }
 
 void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, const std::string& image_path,

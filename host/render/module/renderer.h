@@ -5,10 +5,12 @@
 #include <string>
 
 #include "abi/sink_registration.h"
+#include "disc/failure.h"
 #include "host/render/album/album.h"
 #include "host/render/module/clipping.h"
 #include "host/render/options/options.h"
 #include "host/render/plan/track_plan.h"
+#include "host/render/terminal/interrupt.h"
 
 namespace velmor::render {
 
@@ -19,7 +21,7 @@ struct RenderOutcome {
 };
 
 /// Streams `album`, as `plan` lays it out, to a sink of the module that writes `sheet_path` and the
-/// image beside it, and finishes it. Throws `RenderError`, `InputError` or `Interrupted`; the sink
+/// image beside it, and finishes it. Throws `Failure`, `Failure` or `Interrupted`; the sink
 /// is gone then as well.
 RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& config,
                           const Album& album, const TrackPlan& plan, const Options& options,

@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
+#include "disc/failure.h"
 #include "host/render/album/host_project.h"
-#include "host/render/terminal/failure.h"
 
 namespace velmor::render {
 
@@ -23,14 +23,14 @@ void stopOnWriteFailure(const std::string& path) {
   const auto failure = writeFailure();
   if (!failure) return;
   if (const auto limit = fileSizeLimitMet(path)) {
-    throw RenderError("the image could not be written: " + *limit);
+    throw Failure("the image could not be written: " + *limit);
   }
   if (*failure == kDiskOutOfSpace) {
-    throw RenderError(
+    throw Failure(
         "the disk is full: the image could not be written; free some space (a minute "
         "takes 10.6 MB), or choose another place with -o");
   }
-  throw RenderError(
+  throw Failure(
       "the image could not be written: the system reports a write error on the disk of "
       "the output folder");
 }

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/render/terminal/failure.h"
+#include "host/render/terminal/usage_error.h"
 
 namespace velmor::render {
 

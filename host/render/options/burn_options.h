@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "host/render/terminal/usage_error.h"
+
 namespace CLI {
 class App;
 }

@@ -9,9 +9,10 @@
 
 #include "disc/codes.h"
 #include "disc/disc_time.h"
+#include "disc/failure.h"
 #include "host/render/album/host_project.h"
 #include "host/render/input/marks/mark_parsing.h"
-#include "host/render/terminal/failure.h"
+#include "host/render/terminal/usage_error.h"
 
 namespace velmor::render {
 
@@ -175,7 +176,7 @@ void readRaw(const RawOptions& raw, Options& options) {
   options.track_mode = raw.track_mode == "regions" ? kTracksFromRegions
                        : raw.track_mode == "one"   ? kOneTrack
                                                    : kTracksFromMarkers;
-  options.dither = raw.dither == "tpdf" ? Dither::tpdf : Dither::none;
+  options.dither = raw.dither == "tpdf" ? Dither::kTpdf : Dither::kNone;
   options.embedded_markers = !raw.no_embedded_markers;
   readIsrcs(raw, options);
   for (const std::string& text : raw.metas) {
@@ -218,7 +219,7 @@ CommandLine parseCommandLine(int argc, char** argv) {
     line.wrong_usage = std::string(error.what()) + "; --help lists the options";
   } catch (const UsageError& error) {
     line.wrong_usage = error.what();
-  } catch (const InputError& error) {  // a time, marker or region that is none
+  } catch (const Failure& error) {  // a time, marker or region that is none
     line.wrong_usage = error.what();
   }
   // The parser sets nothing when it fails, but a failure is told in JSON too.

@@ -36,7 +36,7 @@ struct Options {
   bool embedded_markers = true;
 
   std::optional<double> start, end;  ///< timeline seconds
-  Dither dither = Dither::none;
+  Dither dither = Dither::kNone;
   int block = 1024;  ///< frames
 
   std::string module;  ///< path; empty: beside the program

@@ -21,14 +21,14 @@ bool takeField(const std::string& line, const std::string& key, std::string& val
 }  // namespace
 
 CueText readCueText(const std::string& path) {
-  static const std::regex track_line("  TRACK [0-9]{2,} AUDIO\r");
-  static const std::regex index_line("    INDEX 01 [0-9]{2,}:[0-9]{2}:[0-9]{2}\r");
+  static const std::regex kTrackLine("  TRACK [0-9]{2,} AUDIO\r");
+  static const std::regex kIndexLine("    INDEX 01 [0-9]{2,}:[0-9]{2}:[0-9]{2}\r");
   std::ifstream file(path, std::ios::binary);
   CueText sheet;
   std::string line;
   while (std::getline(file, line)) {
     sheet.complete = false;
-    if (std::regex_match(line, track_line)) {
+    if (std::regex_match(line, kTrackLine)) {
       sheet.tracks.emplace_back();
     } else if (!sheet.tracks.empty()) {
       CueTextTrack& track = sheet.tracks.back();
@@ -36,7 +36,7 @@ CueText readCueText(const std::string& path) {
           takeField(line, "SONGWRITER", track.songwriter) || takeField(line, "ISRC", track.isrc)) {
         continue;
       }
-      sheet.complete = !file.eof() && std::regex_match(line, index_line);
+      sheet.complete = !file.eof() && std::regex_match(line, kIndexLine);
     }
   }
   return sheet;

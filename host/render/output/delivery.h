@@ -5,6 +5,7 @@
 #include <functional>
 #include <utility>
 
+#include "disc/failure.h"
 #include "host/render/module/renderer.h"
 #include "host/render/output/finished_files.h"
 #include "host/render/output/output_pair.h"
@@ -25,7 +26,7 @@ class Delivery {
   Delivery(const Delivery&) = delete;
   Delivery& operator=(const Delivery&) = delete;
 
-  /// When the burn dialog has opened. Throws `RenderError` when the files are not whole, or cannot
+  /// When the burn dialog has opened. Throws `Failure` when the files are not whole, or cannot
   /// be put into their place.
   void beforeBurn();
   /// At the end. Throws as `beforeBurn` does.

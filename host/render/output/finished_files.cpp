@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "disc/disc_time.h"
+#include "disc/failure.h"
 #include "host/render/module/write_failure.h"
-#include "host/render/terminal/failure.h"
 
 namespace velmor::render {
 
@@ -13,14 +13,14 @@ namespace {
 void checkImage(const std::string& path, uint64_t bytes, const TrackPlan& plan,
                 int64_t counted_frames) {
   if (counted_frames != plan.counted_frames) {
-    throw RenderError("the module has written " + counted(counted_frames, "frame") + " where " +
-                      std::to_string(plan.counted_frames) +
-                      " belong on the disc; use the module that came with this program");
+    throw Failure("the module has written " + counted(counted_frames, "frame") + " where " +
+                  std::to_string(plan.counted_frames) +
+                  " belong on the disc; use the module that came with this program");
   }
   if (bytes != static_cast<uint64_t>(plan.image_frames) * kBytesPerFrame) {
-    throw RenderError("the image is not complete: " +
-                      fileSizeLimitMet(path).value_or("its last write did not reach the disk; free "
-                                                      "some space on it and render again"));
+    throw Failure("the image is not complete: " +
+                  fileSizeLimitMet(path).value_or("its last write did not reach the disk; free "
+                                                  "some space on it and render again"));
   }
 }
 
@@ -33,7 +33,7 @@ FinishedFiles readFinishedFiles(const std::string& sheet_path, const std::string
   checkImage(image_path, files.image_bytes, plan, counted_frames);
   files.sheet = readCueText(sheet_path);
   if (!files.sheet.complete || files.sheet.tracks.size() != plan.tracks.size()) {
-    throw RenderError(
+    throw Failure(
         "the cue sheet is not complete: its last write did not reach the disk; free "
         "some space on it and render again");
   }

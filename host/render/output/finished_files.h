@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "disc/failure.h"
 #include "host/render/output/cue_text.h"
 #include "host/render/plan/track_plan.h"
 
@@ -15,7 +16,7 @@ struct FinishedFiles {
   uint64_t image_bytes = 0;
 };
 
-/// Looks at the finished files. Throws `RenderError` unless they are whole: an image of exactly the
+/// Looks at the finished files. Throws `Failure` unless they are whole: an image of exactly the
 /// planned length, which is also what the sink has counted (a last write that failed is reported
 /// nowhere else), and a sheet of all tracks to its last line. `counted_frames`: the sink's length.
 FinishedFiles readFinishedFiles(const std::string& sheet_path, const std::string& image_path,

@@ -12,7 +12,7 @@
 #include <system_error>
 #include <utility>
 
-#include "host/render/terminal/failure.h"
+#include "disc/failure.h"
 
 namespace velmor::render {
 
@@ -50,9 +50,9 @@ bool sameFile(const fs::path& a, const fs::path& b) {
   return fs::equivalent(a, b, error) && !error;
 }
 
-RenderError cannotPlace(const fs::path& target, const std::error_code& error) {
-  return RenderError("the finished disc cannot be put in its place, " + inQuotes(target) + ": " +
-                     error.message());
+Failure cannotPlace(const fs::path& target, const std::error_code& error) {
+  return Failure("the finished disc cannot be put in its place, " + inQuotes(target) + ": " +
+                 error.message());
 }
 
 /// A file put into its place, with a way back. The old file keeps a second name meanwhile, so that
@@ -122,8 +122,8 @@ OutputPair::OutputPair(const std::string& output, bool force,
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::string pattern = (parent / ".velmor-render-XXXXXX").string();
   if (!mkdtemp(pattern.data())) {
-    throw RenderError("nothing can be written to the folder " + inQuotes(parent) + ": " +
-                      std::string(strerror(errno)) + "; choose another with -o");
+    throw Failure("nothing can be written to the folder " + inQuotes(parent) + ": " +
+                  std::string(strerror(errno)) + "; choose another with -o");
   }
   m_folder = pattern;
 }
@@ -138,15 +138,15 @@ void OutputPair::checkName() const {
   for (const char c : name) {
     const bool control = static_cast<unsigned char>(c) < 0x20;
     if (c != '"' && c != '\\' && !control) continue;
-    throw RenderError(std::string("the output's name holds a ") +
-                      (control    ? "line break or control character"
-                       : c == '"' ? "\""
-                                  : "backslash") +
-                      ", which a cue sheet cannot hold; choose another with -o");
+    throw Failure(std::string("the output's name holds a ") +
+                  (control    ? "line break or control character"
+                   : c == '"' ? "\""
+                              : "backslash") +
+                  ", which a cue sheet cannot hold; choose another with -o");
   }
   if (name.size() <= 4 || name.size() > kLongestName) {
-    throw RenderError("the output " + inQuotes(m_sheet) +
-                      " has no usable file name; give one like album.cue with -o");
+    throw Failure("the output " + inQuotes(m_sheet) +
+                  " has no usable file name; give one like album.cue with -o");
   }
 }
 
@@ -160,14 +160,14 @@ void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::error_code error;
   if (!fs::is_directory(parent, error)) {
-    throw RenderError("there is no folder " + inQuotes(parent) +
-                      " to write to; make it, or choose another with -o");
+    throw Failure("there is no folder " + inQuotes(parent) +
+                  " to write to; make it, or choose another with -o");
   }
   for (const fs::path& target : targets()) {
     for (const std::string& input : inputs) {
       if (sameFile(target, input)) {
-        throw RenderError("the output " + inQuotes(target) +
-                          " is one of the inputs and would be overwritten; choose another with -o");
+        throw Failure("the output " + inQuotes(target) +
+                      " is one of the inputs and would be overwritten; choose another with -o");
       }
     }
   }
@@ -179,19 +179,19 @@ void OutputPair::checkOld() const {
     std::error_code error;
     if (!fs::exists(fs::symlink_status(target, error))) continue;
     if (fs::is_directory(target, error)) {
-      throw RenderError("the output " + inQuotes(target) + " is a folder; choose another with -o");
+      throw Failure("the output " + inQuotes(target) + " is a folder; choose another with -o");
     }
     if (fs::is_other(target, error)) {
-      throw RenderError("the output " + inQuotes(target) +
-                        " is no regular file; choose another with -o");
+      throw Failure("the output " + inQuotes(target) +
+                    " is no regular file; choose another with -o");
     }
     if (!m_force) {
-      throw RenderError(inQuotes(target) +
-                        " exists already; --force replaces it, -o chooses another place");
+      throw Failure(inQuotes(target) +
+                    " exists already; --force replaces it, -o chooses another place");
     }
     if (isHeld(target)) {
-      throw RenderError(inQuotes(target) +
-                        " is in use by another program; wait for it, or choose another with -o");
+      throw Failure(inQuotes(target) +
+                    " is in use by another program; wait for it, or choose another with -o");
     }
   }
 }
@@ -223,11 +223,11 @@ void OutputPair::commit() {
     for (const auto& [made, target] : files) {
       placed.emplace_back(made, target, old_folder / target.filename(), m_force);
     }
-  } catch (const RenderError& failure) {
+  } catch (const Failure& failure) {
     if (takeBack(placed)) throw;
     const fs::path kept = std::exchange(m_folder, fs::path());
-    throw RenderError(std::string(failure.what()) + "; the old files are kept in " +
-                      inQuotes(kept / "replaced"));
+    throw Failure(std::string(failure.what()) + "; the old files are kept in " +
+                  inQuotes(kept / "replaced"));
   }
   if (!m_portable.empty() && !has_portable) fs::remove(m_portable, error);
 }

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "disc/failure.h"
+
 namespace velmor::render {
 
 /// The two files of a render, and the portable sheet when one is wanted. Until `commit` they lie in
@@ -12,7 +14,7 @@ namespace velmor::render {
 /// half-written is ever seen and an old pair stays whole.
 class OutputPair {
  public:
-  /// `output`: what the person named, with or without ".cue". Throws `RenderError` when the pair
+  /// `output`: what the person named, with or without ".cue". Throws `Failure` when the pair
   /// cannot go there: a missing or read-only folder, a name that a sheet cannot hold, an input in
   /// the way, an existing pair without `force`, or one that another program holds. With `portable`
   /// the same is true of a third file, the portable sheet.
@@ -36,7 +38,7 @@ class OutputPair {
   std::string olderPortableSheet() const;
 
   /// Puts the pair into its place, and the portable sheet if it was made; an older one goes in any
-  /// case, since its image does. Throws `RenderError`, with everything as it was, when that fails,
+  /// case, since its image does. Throws `Failure`, with everything as it was, when that fails,
   /// or when a file has come there meanwhile that may not be replaced.
   void commit();
   /// The same for files that go on being used under their working names, as a burn does: those stay

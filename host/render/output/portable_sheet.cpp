@@ -10,8 +10,8 @@
 #include "check/portable/whole_file.h"
 #include "check/report/report_text.h"
 #include "disc/disc_time.h"
+#include "disc/failure.h"
 #include "host/render/options/options.h"
-#include "host/render/terminal/failure.h"
 #include "host/render/terminal/interrupt.h"
 #include "host/render/terminal/progress.h"
 
@@ -20,29 +20,29 @@ namespace velmor::render {
 namespace {
 
 /// The checker on a sheet at its working place, told of by the name that it will have.
-cdcheck::Report checkSheet(const std::string& working, const std::string& final_path,
-                           int64_t frames, bool show_progress) {
+check::Report checkSheet(const std::string& working, const std::string& final_path, int64_t frames,
+                         bool show_progress) {
   Progress progress("Checking", frames, show_progress);
-  cdcheck::CheckOptions options;
+  check::CheckOptions options;
   options.progress = [&progress](int64_t done, int64_t) {
     progress.show(done / kBytesPerFrame);
     stopIfInterrupted();
   };
-  cdcheck::Report report = cdcheck::check(working, options);
+  check::Report report = check::check(working, options);
   report.sheet = final_path;
   return report;
 }
 
-cdcheck::ExactStarts startsOf(const TrackPlan& plan) {
-  cdcheck::ExactStarts starts;
+check::ExactStarts startsOf(const TrackPlan& plan) {
+  check::ExactStarts starts;
   for (const PlannedTrack& track : plan.tracks) starts.push_back(track.start_frame);
   return starts;
 }
 
-nlohmann::ordered_json reportJson(const cdcheck::Report& report,
+nlohmann::ordered_json reportJson(const check::Report& report,
                                   const std::vector<std::string>& changes) {
   std::ostringstream text;
-  cdcheck::printJson(report, false, changes, text);
+  check::printJson(report, false, changes, text);
   return nlohmann::ordered_json::parse(text.str());
 }
 
@@ -56,15 +56,15 @@ PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
   try {
     made.of_sheet =
         checkSheet(output.workingSheet(), output.sheet(), plan.image_frames, show_progress);
-  } catch (const cdcheck::CheckError& error) {
-    throw RenderError(error.what());
+  } catch (const Failure& error) {
+    throw Failure(error.what());
   }
   try {
-    const cdcheck::PortableDisc disc = makePortable(made.of_sheet, working, startsOf(plan));
-    cdcheck::writeWhole(working, cdcheck::cueText(disc), false);
+    const check::PortableDisc disc = makePortable(made.of_sheet, working, startsOf(plan));
+    check::writeWhole(working, check::cueText(disc), false);
     made.of_portable = checkSheet(working, made.path, plan.image_frames, show_progress);
     made.changes = disc.changes;
-  } catch (const cdcheck::CheckError& error) {
+  } catch (const Failure& error) {
     made.failure = error.what();
     std::error_code ignored;
     std::filesystem::remove(working, ignored);
@@ -75,15 +75,15 @@ PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
 void printPortableSheet(const PortableSheet& portable) {
   fflush(stdout);
   if (!portable.failure.empty()) {
-    cdcheck::printReport(portable.of_sheet, false, std::cout);
+    check::printReport(portable.of_sheet, false, std::cout);
     std::cout.flush();
     return;
   }
   std::cout << '\n' << portable.path << ": for readers that do not take the first sheet\n";
   for (const std::string& change : portable.changes) std::cout << "changed: " << change << '\n';
   std::cout << '\n';
-  cdcheck::printErrors(portable.of_sheet, std::cout);
-  cdcheck::printReport(portable.of_portable, false, std::cout);
+  check::printErrors(portable.of_sheet, std::cout);
+  check::printReport(portable.of_portable, false, std::cout);
   std::cout.flush();
 }
 

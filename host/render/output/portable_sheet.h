@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "check/check.h"
+#include "disc/failure.h"
 #include "host/render/output/output_pair.h"
 #include "host/render/plan/track_plan.h"
+#include "host/render/terminal/interrupt.h"
 
 namespace velmor::render {
 
@@ -15,13 +17,13 @@ struct PortableSheet {
   std::string path;
   std::string failure;               ///< one sentence: why there is none; empty when it was made
   std::vector<std::string> changes;  ///< against the module's sheet, one sentence each
-  cdcheck::Report of_sheet;          ///< the checker on the module's sheet
-  cdcheck::Report of_portable;       ///< and on the second one; empty when it was not made
+  check::Report of_sheet;            ///< the checker on the module's sheet
+  check::Report of_portable;         ///< and on the second one; empty when it was not made
 };
 
 /// Makes the second sheet from the finished pair in its working place, with the starts that the
 /// plan knows, and checks both sheets; shows progress when `show_progress`. What the disc does not
-/// allow is a `failure`; throws `RenderError` when the pair cannot be read, `Interrupted` when
+/// allow is a `failure`; throws `Failure` when the pair cannot be read, `Interrupted` when
 /// asked to stop.
 PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
                                 bool show_progress);

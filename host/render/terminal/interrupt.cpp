@@ -5,8 +5,6 @@
 #include <cerrno>
 #include <csignal>
 
-#include "host/render/terminal/failure.h"
-
 namespace velmor::render {
 
 namespace {

@@ -2,8 +2,22 @@
 #pragma once
 
 #include <atomic>
+#include <stdexcept>
+
+#include "disc/failure.h"
 
 namespace velmor::render {
+
+/// The person has interrupted the run. Not a `Failure`: nothing went wrong.
+class Interrupted : public std::runtime_error {
+ public:
+  explicit Interrupted(int signal) : std::runtime_error("interrupted"), m_signal(signal) {}
+  /// What a shell expects: 128 and the signal's number.
+  int exitStatus() const { return 128 + m_signal; }
+
+ private:
+  int m_signal;
+};
 
 /// Notes SIGINT, SIGTERM and SIGHUP from now on instead of dying of them.
 void watchForInterrupts();

@@ -10,20 +10,20 @@
 namespace velmor::windowing {
 namespace {
 
-WindowKind kind_of_button(int style) {
+WindowKind kindOfButton(int style) {
   switch (style & kButtonTypeMask) {
     case BS_CHECKBOX:
     case BS_AUTOCHECKBOX:
     case BS_3STATE:
     case BS_AUTO3STATE:
-      return WindowKind::check_box;
+      return WindowKind::kCheckBox;
     case BS_RADIOBUTTON:
     case BS_AUTORADIOBUTTON:
-      return WindowKind::radio_button;
+      return WindowKind::kRadioButton;
     case BS_GROUPBOX:
-      return WindowKind::group_box;
+      return WindowKind::kGroupBox;
     default:
-      return WindowKind::push_button;
+      return WindowKind::kPushButton;
   }
 }
 
@@ -39,11 +39,11 @@ constexpr LayerClass kLayerClasses[] = {
     {kQuelmButton, "Button"},
 };
 
-const char* text_or_empty(const char* text) {
+const char* textOrEmpty(const char* text) {
   return text == nullptr ? "" : text;
 }
 
-const LayerClass* layer_class(std::string_view text) {
+const LayerClass* layerClass(std::string_view text) {
   for (const LayerClass& each : kLayerClasses) {
     if (each.marker == text) {
       return &each;
@@ -58,36 +58,36 @@ int pixels(int units, float scale, float offset) {
 
 }  // namespace
 
-WindowKind kind_of_class(const char* class_name, int style) {
+WindowKind kindOfClass(const char* class_name, int style) {
   const std::string_view name = class_name;
-  if (same_letters(name, "Static")) {
-    return WindowKind::label;
+  if (sameLetters(name, "Static")) {
+    return WindowKind::kLabel;
   }
-  if (same_letters(name, "Edit")) {
-    return WindowKind::edit;
+  if (sameLetters(name, "Edit")) {
+    return WindowKind::kEdit;
   }
-  if (same_letters(name, "ComboBox")) {
-    return WindowKind::combo_box;
+  if (sameLetters(name, "ComboBox")) {
+    return WindowKind::kComboBox;
   }
-  if (same_letters(name, "Button")) {
-    return kind_of_button(style);
+  if (sameLetters(name, "Button")) {
+    return kindOfButton(style);
   }
-  return same_letters(name, "SysListView32") ? WindowKind::list_view : WindowKind::other;
+  return sameLetters(name, "SysListView32") ? WindowKind::kListView : WindowKind::kOther;
 }
 
-void make_control(const QuelmControl& row, const Scale& scale, HWND dialog) {
-  const LayerClass* layered = layer_class(text_or_empty(row.first_text));
-  const char* class_name = layered ? layered->class_name : text_or_empty(row.second_text);
+void makeControl(const QuelmControl& row, const Scale& scale, HWND dialog) {
+  const LayerClass* layered = layerClass(textOrEmpty(row.first_text));
+  const char* class_name = layered ? layered->class_name : textOrEmpty(row.second_text);
   const int style = layered ? row.extra_style : row.second_value;
-  const auto window = Desktop::the().create(kind_of_class(class_name, style), dialog);
+  const auto window = Desktop::the().create(kindOfClass(class_name, style), dialog);
   window->child = true;
   window->class_name = class_name;
   window->style = style;
-  window->text = text_or_empty(layered ? row.second_text : row.first_text);
+  window->text = textOrEmpty(layered ? row.second_text : row.first_text);
   window->id = layered ? row.second_value : row.first_value;
   window->extended_style = layered ? 0 : row.extra_style;
   window->default_button =
-      window->kind == WindowKind::push_button &&
+      window->kind == WindowKind::kPushButton &&
       (layered ? row.first_value == 1 : (style & kButtonTypeMask) == BS_DEFPUSHBUTTON);
   window->place = {pixels(row.x, scale.x, scale.x_offset), pixels(row.y, scale.y, scale.y_offset),
                    pixels(row.w, scale.x, 0), pixels(row.h, scale.y, 0)};

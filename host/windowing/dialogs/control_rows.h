@@ -7,7 +7,7 @@
 namespace velmor::windowing {
 
 /// What kind a window of this Win32 class and style is; class names without regard to letter case.
-WindowKind kind_of_class(const char* class_name, int style);
+WindowKind kindOfClass(const char* class_name, int style);
 
 /// Where the rows' dialog units lie on the screen.
 struct Scale {
@@ -15,6 +15,6 @@ struct Scale {
 };
 
 /// Makes the control that a row describes, the last child of `dialog`.
-void make_control(const QuelmControl& row, const Scale& scale, HWND dialog);
+void makeControl(const QuelmControl& row, const Scale& scale, HWND dialog);
 
 }  // namespace velmor::windowing

@@ -8,9 +8,9 @@
 namespace velmor::windowing::functions {
 namespace {
 
-LRESULT send_to_item(HWND dialog, int id, UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT sendToItem(HWND dialog, int id, UINT message, WPARAM wparam, LPARAM lparam) {
   const auto item = Desktop::the().item(dialog, id);
-  return item ? send_message(item->handle, message, wparam, lparam) : 0;
+  return item ? sendMessage(item->handle, message, wparam, lparam) : 0;
 }
 
 struct Number {
@@ -18,7 +18,7 @@ struct Number {
   long long value = 0;
 };
 
-Number read_number(const std::string& text, bool is_signed) {
+Number readNumber(const std::string& text, bool is_signed) {
   size_t at = text.find_first_not_of(" \t\r\n\v\f");
   if (at == std::string::npos) {
     return {};
@@ -47,7 +47,7 @@ HWND GetDlgItem(HWND dialog, int id) {
 }
 
 BOOL SetDlgItemText(HWND dialog, int id, const char* text) {
-  return send_to_item(dialog, id, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) > 0;
+  return sendToItem(dialog, id, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) > 0;
 }
 
 int GetDlgItemText(HWND dialog, int id, char* buffer, int size) {
@@ -55,7 +55,7 @@ int GetDlgItemText(HWND dialog, int id, char* buffer, int size) {
     buffer[0] = '\0';
   }
   return static_cast<int>(
-      send_to_item(dialog, id, WM_GETTEXT, size, reinterpret_cast<LPARAM>(buffer)));
+      sendToItem(dialog, id, WM_GETTEXT, size, reinterpret_cast<LPARAM>(buffer)));
 }
 
 void SetDlgItemInt(HWND dialog, int id, int value, int is_signed) {
@@ -65,10 +65,10 @@ void SetDlgItemInt(HWND dialog, int id, int value, int is_signed) {
 }
 
 int GetDlgItemInt(HWND dialog, int id, BOOL* translated, int is_signed) {
-  std::string text(static_cast<size_t>(send_to_item(dialog, id, WM_GETTEXTLENGTH, 0, 0)) + 1, '\0');
+  std::string text(static_cast<size_t>(sendToItem(dialog, id, WM_GETTEXTLENGTH, 0, 0)) + 1, '\0');
   text.resize(
       static_cast<size_t>(GetDlgItemText(dialog, id, text.data(), static_cast<int>(text.size()))));
-  const Number number = read_number(text, is_signed != 0);
+  const Number number = readNumber(text, is_signed != 0);
   if (translated != nullptr) {
     *translated = number.valid ? 1 : 0;
   }
@@ -76,11 +76,11 @@ int GetDlgItemInt(HWND dialog, int id, BOOL* translated, int is_signed) {
 }
 
 void CheckDlgButton(HWND dialog, int id, int state) {
-  send_to_item(dialog, id, BM_SETCHECK, state, 0);
+  sendToItem(dialog, id, BM_SETCHECK, state, 0);
 }
 
 int IsDlgButtonChecked(HWND dialog, int id) {
-  return static_cast<int>(send_to_item(dialog, id, BM_GETCHECK, 0, 0));
+  return static_cast<int>(sendToItem(dialog, id, BM_GETCHECK, 0, 0));
 }
 
 }  // namespace velmor::windowing::functions

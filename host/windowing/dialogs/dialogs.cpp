@@ -20,36 +20,36 @@ Generation& generation() {
   return current;
 }
 
-const QuelmDialogResource* find_resource(const QuelmDialogResource* head, intptr_t id) {
+const QuelmDialogResource* findResource(const QuelmDialogResource* head, intptr_t id) {
   while (head != nullptr && head->id != id) {
     head = head->next;
   }
   return head;
 }
 
-bool can_be_parent(HWND parent) {
+bool canBeParent(HWND parent) {
   const auto window = Desktop::the().find(parent);
   return parent == nullptr || (window && !window->being_destroyed);
 }
 
-bool takes_focus(const Window& control) {
+bool takesFocus(const Window& control) {
   switch (control.kind) {
-    case WindowKind::edit:
-    case WindowKind::combo_box:
-    case WindowKind::push_button:
-    case WindowKind::check_box:
-    case WindowKind::radio_button:
-    case WindowKind::list_view:
+    case WindowKind::kEdit:
+    case WindowKind::kComboBox:
+    case WindowKind::kPushButton:
+    case WindowKind::kCheckBox:
+    case WindowKind::kRadioButton:
+    case WindowKind::kListView:
       return control.enabled && control.visible;
     default:
       return false;
   }
 }
 
-HWND first_focus(const Window& dialog) {
+HWND firstFocus(const Window& dialog) {
   for (const HWND handle : dialog.children) {
     const auto control = Desktop::the().find(handle);
-    if (control->child && takes_focus(*control)) {
+    if (control->child && takesFocus(*control)) {
       return handle;
     }
   }
@@ -57,7 +57,7 @@ HWND first_focus(const Window& dialog) {
 }
 
 /// Destroys a dialog on whose way something was thrown already.
-void destroy_quietly(HWND dialog) {
+void destroyQuietly(HWND dialog) {
   try {
     Desktop::the().destroy(dialog);
   } catch (...) {  // NOLINT(bugprone-empty-catch): what was thrown first tells what went wrong
@@ -77,16 +77,16 @@ void fill(Window& dialog, const QuelmDialogResource& resource, const Opening& op
   }
   generation() = {};
   dialog.procedure = opening.procedure;
-  const HWND focus = first_focus(dialog);
+  const HWND focus = firstFocus(dialog);
   if (opening.modal && focus != nullptr) {
-    Desktop::the().set_focus(focus);
+    Desktop::the().setFocus(focus);
   }
-  send_message(dialog.handle, WM_INITDIALOG, reinterpret_cast<WPARAM>(focus), opening.init);
+  sendMessage(dialog.handle, WM_INITDIALOG, reinterpret_cast<WPARAM>(focus), opening.init);
 }
 
-std::shared_ptr<Window> open_dialog(const QuelmDialogResource& resource, HWND parent,
-                                    const Opening& opening) {
-  auto dialog = Desktop::the().create(WindowKind::dialog, parent);
+std::shared_ptr<Window> openDialog(const QuelmDialogResource& resource, HWND parent,
+                                   const Opening& opening) {
+  auto dialog = Desktop::the().create(WindowKind::kDialog, parent);
   dialog->child = !opening.modal && parent != nullptr && (resource.flags & kQuelmChildDialog) != 0;
   dialog->text = resource.title == nullptr ? "" : resource.title;
   dialog->class_name = "#32770";
@@ -97,30 +97,30 @@ std::shared_ptr<Window> open_dialog(const QuelmDialogResource& resource, HWND pa
   try {
     fill(*dialog, resource, opening);
   } catch (...) {
-    destroy_quietly(dialog->handle);
+    destroyQuietly(dialog->handle);
     throw;
   }
   return dialog;
 }
 
-bool is_open(const Window& dialog) {
+bool isOpen(const Window& dialog) {
   return !dialog.ended && Desktop::the().exists(dialog.handle);
 }
 
 /// One person's turn at the dialog, or the dialog's end where nobody has one.
-void take_turn(Window& dialog, bool first) {
+void takeTurn(Window& dialog, bool first) {
   Person* person = Desktop::the().person();
   OpenDialog seen(dialog.handle);
   if (person != nullptr && first) {
-    person->dialog_opened(seen);
+    person->dialogOpened(seen);
   }
-  if (!is_open(dialog) || (person != nullptr && person->use_dialog(seen))) {
+  if (!isOpen(dialog) || (person != nullptr && person->useDialog(seen))) {
     return;
   }
-  if (is_open(dialog)) {
-    press_escape(dialog.handle);
+  if (isOpen(dialog)) {
+    pressEscape(dialog.handle);
   }
-  if (is_open(dialog)) {
+  if (isOpen(dialog)) {
     functions::EndDialog(dialog.handle, IDCANCEL);
   }
 }
@@ -128,34 +128,34 @@ void take_turn(Window& dialog, bool first) {
 /// Keeps the owner of a modal dialog from input, and the focus where it was afterwards.
 class OwnerWaits {
  public:
-  explicit OwnerWaits(HWND owner) : focus_(Desktop::the().focus()) {
+  explicit OwnerWaits(HWND owner) : m_focus(Desktop::the().focus()) {
     const auto window = Desktop::the().find(owner);
     if (window && window->enabled) {
       window->enabled = false;
-      owner_ = window;
+      m_owner = window;
     }
   }
   ~OwnerWaits() {
-    if (owner_) {
-      owner_->enabled = true;
+    if (m_owner) {
+      m_owner->enabled = true;
     }
-    Desktop::the().set_focus(focus_);
+    Desktop::the().setFocus(m_focus);
   }
   OwnerWaits(const OwnerWaits&) = delete;
   OwnerWaits& operator=(const OwnerWaits&) = delete;
 
  private:
-  std::shared_ptr<Window> owner_;
-  HWND focus_;
+  std::shared_ptr<Window> m_owner;
+  HWND m_focus;
 };
 
 void run(Window& dialog) {
   dialog.visible = true;
   bool first = true;
-  while (is_open(dialog)) {
-    Desktop::the().deliver_posted();
-    if (is_open(dialog)) {
-      take_turn(dialog, first);
+  while (isOpen(dialog)) {
+    Desktop::the().deliverPosted();
+    if (isOpen(dialog)) {
+      takeTurn(dialog, first);
     }
     first = false;
   }
@@ -167,29 +167,29 @@ namespace functions {
 
 HWND QUELM_CreateDialog(QuelmDialogResource* head, intptr_t id, HWND parent, DLGPROC procedure,
                         LPARAM init) {
-  const QuelmDialogResource* resource = find_resource(head, id);
-  if (resource == nullptr || !can_be_parent(parent)) {
+  const QuelmDialogResource* resource = findResource(head, id);
+  if (resource == nullptr || !canBeParent(parent)) {
     return nullptr;
   }
-  const auto dialog = open_dialog(*resource, parent, {procedure, init, false});
+  const auto dialog = openDialog(*resource, parent, {procedure, init, false});
   return Desktop::the().exists(dialog->handle) ? dialog->handle : nullptr;
 }
 
 int QUELM_DialogBox(QuelmDialogResource* head, intptr_t id, HWND parent, DLGPROC procedure,
                     LPARAM init) {
-  const QuelmDialogResource* resource = find_resource(head, id);
+  const QuelmDialogResource* resource = findResource(head, id);
   if (resource == nullptr) {
     return -1;
   }
-  if (!can_be_parent(parent)) {
+  if (!canBeParent(parent)) {
     return 0;
   }
   const OwnerWaits waits(parent);
-  const auto dialog = open_dialog(*resource, parent, {procedure, init, true});
+  const auto dialog = openDialog(*resource, parent, {procedure, init, true});
   try {
     run(*dialog);
   } catch (...) {
-    destroy_quietly(dialog->handle);
+    destroyQuietly(dialog->handle);
     throw;
   }
   Desktop::the().destroy(dialog->handle);
@@ -198,7 +198,7 @@ int QUELM_DialogBox(QuelmDialogResource* head, intptr_t id, HWND parent, DLGPROC
 
 void EndDialog(HWND handle, int result) {
   const auto dialog = Desktop::the().find(handle);
-  if (!dialog || dialog->kind != WindowKind::dialog || dialog->ended) {
+  if (!dialog || dialog->kind != WindowKind::kDialog || dialog->ended) {
     return;
   }
   dialog->visible = false;
@@ -220,7 +220,7 @@ void QUELM_GenerateDialogFromList(const QuelmControl* rows, int count) {
     return;
   }
   for (int row = 0; row < count; ++row) {
-    make_control(rows[row], current.scale, dialog->handle);
+    makeControl(rows[row], current.scale, dialog->handle);
   }
   if (!current.autosize) {
     return;

@@ -8,18 +8,18 @@
 
 namespace velmor::windowing {
 
-std::vector<int> message_box_buttons(int type) {
+std::vector<int> messageBoxButtons(int type) {
   switch (type & kMessageBoxKindMask) {
     case MB_OKCANCEL:
       return {IDOK, IDCANCEL};
     case MB_ABORTRETRYIGNORE:
-      return {IDABORT, IDRETRY, IDIGNORE};
+      return {kIdabort, kIdretry, kIdignore};
     case MB_YESNOCANCEL:
-      return {IDYES, IDNO, IDCANCEL};
+      return {kIdyes, kIdno, IDCANCEL};
     case MB_YESNO:
-      return {IDYES, IDNO};
+      return {kIdyes, kIdno};
     case MB_RETRYCANCEL:
-      return {IDRETRY, IDCANCEL};
+      return {kIdretry, IDCANCEL};
     default:
       return {IDOK};
   }
@@ -28,8 +28,8 @@ std::vector<int> message_box_buttons(int type) {
 namespace {
 
 /// The answer to a question that nobody has read.
-int unread_answer(const std::vector<int>& buttons) {
-  for (const int answer : {IDCANCEL, IDNO, IDABORT}) {
+int unreadAnswer(const std::vector<int>& buttons) {
+  for (const int answer : {IDCANCEL, kIdno, kIdabort}) {
     if (std::ranges::find(buttons, answer) != buttons.end()) {
       return answer;
     }
@@ -40,17 +40,17 @@ int unread_answer(const std::vector<int>& buttons) {
 }  // namespace
 
 int functions::MessageBox(HWND owner, const char* text, const char* caption, int type) {
-  const std::vector<int> buttons = message_box_buttons(type);
+  const std::vector<int> buttons = messageBoxButtons(type);
   Person* person = Desktop::the().person();
   if (person == nullptr) {
-    return unread_answer(buttons);
+    return unreadAnswer(buttons);
   }
   ShownMessage message;
   message.owner = owner;
   message.text = text == nullptr ? "" : text;
   message.caption = caption == nullptr ? "Error" : caption;
   message.type = type;
-  const int answer = person->read_message(message);
+  const int answer = person->readMessage(message);
   if (std::ranges::find(buttons, answer) == buttons.end()) {
     throw CannotDo("the message \"" + message.text + "\" has no button " + std::to_string(answer));
   }

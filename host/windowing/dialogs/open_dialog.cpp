@@ -7,29 +7,30 @@
 namespace velmor::windowing {
 namespace {
 
-std::string control_name(int id) {
+std::string controlName(int id) {
   return "control " + std::to_string(id);
 }
 
 }  // namespace
 
-bool OpenDialog::is_open() const {
-  const auto window = Desktop::the().find(dialog_);
-  return window && window->kind == WindowKind::dialog && !window->ended && !window->being_destroyed;
+bool OpenDialog::isOpen() const {
+  const auto window = Desktop::the().find(m_dialog);
+  return window && window->kind == WindowKind::kDialog && !window->ended &&
+         !window->being_destroyed;
 }
 
 std::shared_ptr<Window> OpenDialog::dialog() const {
-  if (!is_open()) {
+  if (!isOpen()) {
     throw CannotDo("the dialog is not open");
   }
-  return Desktop::the().find(dialog_);
+  return Desktop::the().find(m_dialog);
 }
 
 std::shared_ptr<Window> OpenDialog::control(int id) const {
   const auto window = dialog();
-  auto found = Desktop::the().item(dialog_, id);
+  auto found = Desktop::the().item(m_dialog, id);
   if (!found) {
-    throw CannotDo("the dialog \"" + window->text + "\" has no " + control_name(id));
+    throw CannotDo("the dialog \"" + window->text + "\" has no " + controlName(id));
   }
   return found;
 }
@@ -38,36 +39,36 @@ std::shared_ptr<Window> OpenDialog::control(int id, WindowKind kind,
                                             std::string_view kind_name) const {
   auto found = control(id);
   if (found->kind != kind) {
-    throw CannotDo(control_name(id) + " is not " + std::string(kind_name));
+    throw CannotDo(controlName(id) + " is not " + std::string(kind_name));
   }
   return found;
 }
 
-std::shared_ptr<Window> OpenDialog::check_control(int id) const {
+std::shared_ptr<Window> OpenDialog::checkControl(int id) const {
   auto found = control(id);
-  if (found->kind != WindowKind::check_box && found->kind != WindowKind::radio_button) {
-    throw CannotDo(control_name(id) + " is not a check box");
+  if (found->kind != WindowKind::kCheckBox && found->kind != WindowKind::kRadioButton) {
+    throw CannotDo(controlName(id) + " is not a check box");
   }
   return found;
 }
 
-void OpenDialog::require_input() const {
+void OpenDialog::requireInput() const {
   dialog();
-  if (!Desktop::the().takes_input(dialog_)) {
+  if (!Desktop::the().takesInput(m_dialog)) {
     throw CannotDo("another dialog stands before this one");
   }
 }
 
-std::shared_ptr<Window> OpenDialog::hand_on(const std::shared_ptr<Window>& control) const {
-  require_input();
-  if (!control->enabled || !Desktop::the().is_visible(control->handle)) {
-    throw CannotDo(control_name(control->id) + " is " + (control->enabled ? "hidden" : "disabled"));
+std::shared_ptr<Window> OpenDialog::handOn(const std::shared_ptr<Window>& control) const {
+  requireInput();
+  if (!control->enabled || !Desktop::the().isVisible(control->handle)) {
+    throw CannotDo(controlName(control->id) + " is " + (control->enabled ? "hidden" : "disabled"));
   }
-  Desktop::the().set_focus(control->handle);
+  Desktop::the().setFocus(control->handle);
   return control;
 }
 
-intptr_t OpenDialog::resource_id() const {
+intptr_t OpenDialog::resourceId() const {
   return dialog()->resource_id;
 }
 
@@ -88,7 +89,7 @@ std::vector<const Window*> OpenDialog::controls() const {
 
 bool OpenDialog::has(int id) const {
   dialog();
-  return Desktop::the().item(dialog_, id) != nullptr;
+  return Desktop::the().item(m_dialog, id) != nullptr;
 }
 
 std::string OpenDialog::text(int id) const {
@@ -97,16 +98,16 @@ std::string OpenDialog::text(int id) const {
   return row >= 0 ? found->combo.text(row) : found->text;
 }
 
-bool OpenDialog::is_enabled(int id) const {
+bool OpenDialog::isEnabled(int id) const {
   return control(id)->enabled;
 }
 
-bool OpenDialog::is_checked(int id) const {
-  return check_control(id)->check_state == BST_CHECKED;
+bool OpenDialog::isChecked(int id) const {
+  return checkControl(id)->check_state == BST_CHECKED;
 }
 
 std::vector<std::string> OpenDialog::rows(int combo_id) const {
-  const auto found = control(combo_id, WindowKind::combo_box, "a drop-down list");
+  const auto found = control(combo_id, WindowKind::kComboBox, "a drop-down list");
   std::vector<std::string> all;
   all.reserve(static_cast<size_t>(found->combo.count()));
   for (int row = 0; row < found->combo.count(); ++row) {
@@ -115,20 +116,20 @@ std::vector<std::string> OpenDialog::rows(int combo_id) const {
   return all;
 }
 
-int OpenDialog::selected_row(int combo_id) const {
-  return control(combo_id, WindowKind::combo_box, "a drop-down list")->combo.selection();
+int OpenDialog::selectedRow(int combo_id) const {
+  return control(combo_id, WindowKind::kComboBox, "a drop-down list")->combo.selection();
 }
 
-LPARAM OpenDialog::row_data(int combo_id, int row) const {
-  const auto found = control(combo_id, WindowKind::combo_box, "a drop-down list");
+LPARAM OpenDialog::rowData(int combo_id, int row) const {
+  const auto found = control(combo_id, WindowKind::kComboBox, "a drop-down list");
   if (!found->combo.has(row)) {
-    throw CannotDo(control_name(combo_id) + " has no row " + std::to_string(row));
+    throw CannotDo(controlName(combo_id) + " has no row " + std::to_string(row));
   }
   return found->combo.data(row);
 }
 
-std::vector<std::string> OpenDialog::list_columns(int list_id) const {
-  const auto found = control(list_id, WindowKind::list_view, "a list");
+std::vector<std::string> OpenDialog::listColumns(int list_id) const {
+  const auto found = control(list_id, WindowKind::kListView, "a list");
   std::vector<std::string> all;
   all.reserve(found->list.columns().size());
   for (const auto& column : found->list.columns()) {
@@ -137,8 +138,8 @@ std::vector<std::string> OpenDialog::list_columns(int list_id) const {
   return all;
 }
 
-std::vector<std::vector<std::string>> OpenDialog::list_rows(int list_id) const {
-  const auto found = control(list_id, WindowKind::list_view, "a list");
+std::vector<std::vector<std::string>> OpenDialog::listRows(int list_id) const {
+  const auto found = control(list_id, WindowKind::kListView, "a list");
   std::vector<std::vector<std::string>> all;
   for (const auto& row : found->list.rows()) {
     all.push_back(row.cells);
@@ -148,44 +149,44 @@ std::vector<std::vector<std::string>> OpenDialog::list_rows(int list_id) const {
 }
 
 void OpenDialog::type(int id, std::string_view text) {
-  const auto edit = hand_on(control(id, WindowKind::edit, "an edit"));
+  const auto edit = handOn(control(id, WindowKind::kEdit, "an edit"));
   if ((edit->style & ES_READONLY) != 0) {
-    throw CannotDo(control_name(id) + " is read-only");
+    throw CannotDo(controlName(id) + " is read-only");
   }
-  set_edit_text(*edit, std::string(text).c_str());
+  setEditText(*edit, std::string(text).c_str());
 }
 
 void OpenDialog::pick(int combo_id, int row) {
-  const auto found = control(combo_id, WindowKind::combo_box, "a drop-down list");
+  const auto found = control(combo_id, WindowKind::kComboBox, "a drop-down list");
   if (!found->combo.has(row)) {
-    throw CannotDo(control_name(combo_id) + " has no row " + std::to_string(row));
+    throw CannotDo(controlName(combo_id) + " has no row " + std::to_string(row));
   }
-  hand_on(found)->combo.select(row);
-  notify_dialog(*found, CBN_SELCHANGE);
+  handOn(found)->combo.select(row);
+  notifyDialog(*found, CBN_SELCHANGE);
 }
 
 void OpenDialog::press(int id) {
   const auto found = control(id);
-  if (found->kind != WindowKind::push_button) {
-    check_control(id);
+  if (found->kind != WindowKind::kPushButton) {
+    checkControl(id);
   }
-  click(*hand_on(found));
+  click(*handOn(found));
 }
 
-void OpenDialog::set_checked(int id, bool checked) {
-  if (is_checked(id) != checked) {
+void OpenDialog::setChecked(int id, bool checked) {
+  if (isChecked(id) != checked) {
     press(id);
   }
 }
 
-void OpenDialog::press_enter() {
-  require_input();
-  windowing::press_enter(dialog_);
+void OpenDialog::pressEnter() {
+  requireInput();
+  windowing::pressEnter(m_dialog);
 }
 
-void OpenDialog::press_escape() {
-  require_input();
-  windowing::press_escape(dialog_);
+void OpenDialog::pressEscape() {
+  requireInput();
+  windowing::pressEscape(m_dialog);
 }
 
 }  // namespace velmor::windowing

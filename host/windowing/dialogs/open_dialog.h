@@ -22,28 +22,28 @@ class CannotDo : public std::logic_error {
 /// kind, and when the dialog is gone; those that change something also when it takes no input.
 class OpenDialog {
  public:
-  explicit OpenDialog(HWND dialog) : dialog_(dialog) {}
+  explicit OpenDialog(HWND dialog) : m_dialog(dialog) {}
 
-  HWND handle() const { return dialog_; }
+  HWND handle() const { return m_dialog; }
   /// Neither ended nor destroyed.
-  bool is_open() const;
+  bool isOpen() const;
 
   // What it shows.
-  intptr_t resource_id() const;
+  intptr_t resourceId() const;
   std::string title() const;
   /// All controls in tab order, labels among them; the pointers are good until the next change.
   std::vector<const Window*> controls() const;
   bool has(int id) const;
   /// An edit's or label's text, a button's caption, the text of a combo box's selected row.
   std::string text(int id) const;
-  bool is_enabled(int id) const;
-  bool is_checked(int id) const;
+  bool isEnabled(int id) const;
+  bool isChecked(int id) const;
   std::vector<std::string> rows(int combo_id) const;
-  int selected_row(int combo_id) const;  ///< -1: none
-  LPARAM row_data(int combo_id, int row) const;
-  std::vector<std::string> list_columns(int list_id) const;
+  int selectedRow(int combo_id) const;  ///< -1: none
+  LPARAM rowData(int combo_id, int row) const;
+  std::vector<std::string> listColumns(int list_id) const;
   /// Row by row; each has as many cells as there are columns.
-  std::vector<std::vector<std::string>> list_rows(int list_id) const;
+  std::vector<std::vector<std::string>> listRows(int list_id) const;
 
   // What a person does to it.
   /// Replaces an edit's text.
@@ -53,21 +53,21 @@ class OpenDialog {
   /// Presses a push button, check box or radio button.
   void press(int id);
   /// Presses a check box where it stands otherwise.
-  void set_checked(int id, bool checked);
+  void setChecked(int id, bool checked);
   /// Presses the button that has the focus, else the default button.
-  void press_enter();
-  void press_escape();
-  void close() { press_escape(); }
+  void pressEnter();
+  void pressEscape();
+  void close() { pressEscape(); }
 
  private:
   std::shared_ptr<Window> dialog() const;
   std::shared_ptr<Window> control(int id) const;
   std::shared_ptr<Window> control(int id, WindowKind kind, std::string_view kind_name) const;
-  std::shared_ptr<Window> check_control(int id) const;
-  std::shared_ptr<Window> hand_on(const std::shared_ptr<Window>& control) const;
-  void require_input() const;
+  std::shared_ptr<Window> checkControl(int id) const;
+  std::shared_ptr<Window> handOn(const std::shared_ptr<Window>& control) const;
+  void requireInput() const;
 
-  HWND dialog_;
+  HWND m_dialog;
 };
 
 }  // namespace velmor::windowing

@@ -17,7 +17,7 @@ struct ShownMessage {
 };
 
 /// The answers (IDOK, IDYES, …) a message box of this type has buttons for.
-std::vector<int> message_box_buttons(int type);
+std::vector<int> messageBoxButtons(int type);
 
 /// What a person does. Called on the thread that opened the dialog, from inside the module's call.
 ///
@@ -28,13 +28,13 @@ class Person {
   virtual ~Person() = default;
 
   /// A modal dialog has opened; called once, before the first turn at it.
-  virtual void dialog_opened(OpenDialog& /*dialog*/) {}
+  virtual void dialogOpened(OpenDialog& /*dialog*/) {}
   /// One turn at the modal dialog in front: look, change, press. Asked again and again until the
   /// dialog ends. False: the person walks away, and the dialog is cancelled as by Escape; if its
   /// procedure does not end it then, it ends with IDCANCEL.
-  virtual bool use_dialog(OpenDialog& dialog) = 0;
+  virtual bool useDialog(OpenDialog& dialog) = 0;
   /// Answers the button pressed, one of `message_box_buttons(message.type)`.
-  virtual int read_message(const ShownMessage& message) = 0;
+  virtual int readMessage(const ShownMessage& message) = 0;
 };
 
 /// Seats a person for as long as the object lives, then the one who sat there before.
@@ -49,7 +49,7 @@ class PersonAtDesk {
   PersonAtDesk& operator=(const PersonAtDesk&) = delete;
 
  private:
-  Person* before_;
+  Person* m_before;
 };
 
 }  // namespace velmor::windowing

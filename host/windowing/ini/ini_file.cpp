@@ -26,7 +26,7 @@ std::string_view content(std::string_view line) {
   return trimmed(line);
 }
 
-bool is_comment(std::string_view content) {
+bool isComment(std::string_view content) {
   return content.starts_with(';') || content.starts_with('#');
 }
 
@@ -46,23 +46,23 @@ struct Entry {
 std::optional<Entry> entry(std::string_view line) {
   const std::string_view text = content(line);
   const size_t equals = text.find('=');
-  if (is_comment(text) || equals == std::string_view::npos) {
+  if (isComment(text) || equals == std::string_view::npos) {
     return std::nullopt;
   }
   return Entry{trimmed(text.substr(0, equals)), trimmed(text.substr(equals + 1))};
 }
 
-bool fits_a_line(std::string_view text) {
+bool fitsALine(std::string_view text) {
   return text.find_first_of(std::string_view("\r\n\0", 3)) == std::string_view::npos;
 }
 
-bool is_section_name(std::string_view name) {
-  return !name.empty() && fits_a_line(name) && name.find(']') == std::string_view::npos;
+bool isSectionName(std::string_view name) {
+  return !name.empty() && fitsALine(name) && name.find(']') == std::string_view::npos;
 }
 
-bool is_key(std::string_view name) {
-  return !name.empty() && fits_a_line(name) && name.find('=') == std::string_view::npos &&
-         !name.starts_with('[') && !is_comment(name);
+bool isKey(std::string_view name) {
+  return !name.empty() && fitsALine(name) && name.find('=') == std::string_view::npos &&
+         !name.starts_with('[') && !isComment(name);
 }
 
 }  // namespace
@@ -76,52 +76,52 @@ IniFile::IniFile(std::string_view text) {
       end = line.ends_with('\r') ? "\r\n" : "\n";
       line = line.substr(0, line.size() - (end.size() - 1));
     }
-    lines_.push_back({std::string(line), end});
+    m_lines.push_back({std::string(line), end});
     text.remove_prefix(line.size() + end.size());
   }
 }
 
 std::string IniFile::text() const {
   std::string all;
-  for (const Line& line : lines_) {
+  for (const Line& line : m_lines) {
     all.append(line.text).append(line.end);
   }
   return all;
 }
 
-IniFile::Range IniFile::find_section(std::string_view section) const {
+IniFile::Range IniFile::findSection(std::string_view section) const {
   const auto opens = [&](const Line& line) {
     const auto name = heading(line.text);
-    return name && same_letters(*name, trimmed(section));
+    return name && sameLetters(*name, trimmed(section));
   };
-  const auto found = std::ranges::find_if(lines_, opens);
-  if (found == lines_.end()) {
-    return {lines_.size(), lines_.size()};
+  const auto found = std::ranges::find_if(m_lines, opens);
+  if (found == m_lines.end()) {
+    return {m_lines.size(), m_lines.size()};
   }
-  const auto next = std::find_if(found + 1, lines_.end(),
+  const auto next = std::find_if(found + 1, m_lines.end(),
                                  [](const Line& line) { return heading(line.text).has_value(); });
-  return {static_cast<size_t>(found + 1 - lines_.begin()),
-          static_cast<size_t>(next - lines_.begin())};
+  return {static_cast<size_t>(found + 1 - m_lines.begin()),
+          static_cast<size_t>(next - m_lines.begin())};
 }
 
-size_t IniFile::find_key(const Range& range, std::string_view key) const {
+size_t IniFile::findKey(const Range& range, std::string_view key) const {
   for (size_t at = range.first; at < range.last; ++at) {
-    const auto found = entry(lines_[at].text);
-    if (found && same_letters(found->key, trimmed(key))) {
+    const auto found = entry(m_lines[at].text);
+    if (found && sameLetters(found->key, trimmed(key))) {
       return at;
     }
   }
   return range.last;
 }
 
-bool IniFile::has_section(std::string_view section) const {
+bool IniFile::hasSection(std::string_view section) const {
   return std::ranges::any_of(
-      sections(), [&](const std::string& name) { return same_letters(name, trimmed(section)); });
+      sections(), [&](const std::string& name) { return sameLetters(name, trimmed(section)); });
 }
 
-size_t IniFile::end_of_entries(const Range& range) const {
+size_t IniFile::endOfEntries(const Range& range) const {
   size_t end = range.last;
-  while (end > range.first && !entry(lines_[end - 1].text)) {
+  while (end > range.first && !entry(m_lines[end - 1].text)) {
     --end;
   }
   return end;
@@ -129,7 +129,7 @@ size_t IniFile::end_of_entries(const Range& range) const {
 
 std::vector<std::string> IniFile::sections() const {
   std::vector<std::string> all;
-  for (const Line& line : lines_) {
+  for (const Line& line : m_lines) {
     if (const auto name = heading(line.text)) {
       all.emplace_back(*name);
     }
@@ -138,10 +138,10 @@ std::vector<std::string> IniFile::sections() const {
 }
 
 std::vector<std::string> IniFile::keys(std::string_view section) const {
-  const Range range = find_section(section);
+  const Range range = findSection(section);
   std::vector<std::string> all;
   for (size_t at = range.first; at < range.last; ++at) {
-    if (const auto found = entry(lines_[at].text)) {
+    if (const auto found = entry(m_lines[at].text)) {
       all.emplace_back(found->key);
     }
   }
@@ -149,71 +149,71 @@ std::vector<std::string> IniFile::keys(std::string_view section) const {
 }
 
 std::optional<std::string> IniFile::value(std::string_view section, std::string_view key) const {
-  const Range range = find_section(section);
-  const size_t at = find_key(range, key);
+  const Range range = findSection(section);
+  const size_t at = findKey(range, key);
   if (at == range.last) {
     return std::nullopt;
   }
-  return std::string(entry(lines_[at].text)->value);
+  return std::string(entry(m_lines[at].text)->value);
 }
 
-std::string_view IniFile::line_end() const {
-  return lines_.empty() || lines_.front().end.empty() ? "\n" : lines_.front().end;
+std::string_view IniFile::lineEnd() const {
+  return m_lines.empty() || m_lines.front().end.empty() ? "\n" : m_lines.front().end;
 }
 
-void IniFile::insert_line(size_t at, std::string text) {
-  if (at > 0 && lines_[at - 1].end.empty()) {
-    lines_[at - 1].end = line_end();
+void IniFile::insertLine(size_t at, std::string text) {
+  if (at > 0 && m_lines[at - 1].end.empty()) {
+    m_lines[at - 1].end = lineEnd();
   }
-  lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(at), {std::move(text), line_end()});
+  m_lines.insert(m_lines.begin() + static_cast<std::ptrdiff_t>(at), {std::move(text), lineEnd()});
 }
 
-void IniFile::append_section(std::string_view section) {
-  if (!lines_.empty() && !trimmed(lines_.back().text).empty()) {
-    insert_line(lines_.size(), "");
+void IniFile::appendSection(std::string_view section) {
+  if (!m_lines.empty() && !trimmed(m_lines.back().text).empty()) {
+    insertLine(m_lines.size(), "");
   }
-  insert_line(lines_.size(), "[" + std::string(section) + "]");
+  insertLine(m_lines.size(), "[" + std::string(section) + "]");
 }
 
 bool IniFile::set(std::string_view section, std::string_view key, std::string_view value) {
   section = trimmed(section);
   key = trimmed(key);
-  if (!is_section_name(section) || !is_key(key) || !fits_a_line(value)) {
+  if (!isSectionName(section) || !isKey(key) || !fitsALine(value)) {
     return false;
   }
-  Range range = find_section(section);
-  if (!has_section(section)) {
-    append_section(section);
-    range = {lines_.size(), lines_.size()};
+  Range range = findSection(section);
+  if (!hasSection(section)) {
+    appendSection(section);
+    range = {m_lines.size(), m_lines.size()};
   }
   std::string line = std::string(key) + "=" + std::string(value);
-  const size_t at = find_key(range, key);
+  const size_t at = findKey(range, key);
   if (at < range.last) {
-    const std::string_view old = lines_[at].text;
+    const std::string_view old = m_lines[at].text;
     if (entry(old)->value != trimmed(value)) {
-      lines_[at].text = std::string(old.substr(0, old.find('=') + 1)) + std::string(value);
+      m_lines[at].text = std::string(old.substr(0, old.find('=') + 1)) + std::string(value);
     }
     return true;
   }
-  insert_line(end_of_entries(range), std::move(line));
+  insertLine(endOfEntries(range), std::move(line));
   return true;
 }
 
 void IniFile::erase(std::string_view section, std::string_view key) {
-  const Range range = find_section(section);
-  const size_t at = find_key(range, key);
+  const Range range = findSection(section);
+  const size_t at = findKey(range, key);
   if (at < range.last) {
-    lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(at));
+    m_lines.erase(m_lines.begin() + static_cast<std::ptrdiff_t>(at));
   }
 }
 
-void IniFile::erase_section(std::string_view section) {
-  const Range range = find_section(section);
+void IniFile::eraseSection(std::string_view section) {
+  const Range range = findSection(section);
   const auto at = [this](size_t line) {
-    return lines_.begin() + static_cast<std::ptrdiff_t>(line);
+    return m_lines.begin() + static_cast<std::ptrdiff_t>(line);
   };
-  if (has_section(section)) {
-    lines_.erase(at(range.first - 1), at(end_of_entries(range)));
+  if (hasSection(section)) {
+    m_lines.erase(at(range.first - 1), at(endOfEntries(range)));
   }
 }
 

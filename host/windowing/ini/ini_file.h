@@ -32,7 +32,7 @@ class IniFile {
   /// False, and nothing changed, for texts that a line of the file cannot hold.
   bool set(std::string_view section, std::string_view key, std::string_view value);
   void erase(std::string_view section, std::string_view key);
-  void erase_section(std::string_view section);
+  void eraseSection(std::string_view section);
 
   std::string text() const;
 
@@ -47,16 +47,16 @@ class IniFile {
     size_t first, last;
   };
 
-  Range find_section(std::string_view section) const;
-  bool has_section(std::string_view section) const;
+  Range findSection(std::string_view section) const;
+  bool hasSection(std::string_view section) const;
   /// Behind the section's last entry: comments further down may well introduce the next section.
-  size_t end_of_entries(const Range& range) const;
-  size_t find_key(const Range& range, std::string_view key) const;
-  std::string_view line_end() const;
-  void insert_line(size_t at, std::string text);
-  void append_section(std::string_view section);
+  size_t endOfEntries(const Range& range) const;
+  size_t findKey(const Range& range, std::string_view key) const;
+  std::string_view lineEnd() const;
+  void insertLine(size_t at, std::string text);
+  void appendSection(std::string_view section);
 
-  std::vector<Line> lines_;
+  std::vector<Line> m_lines;
 };
 
 }  // namespace velmor::windowing

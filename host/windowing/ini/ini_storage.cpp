@@ -14,19 +14,19 @@ namespace {
 
 class Descriptor {
  public:
-  explicit Descriptor(int number) : number_(number) {}
+  explicit Descriptor(int number) : m_number(number) {}
   ~Descriptor() {
-    if (number_ >= 0) {
-      ::close(number_);
+    if (m_number >= 0) {
+      ::close(m_number);
     }
   }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
 
-  int get() const { return number_; }
+  int get() const { return m_number; }
 
  private:
-  int number_;
+  int m_number;
 };
 
 /// The file that a path leads to, symbolic links followed; the path itself where there is none yet.
@@ -35,7 +35,7 @@ std::string followed(const std::string& path) {
   return real ? real.get() : path;
 }
 
-bool write_whole(int file, std::string_view text) {
+bool writeWhole(int file, std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = ::write(file, text.data(), text.size());
     if (written < 0 && errno == EINTR) {
@@ -52,21 +52,21 @@ bool write_whole(int file, std::string_view text) {
 /// A file being made, under a name of its own; unlinked unless it has taken its place.
 class NewFile {
  public:
-  explicit NewFile(const std::string& target) : target_(target) {
+  explicit NewFile(const std::string& target) : m_target(target) {
     constexpr int kAttempts = 100;
-    for (int attempt = 0; attempt < kAttempts && number_ < 0; ++attempt) {
-      name_ = target + ".new" + std::to_string(::getpid()) + "-" + std::to_string(attempt);
-      number_ = ::open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-      if (number_ < 0 && errno != EEXIST) {
+    for (int attempt = 0; attempt < kAttempts && m_number < 0; ++attempt) {
+      m_name = target + ".new" + std::to_string(::getpid()) + "-" + std::to_string(attempt);
+      m_number = ::open(m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+      if (m_number < 0 && errno != EEXIST) {
         break;
       }
     }
   }
   ~NewFile() {
-    if (number_ >= 0) {
-      ::close(number_);
-      if (!placed_) {
-        ::unlink(name_.c_str());
+    if (m_number >= 0) {
+      ::close(m_number);
+      if (!m_placed) {
+        ::unlink(m_name.c_str());
       }
     }
   }
@@ -75,20 +75,20 @@ class NewFile {
 
   bool fill(std::string_view text) {
     struct stat before = {};
-    const bool replaces = ::stat(target_.c_str(), &before) == 0;
-    return number_ >= 0 && write_whole(number_, text) &&
-           (!replaces || ::fchmod(number_, before.st_mode & 07777) == 0) && ::fsync(number_) == 0;
+    const bool replaces = ::stat(m_target.c_str(), &before) == 0;
+    return m_number >= 0 && writeWhole(m_number, text) &&
+           (!replaces || ::fchmod(m_number, before.st_mode & 07777) == 0) && ::fsync(m_number) == 0;
   }
-  bool take_place() {
-    placed_ = ::rename(name_.c_str(), target_.c_str()) == 0;
-    return placed_;
+  bool takePlace() {
+    m_placed = ::rename(m_name.c_str(), m_target.c_str()) == 0;
+    return m_placed;
   }
 
  private:
-  std::string target_;
-  std::string name_;
-  int number_ = -1;
-  bool placed_ = false;
+  std::string m_target;
+  std::string m_name;
+  int m_number = -1;
+  bool m_placed = false;
 };
 
 }  // namespace
@@ -115,7 +115,7 @@ std::optional<IniFile> IniFile::load(const std::string& path) {
 
 bool IniFile::store(const std::string& path) const {
   NewFile file(followed(path));
-  return file.fill(text()) && file.take_place();
+  return file.fill(text()) && file.takePlace();
 }
 
 }  // namespace velmor::windowing

@@ -7,7 +7,7 @@
 namespace velmor::windowing {
 
 /// Whether two texts differ at most in the case of the letters A to Z.
-inline bool same_letters(std::string_view a, std::string_view b) {
+inline bool sameLetters(std::string_view a, std::string_view b) {
   const auto lower = [](char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   };

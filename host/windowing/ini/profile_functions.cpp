@@ -11,19 +11,19 @@
 namespace velmor::windowing::functions {
 namespace {
 
-std::optional<std::string> read_value(const char* section, const char* key, const char* file) {
+std::optional<std::string> readValue(const char* section, const char* key, const char* file) {
   const auto ini = file == nullptr ? std::nullopt : IniFile::load(file);
   return ini ? ini->value(section, key) : std::nullopt;
 }
 
 /// A list of names, each with its zero, and another zero at the end, cut to `size` bytes.
-UINT copy_names(const std::vector<std::string>& names, char* buffer, UINT size) {
+UINT copyNames(const std::vector<std::string>& names, char* buffer, UINT size) {
   std::string all;
   for (const std::string& name : names) {
     all.append(name).push_back('\0');
   }
   if (size < 2) {
-    return static_cast<UINT>(copy_bounded("", buffer, size));
+    return static_cast<UINT>(copyBounded("", buffer, size));
   }
   const size_t length = std::min(all.size(), static_cast<size_t>(size) - 1);
   std::memcpy(buffer, all.data(), length);
@@ -44,7 +44,7 @@ std::string_view unquoted(std::string_view value) {
 
 bool change(IniFile& ini, const char* section, const char* key, const char* value) {
   if (key == nullptr) {
-    ini.erase_section(section);
+    ini.eraseSection(section);
     return true;
   }
   if (value == nullptr) {
@@ -63,20 +63,20 @@ UINT GetPrivateProfileString(const char* section, const char* key, const char* f
   }
   if (section == nullptr || key == nullptr) {
     const auto ini = IniFile::load(file == nullptr ? "" : file).value_or(IniFile());
-    return copy_names(section == nullptr ? ini.sections() : ini.keys(section), buffer, size);
+    return copyNames(section == nullptr ? ini.sections() : ini.keys(section), buffer, size);
   }
-  const auto value = read_value(section, key, file);
+  const auto value = readValue(section, key, file);
   const std::string_view text = value      ? unquoted(*value)
                                 : fallback ? std::string_view(fallback)
                                            : std::string_view();
-  return static_cast<UINT>(copy_bounded(text, buffer, size));
+  return static_cast<UINT>(copyBounded(text, buffer, size));
 }
 
 int GetPrivateProfileInt(const char* section, const char* key, int fallback, const char* file) {
   if (section == nullptr || key == nullptr) {
     return fallback;
   }
-  const auto value = read_value(section, key, file);
+  const auto value = readValue(section, key, file);
   if (!value || unquoted(*value).empty()) {
     return fallback;
   }

@@ -15,9 +15,9 @@ int ComboBox::insert(LPARAM row, std::string_view text) {
   if (row < 0 || row > count()) {
     return -1;
   }
-  rows_.insert(rows_.begin() + row, Row{std::string(text), 0});
-  if (selection_ >= row) {
-    ++selection_;
+  m_rows.insert(m_rows.begin() + row, Row{std::string(text), 0});
+  if (m_selection >= row) {
+    ++m_selection;
   }
   return static_cast<int>(row);
 }
@@ -26,34 +26,34 @@ int ComboBox::remove(LPARAM row) {
   if (!has(row)) {
     return -1;
   }
-  rows_.erase(rows_.begin() + row);
-  if (selection_ == row) {
-    selection_ = -1;
-  } else if (selection_ > row) {
-    --selection_;
+  m_rows.erase(m_rows.begin() + row);
+  if (m_selection == row) {
+    m_selection = -1;
+  } else if (m_selection > row) {
+    --m_selection;
   }
   return count();
 }
 
 void ComboBox::clear() {
-  rows_.clear();
-  selection_ = -1;
+  m_rows.clear();
+  m_selection = -1;
 }
 
 int ComboBox::select(LPARAM row) {
-  selection_ = has(row) ? static_cast<int>(row) : -1;
-  return selection_;
+  m_selection = has(row) ? static_cast<int>(row) : -1;
+  return m_selection;
 }
 
 LPARAM ComboBox::data(LPARAM row) const {
-  return has(row) ? rows_[static_cast<size_t>(row)].data : -1;
+  return has(row) ? m_rows[static_cast<size_t>(row)].data : -1;
 }
 
-int ComboBox::set_data(LPARAM row, LPARAM data) {
+int ComboBox::setData(LPARAM row, LPARAM data) {
   if (!has(row)) {
     return -1;
   }
-  rows_[static_cast<size_t>(row)].data = data;
+  m_rows[static_cast<size_t>(row)].data = data;
   return 0;
 }
 
@@ -71,12 +71,12 @@ int ComboBox::search(LPARAM after, Matches matches) const {
 
 int ComboBox::find(LPARAM after, std::string_view text) const {
   return search(after, [text](std::string_view row) {
-    return same_letters(row.substr(0, text.size()), text);
+    return sameLetters(row.substr(0, text.size()), text);
   });
 }
 
-int ComboBox::find_exact(LPARAM after, std::string_view text) const {
-  return search(after, [text](std::string_view row) { return same_letters(row, text); });
+int ComboBox::findExact(LPARAM after, std::string_view text) const {
+  return search(after, [text](std::string_view row) { return sameLetters(row, text); });
 }
 
 }  // namespace velmor::windowing

@@ -12,8 +12,8 @@ namespace velmor::windowing {
 /// Rows are counted from 0; -1 stands for "none" and for a failure (CB_ERR).
 class ComboBox {
  public:
-  int count() const { return static_cast<int>(rows_.size()); }
-  int selection() const { return selection_; }
+  int count() const { return static_cast<int>(m_rows.size()); }
+  int selection() const { return m_selection; }
   /// Whether there is such a row.
   bool has(LPARAM row) const { return row >= 0 && row < count(); }
 
@@ -30,17 +30,17 @@ class ComboBox {
   int select(LPARAM row);
 
   /// The row must exist.
-  const std::string& text(LPARAM row) const { return rows_[static_cast<size_t>(row)].text; }
+  const std::string& text(LPARAM row) const { return m_rows[static_cast<size_t>(row)].text; }
   /// -1 when there is no such row.
   LPARAM data(LPARAM row) const;
   /// 0, or -1 when there is no such row.
-  int set_data(LPARAM row, LPARAM data);
+  int setData(LPARAM row, LPARAM data);
 
   /// The first row after `after` that begins with `text`, letter case aside, the search going on
   /// from the top; -1 when none does. An `after` of -1 searches from the top.
   int find(LPARAM after, std::string_view text) const;
   /// Likewise for the whole text.
-  int find_exact(LPARAM after, std::string_view text) const;
+  int findExact(LPARAM after, std::string_view text) const;
 
  private:
   struct Row {
@@ -51,8 +51,8 @@ class ComboBox {
   template <typename Matches>
   int search(LPARAM after, Matches matches) const;
 
-  std::vector<Row> rows_;
-  int selection_ = -1;
+  std::vector<Row> m_rows;
+  int m_selection = -1;
 };
 
 }  // namespace velmor::windowing

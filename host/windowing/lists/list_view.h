@@ -22,44 +22,44 @@ class ListView {
     LPARAM param = 0;
   };
 
-  const std::vector<Column>& columns() const { return columns_; }
-  const std::vector<Row>& rows() const { return rows_; }
-  int count() const { return static_cast<int>(rows_.size()); }
-  bool has_row(int row) const { return row >= 0 && row < count(); }
-  bool has_column(int column) const {
-    return column >= 0 && column < static_cast<int>(columns_.size());
+  const std::vector<Column>& columns() const { return m_columns; }
+  const std::vector<Row>& rows() const { return m_rows; }
+  int count() const { return static_cast<int>(m_rows.size()); }
+  bool hasRow(int row) const { return row >= 0 && row < count(); }
+  bool hasColumn(int column) const {
+    return column >= 0 && column < static_cast<int>(m_columns.size());
   }
-  int extended_style() const { return extended_style_; }
+  int extendedStyle() const { return m_extended_style; }
 
   /// Changes the bits of `mask`, or all of them when it is 0.
-  void set_extended_style(int mask, int style);
+  void setExtendedStyle(int mask, int style);
 
   /// An index past the end appends. The new column's index, -1 for a negative one.
-  int insert_column(int index, const LVCOLUMN& column);
-  bool set_column(int index, const LVCOLUMN& column);
-  bool remove_column(int index);
+  int insertColumn(int index, const LVCOLUMN& column);
+  bool setColumn(int index, const LVCOLUMN& column);
+  bool removeColumn(int index);
 
   /// An index past the end appends. The new row's index, -1 for a negative one or for a cell that
   /// is not the row's first.
-  int insert_row(const LVITEM& item);
+  int insertRow(const LVITEM& item);
   /// Text, state and parameter as far as the mask names them.
-  bool set_item(const LVITEM& item);
-  bool set_text(int row, int column, const char* text);
-  bool remove_row(int row);
-  void clear() { rows_.clear(); }
+  bool setItem(const LVITEM& item);
+  bool setText(int row, int column, const char* text);
+  bool removeRow(int row);
+  void clear() { m_rows.clear(); }
 
   /// Empty for a cell that there is not.
   const std::string& text(int row, int column) const;
   UINT state(int row, UINT mask) const;
   /// Row -1 is every row.
-  bool set_state(int row, UINT state, UINT mask);
+  bool setState(int row, UINT state, UINT mask);
   /// The first row after `after` whose state has all bits of `state`, or -1.
   int next(int after, UINT state) const;
 
  private:
-  std::vector<Column> columns_;
-  std::vector<Row> rows_;
-  int extended_style_ = 0;
+  std::vector<Column> m_columns;
+  std::vector<Row> m_rows;
+  int m_extended_style = 0;
 };
 
 }  // namespace velmor::windowing

@@ -8,47 +8,47 @@ namespace velmor::windowing::functions {
 namespace {
 
 /// The list of a list view's handle, or an empty one that nobody sees.
-std::shared_ptr<ListView> find_list(HWND handle) {
+std::shared_ptr<ListView> findList(HWND handle) {
   const auto window = Desktop::the().find(handle);
-  if (!window || window->kind != WindowKind::list_view) {
+  if (!window || window->kind != WindowKind::kListView) {
     return std::make_shared<ListView>();
   }
   return {window, &window->list};
 }
 
-bool is_list(HWND handle) {
+bool isList(HWND handle) {
   const auto window = Desktop::the().find(handle);
-  return window && window->kind == WindowKind::list_view;
+  return window && window->kind == WindowKind::kListView;
 }
 
 }  // namespace
 
 void ListView_SetExtendedListViewStyleEx(HWND list, int mask, int style) {
-  find_list(list)->set_extended_style(mask, style);
+  findList(list)->setExtendedStyle(mask, style);
 }
 
 void ListView_InsertColumn(HWND list, int index, const LVCOLUMN* column) {
   if (column != nullptr) {
-    find_list(list)->insert_column(index, *column);
+    findList(list)->insertColumn(index, *column);
   }
 }
 
 BOOL ListView_DeleteColumn(HWND list, int index) {
-  return find_list(list)->remove_column(index) ? 1 : 0;
+  return findList(list)->removeColumn(index) ? 1 : 0;
 }
 
 BOOL ListView_SetColumn(HWND list, int index, const LVCOLUMN* column) {
-  return column != nullptr && find_list(list)->set_column(index, *column) ? 1 : 0;
+  return column != nullptr && findList(list)->setColumn(index, *column) ? 1 : 0;
 }
 
 BOOL ListView_GetColumn(HWND list, int index, LVCOLUMN* column) {
-  const auto view = find_list(list);
-  if (column == nullptr || !view->has_column(index)) {
+  const auto view = findList(list);
+  if (column == nullptr || !view->hasColumn(index)) {
     return 0;
   }
   const ListView::Column& from = view->columns()[static_cast<size_t>(index)];
   if ((column->mask & LVCF_TEXT) != 0) {
-    copy_bounded(from.text, column->text, column->text_max);
+    copyBounded(from.text, column->text, column->text_max);
   }
   if ((column->mask & LVCF_WIDTH) != 0) {
     column->cx = from.width;
@@ -60,8 +60,8 @@ BOOL ListView_GetColumn(HWND list, int index, LVCOLUMN* column) {
 }
 
 int ListView_GetColumnWidth(HWND list, int index) {
-  const auto view = find_list(list);
-  return view->has_column(index) ? view->columns()[static_cast<size_t>(index)].width : 0;
+  const auto view = findList(list);
+  return view->hasColumn(index) ? view->columns()[static_cast<size_t>(index)].width : 0;
 }
 
 BOOL ListView_SetColumnWidth(HWND list, int index, int width) {
@@ -72,28 +72,28 @@ BOOL ListView_SetColumnWidth(HWND list, int index, int width) {
 }
 
 int ListView_InsertItem(HWND list, const LVITEM* item) {
-  return item != nullptr && is_list(list) ? find_list(list)->insert_row(*item) : -1;
+  return item != nullptr && isList(list) ? findList(list)->insertRow(*item) : -1;
 }
 
 bool ListView_SetItemText(HWND list, int row, int column, const char* text) {
-  return find_list(list)->set_text(row, column, text);
+  return findList(list)->setText(row, column, text);
 }
 
 void ListView_GetItemText(HWND list, int row, int column, char* buffer, int size) {
-  copy_bounded(find_list(list)->text(row, column), buffer, size);
+  copyBounded(findList(list)->text(row, column), buffer, size);
 }
 
 BOOL ListView_SetItem(HWND list, const LVITEM* item) {
-  return item != nullptr && find_list(list)->set_item(*item) ? 1 : 0;
+  return item != nullptr && findList(list)->setItem(*item) ? 1 : 0;
 }
 
 BOOL ListView_GetItem(HWND list, LVITEM* item) {
-  const auto view = find_list(list);
-  if (item == nullptr || !view->has_row(item->item)) {
+  const auto view = findList(list);
+  if (item == nullptr || !view->hasRow(item->item)) {
     return 0;
   }
   if ((item->mask & LVIF_TEXT) != 0) {
-    copy_bounded(view->text(item->item, item->sub_item), item->text, item->text_max);
+    copyBounded(view->text(item->item, item->sub_item), item->text, item->text_max);
   }
   if ((item->mask & LVIF_PARAM) != 0) {
     item->param = view->rows()[static_cast<size_t>(item->item)].param;
@@ -105,28 +105,28 @@ BOOL ListView_GetItem(HWND list, LVITEM* item) {
 }
 
 BOOL ListView_DeleteItem(HWND list, int row) {
-  return find_list(list)->remove_row(row) ? 1 : 0;
+  return findList(list)->removeRow(row) ? 1 : 0;
 }
 
 BOOL ListView_DeleteAllItems(HWND list) {
-  find_list(list)->clear();
-  return is_list(list) ? 1 : 0;
+  findList(list)->clear();
+  return isList(list) ? 1 : 0;
 }
 
 int ListView_GetItemCount(HWND list) {
-  return find_list(list)->count();
+  return findList(list)->count();
 }
 
 int ListView_GetNextItem(HWND list, int after, int flags) {
   UINT state = 0;
   state |= (flags & LVNI_FOCUSED) != 0 ? LVIS_FOCUSED : 0;
   state |= (flags & LVNI_SELECTED) != 0 ? LVIS_SELECTED : 0;
-  return find_list(list)->next(after, state);
+  return findList(list)->next(after, state);
 }
 
 int ListView_GetSelectedCount(HWND list) {
   return static_cast<int>(std::ranges::count_if(
-      find_list(list)->rows(),
+      findList(list)->rows(),
       [](const ListView::Row& row) { return (row.state & LVIS_SELECTED) != 0; }));
 }
 
@@ -135,11 +135,11 @@ int ListView_GetSelectionMark(HWND list) {
 }
 
 UINT ListView_GetItemState(HWND list, int row, UINT mask) {
-  return find_list(list)->state(row, mask);
+  return findList(list)->state(row, mask);
 }
 
 BOOL ListView_SetItemState(HWND list, int row, UINT state, UINT mask) {
-  return is_list(list) && find_list(list)->set_state(row, state, mask) ? 1 : 0;
+  return isList(list) && findList(list)->setState(row, state, mask) ? 1 : 0;
 }
 
 }  // namespace velmor::windowing::functions

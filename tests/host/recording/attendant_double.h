@@ -20,9 +20,9 @@ class AttendantDouble final : public Attendant {
     if (on_progress) on_progress(progress);
   }
   void message(Severity severity, const std::string& text) override {
-    (severity == Severity::failure   ? failures
-     : severity == Severity::warning ? warnings
-                                     : notes)
+    (severity == Severity::kFailure   ? failures
+     : severity == Severity::kWarning ? warnings
+                                      : notes)
         .push_back(text);
   }
 

@@ -22,7 +22,7 @@ TEST(DiscComparison, EqualBytesAreEqual) {
   DriveState drive;
   drive.disc = programme.image();
   const Comparison result = compare(drive, programme);
-  EXPECT_EQ(result.verdict, Verdict::equal);
+  EXPECT_EQ(result.verdict, Verdict::kEqual);
   EXPECT_EQ(result.words, "The disc equals the image.");
 }
 
@@ -34,7 +34,7 @@ TEST_P(ReadOffset, OfTheDriveIsFoundAndHeldThroughout) {
   drive.disc = programme.image();
   drive.read_offset = GetParam();
   const Comparison result = compare(drive, programme);
-  EXPECT_EQ(result.verdict, Verdict::equal) << result.words;
+  EXPECT_EQ(result.verdict, Verdict::kEqual) << result.words;
   EXPECT_THAT(result.words, HasSubstr("offset of " + std::to_string(-GetParam()) + " frames"));
 }
 
@@ -49,16 +49,16 @@ TEST(DiscComparison, SilenceBeforeTheMusicHidesNoOffset) {
   DriveState drive;
   drive.disc = image;
   drive.read_offset = 48;
-  EXPECT_EQ(compare(drive, programme).verdict, Verdict::equal);
+  EXPECT_EQ(compare(drive, programme).verdict, Verdict::kEqual);
 }
 
 TEST(DiscComparison, SilenceAllThroughIsComparedToo) {
   const Programme programme(Bytes(size_t{300} * kSectorBytes, 0), {300});
   DriveState drive;
   drive.disc = programme.image();
-  EXPECT_EQ(compare(drive, programme).verdict, Verdict::equal);
+  EXPECT_EQ(compare(drive, programme).verdict, Verdict::kEqual);
   drive.disc[1'000'00] = 1;
-  EXPECT_EQ(compare(drive, programme).verdict, Verdict::different);
+  EXPECT_EQ(compare(drive, programme).verdict, Verdict::kDifferent);
 }
 
 class OneWrongByte : public ::testing::TestWithParam<size_t> {};
@@ -69,7 +69,7 @@ TEST_P(OneWrongByte, IsFoundAndItsSectorNamed) {
   drive.disc = programme.image();
   drive.disc[GetParam()] ^= 1;
   const Comparison result = compare(drive, programme);
-  EXPECT_EQ(result.verdict, Verdict::different);
+  EXPECT_EQ(result.verdict, Verdict::kDifferent);
   const auto sector = static_cast<int64_t>(GetParam() / kSectorBytes);
   EXPECT_THAT(result.words, HasSubstr("in 1 sector, at " + minutesSecondsFrames(sector) +
                                       (sector < 300 ? " (track 1)" : " (track 2)")));
@@ -86,7 +86,7 @@ TEST(DiscComparison, AnotherDiscIsDifferent) {
   DriveState drive;
   drive.disc = noise(300, 99);
   const Comparison result = compare(drive, programme);
-  EXPECT_EQ(result.verdict, Verdict::different);
+  EXPECT_EQ(result.verdict, Verdict::kDifferent);
   EXPECT_THAT(result.words, HasSubstr("in 300 sectors"));
 }
 
@@ -98,7 +98,7 @@ TEST(DiscComparison, AnOffsetThatDoesNotHoldIsADifference) {
   drive.disc.erase(drive.disc.begin() + 300 * kSectorBytes,
                    drive.disc.begin() + 300 * kSectorBytes + 4);
   drive.disc.insert(drive.disc.end(), 4, 0);
-  EXPECT_EQ(compare(drive, programme).verdict, Verdict::different);
+  EXPECT_EQ(compare(drive, programme).verdict, Verdict::kDifferent);
 }
 
 TEST(DiscComparison, AFlawInTheFirstSecondIsAFlawAndNoDriveThatCannotRead) {
@@ -109,7 +109,7 @@ TEST(DiscComparison, AFlawInTheFirstSecondIsAFlawAndNoDriveThatCannotRead) {
     drive.unreadable_from = flaw;
     drive.unreadable_to = flaw + 1;
     const Comparison flawed = compare(drive, programme);
-    EXPECT_EQ(flawed.verdict, Verdict::different) << flaw;
+    EXPECT_EQ(flawed.verdict, Verdict::kDifferent) << flaw;
     EXPECT_THAT(flawed.words, HasSubstr("cannot be read at " + minutesSecondsFrames(flaw)));
   }
 }
@@ -120,10 +120,10 @@ TEST(DiscComparison, ADiscThatBreaksOffIsDifferentAndOneThatCannotBeReadIsUndeci
   drive.disc = programme.image();
   drive.unreadable_from = 500;
   const Comparison broken = compare(drive, programme);
-  EXPECT_EQ(broken.verdict, Verdict::different);
+  EXPECT_EQ(broken.verdict, Verdict::kDifferent);
   EXPECT_THAT(broken.words, HasSubstr("cannot be read at 00:06:50 (track 2)"));
   drive.unreadable_from = 0;
-  EXPECT_EQ(compare(drive, programme).verdict, Verdict::undecided);
+  EXPECT_EQ(compare(drive, programme).verdict, Verdict::kUndecided);
 }
 
 TEST(DiscComparison, CanBeStopped) {
@@ -133,7 +133,7 @@ TEST(DiscComparison, CanBeStopped) {
   drive.disc = programme.image();
   RecorderDouble recorder(drive);
   const Comparison result = compareDisc(recorder, plan, [](int64_t done) { return done < 100; });
-  EXPECT_EQ(result.verdict, Verdict::undecided);
+  EXPECT_EQ(result.verdict, Verdict::kUndecided);
   EXPECT_THAT(result.words, HasSubstr("stopped"));
 }
 
@@ -142,7 +142,7 @@ TEST(DiscComparison, AnImageThatCannotBeReadAgainIsUndecided) {
   programme.producers[0]->fails_at_sector = 20;
   DriveState drive;
   drive.disc = programme.image();
-  EXPECT_EQ(compare(drive, programme).verdict, Verdict::undecided);
+  EXPECT_EQ(compare(drive, programme).verdict, Verdict::kUndecided);
 }
 
 }  // namespace

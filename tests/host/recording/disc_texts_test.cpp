@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/recording/refusal.h"
+#include "disc/failure.h"
 #include "host/recording/texts/disc_codes.h"
 #include "host/recording/texts/latin1.h"
 
@@ -109,9 +109,9 @@ TEST(DiscTexts, AKindThatOneTrackHasIsGivenForAll) {
   sheet.tracks[1].texts.title = "Coda";
   std::vector<std::string> warnings;
   const DiscTexts texts = makeDiscTexts(sheet, 3, warnings);
-  EXPECT_THAT(texts.block(TextKind::title).tracks, ElementsAre("", "Coda", ""));
-  EXPECT_EQ(texts.block(TextKind::title).disc, "");
-  EXPECT_FALSE(texts.block(TextKind::performer).present());
+  EXPECT_THAT(texts.block(TextKind::kTitle).tracks, ElementsAre("", "Coda", ""));
+  EXPECT_EQ(texts.block(TextKind::kTitle).disc, "");
+  EXPECT_FALSE(texts.block(TextKind::kPerformer).present());
 }
 
 TEST(DiscTexts, ATrackWithoutAPerformerHasTheDiscs) {
@@ -120,7 +120,7 @@ TEST(DiscTexts, ATrackWithoutAPerformerHasTheDiscs) {
   sheet.tracks[0].texts.performer = "Ana";
   std::vector<std::string> warnings;
   const DiscTexts texts = makeDiscTexts(sheet, 2, warnings);
-  EXPECT_THAT(texts.block(TextKind::performer).tracks, ElementsAre("Ana", "The Lanterns"));
+  EXPECT_THAT(texts.block(TextKind::kPerformer).tracks, ElementsAre("Ana", "The Lanterns"));
 }
 
 TEST(DiscTexts, AWarningNamesTheCharactersAndTheirPlace) {
@@ -162,12 +162,12 @@ TEST(DiscTexts, CodesStandBesideTextsButMakeNoCdTextAlone) {
   EXPECT_FALSE(makeDiscTexts(sheet, 1, warnings).hasCdText());
   sheet.disc.title = "Night Drive";
   const DiscTexts texts = makeDiscTexts(sheet, 1, warnings);
-  EXPECT_THAT(texts.block(TextKind::code).tracks, ElementsAre("USABC0500001"));
+  EXPECT_THAT(texts.block(TextKind::kCode).tracks, ElementsAre("USABC0500001"));
 }
 
 TEST(DiscTexts, ASheetOfAnotherDiscIsRefused) {
   std::vector<std::string> warnings;
-  EXPECT_THROW(makeDiscTexts(sheetOf(9), 10, warnings), Refusal);
+  EXPECT_THROW(makeDiscTexts(sheetOf(9), 10, warnings), Failure);
 }
 
 /// One title of so many characters takes, with its zero, these bytes of packs of twelve.
@@ -180,7 +180,7 @@ TEST(DiscTexts, TwoHundredAndFiftyTwoPacksAreTheMost) {
   try {
     makeDiscTexts(sheet, 1, warnings);
     FAIL() << "253 packs were taken";
-  } catch (const Refusal& refusal) {
+  } catch (const Failure& refusal) {
     EXPECT_THAT(refusal.what(), HasSubstr("253 packs"));
   }
 }
@@ -191,7 +191,7 @@ TEST(DiscTexts, TextsGoBeforeTheirCodesWhenThePacksRunOut) {
   sheet.tracks[0].texts.title = std::string(252 * 12 - 2, 'x');
   sheet.tracks[0].isrc = "USABC0500001";
   const DiscTexts texts = makeDiscTexts(sheet, 1, warnings);
-  EXPECT_FALSE(texts.block(TextKind::code).present());
+  EXPECT_FALSE(texts.block(TextKind::kCode).present());
   EXPECT_THAT(texts.recording_codes, ElementsAre("USABC0500001"));
 }
 

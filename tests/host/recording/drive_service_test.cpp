@@ -21,108 +21,109 @@ struct Machine {
 
 class BusDouble final : public RecorderBus {
  public:
-  explicit BusDouble(Machine& machine) : machine_(machine) {}
+  explicit BusDouble(Machine& machine) : m_machine(machine) {}
   std::vector<DriveRecord> scan() override {
-    ++machine_.scans;
-    return machine_.drives;
+    ++m_machine.scans;
+    return m_machine.drives;
   }
   std::unique_ptr<Recorder> grab(const std::string&, bool, std::string& why) override {
-    why = machine_.refusal;
+    why = m_machine.refusal;
     if (!why.empty()) return nullptr;
-    return std::make_unique<RecorderDouble>(machine_.state);
+    return std::make_unique<RecorderDouble>(m_machine.state);
   }
 
  private:
-  Machine& machine_;
+  Machine& m_machine;
 };
 
 class TheService : public ::testing::Test {
  protected:
   TheService() {
-    machine.drives = {{"/dev/sr0", "ACME", "Burner", "1.0"}, {"/dev/sr1", "", "Other", ""}};
-    options.attendant = &person;
-    service = new DriveService(std::make_unique<BusDouble>(machine), options);
+    m_machine.drives = {{"/dev/sr0", "ACME", "Burner", "1.0"}, {"/dev/sr1", "", "Other", ""}};
+    m_options.attendant = &m_person;
+    m_service = new DriveService(std::make_unique<BusDouble>(m_machine), m_options);
   }
-  ~TheService() override { service->close(); }
+  ~TheService() override { m_service->close(); }
 
   /// The calls of the burn engine, in its order.
   void burn(void* device, const Programme& programme, DiscBurnProperties properties) {
-    ASSERT_TRUE(service->IsValid(device));
-    if (!service->AcquireExclusiveAccess(device)) return;
-    void* handle = service->BurnForDevice(device);
+    ASSERT_TRUE(m_service->IsValid(device));
+    if (!m_service->AcquireExclusiveAccess(device)) return;
+    void* handle = m_service->BurnForDevice(device);
     ASSERT_NE(handle, nullptr);
-    service->SetProperties(handle, &properties);
-    service->RunProgressPanel(handle, programme.tracks.data(), programme.count());
-    service->ReleaseExclusiveAccess(device);
+    m_service->SetProperties(handle, &properties);
+    m_service->RunProgressPanel(handle, programme.tracks.data(), programme.count());
+    m_service->ReleaseExclusiveAccess(device);
   }
 
-  Machine machine;
-  AttendantDouble person;
-  Options options;
-  DriveService* service = nullptr;
-  const DiscBurnProperties plain{false, false, true, false, kDiscActionMount, kDiscActionNone};
+  Machine m_machine;
+  AttendantDouble m_person;
+  Options m_options;
+  DriveService* m_service = nullptr;
+  const DiscBurnProperties m_plain{false, false, true, false, kDiscActionMount, kDiscActionNone};
 };
 
 TEST_F(TheService, LooksForDrivesOncePerWalk) {
-  for (int i = 0; i < service->DeviceCount(); ++i) service->DeviceAt(i);
-  EXPECT_EQ(machine.scans, 1);
-  service->refresh();
-  EXPECT_EQ(service->DeviceCount(), 2);
-  EXPECT_EQ(machine.scans, 2);
+  for (int i = 0; i < m_service->DeviceCount(); ++i) m_service->DeviceAt(i);
+  EXPECT_EQ(m_machine.scans, 1);
+  m_service->refresh();
+  EXPECT_EQ(m_service->DeviceCount(), 2);
+  EXPECT_EQ(m_machine.scans, 2);
 }
 
 TEST_F(TheService, NamesDrivesAndAnswersNullForWhatItDoesNotKnow) {
-  ASSERT_EQ(service->DeviceCount(), 2);
-  void* first = service->DeviceAt(0);
-  void* second = service->DeviceAt(1);
-  EXPECT_STREQ(service->VendorName(first), "ACME");
-  EXPECT_STREQ(service->ProductName(first), "Burner");
-  EXPECT_EQ(service->VendorName(second), nullptr);
-  EXPECT_STREQ(service->ProductName(second), "Other");
-  EXPECT_EQ(service->DeviceAt(-1), nullptr);
-  EXPECT_EQ(service->DeviceAt(2), nullptr);
+  ASSERT_EQ(m_service->DeviceCount(), 2);
+  void* first = m_service->DeviceAt(0);
+  void* second = m_service->DeviceAt(1);
+  EXPECT_STREQ(m_service->VendorName(first), "ACME");
+  EXPECT_STREQ(m_service->ProductName(first), "Burner");
+  EXPECT_EQ(m_service->VendorName(second), nullptr);
+  EXPECT_STREQ(m_service->ProductName(second), "Other");
+  EXPECT_EQ(m_service->DeviceAt(-1), nullptr);
+  EXPECT_EQ(m_service->DeviceAt(2), nullptr);
   int stranger = 0;
-  EXPECT_EQ(service->VendorName(&stranger), nullptr);
-  EXPECT_FALSE(service->IsValid(&stranger));
+  EXPECT_EQ(m_service->VendorName(&stranger), nullptr);
+  EXPECT_FALSE(m_service->IsValid(&stranger));
 }
 
 TEST_F(TheService, ADriveKeepsItsHandleOverEveryLook) {
-  service->DeviceCount();
-  void* second = service->DeviceAt(1);
-  machine.drives.erase(machine.drives.begin());
-  service->refresh();
-  EXPECT_EQ(service->DeviceCount(), 1);
-  EXPECT_EQ(service->DeviceAt(0), second);
-  EXPECT_TRUE(service->IsValid(second));
+  m_service->DeviceCount();
+  void* second = m_service->DeviceAt(1);
+  m_machine.drives.erase(m_machine.drives.begin());
+  m_service->refresh();
+  EXPECT_EQ(m_service->DeviceCount(), 1);
+  EXPECT_EQ(m_service->DeviceAt(0), second);
+  EXPECT_TRUE(m_service->IsValid(second));
 }
 
 TEST_F(TheService, ADriveThatIsGoneIsNotValid) {
-  service->DeviceCount();
-  void* first = service->DeviceAt(0);
-  machine.drives.clear();
-  service->refresh();
-  EXPECT_EQ(service->DeviceCount(), 0);
-  EXPECT_FALSE(service->IsValid(first));
-  EXPECT_FALSE(service->AcquireExclusiveAccess(first));
-  EXPECT_THAT(service->outcome().failure, HasSubstr("not there any more"));
+  m_service->DeviceCount();
+  void* first = m_service->DeviceAt(0);
+  m_machine.drives.clear();
+  m_service->refresh();
+  EXPECT_EQ(m_service->DeviceCount(), 0);
+  EXPECT_FALSE(m_service->IsValid(first));
+  EXPECT_FALSE(m_service->AcquireExclusiveAccess(first));
+  EXPECT_THAT(m_service->outcome().failure, HasSubstr("not there any more"));
 }
 
 TEST_F(TheService, BurnsOnTheDriveThatWasChosen) {
-  service->DeviceCount();
+  m_service->DeviceCount();
   const Programme programme({300, 300});
-  burn(service->DeviceAt(0), programme, plain);
-  EXPECT_TRUE(service->outcome().written);
-  EXPECT_EQ(machine.state.disc, programme.image());
-  EXPECT_EQ(machine.state.releases, std::vector<bool>{false});
+  burn(m_service->DeviceAt(0), programme, m_plain);
+  EXPECT_TRUE(m_service->outcome().written);
+  EXPECT_EQ(m_machine.state.disc, programme.image());
+  EXPECT_EQ(m_machine.state.releases, std::vector<bool>{false});
 }
 
 TEST_F(TheService, ABusyDriveIsToldOfAndNothingIsWritten) {
-  service->DeviceCount();
-  machine.refusal = "/dev/sr0 is in use by another program.";
-  burn(service->DeviceAt(0), Programme({300}), plain);
-  EXPECT_EQ(service->outcome().failure, machine.refusal);
-  EXPECT_THAT(person.failures, ::testing::ElementsAre(machine.refusal + " Nothing was written."));
-  EXPECT_EQ(machine.state.writings, 0);
+  m_service->DeviceCount();
+  m_machine.refusal = "/dev/sr0 is in use by another program.";
+  burn(m_service->DeviceAt(0), Programme({300}), m_plain);
+  EXPECT_EQ(m_service->outcome().failure, m_machine.refusal);
+  EXPECT_THAT(m_person.failures,
+              ::testing::ElementsAre(m_machine.refusal + " Nothing was written."));
+  EXPECT_EQ(m_machine.state.writings, 0);
 }
 
 struct Action {
@@ -133,12 +134,12 @@ struct Action {
 class TheEnd : public TheService, public ::testing::WithParamInterface<Action> {};
 
 TEST_P(TheEnd, EjectsAsTheBurnAsks) {
-  service->DeviceCount();
-  if (!GetParam().good) machine.state.flaw_at = 10;
-  burn(service->DeviceAt(0), Programme({300}),
+  m_service->DeviceCount();
+  if (!GetParam().good) m_machine.state.flaw_at = 10;
+  burn(m_service->DeviceAt(0), Programme({300}),
        {false, false, true, false, GetParam().on_success, GetParam().on_failure});
-  EXPECT_EQ(service->outcome().written, GetParam().good);
-  EXPECT_EQ(machine.state.releases, std::vector<bool>{GetParam().ejected});
+  EXPECT_EQ(m_service->outcome().written, GetParam().good);
+  EXPECT_EQ(m_machine.state.releases, std::vector<bool>{GetParam().ejected});
 }
 
 INSTANTIATE_TEST_SUITE_P(Actions, TheEnd,
@@ -150,43 +151,43 @@ INSTANTIATE_TEST_SUITE_P(Actions, TheEnd,
                                                   true}));
 
 TEST_F(TheService, AnEmptyLayoutIsToldOfAndTheDriveGivenBack) {
-  service->DeviceCount();
-  void* device = service->DeviceAt(0);
-  ASSERT_TRUE(service->AcquireExclusiveAccess(device));
-  service->RunProgressPanel(service->BurnForDevice(device), nullptr, 0);
-  service->ReleaseExclusiveAccess(device);
-  EXPECT_THAT(service->outcome().failure, HasSubstr("no tracks"));
-  EXPECT_EQ(machine.state.releases.size(), 1U);
+  m_service->DeviceCount();
+  void* device = m_service->DeviceAt(0);
+  ASSERT_TRUE(m_service->AcquireExclusiveAccess(device));
+  m_service->RunProgressPanel(m_service->BurnForDevice(device), nullptr, 0);
+  m_service->ReleaseExclusiveAccess(device);
+  EXPECT_THAT(m_service->outcome().failure, HasSubstr("no tracks"));
+  EXPECT_EQ(m_machine.state.releases.size(), 1U);
 }
 
 TEST_F(TheService, HandlesOutOfPlaceDoNothing) {
-  service->DeviceCount();
-  void* device = service->DeviceAt(0);
-  EXPECT_EQ(service->BurnForDevice(device), nullptr) << "without exclusive access";
-  service->SetProperties(nullptr, &plain);
-  service->RunProgressPanel(nullptr, nullptr, 0);
-  service->ReleaseExclusiveAccess(device);
-  EXPECT_EQ(service->outcome().failure, "");
+  m_service->DeviceCount();
+  void* device = m_service->DeviceAt(0);
+  EXPECT_EQ(m_service->BurnForDevice(device), nullptr) << "without exclusive access";
+  m_service->SetProperties(nullptr, &m_plain);
+  m_service->RunProgressPanel(nullptr, nullptr, 0);
+  m_service->ReleaseExclusiveAccess(device);
+  EXPECT_EQ(m_service->outcome().failure, "");
 }
 
 TEST_F(TheService, ADriveIsHeldByOneBurnAtATime) {
-  service->DeviceCount();
-  ASSERT_TRUE(service->AcquireExclusiveAccess(service->DeviceAt(0)));
-  EXPECT_FALSE(service->AcquireExclusiveAccess(service->DeviceAt(1)));
-  service->ReleaseExclusiveAccess(service->DeviceAt(0));
-  EXPECT_TRUE(service->AcquireExclusiveAccess(service->DeviceAt(1)));
-  service->ReleaseExclusiveAccess(service->DeviceAt(1));
+  m_service->DeviceCount();
+  ASSERT_TRUE(m_service->AcquireExclusiveAccess(m_service->DeviceAt(0)));
+  EXPECT_FALSE(m_service->AcquireExclusiveAccess(m_service->DeviceAt(1)));
+  m_service->ReleaseExclusiveAccess(m_service->DeviceAt(0));
+  EXPECT_TRUE(m_service->AcquireExclusiveAccess(m_service->DeviceAt(1)));
+  m_service->ReleaseExclusiveAccess(m_service->DeviceAt(1));
 }
 
 TEST_F(TheService, ForgetsTheLastOutcomeWhenItIsHandedOutAgain) {
-  service->DeviceCount();
-  burn(service->DeviceAt(0), Programme({300}), plain);
-  service->refresh();
-  EXPECT_FALSE(service->outcome().written);
+  m_service->DeviceCount();
+  burn(m_service->DeviceAt(0), Programme({300}), m_plain);
+  m_service->refresh();
+  EXPECT_FALSE(m_service->outcome().written);
 }
 
 TEST_F(TheService, DescribesTheDiscInADrive) {
-  EXPECT_EQ(service->describeDisc({"/dev/sr0", "", "", "", true, ""}),
+  EXPECT_EQ(m_service->describeDisc({"/dev/sr0", "", "", "", true, ""}),
             "a blank CD-R, 79:57:74 free");
 }
 

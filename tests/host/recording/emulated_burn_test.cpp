@@ -22,59 +22,59 @@ using ::testing::IsEmpty;
 class EmulatedBurn : public ::testing::Test {
  protected:
   EmulatedBurn() {
-    options.attendant = &person;
-    options.cancel = &cancel;
+    m_options.attendant = &m_person;
+    m_options.cancel = &m_cancel;
     std::string why;
-    service = velmorOpenRecording(options, why);
-    if (service == nullptr) throw std::runtime_error(why);
+    m_service = velmorOpenRecording(m_options, why);
+    if (m_service == nullptr) throw std::runtime_error(why);
   }
-  ~EmulatedBurn() override { service->close(); }
+  ~EmulatedBurn() override { m_service->close(); }
 
   /// What the burn engine does, in its order.
   const Outcome& burn(const Programme& programme, int drive = 0) {
-    service->configure(options);
-    service->refresh();
-    if (drive >= service->DeviceCount()) return service->outcome();
-    void* device = service->DeviceAt(drive);
-    EXPECT_TRUE(service->IsValid(device));
-    if (!service->AcquireExclusiveAccess(device)) return service->outcome();
-    void* handle = service->BurnForDevice(device);
-    service->SetProperties(handle, &properties);
-    service->RunProgressPanel(handle, programme.tracks.data(), programme.count());
-    service->ReleaseExclusiveAccess(device);
-    return service->outcome();
+    m_service->configure(m_options);
+    m_service->refresh();
+    if (drive >= m_service->DeviceCount()) return m_service->outcome();
+    void* device = m_service->DeviceAt(drive);
+    EXPECT_TRUE(m_service->IsValid(device));
+    if (!m_service->AcquireExclusiveAccess(device)) return m_service->outcome();
+    void* handle = m_service->BurnForDevice(device);
+    m_service->SetProperties(handle, &m_properties);
+    m_service->RunProgressPanel(handle, programme.tracks.data(), programme.count());
+    m_service->ReleaseExclusiveAccess(device);
+    return m_service->outcome();
   }
   void writeSheet(const std::string& text) {
-    options.text_sheet = shelf.folder(0) / "album.cue";
-    std::ofstream(options.text_sheet) << text;
+    m_options.text_sheet = m_shelf.folder(0) / "album.cue";
+    std::ofstream(m_options.text_sheet) << text;
   }
   /// Nothing was written, and the person knows why.
   void expectUntouched(const Outcome& outcome, const std::string& words) {
     EXPECT_THAT(outcome.failure, HasSubstr(words));
     EXPECT_FALSE(outcome.written);
     EXPECT_EQ(outcome.disc_state, "Nothing was written.");
-    ASSERT_EQ(person.failures.size(), 1U);
-    EXPECT_THAT(person.failures[0], HasSubstr(words));
-    EXPECT_THAT(shelf.audio(0), IsEmpty());
+    ASSERT_EQ(m_person.failures.size(), 1U);
+    EXPECT_THAT(m_person.failures[0], HasSubstr(words));
+    EXPECT_THAT(m_shelf.audio(0), IsEmpty());
   }
 
-  RecorderShelf shelf;
-  AttendantDouble person;
-  std::atomic<bool> cancel{false};
-  Options options;
-  DiscBurnProperties properties{false, false, true, false, kDiscActionMount, kDiscActionNone};
-  Service* service = nullptr;
+  RecorderShelf m_shelf;
+  AttendantDouble m_person;
+  std::atomic<bool> m_cancel{false};
+  Options m_options;
+  DiscBurnProperties m_properties{false, false, true, false, kDiscActionMount, kDiscActionNone};
+  Service* m_service = nullptr;
 };
 
 TEST_F(EmulatedBurn, TheMachinesRecordersAreListedWithTheirNames) {
-  const std::vector<Drive> drives = service->drives();
+  const std::vector<Drive> drives = m_service->drives();
   ASSERT_EQ(drives.size(), 2U);
   EXPECT_EQ(drives[0].address, "/dev/sr30");
   EXPECT_EQ(drives[0].vendor, "ACME");
   EXPECT_EQ(drives[0].product, "BURNER ONE");
   EXPECT_EQ(drives[1].product, "BURNER TWO");
   EXPECT_TRUE(drives[0].usable);
-  EXPECT_EQ(service->describeDisc(drives[0]), "a blank CD-R, 79:57:70 free");
+  EXPECT_EQ(m_service->describeDisc(drives[0]), "a blank CD-R, 79:57:70 free");
 }
 
 TEST_F(EmulatedBurn, TheDiscHasTheImagesBytesAndItsTracksStartWhereTheyShould) {
@@ -82,31 +82,31 @@ TEST_F(EmulatedBurn, TheDiscHasTheImagesBytesAndItsTracksStartWhereTheyShould) {
   const Outcome& outcome = burn(programme);
   EXPECT_EQ(outcome.failure, "");
   EXPECT_TRUE(outcome.written);
-  EXPECT_EQ(shelf.audio(0), programme.image());
-  const recorder::Disc disc = shelf.disc(0);
-  EXPECT_EQ(disc.state, recorder::DiscState::complete);
+  EXPECT_EQ(m_shelf.audio(0), programme.image());
+  const recorder::Disc disc = m_shelf.disc(0);
+  EXPECT_EQ(disc.state, recorder::DiscState::kComplete);
   ASSERT_EQ(disc.tracks.size(), 3U);
   EXPECT_EQ(disc.tracks[0].start(), 0);
   EXPECT_EQ(disc.tracks[1].start(), 300);
   EXPECT_EQ(disc.tracks[2].start(), 1534);
-  EXPECT_EQ(disc.tracks[1].pregapStart, 300);
-  EXPECT_EQ(disc.leadOut, 2101);
-  EXPECT_THAT(person.failures, IsEmpty());
-  EXPECT_THAT(person.warnings, IsEmpty());
+  EXPECT_EQ(disc.tracks[1].pregap_start, 300);
+  EXPECT_EQ(disc.lead_out, 2101);
+  EXPECT_THAT(m_person.failures, IsEmpty());
+  EXPECT_THAT(m_person.warnings, IsEmpty());
 }
 
 TEST_F(EmulatedBurn, TheSecondDriveIsTheSecondOne) {
   const Programme programme({300});
   EXPECT_TRUE(burn(programme, 1).written);
-  EXPECT_EQ(shelf.audio(1), programme.image());
-  EXPECT_EQ(shelf.disc(0).state, recorder::DiscState::blank);
+  EXPECT_EQ(m_shelf.audio(1), programme.image());
+  EXPECT_EQ(m_shelf.disc(0).state, recorder::DiscState::kBlank);
 }
 
 TEST_F(EmulatedBurn, NinetyNineTracksFit) {
   const Programme programme(std::vector<int>(99, 300));
   EXPECT_TRUE(burn(programme).written);
-  EXPECT_EQ(shelf.disc(0).tracks.size(), 99U);
-  EXPECT_EQ(shelf.audio(0), programme.image());
+  EXPECT_EQ(m_shelf.disc(0).tracks.size(), 99U);
+  EXPECT_EQ(m_shelf.audio(0), programme.image());
 }
 
 TEST_F(EmulatedBurn, AnUnfilledEndIsSilence) {
@@ -114,7 +114,7 @@ TEST_F(EmulatedBurn, AnUnfilledEndIsSilence) {
   image.resize(image.size() - 2351);
   EXPECT_TRUE(burn(Programme(image, {400, 300})).written);
   image.resize(image.size() + 2351, 0);
-  EXPECT_EQ(shelf.audio(0), image);
+  EXPECT_EQ(m_shelf.audio(0), image);
 }
 
 TEST_F(EmulatedBurn, PregapsLieBeforeTheirTracksWithTheProducersAudio) {
@@ -123,14 +123,14 @@ TEST_F(EmulatedBurn, PregapsLieBeforeTheirTracksWithTheProducersAudio) {
   programme.tracks[1].pregap_length = 75;
   programme.producers[1]->pregap_byte = 3;
   EXPECT_TRUE(burn(programme).written);
-  const recorder::Disc disc = shelf.disc(0);
+  const recorder::Disc disc = m_shelf.disc(0);
   EXPECT_EQ(disc.tracks[0].start(), 0);
-  EXPECT_EQ(disc.tracks[1].pregapStart, 300);
+  EXPECT_EQ(disc.tracks[1].pregap_start, 300);
   EXPECT_EQ(disc.tracks[1].start(), 375);
   EXPECT_EQ(disc.tracks[2].start(), 675);
   Bytes expected = programme.image();
   expected.insert(expected.begin() + 300 * kSectorBytes, 75 * kSectorBytes, 3);
-  EXPECT_EQ(shelf.audio(0), expected);
+  EXPECT_EQ(m_shelf.audio(0), expected);
 }
 
 TEST_F(EmulatedBurn, ALongPregapOfTrack1IsWhollyOnTheDisc) {
@@ -138,20 +138,20 @@ TEST_F(EmulatedBurn, ALongPregapOfTrack1IsWhollyOnTheDisc) {
   programme.tracks[0].pregap_length = 225;
   programme.producers[0]->pregap_byte = 3;
   EXPECT_TRUE(burn(programme).written);
-  EXPECT_EQ(shelf.disc(0).tracks[0].start(), 75);
+  EXPECT_EQ(m_shelf.disc(0).tracks[0].start(), 75);
   Bytes expected = programme.image();
   expected.insert(expected.begin(), 75 * kSectorBytes, 3);
-  EXPECT_EQ(shelf.audio(0), expected);
+  EXPECT_EQ(m_shelf.audio(0), expected);
 }
 
 TEST_F(EmulatedBurn, ATestWriteStoresNothing) {
-  options.dry_run = true;
+  m_options.dry_run = true;
   const Outcome& outcome = burn(Programme({300, 300}));
   EXPECT_EQ(outcome.failure, "");
   EXPECT_TRUE(outcome.tested);
   EXPECT_FALSE(outcome.written);
-  EXPECT_EQ(shelf.disc(0).state, recorder::DiscState::blank);
-  EXPECT_THAT(shelf.audio(0), IsEmpty());
+  EXPECT_EQ(m_shelf.disc(0).state, recorder::DiscState::kBlank);
+  EXPECT_THAT(m_shelf.audio(0), IsEmpty());
 }
 
 TEST_F(EmulatedBurn, CatalogNumberIsrcAndTextsStandOnTheDisc) {
@@ -161,148 +161,148 @@ TEST_F(EmulatedBurn, CatalogNumberIsrcAndTextsStandOnTheDisc) {
       "  TRACK 01 AUDIO\r\n    TITLE \"Café\"\r\n    ISRC \"USABC0500001\"\r\n"
       "  TRACK 02 AUDIO\r\n    TITLE \"Coda\"\r\n    ISRC \"USABC0500002\"\r\n");
   EXPECT_TRUE(burn(Programme({300, 300})).written);
-  const recorder::Disc disc = shelf.disc(0);
+  const recorder::Disc disc = m_shelf.disc(0);
   EXPECT_EQ(disc.mcn, "4006381333931");
   EXPECT_EQ(disc.tracks[0].isrc, "USABC0500001");
   EXPECT_EQ(disc.tracks[1].isrc, "USABC0500002");
   // The titles, one after the other with zeros between them, in packs of type 80h.
   std::string titles;
-  for (const auto& pack : disc.cdText)
+  for (const auto& pack : disc.cd_text)
     if (pack[0] == 0x80) titles.append(pack.begin() + 4, pack.begin() + 16);
   EXPECT_EQ(titles.substr(0, 22), std::string("Night Drive\0Caf\xE9\0Coda\0", 22));
 }
 
 TEST_F(EmulatedBurn, WithoutASheetThereAreNoTexts) {
   EXPECT_TRUE(burn(Programme({300})).written);
-  EXPECT_THAT(shelf.disc(0).cdText, IsEmpty());
-  EXPECT_EQ(shelf.disc(0).mcn, "");
+  EXPECT_THAT(m_shelf.disc(0).cd_text, IsEmpty());
+  EXPECT_EQ(m_shelf.disc(0).mcn, "");
 }
 
 TEST_F(EmulatedBurn, AFullBlockOfTextsIsTaken) {
   writeSheet("  TRACK 01 AUDIO\r\n    TITLE \"" + std::string(252 * 12 - 2, 'x') + "\"\r\n");
-  EXPECT_TRUE(burn(Programme({300})).written) << service->outcome().failure;
-  EXPECT_EQ(shelf.disc(0).cdText.size(), 255U);
+  EXPECT_TRUE(burn(Programme({300})).written) << m_service->outcome().failure;
+  EXPECT_EQ(m_shelf.disc(0).cd_text.size(), 255U);
 }
 
 TEST_F(EmulatedBurn, TheDiscIsReadBackAndCompared) {
-  options.verify = true;
+  m_options.verify = true;
   const Outcome& outcome = burn(Programme({300, 450}));
   EXPECT_TRUE(outcome.written) << outcome.failure;
   EXPECT_TRUE(outcome.compared);
 }
 
 TEST_F(EmulatedBurn, ASectorThatCannotBeReadBackIsNoGoodDisc) {
-  options.verify = true;
-  shelf.change(0, [](recorder::Settings& s) { s.faults.readErrorAt = 500; });
+  m_options.verify = true;
+  m_shelf.change(0, [](recorder::Settings& s) { s.faults.read_error_at = 500; });
   const Outcome& outcome = burn(Programme({300, 450}));
   EXPECT_FALSE(outcome.written);
   EXPECT_THAT(outcome.failure, HasSubstr("cannot be read at 00:06:"));
 }
 
 TEST_F(EmulatedBurn, ADriveThatIsFasterThanWishedIsWarnedOf) {
-  options.speed = 1.0;
+  m_options.speed = 1.0;
   EXPECT_TRUE(burn(Programme({300})).written);
-  ASSERT_EQ(person.warnings.size(), 1U);
-  EXPECT_THAT(person.warnings[0], HasSubstr("slowest speed"));
+  ASSERT_EQ(m_person.warnings.size(), 1U);
+  EXPECT_THAT(m_person.warnings[0], HasSubstr("slowest speed"));
 }
 
 TEST_F(EmulatedBurn, ASpeedThatTheDriveHasIsTakenWithoutAWord) {
-  options.speed = 16.0;
+  m_options.speed = 16.0;
   EXPECT_TRUE(burn(Programme({300})).written);
-  EXPECT_THAT(person.warnings, IsEmpty());
+  EXPECT_THAT(m_person.warnings, IsEmpty());
 }
 
 TEST_F(EmulatedBurn, ListingPullsNoTrayIn) {
-  shelf.drive(0).saveTray(true);
-  EXPECT_EQ(service->describeDisc(service->drives()[0]), "no disc");
-  EXPECT_TRUE(shelf.drive(0).trayOpen());
+  m_shelf.drive(0).saveTray(true);
+  EXPECT_EQ(m_service->describeDisc(m_service->drives()[0]), "no disc");
+  EXPECT_TRUE(m_shelf.drive(0).trayOpen());
 }
 
 TEST_F(EmulatedBurn, ABurnPullsTheTrayIn) {
-  shelf.drive(0).saveTray(true);
-  EXPECT_TRUE(burn(Programme({300})).written) << service->outcome().failure;
+  m_shelf.drive(0).saveTray(true);
+  EXPECT_TRUE(burn(Programme({300})).written) << m_service->outcome().failure;
 }
 
 TEST_F(EmulatedBurn, EjectsWhenItIsAskedTo) {
-  properties.completion_action = kDiscActionEject;
+  m_properties.completion_action = kDiscActionEject;
   EXPECT_TRUE(burn(Programme({300})).written);
-  EXPECT_TRUE(shelf.drive(0).trayOpen());
+  EXPECT_TRUE(m_shelf.drive(0).trayOpen());
 }
 
 TEST_F(EmulatedBurn, LeavesTheDiscInTheDriveOtherwise) {
   EXPECT_TRUE(burn(Programme({300})).written);
-  EXPECT_FALSE(shelf.drive(0).trayOpen());
+  EXPECT_FALSE(m_shelf.drive(0).trayOpen());
 }
 
 TEST_F(EmulatedBurn, AMediumErrorIsToldWithItsPlaceAndSpoilsTheDisc) {
-  shelf.change(0, [](recorder::Settings& s) { s.faults.writeErrorAt = 400; });
+  m_shelf.change(0, [](recorder::Settings& s) { s.faults.write_error_at = 400; });
   const Outcome& outcome = burn(Programme({300, 450}));
   EXPECT_FALSE(outcome.written);
   EXPECT_THAT(outcome.failure, HasSubstr("The drive stopped at 00:05:"));
   EXPECT_THAT(outcome.failure, HasSubstr("(track 2)"));
   EXPECT_THAT(outcome.failure, HasSubstr("the disc has a flaw there"));
   EXPECT_THAT(outcome.disc_state, HasSubstr("cannot be used any more"));
-  EXPECT_EQ(person.failures.size(), 1U);
+  EXPECT_EQ(m_person.failures.size(), 1U);
 }
 
 TEST_F(EmulatedBurn, AnEmptyTrayIsToldOf) {
-  shelf.empty(0);
+  m_shelf.empty(0);
   const Outcome& outcome = burn(Programme({300}));
   expectUntouched(outcome, "There is no disc in the drive");
 }
 
 TEST_F(EmulatedBurn, AClosedDiscIsRefused) {
-  shelf.insert(0, RecorderShelf::closed());
+  m_shelf.insert(0, RecorderShelf::closed());
   expectUntouched(burn(Programme({300})), "written and closed");
 }
 
 TEST_F(EmulatedBurn, ATooSmallDiscIsRefusedAndTheLastSectorIsUsed) {
   recorder::Disc small;
   small.capacity = 750;
-  shelf.insert(0, small);
+  m_shelf.insert(0, small);
   expectUntouched(burn(Programme({300, 451})), "room for 00:10:00: 00:00:01 too much");
-  EXPECT_EQ(shelf.disc(0).state, recorder::DiscState::blank);
+  EXPECT_EQ(m_shelf.disc(0).state, recorder::DiscState::kBlank);
   const Programme fits({300, 450});
-  EXPECT_TRUE(burn(fits).written) << service->outcome().failure;
-  EXPECT_EQ(shelf.audio(0), fits.image());
+  EXPECT_TRUE(burn(fits).written) << m_service->outcome().failure;
+  EXPECT_EQ(m_shelf.audio(0), fits.image());
 }
 
 TEST_F(EmulatedBurn, ADriveThatIsTakenBeforeTheBurnIsToldOf) {
-  service->refresh();
-  ASSERT_EQ(service->DeviceCount(), 2);
-  void* device = service->DeviceAt(0);
-  shelf.change(0, [](recorder::Settings& s) { s.busy = true; });
-  EXPECT_FALSE(service->AcquireExclusiveAccess(device));
-  expectUntouched(service->outcome(), "/dev/sr30 is in use by another program");
+  m_service->refresh();
+  ASSERT_EQ(m_service->DeviceCount(), 2);
+  void* device = m_service->DeviceAt(0);
+  m_shelf.change(0, [](recorder::Settings& s) { s.busy = true; });
+  EXPECT_FALSE(m_service->AcquireExclusiveAccess(device));
+  expectUntouched(m_service->outcome(), "/dev/sr30 is in use by another program");
 }
 
 TEST_F(EmulatedBurn, DrivesThatMayNotBeOpenedAreListedLastWithTheReason) {
-  shelf.change(0, [](recorder::Settings& s) { s.deny = true; });
-  std::vector<Drive> drives = service->drives();
+  m_shelf.change(0, [](recorder::Settings& s) { s.deny = true; });
+  std::vector<Drive> drives = m_service->drives();
   ASSERT_EQ(drives.size(), 2U);
   EXPECT_EQ(drives[0].address, "/dev/sr31");
   EXPECT_TRUE(drives[0].usable);
   EXPECT_EQ(drives[1].address, "/dev/sr30");
   EXPECT_FALSE(drives[1].usable);
   EXPECT_THAT(drives[1].obstacle, HasSubstr("group"));
-  service->refresh();
-  EXPECT_EQ(service->DeviceCount(), 1);
-  shelf.change(0, [](recorder::Settings& s) { s.deny = false, s.busy = true; });
-  drives = service->drives();
+  m_service->refresh();
+  EXPECT_EQ(m_service->DeviceCount(), 1);
+  m_shelf.change(0, [](recorder::Settings& s) { s.deny = false, s.busy = true; });
+  drives = m_service->drives();
   EXPECT_THAT(drives[1].obstacle, HasSubstr("in use by another program"));
 }
 
 TEST_F(EmulatedBurn, ARewritableDiscIsBlankedAfterAYesOnly) {
-  shelf.insert(0, RecorderShelf::closed(RecorderShelf::rewritable()));
+  m_shelf.insert(0, RecorderShelf::closed(RecorderShelf::rewritable()));
   const Programme programme({300, 300});
   expectUntouched(burn(programme), "It was not to be erased");
-  EXPECT_EQ(shelf.disc(0).tracks.size(), 1U);
-  person.blank = true;
-  EXPECT_TRUE(burn(programme).written) << service->outcome().failure;
-  ASSERT_EQ(person.questions.size(), 2U);
-  EXPECT_THAT(person.questions[1], HasSubstr("a CD-RW that is written and closed"));
-  EXPECT_EQ(shelf.audio(0), programme.image());
-  EXPECT_EQ(shelf.disc(0).tracks.size(), 2U);
+  EXPECT_EQ(m_shelf.disc(0).tracks.size(), 1U);
+  m_person.blank = true;
+  EXPECT_TRUE(burn(programme).written) << m_service->outcome().failure;
+  ASSERT_EQ(m_person.questions.size(), 2U);
+  EXPECT_THAT(m_person.questions[1], HasSubstr("a CD-RW that is written and closed"));
+  EXPECT_EQ(m_shelf.audio(0), programme.image());
+  EXPECT_EQ(m_shelf.disc(0).tracks.size(), 2U);
 }
 
 TEST_F(EmulatedBurn, AFailedReadOfTheImageStopsTheBurn) {
@@ -311,9 +311,9 @@ TEST_F(EmulatedBurn, AFailedReadOfTheImageStopsTheBurn) {
   const Outcome& outcome = burn(programme);
   EXPECT_FALSE(outcome.written);
   EXPECT_THAT(outcome.failure, HasSubstr("could not be read at 00:05:25 (track 2)"));
-  EXPECT_NE(shelf.disc(0).state, recorder::DiscState::complete);
+  EXPECT_NE(m_shelf.disc(0).state, recorder::DiscState::kComplete);
   // No silence in place of the audio that is missing, but for what fills the last write command.
-  EXPECT_LE(shelf.audio(0).size(), size_t{413} * kSectorBytes);
+  EXPECT_LE(m_shelf.audio(0).size(), size_t{413} * kSectorBytes);
 }
 
 TEST_F(EmulatedBurn, AnImageThatBecomesShorterStopsTheBurn) {
@@ -324,52 +324,52 @@ TEST_F(EmulatedBurn, AnImageThatBecomesShorterStopsTheBurn) {
 }
 
 TEST_F(EmulatedBurn, TheWishToStopIsObeyedAndTheDiscsStateTold) {
-  shelf.change(0,
-               [](recorder::Settings& s) { s.faults.writeDelay = std::chrono::milliseconds(5); });
-  person.on_progress = [this](const Progress& step) {
-    if (step.phase == Phase::writing && step.sectors_done > 100) cancel = true;
+  m_shelf.change(
+      0, [](recorder::Settings& s) { s.faults.write_delay = std::chrono::milliseconds(5); });
+  m_person.on_progress = [this](const Progress& step) {
+    if (step.phase == Phase::kWriting && step.sectors_done > 100) m_cancel = true;
   };
   const Outcome& outcome = burn(Programme({300, 6000}));
   EXPECT_TRUE(outcome.cancelled);
   EXPECT_FALSE(outcome.written);
   EXPECT_EQ(outcome.failure, "The burn was stopped.");
   EXPECT_THAT(outcome.disc_state, HasSubstr("cannot be used any more"));
-  EXPECT_LT(shelf.audio(0).size(), size_t{6000} * kSectorBytes);
+  EXPECT_LT(m_shelf.audio(0).size(), size_t{6000} * kSectorBytes);
 }
 
 TEST_F(EmulatedBurn, AStoppedRewritableDiscCanBeUsedAgain) {
-  shelf.insert(0, RecorderShelf::rewritable());
-  person.on_progress = [this](const Progress& step) {
-    if (step.phase == Phase::writing) cancel = true;
+  m_shelf.insert(0, RecorderShelf::rewritable());
+  m_person.on_progress = [this](const Progress& step) {
+    if (step.phase == Phase::kWriting) m_cancel = true;
   };
-  shelf.change(0,
-               [](recorder::Settings& s) { s.faults.writeDelay = std::chrono::milliseconds(5); });
+  m_shelf.change(
+      0, [](recorder::Settings& s) { s.faults.write_delay = std::chrono::milliseconds(5); });
   EXPECT_THAT(burn(Programme({6000})).disc_state, HasSubstr("blanked and used again"));
-  shelf.change(0, [](recorder::Settings& s) { s.faults.writeDelay = {}; });
-  cancel = false;
-  person.on_progress = nullptr;
-  person.blank = true;
+  m_shelf.change(0, [](recorder::Settings& s) { s.faults.write_delay = {}; });
+  m_cancel = false;
+  m_person.on_progress = nullptr;
+  m_person.blank = true;
   const Programme again({300});
-  EXPECT_TRUE(burn(again).written) << service->outcome().failure;
-  EXPECT_EQ(shelf.audio(0), again.image());
+  EXPECT_TRUE(burn(again).written) << m_service->outcome().failure;
+  EXPECT_EQ(m_shelf.audio(0), again.image());
 }
 
 TEST_F(EmulatedBurn, ADriveThatBecomesReadyLateIsWaitedFor) {
-  shelf.change(0, [](recorder::Settings& s) { s.faults.becomingReadyPolls = 2; });
-  EXPECT_TRUE(burn(Programme({300})).written) << service->outcome().failure;
+  m_shelf.change(0, [](recorder::Settings& s) { s.faults.becoming_ready_polls = 2; });
+  EXPECT_TRUE(burn(Programme({300})).written) << m_service->outcome().failure;
 }
 
 TEST_F(EmulatedBurn, ProgressGoesThroughThePhasesToTheEnd) {
-  shelf.change(0,
-               [](recorder::Settings& s) { s.faults.writeDelay = std::chrono::milliseconds(2); });
+  m_shelf.change(
+      0, [](recorder::Settings& s) { s.faults.write_delay = std::chrono::milliseconds(2); });
   EXPECT_TRUE(burn(Programme({300, 2000})).written);
-  ASSERT_FALSE(person.steps.empty());
+  ASSERT_FALSE(m_person.steps.empty());
   int64_t done = 0;
   bool wrote = false;
-  for (const Progress& step : person.steps) {
+  for (const Progress& step : m_person.steps) {
     EXPECT_GE(step.sectors_done, done);
     done = step.sectors_done;
-    wrote = wrote || (step.phase == Phase::writing && step.track == 2 && step.speed > 0.0);
+    wrote = wrote || (step.phase == Phase::kWriting && step.track == 2 && step.speed > 0.0);
   }
   EXPECT_TRUE(wrote);
 }
@@ -377,10 +377,10 @@ TEST_F(EmulatedBurn, ProgressGoesThroughThePhasesToTheEnd) {
 TEST_F(EmulatedBurn, OneServiceBurnsManyDiscs) {
   const Programme programme({300});
   for (int i = 0; i < 5; ++i) {
-    shelf.insert(0, {});
+    m_shelf.insert(0, {});
     for (const auto& producer : programme.producers) producer->PrepareTrackForVerification();
-    ASSERT_TRUE(burn(programme).written) << service->outcome().failure;
-    ASSERT_EQ(shelf.audio(0), programme.image());
+    ASSERT_TRUE(burn(programme).written) << m_service->outcome().failure;
+    ASSERT_EQ(m_shelf.audio(0), programme.image());
   }
 }
 

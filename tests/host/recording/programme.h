@@ -29,10 +29,10 @@ inline Bytes noise(int sectors, uint32_t seed = 1) {
 class ProducerDouble final : public DiscTrackProducer {
  public:
   ProducerDouble(const Bytes& image, size_t first_byte, size_t bytes)
-      : image_(image), first_(first_byte), bytes_(bytes) {}
+      : m_image(image), m_first(first_byte), m_bytes(bytes) {}
 
   uint64_t EstimateLengthOfTrack() override {
-    return estimate.value_or((bytes_ + kSectorBytes - 1) / kSectorBytes);
+    return estimate.value_or((m_bytes + kSectorBytes - 1) / kSectorBytes);
   }
   bool PrepareTrack() override {
     ++prepared;
@@ -44,17 +44,17 @@ class ProducerDouble final : public DiscTrackProducer {
     return length;
   }
   uint32_t ProduceData(void* buffer, uint32_t length) override {
-    if (at_ / kSectorBytes == fails_at_sector) return UINT32_MAX;
-    const size_t begin = first_ + at_;
-    const size_t there = begin < image_.size() ? image_.size() - begin : 0;
-    size_t count = std::min({static_cast<size_t>(length), bytes_ - at_, there});
-    if (at_ / kSectorBytes == short_at_sector) count /= 2;
-    std::memcpy(buffer, image_.data() + begin, count);
-    at_ += count;
+    if (m_at / kSectorBytes == fails_at_sector) return UINT32_MAX;
+    const size_t begin = m_first + m_at;
+    const size_t there = begin < m_image.size() ? m_image.size() - begin : 0;
+    size_t count = std::min({static_cast<size_t>(length), m_bytes - m_at, there});
+    if (m_at / kSectorBytes == short_at_sector) count /= 2;
+    std::memcpy(buffer, m_image.data() + begin, count);
+    m_at += count;
     return static_cast<uint32_t>(count);
   }
   bool PrepareTrackForVerification() override {
-    at_ = 0;
+    m_at = 0;
     return true;
   }
   bool VerifyPreGap(const void*, uint32_t) override { return true; }
@@ -71,20 +71,20 @@ class ProducerDouble final : public DiscTrackProducer {
   int cleaned = 0;
 
  private:
-  const Bytes& image_;
-  size_t first_;
-  size_t bytes_;
-  size_t at_ = 0;
+  const Bytes& m_image;
+  size_t m_first;
+  size_t m_bytes;
+  size_t m_at = 0;
 };
 
 /// An image cut into tracks of the given lengths.
 class Programme {
  public:
-  Programme(Bytes image, const std::vector<int>& track_sectors) : image_(std::move(image)) {
+  Programme(Bytes image, const std::vector<int>& track_sectors) : m_image(std::move(image)) {
     size_t first = 0;
     for (const int sectors : track_sectors) {
       const size_t bytes = static_cast<size_t>(sectors) * kSectorBytes;
-      producers.push_back(std::make_unique<ProducerDouble>(image_, first, bytes));
+      producers.push_back(std::make_unique<ProducerDouble>(m_image, first, bytes));
       tracks.push_back({producers.back().get(), 0, 0, 0, 0, 0, kSectorBytes, sectors});
       first += bytes;
     }
@@ -93,7 +93,7 @@ class Programme {
       : Programme(noise(sum(track_sectors)), track_sectors) {}
   Programme(const Programme&) = delete;
 
-  const Bytes& image() const { return image_; }
+  const Bytes& image() const { return m_image; }
   int count() const { return static_cast<int>(tracks.size()); }
 
   std::vector<std::unique_ptr<ProducerDouble>> producers;
@@ -105,7 +105,7 @@ class Programme {
     for (const int number : numbers) total += number > 0 ? number : 0;
     return total;
   }
-  Bytes image_;
+  Bytes m_image;
 };
 
 }  // namespace velmor::recording::testing

@@ -7,15 +7,15 @@
 #include <utility>
 #include <vector>
 
+#include "disc/failure.h"
 #include "host/recording/burn/recorder.h"
-#include "host/recording/refusal.h"
 #include "tests/host/recording/programme.h"
 
 namespace velmor::recording::testing {
 
 /// What a drive and its disc are like, and what happens to them. Outlives the recorder.
 struct DriveState {
-  Medium medium{DiscState::blank, "CD-R", true, false, 359'849, 359'849};
+  Medium medium{DiscState::kBlank, "CD-R", true, false, 359'849, 359'849};
   bool can_test_write = true;
   double slowest_speed = 4.0;
   bool blanks_well = true;
@@ -43,111 +43,112 @@ struct DriveState {
 
 class RecorderDouble final : public Recorder {
  public:
-  explicit RecorderDouble(DriveState& state) : state_(state) {}
+  explicit RecorderDouble(DriveState& state) : m_state(state) {}
 
-  Medium medium() override { return state_.medium; }
-  bool canTestWrite() override { return state_.can_test_write; }
+  Medium medium() override { return m_state.medium; }
+  bool canTestWrite() override { return m_state.can_test_write; }
   double setSpeed(double speed) override {
-    state_.speed = speed;
-    return std::max(speed, state_.slowest_speed);
+    m_state.speed = speed;
+    return std::max(speed, m_state.slowest_speed);
   }
   void startBlanking() override {
-    ++state_.blankings;
-    blanking_ = 3;
-    good_ = state_.blanks_well;
-    if (!good_) return;
-    state_.disc.clear();
-    state_.medium.state = DiscState::blank;
-    state_.medium.free_sectors = state_.medium.capacity_sectors;
+    ++m_state.blankings;
+    m_blanking = 3;
+    m_good = m_state.blanks_well;
+    if (!m_good) return;
+    m_state.disc.clear();
+    m_state.medium.state = DiscState::kBlank;
+    m_state.medium.free_sectors = m_state.medium.capacity_sectors;
   }
   void startWriting(const Session& session, SectorFeed& feed) override {
-    ++state_.writings;
-    session_ = session;
-    feed_ = &feed;
-    state_.simulated = session.simulate;
-    state_.kept_open = session.keep_open;
-    state_.had_texts = session.texts != nullptr;
-    if (session.texts != nullptr) state_.texts = *session.texts;
-    good_ = true;
-    written_ = 0;
+    ++m_state.writings;
+    m_session = session;
+    m_feed = &feed;
+    m_state.simulated = session.simulate;
+    m_state.kept_open = session.keep_open;
+    m_state.had_texts = session.texts != nullptr;
+    if (session.texts != nullptr) m_state.texts = *session.texts;
+    m_good = true;
+    m_written = 0;
   }
   RecorderStatus wait() override {
-    if (blanking_ > 0) {
-      --blanking_;
-      return {Activity::blanking, 1.0 - blanking_ / 3.0, -1};
+    if (m_blanking > 0) {
+      --m_blanking;
+      return {Activity::kBlanking, 1.0 - m_blanking / 3.0, -1};
     }
-    if (feed_ == nullptr && state_.cancels > 0 && state_.stopping_steps > 0) {
-      --state_.stopping_steps;
-      return {Activity::writing, 0.0, -1};
+    if (m_feed == nullptr && m_state.cancels > 0 && m_state.stopping_steps > 0) {
+      --m_state.stopping_steps;
+      return {Activity::kWriting, 0.0, -1};
     }
-    if (feed_ == nullptr) return {};
-    if (written_ == session_.plan->sectors && state_.closing_steps-- > 0)
-      return {Activity::closing, 0.0, -1};
-    for (int i = 0; i < 100 && feed_ != nullptr && !atTheEnd(i); ++i) writeSector();
-    if (feed_ == nullptr) return {};
-    return {atTheEnd(1) ? Activity::closing : Activity::writing, 0.0, 80};
+    if (m_feed == nullptr) return {};
+    if (m_written == m_session.plan->sectors && m_state.closing_steps-- > 0)
+      return {Activity::kClosing, 0.0, -1};
+    for (int i = 0; i < 100 && m_feed != nullptr && !atTheEnd(i); ++i) writeSector();
+    if (m_feed == nullptr) return {};
+    return {atTheEnd(1) ? Activity::kClosing : Activity::kWriting, 0.0, 80};
   }
   void cancel() override {
-    ++state_.cancels;
-    good_ = state_.goes_on_with_zeros;
+    ++m_state.cancels;
+    m_good = m_state.goes_on_with_zeros;
     end();
   }
-  bool succeeded() override { return good_; }
+  bool succeeded() override { return m_good; }
   bool readAudio(int64_t lba, int sectors, unsigned char* audio) override {
-    if (lba + sectors > state_.unreadable_from && lba < state_.unreadable_to) return false;
-    const int64_t first = lba * kSectorBytes + int64_t{state_.read_offset} * 4;
+    if (lba + sectors > m_state.unreadable_from && lba < m_state.unreadable_to) return false;
+    const int64_t first = lba * kSectorBytes + int64_t{m_state.read_offset} * 4;
     for (int64_t i = 0; i < int64_t{sectors} * kSectorBytes; ++i) {
       const int64_t at = first + i;
-      const bool there = at >= 0 && at < static_cast<int64_t>(state_.disc.size());
-      audio[i] = there ? state_.disc[static_cast<size_t>(at)] : 0;
+      const bool there = at >= 0 && at < static_cast<int64_t>(m_state.disc.size());
+      audio[i] = there ? m_state.disc[static_cast<size_t>(at)] : 0;
     }
     return true;
   }
-  std::vector<RecorderMessage> takeMessages() override { return std::exchange(messages_, {}); }
-  void release(bool eject) override { state_.releases.push_back(eject); }
+  std::vector<RecorderMessage> takeMessages() override { return std::exchange(m_messages, {}); }
+  void release(bool eject) override { m_state.releases.push_back(eject); }
 
  private:
   /// All is written, and the drive is to be seen closing the disc.
   bool atTheEnd(int step) const {
-    return written_ == session_.plan->sectors && state_.closing_steps > 0 && step > 0;
+    return m_written == m_session.plan->sectors && m_state.closing_steps > 0 && step > 0;
   }
   void end() {
-    feed_ = nullptr;
-    if (state_.simulated) return;
-    state_.medium.state = good_ && !state_.kept_open ? DiscState::closed : DiscState::appendable;
+    m_feed = nullptr;
+    if (m_state.simulated) return;
+    m_state.medium.state =
+        m_good && !m_state.kept_open ? DiscState::kClosed : DiscState::kAppendable;
   }
   void writeSector() {
-    if (written_ == session_.plan->sectors) {
-      if (!state_.remark.empty()) messages_.push_back({true, state_.remark});
+    if (m_written == m_session.plan->sectors) {
+      if (!m_state.remark.empty()) m_messages.push_back({true, m_state.remark});
       return end();
     }
     unsigned char sector[kSectorBytes] = {};
-    const auto track = static_cast<size_t>(session_.plan->trackAt(written_));
-    if (!feed_->next(track, sector)) {
-      if (!state_.goes_on_with_zeros) good_ = false;
+    const auto track = static_cast<size_t>(m_session.plan->trackAt(m_written));
+    if (!m_feed->next(track, sector)) {
+      if (!m_state.goes_on_with_zeros) m_good = false;
       return end();
     }
-    if (written_ == state_.fails_silently_at) {
-      good_ = false;
+    if (m_written == m_state.fails_silently_at) {
+      m_good = false;
       return end();
     }
-    if (written_ == state_.flaw_at) {
-      good_ = false;
-      messages_.push_back({true, "SCSI error on write(" + std::to_string(written_) +
-                                     ",13): [3 0C 00] Medium error. Write error."});
+    if (m_written == m_state.flaw_at) {
+      m_good = false;
+      m_messages.push_back({true, "SCSI error on write(" + std::to_string(m_written) +
+                                      ",13): [3 0C 00] Medium error. Write error."});
       return end();
     }
-    if (!state_.simulated) state_.disc.insert(state_.disc.end(), sector, sector + kSectorBytes);
-    ++written_;
+    if (!m_state.simulated) m_state.disc.insert(m_state.disc.end(), sector, sector + kSectorBytes);
+    ++m_written;
   }
 
-  DriveState& state_;
-  Session session_;
-  SectorFeed* feed_ = nullptr;
-  int64_t written_ = 0;
-  int blanking_ = 0;
-  bool good_ = false;
-  std::vector<RecorderMessage> messages_;
+  DriveState& m_state;
+  Session m_session;
+  SectorFeed* m_feed = nullptr;
+  int64_t m_written = 0;
+  int m_blanking = 0;
+  bool m_good = false;
+  std::vector<RecorderMessage> m_messages;
 };
 
 }  // namespace velmor::recording::testing

@@ -18,7 +18,7 @@ class RecorderShelf {
  public:
   RecorderShelf() {
     std::string pattern = std::filesystem::temp_directory_path() / "velmor_recorders_XXXXXX";
-    root_ = mkdtemp(pattern.data());
+    m_root = mkdtemp(pattern.data());
     for (int i = 0; i < 2; ++i) {
       std::filesystem::create_directory(folder(i));
       recorder::Settings settings;
@@ -27,17 +27,17 @@ class RecorderShelf {
       drive(i).saveSettings(settings);
       drive(i).saveDisc(recorder::Disc());
     }
-    setenv(recorder::kDirectoryVariable, root_.c_str(), 1);
+    setenv(recorder::kDirectoryVariable, m_root.c_str(), 1);
   }
   ~RecorderShelf() {
     unsetenv(recorder::kDirectoryVariable);
-    std::filesystem::remove_all(root_);
+    std::filesystem::remove_all(m_root);
   }
   RecorderShelf(const RecorderShelf&) = delete;
   RecorderShelf& operator=(const RecorderShelf&) = delete;
 
   static std::string address(int i) { return "/dev/sr" + std::to_string(30 + i); }
-  std::filesystem::path folder(int i) const { return root_ / ("drive" + std::to_string(i)); }
+  std::filesystem::path folder(int i) const { return m_root / ("drive" + std::to_string(i)); }
   recorder::DriveDirectory drive(int i) const { return recorder::DriveDirectory(folder(i)); }
 
   recorder::Disc disc(int i) const { return drive(i).disc().value(); }
@@ -60,22 +60,22 @@ class RecorderShelf {
 
   static recorder::Disc rewritable() {
     recorder::Disc disc;
-    disc.medium = recorder::Medium::cdRw;
+    disc.medium = recorder::Medium::kCdRw;
     return disc;
   }
   /// One track of four seconds, closed.
   static recorder::Disc closed(recorder::Disc disc = {}) {
-    disc.state = recorder::DiscState::complete;
-    disc.leadOut = kMinTrackSectors;
+    disc.state = recorder::DiscState::kComplete;
+    disc.lead_out = kMinTrackSectors;
     recorder::Track track;
-    track.pregapStart = -kLeadInPregap;
+    track.pregap_start = -kLeadInPregap;
     track.indices = {0};
     disc.tracks = {track};
     return disc;
   }
 
  private:
-  std::filesystem::path root_;
+  std::filesystem::path m_root;
 };
 
 }  // namespace velmor::recording::testing

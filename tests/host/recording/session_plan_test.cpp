@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/recording/refusal.h"
+#include "disc/failure.h"
 #include "tests/host/recording/programme.h"
 
 namespace velmor::recording::testing {
@@ -14,7 +14,7 @@ using ::testing::HasSubstr;
 std::string refusalOf(const Programme& programme) {
   try {
     planSession(programme.tracks.data(), programme.count());
-  } catch (const Refusal& refusal) {
+  } catch (const Failure& refusal) {
     return refusal.what();
   }
   return "";
@@ -57,9 +57,9 @@ TEST(SessionPlan, TheFirstTwoSecondsOfTrack1sPregapAreTheDiscsOwn) {
 }
 
 TEST(SessionPlan, NoTracksAreNoDisc) {
-  EXPECT_THROW(planSession(nullptr, 0), Refusal);
+  EXPECT_THROW(planSession(nullptr, 0), Failure);
   const Programme programme({300});
-  EXPECT_THROW(planSession(programme.tracks.data(), 0), Refusal);
+  EXPECT_THROW(planSession(programme.tracks.data(), 0), Failure);
 }
 
 TEST(SessionPlan, NinetyNineTracksAreTheMost) {
@@ -111,7 +111,7 @@ TEST(SessionPlan, TheLeadOutBeginsAtTheLatestWhereTheDiscsTimeEnds) {
   EXPECT_EQ(planSession(&track, 1).sectors, 404'849);
   producer.estimate = 404'850;
   track.track_length = 404'850;
-  EXPECT_THROW(planSession(&track, 1), Refusal);
+  EXPECT_THROW(planSession(&track, 1), Failure);
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/recording/refusal.h"
+#include "disc/failure.h"
 
 namespace velmor::recording::testing {
 namespace {
@@ -80,7 +80,7 @@ TEST(SheetTexts, AnEmptySheetHasNothing) {
 }
 
 TEST(SheetTexts, AMissingSheetIsRefusedByName) {
-  EXPECT_THROW(readSheetTexts("/nowhere/album.cue"), Refusal);
+  EXPECT_THROW(readSheetTexts("/nowhere/album.cue"), Failure);
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ class TextPacks : public ::testing::TestWithParam<TextBlock> {};
 
 TEST_P(TextPacks, AreCountedAsTheyWillBeWritten) {
   DiscTexts texts;
-  texts.block(TextKind::title) = GetParam();
+  texts.block(TextKind::kTitle) = GetParam();
   EXPECT_EQ(textPacks(texts), packsOfLibburn(GetParam()));
 }
 

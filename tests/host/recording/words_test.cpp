@@ -4,10 +4,10 @@
 
 #include <cerrno>
 
+#include "disc/failure.h"
 #include "host/recording/burn/medium_words.h"
 #include "host/recording/burn/sense.h"
 #include "host/recording/libburn/device_access.h"
-#include "host/recording/refusal.h"
 
 namespace velmor::recording::testing {
 namespace {
@@ -84,8 +84,8 @@ TEST(DeviceAccess, AFileThatIsGoneIsSaidToBeGone) {
 
 std::string verdictOn(const Medium& medium, bool may_overwrite) {
   try {
-    return judgeMedium(medium, may_overwrite) == MediumVerdict::ready ? "ready" : "needs blanking";
-  } catch (const Refusal& refusal) {
+    return judgeMedium(medium, may_overwrite) == MediumVerdict::kReady ? "ready" : "needs blanking";
+  } catch (const Failure& refusal) {
     return refusal.what();
   }
 }
@@ -105,21 +105,21 @@ TEST_P(ADisc, IsJudged) {
 INSTANTIATE_TEST_SUITE_P(
     Kinds, ADisc,
     ::testing::Values(
-        Disc{{DiscState::blank, "CD-R", true, false, 1, 1}, true, "ready"},
-        Disc{{DiscState::blank, "CD-RW", true, true, 1, 1}, false, "ready"},
-        Disc{{DiscState::none, "", false, false, 0, 0}, true, "no disc in the drive"},
-        Disc{{DiscState::closed, "CD-R", true, false, 0, 1}, true, "written and closed. Nothing"},
-        Disc{{DiscState::closed, "CD-ROM", false, false, 0, 0}, true, "Nothing can be recorded"},
-        Disc{{DiscState::appendable, "CD-R", true, false, 0, 1}, true, "open for more. Nothing"},
-        Disc{{DiscState::closed, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
-        Disc{{DiscState::appendable, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
-        Disc{{DiscState::closed, "CD-RW", true, true, 0, 1}, false, "may not overwrite"},
-        Disc{{DiscState::blank, "DVD-R", false, false, 1, 1}, true, "needs a CD-R or CD-RW"},
-        Disc{{DiscState::closed, "DVD-RW", false, true, 0, 0}, true, "Nothing can be recorded"},
-        Disc{{DiscState::unsuitable, "", false, false, 0, 0}, true, "cannot use its disc"},
-        Disc{{DiscState::unsuitable, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
-        Disc{{DiscState::unsuitable, "CD-R", true, false, 0, 1}, true, "broken off. Nothing"},
-        Disc{{DiscState::unknown, "", false, false, 0, 0}, true, "cannot use its disc"}));
+        Disc{{DiscState::kBlank, "CD-R", true, false, 1, 1}, true, "ready"},
+        Disc{{DiscState::kBlank, "CD-RW", true, true, 1, 1}, false, "ready"},
+        Disc{{DiscState::kNone, "", false, false, 0, 0}, true, "no disc in the drive"},
+        Disc{{DiscState::kClosed, "CD-R", true, false, 0, 1}, true, "written and closed. Nothing"},
+        Disc{{DiscState::kClosed, "CD-ROM", false, false, 0, 0}, true, "Nothing can be recorded"},
+        Disc{{DiscState::kAppendable, "CD-R", true, false, 0, 1}, true, "open for more. Nothing"},
+        Disc{{DiscState::kClosed, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
+        Disc{{DiscState::kAppendable, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
+        Disc{{DiscState::kClosed, "CD-RW", true, true, 0, 1}, false, "may not overwrite"},
+        Disc{{DiscState::kBlank, "DVD-R", false, false, 1, 1}, true, "needs a CD-R or CD-RW"},
+        Disc{{DiscState::kClosed, "DVD-RW", false, true, 0, 0}, true, "Nothing can be recorded"},
+        Disc{{DiscState::kUnsuitable, "", false, false, 0, 0}, true, "cannot use its disc"},
+        Disc{{DiscState::kUnsuitable, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
+        Disc{{DiscState::kUnsuitable, "CD-R", true, false, 0, 1}, true, "broken off. Nothing"},
+        Disc{{DiscState::kUnknown, "", false, false, 0, 0}, true, "cannot use its disc"}));
 
 TEST(Room, TheImageMayFillTheDiscAndNotOneSectorMore) {
   EXPECT_NO_THROW(checkRoom(1000, 1000));
@@ -127,24 +127,24 @@ TEST(Room, TheImageMayFillTheDiscAndNotOneSectorMore) {
   try {
     checkRoom(333'000, 333'001);
     FAIL();
-  } catch (const Refusal& refusal) {
+  } catch (const Failure& refusal) {
     EXPECT_THAT(refusal.what(), HasSubstr("74:00:01 long"));
     EXPECT_THAT(refusal.what(), HasSubstr("room for 74:00:00: 00:00:01 too much"));
   }
 }
 
 TEST(DiscState, AfterAFailureDependsOnTheDisc) {
-  Medium medium{DiscState::appendable, "CD-R", true, false, 0, 0};
+  Medium medium{DiscState::kAppendable, "CD-R", true, false, 0, 0};
   EXPECT_THAT(stateAfterFailure(medium, false), HasSubstr("cannot be used any more"));
   EXPECT_THAT(stateAfterFailure(medium, true), HasSubstr("as it was"));
   medium.rewritable = true;
   EXPECT_THAT(stateAfterFailure(medium, false), HasSubstr("can be blanked and used again"));
-  medium.state = DiscState::blank;
+  medium.state = DiscState::kBlank;
   EXPECT_THAT(stateAfterFailure(medium, false), HasSubstr("still blank"));
 }
 
 TEST(DiscState, IsDescribedForAList) {
-  EXPECT_EQ(describeMedium({DiscState::blank, "CD-R", true, false, 359'849, 359'849}),
+  EXPECT_EQ(describeMedium({DiscState::kBlank, "CD-R", true, false, 359'849, 359'849}),
             "a blank CD-R, 79:57:74 free");
   EXPECT_EQ(describeMedium({}), "a disc that the drive does not recognise");
 }

@@ -22,10 +22,10 @@ struct Received {
   LPARAM lparam;
 };
 
-inline int command_id(const Received& each) {
+inline int commandId(const Received& each) {
   return static_cast<int>(each.wparam & 0xFFFF);
 }
-inline int command_code(const Received& each) {
+inline int commandCode(const Received& each) {
   return static_cast<int>(each.wparam >> 16);
 }
 
@@ -34,31 +34,31 @@ class ScriptedPerson : public Person {
  public:
   using Turn = std::function<void(OpenDialog&)>;
 
-  explicit ScriptedPerson(std::deque<Turn> turns = {}) : turns_(std::move(turns)) {}
+  explicit ScriptedPerson(std::deque<Turn> turns = {}) : m_turns(std::move(turns)) {}
 
-  void dialog_opened(OpenDialog& dialog) override { opened.push_back(dialog.resource_id()); }
-  bool use_dialog(OpenDialog& dialog) override {
-    if (turns_.empty()) {
+  void dialogOpened(OpenDialog& dialog) override { opened.push_back(dialog.resourceId()); }
+  bool useDialog(OpenDialog& dialog) override {
+    if (m_turns.empty()) {
       return false;
     }
-    const Turn turn = turns_.front();
-    turns_.pop_front();
+    const Turn turn = m_turns.front();
+    m_turns.pop_front();
     turn(dialog);
     return true;
   }
-  int read_message(const ShownMessage& message) override {
+  int readMessage(const ShownMessage& message) override {
     messages.push_back(message);
     return answer;
   }
 
-  size_t turns_left() const { return turns_.size(); }
+  size_t turnsLeft() const { return m_turns.size(); }
 
   std::vector<intptr_t> opened;
   std::vector<ShownMessage> messages;
   int answer = IDOK;
 
  private:
-  std::deque<Turn> turns_;
+  std::deque<Turn> m_turns;
 };
 
 /// Every test starts and ends with an empty desktop and nobody before it.
@@ -67,71 +67,71 @@ class Desk : public testing::Test {
   using Procedure = std::function<LRESULT(const Received&)>;
 
   void SetUp() override {
-    ASSERT_EQ(Desktop::the().window_count(), 0U);
-    current = this;
+    ASSERT_EQ(Desktop::the().windowCount(), 0U);
+    g_current = this;
   }
   void TearDown() override {
-    on_message = nullptr;  // what it refers to in the test's body is gone
-    if (modeless != nullptr) {
-      Desktop::the().destroy(modeless);
+    m_on_message = nullptr;  // what it refers to in the test's body is gone
+    if (m_modeless != nullptr) {
+      Desktop::the().destroy(m_modeless);
     }
-    EXPECT_EQ(Desktop::the().window_count(), 0U) << "windows were left over";
+    EXPECT_EQ(Desktop::the().windowCount(), 0U) << "windows were left over";
     EXPECT_EQ(Desktop::the().person(), nullptr);
-    current = nullptr;
+    g_current = nullptr;
   }
 
   static LRESULT procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     const Received each = {window, message, wparam, lparam};
-    current->received.push_back(each);
-    return current->on_message ? current->on_message(each) : 0;
+    g_current->m_received.push_back(each);
+    return g_current->m_on_message ? g_current->m_on_message(each) : 0;
   }
 
   /// A modeless dialog that the test's end destroys.
   HWND open(intptr_t id, HWND parent = nullptr) {
-    modeless = functions::QUELM_CreateDialog(dialog_templates(), id, parent, &procedure, 42);
-    functions::ShowWindow(modeless, 5);
-    received.clear();
-    return modeless;
+    m_modeless = functions::QUELM_CreateDialog(dialogTemplates(), id, parent, &procedure, 42);
+    functions::ShowWindow(m_modeless, 5);
+    m_received.clear();
+    return m_modeless;
   }
   int run(intptr_t id, HWND parent = nullptr) {
-    return functions::QUELM_DialogBox(dialog_templates(), id, parent, &procedure, 42);
+    return functions::QUELM_DialogBox(dialogTemplates(), id, parent, &procedure, 42);
   }
   /// Like most dialogs: OK and Cancel end it with their ids.
-  void end_on_buttons() {
-    on_message = [](const Received& each) -> LRESULT {
-      if (each.message == WM_COMMAND && command_id(each) <= IDCANCEL) {
-        functions::EndDialog(each.window, command_id(each));
+  void endOnButtons() {
+    m_on_message = [](const Received& each) -> LRESULT {
+      if (each.message == WM_COMMAND && commandId(each) <= IDCANCEL) {
+        functions::EndDialog(each.window, commandId(each));
       }
       return 0;
     };
   }
   std::vector<UINT> messages() const {
     std::vector<UINT> all;
-    for (const Received& each : received) {
+    for (const Received& each : m_received) {
       all.push_back(each.message);
     }
     return all;
   }
   /// The commands of a control, as notification codes.
-  std::vector<int> codes_of(int id) const {
+  std::vector<int> codesOf(int id) const {
     std::vector<int> all;
-    for (const Received& each : received) {
-      if (each.message == WM_COMMAND && command_id(each) == id) {
-        all.push_back(command_code(each));
+    for (const Received& each : m_received) {
+      if (each.message == WM_COMMAND && commandId(each) == id) {
+        all.push_back(commandCode(each));
       }
     }
     return all;
   }
 
-  std::vector<Received> received;
-  Procedure on_message;
+  std::vector<Received> m_received;
+  Procedure m_on_message;
 
  private:
-  static inline Desk* current = nullptr;
-  HWND modeless = nullptr;
+  static inline Desk* g_current = nullptr;
+  HWND m_modeless = nullptr;
 };
 
-inline LPARAM text_param(const char* text) {
+inline LPARAM textParam(const char* text) {
   return reinterpret_cast<LPARAM>(text);
 }
 

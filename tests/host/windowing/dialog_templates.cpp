@@ -40,25 +40,25 @@ const QuelmControl kProgressRows[] = {
     {kQuelmLabel, 0, "Burning in progress...", 0, 7, 7, 172, 8, 0},
 };
 
-template <const auto& rows>
+template <const auto& Rows>
 void create(HWND window, int flags) {
   functions::QUELM_MakeSetCurParms(1.7F, 1.7F, 0, 0, window, false,
                                    (flags & kQuelmNoAutoSize) == 0);
-  functions::QUELM_GenerateDialogFromList(rows, static_cast<int>(std::size(rows)));
+  functions::QUELM_GenerateDialogFromList(Rows, static_cast<int>(std::size(Rows)));
 }
 
-QuelmDialogResource autosized = {kAutosized, "Autosized", 0,      &create<kProgressRows>,
-                                 10,         500,         nullptr};
-QuelmDialogResource panel_template = {kPanel, "", 13, &create<kPanelRows>, 484, 86, &autosized};
-QuelmDialogResource burn_template = {kBurn, "Burn Audio CD Image", 12, &create<kBurnRows>, 404,
-                                     406,   &panel_template};
-QuelmDialogResource progress_template = {
-    kProgress, "Audio CD Image", 12, &create<kProgressRows>, 316, 66, &burn_template};
+QuelmDialogResource g_autosized = {kAutosized, "Autosized", 0,      &create<kProgressRows>,
+                                   10,         500,         nullptr};
+QuelmDialogResource g_panel_template = {kPanel, "", 13, &create<kPanelRows>, 484, 86, &g_autosized};
+QuelmDialogResource g_burn_template = {kBurn, "Burn Audio CD Image", 12, &create<kBurnRows>, 404,
+                                       406,   &g_panel_template};
+QuelmDialogResource g_progress_template = {
+    kProgress, "Audio CD Image", 12, &create<kProgressRows>, 316, 66, &g_burn_template};
 
 }  // namespace
 
-QuelmDialogResource* dialog_templates() {
-  return &progress_template;
+QuelmDialogResource* dialogTemplates() {
+  return &g_progress_template;
 }
 
 }  // namespace velmor::windowing

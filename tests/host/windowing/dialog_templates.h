@@ -13,6 +13,6 @@ inline constexpr intptr_t kProgress = 103;
 inline constexpr intptr_t kAutosized = 7;
 
 /// The head of the list of templates: progress, burn, panel, autosized.
-QuelmDialogResource* dialog_templates();
+QuelmDialogResource* dialogTemplates();
 
 }  // namespace velmor::windowing

@@ -13,22 +13,22 @@ using DialogCreation = Desk;
 TEST_F(DialogCreation, TheTemplatesRowsBecomeControlsInTheirOrder) {
   OpenDialog dialog(open(kBurn));
   EXPECT_EQ(dialog.title(), "Burn Audio CD Image");
-  EXPECT_EQ(dialog.resource_id(), kBurn);
+  EXPECT_EQ(dialog.resourceId(), kBurn);
   const struct {
     WindowKind kind;
     int id;
     const char* text;
   } expected[] = {
-      {WindowKind::push_button, 1, "Burn CD"},
-      {WindowKind::push_button, 2, "Close"},
-      {WindowKind::label, 0, "Method:"},
-      {WindowKind::combo_box, 1014, ""},
-      {WindowKind::label, 0, "Drive:"},
-      {WindowKind::combo_box, 1015, ""},
-      {WindowKind::label, 0, "Track list:"},
-      {WindowKind::list_view, 1018, "List1"},
-      {WindowKind::check_box, 1016, "Eject CD when done"},
-      {WindowKind::check_box, 1017, "Delete CD image files on close of this window"},
+      {WindowKind::kPushButton, 1, "Burn CD"},
+      {WindowKind::kPushButton, 2, "Close"},
+      {WindowKind::kLabel, 0, "Method:"},
+      {WindowKind::kComboBox, 1014, ""},
+      {WindowKind::kLabel, 0, "Drive:"},
+      {WindowKind::kComboBox, 1015, ""},
+      {WindowKind::kLabel, 0, "Track list:"},
+      {WindowKind::kListView, 1018, "List1"},
+      {WindowKind::kCheckBox, 1016, "Eject CD when done"},
+      {WindowKind::kCheckBox, 1017, "Delete CD image files on close of this window"},
   };
   const auto controls = dialog.controls();
   ASSERT_EQ(controls.size(), std::size(expected));
@@ -77,25 +77,25 @@ TEST_F(DialogCreation, ADialogIsNotSizedByTheDialogsItOwns) {
 
 TEST_F(DialogCreation, AnUnknownTemplateOrParentMakesNoDialog) {
   const HWND nobody = reinterpret_cast<HWND>(0xDEAD);
-  EXPECT_EQ(QUELM_CreateDialog(dialog_templates(), 99, nullptr, &procedure, 0), nullptr);
+  EXPECT_EQ(QUELM_CreateDialog(dialogTemplates(), 99, nullptr, &procedure, 0), nullptr);
   EXPECT_EQ(QUELM_CreateDialog(nullptr, kBurn, nullptr, &procedure, 0), nullptr);
-  EXPECT_EQ(QUELM_CreateDialog(dialog_templates(), kBurn, nobody, &procedure, 0), nullptr);
-  EXPECT_EQ(QUELM_DialogBox(dialog_templates(), 99, nullptr, &procedure, 0), -1);
-  EXPECT_EQ(QUELM_DialogBox(dialog_templates(), kBurn, nobody, &procedure, 0), 0);
-  EXPECT_TRUE(received.empty());
+  EXPECT_EQ(QUELM_CreateDialog(dialogTemplates(), kBurn, nobody, &procedure, 0), nullptr);
+  EXPECT_EQ(QUELM_DialogBox(dialogTemplates(), 99, nullptr, &procedure, 0), -1);
+  EXPECT_EQ(QUELM_DialogBox(dialogTemplates(), kBurn, nobody, &procedure, 0), 0);
+  EXPECT_TRUE(m_received.empty());
 }
 
 TEST_F(DialogCreation, TheProcedureGetsItsParameterOnceTheControlsAreThere) {
   HWND drives = nullptr;
-  on_message = [&](const Received& each) -> LRESULT {
+  m_on_message = [&](const Received& each) -> LRESULT {
     drives = GetDlgItem(each.window, 1015);
     return 0;
   };
-  const HWND dialog = QUELM_CreateDialog(dialog_templates(), kBurn, nullptr, &procedure, 42);
+  const HWND dialog = QUELM_CreateDialog(dialogTemplates(), kBurn, nullptr, &procedure, 42);
   ASSERT_EQ(messages(), std::vector<UINT>{WM_INITDIALOG});
-  EXPECT_EQ(received[0].window, dialog);
-  EXPECT_EQ(received[0].lparam, 42);
-  EXPECT_EQ(received[0].wparam, reinterpret_cast<WPARAM>(GetDlgItem(dialog, IDOK)));
+  EXPECT_EQ(m_received[0].window, dialog);
+  EXPECT_EQ(m_received[0].lparam, 42);
+  EXPECT_EQ(m_received[0].wparam, reinterpret_cast<WPARAM>(GetDlgItem(dialog, IDOK)));
   EXPECT_NE(drives, nullptr);
   EXPECT_EQ(DestroyWindow(dialog), 1);
 }
@@ -104,7 +104,7 @@ TEST_F(DialogCreation, APanelLiesInItsParentAndGoesWithIt) {
   HWND panel = nullptr;
   {
     const TopWindow main("main");
-    panel = QUELM_CreateDialog(dialog_templates(), kPanel, main.handle(), &procedure, 0);
+    panel = QUELM_CreateDialog(dialogTemplates(), kPanel, main.handle(), &procedure, 0);
     const HWND edit = GetDlgItem(panel, 1001);
     EXPECT_EQ(GetParent(panel), main.handle());
     EXPECT_EQ(GetParent(edit), panel);
@@ -123,13 +123,13 @@ TEST_F(DialogCreation, APanelLiesInItsParentAndGoesWithIt) {
 }
 
 TEST_F(DialogCreation, ADialogDestroyedByItsOwnStartIsNotHandedOut) {
-  on_message = [](const Received& each) -> LRESULT {
+  m_on_message = [](const Received& each) -> LRESULT {
     if (each.message == WM_INITDIALOG) {
       DestroyWindow(each.window);
     }
     return 0;
   };
-  EXPECT_EQ(QUELM_CreateDialog(dialog_templates(), kBurn, nullptr, &procedure, 0), nullptr);
+  EXPECT_EQ(QUELM_CreateDialog(dialogTemplates(), kBurn, nullptr, &procedure, 0), nullptr);
   EXPECT_EQ(run(kBurn), 0);
 }
 
@@ -141,7 +141,7 @@ TEST_F(DialogDestruction, TheControlsStillAnswerWhileTheDialogIsTold) {
   CheckDlgButton(dialog, 1016, 1);
   int checked = -1;
   BOOL again = -1;
-  on_message = [&](const Received& each) -> LRESULT {
+  m_on_message = [&](const Received& each) -> LRESULT {
     checked = IsDlgButtonChecked(each.window, 1016);
     again = DestroyWindow(each.window);
     return 0;
@@ -181,7 +181,7 @@ TEST_F(DialogDestruction, AHandleOfAWindowThatIsGoneDoesNothingAnywhere) {
     EnableWindow(each, 1);
     EndDialog(each, 1);
     EXPECT_EQ(GetFocus(), nullptr);
-    EXPECT_FALSE(OpenDialog(each).is_open());
+    EXPECT_FALSE(OpenDialog(each).isOpen());
     EXPECT_THROW(OpenDialog(each).title(), CannotDo);
   }
   EXPECT_NE(open(kBurn), gone) << "a handle is never given out twice";
@@ -189,10 +189,10 @@ TEST_F(DialogDestruction, AHandleOfAWindowThatIsGoneDoesNothingAnywhere) {
 
 TEST_F(DialogDestruction, WhatTheProcedureThrowsIsThrownOnWhenTheWindowsAreGone) {
   const HWND dialog = open(kBurn);
-  on_message = [](const Received&) -> LRESULT { throw std::runtime_error("on destruction"); };
+  m_on_message = [](const Received&) -> LRESULT { throw std::runtime_error("on destruction"); };
   EXPECT_THROW(DestroyWindow(dialog), std::runtime_error);
   EXPECT_EQ(IsWindow(dialog), 0);
-  EXPECT_EQ(Desktop::the().window_count(), 0U);
+  EXPECT_EQ(Desktop::the().windowCount(), 0U);
 }
 
 using WindowState = Desk;
@@ -256,31 +256,31 @@ using Messages = Desk;
 
 TEST_F(Messages, OtherMessagesReachTheDialogProcedureAndItsAnswerComesBack) {
   const HWND dialog = open(kPanel);
-  on_message = [](const Received& each) { return each.wparam + each.lparam; };
+  m_on_message = [](const Received& each) { return each.wparam + each.lparam; };
   EXPECT_EQ(SendMessage(dialog, WM_USER + 1024, 3, 4), 7);
-  EXPECT_EQ(received.back().message, WM_USER + 1024);
-  on_message = nullptr;
+  EXPECT_EQ(m_received.back().message, WM_USER + 1024);
+  m_on_message = nullptr;
 }
 
 TEST_F(Messages, ClosingADialogPressesItsCancelButton) {
   const HWND dialog = open(kBurn);
   SendMessage(dialog, WM_CLOSE, 0, 0);
-  EXPECT_EQ(codes_of(IDCANCEL), std::vector<int>{BN_CLICKED});
-  on_message = [](const Received& each) -> LRESULT { return each.message == WM_CLOSE ? 1 : 0; };
+  EXPECT_EQ(codesOf(IDCANCEL), std::vector<int>{BN_CLICKED});
+  m_on_message = [](const Received& each) -> LRESULT { return each.message == WM_CLOSE ? 1 : 0; };
   SendMessage(dialog, WM_CLOSE, 0, 0);
-  EXPECT_EQ(codes_of(IDCANCEL).size(), 1U) << "the procedure has seen to it";
+  EXPECT_EQ(codesOf(IDCANCEL).size(), 1U) << "the procedure has seen to it";
 }
 
 TEST_F(Messages, PostedMessagesWaitAndThoseToAWindowThatIsGoneGetLost) {
   const HWND dialog = open(kBurn);
   EXPECT_EQ(PostMessage(dialog, WM_USER, 1, 0), 1);
-  EXPECT_TRUE(received.empty());
+  EXPECT_TRUE(m_received.empty());
   QUELM_MessageQueue_Flush();
   EXPECT_EQ(messages(), std::vector<UINT>{WM_USER});
   PostMessage(dialog, WM_USER, 2, 0);
   QUELM_MessageQueue_Clear();
   QUELM_MessageQueue_Flush();
-  EXPECT_EQ(received.size(), 1U);
+  EXPECT_EQ(m_received.size(), 1U);
   PostMessage(dialog, WM_USER, 3, 0);
   DestroyWindow(dialog);
   QUELM_MessageQueue_Flush();
@@ -289,7 +289,7 @@ TEST_F(Messages, PostedMessagesWaitAndThoseToAWindowThatIsGoneGetLost) {
 
 TEST_F(Messages, AMessagePostedDuringDeliveryWaitsForTheNextOne) {
   const HWND dialog = open(kBurn);
-  on_message = [](const Received& each) -> LRESULT {
+  m_on_message = [](const Received& each) -> LRESULT {
     if (each.message == WM_USER) {
       PostMessage(each.window, WM_USER, 0, 0);
     }
@@ -297,13 +297,13 @@ TEST_F(Messages, AMessagePostedDuringDeliveryWaitsForTheNextOne) {
   };
   PostMessage(dialog, WM_USER, 0, 0);
   QUELM_MessageQueue_Flush();
-  EXPECT_EQ(received.size(), 1U);
+  EXPECT_EQ(m_received.size(), 1U);
   QUELM_MessageQueue_Clear();
 }
 
 TEST_F(Messages, AMessagePostedAfterAnInnerDeliveryWaitsForTheNextOne) {
   const HWND dialog = open(kBurn);
-  on_message = [](const Received& each) -> LRESULT {
+  m_on_message = [](const Received& each) -> LRESULT {
     if (each.wparam == 1) {
       QUELM_MessageQueue_Flush();
       PostMessage(each.window, WM_USER, 3, 0);
@@ -313,8 +313,8 @@ TEST_F(Messages, AMessagePostedAfterAnInnerDeliveryWaitsForTheNextOne) {
   PostMessage(dialog, WM_USER, 1, 0);
   PostMessage(dialog, WM_USER, 2, 0);
   QUELM_MessageQueue_Flush();
-  ASSERT_EQ(received.size(), 2U);
-  EXPECT_EQ(received.back().wparam, 2);
+  ASSERT_EQ(m_received.size(), 2U);
+  EXPECT_EQ(m_received.back().wparam, 2);
   QUELM_MessageQueue_Clear();
 }
 

@@ -24,35 +24,35 @@ class IniFileTest : public testing::Test {
   void SetUp() override {
     std::string pattern = (fs::temp_directory_path() / "velmor-ini-XXXXXX").string();
     ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder = pattern;
-    path = (folder / "host.ini").string();
+    m_folder = pattern;
+    m_path = (m_folder / "host.ini").string();
   }
   void TearDown() override {
-    fs::permissions(folder, fs::perms::owner_all);
-    fs::remove_all(folder);
+    fs::permissions(m_folder, fs::perms::owner_all);
+    fs::remove_all(m_folder);
   }
-  void put(std::string_view text) const { std::ofstream(path, std::ios::binary) << text; }
+  void put(std::string_view text) const { std::ofstream(m_path, std::ios::binary) << text; }
   std::string content() const {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(m_path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
   BOOL write(const char* key, const char* value) const {
-    return WritePrivateProfileString("velmor_cd", key, value, path.c_str());
+    return WritePrivateProfileString("velmor_cd", key, value, m_path.c_str());
   }
   int read(const char* key, int fallback) const {
-    return GetPrivateProfileInt("velmor_cd", key, fallback, path.c_str());
+    return GetPrivateProfileInt("velmor_cd", key, fallback, m_path.c_str());
   }
   std::string text(const char* key) const {
     char buffer[64];
-    GetPrivateProfileString("velmor_cd", key, "-", buffer, sizeof buffer, path.c_str());
+    GetPrivateProfileString("velmor_cd", key, "-", buffer, sizeof buffer, m_path.c_str());
     return buffer;
   }
   size_t files() const {
-    return static_cast<size_t>(std::distance(fs::directory_iterator(folder), {}));
+    return static_cast<size_t>(std::distance(fs::directory_iterator(m_folder), {}));
   }
 
-  fs::path folder;
-  std::string path;
+  fs::path m_folder;
+  std::string m_path;
 };
 
 TEST_F(IniFileTest, SettingsAreWrittenInOrderAndReadBack) {
@@ -149,50 +149,50 @@ TEST_F(IniFileTest, WhatALineCannotHoldIsRefused) {
     EXPECT_EQ(write(key, "1"), 0) << key;
   }
   EXPECT_EQ(write("key", "a\nb"), 0);
-  EXPECT_EQ(WritePrivateProfileString("a]b", "k", "v", path.c_str()), 0);
-  EXPECT_EQ(WritePrivateProfileString("", "k", "v", path.c_str()), 0);
-  EXPECT_EQ(WritePrivateProfileString(nullptr, "k", "v", path.c_str()), 0);
+  EXPECT_EQ(WritePrivateProfileString("a]b", "k", "v", m_path.c_str()), 0);
+  EXPECT_EQ(WritePrivateProfileString("", "k", "v", m_path.c_str()), 0);
+  EXPECT_EQ(WritePrivateProfileString(nullptr, "k", "v", m_path.c_str()), 0);
   EXPECT_EQ(WritePrivateProfileString("s", "k", "v", nullptr), 0);
   EXPECT_EQ(content(), before);
 }
 
 TEST_F(IniFileTest, TheFileIsReplacedInOneStepAndKeepsItsPermissions) {
   put("[velmor_cd]\neject=1\n");
-  fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
-  const std::string other_name = (folder / "old").string();
-  ASSERT_EQ(link(path.c_str(), other_name.c_str()), 0);
+  fs::permissions(m_path, fs::perms::owner_read | fs::perms::owner_write);
+  const std::string other_name = (m_folder / "old").string();
+  ASSERT_EQ(link(m_path.c_str(), other_name.c_str()), 0);
   EXPECT_EQ(write("eject", "0"), 1);
   std::ifstream old(other_name);
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(old), {}), "[velmor_cd]\neject=1\n")
       << "who had the file open still reads the whole old one";
-  EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(fs::status(m_path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
 TEST_F(IniFileTest, AnUnchangedFileIsNotWritten) {
   put("[velmor_cd]\neject = 1\n");
   struct stat before = {};
   struct stat after = {};
-  stat(path.c_str(), &before);
+  stat(m_path.c_str(), &before);
   EXPECT_EQ(write("eject", "1"), 1);
-  stat(path.c_str(), &after);
+  stat(m_path.c_str(), &after);
   EXPECT_EQ(before.st_ino, after.st_ino);
 }
 
 TEST_F(IniFileTest, ASymbolicLinkStaysOne) {
-  const fs::path real = folder / "real.ini";
-  fs::create_symlink(real, path);
+  const fs::path real = m_folder / "real.ini";
+  fs::create_symlink(real, m_path);
   std::ofstream(real) << "[a]\nx=1\n";
   EXPECT_EQ(write("eject", "1"), 1);
-  EXPECT_TRUE(fs::is_symlink(path));
+  EXPECT_TRUE(fs::is_symlink(m_path));
   EXPECT_EQ(read("eject", 0), 1);
   EXPECT_EQ(files(), 2U);
 }
 
 TEST_F(IniFileTest, AFileThatCannotBeReadIsNotReplaced) {
-  fs::create_directory(path);
+  fs::create_directory(m_path);
   EXPECT_EQ(write("eject", "1"), 0);
   EXPECT_EQ(read("eject", 4), 4);
-  EXPECT_TRUE(fs::is_directory(path));
+  EXPECT_TRUE(fs::is_directory(m_path));
   EXPECT_EQ(files(), 1U);
 }
 
@@ -214,7 +214,7 @@ TEST_F(IniFileTest, AFullDiskLeavesTheOldFileAndNothingBesideIt) {
 }
 
 TEST_F(IniFileTest, ALeftoverOfACrashedWriterIsInNobodysWay) {
-  const std::string leftover = path + ".new" + std::to_string(getpid()) + "-0";
+  const std::string leftover = m_path + ".new" + std::to_string(getpid()) + "-0";
   std::ofstream(leftover) << "half";
   EXPECT_EQ(write("eject", "1"), 1);
   EXPECT_EQ(read("eject", 0), 1);
@@ -226,12 +226,12 @@ TEST_F(IniFileTest, ANewFileHasTheUsualPermissions) {
   EXPECT_EQ(write("eject", "1"), 1);
   umask(mask);
   struct stat made = {};
-  stat(path.c_str(), &made);
+  stat(m_path.c_str(), &made);
   EXPECT_EQ(made.st_mode & 0777U, 0644U);
 }
 
 TEST_F(IniFileTest, AMissingFolderIsAFailure) {
-  path = (folder / "missing" / "host.ini").string();
+  m_path = (m_folder / "missing" / "host.ini").string();
   EXPECT_EQ(write("eject", "1"), 0);
 }
 
@@ -241,9 +241,9 @@ TEST_F(IniFileTest, ATextIsCutToItsBufferAndLosesItsQuotationMarks) {
   EXPECT_EQ(text("mixed"), "\"a'");
   EXPECT_EQ(text("missing"), "-");
   char buffer[4];
-  EXPECT_EQ(GetPrivateProfileString("velmor_cd", "long", "", buffer, 4, path.c_str()), 3U);
+  EXPECT_EQ(GetPrivateProfileString("velmor_cd", "long", "", buffer, 4, m_path.c_str()), 3U);
   EXPECT_STREQ(buffer, "123");
-  EXPECT_EQ(GetPrivateProfileString("velmor_cd", "x", nullptr, buffer, 4, path.c_str()), 0U);
+  EXPECT_EQ(GetPrivateProfileString("velmor_cd", "x", nullptr, buffer, 4, m_path.c_str()), 0U);
   EXPECT_STREQ(buffer, "");
 }
 
@@ -251,13 +251,13 @@ TEST_F(IniFileTest, NamesAreListedWithAZeroEach) {
   put("[a]\nx=1\n[bc]\nyy=2\nz=3\n");
   char buffer[16];
   std::fill(std::begin(buffer), std::end(buffer), '?');
-  EXPECT_EQ(GetPrivateProfileString(nullptr, nullptr, "", buffer, 16, path.c_str()), 5U);
+  EXPECT_EQ(GetPrivateProfileString(nullptr, nullptr, "", buffer, 16, m_path.c_str()), 5U);
   EXPECT_EQ(std::string(buffer, 6), std::string("a\0bc\0\0", 6));
-  EXPECT_EQ(GetPrivateProfileString("bc", nullptr, "", buffer, 16, path.c_str()), 5U);
+  EXPECT_EQ(GetPrivateProfileString("bc", nullptr, "", buffer, 16, m_path.c_str()), 5U);
   EXPECT_EQ(std::string(buffer, 6), std::string("yy\0z\0\0", 6));
-  EXPECT_EQ(GetPrivateProfileString("bc", nullptr, "", buffer, 5, path.c_str()), 3U);
+  EXPECT_EQ(GetPrivateProfileString("bc", nullptr, "", buffer, 5, m_path.c_str()), 3U);
   EXPECT_EQ(std::string(buffer, 5), std::string("yy\0\0\0", 5)) << "cut: two zeros at the end";
-  EXPECT_EQ(GetPrivateProfileString("none", nullptr, "", buffer, 16, path.c_str()), 0U);
+  EXPECT_EQ(GetPrivateProfileString("none", nullptr, "", buffer, 16, m_path.c_str()), 0U);
   EXPECT_EQ(std::string(buffer, 1), std::string("\0", 1));
 }
 

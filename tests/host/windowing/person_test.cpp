@@ -11,50 +11,50 @@ using namespace functions;
 using ModalDialog = Desk;
 
 TEST_F(ModalDialog, RunsUntilItsProcedureEndsItAndAnswersTheResult) {
-  on_message = [](const Received& each) -> LRESULT {
-    if (each.message == WM_COMMAND && command_id(each) == IDCANCEL) {
+  m_on_message = [](const Received& each) -> LRESULT {
+    if (each.message == WM_COMMAND && commandId(each) == IDCANCEL) {
       EndDialog(each.window, 77);
       EndDialog(each.window, 78);  // the first one counts
     }
     return 0;
   };
   ScriptedPerson person({
-      [](OpenDialog& dialog) { EXPECT_TRUE(dialog.is_open()); },
+      [](OpenDialog& dialog) { EXPECT_TRUE(dialog.isOpen()); },
       [](OpenDialog& dialog) {
         dialog.press(IDCANCEL);
-        EXPECT_FALSE(dialog.is_open());
+        EXPECT_FALSE(dialog.isOpen());
       },
       [](OpenDialog&) { FAIL() << "the dialog has ended"; },
   });
   const PersonAtDesk seat(person);
   EXPECT_EQ(run(kBurn), 77);
-  EXPECT_EQ(person.turns_left(), 1U);
+  EXPECT_EQ(person.turnsLeft(), 1U);
   EXPECT_EQ(person.opened, std::vector<intptr_t>{kBurn});
   EXPECT_EQ(messages(), (std::vector<UINT>{WM_INITDIALOG, WM_COMMAND, WM_DESTROY}));
 }
 
 TEST_F(ModalDialog, IsCancelledAtOnceWhenNobodyIsThere) {
-  on_message = [](const Received& each) -> LRESULT {
-    if (each.message == WM_COMMAND && command_id(each) == IDCANCEL) {
+  m_on_message = [](const Received& each) -> LRESULT {
+    if (each.message == WM_COMMAND && commandId(each) == IDCANCEL) {
       EndDialog(each.window, 0);
     }
     return 0;
   };
   EXPECT_EQ(run(kBurn), 0) << "its procedure's answer to Cancel";
-  on_message = nullptr;
+  m_on_message = nullptr;
   EXPECT_EQ(run(kBurn), IDCANCEL) << "its procedure knows no Cancel";
-  EXPECT_EQ(received.back().message, WM_DESTROY);
+  EXPECT_EQ(m_received.back().message, WM_DESTROY);
 }
 
 TEST_F(ModalDialog, IsCancelledWhenThePersonWalksAway) {
   ScriptedPerson person({[](OpenDialog&) {}});
   const PersonAtDesk seat(person);
   EXPECT_EQ(run(kBurn), IDCANCEL);
-  EXPECT_EQ(codes_of(IDCANCEL), std::vector<int>{BN_CLICKED});
+  EXPECT_EQ(codesOf(IDCANCEL), std::vector<int>{BN_CLICKED});
 }
 
 TEST_F(ModalDialog, ThatEndsItselfAtItsStartIsShownToNobody) {
-  on_message = [](const Received& each) -> LRESULT {
+  m_on_message = [](const Received& each) -> LRESULT {
     if (each.message == WM_INITDIALOG) {
       EndDialog(each.window, 5);
     }
@@ -69,7 +69,7 @@ TEST_F(ModalDialog, ThatEndsItselfAtItsStartIsShownToNobody) {
 TEST_F(ModalDialog, DestroyedUnderThePersonAnswersZero) {
   ScriptedPerson person({[](OpenDialog& dialog) {
     DestroyWindow(dialog.handle());
-    EXPECT_FALSE(dialog.is_open());
+    EXPECT_FALSE(dialog.isOpen());
     EXPECT_THROW(dialog.press(IDOK), CannotDo);
   }});
   const PersonAtDesk seat(person);
@@ -78,7 +78,7 @@ TEST_F(ModalDialog, DestroyedUnderThePersonAnswersZero) {
 }
 
 TEST_F(ModalDialog, KeepsItsOwnerFromInputWhileItIsOpen) {
-  end_on_buttons();
+  endOnButtons();
   const TopWindow main("main");
   const HWND panel = open(kPanel, main.handle());
   SetFocus(GetDlgItem(panel, 1001));
@@ -101,10 +101,10 @@ TEST_F(ModalDialog, KeepsItsOwnerFromInputWhileItIsOpen) {
 }
 
 TEST_F(ModalDialog, OpensAnotherOneInFrontOfItself) {
-  on_message = [](const Received& each) -> LRESULT {
-    if (each.message == WM_COMMAND && command_id(each) == IDOK) {
-      EXPECT_EQ(QUELM_DialogBox(dialog_templates(), kProgress, each.window, &procedure, 0), 2);
-    } else if (each.message == WM_COMMAND && command_id(each) == IDCANCEL) {
+  m_on_message = [](const Received& each) -> LRESULT {
+    if (each.message == WM_COMMAND && commandId(each) == IDOK) {
+      EXPECT_EQ(QUELM_DialogBox(dialogTemplates(), kProgress, each.window, &procedure, 0), 2);
+    } else if (each.message == WM_COMMAND && commandId(each) == IDCANCEL) {
       EndDialog(each.window, 2);
     }
     return 0;
@@ -114,15 +114,15 @@ TEST_F(ModalDialog, OpensAnotherOneInFrontOfItself) {
       [&](OpenDialog& dialog) {
         burn = dialog.handle();
         dialog.press(IDOK);
-        EXPECT_TRUE(dialog.is_open());
+        EXPECT_TRUE(dialog.isOpen());
       },
       [&](OpenDialog& dialog) {
-        EXPECT_EQ(dialog.resource_id(), kProgress);
+        EXPECT_EQ(dialog.resourceId(), kProgress);
         EXPECT_THROW(OpenDialog(burn).press(IDCANCEL), CannotDo);
         dialog.press(IDCANCEL);
       },
       [](OpenDialog& dialog) {
-        EXPECT_EQ(dialog.resource_id(), kBurn);
+        EXPECT_EQ(dialog.resourceId(), kBurn);
         dialog.press(IDCANCEL);
       },
   });
@@ -132,11 +132,11 @@ TEST_F(ModalDialog, OpensAnotherOneInFrontOfItself) {
 }
 
 TEST_F(ModalDialog, GetsPostedMessagesBeforeThePersonsNextTurn) {
-  end_on_buttons();
+  endOnButtons();
   ScriptedPerson person({
       [&](OpenDialog& dialog) { PostMessage(dialog.handle(), WM_USER, 0, 0); },
       [&](OpenDialog& dialog) {
-        EXPECT_EQ(received.back().message, WM_USER);
+        EXPECT_EQ(m_received.back().message, WM_USER);
         dialog.press(IDOK);
       },
   });
@@ -149,36 +149,36 @@ struct Unwound : std::runtime_error {
 };
 
 /// Where something is thrown while a modal dialog is open.
-enum class Thrower { start, opened, turn, command, message_box };
+enum class Thrower { kStart, kOpened, kTurn, kCommand, kMessageBox };
 
 class ThrowingPerson : public ScriptedPerson {
  public:
-  explicit ThrowingPerson(Thrower thrower) : thrower_(thrower) {}
-  void dialog_opened(OpenDialog&) override { throw_at(Thrower::opened); }
-  bool use_dialog(OpenDialog& dialog) override {
-    throw_at(Thrower::turn);
+  explicit ThrowingPerson(Thrower thrower) : m_thrower(thrower) {}
+  void dialogOpened(OpenDialog&) override { throwAt(Thrower::kOpened); }
+  bool useDialog(OpenDialog& dialog) override {
+    throwAt(Thrower::kTurn);
     dialog.press(IDOK);
     return true;
   }
-  int read_message(const ShownMessage&) override { throw Unwound("message box"); }
+  int readMessage(const ShownMessage&) override { throw Unwound("message box"); }
 
  private:
-  void throw_at(Thrower here) const {
-    if (thrower_ == here) {
+  void throwAt(Thrower here) const {
+    if (m_thrower == here) {
       throw Unwound("person");
     }
   }
-  Thrower thrower_;
+  Thrower m_thrower;
 };
 
 class ThrownThrough : public Desk, public testing::WithParamInterface<Thrower> {};
 
 TEST_P(ThrownThrough, AModalDialogLeavesNoWindowAndTellsItsProcedure) {
-  on_message = [](const Received& each) -> LRESULT {
-    if (each.message == WM_INITDIALOG && GetParam() == Thrower::start) {
+  m_on_message = [](const Received& each) -> LRESULT {
+    if (each.message == WM_INITDIALOG && GetParam() == Thrower::kStart) {
       throw Unwound("start");
     }
-    if (each.message == WM_COMMAND && GetParam() == Thrower::command) {
+    if (each.message == WM_COMMAND && GetParam() == Thrower::kCommand) {
       throw Unwound("command");
     }
     if (each.message == WM_COMMAND) {
@@ -193,14 +193,14 @@ TEST_P(ThrownThrough, AModalDialogLeavesNoWindowAndTellsItsProcedure) {
   ThrowingPerson person(GetParam());
   const PersonAtDesk seat(person);
   EXPECT_THROW(run(kBurn, main.handle()), Unwound);
-  EXPECT_EQ(Desktop::the().window_count(), 1U) << "only the owner is left";
+  EXPECT_EQ(Desktop::the().windowCount(), 1U) << "only the owner is left";
   EXPECT_EQ(IsWindowEnabled(main.handle()), 1);
-  EXPECT_EQ(received.back().message, WM_DESTROY);
+  EXPECT_EQ(m_received.back().message, WM_DESTROY);
 }
 
 INSTANTIATE_TEST_SUITE_P(Everywhere, ThrownThrough,
-                         testing::Values(Thrower::start, Thrower::opened, Thrower::turn,
-                                         Thrower::command, Thrower::message_box));
+                         testing::Values(Thrower::kStart, Thrower::kOpened, Thrower::kTurn,
+                                         Thrower::kCommand, Thrower::kMessageBox));
 
 using MessageBoxes = Desk;
 
@@ -209,8 +209,8 @@ TEST_F(MessageBoxes, ShowWhatTheyAreGivenAndAnswerThePersonsButton) {
   ScriptedPerson person;
   const PersonAtDesk seat(person);
   EXPECT_EQ(MessageBox(dialog, "Select a recorder", "CD Burn Error", MB_OK), IDOK);
-  person.answer = IDNO;
-  EXPECT_EQ(MessageBox(nullptr, nullptr, nullptr, MB_YESNO), IDNO);
+  person.answer = kIdno;
+  EXPECT_EQ(MessageBox(nullptr, nullptr, nullptr, MB_YESNO), kIdno);
   ASSERT_EQ(person.messages.size(), 2U);
   EXPECT_EQ(person.messages[0].owner, dialog);
   EXPECT_EQ(person.messages[0].text, "Select a recorder");
@@ -223,9 +223,9 @@ TEST_F(MessageBoxes, ShowWhatTheyAreGivenAndAnswerThePersonsButton) {
 TEST_F(MessageBoxes, HaveOnlyTheButtonsOfTheirType) {
   ScriptedPerson person;
   const PersonAtDesk seat(person);
-  person.answer = IDYES;
+  person.answer = kIdyes;
   EXPECT_THROW(MessageBox(nullptr, "", "", MB_OK), CannotDo);
-  EXPECT_EQ(MessageBox(nullptr, "", "", MB_YESNOCANCEL | 0x30), IDYES) << "icons change nothing";
+  EXPECT_EQ(MessageBox(nullptr, "", "", MB_YESNOCANCEL | 0x30), kIdyes) << "icons change nothing";
 }
 
 TEST_F(MessageBoxes, AreNotAgreedToByNobody) {
@@ -233,9 +233,9 @@ TEST_F(MessageBoxes, AreNotAgreedToByNobody) {
     int type, answer;
   } cases[] = {{MB_OK, IDOK},
                {MB_OKCANCEL, IDCANCEL},
-               {MB_ABORTRETRYIGNORE, IDABORT},
+               {MB_ABORTRETRYIGNORE, kIdabort},
                {MB_YESNOCANCEL, IDCANCEL},
-               {MB_YESNO, IDNO},
+               {MB_YESNO, kIdno},
                {MB_RETRYCANCEL, IDCANCEL}};
   for (const auto& each : cases) {
     EXPECT_EQ(MessageBox(nullptr, "text", "caption", each.type), each.answer) << each.type;
@@ -246,99 +246,99 @@ class Keys : public Desk {
  protected:
   void SetUp() override {
     Desk::SetUp();
-    dialog = open(kBurn);
+    m_dialog = open(kBurn);
   }
-  HWND dialog = nullptr;
+  HWND m_dialog = nullptr;
 };
 
 TEST_F(Keys, EnterPressesTheDefaultButton) {
-  SetFocus(GetDlgItem(dialog, 1015));
-  OpenDialog(dialog).press_enter();
-  EXPECT_EQ(codes_of(IDOK), std::vector<int>{BN_CLICKED});
-  EXPECT_EQ(received.back().lparam, reinterpret_cast<LPARAM>(GetDlgItem(dialog, IDOK)));
+  SetFocus(GetDlgItem(m_dialog, 1015));
+  OpenDialog(m_dialog).pressEnter();
+  EXPECT_EQ(codesOf(IDOK), std::vector<int>{BN_CLICKED});
+  EXPECT_EQ(m_received.back().lparam, reinterpret_cast<LPARAM>(GetDlgItem(m_dialog, IDOK)));
 }
 
 TEST_F(Keys, EnterPressesThePushButtonThatHasTheFocus) {
-  SetFocus(GetDlgItem(dialog, IDCANCEL));
-  OpenDialog(dialog).press_enter();
-  EXPECT_EQ(codes_of(IDCANCEL), std::vector<int>{BN_CLICKED});
-  EXPECT_TRUE(codes_of(IDOK).empty());
+  SetFocus(GetDlgItem(m_dialog, IDCANCEL));
+  OpenDialog(m_dialog).pressEnter();
+  EXPECT_EQ(codesOf(IDCANCEL), std::vector<int>{BN_CLICKED});
+  EXPECT_TRUE(codesOf(IDOK).empty());
 }
 
 TEST_F(Keys, EnterOnADisabledDefaultButtonDoesNothing) {
-  EnableWindow(GetDlgItem(dialog, IDOK), 0);
-  OpenDialog(dialog).press_enter();
-  EXPECT_TRUE(received.empty());
+  EnableWindow(GetDlgItem(m_dialog, IDOK), 0);
+  OpenDialog(m_dialog).pressEnter();
+  EXPECT_TRUE(m_received.empty());
 }
 
 TEST_F(Keys, EnterWithoutADefaultButtonIsOk) {
-  const HWND progress = QUELM_CreateDialog(dialog_templates(), kProgress, dialog, &procedure, 0);
-  OpenDialog(progress).press_enter();
-  EXPECT_EQ(codes_of(IDOK), std::vector<int>{0});
-  EXPECT_EQ(received.back().lparam, 0);
+  const HWND progress = QUELM_CreateDialog(dialogTemplates(), kProgress, m_dialog, &procedure, 0);
+  OpenDialog(progress).pressEnter();
+  EXPECT_EQ(codesOf(IDOK), std::vector<int>{0});
+  EXPECT_EQ(m_received.back().lparam, 0);
 }
 
 TEST_F(Keys, EscapeIsCancelUnlessItsButtonIsDisabled) {
-  OpenDialog(dialog).press_escape();
-  EXPECT_EQ(codes_of(IDCANCEL), std::vector<int>{BN_CLICKED});
-  EnableWindow(GetDlgItem(dialog, IDCANCEL), 0);
-  OpenDialog(dialog).press_escape();
-  EXPECT_EQ(codes_of(IDCANCEL).size(), 1U);
-  const HWND panel = QUELM_CreateDialog(dialog_templates(), kPanel, dialog, &procedure, 0);
-  OpenDialog(panel).press_escape();
-  EXPECT_EQ(codes_of(IDCANCEL).size(), 2U) << "a dialog without such a button is told just so";
+  OpenDialog(m_dialog).pressEscape();
+  EXPECT_EQ(codesOf(IDCANCEL), std::vector<int>{BN_CLICKED});
+  EnableWindow(GetDlgItem(m_dialog, IDCANCEL), 0);
+  OpenDialog(m_dialog).pressEscape();
+  EXPECT_EQ(codesOf(IDCANCEL).size(), 1U);
+  const HWND panel = QUELM_CreateDialog(dialogTemplates(), kPanel, m_dialog, &procedure, 0);
+  OpenDialog(panel).pressEscape();
+  EXPECT_EQ(codesOf(IDCANCEL).size(), 2U) << "a dialog without such a button is told just so";
 }
 
 class APersonCannot : public Desk {
  protected:
   void SetUp() override {
     Desk::SetUp();
-    dialog = OpenDialog(open(kBurn));
-    SendMessage(GetDlgItem(dialog.handle(), 1015), CB_ADDSTRING, 0, text_param("drive"));
-    received.clear();
+    m_dialog = OpenDialog(open(kBurn));
+    SendMessage(GetDlgItem(m_dialog.handle(), 1015), CB_ADDSTRING, 0, textParam("drive"));
+    m_received.clear();
   }
   void TearDown() override {
-    EXPECT_TRUE(received.empty()) << "nothing must have happened";
+    EXPECT_TRUE(m_received.empty()) << "nothing must have happened";
     Desk::TearDown();
   }
-  OpenDialog dialog{nullptr};
+  OpenDialog m_dialog{nullptr};
 };
 
 TEST_F(APersonCannot, UseWhatIsNotThereOrOfAnotherKind) {
-  EXPECT_THROW(dialog.press(4711), CannotDo);
-  EXPECT_THROW(dialog.text(4711), CannotDo);
-  EXPECT_THROW(dialog.press(0), CannotDo);
-  EXPECT_THROW(dialog.press(1015), CannotDo);
-  EXPECT_THROW(dialog.pick(1016, 0), CannotDo);
-  EXPECT_THROW(dialog.type(IDOK, "x"), CannotDo);
-  EXPECT_THROW(dialog.is_checked(IDOK), CannotDo);
-  EXPECT_THROW(dialog.rows(1018), CannotDo);
-  EXPECT_THROW(dialog.list_rows(1015), CannotDo);
-  EXPECT_TRUE(dialog.has(1015));
-  EXPECT_FALSE(dialog.has(4711));
+  EXPECT_THROW(m_dialog.press(4711), CannotDo);
+  EXPECT_THROW(m_dialog.text(4711), CannotDo);
+  EXPECT_THROW(m_dialog.press(0), CannotDo);
+  EXPECT_THROW(m_dialog.press(1015), CannotDo);
+  EXPECT_THROW(m_dialog.pick(1016, 0), CannotDo);
+  EXPECT_THROW(m_dialog.type(IDOK, "x"), CannotDo);
+  EXPECT_THROW(m_dialog.isChecked(IDOK), CannotDo);
+  EXPECT_THROW(m_dialog.rows(1018), CannotDo);
+  EXPECT_THROW(m_dialog.listRows(1015), CannotDo);
+  EXPECT_TRUE(m_dialog.has(1015));
+  EXPECT_FALSE(m_dialog.has(4711));
 }
 
 TEST_F(APersonCannot, PickARowThatIsNotThere) {
-  EXPECT_THROW(dialog.pick(1015, 1), CannotDo);
-  EXPECT_THROW(dialog.pick(1015, -1), CannotDo);
-  EXPECT_THROW(dialog.row_data(1015, 1), CannotDo);
-  EXPECT_EQ(dialog.selected_row(1015), -1);
+  EXPECT_THROW(m_dialog.pick(1015, 1), CannotDo);
+  EXPECT_THROW(m_dialog.pick(1015, -1), CannotDo);
+  EXPECT_THROW(m_dialog.rowData(1015, 1), CannotDo);
+  EXPECT_EQ(m_dialog.selectedRow(1015), -1);
 }
 
 TEST_F(APersonCannot, PressWhatIsDisabledOrHidden) {
-  EnableWindow(GetDlgItem(dialog.handle(), IDOK), 0);
-  EXPECT_FALSE(dialog.is_enabled(IDOK));
-  EXPECT_THROW(dialog.press(IDOK), CannotDo);
-  ShowWindow(GetDlgItem(dialog.handle(), 1016), SW_HIDE);
-  EXPECT_THROW(dialog.press(1016), CannotDo);
-  EXPECT_THROW(dialog.set_checked(1016, true), CannotDo);
+  EnableWindow(GetDlgItem(m_dialog.handle(), IDOK), 0);
+  EXPECT_FALSE(m_dialog.isEnabled(IDOK));
+  EXPECT_THROW(m_dialog.press(IDOK), CannotDo);
+  ShowWindow(GetDlgItem(m_dialog.handle(), 1016), SW_HIDE);
+  EXPECT_THROW(m_dialog.press(1016), CannotDo);
+  EXPECT_THROW(m_dialog.setChecked(1016, true), CannotDo);
 }
 
 TEST_F(APersonCannot, TypeIntoAReadOnlyEdit) {
   const QuelmControl row = {kQuelmEdit, 0, "", 5, 0, 0, 1, 1, ES_READONLY};
-  QUELM_MakeSetCurParms(1, 1, 0, 0, dialog.handle(), false, false);
+  QUELM_MakeSetCurParms(1, 1, 0, 0, m_dialog.handle(), false, false);
   QUELM_GenerateDialogFromList(&row, 1);
-  EXPECT_THROW(dialog.type(5, "x"), CannotDo);
+  EXPECT_THROW(m_dialog.type(5, "x"), CannotDo);
 }
 
 using Seats = Desk;
@@ -362,7 +362,7 @@ class BurnDialog : public Desk {
  protected:
   void SetUp() override {
     Desk::SetUp();
-    on_message = [this](const Received& each) { return answer(each); };
+    m_on_message = [this](const Received& each) { return answer(each); };
   }
 
   LRESULT answer(const Received& each) {
@@ -371,29 +371,29 @@ class BurnDialog : public Desk {
       CheckDlgButton(each.window, 1016, 1);
       for (LPARAM drive = 0; drive < 3; ++drive) {
         const std::string name = "Maker Drive " + std::to_string(drive);
-        SendMessage(drives, CB_ADDSTRING, 0, text_param(name.c_str()));
+        SendMessage(drives, CB_ADDSTRING, 0, textParam(name.c_str()));
         SendMessage(drives, CB_SETITEMDATA, drive, 1000 + drive);
       }
       SendMessage(drives, CB_SETCURSEL, 9, 0);
-    } else if (each.message == WM_COMMAND && command_id(each) == IDOK) {
+    } else if (each.message == WM_COMMAND && commandId(each) == IDOK) {
       const LRESULT row = SendMessage(drives, CB_GETCURSEL, 0, 0);
       if (row < 0) {
         MessageBox(each.window, "Select a recorder", "CD Burn Error", MB_OK);
       } else {
-        burnt.push_back(SendMessage(drives, CB_GETITEMDATA, row, 0));
-        ejected = IsDlgButtonChecked(each.window, 1016) != 0;
+        m_burnt.push_back(SendMessage(drives, CB_GETITEMDATA, row, 0));
+        m_ejected = IsDlgButtonChecked(each.window, 1016) != 0;
       }
-    } else if (each.message == WM_COMMAND && command_id(each) == IDCANCEL) {
+    } else if (each.message == WM_COMMAND && commandId(each) == IDCANCEL) {
       EndDialog(each.window, 0);
     } else if (each.message == WM_DESTROY) {
-      deleted = IsDlgButtonChecked(each.window, 1017) != 0;
+      m_deleted = IsDlgButtonChecked(each.window, 1017) != 0;
     }
     return 0;
   }
 
-  std::vector<LPARAM> burnt;
-  bool ejected = false;
-  bool deleted = false;
+  std::vector<LPARAM> m_burnt;
+  bool m_ejected = false;
+  bool m_deleted = false;
 };
 
 TEST_F(BurnDialog, IsUsedAsAPersonWouldUseIt) {
@@ -401,27 +401,27 @@ TEST_F(BurnDialog, IsUsedAsAPersonWouldUseIt) {
       [&](OpenDialog& dialog) {
         EXPECT_EQ(dialog.rows(1015),
                   (std::vector<std::string>{"Maker Drive 0", "Maker Drive 1", "Maker Drive 2"}));
-        EXPECT_EQ(dialog.selected_row(1015), -1);
+        EXPECT_EQ(dialog.selectedRow(1015), -1);
         dialog.press(IDOK);
       },
       [&](OpenDialog& dialog) {
         EXPECT_EQ(person.messages.size(), 1U);
         dialog.pick(1015, 1);
         EXPECT_EQ(dialog.text(1015), "Maker Drive 1");
-        EXPECT_EQ(dialog.row_data(1015, 1), 1001);
-        dialog.set_checked(1016, false);
+        EXPECT_EQ(dialog.rowData(1015, 1), 1001);
+        dialog.setChecked(1016, false);
         dialog.press(IDOK);
       },
       [&](OpenDialog& dialog) {
-        dialog.set_checked(1017, true);
+        dialog.setChecked(1017, true);
         dialog.close();
       },
   });
   const PersonAtDesk seat(person);
   EXPECT_EQ(run(kBurn), 0);
-  EXPECT_EQ(burnt, std::vector<LPARAM>{1001});
-  EXPECT_FALSE(ejected);
-  EXPECT_TRUE(deleted);
+  EXPECT_EQ(m_burnt, std::vector<LPARAM>{1001});
+  EXPECT_FALSE(m_ejected);
+  EXPECT_TRUE(m_deleted);
   ASSERT_EQ(person.messages.size(), 1U);
   EXPECT_EQ(person.messages[0].text, "Select a recorder");
 }

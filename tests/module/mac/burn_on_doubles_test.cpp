@@ -6,6 +6,7 @@
 
 #include <optional>
 
+#include "disc/failure.h"
 #include "tests/fake_host/files.h"
 #include "tests/fake_host/sink.h"
 #include "tests/fake_host/windowing_layer.h"
@@ -284,13 +285,13 @@ TEST_F(Burn, LeavesNothingBehindAndGivesNothingBackTwice) {
   }
 }
 
-struct Refusal {
+struct Failure {
   const char* name;
   Device device;
   std::vector<std::string> calls;
 };
 
-class BurnRefused : public Burn, public testing::WithParamInterface<Refusal> {};
+class BurnRefused : public Burn, public testing::WithParamInterface<Failure> {};
 
 TEST_P(BurnRefused, EndsWithoutAPanelAndWithoutTheRecorder) {
   doubles::SetDevices({GetParam().device});
@@ -301,11 +302,11 @@ TEST_P(BurnRefused, EndsWithoutAPanelAndWithoutTheRecorder) {
 
 INSTANTIATE_TEST_SUITE_P(
     EachStep, BurnRefused,
-    testing::Values(Refusal{"Invalid", {.name = "it", .valid = false}, {"devices", "isValid it"}},
-                    Refusal{"NoExclusiveAccess",
+    testing::Values(Failure{"Invalid", {.name = "it", .valid = false}, {"devices", "isValid it"}},
+                    Failure{"NoExclusiveAccess",
                             {.name = "it", .grants_access = false},
                             {"devices", "isValid it", "acquireExclusiveAccess it"}},
-                    Refusal{"NoBurn",
+                    Failure{"NoBurn",
                             {.name = "it", .gives_burn = false},
                             {"devices", "isValid it", "acquireExclusiveAccess it",
                              "burnForDevice:it", "releaseExclusiveAccess it"}}),

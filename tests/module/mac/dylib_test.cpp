@@ -45,20 +45,20 @@ TEST(Dylib, LoadsCocoaDiscRecordingAndTheRuntimesAndNothingElse) {
 // one source has them. An Objective-C++ source has none.
 TEST(Dylib, RunsOneStaticInitialiserThatOfTheImportAndTheDialogList) {
   const MachOFile file(VELMOR_DYLIB);
-  const macho::Section* initialisers = file.FindSection("__DATA", "__mod_init_func");
+  const macho::Section* initialisers = file.findSection("__DATA", "__mod_init_func");
   ASSERT_NE(initialisers, nullptr);
   ASSERT_EQ(initialisers->size, sizeof(uint64_t));
-  EXPECT_THAT(file.symbols.at(file.Word(initialisers->address)),
+  EXPECT_THAT(file.symbols.at(file.word(initialisers->address)),
               ElementsAre("__GLOBAL__sub_I_module_init.cpp"));
-  EXPECT_EQ(file.FindSection("__DATA", "__mod_term_func"), nullptr);
+  EXPECT_EQ(file.findSection("__DATA", "__mod_term_func"), nullptr);
 }
 
 // Classes that wait for nothing: none has a +load method, which would run before the import.
 TEST(Dylib, RegistersNoClassOrCategoryEarly) {
   const MachOFile file(VELMOR_DYLIB);
   for (const char* name : {"__objc_nlclslist", "__objc_nlcatlist", "__objc_catlist"}) {
-    EXPECT_EQ(file.FindSection("__DATA", name), nullptr) << name;
-    EXPECT_EQ(file.FindSection("__DATA_CONST", name), nullptr) << name;
+    EXPECT_EQ(file.findSection("__DATA", name), nullptr) << name;
+    EXPECT_EQ(file.findSection("__DATA_CONST", name), nullptr) << name;
   }
 }
 

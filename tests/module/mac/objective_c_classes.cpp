@@ -22,10 +22,10 @@ constexpr uint64_t kVariables = 48;
 Methods ReadMethods(const MachOFile& file, uint64_t list) {
   Methods methods;
   if (list == 0) return methods;
-  const uint32_t entry_size = file.HalfWord(list);
-  for (uint32_t i = 0; i < file.HalfWord(list + 4); ++i) {
+  const uint32_t entry_size = file.halfWord(list);
+  for (uint32_t i = 0; i < file.halfWord(list + 4); ++i) {
     const uint64_t entry = list + 8 + uint64_t{entry_size} * i;
-    methods.emplace_back(file.Text(file.Word(entry)), file.Text(file.Word(entry + 8)));
+    methods.emplace_back(file.text(file.word(entry)), file.text(file.word(entry + 8)));
   }
   return methods;
 }
@@ -33,11 +33,11 @@ Methods ReadMethods(const MachOFile& file, uint64_t list) {
 std::vector<InstanceVariable> ReadVariables(const MachOFile& file, uint64_t list) {
   std::vector<InstanceVariable> variables;
   if (list == 0) return variables;
-  const uint32_t entry_size = file.HalfWord(list);
-  for (uint32_t i = 0; i < file.HalfWord(list + 4); ++i) {
+  const uint32_t entry_size = file.halfWord(list);
+  for (uint32_t i = 0; i < file.halfWord(list + 4); ++i) {
     const uint64_t entry = list + 8 + uint64_t{entry_size} * i;
-    variables.push_back({file.Text(file.Word(entry + 8)), file.Text(file.Word(entry + 16)),
-                         file.HalfWord(file.Word(entry)), file.HalfWord(entry + 28)});
+    variables.push_back({file.text(file.word(entry + 8)), file.text(file.word(entry + 16)),
+                         file.halfWord(file.word(entry)), file.halfWord(entry + 28)});
   }
   return variables;
 }
@@ -45,9 +45,9 @@ std::vector<InstanceVariable> ReadVariables(const MachOFile& file, uint64_t list
 std::vector<std::string> ReadProtocols(const MachOFile& file, uint64_t list) {
   std::vector<std::string> names;
   if (list == 0) return names;
-  for (uint64_t i = 0; i < file.Word(list); ++i) {
-    const uint64_t protocol = file.Word(list + 8 + 8 * i);
-    names.push_back(file.Text(file.Word(protocol + 8)));
+  for (uint64_t i = 0; i < file.word(list); ++i) {
+    const uint64_t protocol = file.word(list + 8 + 8 * i);
+    names.push_back(file.text(file.word(protocol + 8)));
   }
   return names;
 }
@@ -63,20 +63,20 @@ std::string SymbolBoundAt(const MachOFile& file, uint64_t address) {
 
 std::vector<ObjectiveCClass> ReadClasses(const MachOFile& file) {
   std::vector<ObjectiveCClass> classes;
-  const macho::Section* list = file.FindSection("__DATA", "__objc_classlist");
+  const macho::Section* list = file.findSection("__DATA", "__objc_classlist");
   if (!list) return classes;
   for (uint64_t at = list->address; at < list->address + list->size; at += 8) {
-    const uint64_t address = file.Word(at);
-    const uint64_t constant_part = file.Word(address + kConstantPart);
-    const uint64_t meta_constant_part = file.Word(file.Word(address) + kConstantPart);
+    const uint64_t address = file.word(at);
+    const uint64_t constant_part = file.word(address + kConstantPart);
+    const uint64_t meta_constant_part = file.word(file.word(address) + kConstantPart);
     ObjectiveCClass read;
-    read.name = file.Text(file.Word(constant_part + kName));
+    read.name = file.text(file.word(constant_part + kName));
     read.superclass = SymbolBoundAt(file, address + kSuperclass);
-    read.instance_size = file.HalfWord(constant_part + kInstanceSize);
-    read.methods = ReadMethods(file, file.Word(constant_part + kMethods));
-    read.class_methods = ReadMethods(file, file.Word(meta_constant_part + kMethods));
-    read.variables = ReadVariables(file, file.Word(constant_part + kVariables));
-    read.protocols = ReadProtocols(file, file.Word(constant_part + kProtocols));
+    read.instance_size = file.halfWord(constant_part + kInstanceSize);
+    read.methods = ReadMethods(file, file.word(constant_part + kMethods));
+    read.class_methods = ReadMethods(file, file.word(meta_constant_part + kMethods));
+    read.variables = ReadVariables(file, file.word(constant_part + kVariables));
+    read.protocols = ReadProtocols(file, file.word(constant_part + kProtocols));
     classes.push_back(std::move(read));
   }
   return classes;

@@ -22,11 +22,11 @@ class Clients : public TwoDrives {
     TwoDrives::SetUp();
     const int lengths[] = {350, 300, 420};
     for (unsigned i = 0; i < std::size(lengths); ++i) {
-      tracks.push_back(noise(i, lengths[i]));
-      album += tracks.back();
-      store(root / ("track" + std::to_string(i + 1) + ".wav"), wave(tracks.back()));
+      m_tracks.push_back(noise(i, lengths[i]));
+      m_album += m_tracks.back();
+      store(m_root / ("track" + std::to_string(i + 1) + ".wav"), wave(m_tracks.back()));
     }
-    store(root / "album.toc", R"(CD_DA
+    store(m_root / "album.toc", R"(CD_DA
 CATALOG "4006381333931"
 CD_TEXT { LANGUAGE_MAP { 0 : EN } LANGUAGE 0 { TITLE "Night" PERFORMER "The Band" } }
 TRACK AUDIO
@@ -49,13 +49,13 @@ INDEX 00:02:00
 
   /// Runs a shell line that sees the drives, in the test's directory. `output` is what it said.
   int run(const std::string& line) {
-    store(root / "line.sh", "cd '" + root.string() + "'\nexec 2>&1\n" + line + "\n");
+    store(m_root / "line.sh", "cd '" + m_root.string() + "'\nexec 2>&1\n" + line + "\n");
     const std::string command = std::string("'" VELMOR_BINARY_DIR "/velmor-recorder' run '") +
-                                (root / "drives").string() + "' -- timeout 30 sh '" +
-                                (root / "line.sh").string() + "' >'" + (root / "output").string() +
-                                "' 2>&1 </dev/null";
+                                (m_root / "drives").string() + "' -- timeout 30 sh '" +
+                                (m_root / "line.sh").string() + "' >'" +
+                                (m_root / "output").string() + "' 2>&1 </dev/null";
     const int status = std::system(command.c_str());
-    output = contentOf(root / "output");
+    m_output = contentOf(m_root / "output");
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
   int cdrdao(const std::string& what, const std::string& rest, int drive = 1) {
@@ -74,34 +74,35 @@ INDEX 00:02:00
     return found;
   }
 
-  std::vector<std::string> tracks;
-  std::string album;
-  std::string output;
+  std::vector<std::string> m_tracks;
+  std::string m_album;
+  std::string m_output;
 };
 
 TEST_F(Clients, CdrskinBurnsAnAlbumByteForByte) {
-  ASSERT_EQ(run("cdrskin dev=/dev/sr31 -sao -audio track1.wav track2.wav track3.wav"), 0) << output;
-  EXPECT_TRUE(burned(1) == album);
+  ASSERT_EQ(run("cdrskin dev=/dev/sr31 -sao -audio track1.wav track2.wav track3.wav"), 0)
+      << m_output;
+  EXPECT_TRUE(burned(1) == m_album);
   EXPECT_THAT(starts(1), ElementsAre(0, 350, 650));
-  EXPECT_EQ(disc(1).leadOut, 1070);
-  EXPECT_EQ(disc(0).state, DiscState::blank);
+  EXPECT_EQ(disc(1).lead_out, 1070);
+  EXPECT_EQ(disc(0).state, DiscState::kBlank);
 }
 
 TEST_F(Clients, WodimBurnsAnAlbumByteForByte) {
   ASSERT_EQ(run("wodim dev=/dev/sr30 gracetime=0 -sao -text -useinfo -pad -audio track1.wav "
                 "track2.wav track3.wav"),
             0)
-      << output;
-  EXPECT_TRUE(burned(0) == album);
+      << m_output;
+  EXPECT_TRUE(burned(0) == m_album);
   EXPECT_THAT(starts(0), ElementsAre(0, 350, 650));
-  EXPECT_FALSE(disc(0).cdText.empty());
+  EXPECT_FALSE(disc(0).cd_text.empty());
 }
 
 TEST_F(Clients, CdrdaoBurnsCodesTextsPregapAndIndicesAndCdrskinReadsThem) {
-  ASSERT_EQ(burnWithCdrdao(), 0) << output;
-  EXPECT_TRUE(burned(1) == album);
+  ASSERT_EQ(burnWithCdrdao(), 0) << m_output;
+  EXPECT_TRUE(burned(1) == m_album);
   EXPECT_THAT(starts(1), ElementsAre(0, 350, 725));
-  EXPECT_EQ(disc(1).tracks[2].pregapStart, 650);
+  EXPECT_EQ(disc(1).tracks[2].pregap_start, 650);
   EXPECT_THAT(disc(1).tracks[2].indices, ElementsAre(725, 875));
   EXPECT_EQ(disc(1).tracks[1].control, 2);
   EXPECT_EQ(disc(1).mcn, "4006381333931");
@@ -110,132 +111,132 @@ TEST_F(Clients, CdrdaoBurnsCodesTextsPregapAndIndicesAndCdrskinReadsThem) {
   ASSERT_EQ(run("mkdir audio; cdrskin dev=/dev/sr31 -toc extract_audio_to=audio "
                 "cdtext_to_v07t=text"),
             0)
-      << output;
-  EXPECT_THAT(output, HasSubstr("track:   3 lba:       725"));
-  EXPECT_THAT(output, HasSubstr("track:lout lba:      1070"));
-  EXPECT_TRUE(contentOf(root / "audio/01.wav").substr(44) == tracks[0]);
-  EXPECT_TRUE(contentOf(root / "audio/03.wav").substr(44) == tracks[2].substr(75 * 2352));
-  const std::string text = contentOf(root / "text");
+      << m_output;
+  EXPECT_THAT(m_output, HasSubstr("track:   3 lba:       725"));
+  EXPECT_THAT(m_output, HasSubstr("track:lout lba:      1070"));
+  EXPECT_TRUE(contentOf(m_root / "audio/01.wav").substr(44) == m_tracks[0]);
+  EXPECT_TRUE(contentOf(m_root / "audio/03.wav").substr(44) == m_tracks[2].substr(75 * 2352));
+  const std::string text = contentOf(m_root / "text");
   EXPECT_THAT(text, HasSubstr("Album Title         = Night"));
   EXPECT_THAT(text, HasSubstr("Track 03 Artist     = A Guest"));
 }
 
 TEST_F(Clients, CdrdaoReadsItsDiscBack) {
-  ASSERT_EQ(burnWithCdrdao(), 0) << output;
-  ASSERT_EQ(cdrdao("read-cd", "--datafile copy.bin copy.toc"), 0) << output;
-  const std::string toc = contentOf(root / "copy.toc");
+  ASSERT_EQ(burnWithCdrdao(), 0) << m_output;
+  ASSERT_EQ(cdrdao("read-cd", "--datafile copy.bin copy.toc"), 0) << m_output;
+  const std::string toc = contentOf(m_root / "copy.toc");
   EXPECT_THAT(toc, HasSubstr("CATALOG \"4006381333931\""));
   EXPECT_THAT(toc, HasSubstr("TITLE \"Three\""));
   EXPECT_THAT(toc, HasSubstr("INDEX 00:02:00"));
-  std::string swapped = contentOf(root / "copy.bin");  // cdrdao's files are big-endian
+  std::string swapped = contentOf(m_root / "copy.bin");  // cdrdao's files are big-endian
   for (std::size_t i = 0; i + 1 < swapped.size(); i += 2) {
     std::swap(swapped[i], swapped[i + 1]);
   }
-  EXPECT_TRUE(swapped == album);
+  EXPECT_TRUE(swapped == m_album);
 }
 
 // cdrdao's "read-cd" is no witness here: version 1.2.4 counts a pregap from the end of the block it
 // happens to read, so its answer changes with --paranoia-mode. "read-toc" looks for the first
 // sector of index 0 in the Q sub-channel.
 TEST_F(Clients, CdrdaoFindsTheWholePregapInTheSubChannel) {
-  ASSERT_EQ(burnWithCdrdao(), 0) << output;
-  ASSERT_EQ(cdrdao("read-toc", "found.toc"), 0) << output;
-  const std::string toc = contentOf(root / "found.toc");
+  ASSERT_EQ(burnWithCdrdao(), 0) << m_output;
+  ASSERT_EQ(cdrdao("read-toc", "found.toc"), 0) << m_output;
+  const std::string toc = contentOf(m_root / "found.toc");
   EXPECT_THAT(toc, HasSubstr("START 00:01:00"));
   EXPECT_THAT(toc, HasSubstr("INDEX 00:02:00"));
 }
 
 TEST_F(Clients, CdInfoReadsTracksCodesAndTexts) {
-  ASSERT_EQ(burnWithCdrdao(), 0) << output;
-  ASSERT_EQ(run("cd-info --no-header --no-device-info -C /dev/sr31"), 0) << output;
+  ASSERT_EQ(burnWithCdrdao(), 0) << m_output;
+  ASSERT_EQ(run("cd-info --no-header --no-device-info -C /dev/sr31"), 0) << m_output;
   for (const char* expected :
        {"2: 00:06:50  000350 audio", "3: 00:11:50  000725 audio", "00:16:20  001070 leadout",
         "(MCN): 4006381333931", "TRACK  3 ISRC: DEABC2000003", "TITLE: Three"}) {
-    EXPECT_THAT(output, HasSubstr(expected));
+    EXPECT_THAT(m_output, HasSubstr(expected));
   }
 }
 
 TEST_F(Clients, ATestWriteLeavesTheDiscBlank) {
-  ASSERT_EQ(burnWithCdrdao("--simulate"), 0) << output;
-  EXPECT_EQ(disc(1).state, DiscState::blank);
+  ASSERT_EQ(burnWithCdrdao("--simulate"), 0) << m_output;
+  EXPECT_EQ(disc(1).state, DiscState::kBlank);
   EXPECT_EQ(burned(1), "");
 }
 
 TEST_F(Clients, ARewritableDiscIsBlankedAndBurnedAgain) {
   Disc rewritable;
-  rewritable.medium = Medium::cdRw;
-  drives[1].saveDisc(rewritable);
-  ASSERT_EQ(burnWithCdrdao(), 0) << output;
-  ASSERT_EQ(run("cdrskin dev=/dev/sr31 blank=fast"), 0) << output;
-  EXPECT_EQ(disc(1).state, DiscState::blank);
-  ASSERT_EQ(burnWithCdrdao(), 0) << output;
-  EXPECT_TRUE(burned(1) == album);
+  rewritable.medium = Medium::kCdRw;
+  m_drives[1].saveDisc(rewritable);
+  ASSERT_EQ(burnWithCdrdao(), 0) << m_output;
+  ASSERT_EQ(run("cdrskin dev=/dev/sr31 blank=fast"), 0) << m_output;
+  EXPECT_EQ(disc(1).state, DiscState::kBlank);
+  ASSERT_EQ(burnWithCdrdao(), 0) << m_output;
+  EXPECT_TRUE(burned(1) == m_album);
 }
 
 TEST_F(Clients, CdrskinListsBothDrives) {
   ASSERT_EQ(run("cdrskin --devices"), 0);
-  EXPECT_THAT(output, HasSubstr("dev='/dev/sr30'"));
-  EXPECT_THAT(output, HasSubstr("'TEST DRIVE 2'"));
+  EXPECT_THAT(m_output, HasSubstr("dev='/dev/sr30'"));
+  EXPECT_THAT(m_output, HasSubstr("'TEST DRIVE 2'"));
 }
 
 TEST_F(Clients, WodimListsBothDrivesUnderTheirFormerNames) {
-  EXPECT_EQ(run("wodim --devices"), 2) << output;  // wodim's status is the number of drives
-  EXPECT_THAT(output, HasSubstr("dev='/dev/scd30'"));
-  EXPECT_THAT(output, HasSubstr("dev='/dev/scd31'"));
-  EXPECT_THAT(output, HasSubstr("'TEST DRIVE 2'"));
-  ASSERT_EQ(run("wodim dev=/dev/scd31 gracetime=0 -sao -audio track1.wav"), 0) << output;
-  EXPECT_TRUE(burned(1) == tracks[0]);
+  EXPECT_EQ(run("wodim --devices"), 2) << m_output;  // wodim's status is the number of drives
+  EXPECT_THAT(m_output, HasSubstr("dev='/dev/scd30'"));
+  EXPECT_THAT(m_output, HasSubstr("dev='/dev/scd31'"));
+  EXPECT_THAT(m_output, HasSubstr("'TEST DRIVE 2'"));
+  ASSERT_EQ(run("wodim dev=/dev/scd31 gracetime=0 -sao -audio track1.wav"), 0) << m_output;
+  EXPECT_TRUE(burned(1) == m_tracks[0]);
 }
 
 TEST_F(Clients, ABadSectorFailsTheBurn) {
-  change(1, [](Settings& settings) { settings.faults.writeErrorAt = 500; });
+  change(1, [](Settings& settings) { settings.faults.write_error_at = 500; });
   EXPECT_NE(burnWithCdrdao(), 0);
-  EXPECT_THAT(output, HasSubstr("Medium Error"));
-  EXPECT_EQ(disc(1).state, DiscState::incomplete);
+  EXPECT_THAT(m_output, HasSubstr("Medium Error"));
+  EXPECT_EQ(disc(1).state, DiscState::kIncomplete);
 }
 
 TEST_F(Clients, AnEmptyTrayFailsTheBurn) {
-  drives[1].saveDisc(std::nullopt);
-  EXPECT_NE(run("cdrskin dev=/dev/sr31 -sao -audio track1.wav"), 0) << output;
-  EXPECT_THAT(output, HasSubstr("no media"));
+  m_drives[1].saveDisc(std::nullopt);
+  EXPECT_NE(run("cdrskin dev=/dev/sr31 -sao -audio track1.wav"), 0) << m_output;
+  EXPECT_THAT(m_output, HasSubstr("no media"));
 }
 
 TEST_F(Clients, AClosedDiscFailsTheBurn) {
   ASSERT_EQ(burnWithCdrdao(), 0);
-  EXPECT_NE(run("cdrskin dev=/dev/sr31 -sao -audio track1.wav"), 0) << output;
-  EXPECT_THAT(output, HasSubstr("closed"));
-  EXPECT_TRUE(burned(1) == album);
+  EXPECT_NE(run("cdrskin dev=/dev/sr31 -sao -audio track1.wav"), 0) << m_output;
+  EXPECT_THAT(m_output, HasSubstr("closed"));
+  EXPECT_TRUE(burned(1) == m_album);
 }
 
 TEST_F(Clients, ASmallDiscFailsTheBurnBeforeAnythingIsWritten) {
   Disc small;
   small.capacity = 1000;
-  drives[1].saveDisc(small);
-  EXPECT_NE(burnWithCdrdao(), 0) << output;
-  EXPECT_EQ(disc(1).state, DiscState::blank);
+  m_drives[1].saveDisc(small);
+  EXPECT_NE(burnWithCdrdao(), 0) << m_output;
+  EXPECT_EQ(disc(1).state, DiscState::kBlank);
 }
 
 TEST_F(Clients, ASlowDriveTakesItsTime) {
-  change(1, [](Settings& settings) { settings.faults.writeDelay = std::chrono::milliseconds(5); });
+  change(1, [](Settings& settings) { settings.faults.write_delay = std::chrono::milliseconds(5); });
   const auto before = std::chrono::steady_clock::now();
-  ASSERT_EQ(burnWithCdrdao(), 0) << output;
+  ASSERT_EQ(burnWithCdrdao(), 0) << m_output;
   // 1220 sectors in commands of at most 64 KiB are at least 45 writes.
   EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(45 * 5));
-  EXPECT_TRUE(burned(1) == album);
+  EXPECT_TRUE(burned(1) == m_album);
 }
 
 TEST_F(Clients, ABusyDriveIsNotOpened) {
   change(1, [](Settings& settings) { settings.busy = true; });
   EXPECT_NE(burnWithCdrdao(), 0);
-  EXPECT_THAT(output, HasSubstr("resource busy"));
+  EXPECT_THAT(m_output, HasSubstr("resource busy"));
 }
 
 TEST_F(Clients, ADriveWithoutPermissionIsNotOpened) {
   change(1, [](Settings& settings) { settings.deny = true; });
   EXPECT_NE(burnWithCdrdao(), 0);
-  EXPECT_THAT(output, HasSubstr("ermission denied"));
+  EXPECT_THAT(m_output, HasSubstr("ermission denied"));
   EXPECT_EQ(run("cdrskin --devices"), 0);
-  EXPECT_THAT(output, HasSubstr("TEST DRIVE 1"));
+  EXPECT_THAT(m_output, HasSubstr("TEST DRIVE 1"));
 }
 
 TEST_F(Clients, RealDrivesAreHiddenWhileEmulationIsOn) {

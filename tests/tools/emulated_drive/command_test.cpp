@@ -21,17 +21,17 @@ class Command : public TwoDrives {
   /// Runs velmor-recorder in the test's directory, whose drives lie in "drives". Answers its exit
   /// status; `out` and `err` are what it said.
   int run(const std::string& arguments) {
-    const std::string line = "cd '" + root.string() +
+    const std::string line = "cd '" + m_root.string() +
                              "' && '" VELMOR_BINARY_DIR "/velmor-recorder' " + arguments +
                              " >out 2>err </dev/null";
     const int status = std::system(line.c_str());
-    out = contentOf(root / "out");
-    err = contentOf(root / "err");
+    m_out = contentOf(m_root / "out");
+    m_err = contentOf(m_root / "err");
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
-  Settings settings(std::size_t drive) const { return drives[drive].settings(); }
+  Settings settings(std::size_t drive) const { return m_drives[drive].settings(); }
 
-  std::string out, err;
+  std::string m_out, m_err;
 };
 
 struct Mistake {
@@ -43,12 +43,12 @@ struct Mistake {
 class ACommand : public Command, public ::testing::WithParamInterface<Mistake> {};
 
 TEST_P(ACommand, IsRefused) {
-  const std::string before = contentOf(drives[0].settingsFile());
+  const std::string before = contentOf(m_drives[0].settingsFile());
   EXPECT_EQ(run(GetParam().arguments), 1);
-  EXPECT_EQ(err, "velmor-recorder: " + std::string(GetParam().said) + "\n");
-  EXPECT_EQ(out, "");
-  EXPECT_EQ(contentOf(drives[0].settingsFile()), before);
-  EXPECT_EQ(disc(0).state, DiscState::blank);
+  EXPECT_EQ(m_err, "velmor-recorder: " + std::string(GetParam().said) + "\n");
+  EXPECT_EQ(m_out, "");
+  EXPECT_EQ(contentOf(m_drives[0].settingsFile()), before);
+  EXPECT_EQ(disc(0).state, DiscState::kBlank);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -92,26 +92,26 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& mistake) { return std::string(mistake.param.name); });
 
 TEST_F(Command, ASettingsFileThatCannotBeReadIsNamedWithItsLine) {
-  store(drives[1].settingsFile(), "# mine\ndevice = /dev/sr31\nbusy\n");
+  store(m_drives[1].settingsFile(), "# mine\ndevice = /dev/sr31\nbusy\n");
   EXPECT_EQ(run("show drives"), 1);
-  EXPECT_EQ(err, "velmor-recorder: drives/drive01/drive.conf:3: a line reads \"key = value\"\n");
+  EXPECT_EQ(m_err, "velmor-recorder: drives/drive01/drive.conf:3: a line reads \"key = value\"\n");
 }
 
 TEST_F(Command, AWordThatIsNoCommandIsRefused) {
   EXPECT_NE(run(""), 0);
-  EXPECT_THAT(err, HasSubstr("subcommand is required"));
+  EXPECT_THAT(m_err, HasSubstr("subcommand is required"));
   EXPECT_NE(run("insert drives 0 --medium dvd"), 0);
-  EXPECT_THAT(err, HasSubstr("--medium: dvd not in {cd-r,cd-rw}"));
+  EXPECT_THAT(m_err, HasSubstr("--medium: dvd not in {cd-r,cd-rw}"));
   EXPECT_NE(run("create elsewhere --drives 9"), 0);
-  EXPECT_THAT(err, HasSubstr("9 not in range"));
-  EXPECT_FALSE(fs::exists(root / "elsewhere"));
+  EXPECT_THAT(m_err, HasSubstr("9 not in range"));
+  EXPECT_FALSE(fs::exists(m_root / "elsewhere"));
 }
 
 TEST_F(Command, ANewDirectoryHasDrivesWithBlankDiscs) {
-  ASSERT_EQ(run("create new --drives 2 --first-device 4 --medium cd-rw --minutes 10"), 0) << err;
-  EXPECT_EQ(out, "drive00 /dev/sr4\ndrive01 /dev/sr5\n");
+  ASSERT_EQ(run("create new --drives 2 --first-device 4 --medium cd-rw --minutes 10"), 0) << m_err;
+  EXPECT_EQ(m_out, "drive00 /dev/sr4\ndrive01 /dev/sr5\n");
   ASSERT_EQ(run("show new"), 0);
-  EXPECT_EQ(out,
+  EXPECT_EQ(m_out,
             "drive00: /dev/sr4, VELMOR RECORDER 1\n"
             "  CD-RW, room for 10:00:00 (45000 sectors), blank\n"
             "drive01: /dev/sr5, VELMOR RECORDER 2\n"
@@ -119,9 +119,9 @@ TEST_F(Command, ANewDirectoryHasDrivesWithBlankDiscs) {
 }
 
 TEST_F(Command, ADiscIsPutInAndTakenOut) {
-  ASSERT_EQ(run("insert drives /dev/sr31 --closed --capacity 1000"), 0) << err;
+  ASSERT_EQ(run("insert drives /dev/sr31 --closed --capacity 1000"), 0) << m_err;
   ASSERT_EQ(run("show drives 1"), 0);
-  EXPECT_EQ(out,
+  EXPECT_EQ(m_out,
             "drive01: /dev/sr31, VELMOR TEST DRIVE 2\n"
             "  CD-R, room for 00:13:25 (1000 sectors), closed: one session\n"
             "  track  pregap    start     length    ISRC          flags\n"
@@ -129,19 +129,19 @@ TEST_F(Command, ADiscIsPutInAndTakenOut) {
             "  lead-out         00:06:00  (300 sectors)\n"
             "  MCN: none\n"
             "  CD-TEXT: none\n");
-  ASSERT_EQ(run("eject drives drive01"), 0) << err;
+  ASSERT_EQ(run("eject drives drive01"), 0) << m_err;
   ASSERT_EQ(run("show drives 1"), 0);
-  EXPECT_EQ(out, "drive01: /dev/sr31, VELMOR TEST DRIVE 2\n  no disc\n");
+  EXPECT_EQ(m_out, "drive01: /dev/sr31, VELMOR TEST DRIVE 2\n  no disc\n");
 }
 
 TEST_F(Command, FaultsAreShownAndHealed) {
   ASSERT_EQ(run("set drives 0 write-error-at=500 read-error-at=-10 write-delay-ms=5 busy=yes "
                 "deny=yes becoming-ready-polls=3"),
             0)
-      << err;
-  drives[0].saveTray(true);
+      << m_err;
+  m_drives[0].saveTray(true);
   ASSERT_EQ(run("show drives 0"), 0);
-  EXPECT_EQ(out,
+  EXPECT_EQ(m_out,
             "drive00: /dev/sr30, VELMOR TEST DRIVE 1\n"
             "  fault: the drive is busy\n"
             "  fault: the device may not be opened\n"
@@ -154,56 +154,56 @@ TEST_F(Command, FaultsAreShownAndHealed) {
   ASSERT_EQ(run("set drives 0 write-error-at=none read-error-at=none write-delay-ms=0 busy=no "
                 "deny=no becoming-ready-polls=0"),
             0)
-      << err;
+      << m_err;
   ASSERT_EQ(run("show drives 0"), 0);
-  EXPECT_THAT(out, Not(HasSubstr("fault")));
+  EXPECT_THAT(m_out, Not(HasSubstr("fault")));
 }
 
 TEST_F(Command, AudioIsExtractedByDiscAndByTrack) {
   Disc recorded = disc(0);
-  recorded.state = DiscState::complete;
+  recorded.state = DiscState::kComplete;
   recorded.tracks = {{1, 0, -150, {0}, ""}, {2, 0, 300, {375}, ""}};
-  recorded.leadOut = 700;
-  drives[0].saveDisc(recorded);
+  recorded.lead_out = 700;
+  m_drives[0].saveDisc(recorded);
   const std::string audio = noise(1, 700);
-  store(drives[0].audioFile(), std::string(std::size_t{150} * kSectorBytes, '\0') + audio);
-  ASSERT_EQ(run("extract drives 0 album.raw"), 0) << err;
-  EXPECT_EQ(out, "700 sectors\n");
-  EXPECT_TRUE(contentOf(root / "album.raw") == audio);
-  ASSERT_EQ(run("extract drives 0 one.raw --track 1"), 0) << err;
-  EXPECT_EQ(out, "300 sectors\n");
-  EXPECT_TRUE(contentOf(root / "one.raw") == audio.substr(0, std::size_t{300} * kSectorBytes));
-  ASSERT_EQ(run("extract drives 0 two.raw --track 2"), 0) << err;
-  EXPECT_TRUE(contentOf(root / "two.raw") == audio.substr(std::size_t{375} * kSectorBytes));
+  store(m_drives[0].audioFile(), std::string(std::size_t{150} * kSectorBytes, '\0') + audio);
+  ASSERT_EQ(run("extract drives 0 album.raw"), 0) << m_err;
+  EXPECT_EQ(m_out, "700 sectors\n");
+  EXPECT_TRUE(contentOf(m_root / "album.raw") == audio);
+  ASSERT_EQ(run("extract drives 0 one.raw --track 1"), 0) << m_err;
+  EXPECT_EQ(m_out, "300 sectors\n");
+  EXPECT_TRUE(contentOf(m_root / "one.raw") == audio.substr(0, std::size_t{300} * kSectorBytes));
+  ASSERT_EQ(run("extract drives 0 two.raw --track 2"), 0) << m_err;
+  EXPECT_TRUE(contentOf(m_root / "two.raw") == audio.substr(std::size_t{375} * kSectorBytes));
   EXPECT_EQ(run("extract drives 0 three.raw --track 3"), 1);
-  EXPECT_EQ(err, "velmor-recorder: --track 3: the disc has tracks 1 to 2\n");
+  EXPECT_EQ(m_err, "velmor-recorder: --track 3: the disc has tracks 1 to 2\n");
   EXPECT_EQ(run("extract drives 0 nowhere/album.raw"), 1);
-  EXPECT_EQ(err, "velmor-recorder: nowhere/album.raw: cannot be written\n");
+  EXPECT_EQ(m_err, "velmor-recorder: nowhere/album.raw: cannot be written\n");
 }
 
 TEST_F(Command, ARecordingThatBrokeOffIsCalledSo) {
   Disc broken = disc(0);
-  broken.state = DiscState::incomplete;
-  drives[0].saveDisc(broken);
+  broken.state = DiscState::kIncomplete;
+  m_drives[0].saveDisc(broken);
   ASSERT_EQ(run("show drives 0"), 0);
-  EXPECT_THAT(out, HasSubstr("incomplete: a recording was begun and not finished"));
+  EXPECT_THAT(m_out, HasSubstr("incomplete: a recording was begun and not finished"));
 }
 
 TEST_F(Command, AProgramThatSeesTheDrivesKeepsItsExitStatus) {
   EXPECT_EQ(run("run drives -- sh -c 'exit 7'"), 7);
-  EXPECT_EQ(err, "");
+  EXPECT_EQ(m_err, "");
 }
 
 TEST_F(Command, ADirectoryWithoutDrivesIsToldToTheProgramsUser) {
   EXPECT_EQ(run("run . -- test -e /dev/sr30"), 1);
-  EXPECT_THAT(err, AllOf(StartsWith("velmor-recorder: "),
-                         HasSubstr("holds no drive; \"velmor-recorder create\" makes one")));
+  EXPECT_THAT(m_err, AllOf(StartsWith("velmor-recorder: "),
+                           HasSubstr("holds no drive; \"velmor-recorder create\" makes one")));
 }
 
 TEST_F(Command, ADriveThatCannotBeReadIsLeftOutAndSaidSo) {
-  store(drives[1].settingsFile(), "busy = maybe\n");
+  store(m_drives[1].settingsFile(), "busy = maybe\n");
   EXPECT_EQ(run("run drives -- test -e /dev/sr30"), 0);
-  EXPECT_THAT(err, HasSubstr("drive01/drive.conf:1: \"busy = maybe\": expected yes or no"));
+  EXPECT_THAT(m_err, HasSubstr("drive01/drive.conf:1: \"busy = maybe\": expected yes or no"));
   EXPECT_EQ(run("run drives -- test -e /dev/sr31"), 1);
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "disc/failure.h"
 #include "tests/tools/emulated_drive/drive_on_bench.h"
 
 namespace velmor::recorder {
@@ -9,67 +10,67 @@ namespace {
 
 using Entries = std::vector<CueEntry>;
 
-struct Refusal {
+struct Failure {
   const char* name;
   void (*spoil)(Entries&);
   Sense sense = kInvalidFieldInParameters;
 };
 
-class ACueSheetIsRefused : public DriveOnBench, public ::testing::WithParamInterface<Refusal> {};
+class ACueSheetIsRefused : public DriveOnBench, public ::testing::WithParamInterface<Failure> {};
 
 TEST_P(ACueSheetIsRefused, AndNothingIsBegun) {
   Entries entries = twoTracks();
   GetParam().spoil(entries);
   EXPECT_EQ(sendCue(entries).sense, GetParam().sense);
   EXPECT_EQ(write(-150, 1).sense, kCommandSequence);
-  EXPECT_EQ(drive.disc()->state, DiscState::blank);
+  EXPECT_EQ(m_drive.disc()->state, DiscState::kBlank);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Because, ACueSheetIsRefused,
     ::testing::Values(
-        Refusal{"ItIsEmpty", [](Entries& e) { e.clear(); }, kParameterListLength},
-        Refusal{"ItHasNoLeadIn", [](Entries& e) { e.erase(e.begin()); }},
-        Refusal{"TheLeadInHasMainData", [](Entries& e) { e[0][3] = 0x00; }},
-        Refusal{"TheLeadInHasATime", [](Entries& e) { e[0][6] = 1; }},
-        Refusal{"ItHasNoLeadOut", [](Entries& e) { e.pop_back(); }},
-        Refusal{"TheLeadOutIsNotIndexOne", [](Entries& e) { e.back()[2] = 0; }},
-        Refusal{"SomethingFollowsTheLeadOut",
+        Failure{"ItIsEmpty", [](Entries& e) { e.clear(); }, kParameterListLength},
+        Failure{"ItHasNoLeadIn", [](Entries& e) { e.erase(e.begin()); }},
+        Failure{"TheLeadInHasMainData", [](Entries& e) { e[0][3] = 0x00; }},
+        Failure{"TheLeadInHasATime", [](Entries& e) { e[0][6] = 1; }},
+        Failure{"ItHasNoLeadOut", [](Entries& e) { e.pop_back(); }},
+        Failure{"TheLeadOutIsNotIndexOne", [](Entries& e) { e.back()[2] = 0; }},
+        Failure{"SomethingFollowsTheLeadOut",
                 [](Entries& e) { e.push_back(cueIndex(0, 3, 1, 0, 1200)); }},
-        Refusal{"ItHasNoTracks", [](Entries& e) { e.erase(e.begin() + 1, e.end() - 1); }},
-        Refusal{"TheFirstTrackHasNoPregap", [](Entries& e) { e.erase(e.begin() + 1); }},
-        Refusal{"TheFirstPregapStartsLate",
+        Failure{"ItHasNoTracks", [](Entries& e) { e.erase(e.begin() + 1, e.end() - 1); }},
+        Failure{"TheFirstTrackHasNoPregap", [](Entries& e) { e.erase(e.begin() + 1); }},
+        Failure{"TheFirstPregapStartsLate",
                 [](Entries& e) { e[1] = cueIndex(0, 1, 0, 0, -149); }},
-        Refusal{"TheFirstTrackStartsInsideTheTwoSeconds",
+        Failure{"TheFirstTrackStartsInsideTheTwoSeconds",
                 [](Entries& e) { e[2] = cueIndex(0, 1, 1, 0, -1); }},
-        Refusal{"ATrackNumberIsLeftOut", [](Entries& e) { e[3][1] = e[4][1] = 3; }},
-        Refusal{"ATrackNumberIsAHundred", [](Entries& e) { e[3][1] = e[4][1] = 100; }},
-        Refusal{"ATrackHasOnlyAPregap", [](Entries& e) { e.erase(e.begin() + 4); }},
-        Refusal{"AnIndexIsLeftOut", [](Entries& e) { e[4][2] = 2; }},
-        Refusal{"TimeGoesBack", [](Entries& e) { e[4] = cueIndex(2, 2, 1, 0, 299); }},
-        Refusal{"TimeStandsStill", [](Entries& e) { e[4] = cueIndex(2, 2, 1, 0, 300); }},
-        Refusal{"ASecondIsSixty", [](Entries& e) { e[4][6] = 60; }},
-        Refusal{"AFrameIsSeventyFive", [](Entries& e) { e[4][7] = 75; }},
-        Refusal{"TheFlagsChangeInsideATrack", [](Entries& e) { e[4][0] = 0x01; }},
-        Refusal{"ATrackHoldsData", [](Entries& e) { e[3][0] = e[4][0] = 0x41; }},
-        Refusal{"TheDataFormIsUnknown", [](Entries& e) { e[3][3] = 0x10; }},
-        Refusal{"ATrackIsUnderFourSeconds",
+        Failure{"ATrackNumberIsLeftOut", [](Entries& e) { e[3][1] = e[4][1] = 3; }},
+        Failure{"ATrackNumberIsAHundred", [](Entries& e) { e[3][1] = e[4][1] = 100; }},
+        Failure{"ATrackHasOnlyAPregap", [](Entries& e) { e.erase(e.begin() + 4); }},
+        Failure{"AnIndexIsLeftOut", [](Entries& e) { e[4][2] = 2; }},
+        Failure{"TimeGoesBack", [](Entries& e) { e[4] = cueIndex(2, 2, 1, 0, 299); }},
+        Failure{"TimeStandsStill", [](Entries& e) { e[4] = cueIndex(2, 2, 1, 0, 300); }},
+        Failure{"ASecondIsSixty", [](Entries& e) { e[4][6] = 60; }},
+        Failure{"AFrameIsSeventyFive", [](Entries& e) { e[4][7] = 75; }},
+        Failure{"TheFlagsChangeInsideATrack", [](Entries& e) { e[4][0] = 0x01; }},
+        Failure{"ATrackHoldsData", [](Entries& e) { e[3][0] = e[4][0] = 0x41; }},
+        Failure{"TheDataFormIsUnknown", [](Entries& e) { e[3][3] = 0x10; }},
+        Failure{"ATrackIsUnderFourSeconds",
                 [](Entries& e) { e.back() = cueIndex(0, 0xAA, 1, 1, 375 + 299); }},
-        Refusal{"HalfAnIsrcIsMissing",
+        Failure{"HalfAnIsrcIsMissing",
                 [](Entries& e) {
                   e.insert(e.begin() + 1, CueEntry{0x03, 1, 'D', 'E', 'A', 'B', 'C', '2'});
                 }},
-        Refusal{"AnIsrcIsInLowerCase",
+        Failure{"AnIsrcIsInLowerCase",
                 [](Entries& e) {
                   e.insert(e.begin() + 1, CueEntry{0x03, 1, '0', '0', '0', '0', '0', '1'});
                   e.insert(e.begin() + 1, CueEntry{0x03, 1, 'd', 'e', 'a', 'b', 'c', '2'});
                 }},
-        Refusal{"TheMcnHasALetter",
+        Failure{"TheMcnHasALetter",
                 [](Entries& e) {
                   e.insert(e.begin(), CueEntry{0x02, '3', '3', '3', '9', '3', '1', 0});
                   e.insert(e.begin(), CueEntry{0x02, '4', '0', 'O', '6', '3', '8', '1'});
                 }},
-        Refusal{"TheLeadOutLiesBeyondTheDisc",
+        Failure{"TheLeadOutLiesBeyondTheDisc",
                 [](Entries& e) { e.back() = cueIndex(0, 0xAA, 1, 1, 359846); },
                 kAddressOutOfRange}),
     [](const auto& refusal) { return std::string(refusal.param.name); });

@@ -25,12 +25,12 @@ class AnOpenDrive : public TwoDrives {
  protected:
   void SetUp() override {
     TwoDrives::SetUp();
-    ::setenv("VELMOR_RECORDER_DIR", (root / "drives").c_str(), 1);
-    drive = ::open("/dev/sr30", O_RDWR | O_NONBLOCK);
-    ASSERT_GE(drive, 0);
+    ::setenv("VELMOR_RECORDER_DIR", (m_root / "drives").c_str(), 1);
+    m_drive = ::open("/dev/sr30", O_RDWR | O_NONBLOCK);
+    ASSERT_GE(m_drive, 0);
   }
   void TearDown() override {
-    ::close(drive);
+    ::close(m_drive);
     ::unsetenv("VELMOR_RECORDER_DIR");
     ::unsetenv(kTraceVariable);
     TwoDrives::TearDown();
@@ -40,7 +40,7 @@ class AnOpenDrive : public TwoDrives {
   /// 0 or the errno of a request.
   int reasonOf(unsigned long request, void* argument = nullptr) const {
     errno = 0;
-    return ::ioctl(drive, request, argument) == -1 ? errno : 0;
+    return ::ioctl(m_drive, request, argument) == -1 ? errno : 0;
   }
   sg_io_hdr_t reading(unsigned char* cdb, unsigned char length) {
     sg_io_hdr_t header{};
@@ -48,35 +48,35 @@ class AnOpenDrive : public TwoDrives {
     header.dxfer_direction = SG_DXFER_FROM_DEV;
     header.cmdp = cdb;
     header.cmd_len = length;
-    header.dxferp = answer.data();
-    header.dxfer_len = static_cast<unsigned>(answer.size());
-    header.sbp = sense.data();
-    header.mx_sb_len = static_cast<unsigned char>(sense.size());
+    header.dxferp = m_answer.data();
+    header.dxfer_len = static_cast<unsigned>(m_answer.size());
+    header.sbp = m_sense.data();
+    header.mx_sb_len = static_cast<unsigned char>(m_sense.size());
     return header;
   }
   void closeTheDiscWithTwoTracks() {
     Disc recorded = disc(0);
-    recorded.state = DiscState::complete;
+    recorded.state = DiscState::kComplete;
     recorded.tracks = {{1, 0, -150, {0}, ""}, {2, 2, 300, {375}, ""}};
-    recorded.leadOut = 700;
+    recorded.lead_out = 700;
     recorded.mcn = "4006381333931";
-    drives[0].saveDisc(recorded);
+    m_drives[0].saveDisc(recorded);
     reasonOf(CDROMEJECT);  // hears of the change of disc
   }
 
-  int drive = -1;
-  std::array<unsigned char, 96> answer{};
-  std::array<unsigned char, 18> sense{};
-  unsigned char inquiry[6] = {0x12, 0, 0, 0, 36, 0};
-  unsigned char testUnitReady[6] = {};
+  int m_drive = -1;
+  std::array<unsigned char, 96> m_answer{};
+  std::array<unsigned char, 18> m_sense{};
+  unsigned char m_inquiry[6] = {0x12, 0, 0, 0, 36, 0};
+  unsigned char m_test_unit_ready[6] = {};
 };
 
 TEST_F(AnOpenDrive, AnswersACommandAndTellsWhatWasLeftOver) {
-  sg_io_hdr_t header = reading(inquiry, sizeof inquiry);
+  sg_io_hdr_t header = reading(m_inquiry, sizeof m_inquiry);
   ASSERT_EQ(reasonOf(SG_IO, &header), 0);
   EXPECT_EQ(header.status, 0);
   EXPECT_EQ(header.resid, 96 - 36);
-  EXPECT_EQ(std::string(answer.begin() + 16, answer.begin() + 28), "TEST DRIVE 1");
+  EXPECT_EQ(std::string(m_answer.begin() + 16, m_answer.begin() + 28), "TEST DRIVE 1");
 }
 
 TEST_F(AnOpenDrive, CutsTheSenseDataToTheRoomThatThereIs) {
@@ -86,22 +86,22 @@ TEST_F(AnOpenDrive, CutsTheSenseDataToTheRoomThatThereIs) {
   ASSERT_EQ(reasonOf(SG_IO, &header), 0);
   EXPECT_EQ(header.status, 2) << "CHECK CONDITION";
   EXPECT_EQ(header.sb_len_wr, 3);
-  EXPECT_EQ(sense[2], 0x5);
-  EXPECT_EQ(sense[12], 0);
+  EXPECT_EQ(m_sense[2], 0x5);
+  EXPECT_EQ(m_sense[12], 0);
 }
 
 TEST_F(AnOpenDrive, RefusesWhatTheKernelRefuses) {
-  sg_io_hdr_t header = reading(inquiry, sizeof inquiry);
+  sg_io_hdr_t header = reading(m_inquiry, sizeof m_inquiry);
   header.interface_id = 'Q';
   EXPECT_EQ(reasonOf(SG_IO, &header), EINVAL);
-  header = reading(inquiry, sizeof inquiry);
+  header = reading(m_inquiry, sizeof m_inquiry);
   header.iovec_count = 1;
   EXPECT_EQ(reasonOf(SG_IO, &header), EINVAL);
-  header = reading(inquiry, 0);
+  header = reading(m_inquiry, 0);
   EXPECT_EQ(reasonOf(SG_IO, &header), EMSGSIZE);
-  header = reading(inquiry, 17);
+  header = reading(m_inquiry, 17);
   EXPECT_EQ(reasonOf(SG_IO, &header), EMSGSIZE);
-  header = reading(inquiry, sizeof inquiry);
+  header = reading(m_inquiry, sizeof m_inquiry);
   header.dxfer_len = (1u << 20) + 1;
   EXPECT_EQ(reasonOf(SG_IO, &header), ENOMEM);
   EXPECT_EQ(reasonOf(CDROMPLAYMSF), ENOTTY);
@@ -109,7 +109,7 @@ TEST_F(AnOpenDrive, RefusesWhatTheKernelRefuses) {
 
 // cdrdao looks at errno a second time after an open that went well.
 TEST_F(AnOpenDrive, LeavesErrnoAloneWhereNothingFails) {
-  sg_io_hdr_t header = reading(inquiry, sizeof inquiry);
+  sg_io_hdr_t header = reading(m_inquiry, sizeof m_inquiry);
   struct stat info {};
   errno = EBUSY;
   const int another = ::open("/dev/sr30", O_RDONLY | O_NONBLOCK);
@@ -124,13 +124,13 @@ TEST_F(AnOpenDrive, LeavesErrnoAloneWhereNothingFails) {
 
 TEST_F(AnOpenDrive, AnswersPacketsOfTheCdRomLayer) {
   cdrom_generic_command packet{};
-  std::copy(std::begin(inquiry), std::end(inquiry), packet.cmd);
-  packet.buffer = answer.data();
+  std::copy(std::begin(m_inquiry), std::end(m_inquiry), packet.cmd);
+  packet.buffer = m_answer.data();
   packet.buflen = 36;
   packet.data_direction = CGC_DATA_READ;
   EXPECT_EQ(reasonOf(CDROM_SEND_PACKET, &packet), 0);
   EXPECT_EQ(packet.stat, 0);
-  EXPECT_EQ(answer[0], 0x05);
+  EXPECT_EQ(m_answer[0], 0x05);
   request_sense told{};
   packet.cmd[0] = 0x0F;
   packet.sense = &told;
@@ -172,7 +172,7 @@ TEST_F(AnOpenDrive, ReadsTheMcn) {
 }
 
 TEST_F(AnOpenDrive, MovesItsTrayUnlessItIsLocked) {
-  EXPECT_EQ(::ioctl(drive, CDROM_DRIVE_STATUS, CDSL_CURRENT), CDS_DISC_OK);
+  EXPECT_EQ(::ioctl(m_drive, CDROM_DRIVE_STATUS, CDSL_CURRENT), CDS_DISC_OK);
   unsigned char prevent[6] = {0x1E, 0, 0, 0, 1, 0};
   sg_io_hdr_t header = reading(prevent, sizeof prevent);
   ASSERT_EQ(reasonOf(SG_IO, &header), 0);
@@ -180,52 +180,52 @@ TEST_F(AnOpenDrive, MovesItsTrayUnlessItIsLocked) {
   prevent[4] = 0;
   ASSERT_EQ(reasonOf(SG_IO, &header), 0);
   EXPECT_EQ(reasonOf(CDROMEJECT), 0);
-  EXPECT_EQ(::ioctl(drive, CDROM_DRIVE_STATUS, CDSL_CURRENT), CDS_TRAY_OPEN);
+  EXPECT_EQ(::ioctl(m_drive, CDROM_DRIVE_STATUS, CDSL_CURRENT), CDS_TRAY_OPEN);
   EXPECT_EQ(reasonOf(CDROMCLOSETRAY), 0);
-  drives[0].saveDisc(std::nullopt);
-  EXPECT_EQ(::ioctl(drive, CDROM_DRIVE_STATUS, CDSL_CURRENT), CDS_NO_DISC);
+  m_drives[0].saveDisc(std::nullopt);
+  EXPECT_EQ(::ioctl(m_drive, CDROM_DRIVE_STATUS, CDSL_CURRENT), CDS_NO_DISC);
 }
 
 TEST_F(AnOpenDrive, WhoseFolderCannotBeReadFailsAsADeviceDoes) {
-  store(drives[0].discFile(), "medium = vinyl\n");
+  store(m_drives[0].discFile(), "medium = vinyl\n");
   ::testing::internal::CaptureStderr();
-  sg_io_hdr_t header = reading(testUnitReady, sizeof testUnitReady);
+  sg_io_hdr_t header = reading(m_test_unit_ready, sizeof m_test_unit_ready);
   EXPECT_EQ(reasonOf(SG_IO, &header), EIO);
   EXPECT_THAT(::testing::internal::GetCapturedStderr(), ::testing::HasSubstr("cd-r or cd-rw"));
 }
 
 TEST_F(AnOpenDrive, IsTracedCommandByCommand) {
-  traceInto(root / "trace");
-  sg_io_hdr_t header = reading(inquiry, sizeof inquiry);
+  traceInto(m_root / "trace");
+  sg_io_hdr_t header = reading(m_inquiry, sizeof m_inquiry);
   ASSERT_EQ(reasonOf(SG_IO, &header), 0);
-  drives[0].saveDisc(std::nullopt);
-  header = reading(testUnitReady, sizeof testUnitReady);
+  m_drives[0].saveDisc(std::nullopt);
+  header = reading(m_test_unit_ready, sizeof m_test_unit_ready);
   ASSERT_EQ(reasonOf(SG_IO, &header), 0);
   ASSERT_EQ(reasonOf(SG_IO, &header), 0);
-  EXPECT_EQ(contentOf(root / "trace"),
+  EXPECT_EQ(contentOf(m_root / "trace"),
             "/dev/sr30: 12 00 00 00 24 00  out 0 in 36\n"
             "/dev/sr30: 00 00 00 00 00 00  out 0 in 0  sense 6/28/00\n"
             "/dev/sr30: 00 00 00 00 00 00  out 0 in 0  sense 2/3A/01\n");
 }
 
 TEST_F(AnOpenDrive, TracesWhatTheHostSends) {
-  traceInto(root / "trace");
+  traceInto(m_root / "trace");
   unsigned char write[10] = {0x2A, 0, 0xFF, 0xFF, 0xFF, 0x6A, 0, 0, 1, 0};
   sg_io_hdr_t header = reading(write, sizeof write);
   header.dxfer_direction = SG_DXFER_TO_DEV;
   ASSERT_EQ(reasonOf(SG_IO, &header), 0);
-  EXPECT_EQ(contentOf(root / "trace"),
+  EXPECT_EQ(contentOf(m_root / "trace"),
             "/dev/sr30: 2A 00 FF FF FF 6A 00 00 01 00  out 96 in 0  sense 5/2C/00\n");
 }
 
 TEST_F(AnOpenDrive, IsNotTracedIntoAnEmptyNameAndNotDisturbedByAnImpossibleOne) {
   traceInto("");
-  sg_io_hdr_t header = reading(inquiry, sizeof inquiry);
+  sg_io_hdr_t header = reading(m_inquiry, sizeof m_inquiry);
   EXPECT_EQ(reasonOf(SG_IO, &header), 0);
-  traceInto(root / "nowhere" / "trace");
+  traceInto(m_root / "nowhere" / "trace");
   EXPECT_EQ(reasonOf(SG_IO, &header), 0);
   EXPECT_EQ(header.status, 0);
-  EXPECT_FALSE(fs::exists(root / "nowhere"));
+  EXPECT_FALSE(fs::exists(m_root / "nowhere"));
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ std::string described() {
 }
 
 TEST_F(ADiscDescription, IsReadBackAsItWasWritten) {
-  const fs::path file = root / "disc.txt";
+  const fs::path file = m_root / "disc.txt";
   store(file, described());
   const Disc disc = readDisc(file);
   EXPECT_EQ(disc.tracks.at(0).isrc, "DEABC2000001");
@@ -56,10 +56,10 @@ TEST_P(ADiscDescription, IsRefused) {
   std::string text = described();
   const std::string instead = flaw.instead;
   text.replace(instead.empty() ? text.size() : text.find(instead), instead.size(), flaw.line);
-  store(root / "disc.txt", text);
-  const std::string said = complaint(root / "disc.txt");
+  store(m_root / "disc.txt", text);
+  const std::string said = complaint(m_root / "disc.txt");
   EXPECT_THAT(said, HasSubstr(flaw.said));
-  EXPECT_THAT(said, HasSubstr((root / "disc.txt").string() + ":"));
+  EXPECT_THAT(said, HasSubstr((m_root / "disc.txt").string() + ":"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -88,45 +88,45 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& flaw) { return std::string(flaw.param.name); });
 
 TEST_F(ADiscDescription, OfAClosedDiscHasTracks) {
-  store(root / "disc.txt", "lead-out = 775\nstate = complete\n");
-  EXPECT_THAT(complaint(root / "disc.txt"), HasSubstr("tracks and a lead-out behind them"));
+  store(m_root / "disc.txt", "lead-out = 775\nstate = complete\n");
+  EXPECT_THAT(complaint(m_root / "disc.txt"), HasSubstr("tracks and a lead-out behind them"));
 }
 
 class AFolder : public TwoDrives {};
 
 TEST_F(AFolder, SaysWhenItsDiscCannotBeTakenAway) {
-  fs::create_directories(drives[0].audioFile() / "in the way");
-  EXPECT_THROW(drives[0].saveDisc(std::nullopt), DirectoryError);
+  fs::create_directories(m_drives[0].audioFile() / "in the way");
+  EXPECT_THROW(m_drives[0].saveDisc(std::nullopt), DirectoryError);
 }
 
 TEST_F(AFolder, SaysWhenItsTrayCannotBeClosed) {
-  fs::create_directories(drives[0].trayFile() / "in the way");
-  EXPECT_THROW(drives[0].saveTray(false), DirectoryError);
+  fs::create_directories(m_drives[0].trayFile() / "in the way");
+  EXPECT_THROW(m_drives[0].saveTray(false), DirectoryError);
 }
 
 TEST_F(AFolder, KeepsNoDraftOfAFileThatCannotBeReplaced) {
-  fs::remove(drives[0].discFile());
-  fs::create_directories(drives[0].discFile() / "in the way");
-  EXPECT_THROW(drives[0].saveDisc(Disc{}), DirectoryError);
-  for (const auto& entry : fs::directory_iterator(drives[0].path())) {
+  fs::remove(m_drives[0].discFile());
+  fs::create_directories(m_drives[0].discFile() / "in the way");
+  EXPECT_THROW(m_drives[0].saveDisc(Disc{}), DirectoryError);
+  for (const auto& entry : fs::directory_iterator(m_drives[0].path())) {
     EXPECT_THAT(entry.path().filename(), ::testing::AnyOf("drive.conf", "disc.txt"));
   }
 }
 
 TEST_F(AFolder, HasNoAudioFileForHavingBeenReadFrom) {
-  FileSurface surface(drives[0].audioFile());
+  FileSurface surface(m_drives[0].audioFile());
   Bytes sector(kSectorBytes, 0xFF);
   EXPECT_TRUE(surface.read(0, sector));
   EXPECT_EQ(sector, Bytes(kSectorBytes));
-  EXPECT_FALSE(fs::exists(drives[0].audioFile()));
+  EXPECT_FALSE(fs::exists(m_drives[0].audioFile()));
   EXPECT_TRUE(surface.write(0, Bytes(kSectorBytes, 0x55)));
   EXPECT_TRUE(surface.read(0, sector));
   EXPECT_EQ(sector, Bytes(kSectorBytes, 0x55));
 }
 
 TEST_F(AFolder, TellsTheDriveWhenItsAudioFileFails) {
-  fs::create_directories(drives[0].audioFile());
-  FileSurface surface(drives[0].audioFile());
+  fs::create_directories(m_drives[0].audioFile());
+  FileSurface surface(m_drives[0].audioFile());
   Bytes sector(kSectorBytes);
   EXPECT_FALSE(surface.read(0, sector));
   EXPECT_FALSE(surface.write(0, sector));

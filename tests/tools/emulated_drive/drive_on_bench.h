@@ -14,27 +14,27 @@ class MemorySurface final : public AudioSurface {
  public:
   bool write(int32_t lba, ByteView sectors) override {
     for (std::size_t at = 0; at < sectors.size(); at += kSectorBytes) {
-      sectors_[lba++] = Bytes(sectors.begin() + static_cast<std::ptrdiff_t>(at),
-                              sectors.begin() + static_cast<std::ptrdiff_t>(at + kSectorBytes));
+      m_sectors[lba++] = Bytes(sectors.begin() + static_cast<std::ptrdiff_t>(at),
+                               sectors.begin() + static_cast<std::ptrdiff_t>(at + kSectorBytes));
     }
     return true;
   }
   bool read(int32_t lba, std::span<uint8_t> sectors) override {
-    const auto found = sectors_.find(lba);
+    const auto found = m_sectors.find(lba);
     std::fill(sectors.begin(), sectors.end(), uint8_t{0});
-    if (found != sectors_.end()) {
+    if (found != m_sectors.end()) {
       std::copy(found->second.begin(), found->second.end(), sectors.begin());
     }
     return true;
   }
   bool erase() override {
-    sectors_.clear();
+    m_sectors.clear();
     return true;
   }
-  [[nodiscard]] std::size_t written() const { return sectors_.size(); }
+  [[nodiscard]] std::size_t written() const { return m_sectors.size(); }
 
  private:
-  std::map<int32_t, Bytes> sectors_;
+  std::map<int32_t, Bytes> m_sectors;
 };
 
 using CueEntry = std::array<uint8_t, 8>;
@@ -60,10 +60,13 @@ inline Bytes flat(const std::vector<CueEntry>& entries) {
 }
 
 /// Two tracks of 300 and 400 sectors, the second with a pregap of 75; lead-in in `leadInForm`.
-inline std::vector<CueEntry> twoTracks(uint8_t leadInForm = 0x01) {
-  return {{0x01, 0, 0, leadInForm, 0, 0, 0, 0}, cueIndex(0, 1, 0, 0x00, -150),
-          cueIndex(0, 1, 1, 0x00, 0),           cueIndex(2, 2, 0, 0x00, 300),
-          cueIndex(2, 2, 1, 0x00, 375),         cueIndex(0, 0xAA, 1, 0x01, 775)};
+inline std::vector<CueEntry> twoTracks(uint8_t lead_in_form = 0x01) {
+  return {{0x01, 0, 0, lead_in_form, 0, 0, 0, 0},
+          cueIndex(0, 1, 0, 0x00, -150),
+          cueIndex(0, 1, 1, 0x00, 0),
+          cueIndex(2, 2, 0, 0x00, 300),
+          cueIndex(2, 2, 1, 0x00, 375),
+          cueIndex(0, 0xAA, 1, 0x01, 775)};
 }
 inline constexpr int32_t kTwoTracksEnd = 775;
 
@@ -82,19 +85,19 @@ class DriveOnBench : public ::testing::Test {
  protected:
   DriveOnBench() { insert({}); }
 
-  void insert(const Disc& disc) { drive.load(disc, false); }
+  void insert(const Disc& disc) { m_drive.load(disc, false); }
 
   Reply send(Bytes cdb, const Bytes& data = {}) {
     cdb.resize(std::max<std::size_t>(cdb.size(), 12));
-    return drive.execute(cdb, data);
+    return m_drive.execute(cdb, data);
   }
   Reply testUnitReady() { return send({0x00}); }
-  Reply modeSelect(uint8_t writeType, bool test = false, uint8_t blockType = 8) {
+  Reply modeSelect(uint8_t write_type, bool test = false, uint8_t block_type = 8) {
     Bytes list(8 + 52);
     list[8] = 0x05;
     list[9] = 50;
-    list[10] = static_cast<uint8_t>(writeType | (test ? 0x10 : 0));
-    list[12] = blockType;
+    list[10] = static_cast<uint8_t>(write_type | (test ? 0x10 : 0));
+    list[12] = block_type;
     return send({0x55, 0x10, 0, 0, 0, 0, 0, 0, static_cast<uint8_t>(list.size())}, list);
   }
   Reply sendCue(const std::vector<CueEntry>& entries) { return sendCue(flat(entries)); }
@@ -112,7 +115,7 @@ class DriveOnBench : public ::testing::Test {
   }
   Reply write(int32_t lba, int count) { return write(lba, count, sectorsFrom(lba, count)); }
   Reply synchronize() { return send({0x35}); }
-  Reply readCd(int32_t lba, int count, uint8_t flags = 0x10, uint8_t subChannel = 0,
+  Reply readCd(int32_t lba, int count, uint8_t flags = 0x10, uint8_t sub_channel = 0,
                uint8_t type = 1) {
     Bytes cdb(12);
     cdb[0] = 0xBE;
@@ -120,7 +123,7 @@ class DriveOnBench : public ::testing::Test {
     storeBig32(&cdb[2], static_cast<uint32_t>(lba));
     cdb[8] = static_cast<uint8_t>(count);
     cdb[9] = flags;
-    cdb[10] = subChannel;
+    cdb[10] = sub_channel;
     return send(cdb);
   }
   Reply readToc(uint8_t format, uint8_t from = 0, bool msf = false) {
@@ -139,11 +142,11 @@ class DriveOnBench : public ::testing::Test {
     ASSERT_FALSE(sendCue(twoTracks()).sense);
     writeUpTo(kTwoTracksEnd);
     ASSERT_FALSE(synchronize().sense);
-    ASSERT_EQ(drive.disc()->state, DiscState::complete);
+    ASSERT_EQ(m_drive.disc()->state, DiscState::kComplete);
   }
 
-  MemorySurface surface;
-  Drive drive{Identity{}, surface};
+  MemorySurface m_surface;
+  Drive m_drive{Identity{}, m_surface};
 };
 
 inline void PrintTo(const Sense& sense, std::ostream* out) {

@@ -76,8 +76,8 @@ TEST_F(ABurnedDisc, StillTellsItsMake) {
 }
 
 TEST_F(ABurnedDisc, IsTheSameReadByTimeAsByAddress) {
-  Reply byTime = send({0xB9, 4, 0, 0, 2, 5, 0, 2, 7, 0x10});
-  EXPECT_EQ(byTime.data, sectorsFrom(5, 2));
+  Reply by_time = send({0xB9, 4, 0, 0, 2, 5, 0, 2, 7, 0x10});
+  EXPECT_EQ(by_time.data, sectorsFrom(5, 2));
 }
 
 TEST_F(ABurnedDisc, EndsAtItsLeadOut) {
@@ -102,8 +102,8 @@ TEST_F(ABurnedDisc, HasReservedReadFieldsRefused) {
 
 TEST_F(ABurnedDisc, NamesTheSectorThatCannotBeRead) {
   Faults faults;
-  faults.readErrorAt = 20;
-  drive.setFaults(faults);
+  faults.read_error_at = 20;
+  m_drive.setFaults(faults);
   EXPECT_FALSE(readCd(10, 10).sense);
   const Reply reply = readCd(15, 10);
   EXPECT_EQ(reply.sense, (Sense{0x3, 0x11, 0x06}));  // audio has the CIRC and no layer above it

@@ -38,11 +38,11 @@ TEST_F(DriveOnBench, TheSessionClosesOnlyWhenTheCacheIsFlushedAtTheLeadOut) {
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   writeUpTo(kTwoTracksEnd - 1);
   EXPECT_FALSE(synchronize().sense);
-  EXPECT_EQ(drive.disc()->state, DiscState::incomplete);
+  EXPECT_EQ(m_drive.disc()->state, DiscState::kIncomplete);
   ASSERT_FALSE(write(kTwoTracksEnd - 1, 1).sense);
-  EXPECT_EQ(drive.disc()->state, DiscState::incomplete);
+  EXPECT_EQ(m_drive.disc()->state, DiscState::kIncomplete);
   EXPECT_FALSE(synchronize().sense);
-  EXPECT_EQ(drive.disc()->state, DiscState::complete);
+  EXPECT_EQ(m_drive.disc()->state, DiscState::kComplete);
 }
 
 TEST_F(DriveOnBench, WrittenSectorsAreReadBackByteForByte) {
@@ -58,9 +58,9 @@ TEST_F(DriveOnBench, ATestWriteChecksEverythingAndStoresNothing) {
   EXPECT_EQ(write(0, 1).sense, kInvalidAddressForWrite);
   writeUpTo(kTwoTracksEnd);
   EXPECT_FALSE(synchronize().sense);
-  EXPECT_EQ(drive.disc()->state, DiscState::blank);
-  EXPECT_EQ(surface.written(), 0u);
-  EXPECT_EQ(drive.generation(), 0u);
+  EXPECT_EQ(m_drive.disc()->state, DiscState::kBlank);
+  EXPECT_EQ(m_surface.written(), 0u);
+  EXPECT_EQ(m_drive.generation(), 0u);
   ASSERT_FALSE(modeSelect(2, false).sense);
   burnTwoTracks();
 }
@@ -87,26 +87,26 @@ TEST_F(DriveOnBench, ModesAndTrayStayPutWhileSectorsWait) {
   ASSERT_FALSE(write(-150, 1).sense);
   EXPECT_EQ(modeSelect(2).sense, kCommandSequence);
   EXPECT_EQ(send({0x1B, 0, 0, 0, 2}).sense, kRemovalPrevented);
-  EXPECT_FALSE(drive.trayOpen());
+  EXPECT_FALSE(m_drive.trayOpen());
 }
 
 TEST_F(DriveOnBench, ABadSectorEndsTheRecordingAndIsNamed) {
   Faults faults;
-  faults.writeErrorAt = 40;
-  drive.setFaults(faults);
+  faults.write_error_at = 40;
+  m_drive.setFaults(faults);
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   writeUpTo(40);
   const Reply reply = write(40, 13);
   EXPECT_EQ(reply.sense, kWriteError);
   EXPECT_EQ(reply.sense->sector, 40);
-  EXPECT_EQ(drive.disc()->state, DiscState::incomplete);
+  EXPECT_EQ(m_drive.disc()->state, DiscState::kIncomplete);
   EXPECT_EQ(write(40, 13).sense, kWriteProtected);
 }
 
 TEST_F(DriveOnBench, ABadSectorInMidCommandIsNamedToo) {
   Faults faults;
-  faults.writeErrorAt = -145;
-  drive.setFaults(faults);
+  faults.write_error_at = -145;
+  m_drive.setFaults(faults);
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   const Reply reply = write(-150, 13);
   ASSERT_EQ(reply.sense, kWriteError);
@@ -116,8 +116,8 @@ TEST_F(DriveOnBench, ABadSectorInMidCommandIsNamedToo) {
 
 TEST_F(DriveOnBench, ATestWriteDoesNotFindBadSectors) {
   Faults faults;
-  faults.writeErrorAt = 40;
-  drive.setFaults(faults);
+  faults.write_error_at = 40;
+  m_drive.setFaults(faults);
   ASSERT_FALSE(modeSelect(2, true).sense);
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   writeUpTo(kTwoTracksEnd);
@@ -125,8 +125,8 @@ TEST_F(DriveOnBench, ATestWriteDoesNotFindBadSectors) {
 
 TEST_F(DriveOnBench, ASlowDriveTellsHowLongEachWriteTakes) {
   Faults faults;
-  faults.writeDelay = std::chrono::milliseconds(7);
-  drive.setFaults(faults);
+  faults.write_delay = std::chrono::milliseconds(7);
+  m_drive.setFaults(faults);
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   EXPECT_EQ(write(-150, 1).delay.count(), 7);
   EXPECT_EQ(testUnitReady().delay.count(), 0);
@@ -165,9 +165,9 @@ TEST_F(DriveOnBench, CdTextInTheLeadInIsReadBackOnceHoweverOftenItRepeats) {
     }
   }
   ASSERT_FALSE(sendCue(twoTracks(0x41)).sense);
-  const int32_t leadIn = drive.disc()->leadIn;
+  const int32_t lead_in = m_drive.disc()->lead_in;
   EXPECT_EQ(write(-150, 1).sense, kInvalidAddressForWrite);
-  for (int32_t at = leadIn; at < -150; ++at) {
+  for (int32_t at = lead_in; at < -150; ++at) {
     ASSERT_FALSE(write(at, 1, block).sense);
   }
   writeUpTo(kTwoTracksEnd);
@@ -180,23 +180,23 @@ TEST_F(DriveOnBench, CdTextInTheLeadInIsReadBackOnceHoweverOftenItRepeats) {
 TEST_F(DriveOnBench, OnlyARewritableDiscIsBlanked) {
   burnTwoTracks();
   EXPECT_EQ(send({0xA1, 1}).sense, kMediumNotErasable);
-  EXPECT_EQ(drive.disc()->state, DiscState::complete);
+  EXPECT_EQ(m_drive.disc()->state, DiscState::kComplete);
 }
 
 TEST_F(DriveOnBench, ABlankedDiscIsWrittenAnew) {
   Disc disc;
-  disc.medium = Medium::cdRw;
+  disc.medium = Medium::kCdRw;
   insert(disc);
   burnTwoTracks();
   EXPECT_EQ(sendCue(twoTracks()).sense, kWriteProtected);
   ASSERT_FALSE(send({0xA1, 1}).sense);
-  EXPECT_EQ(surface.written(), 0u);
+  EXPECT_EQ(m_surface.written(), 0u);
   burnTwoTracks();
 }
 
 TEST_F(DriveOnBench, AnImmediateBlankRunsOnWhileTheUnitIsPolled) {
   Disc disc;
-  disc.medium = Medium::cdRw;
+  disc.medium = Medium::kCdRw;
   insert(disc);
   ASSERT_FALSE(send({0xA1, 0x11}).sense);
   const Reply running = testUnitReady();

@@ -8,13 +8,13 @@ namespace velmor::recorder {
 namespace {
 
 TEST_F(DriveOnBench, ANewDiscIsAnnouncedOnceToTheNextCommand) {
-  drive.changeMedium(Disc{});
+  m_drive.changeMedium(Disc{});
   EXPECT_EQ(testUnitReady().sense, kMediumChanged);
   EXPECT_FALSE(testUnitReady().sense);
 }
 
 TEST_F(DriveOnBench, InquiryIsAnsweredAlthoughAnAttentionWaits) {
-  drive.changeMedium(Disc{});
+  m_drive.changeMedium(Disc{});
   EXPECT_EQ(send({0x12, 0, 0, 0, 36}).data.size(), 36u);
   EXPECT_FALSE(send({0x46, 0, 0, 0, 0, 0, 0, 0, 8}).sense);
   EXPECT_FALSE(send({0x4A, 1, 0, 0, 0x10, 0, 0, 0, 8}).sense);
@@ -22,7 +22,7 @@ TEST_F(DriveOnBench, InquiryIsAnsweredAlthoughAnAttentionWaits) {
 }
 
 TEST_F(DriveOnBench, RequestSenseTakesTheAttentionAway) {
-  drive.changeMedium(Disc{});
+  m_drive.changeMedium(Disc{});
   const Bytes sense = send({0x03, 0, 0, 0, 18}).data;
   EXPECT_EQ(sense[2], 6);
   EXPECT_EQ(sense[12], 0x28);
@@ -30,19 +30,19 @@ TEST_F(DriveOnBench, RequestSenseTakesTheAttentionAway) {
 }
 
 TEST_F(DriveOnBench, AnEmptyTrayIsNotReadyAndSaysWhetherItIsOpen) {
-  drive.load(std::nullopt, false);
+  m_drive.load(std::nullopt, false);
   EXPECT_EQ(testUnitReady().sense, kNoMediumTrayClosed);
   EXPECT_EQ(sendCue(twoTracks()).sense, kNoMediumTrayClosed);
   EXPECT_EQ(readToc(0).sense, kNoMediumTrayClosed);
-  drive.openTray(true);
+  m_drive.openTray(true);
   EXPECT_EQ(testUnitReady().sense, kNoMediumTrayOpen);
 }
 
 TEST_F(DriveOnBench, ADiscThatSpinsUpIsReadyAfterSomePolls) {
   Faults faults;
-  faults.becomingReadyPolls = 2;
-  drive.setFaults(faults);
-  drive.load(Disc{}, false);
+  faults.becoming_ready_polls = 2;
+  m_drive.setFaults(faults);
+  m_drive.load(Disc{}, false);
   EXPECT_EQ(testUnitReady().sense, kBecomingReady);
   EXPECT_EQ(testUnitReady().sense, kBecomingReady);
   EXPECT_FALSE(testUnitReady().sense);
@@ -50,7 +50,7 @@ TEST_F(DriveOnBench, ADiscThatSpinsUpIsReadyAfterSomePolls) {
 
 TEST_F(DriveOnBench, TheTrayTakesTheDiscOutAndBackIn) {
   ASSERT_FALSE(send({0x1B, 0, 0, 0, 2}).sense);
-  EXPECT_TRUE(drive.trayOpen());
+  EXPECT_TRUE(m_drive.trayOpen());
   EXPECT_EQ(testUnitReady().sense, kNoMediumTrayOpen);
   ASSERT_FALSE(send({0x1B, 0, 0, 0, 3}).sense);
   EXPECT_EQ(testUnitReady().sense, kMediumChanged);
@@ -69,12 +69,12 @@ TEST_F(DriveOnBench, UnknownCommandsAreRefused) {
   for (const uint8_t code : kCodes) {
     EXPECT_EQ(send({code}).sense, kUnknownCommand) << int{code};
   }
-  EXPECT_EQ(drive.execute({}).sense, kUnknownCommand);
+  EXPECT_EQ(m_drive.execute({}).sense, kUnknownCommand);
 }
 
 TEST_F(DriveOnBench, ACommandBlockThatIsTooShortIsRefused) {
   const Bytes cdb = {0x2A, 0, 0, 0, 0, 0};
-  EXPECT_EQ(drive.execute(cdb).sense, kInvalidFieldInCommand);
+  EXPECT_EQ(m_drive.execute(cdb).sense, kInvalidFieldInCommand);
 }
 
 TEST_F(DriveOnBench, InquiryNamesTheDriveInFixedWidth) {
@@ -89,10 +89,10 @@ TEST_F(DriveOnBench, TheProfileFollowsTheDisc) {
   const auto profile = [&] { return loadBig16(&send({0x46, 0, 0, 0, 0, 0, 0, 0, 8}).data[6]); };
   EXPECT_EQ(profile(), 0x0009);
   Disc disc;
-  disc.medium = Medium::cdRw;
+  disc.medium = Medium::kCdRw;
   insert(disc);
   EXPECT_EQ(profile(), 0x000A);
-  drive.load(std::nullopt, false);
+  m_drive.load(std::nullopt, false);
   EXPECT_EQ(profile(), 0x0000);
 }
 
@@ -107,7 +107,7 @@ TEST_F(DriveOnBench, MasteringIsCurrentOnlyOnABlankDisc) {
 
 TEST_F(DriveOnBench, EventsAreOnlyPolled) {
   EXPECT_EQ(send({0x4A, 0, 0, 0, 0x10, 0, 0, 0, 8}).sense, kInvalidFieldInCommand);
-  drive.changeMedium(Disc{});
+  m_drive.changeMedium(Disc{});
   Bytes event = send({0x4A, 1, 0, 0, 0x10, 0, 0, 0, 8}).data;
   ASSERT_EQ(event.size(), 8u);
   EXPECT_EQ(event[4], 2);
@@ -138,12 +138,12 @@ struct ModeRefusal {
   Sense sense;
 };
 
-Bytes writeList(uint8_t writeType, uint8_t blockType, uint8_t page = 5, uint8_t length = 50) {
+Bytes writeList(uint8_t write_type, uint8_t block_type, uint8_t page = 5, uint8_t length = 50) {
   Bytes list(8 + 52);
   list[8] = page;
   list[9] = length;
-  list[10] = writeType;
-  list[12] = blockType;
+  list[10] = write_type;
+  list[12] = block_type;
   return list;
 }
 

@@ -48,7 +48,7 @@ class LinkedIn : public TwoDrives {
  protected:
   void SetUp() override {
     TwoDrives::SetUp();
-    ::setenv("VELMOR_RECORDER_DIR", (root / "drives").c_str(), 1);
+    ::setenv("VELMOR_RECORDER_DIR", (m_root / "drives").c_str(), 1);
     ASSERT_EQ(lb::burn_initialize(), 1);
     char id[] = "";
     char never[] = "NEVER";
@@ -129,13 +129,13 @@ TEST_F(LinkedIn, LibburnBurnsAnAlbumByteForByte) {
   ASSERT_TRUE(burnTracks("/dev/sr31", tracks));
   EXPECT_TRUE(burned(1) == tracks[0] + tracks[1]);
   EXPECT_EQ(disc(1).tracks[1].start(), 300);
-  EXPECT_EQ(disc(1).leadOut, 633);
+  EXPECT_EQ(disc(1).lead_out, 633);
 }
 
 TEST_F(LinkedIn, LibburnLearnsOfABadSector) {
-  change(1, [](Settings& settings) { settings.faults.writeErrorAt = 123; });
+  change(1, [](Settings& settings) { settings.faults.write_error_at = 123; });
   EXPECT_FALSE(burnTracks("/dev/sr31", {noise(1, 300)}));
-  EXPECT_EQ(disc(1).state, DiscState::incomplete);
+  EXPECT_EQ(disc(1).state, DiscState::kIncomplete);
 }
 
 TEST_F(LinkedIn, ASecondExclusiveOpenFindsTheDriveBusy) {
@@ -156,23 +156,23 @@ TEST_F(LinkedIn, ASecondExclusiveOpenFindsTheDriveBusy) {
 TEST_F(LinkedIn, AnotherProgramFindsTheDriveBusyWhileThisOneHoldsIt) {
   const int held = ::open("/dev/sr30", O_RDWR | O_NONBLOCK | O_EXCL);
   ASSERT_GE(held, 0);
-  const std::string output = root / "output";
-  const auto diskInfo = [&] {
+  const std::string output = m_root / "output";
+  const auto disk_info = [&] {
     const std::string command =
-        "'" VELMOR_BINARY_DIR "/velmor-recorder' run '" + (root / "drives").string() +
+        "'" VELMOR_BINARY_DIR "/velmor-recorder' run '" + (m_root / "drives").string() +
         "' -- cdrdao disk-info --device /dev/sr30 --driver generic-mmc >'" + output + "' 2>&1";
     return std::system(command.c_str());
   };
   // cdrdao then makes do with an open that is not exclusive, and says so.
-  EXPECT_EQ(diskInfo(), 0);
+  EXPECT_EQ(disk_info(), 0);
   EXPECT_THAT(contentOf(output), ::testing::HasSubstr("currently in use"));
   ::close(held);
-  EXPECT_EQ(diskInfo(), 0);
+  EXPECT_EQ(disk_info(), 0);
   EXPECT_THAT(contentOf(output), ::testing::Not(::testing::HasSubstr("currently in use")));
 }
 
 TEST_F(LinkedIn, AnEmptyDriveOpensOnlyForThoseWhoDoNotWaitForADisc) {
-  drives[0].saveDisc(std::nullopt);
+  m_drives[0].saveDisc(std::nullopt);
   errno = 0;
   EXPECT_EQ(::open("/dev/sr30", O_RDONLY), -1);
   EXPECT_EQ(errno, ENOMEDIUM);
@@ -212,7 +212,7 @@ TEST_F(LinkedIn, ADriveIsTheSameByEveryPathThatLeadsToIt) {
 TEST_F(LinkedIn, AChangeOfDiscReachesAnOpenDrive) {
   const int descriptor = ::open("/dev/sr30", O_RDWR | O_NONBLOCK);
   ASSERT_GE(descriptor, 0);
-  const auto testUnitReady = [descriptor] {
+  const auto test_unit_ready = [descriptor] {
     unsigned char cdb[6] = {};
     unsigned char sense[18] = {};
     sg_io_hdr_t header{};
@@ -225,20 +225,20 @@ TEST_F(LinkedIn, AChangeOfDiscReachesAnOpenDrive) {
     EXPECT_EQ(::ioctl(descriptor, SG_IO, &header), 0);
     return header.status == 0 ? 0 : sense[2] << 8 | sense[12];
   };
-  EXPECT_EQ(testUnitReady(), 0);
-  drives[0].saveDisc(std::nullopt);
-  EXPECT_EQ(testUnitReady(), 0x628);
-  EXPECT_EQ(testUnitReady(), 0x23A);
-  drives[0].saveDisc(Disc{});
-  EXPECT_EQ(testUnitReady(), 0x628);
-  EXPECT_EQ(testUnitReady(), 0);
+  EXPECT_EQ(test_unit_ready(), 0);
+  m_drives[0].saveDisc(std::nullopt);
+  EXPECT_EQ(test_unit_ready(), 0x628);
+  EXPECT_EQ(test_unit_ready(), 0x23A);
+  m_drives[0].saveDisc(Disc{});
+  EXPECT_EQ(test_unit_ready(), 0x628);
+  EXPECT_EQ(test_unit_ready(), 0);
   ::close(descriptor);
 }
 
 TEST_F(LinkedIn, ABurnAfterAChangeOfDiscIsOnTheNewDisc) {
   ASSERT_TRUE(burnTracks("/dev/sr31", {noise(1, 300)}));
-  drives[1].saveDisc(std::nullopt);
-  drives[1].saveDisc(Disc{});
+  m_drives[1].saveDisc(std::nullopt);
+  m_drives[1].saveDisc(Disc{});
   ASSERT_TRUE(burnTracks("/dev/sr31", {noise(2, 300)}));
   EXPECT_TRUE(burned(1) == noise(2, 300));
 }
@@ -266,7 +266,7 @@ TEST_F(LinkedIn, ADescriptorThatWasClosedUnseenIsNoDriveAnyMore) {
   std::FILE* stream = ::fdopen(descriptor, "r+");
   ASSERT_NE(stream, nullptr);
   std::fclose(stream);  // libc closes it by a call of its own
-  const std::string plain = root / "plain";
+  const std::string plain = m_root / "plain";
   store(plain, "text");
   const int again = ::open(plain.c_str(), O_RDONLY);
   ASSERT_EQ(again, descriptor) << "the number is given out again";

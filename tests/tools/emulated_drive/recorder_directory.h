@@ -39,41 +39,41 @@ class TwoDrives : public ::testing::Test {
   void SetUp() override {
     char name[] = "/tmp/velmor-recorder-XXXXXX";
     ASSERT_NE(::mkdtemp(name), nullptr);
-    root = name;
+    m_root = name;
     for (int i = 0; i < 2; ++i) {
-      const DriveDirectory directory(root / "drives" / ("drive0" + std::to_string(i)));
+      const DriveDirectory directory(m_root / "drives" / ("drive0" + std::to_string(i)));
       std::filesystem::create_directories(directory.path());
       Settings settings;
       settings.device = device(i);
       settings.identity.product = "TEST DRIVE " + std::to_string(i + 1);
       directory.saveSettings(settings);
       directory.saveDisc(Disc{});
-      drives.push_back(directory);
+      m_drives.push_back(directory);
     }
   }
-  void TearDown() override { std::filesystem::remove_all(root); }
+  void TearDown() override { std::filesystem::remove_all(m_root); }
 
   static std::string device(int drive) { return "/dev/sr" + std::to_string(30 + drive); }
 
   /// What the disc in a drive holds from LBA 0 to its lead-out.
   [[nodiscard]] std::string burned(int drive) const {
-    const DriveDirectory& directory = drives[static_cast<std::size_t>(drive)];
+    const DriveDirectory& directory = m_drives[static_cast<std::size_t>(drive)];
     const std::string all = contentOf(directory.audioFile());
     const std::size_t pregap = std::size_t{kFirstPregap} * kSectorBytes;
     return all.size() < pregap ? std::string() : all.substr(pregap);
   }
   [[nodiscard]] Disc disc(int drive) const {
-    return drives[static_cast<std::size_t>(drive)].disc().value();
+    return m_drives[static_cast<std::size_t>(drive)].disc().value();
   }
   void change(int drive, void (*what)(Settings&)) const {
-    const DriveDirectory& directory = drives[static_cast<std::size_t>(drive)];
+    const DriveDirectory& directory = m_drives[static_cast<std::size_t>(drive)];
     Settings settings = directory.settings();
     what(settings);
     directory.saveSettings(settings);
   }
 
-  std::filesystem::path root;
-  std::vector<DriveDirectory> drives;
+  std::filesystem::path m_root;
+  std::vector<DriveDirectory> m_drives;
 };
 
 }  // namespace velmor::recorder

@@ -13,8 +13,8 @@ std::string utf8(uint8_t latin1) {
 
 }  // namespace
 
-std::string cdTextName(uint8_t packType) {
-  switch (packType) {
+std::string cdTextName(uint8_t pack_type) {
+  switch (pack_type) {
     case 0x80:
       return "title";
     case 0x81:
@@ -44,9 +44,9 @@ std::map<std::pair<uint8_t, int>, std::string> cdTextsOf(const std::vector<CdTex
   int track = 0;
   std::string text;
   for (const CdTextPack& pack : packs) {
-    const bool firstBlock = (pack[3] >> 4 & 7) == 0;
-    const bool doubleBytes = (pack[3] & 0x80) != 0;
-    if (cdTextName(pack[0]).empty() || !firstBlock || doubleBytes) {
+    const bool first_block = (pack[3] >> 4 & 7) == 0;
+    const bool double_bytes = (pack[3] & 0x80) != 0;
+    if (cdTextName(pack[0]).empty() || !first_block || double_bytes) {
       continue;
     }
     if (pack[0] != type) {  // a new kind of text begins at its own pack

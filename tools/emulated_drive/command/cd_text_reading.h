@@ -15,6 +15,6 @@ namespace velmor::recorder {
 std::map<std::pair<uint8_t, int>, std::string> cdTextsOf(const std::vector<CdTextPack>& packs);
 
 /// "title", "performer", …; empty for packs that hold no text.
-std::string cdTextName(uint8_t packType);
+std::string cdTextName(uint8_t pack_type);
 
 }  // namespace velmor::recorder

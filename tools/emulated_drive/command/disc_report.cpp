@@ -16,27 +16,27 @@ void reportFaults(const Settings& settings, std::ostream& out) {
   if (settings.deny) {
     out << "  fault: the device may not be opened\n";
   }
-  if (faults.writeErrorAt) {
-    out << "  fault: sector " << *faults.writeErrorAt << " cannot be written\n";
+  if (faults.write_error_at) {
+    out << "  fault: sector " << *faults.write_error_at << " cannot be written\n";
   }
-  if (faults.readErrorAt) {
-    out << "  fault: sector " << *faults.readErrorAt << " cannot be read\n";
+  if (faults.read_error_at) {
+    out << "  fault: sector " << *faults.read_error_at << " cannot be read\n";
   }
-  if (faults.writeDelay.count() > 0) {
-    out << "  fault: each write takes " << faults.writeDelay.count() << " ms\n";
+  if (faults.write_delay.count() > 0) {
+    out << "  fault: each write takes " << faults.write_delay.count() << " ms\n";
   }
-  if (faults.becomingReadyPolls > 0) {
-    out << "  fault: a new disc is ready after " << faults.becomingReadyPolls << " polls\n";
+  if (faults.becoming_ready_polls > 0) {
+    out << "  fault: a new disc is ready after " << faults.becoming_ready_polls << " polls\n";
   }
 }
 
 void reportTracks(const Disc& disc, std::ostream& out) {
   out << "  track  pregap    start     length    ISRC          flags\n";
   for (const Track& track : disc.tracks) {
-    const Msf pregap = msfOf(track.pregapStart);
+    const Msf pregap = msfOf(track.pregap_start);
     const Msf length = durationOf(disc.endOf(track) - track.start());
     out << "  " << std::setw(5) << track.number << "  "
-        << (track.pregapStart == track.start() ? "-       " : text(pregap)) << "  "
+        << (track.pregap_start == track.start() ? "-       " : text(pregap)) << "  "
         << text(msfOf(track.start())) << "  " << text(length) << "  " << std::left << std::setw(12)
         << (track.isrc.empty() ? "-" : track.isrc) << std::right << "  "
         << ((track.control & 2) != 0 ? "copy " : "") << ((track.control & 1) != 0 ? "emphasis" : "")
@@ -45,34 +45,34 @@ void reportTracks(const Disc& disc, std::ostream& out) {
       out << "         index " << i + 1 << " at " << text(msfOf(track.indices[i])) << "\n";
     }
   }
-  out << "  lead-out         " << text(msfOf(disc.leadOut)) << "  (" << disc.leadOut
+  out << "  lead-out         " << text(msfOf(disc.lead_out)) << "  (" << disc.lead_out
       << " sectors)\n";
   out << "  MCN: " << (disc.mcn.empty() ? "none" : disc.mcn) << "\n";
 }
 
 void reportTexts(const Disc& disc, std::ostream& out) {
-  if (disc.cdText.empty()) {
+  if (disc.cd_text.empty()) {
     out << "  CD-TEXT: none\n";
     return;
   }
-  out << "  CD-TEXT: " << disc.cdText.size() << " packs\n";
-  for (const auto& [where, what] : cdTextsOf(disc.cdText)) {
+  out << "  CD-TEXT: " << disc.cd_text.size() << " packs\n";
+  for (const auto& [where, what] : cdTextsOf(disc.cd_text)) {
     out << "    " << (where.second == 0 ? "disc" : "track " + std::to_string(where.second)) << ", "
         << cdTextName(where.first) << ": " << what << "\n";
   }
 }
 
 void reportDisc(const Disc& disc, std::ostream& out) {
-  out << "  " << (disc.medium == Medium::cdRw ? "CD-RW" : "CD-R") << ", room for "
+  out << "  " << (disc.medium == Medium::kCdRw ? "CD-RW" : "CD-R") << ", room for "
       << text(durationOf(disc.capacity)) << " (" << disc.capacity << " sectors), ";
   switch (disc.state) {
-    case DiscState::blank:
+    case DiscState::kBlank:
       out << "blank\n";
       break;
-    case DiscState::incomplete:
+    case DiscState::kIncomplete:
       out << "incomplete: a recording was begun and not finished\n";
       break;
-    case DiscState::complete:
+    case DiscState::kComplete:
       out << "closed: one session\n";
       reportTracks(disc, out);
       reportTexts(disc, out);

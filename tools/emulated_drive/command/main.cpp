@@ -24,7 +24,7 @@ constexpr const char* kPreloadLibrary = "libvelmor_recorder_preload.so";
 /// What the person asked for, in the words of the command line.
 struct Request {
   std::string root, drive, medium = "cd-r", output;
-  int drives = 2, firstDevice = 30, track = 0;
+  int drives = 2, first_device = 30, track = 0;
   double minutes = 0;
   int32_t capacity = 0;
   bool closed = false;
@@ -50,7 +50,7 @@ DriveDirectory driveOf(const Request& request) {
 Disc newDisc(const Request& request) {
   constexpr double kMostMinutes = 89.9;
   Disc disc;
-  disc.medium = request.medium == "cd-rw" ? Medium::cdRw : Medium::cdR;
+  disc.medium = request.medium == "cd-rw" ? Medium::kCdRw : Medium::kCdR;
   if (!(request.minutes >= 0 && request.minutes <= kMostMinutes)) {  // what is no number is not
     throw DirectoryError("--minutes: a disc holds 0 to 89.9 minutes");
   }
@@ -61,10 +61,10 @@ Disc newDisc(const Request& request) {
     disc.capacity = request.capacity;
   }
   if (request.closed) {
-    disc.state = DiscState::complete;
-    disc.leadOut = kShortestTrack;
+    disc.state = DiscState::kComplete;
+    disc.lead_out = kShortestTrack;
     Track silence;
-    silence.pregapStart = -kFirstPregap;
+    silence.pregap_start = -kFirstPregap;
     silence.indices = {0};
     disc.tracks.push_back(silence);
   }
@@ -92,7 +92,7 @@ int create(const Request& request) {
     }
     const DriveDirectory directory(path);
     Settings settings;
-    settings.device = "/dev/sr" + std::to_string(request.firstDevice + i);
+    settings.device = "/dev/sr" + std::to_string(request.first_device + i);
     settings.identity.product = "RECORDER " + std::to_string(i + 1);
     insert(directory, newDisc(request));
     directory.saveSettings(settings);
@@ -133,11 +133,11 @@ int change(const Request& request) {
 int extract(const Request& request) {
   const DriveDirectory directory = driveOf(request);
   const std::optional<Disc> disc = directory.disc();
-  if (!disc || disc->state != DiscState::complete) {
+  if (!disc || disc->state != DiscState::kComplete) {
     throw DirectoryError(directory.path().string() + ": holds no closed disc to take audio from");
   }
   int32_t from = 0;
-  int32_t to = disc->leadOut;
+  int32_t to = disc->lead_out;
   if (request.track != 0) {
     const int index = request.track - disc->tracks.front().number;
     if (index < 0 || index >= static_cast<int>(disc->tracks.size())) {
@@ -212,27 +212,27 @@ int runCommand(int count, char** words) {
     command->callback([&action, what] { action = what; });
     return command;
   };
-  const auto needsDrive = [&](CLI::App* command) {
+  const auto needs_drive = [&](CLI::App* command) {
     command->add_option("drive", request.drive, "its folder, number from 0, or device")->required();
     return command;
   };
   CLI::App* making = add("create", "make drives with blank discs in them", create);
   making->add_option("--drives", request.drives)->check(CLI::Range(1, 8))->capture_default_str();
-  making->add_option("--first-device", request.firstDevice, "N of the first /dev/srN")
+  making->add_option("--first-device", request.first_device, "N of the first /dev/srN")
       ->check(CLI::Range(0, 31))
       ->capture_default_str();
   addDiscOptions(*making, request);
-  CLI::App* inserting = needsDrive(add("insert", "put a new disc in", [](const Request& asked) {
+  CLI::App* inserting = needs_drive(add("insert", "put a new disc in", [](const Request& asked) {
     insert(driveOf(asked), newDisc(asked));
     return 0;
   }));
   addDiscOptions(*inserting, request);
-  needsDrive(add("eject", "take the disc away", [](const Request& asked) {
+  needs_drive(add("eject", "take the disc away", [](const Request& asked) {
     driveOf(asked).saveDisc(std::nullopt);
     driveOf(asked).saveTray(false);
     return 0;
   }));
-  needsDrive(add("set", "change a drive or give it a fault", change))
+  needs_drive(add("set", "change a drive or give it a fault", change))
       ->add_option("settings", request.settings,
                    "key=value: device, vendor, product, revision, write-error-at, read-error-at "
                    "(LBA or none), write-delay-ms, becoming-ready-polls, busy, deny (yes or no)")
@@ -240,7 +240,7 @@ int runCommand(int count, char** words) {
   add("show", "drives, discs, table of contents, codes, texts", show)
       ->add_option("drive", request.drive, "only this one");
   CLI::App* extracting =
-      needsDrive(add("extract", "the audio of a disc: 44100 Hz, 16 bit, stereo, raw", extract));
+      needs_drive(add("extract", "the audio of a disc: 44100 Hz, 16 bit, stereo, raw", extract));
   extracting->add_option("output", request.output, "the file to write")->required();
   extracting->add_option("--track", request.track, "only this track")->check(CLI::Range(1, 99));
   add("run", "run a program that sees the drives", run)

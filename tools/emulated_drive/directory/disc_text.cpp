@@ -59,7 +59,7 @@ Track trackOf(const KeyValue& item) {
   std::istringstream in(item.value);
   Track track;
   int control = 0;
-  in >> track.number >> control >> track.pregapStart >> track.isrc;
+  in >> track.number >> control >> track.pregap_start >> track.isrc;
   track.control = static_cast<uint8_t>(control & 0x0F);
   for (int32_t lba = 0; in >> lba;) {
     track.indices.push_back(lba);
@@ -81,9 +81,9 @@ void addTrack(const KeyValue& item, std::vector<Track>& tracks) {
     refuse(item, "the next track's number");
   }
   const int32_t free = tracks.empty() ? -kFirstPregap : tracks.back().indices.back() + 1;
-  const bool indicesAscend = std::adjacent_find(track.indices.begin(), track.indices.end(),
-                                                std::greater_equal<>()) == track.indices.end();
-  if (track.pregapStart < free || track.start() < track.pregapStart || !indicesAscend) {
+  const bool indices_ascend = std::adjacent_find(track.indices.begin(), track.indices.end(),
+                                                 std::greater_equal<>()) == track.indices.end();
+  if (track.pregap_start < free || track.start() < track.pregap_start || !indices_ascend) {
     refuse(item, "sectors that ascend");
   }
   tracks.push_back(track);
@@ -103,21 +103,21 @@ void apply(const KeyValue& item, Disc& disc) {
     if (item.value != "cd-r" && item.value != "cd-rw") {
       refuse(item, "cd-r or cd-rw");
     }
-    disc.medium = item.value == "cd-rw" ? Medium::cdRw : Medium::cdR;
+    disc.medium = item.value == "cd-rw" ? Medium::kCdRw : Medium::kCdR;
   } else if (item.key == "state") {
     disc.state = stateOf(item);
   } else if (item.key == "capacity") {
     disc.capacity = numberOf(item);
   } else if (item.key == "lead-in") {
-    disc.leadIn = numberOf(item);
+    disc.lead_in = numberOf(item);
   } else if (item.key == "lead-out") {
-    disc.leadOut = numberOf(item);
+    disc.lead_out = numberOf(item);
   } else if (item.key == "mcn") {
     disc.mcn = mcnOf(item);
   } else if (item.key == "track") {
     addTrack(item, disc.tracks);
   } else if (item.key == "cd-text") {
-    disc.cdText.push_back(packOf(item));
+    disc.cd_text.push_back(packOf(item));
   } else {
     refuse(item, "a fact about a disc");
   }
@@ -127,12 +127,12 @@ void apply(const KeyValue& item, Disc& disc) {
 
 std::string discText(const Disc& disc) {
   std::ostringstream out;
-  out << "medium = " << (disc.medium == Medium::cdRw ? "cd-rw" : "cd-r") << "\n"
+  out << "medium = " << (disc.medium == Medium::kCdRw ? "cd-rw" : "cd-r") << "\n"
       << "state = " << kStates[static_cast<std::size_t>(disc.state)] << "\n"
       << "capacity = " << disc.capacity << "\n"
-      << "lead-in = " << disc.leadIn << "\n";
-  if (disc.state == DiscState::complete) {
-    out << "lead-out = " << disc.leadOut << "\n";
+      << "lead-in = " << disc.lead_in << "\n";
+  if (disc.state == DiscState::kComplete) {
+    out << "lead-out = " << disc.lead_out << "\n";
   }
   if (!disc.mcn.empty()) {
     out << "mcn = " << disc.mcn << "\n";
@@ -141,14 +141,14 @@ std::string discText(const Disc& disc) {
     out << "# number, control, pregap, ISRC, indices (sectors)\n";
   }
   for (const Track& track : disc.tracks) {
-    out << "track = " << track.number << " " << int{track.control} << " " << track.pregapStart
+    out << "track = " << track.number << " " << int{track.control} << " " << track.pregap_start
         << " " << (track.isrc.empty() ? "-" : track.isrc);
     for (const int32_t lba : track.indices) {
       out << " " << lba;
     }
     out << "\n";
   }
-  for (const CdTextPack& pack : disc.cdText) {
+  for (const CdTextPack& pack : disc.cd_text) {
     out << "cd-text = " << hex(pack) << "\n";
   }
   return out.str();
@@ -161,8 +161,8 @@ Disc readDisc(const std::filesystem::path& file) {
     apply(item, disc);
     last = item;
   }
-  if (disc.state == DiscState::complete &&
-      (disc.tracks.empty() || disc.leadOut <= disc.tracks.back().indices.back())) {
+  if (disc.state == DiscState::kComplete &&
+      (disc.tracks.empty() || disc.lead_out <= disc.tracks.back().indices.back())) {
     refuse(last, "a complete disc to have tracks and a lead-out behind them");
   }
   return disc;

@@ -37,13 +37,13 @@ void apply(const KeyValue& item, Settings& settings) {
   } else if (item.key == "revision") {
     settings.identity.revision = item.value;
   } else if (item.key == "write-error-at") {
-    settings.faults.writeErrorAt = sector();
+    settings.faults.write_error_at = sector();
   } else if (item.key == "read-error-at") {
-    settings.faults.readErrorAt = sector();
+    settings.faults.read_error_at = sector();
   } else if (item.key == "write-delay-ms") {
-    settings.faults.writeDelay = std::chrono::milliseconds(bounded(kMostMilliseconds));
+    settings.faults.write_delay = std::chrono::milliseconds(bounded(kMostMilliseconds));
   } else if (item.key == "becoming-ready-polls") {
-    settings.faults.becomingReadyPolls = bounded(1000);
+    settings.faults.becoming_ready_polls = bounded(1000);
   } else if (item.key == "busy") {
     settings.busy = switchOf(item);
   } else if (item.key == "deny") {
@@ -91,13 +91,13 @@ void DriveDirectory::saveSettings(const Settings& settings) const {
       << "revision = " << settings.identity.revision << "\n"
       << "busy = " << (settings.busy ? "yes" : "no") << "\n"
       << "deny = " << (settings.deny ? "yes" : "no") << "\n"
-      << "write-delay-ms = " << settings.faults.writeDelay.count() << "\n"
-      << "becoming-ready-polls = " << settings.faults.becomingReadyPolls << "\n";
-  if (settings.faults.writeErrorAt) {
-    out << "write-error-at = " << *settings.faults.writeErrorAt << "\n";
+      << "write-delay-ms = " << settings.faults.write_delay.count() << "\n"
+      << "becoming-ready-polls = " << settings.faults.becoming_ready_polls << "\n";
+  if (settings.faults.write_error_at) {
+    out << "write-error-at = " << *settings.faults.write_error_at << "\n";
   }
-  if (settings.faults.readErrorAt) {
-    out << "read-error-at = " << *settings.faults.readErrorAt << "\n";
+  if (settings.faults.read_error_at) {
+    out << "read-error-at = " << *settings.faults.read_error_at << "\n";
   }
   replaceFile(settingsFile(), out.str());
 }

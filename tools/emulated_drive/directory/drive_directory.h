@@ -38,7 +38,7 @@ void applySetting(const std::string& key, const std::string& value, const std::s
 /// One drive's folder. Holds no descriptor and no state but the path.
 class DriveDirectory {
  public:
-  explicit DriveDirectory(std::filesystem::path path) : path_(std::move(path)) {}
+  explicit DriveDirectory(std::filesystem::path path) : m_path(std::move(path)) {}
 
   /// The drives of a recorder directory, in the order of their folder names. A folder without
   /// drive.conf is none.
@@ -53,15 +53,15 @@ class DriveDirectory {
   [[nodiscard]] bool trayOpen() const;
   void saveTray(bool open) const;
 
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-  [[nodiscard]] std::filesystem::path settingsFile() const { return path_ / "drive.conf"; }
-  [[nodiscard]] std::filesystem::path discFile() const { return path_ / "disc.txt"; }
-  [[nodiscard]] std::filesystem::path audioFile() const { return path_ / "audio.bin"; }
-  [[nodiscard]] std::filesystem::path trayFile() const { return path_ / "tray-open"; }
-  [[nodiscard]] std::filesystem::path doorFile() const { return path_ / "door"; }
+  [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
+  [[nodiscard]] std::filesystem::path settingsFile() const { return m_path / "drive.conf"; }
+  [[nodiscard]] std::filesystem::path discFile() const { return m_path / "disc.txt"; }
+  [[nodiscard]] std::filesystem::path audioFile() const { return m_path / "audio.bin"; }
+  [[nodiscard]] std::filesystem::path trayFile() const { return m_path / "tray-open"; }
+  [[nodiscard]] std::filesystem::path doorFile() const { return m_path / "door"; }
 
  private:
-  std::filesystem::path path_;
+  std::filesystem::path m_path;
 };
 
 }  // namespace velmor::recorder

@@ -19,17 +19,17 @@ FileSurface::~FileSurface() {
 }
 
 void FileSurface::forget() {
-  if (descriptor_ >= 0) {
-    ::close(descriptor_);
-    descriptor_ = -1;
+  if (m_descriptor >= 0) {
+    ::close(m_descriptor);
+    m_descriptor = -1;
   }
 }
 
 bool FileSurface::open(int flags) {
-  if (descriptor_ < 0) {
-    descriptor_ = ::open(file_.c_str(), O_RDWR | O_CLOEXEC | flags, 0666);
+  if (m_descriptor < 0) {
+    m_descriptor = ::open(m_file.c_str(), O_RDWR | O_CLOEXEC | flags, 0666);
   }
-  return descriptor_ >= 0;
+  return m_descriptor >= 0;
 }
 
 bool FileSurface::write(int32_t lba, ByteView sectors) {
@@ -38,7 +38,7 @@ bool FileSurface::write(int32_t lba, ByteView sectors) {
   }
   off_t at = offsetOf(lba);
   while (!sectors.empty()) {
-    const ssize_t done = ::pwrite(descriptor_, sectors.data(), sectors.size(), at);
+    const ssize_t done = ::pwrite(m_descriptor, sectors.data(), sectors.size(), at);
     if (done <= 0) {
       return false;
     }
@@ -55,7 +55,7 @@ bool FileSurface::read(int32_t lba, std::span<uint8_t> sectors) {
   }
   off_t at = offsetOf(lba);
   while (!sectors.empty()) {
-    const ssize_t done = ::pread(descriptor_, sectors.data(), sectors.size(), at);
+    const ssize_t done = ::pread(m_descriptor, sectors.data(), sectors.size(), at);
     if (done < 0) {
       return false;
     }
@@ -70,7 +70,7 @@ bool FileSurface::read(int32_t lba, std::span<uint8_t> sectors) {
 }
 
 bool FileSurface::erase() {
-  return open(O_CREAT) && ::ftruncate(descriptor_, 0) == 0;
+  return open(O_CREAT) && ::ftruncate(m_descriptor, 0) == 0;
 }
 
 }  // namespace velmor::recorder

@@ -11,7 +11,7 @@ namespace velmor::recorder {
 /// written.
 class FileSurface final : public AudioSurface {
  public:
-  explicit FileSurface(std::filesystem::path file) : file_(std::move(file)) {}
+  explicit FileSurface(std::filesystem::path file) : m_file(std::move(file)) {}
   ~FileSurface() override;
   FileSurface(const FileSurface&) = delete;
   FileSurface& operator=(const FileSurface&) = delete;
@@ -25,8 +25,8 @@ class FileSurface final : public AudioSurface {
  private:
   bool open(int flags);  // beyond O_RDWR
 
-  std::filesystem::path file_;
-  int descriptor_ = -1;
+  std::filesystem::path m_file;
+  int m_descriptor = -1;
 };
 
 }  // namespace velmor::recorder

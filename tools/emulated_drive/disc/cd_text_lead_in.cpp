@@ -39,9 +39,9 @@ void CdTextLeadIn::takePack(const CdTextPack& pack) {
   if (loadBig16(&pack[kCheckedBytes]) != packCheckSum(pack.data())) {
     return;
   }
-  wrapped_ = wrapped_ || (!packs_.empty() && pack == packs_.front());
-  if (!wrapped_) {
-    packs_.push_back(pack);
+  m_wrapped = m_wrapped || (!m_packs.empty() && pack == m_packs.front());
+  if (!m_wrapped) {
+    m_packs.push_back(pack);
   }
 }
 

@@ -17,13 +17,13 @@ class CdTextLeadIn {
   /// player drops them.
   void take(ByteView blocks);
   /// One round of the repeating sequence, in its order.
-  [[nodiscard]] const std::vector<CdTextPack>& packs() const { return packs_; }
+  [[nodiscard]] const std::vector<CdTextPack>& packs() const { return m_packs; }
 
  private:
   void takePack(const CdTextPack& pack);
 
-  std::vector<CdTextPack> packs_;
-  bool wrapped_ = false;
+  std::vector<CdTextPack> m_packs;
+  bool m_wrapped = false;
 };
 
 /// The CRC of a pack's first 16 bytes: polynomial x^16 + x^12 + x^5 + 1, stored inverted.

@@ -29,12 +29,12 @@ std::optional<int32_t> blockBytesOf(uint8_t form) {
 /// Builds the layout entry by entry; every member returns false on an entry a drive refuses.
 class Builder {
  public:
-  explicit Builder(const Disc& disc) : disc_(disc) {}
+  explicit Builder(const Disc& disc) : m_disc(disc) {}
 
   bool add(const uint8_t* entry, const uint8_t* second);
   /// True when the lead-out has been seen and the tracks are long enough.
   bool finish();
-  [[nodiscard]] bool closed() const { return closed_; }
+  [[nodiscard]] bool closed() const { return m_closed; }
   CueSheet sheet;
 
  private:
@@ -43,12 +43,12 @@ class Builder {
   bool addIndex(const uint8_t* entry, int32_t lba);
   bool addRegion(int32_t start, uint8_t form);
 
-  const Disc& disc_;
-  bool leadInSeen_ = false;
-  bool closed_ = false;
-  bool pregapOpen_ = false;  // index 0 came, index 1 has not
-  std::string isrc_;         // waits for its track
-  int isrcTrack_ = 0;
+  const Disc& m_disc;
+  bool m_lead_in_seen = false;
+  bool m_closed = false;
+  bool m_pregap_open = false;  // index 0 came, index 1 has not
+  std::string m_isrc;          // waits for its track
+  int m_isrc_track = 0;
 };
 
 bool Builder::addCode(const uint8_t* entry, const uint8_t* second) {
@@ -66,9 +66,9 @@ bool Builder::addCode(const uint8_t* entry, const uint8_t* second) {
       sheet.tracks.back().isrc = code;  // between two indices of its track
       return true;
     }
-    isrc_ = code;
-    isrcTrack_ = entry[1];
-    return isrcTrack_ >= 1 && isrcTrack_ <= kMostTracks;
+    m_isrc = code;
+    m_isrc_track = entry[1];
+    return m_isrc_track >= 1 && m_isrc_track <= kMostTracks;
   }
   code.insert(code.begin(), static_cast<char>(entry[1]));
   code.append(second + 1, second + 7);
@@ -96,22 +96,22 @@ bool Builder::addRegion(int32_t start, uint8_t form) {
 }
 
 bool Builder::addLeadIn(const uint8_t* entry) {
-  const bool noMainData = (entry[3] & 0x3F) == 0x01;
-  if (leadInSeen_ || entry[2] != 0 || !noMainData || entry[5] || entry[6] || entry[7]) {
+  const bool no_main_data = (entry[3] & 0x3F) == 0x01;
+  if (m_lead_in_seen || entry[2] != 0 || !no_main_data || entry[5] || entry[6] || entry[7]) {
     return false;
   }
-  leadInSeen_ = true;
-  return addRegion(disc_.leadIn, entry[3]);
+  m_lead_in_seen = true;
+  return addRegion(m_disc.lead_in, entry[3]);
 }
 
 bool Builder::addIndex(const uint8_t* entry, int32_t lba) {
   const int number = entry[1];
   const int index = entry[2];
-  const bool newTrack = sheet.tracks.empty() || sheet.tracks.back().number != number;
-  if (newTrack) {
+  const bool new_track = sheet.tracks.empty() || sheet.tracks.back().number != number;
+  if (new_track) {
     // The first track's two seconds are part of the sheet; a later track may begin with index 1.
     const bool first = sheet.tracks.empty();
-    if (pregapOpen_ || number < 1 || number > kMostTracks || index > 1 ||
+    if (m_pregap_open || number < 1 || number > kMostTracks || index > 1 ||
         (first && (index != 0 || lba != -kFirstPregap)) ||
         (!first && number != sheet.tracks.back().number + 1)) {
       return false;
@@ -119,17 +119,17 @@ bool Builder::addIndex(const uint8_t* entry, int32_t lba) {
     Track track;
     track.number = number;
     track.control = entry[0] >> 4;
-    track.pregapStart = lba;
-    if (isrcTrack_ == number) {
-      track.isrc = isrc_;
+    track.pregap_start = lba;
+    if (m_isrc_track == number) {
+      track.isrc = m_isrc;
     }
     sheet.tracks.push_back(track);
-    pregapOpen_ = index == 0;
+    m_pregap_open = index == 0;
   } else {
     if (index != static_cast<int>(sheet.tracks.back().indices.size()) + 1) {
       return false;
     }
-    pregapOpen_ = false;
+    m_pregap_open = false;
   }
   if ((entry[0] >> 4) != sheet.tracks.back().control) {
     return false;
@@ -145,10 +145,10 @@ bool Builder::add(const uint8_t* entry, const uint8_t* second) {
   if (adr == 2 || adr == 3) {
     return addCode(entry, second);
   }
-  if (adr != 1 || closed_ || (entry[0] & 0x40)) {
+  if (adr != 1 || m_closed || (entry[0] & 0x40)) {
     return false;  // control bit 2 marks a data track
   }
-  if (!leadInSeen_) {
+  if (!m_lead_in_seen) {
     return entry[1] == 0 && addLeadIn(entry);
   }
   const std::optional<int32_t> lba = lbaOf({entry[5], entry[6], entry[7]});
@@ -156,22 +156,22 @@ bool Builder::add(const uint8_t* entry, const uint8_t* second) {
     return false;
   }
   if (entry[1] == kLeadOutNumber) {
-    closed_ = true;
-    sheet.leadOut = *lba;
-    return entry[2] == 1 && !pregapOpen_ && !sheet.tracks.empty() && addRegion(*lba, entry[3]);
+    m_closed = true;
+    sheet.lead_out = *lba;
+    return entry[2] == 1 && !m_pregap_open && !sheet.tracks.empty() && addRegion(*lba, entry[3]);
   }
   return addIndex(entry, *lba);
 }
 
 bool Builder::finish() {
-  if (!closed_) {
+  if (!m_closed) {
     return false;
   }
   const std::vector<Track>& tracks = sheet.tracks;
   for (std::size_t i = 0; i < tracks.size(); ++i) {
     // The next track's pause counts in: wodim takes one sector of it out of the end of each track,
     // and drives do not mind.
-    const int32_t end = i + 1 < tracks.size() ? tracks[i + 1].start() : sheet.leadOut;
+    const int32_t end = i + 1 < tracks.size() ? tracks[i + 1].start() : sheet.lead_out;
     if (end - tracks[i].start() < kShortestTrack) {
       return false;
     }
@@ -209,7 +209,7 @@ std::variant<CueSheet, Sense> readCueSheet(ByteView bytes, const Disc& disc) {
   if (!builder.finish()) {
     return kInvalidFieldInParameters;
   }
-  if (builder.sheet.leadOut > disc.capacity) {
+  if (builder.sheet.lead_out > disc.capacity) {
     return kAddressOutOfRange;
   }
   return std::move(builder.sheet);

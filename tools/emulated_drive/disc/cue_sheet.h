@@ -14,18 +14,18 @@ namespace velmor::recorder {
 
 /// A stretch of the disc whose sectors the host sends in one form.
 struct CueRegion {
-  int32_t start = 0;       ///< LBA
-  int32_t end = 0;         ///< LBA after the last sector
-  int32_t blockBytes = 0;  ///< what the host sends for a sector; 0: the drive makes it itself
+  int32_t start = 0;        ///< LBA
+  int32_t end = 0;          ///< LBA after the last sector
+  int32_t block_bytes = 0;  ///< what the host sends for a sector; 0: the drive makes it itself
 
-  [[nodiscard]] bool mainData() const { return blockBytes >= kSectorBytes; }
+  [[nodiscard]] bool mainData() const { return block_bytes >= kSectorBytes; }
 };
 
 /// A session as announced by the host.
 struct CueSheet {
   std::vector<CueRegion> regions;  ///< ascending, without holes, from the lead-in on
   std::vector<Track> tracks;
-  int32_t leadOut = 0;
+  int32_t lead_out = 0;
   std::string mcn;
 
   [[nodiscard]] const CueRegion* regionAt(int32_t lba) const;

@@ -3,20 +3,20 @@
 namespace velmor::recorder {
 
 void Disc::erase() {
-  state = DiscState::blank;
+  state = DiscState::kBlank;
   tracks.clear();
-  leadOut = 0;
+  lead_out = 0;
   mcn.clear();
-  cdText.clear();
+  cd_text.clear();
 }
 
 const Track* Disc::trackAt(int32_t lba) const {
-  if (lba >= leadOut) {
+  if (lba >= lead_out) {
     return nullptr;
   }
   const Track* found = nullptr;
   for (const Track& track : tracks) {
-    if (track.pregapStart <= lba) {
+    if (track.pregap_start <= lba) {
       found = &track;
     }
   }
@@ -25,7 +25,7 @@ const Track* Disc::trackAt(int32_t lba) const {
 
 int32_t Disc::endOf(const Track& track) const {
   const std::size_t next = static_cast<std::size_t>(&track - tracks.data()) + 1;
-  return next < tracks.size() ? tracks[next].pregapStart : leadOut;
+  return next < tracks.size() ? tracks[next].pregap_start : lead_out;
 }
 
 }  // namespace velmor::recorder

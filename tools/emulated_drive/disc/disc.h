@@ -11,18 +11,18 @@
 
 namespace velmor::recorder {
 
-enum class Medium { cdR, cdRw };
+enum class Medium { kCdR, kCdRw };
 
 enum class DiscState {
-  blank,
-  incomplete,  ///< a recording was begun and never finished: no table of contents
-  complete     ///< one closed session
+  kBlank,
+  kIncomplete,  ///< a recording was begun and never finished: no table of contents
+  kComplete     ///< one closed session
 };
 
 struct Track {
-  int number = 1;           ///< 1 to 99
-  uint8_t control = 0;      ///< Q sub-channel's upper four bits: 1 pre-emphasis, 2 copy permitted
-  int32_t pregapStart = 0;  ///< LBA of index 0; equal to the first index without a pregap
+  int number = 1;            ///< 1 to 99
+  uint8_t control = 0;       ///< Q sub-channel's upper four bits: 1 pre-emphasis, 2 copy permitted
+  int32_t pregap_start = 0;  ///< LBA of index 0; equal to the first index without a pregap
   std::vector<int32_t> indices = {};  ///< LBA of index 1, 2, …; never empty
   std::string isrc = {};              ///< 12 characters or empty
 
@@ -36,14 +36,14 @@ inline constexpr uint8_t kLeadOutNumber = 0xAA;
 using CdTextPack = std::array<uint8_t, kPackBytes>;
 
 struct Disc {
-  Medium medium = Medium::cdR;
-  DiscState state = DiscState::blank;
-  int32_t capacity = 359845;            ///< last possible start of the lead-out, LBA
-  int32_t leadIn = -12491;              ///< start of the lead-in, LBA (97:15:34)
-  std::vector<Track> tracks = {};       ///< of the closed session
-  int32_t leadOut = 0;                  ///< LBA, of the closed session
-  std::string mcn = {};                 ///< 13 digits or empty
-  std::vector<CdTextPack> cdText = {};  ///< packs as they repeat in the lead-in, each once
+  Medium medium = Medium::kCdR;
+  DiscState state = DiscState::kBlank;
+  int32_t capacity = 359845;             ///< last possible start of the lead-out, LBA
+  int32_t lead_in = -12491;              ///< start of the lead-in, LBA (97:15:34)
+  std::vector<Track> tracks = {};        ///< of the closed session
+  int32_t lead_out = 0;                  ///< LBA, of the closed session
+  std::string mcn = {};                  ///< 13 digits or empty
+  std::vector<CdTextPack> cd_text = {};  ///< packs as they repeat in the lead-in, each once
 
   /// Back to a blank disc of the same make.
   void erase();

@@ -29,7 +29,7 @@ std::array<uint8_t, 16> qFrameOf(const Disc& disc, int32_t lba) {
   const Track* track = disc.trackAt(lba);
   const Track& owner = track != nullptr ? *track : disc.tracks.back();
   int index = track != nullptr ? 0 : 1;
-  int32_t relative = lba - disc.leadOut;
+  int32_t relative = lba - disc.lead_out;
   if (track != nullptr) {
     for (const int32_t start : track->indices) {
       index += lba >= start ? 1 : 0;

@@ -49,7 +49,7 @@ Bytes tocOf(const Disc& disc, uint8_t first, bool msf) {
     }
   }
   data.insert(data.end(), {0, adrControl(disc.tracks.back().control), kLeadOutNumber, 0});
-  appendAddress(data, disc.leadOut, msf);
+  appendAddress(data, disc.lead_out, msf);
   return finished(std::move(data));
 }
 
@@ -73,7 +73,7 @@ Bytes fullTocOf(const Disc& disc) {
   point(last.control, 0xA1);
   data.insert(data.end(), {static_cast<uint8_t>(last.number), 0, 0});
   point(last.control, 0xA2);
-  appendMsf(data, disc.leadOut);
+  appendMsf(data, disc.lead_out);
   for (const Track& track : disc.tracks) {
     point(track.control, static_cast<uint8_t>(track.number));
     appendMsf(data, track.start());
@@ -83,24 +83,24 @@ Bytes fullTocOf(const Disc& disc) {
 
 Bytes atipOf(const Disc& disc) {
   Bytes data(28);
-  const bool rewritable = disc.medium == Medium::cdRw;
+  const bool rewritable = disc.medium == Medium::kCdRw;
   data[4] = 0xD0 | (rewritable ? 0x01 : 0x00);  // indicative power 5; reference speed
   data[5] = 0x40;                               // unrestricted use
   data[6] = 0x80 | (rewritable ? 0x40 : 0x00);
-  const Msf leadIn = msfOf(disc.leadIn);
-  const Msf leadOut = msfOf(disc.capacity);
-  data[8] = leadIn.minute;
-  data[9] = leadIn.second;
-  data[10] = leadIn.frame;
-  data[12] = leadOut.minute;
-  data[13] = leadOut.second;
-  data[14] = leadOut.frame;
+  const Msf lead_in = msfOf(disc.lead_in);
+  const Msf lead_out = msfOf(disc.capacity);
+  data[8] = lead_in.minute;
+  data[9] = lead_in.second;
+  data[10] = lead_in.frame;
+  data[12] = lead_out.minute;
+  data[13] = lead_out.second;
+  data[14] = lead_out.frame;
   return finished(std::move(data));
 }
 
 Bytes cdTextOf(const Disc& disc) {
   Bytes data(4);
-  for (const CdTextPack& pack : disc.cdText) {
+  for (const CdTextPack& pack : disc.cd_text) {
     data.insert(data.end(), pack.begin(), pack.end());
   }
   return finished(std::move(data));

@@ -17,7 +17,7 @@ Bytes cut(Bytes data, std::size_t allocation) {
 }
 
 Drive::Drive(Identity identity, AudioSurface& surface)
-    : identity_(std::move(identity)), surface_(surface) {}
+    : m_identity(std::move(identity)), m_surface(surface) {}
 
 const Drive::Entry* Drive::find(uint8_t code) {
   static constexpr Entry kCommands[] = {
@@ -62,7 +62,7 @@ const Drive::Entry* Drive::find(uint8_t code) {
   return found == std::end(kCommands) ? nullptr : found;
 }
 
-Reply Drive::execute(ByteView cdb, ByteView dataOut) {
+Reply Drive::execute(ByteView cdb, ByteView data_out) {
   const Entry* entry = cdb.empty() ? nullptr : find(cdb[0]);
   if (entry == nullptr) {
     return kUnknownCommand;
@@ -70,32 +70,32 @@ Reply Drive::execute(ByteView cdb, ByteView dataOut) {
   if (cdb.size() < entry->bytes) {
     return kInvalidFieldInCommand;
   }
-  if (attention_ && !entry->despiteAttention) {
-    return *std::exchange(attention_, std::nullopt);
+  if (m_attention && !entry->despite_attention) {
+    return *std::exchange(m_attention, std::nullopt);
   }
-  if (entry->needsMedium) {
+  if (entry->needs_medium) {
     if (const std::optional<Sense> reason = notReady()) {
       return *reason;
     }
   }
-  return (this->*entry->command)(cdb, dataOut);
+  return (this->*entry->command)(cdb, data_out);
 }
 
 std::optional<Sense> Drive::notReady() {
-  if (trayOpen_) {
+  if (m_tray_open) {
     return kNoMediumTrayOpen;
   }
-  if (!disc_) {
+  if (!m_disc) {
     return kNoMediumTrayClosed;
   }
-  if (becomingReady_ > 0) {
-    --becomingReady_;
+  if (m_becoming_ready > 0) {
+    --m_becoming_ready;
     return kBecomingReady;
   }
-  if (blankingPolls_ > 0) {
+  if (m_blanking_polls > 0) {
     Sense running = kOperationInProgress;
-    running.progress = static_cast<uint16_t>(0xFFFF / (blankingPolls_ + 1));
-    --blankingPolls_;
+    running.progress = static_cast<uint16_t>(0xFFFF / (m_blanking_polls + 1));
+    --m_blanking_polls;
     return running;
   }
   return std::nullopt;
@@ -111,8 +111,8 @@ Reply Drive::accept(ByteView, ByteView) {
 
 Reply Drive::requestSense(ByteView cdb, ByteView) {
   Sense sense = kNoSense;
-  if (attention_) {
-    sense = *std::exchange(attention_, std::nullopt);
+  if (m_attention) {
+    sense = *std::exchange(m_attention, std::nullopt);
   } else if (const std::optional<Sense> reason = notReady()) {
     sense = *reason;
   }
@@ -124,45 +124,45 @@ Reply Drive::preventRemoval(ByteView cdb, ByteView) {
   if ((cdb[4] & 0xFE) != 0) {
     return kInvalidFieldInCommand;  // persistent prevention is not offered
   }
-  removalPrevented_ = (cdb[4] & 1) != 0;
+  m_removal_prevented = (cdb[4] & 1) != 0;
   return {};
 }
 
 Reply Drive::startStop(ByteView cdb, ByteView) {
-  const bool loadOrEject = (cdb[4] & 2) != 0;
+  const bool load_or_eject = (cdb[4] & 2) != 0;
   const bool start = (cdb[4] & 1) != 0;
-  const bool powerChange = (cdb[4] & 0xF0) != 0;
-  if (powerChange || !loadOrEject) {
+  const bool power_change = (cdb[4] & 0xF0) != 0;
+  if (power_change || !load_or_eject) {
     return {};  // spinning up and down, sleeping: nothing that the host could see
   }
-  if (!start && (removalPrevented_ || !giveUpRecording())) {
+  if (!start && (m_removal_prevented || !giveUpRecording())) {
     return kRemovalPrevented;
   }
-  if (start == trayOpen_) {
-    trayOpen_ = !start;
-    ++generation_;
-    mediaEvent_ = start ? kMediaEventNew : kMediaEventRemoved;
-    if (start && disc_) {
-      attention_ = kMediumChanged;
-      becomingReady_ = faults_.becomingReadyPolls;
+  if (start == m_tray_open) {
+    m_tray_open = !start;
+    ++m_generation;
+    m_media_event = start ? kMediaEventNew : kMediaEventRemoved;
+    if (start && m_disc) {
+      m_attention = kMediumChanged;
+      m_becoming_ready = m_faults.becoming_ready_polls;
     }
   }
   return {};
 }
 
-void Drive::load(std::optional<Disc> disc, bool trayOpen) {
-  disc_ = std::move(disc);
-  trayOpen_ = trayOpen;
-  recording_.reset();
-  blankingPolls_ = 0;
-  becomingReady_ = faults_.becomingReadyPolls;
+void Drive::load(std::optional<Disc> disc, bool tray_open) {
+  m_disc = std::move(disc);
+  m_tray_open = tray_open;
+  m_recording.reset();
+  m_blanking_polls = 0;
+  m_becoming_ready = m_faults.becoming_ready_polls;
 }
 
 void Drive::changeMedium(std::optional<Disc> disc) {
-  mediaEvent_ = disc ? kMediaEventNew : kMediaEventRemoved;
+  m_media_event = disc ? kMediaEventNew : kMediaEventRemoved;
   load(std::move(disc), false);
-  attention_ = kMediumChanged;
-  ++generation_;
+  m_attention = kMediumChanged;
+  ++m_generation;
 }
 
 }  // namespace velmor::recorder

@@ -24,10 +24,10 @@ struct Identity {
 
 /// What goes wrong on purpose.
 struct Faults {
-  std::optional<int32_t> writeErrorAt;      ///< LBA that cannot be written
-  std::optional<int32_t> readErrorAt;       ///< LBA that cannot be read
-  int becomingReadyPolls = 0;               ///< commands refused with 2/04/01 after a medium change
-  std::chrono::milliseconds writeDelay{0};  ///< every WRITE takes this long
+  std::optional<int32_t> write_error_at;  ///< LBA that cannot be written
+  std::optional<int32_t> read_error_at;   ///< LBA that cannot be read
+  int becoming_ready_polls = 0;           ///< commands refused with 2/04/01 after a medium change
+  std::chrono::milliseconds write_delay{0};  ///< every WRITE takes this long
 };
 
 /// A command's end. `sense` absent: GOOD status. `delay` is for the caller to sleep.
@@ -49,36 +49,36 @@ class Drive {
 
   /// Does one command. `dataOut` is what the host sends along. CDBs shorter than their command are
   /// refused.
-  Reply execute(ByteView cdb, ByteView dataOut = {});
+  Reply execute(ByteView cdb, ByteView data_out = {});
 
   /// Puts a disc in (or takes it out with nothing); the next command gets a unit attention.
   void changeMedium(std::optional<Disc> disc);
   /// As `changeMedium`, without the unit attention: the state the drive had when it was switched
   /// on.
-  void load(std::optional<Disc> disc, bool trayOpen);
-  void setFaults(const Faults& faults) { faults_ = faults; }
-  void openTray(bool open) { trayOpen_ = open; }
+  void load(std::optional<Disc> disc, bool tray_open);
+  void setFaults(const Faults& faults) { m_faults = faults; }
+  void openTray(bool open) { m_tray_open = open; }
 
-  [[nodiscard]] const std::optional<Disc>& disc() const { return disc_; }
-  [[nodiscard]] bool trayOpen() const { return trayOpen_; }
+  [[nodiscard]] const std::optional<Disc>& disc() const { return m_disc; }
+  [[nodiscard]] bool trayOpen() const { return m_tray_open; }
   /// Grows with every change of the disc's description or of the tray.
-  [[nodiscard]] unsigned generation() const { return generation_; }
+  [[nodiscard]] unsigned generation() const { return m_generation; }
 
  private:
   struct Recording {
     CueSheet sheet;
-    CdTextLeadIn cdText;
+    CdTextLeadIn cd_text;
     int32_t next = 0;  ///< next writable address
     bool test = false;
     bool begun = false;   ///< the laser has marked the disc
     bool flushed = true;  ///< nothing waits in the buffer: may be given up without a word
   };
-  using Command = Reply (Drive::*)(ByteView cdb, ByteView dataOut);
+  using Command = Reply (Drive::*)(ByteView cdb, ByteView data_out);
   struct Entry {
     uint8_t code;
-    std::size_t bytes;      ///< of the command block
-    bool needsMedium;       ///< refused while the tray is empty or open
-    bool despiteAttention;  ///< answered although a unit attention waits
+    std::size_t bytes;       ///< of the command block
+    bool needs_medium;       ///< refused while the tray is empty or open
+    bool despite_attention;  ///< answered although a unit attention waits
     Command command;
   };
   static const Entry* find(uint8_t code);
@@ -99,11 +99,11 @@ class Drive {
   Reply mechanismStatus(ByteView cdb, ByteView);
   Reply modeSense6(ByteView cdb, ByteView);
   Reply modeSense10(ByteView cdb, ByteView);
-  Reply modeSelect6(ByteView cdb, ByteView dataOut);
-  Reply modeSelect10(ByteView cdb, ByteView dataOut);
+  Reply modeSelect6(ByteView cdb, ByteView data_out);
+  Reply modeSelect10(ByteView cdb, ByteView data_out);
   [[nodiscard]] uint16_t currentProfile() const;
   Reply senseModes(ByteView cdb, std::size_t header, std::size_t room);
-  Reply selectModes(ByteView cdb, std::size_t header, std::size_t length, ByteView dataOut);
+  Reply selectModes(ByteView cdb, std::size_t header, std::size_t length, ByteView data_out);
 
   // drive_reading.cpp: what is on the disc
   Reply readDiscInformation(ByteView cdb, ByteView);
@@ -119,11 +119,11 @@ class Drive {
   Reply refuseData(uint32_t lba, uint32_t count);
 
   // drive_recording.cpp: putting something on it
-  Reply sendCueSheet(ByteView cdb, ByteView dataOut);
-  Reply write10(ByteView cdb, ByteView dataOut);
-  Reply write12(ByteView cdb, ByteView dataOut);
-  Reply write(int32_t lba, uint32_t count, ByteView dataOut);
-  Reply writeMainData(int32_t lba, uint32_t count, const CueRegion& region, ByteView dataOut);
+  Reply sendCueSheet(ByteView cdb, ByteView data_out);
+  Reply write10(ByteView cdb, ByteView data_out);
+  Reply write12(ByteView cdb, ByteView data_out);
+  Reply write(int32_t lba, uint32_t count, ByteView data_out);
+  Reply writeMainData(int32_t lba, uint32_t count, const CueRegion& region, ByteView data_out);
   Reply synchronizeCache(ByteView, ByteView);
   Reply closeTrackSession(ByteView cdb, ByteView);
   Reply reserveTrack(ByteView cdb, ByteView);
@@ -135,20 +135,20 @@ class Drive {
   void markBegun();
   void closeSession();
 
-  Identity identity_;
-  AudioSurface& surface_;
-  Faults faults_;
-  ModePages modes_;
-  std::optional<Disc> disc_;
-  std::optional<Recording> recording_;
-  std::optional<Sense> attention_;  ///< told once to the next command
-  bool trayOpen_ = false;
-  bool removalPrevented_ = false;
-  int becomingReady_ = 0;  ///< polls until the medium is ready
-  int blankingPolls_ = 0;  ///< polls until an immediate BLANK has ended
-  uint8_t mediaEvent_ =
+  Identity m_identity;
+  AudioSurface& m_surface;
+  Faults m_faults;
+  ModePages m_modes;
+  std::optional<Disc> m_disc;
+  std::optional<Recording> m_recording;
+  std::optional<Sense> m_attention;  ///< told once to the next command
+  bool m_tray_open = false;
+  bool m_removal_prevented = false;
+  int m_becoming_ready = 0;  ///< polls until the medium is ready
+  int m_blanking_polls = 0;  ///< polls until an immediate BLANK has ended
+  uint8_t m_media_event =
       0;  ///< GET EVENT STATUS NOTIFICATION: 0 none, 1 eject request, 2 new, 3 gone
-  unsigned generation_ = 0;
+  unsigned m_generation = 0;
 };
 
 /// `data` cut to what the host has room for.

@@ -69,10 +69,10 @@ std::vector<Feature> features(uint16_t profile, bool readable, bool writable) {
 }  // namespace
 
 uint16_t Drive::currentProfile() const {
-  if (!disc_ || trayOpen_) {
+  if (!m_disc || m_tray_open) {
     return 0;
   }
-  return disc_->medium == Medium::cdRw ? kProfileCdRw : kProfileCdR;
+  return m_disc->medium == Medium::kCdRw ? kProfileCdRw : kProfileCdR;
 }
 
 Reply Drive::inquiry(ByteView cdb, ByteView) {
@@ -85,9 +85,9 @@ Reply Drive::inquiry(ByteView cdb, ByteView) {
   data[2] = 0x05;  // SPC-3
   data[3] = 0x02;
   data[4] = static_cast<uint8_t>(data.size() - 5);
-  copyPadded(identity_.vendor, &data[8], 8);
-  copyPadded(identity_.product, &data[16], 16);
-  copyPadded(identity_.revision, &data[32], 4);
+  copyPadded(m_identity.vendor, &data[8], 8);
+  copyPadded(m_identity.product, &data[16], 16);
+  copyPadded(m_identity.revision, &data[32], 4);
   return cut(std::move(data), loadBig16(&cdb[3]));
 }
 
@@ -98,8 +98,8 @@ Reply Drive::getConfiguration(ByteView cdb, ByteView) {
     return kInvalidFieldInCommand;
   }
   const uint16_t profile = currentProfile();
-  const bool complete = profile != 0 && disc_->state == DiscState::complete;
-  const bool writable = profile != 0 && disc_->state == DiscState::blank;
+  const bool complete = profile != 0 && m_disc->state == DiscState::kComplete;
+  const bool writable = profile != 0 && m_disc->state == DiscState::kBlank;
   Bytes data(8);
   for (const Feature& feature : features(profile, complete, writable)) {
     const bool wanted = which == 2   ? feature.code == from
@@ -129,9 +129,9 @@ Reply Drive::getEventStatus(ByteView cdb, ByteView) {
   data.resize(8);
   storeBig16(data.data(), 6);
   data[2] = kMediaClass;
-  data[4] = mediaEvent_;
-  data[5] = static_cast<uint8_t>((trayOpen_ ? 1 : 0) | (disc_ && !trayOpen_ ? 2 : 0));
-  mediaEvent_ = 0;
+  data[4] = m_media_event;
+  data[5] = static_cast<uint8_t>((m_tray_open ? 1 : 0) | (m_disc && !m_tray_open ? 2 : 0));
+  m_media_event = 0;
   return cut(std::move(data), loadBig16(&cdb[7]));
 }
 
@@ -139,7 +139,7 @@ Reply Drive::getPerformance(ByteView cdb, ByteView) {
   constexpr uint8_t kNominal = 0x00;
   constexpr uint8_t kWriteSpeeds = 0x03;
   const std::size_t room = loadBig16(&cdb[8]);
-  const uint32_t end = disc_ ? static_cast<uint32_t>(disc_->capacity) : 0;
+  const uint32_t end = m_disc ? static_cast<uint32_t>(m_disc->capacity) : 0;
   Bytes data(8);
   if (cdb[10] == kWriteSpeeds) {
     for (const uint32_t speed : kSpeeds) {
@@ -166,7 +166,7 @@ Reply Drive::getPerformance(ByteView cdb, ByteView) {
 
 Reply Drive::mechanismStatus(ByteView cdb, ByteView) {
   Bytes data(8);
-  data[1] = trayOpen_ ? 0x10 : 0;
+  data[1] = m_tray_open ? 0x10 : 0;
   return cut(std::move(data), loadBig16(&cdb[8]));
 }
 
@@ -179,7 +179,7 @@ Reply Drive::modeSense10(ByteView cdb, ByteView) {
 }
 
 Reply Drive::senseModes(ByteView cdb, std::size_t header, std::size_t room) {
-  auto found = modes_.sense(cdb[2] & 0x3F, cdb[2] >> 6);
+  auto found = m_modes.sense(cdb[2] & 0x3F, cdb[2] >> 6);
   if (const Sense* refusal = std::get_if<Sense>(&found)) {
     return *refusal;
   }
@@ -194,22 +194,22 @@ Reply Drive::senseModes(ByteView cdb, std::size_t header, std::size_t room) {
   return cut(std::move(data), room);
 }
 
-Reply Drive::modeSelect6(ByteView cdb, ByteView dataOut) {
-  return selectModes(cdb, kShortModeHeader, cdb[4], dataOut);
+Reply Drive::modeSelect6(ByteView cdb, ByteView data_out) {
+  return selectModes(cdb, kShortModeHeader, cdb[4], data_out);
 }
 
-Reply Drive::modeSelect10(ByteView cdb, ByteView dataOut) {
-  return selectModes(cdb, kLongModeHeader, loadBig16(&cdb[7]), dataOut);
+Reply Drive::modeSelect10(ByteView cdb, ByteView data_out) {
+  return selectModes(cdb, kLongModeHeader, loadBig16(&cdb[7]), data_out);
 }
 
-Reply Drive::selectModes(ByteView cdb, std::size_t header, std::size_t length, ByteView dataOut) {
+Reply Drive::selectModes(ByteView cdb, std::size_t header, std::size_t length, ByteView data_out) {
   if ((cdb[1] & 0x11) != 0x10) {
     return kInvalidFieldInCommand;  // pages only, and none can be saved
   }
-  if (dataOut.size() < length) {
+  if (data_out.size() < length) {
     return kDataPhaseError;
   }
-  const ByteView list = dataOut.first(length);
+  const ByteView list = data_out.first(length);
   if (list.empty()) {
     return {};
   }
@@ -223,7 +223,7 @@ Reply Drive::selectModes(ByteView cdb, std::size_t header, std::size_t length, B
   if (!giveUpRecording()) {
     return kCommandSequence;
   }
-  const std::optional<Sense> refusal = modes_.select(list.subspan(header + descriptors));
+  const std::optional<Sense> refusal = m_modes.select(list.subspan(header + descriptors));
   return refusal ? Reply(*refusal) : Reply();
 }
 

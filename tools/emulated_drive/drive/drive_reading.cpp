@@ -27,10 +27,10 @@ void storeTime(uint8_t* to, int32_t lba) {
 
 /// The track a READ TRACK INFORMATION command means: a number, or nothing. The track after the last
 /// (and FFh) is the one still to be written.
-std::optional<int> trackAsked(const Disc& disc, uint8_t addressType, uint32_t address) {
+std::optional<int> trackAsked(const Disc& disc, uint8_t address_type, uint32_t address) {
   constexpr uint32_t kInvisible = 0xFF;
-  const bool complete = disc.state == DiscState::complete;
-  switch (addressType) {
+  const bool complete = disc.state == DiscState::kComplete;
+  switch (address_type) {
     case 0: {  // the track that holds a sector
       const int32_t lba = static_cast<int32_t>(address);
       if (!complete) {
@@ -92,12 +92,12 @@ Reply Drive::readDiscInformation(ByteView cdb, ByteView) {
   if ((cdb[1] & 7) != 0) {
     return kInvalidFieldInCommand;  // track and POW resources are not counted here
   }
-  const Disc& disc = *disc_;
-  const bool complete = disc.state == DiscState::complete;
+  const Disc& disc = *m_disc;
+  const bool complete = disc.state == DiscState::kComplete;
   Bytes data(34);
   storeBig16(data.data(), 32);
-  data[2] = complete ? 0x0E : disc.state == DiscState::incomplete ? 0x05 : 0x00;
-  data[2] |= disc.medium == Medium::cdRw ? 0x10 : 0;
+  data[2] = complete ? 0x0E : disc.state == DiscState::kIncomplete ? 0x05 : 0x00;
+  data[2] |= disc.medium == Medium::kCdRw ? 0x10 : 0;
   data[3] = complete ? static_cast<uint8_t>(disc.tracks.front().number) : 1;
   data[4] = 1;  // sessions
   data[5] = data[3];
@@ -108,14 +108,14 @@ Reply Drive::readDiscInformation(ByteView cdb, ByteView) {
     storeNoTime(&data[16]);
     storeNoTime(&data[20]);
   } else {
-    storeTime(&data[16], disc.leadIn);
+    storeTime(&data[16], disc.lead_in);
     storeTime(&data[20], disc.capacity);
   }
   return cut(std::move(data), loadBig16(&cdb[7]));
 }
 
 Reply Drive::readTrackInformation(ByteView cdb, ByteView) {
-  const Disc& disc = *disc_;
+  const Disc& disc = *m_disc;
   const std::optional<int> asked = trackAsked(disc, cdb[1] & 3, loadBig32(&cdb[2]));
   if (!asked) {
     return kInvalidFieldInCommand;
@@ -125,7 +125,7 @@ Reply Drive::readTrackInformation(ByteView cdb, ByteView) {
   data[2] = static_cast<uint8_t>(*asked);
   data[3] = 1;     // session
   data[6] = 0x0F;  // data mode: none, it is audio
-  if (disc.state == DiscState::complete) {
+  if (disc.state == DiscState::kComplete) {
     const auto at = static_cast<std::size_t>(*asked - disc.tracks.front().number);
     const Track& track = disc.tracks[at];
     data[5] = track.control;
@@ -133,13 +133,13 @@ Reply Drive::readTrackInformation(ByteView cdb, ByteView) {
     storeBig32(&data[24], static_cast<uint32_t>(disc.endOf(track) - track.start()));
   } else {
     data[5] = 0x04;
-    const bool blankDisc = disc.state == DiscState::blank;
-    data[6] |= blankDisc ? 0x40 : 0;
-    data[5] |= blankDisc ? 0 : 0x20;  // damaged
-    if (blankDisc || recording_) {
+    const bool blank_disc = disc.state == DiscState::kBlank;
+    data[6] |= blank_disc ? 0x40 : 0;
+    data[5] |= blank_disc ? 0 : 0x20;  // damaged
+    if (blank_disc || m_recording) {
       // Session-at-once begins with the pregap, or with the lead-in when its sub-channels are sent.
       data[7] = 1;
-      storeBig32(&data[12], static_cast<uint32_t>(recording_ ? recording_->next : 0));
+      storeBig32(&data[12], static_cast<uint32_t>(m_recording ? m_recording->next : 0));
       storeBig32(&data[16], static_cast<uint32_t>(disc.capacity));
       storeBig32(&data[24], static_cast<uint32_t>(disc.capacity));
     }
@@ -153,20 +153,20 @@ Reply Drive::readToc(ByteView cdb, ByteView) {
   if (format == 0) {
     format = cdb[9] >> 6;  // where the field was before MMC
   }
-  const Disc& disc = *disc_;
+  const Disc& disc = *m_disc;
   const std::size_t room = loadBig16(&cdb[7]);
   if (format == 4) {
     return cut(atipOf(disc), room);
   }
-  const bool noSession = disc.state != DiscState::complete;
+  const bool no_session = disc.state != DiscState::kComplete;
   Bytes data;
-  if (!noSession && format == 0) {
+  if (!no_session && format == 0) {
     data = tocOf(disc, cdb[6], msf);
-  } else if (!noSession && format == 1) {
+  } else if (!no_session && format == 1) {
     data = sessionInformationOf(disc, msf);
-  } else if (!noSession && format == 2 && cdb[6] <= 1) {
+  } else if (!no_session && format == 2 && cdb[6] <= 1) {
     data = fullTocOf(disc);
-  } else if (!noSession && format == 5 && !disc.cdText.empty()) {
+  } else if (!no_session && format == 5 && !disc.cd_text.empty()) {
     data = cdTextOf(disc);
   }
   if (data.empty()) {
@@ -177,14 +177,14 @@ Reply Drive::readToc(ByteView cdb, ByteView) {
 
 Reply Drive::readSubChannel(ByteView cdb, ByteView) {
   constexpr uint8_t kNoAudioStatus = 0x15;
-  const Disc& disc = *disc_;
+  const Disc& disc = *m_disc;
   const std::size_t room = loadBig16(&cdb[7]);
   Bytes data(4);
   data[1] = kNoAudioStatus;
   if ((cdb[2] & 0x40) == 0) {
     return cut(std::move(data), room);  // the header alone
   }
-  if (disc.state != DiscState::complete) {
+  if (disc.state != DiscState::kComplete) {
     return kInvalidFieldInCommand;
   }
   const Track& first = disc.tracks.front();
@@ -226,8 +226,8 @@ Reply Drive::readSubChannel(ByteView cdb, ByteView) {
 Reply Drive::readCapacity(ByteView, ByteView) {
   constexpr uint32_t kBlockBytes = 2048;
   Bytes data(8);
-  const bool complete = disc_->state == DiscState::complete;
-  storeBig32(data.data(), complete ? static_cast<uint32_t>(disc_->leadOut - 1) : 0);
+  const bool complete = m_disc->state == DiscState::kComplete;
+  storeBig32(data.data(), complete ? static_cast<uint32_t>(m_disc->lead_out - 1) : 0);
   storeBig32(&data[4], kBlockBytes);
   return data;
 }
@@ -241,8 +241,8 @@ Reply Drive::readData12(ByteView cdb, ByteView) {
 }
 
 Reply Drive::refuseData(uint32_t lba, uint32_t count) {
-  const bool complete = disc_->state == DiscState::complete;
-  const auto end = static_cast<uint32_t>(disc_->leadOut);
+  const bool complete = m_disc->state == DiscState::kComplete;
+  const auto end = static_cast<uint32_t>(m_disc->lead_out);
   if (!complete || lba >= end || count > end - lba) {
     return kAddressOutOfRange;
   }
@@ -267,16 +267,16 @@ Reply Drive::readSectors(int32_t lba, uint32_t count, ByteView cdb) {
   constexpr uint8_t kAudioType = 1;
   constexpr uint32_t kMostSectors = 4096;  // far above what a transfer carries
   const uint8_t type = cdb[1] >> 2 & 7;
-  const uint8_t subChannel = cdb[10] & 7;
-  const bool userData = (cdb[9] & 0x10) != 0;
-  const uint8_t errorField = cdb[9] >> 1 & 3;
-  if (type > 5 || subChannel == 3 || subChannel > 4 || errorField == 3) {
+  const uint8_t sub_channel = cdb[10] & 7;
+  const bool user_data = (cdb[9] & 0x10) != 0;
+  const uint8_t error_field = cdb[9] >> 1 & 3;
+  if (type > 5 || sub_channel == 3 || sub_channel > 4 || error_field == 3) {
     return kInvalidFieldInCommand;
   }
-  const Disc& disc = *disc_;
-  const bool complete = disc.state == DiscState::complete;
-  if (!complete || lba < 0 || lba >= disc.leadOut || count > kMostSectors ||
-      static_cast<int32_t>(count) > disc.leadOut - lba) {
+  const Disc& disc = *m_disc;
+  const bool complete = disc.state == DiscState::kComplete;
+  if (!complete || lba < 0 || lba >= disc.lead_out || count > kMostSectors ||
+      static_cast<int32_t>(count) > disc.lead_out - lba) {
     return kAddressOutOfRange;
   }
   if (count > 0 && type != kAnyType && type != kAudioType) {
@@ -286,16 +286,16 @@ Reply Drive::readSectors(int32_t lba, uint32_t count, ByteView cdb) {
   Bytes sector(kSectorBytes);
   Bytes data;
   for (int32_t at = lba; at < lba + static_cast<int32_t>(count); ++at) {
-    if (faults_.readErrorAt == at || !surface_.read(at, sector)) {
+    if (m_faults.read_error_at == at || !m_surface.read(at, sector)) {
       Sense sense = kUnrecoveredReadError;
       sense.sector = at;
       return sense;
     }
-    if (userData) {
+    if (user_data) {
       data.insert(data.end(), sector.begin(), sector.end());
     }
-    data.resize(data.size() + kErrorBytes[errorField]);
-    const Bytes beside = subChannelOf(disc, at, subChannel);
+    data.resize(data.size() + kErrorBytes[error_field]);
+    const Bytes beside = subChannelOf(disc, at, sub_channel);
     data.insert(data.end(), beside.begin(), beside.end());
   }
   return data;

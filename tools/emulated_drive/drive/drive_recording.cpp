@@ -10,145 +10,146 @@ namespace {
 constexpr uint32_t kBufferBytes = 2048 * 1024;
 }  // namespace
 
-Reply Drive::sendCueSheet(ByteView cdb, ByteView dataOut) {
-  if (disc_->state != DiscState::blank) {
+Reply Drive::sendCueSheet(ByteView cdb, ByteView data_out) {
+  if (m_disc->state != DiscState::kBlank) {
     return kWriteProtected;
   }
-  if (modes_.writeType() != kSessionAtOnce || !giveUpRecording()) {
+  if (m_modes.writeType() != kSessionAtOnce || !giveUpRecording()) {
     return kCommandSequence;
   }
   const std::size_t length = loadBig24(&cdb[6]);
-  if (dataOut.size() < length) {
+  if (data_out.size() < length) {
     return kDataPhaseError;
   }
-  auto read = readCueSheet(dataOut.first(length), *disc_);
+  auto read = readCueSheet(data_out.first(length), *m_disc);
   if (const Sense* refusal = std::get_if<Sense>(&read)) {
     return *refusal;
   }
   Recording recording;
   recording.sheet = std::move(std::get<CueSheet>(read));
   recording.next = recording.sheet.regions.front().start;
-  recording.test = modes_.testWrite();
-  recording_ = std::move(recording);
+  recording.test = m_modes.testWrite();
+  m_recording = std::move(recording);
   skipGeneratedRegions();
   return {};
 }
 
 bool Drive::giveUpRecording() {
-  if (recording_ && !recording_->flushed) {
+  if (m_recording && !m_recording->flushed) {
     return false;
   }
-  recording_.reset();
+  m_recording.reset();
   return true;
 }
 
 void Drive::skipGeneratedRegions() {
-  const CueRegion* region = recording_->sheet.regionAt(recording_->next);
-  while (region != nullptr && region->blockBytes == 0) {
-    recording_->next = region->end;
-    region = recording_->sheet.regionAt(recording_->next);
+  const CueRegion* region = m_recording->sheet.regionAt(m_recording->next);
+  while (region != nullptr && region->block_bytes == 0) {
+    m_recording->next = region->end;
+    region = m_recording->sheet.regionAt(m_recording->next);
   }
 }
 
-Reply Drive::write10(ByteView cdb, ByteView dataOut) {
-  return write(static_cast<int32_t>(loadBig32(&cdb[2])), loadBig16(&cdb[7]), dataOut);
+Reply Drive::write10(ByteView cdb, ByteView data_out) {
+  return write(static_cast<int32_t>(loadBig32(&cdb[2])), loadBig16(&cdb[7]), data_out);
 }
 
-Reply Drive::write12(ByteView cdb, ByteView dataOut) {
-  return write(static_cast<int32_t>(loadBig32(&cdb[2])), loadBig32(&cdb[6]), dataOut);
+Reply Drive::write12(ByteView cdb, ByteView data_out) {
+  return write(static_cast<int32_t>(loadBig32(&cdb[2])), loadBig32(&cdb[6]), data_out);
 }
 
-Reply Drive::write(int32_t lba, uint32_t count, ByteView dataOut) {
-  if (!recording_) {
-    return disc_->state == DiscState::blank ? kCommandSequence : kWriteProtected;
+Reply Drive::write(int32_t lba, uint32_t count, ByteView data_out) {
+  if (!m_recording) {
+    return m_disc->state == DiscState::kBlank ? kCommandSequence : kWriteProtected;
   }
-  if (lba != recording_->next) {
+  if (lba != m_recording->next) {
     return kInvalidAddressForWrite;
   }
   if (count == 0) {
     return {};
   }
-  const CueRegion* region = recording_->sheet.regionAt(lba);
-  const int32_t sessionEnd = recording_->sheet.leadOut;
-  if (region == nullptr || count > static_cast<uint32_t>(sessionEnd - lba)) {
+  const CueRegion* region = m_recording->sheet.regionAt(lba);
+  const int32_t session_end = m_recording->sheet.lead_out;
+  if (region == nullptr || count > static_cast<uint32_t>(session_end - lba)) {
     return kAddressOutOfRange;
   }
   // One command carries blocks of one size, so it may run on only where the size stays the same.
   const int32_t end = lba + static_cast<int32_t>(count);
   for (const CueRegion* next = region; next != nullptr && next->end < end;) {
-    next = recording_->sheet.regionAt(next->end);
-    if (next == nullptr || next->blockBytes != region->blockBytes) {
+    next = m_recording->sheet.regionAt(next->end);
+    if (next == nullptr || next->block_bytes != region->block_bytes) {
       return kInvalidFieldInCommand;
     }
   }
-  if (dataOut.size() != static_cast<std::size_t>(region->blockBytes) * count) {
+  if (data_out.size() != static_cast<std::size_t>(region->block_bytes) * count) {
     return kDataPhaseError;
   }
-  Reply reply = writeMainData(lba, count, *region, dataOut);
-  reply.delay = faults_.writeDelay;
+  Reply reply = writeMainData(lba, count, *region, data_out);
+  reply.delay = m_faults.write_delay;
   return reply;
 }
 
-Reply Drive::writeMainData(int32_t lba, uint32_t count, const CueRegion& region, ByteView dataOut) {
+Reply Drive::writeMainData(int32_t lba, uint32_t count, const CueRegion& region,
+                           ByteView data_out) {
   const int32_t end = lba + static_cast<int32_t>(count);
-  const bool test = recording_->test;
+  const bool test = m_recording->test;
   if (!test) {
     markBegun();
   }
   if (!region.mainData()) {
-    recording_->cdText.take(dataOut);
+    m_recording->cd_text.take(data_out);
   } else {
     Bytes audio;
-    const auto block = static_cast<std::size_t>(region.blockBytes);
-    for (std::size_t at = 0; at < dataOut.size(); at += block) {
-      const ByteView sector = dataOut.subspan(at, kSectorBytes);
+    const auto block = static_cast<std::size_t>(region.block_bytes);
+    for (std::size_t at = 0; at < data_out.size(); at += block) {
+      const ByteView sector = data_out.subspan(at, kSectorBytes);
       audio.insert(audio.end(), sector.begin(), sector.end());
     }
-    const std::optional<int32_t> bad = faults_.writeErrorAt;
+    const std::optional<int32_t> bad = m_faults.write_error_at;
     const bool spoiled = bad && *bad >= lba && *bad < end;
-    if (!test && (spoiled || !surface_.write(lba, audio))) {
-      recording_.reset();
+    if (!test && (spoiled || !m_surface.write(lba, audio))) {
+      m_recording.reset();
       Sense sense = kWriteError;
       sense.sector = spoiled ? *bad : lba;
       return sense;
     }
   }
-  recording_->flushed = false;
-  recording_->next = end;
+  m_recording->flushed = false;
+  m_recording->next = end;
   skipGeneratedRegions();
   return {};
 }
 
 void Drive::markBegun() {
-  if (!recording_->begun) {
-    recording_->begun = true;
-    disc_->state = DiscState::incomplete;
-    ++generation_;
+  if (!m_recording->begun) {
+    m_recording->begun = true;
+    m_disc->state = DiscState::kIncomplete;
+    ++m_generation;
   }
 }
 
 Reply Drive::synchronizeCache(ByteView, ByteView) {
-  if (!recording_) {
+  if (!m_recording) {
     return {};
   }
-  recording_->flushed = true;
-  if (recording_->next < recording_->sheet.leadOut) {
+  m_recording->flushed = true;
+  if (m_recording->next < m_recording->sheet.lead_out) {
     return {};  // the session stays open until its last sector has come
   }
-  if (!recording_->test) {
+  if (!m_recording->test) {
     closeSession();
   }
-  recording_.reset();
+  m_recording.reset();
   return {};
 }
 
 void Drive::closeSession() {
-  disc_->state = DiscState::complete;
-  disc_->tracks = recording_->sheet.tracks;
-  disc_->leadOut = recording_->sheet.leadOut;
-  disc_->mcn = recording_->sheet.mcn;
-  disc_->cdText = recording_->cdText.packs();
-  ++generation_;
+  m_disc->state = DiscState::kComplete;
+  m_disc->tracks = m_recording->sheet.tracks;
+  m_disc->lead_out = m_recording->sheet.lead_out;
+  m_disc->mcn = m_recording->sheet.mcn;
+  m_disc->cd_text = m_recording->cd_text.packs();
+  ++m_generation;
 }
 
 Reply Drive::closeTrackSession(ByteView cdb, ByteView) {
@@ -159,7 +160,7 @@ Reply Drive::closeTrackSession(ByteView cdb, ByteView) {
     return kInvalidFieldInCommand;
   }
   // Session-at-once closes by itself; a session that is not whole cannot be closed by force.
-  return disc_->state == DiscState::complete ? Reply() : Reply(kIncompleteTrackInSession);
+  return m_disc->state == DiscState::kComplete ? Reply() : Reply(kIncompleteTrackInSession);
 }
 
 Reply Drive::reserveTrack(ByteView, ByteView) {
@@ -183,18 +184,18 @@ Reply Drive::blank(ByteView cdb, ByteView) {
   if (type != kWholeDisc && type != kMinimal) {
     return kInvalidFieldInCommand;
   }
-  if (disc_->medium != Medium::cdRw) {
+  if (m_disc->medium != Medium::kCdRw) {
     return kMediumNotErasable;
   }
   if (!giveUpRecording()) {
     return kCommandSequence;
   }
-  if (!surface_.erase()) {
+  if (!m_surface.erase()) {
     return kWriteError;
   }
-  disc_->erase();
-  blankingPolls_ = immediate ? kPolls : 0;
-  ++generation_;
+  m_disc->erase();
+  m_blanking_polls = immediate ? kPolls : 0;
+  ++m_generation;
   return {};
 }
 

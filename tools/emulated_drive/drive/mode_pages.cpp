@@ -74,13 +74,13 @@ Bytes capabilitiesPage() {
 }
 
 bool validWritePage(ByteView page) {
-  const uint8_t writeType = page[2] & 0x0F;
-  const uint8_t blockType = page[4] & 0x0F;
-  const bool testable = writeType == kSessionAtOnce;
+  const uint8_t write_type = page[2] & 0x0F;
+  const uint8_t block_type = page[4] & 0x0F;
+  const bool testable = write_type == kSessionAtOnce;
   // Raw writing, track-at-once and packets are not what this recorder does; block types 4 to 7 and
   // 11, 12, 14 are reserved or belong to others.
   constexpr uint16_t kBlockTypes = 1 << 0 | 1 << 1 | 1 << 2 | 1 << 3 | 1 << 8 | 1 << 10;
-  return testable && ((kBlockTypes >> blockType) & 1) != 0;
+  return testable && ((kBlockTypes >> block_type) & 1) != 0;
 }
 
 void append(Bytes& all, const Bytes& page) {
@@ -89,7 +89,7 @@ void append(Bytes& all, const Bytes& page) {
 
 }  // namespace
 
-ModePages::ModePages() : recovery_(recoveryPage()), write_(writePage()) {}
+ModePages::ModePages() : m_recovery(recoveryPage()), m_write(writePage()) {}
 
 std::variant<Bytes, Sense> ModePages::sense(uint8_t page, uint8_t control) const {
   if (control == kSaved) {
@@ -100,10 +100,10 @@ std::variant<Bytes, Sense> ModePages::sense(uint8_t page, uint8_t control) const
   };
   Bytes found;
   if (page == kRecoveryPage || page == kAllPages) {
-    append(found, choose(recovery_, recoveryMask(), recoveryPage()));
+    append(found, choose(m_recovery, recoveryMask(), recoveryPage()));
   }
   if (page == kWritePage || page == kAllPages) {
-    append(found, choose(write_, writeMask(), writePage()));
+    append(found, choose(m_write, writeMask(), writePage()));
   }
   if (page == kCapabilitiesPage || page == kAllPages) {
     Bytes none(capabilitiesPage().size());
@@ -118,8 +118,8 @@ std::variant<Bytes, Sense> ModePages::sense(uint8_t page, uint8_t control) const
 }
 
 std::optional<Sense> ModePages::select(ByteView pages) {
-  Bytes recovery = recovery_;
-  Bytes write = write_;
+  Bytes recovery = m_recovery;
+  Bytes write = m_write;
   while (!pages.empty()) {
     if (pages.size() < 2 || pages.size() < 2u + pages[1]) {
       return kParameterListLength;
@@ -137,17 +137,17 @@ std::optional<Sense> ModePages::select(ByteView pages) {
     std::copy(page.begin(), page.end(), target->begin());
     target->front() = code;
   }
-  recovery_ = recovery;
-  write_ = write;
+  m_recovery = recovery;
+  m_write = write;
   return std::nullopt;
 }
 
 uint8_t ModePages::writeType() const {
-  return write_[2] & 0x0F;
+  return m_write[2] & 0x0F;
 }
 
 bool ModePages::testWrite() const {
-  return (write_[2] & 0x10) != 0;
+  return (m_write[2] & 0x10) != 0;
 }
 
 }  // namespace velmor::recorder

@@ -27,8 +27,8 @@ class ModePages {
   [[nodiscard]] bool testWrite() const;
 
  private:
-  Bytes recovery_;
-  Bytes write_;
+  Bytes m_recovery;
+  Bytes m_write;
 };
 
 }  // namespace velmor::recorder

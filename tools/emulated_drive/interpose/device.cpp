@@ -28,58 +28,58 @@ std::array<std::int64_t, 3> stampOf(const std::string& file) {
 }  // namespace
 
 Device::Device(const DriveDirectory& directory, int number)
-    : directory_(directory),
-      path_(directory.settings().device),
-      number_(number),
-      minor_(trailingNumber(path_)),
-      surface_(directory.audioFile()),
-      drive_(directory.settings().identity, surface_) {
-  seen_ = stamps();
-  drive_.setFaults(directory_.settings().faults);
-  drive_.load(directory_.disc(), directory_.trayOpen());
+    : m_directory(directory),
+      m_path(directory.settings().device),
+      m_number(number),
+      m_minor(trailingNumber(m_path)),
+      m_surface(directory.audioFile()),
+      m_drive(directory.settings().identity, m_surface) {
+  m_seen = stamps();
+  m_drive.setFaults(m_directory.settings().faults);
+  m_drive.load(m_directory.disc(), m_directory.trayOpen());
 }
 
 bool Device::hasDisc() const {
   std::error_code error;
-  return std::filesystem::exists(directory_.discFile(), error);
+  return std::filesystem::exists(m_directory.discFile(), error);
 }
 
 Device::Stamps Device::stamps() const {
-  return {stampOf(directory_.settingsFile()), stampOf(directory_.discFile()),
-          stampOf(directory_.trayFile())};
+  return {stampOf(m_directory.settingsFile()), stampOf(m_directory.discFile()),
+          stampOf(m_directory.trayFile())};
 }
 
 void Device::takeIn(const Stamps& now) {
-  if (now.settings != seen_.settings) {
-    drive_.setFaults(directory_.settings().faults);
+  if (now.settings != m_seen.settings) {
+    m_drive.setFaults(m_directory.settings().faults);
   }
-  if (now.disc != seen_.disc || now.tray != seen_.tray) {
-    surface_.forget();
-    drive_.changeMedium(directory_.disc());
-    drive_.openTray(directory_.trayOpen());
-    written_ = drive_.generation();
+  if (now.disc != m_seen.disc || now.tray != m_seen.tray) {
+    m_surface.forget();
+    m_drive.changeMedium(m_directory.disc());
+    m_drive.openTray(m_directory.trayOpen());
+    m_written = m_drive.generation();
   }
-  seen_ = now;
+  m_seen = now;
 }
 
 void Device::writeBack() {
-  if (drive_.generation() == written_) {
+  if (m_drive.generation() == m_written) {
     return;
   }
-  written_ = drive_.generation();
-  directory_.saveDisc(drive_.disc());
-  directory_.saveTray(drive_.trayOpen());
-  seen_ = stamps();
+  m_written = m_drive.generation();
+  m_directory.saveDisc(m_drive.disc());
+  m_directory.saveTray(m_drive.trayOpen());
+  m_seen = stamps();
 }
 
-Reply Device::execute(ByteView cdb, ByteView dataOut) {
-  const std::lock_guard lock(mutex_);
-  if (const Stamps now = stamps(); now != seen_) {
+Reply Device::execute(ByteView cdb, ByteView data_out) {
+  const std::lock_guard lock(m_mutex);
+  if (const Stamps now = stamps(); now != m_seen) {
     takeIn(now);
   }
-  Reply reply = drive_.execute(cdb, dataOut);
+  Reply reply = m_drive.execute(cdb, data_out);
   writeBack();
-  trace(path_, cdb, dataOut.size(), reply);
+  trace(m_path, cdb, data_out.size(), reply);
   if (reply.delay.count() > 0) {
     std::this_thread::sleep_for(reply.delay);
   }

@@ -20,18 +20,18 @@ class Device {
 
   /// Takes in what has changed in the folder, does the command, writes back what it changed, and
   /// lasts as long as a slow drive makes it.
-  Reply execute(ByteView cdb, ByteView dataOut);
+  Reply execute(ByteView cdb, ByteView data_out);
 
   /// As the folder says at this moment.
-  [[nodiscard]] Settings settings() const { return directory_.settings(); }
+  [[nodiscard]] Settings settings() const { return m_directory.settings(); }
   [[nodiscard]] bool hasDisc() const;
-  [[nodiscard]] bool trayOpen() const { return directory_.trayOpen(); }
+  [[nodiscard]] bool trayOpen() const { return m_directory.trayOpen(); }
 
-  [[nodiscard]] const std::string& path() const { return path_; }
-  [[nodiscard]] std::string door() const { return directory_.doorFile(); }
-  [[nodiscard]] int number() const { return number_; }
+  [[nodiscard]] const std::string& path() const { return m_path; }
+  [[nodiscard]] std::string door() const { return m_directory.doorFile(); }
+  [[nodiscard]] int number() const { return m_number; }
   /// The block device number that goes with the name: sr30 is 30.
-  [[nodiscard]] unsigned minor() const { return minor_; }
+  [[nodiscard]] unsigned minor() const { return m_minor; }
 
  private:
   /// When a file of the folder last changed; all zero: there is no such file.
@@ -44,15 +44,15 @@ class Device {
   void takeIn(const Stamps& now);
   void writeBack();
 
-  DriveDirectory directory_;
-  std::string path_;
-  int number_;
-  unsigned minor_;
-  std::mutex mutex_;
-  FileSurface surface_;
-  Drive drive_;
-  Stamps seen_;
-  unsigned written_ = 0;  // generation of the drive that the folder holds
+  DriveDirectory m_directory;
+  std::string m_path;
+  int m_number;
+  unsigned m_minor;
+  std::mutex m_mutex;
+  FileSurface m_surface;
+  Drive m_drive;
+  Stamps m_seen;
+  unsigned m_written = 0;  // generation of the drive that the folder holds
 };
 
 }  // namespace velmor::recorder

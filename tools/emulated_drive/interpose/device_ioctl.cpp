@@ -105,7 +105,7 @@ int addressOf(Device& device, sg_scsi_id& id) {
 }
 
 struct LunAddress {
-  uint32_t id, hostId;
+  uint32_t id, host_id;
 };
 
 int lunAddressOf(Device& device, LunAddress& address) {

@@ -46,29 +46,29 @@ Function libc(Function /*type*/, const char* name) {
 class ErrnoKept {
  public:
   ErrnoKept() = default;
-  ~ErrnoKept() { errno = before_; }
+  ~ErrnoKept() { errno = m_before; }
   ErrnoKept(const ErrnoKept&) = delete;
   ErrnoKept& operator=(const ErrnoKept&) = delete;
 
  private:
-  int before_ = errno;
+  int m_before = errno;
 };
 
 /// How a path is met while emulation is on.
-enum class Kind { foreign, hidden, device };
+enum class Kind { kForeign, kHidden, kDevice };
 
 struct Place {
-  Kind kind = Kind::foreign;
+  Kind kind = Kind::kForeign;
   std::shared_ptr<Device> device;
 };
 
-enum class Links { followed, kept };
+enum class Links { kFollowed, kKept };
 
 /// The name that a path leads to: /dev/disk/by-id and its like hold links to the drives.
 std::string settled(const char* path, Links links) {
   constexpr int kMostLinks = 40;  // as many as the kernel follows
   std::filesystem::path name = path;
-  for (int i = 0; links == Links::followed && i < kMostLinks; ++i) {
+  for (int i = 0; links == Links::kFollowed && i < kMostLinks; ++i) {
     std::error_code error;
     const std::filesystem::path target = std::filesystem::read_symlink(name, error);
     if (error) {
@@ -79,7 +79,7 @@ std::string settled(const char* path, Links links) {
   return name.lexically_normal();
 }
 
-Place placeOf(const char* path, Links links = Links::followed) {
+Place placeOf(const char* path, Links links = Links::kFollowed) {
   // Most paths are not below /dev: those are told apart without looking further.
   if (DirectCalls::active() || std::string_view(path).substr(0, 5) != "/dev/") {
     return {};
@@ -92,9 +92,9 @@ Place placeOf(const char* path, Links links = Links::followed) {
   }
   const std::string name = settled(path, links);
   if (std::shared_ptr<Device> device = station.byPath(name)) {
-    return {Kind::device, std::move(device)};
+    return {Kind::kDevice, std::move(device)};
   }
-  return {isRecorderName(name) ? Kind::hidden : Kind::foreign, nullptr};
+  return {isRecorderName(name) ? Kind::kHidden : Kind::kForeign, nullptr};
 }
 
 std::shared_ptr<Device> deviceOf(int descriptor) {
@@ -116,8 +116,8 @@ int refusalToOpen(const Device& device, int flags) {
   if (settings.busy) {
     return EBUSY;
   }
-  const bool mediumAwaited = (flags & O_NONBLOCK) == 0;
-  return mediumAwaited && (!device.hasDisc() || device.trayOpen()) ? ENOMEDIUM : 0;
+  const bool medium_awaited = (flags & O_NONBLOCK) == 0;
+  return medium_awaited && (!device.hasDisc() || device.trayOpen()) ? ENOMEDIUM : 0;
 }
 
 bool isDenied(const Device& device) {
@@ -171,14 +171,14 @@ int statDevice(const Device& device, Stat* info) {
 
 /// One stat by path: emulated, hidden or passed on to `next`.
 template <typename Stat, typename Next>
-int statPath(const char* path, Stat* info, Next next, Links links = Links::followed) {
+int statPath(const char* path, Stat* info, Next next, Links links = Links::kFollowed) {
   const Place place = placeOf(path, links);
   switch (place.kind) {
-    case Kind::device:
+    case Kind::kDevice:
       return statDevice(*place.device, info);
-    case Kind::hidden:
+    case Kind::kHidden:
       return fail(ENOENT);
-    case Kind::foreign:
+    case Kind::kForeign:
       break;
   }
   return next();
@@ -194,11 +194,11 @@ template <typename Next>
 int openPath(const char* path, int flags, Next next) {
   const Place place = placeOf(path);
   switch (place.kind) {
-    case Kind::device:
+    case Kind::kDevice:
       return openDevice(place.device, flags);
-    case Kind::hidden:
+    case Kind::kHidden:
       return fail(ENOENT);
-    case Kind::foreign:
+    case Kind::kForeign:
       break;
   }
   return next();
@@ -206,8 +206,8 @@ int openPath(const char* path, int flags, Next next) {
 
 /// The permissions that open was given; none where it makes no file.
 mode_t modeOf(int flags, va_list arguments) {
-  const bool makesFile = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
-  return makesFile ? va_arg(arguments, mode_t) : 0;
+  const bool makes_file = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+  return makes_file ? va_arg(arguments, mode_t) : 0;
 }
 
 }  // namespace
@@ -229,50 +229,50 @@ int __fxstat(int version, int descriptor, struct stat* info) noexcept;
 int __fxstat64(int version, int descriptor, struct stat64* info) noexcept;
 
 int open(const char* path, int flags, ...) {
-  static const auto next = libc(&::open, "open");
+  static const auto kNext = libc(&::open, "open");
   va_list arguments;
   va_start(arguments, flags);
   const mode_t mode = modeOf(flags, arguments);
   va_end(arguments);
-  return openPath(path, flags, [&] { return next(path, flags, mode); });
+  return openPath(path, flags, [&] { return kNext(path, flags, mode); });
 }
 
 int open64(const char* path, int flags, ...) {
-  static const auto next = libc(&::open64, "open64");
+  static const auto kNext = libc(&::open64, "open64");
   va_list arguments;
   va_start(arguments, flags);
   const mode_t mode = modeOf(flags, arguments);
   va_end(arguments);
-  return openPath(path, flags, [&] { return next(path, flags, mode); });
+  return openPath(path, flags, [&] { return kNext(path, flags, mode); });
 }
 
 int __open_2(const char* path, int flags) {
-  static const auto next = libc(&::__open_2, "__open_2");
-  return openPath(path, flags, [&] { return next(path, flags); });
+  static const auto kNext = libc(&::__open_2, "__open_2");
+  return openPath(path, flags, [&] { return kNext(path, flags); });
 }
 
 int __open64_2(const char* path, int flags) {
-  static const auto next = libc(&::__open64_2, "__open64_2");
-  return openPath(path, flags, [&] { return next(path, flags); });
+  static const auto kNext = libc(&::__open64_2, "__open64_2");
+  return openPath(path, flags, [&] { return kNext(path, flags); });
 }
 
 int close(int descriptor) {
-  static const auto next = libc(&::close, "close");
+  static const auto kNext = libc(&::close, "close");
   if (deviceOf(descriptor)) {
     Station::instance().detach(descriptor);
   }
-  return next(descriptor);
+  return kNext(descriptor);
 }
 
 int ioctl(int descriptor, unsigned long request, ...) noexcept {
-  static const auto next = libc(&::ioctl, "ioctl");
+  static const auto kNext = libc(&::ioctl, "ioctl");
   va_list arguments;
   va_start(arguments, request);
   void* argument = va_arg(arguments, void*);
   va_end(arguments);
   const std::shared_ptr<Device> device = deviceOf(descriptor);
   if (!device) {
-    return next(descriptor, request, argument);
+    return kNext(descriptor, request, argument);
   }
   const DirectCalls direct;
   const int before = errno;
@@ -287,82 +287,82 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
 }
 
 int access(const char* path, int mode) noexcept {
-  static const auto next = libc(&::access, "access");
+  static const auto kNext = libc(&::access, "access");
   const Place place = placeOf(path);
   switch (place.kind) {
-    case Kind::device:
+    case Kind::kDevice:
       return mode != F_OK && isDenied(*place.device) ? fail(EACCES) : 0;
-    case Kind::hidden:
+    case Kind::kHidden:
       return fail(ENOENT);
-    case Kind::foreign:
+    case Kind::kForeign:
       break;
   }
-  return next(path, mode);
+  return kNext(path, mode);
 }
 
 int stat(const char* path, struct stat* info) noexcept {
-  static const auto next = libc(static_cast<int (*)(const char*, struct stat*)>(&::stat), "stat");
-  return statPath(path, info, [&] { return next(path, info); });
+  static const auto kNext = libc(static_cast<int (*)(const char*, struct stat*)>(&::stat), "stat");
+  return statPath(path, info, [&] { return kNext(path, info); });
 }
 
 int stat64(const char* path, struct stat64* info) noexcept {
-  static const auto next =
+  static const auto kNext =
       libc(static_cast<int (*)(const char*, struct stat64*)>(&::stat64), "stat64");
-  return statPath(path, info, [&] { return next(path, info); });
+  return statPath(path, info, [&] { return kNext(path, info); });
 }
 
 int lstat(const char* path, struct stat* info) noexcept {
-  static const auto next = libc(&::lstat, "lstat");
+  static const auto kNext = libc(&::lstat, "lstat");
   return statPath(
-      path, info, [&] { return next(path, info); }, Links::kept);
+      path, info, [&] { return kNext(path, info); }, Links::kKept);
 }
 
 int lstat64(const char* path, struct stat64* info) noexcept {
-  static const auto next = libc(&::lstat64, "lstat64");
+  static const auto kNext = libc(&::lstat64, "lstat64");
   return statPath(
-      path, info, [&] { return next(path, info); }, Links::kept);
+      path, info, [&] { return kNext(path, info); }, Links::kKept);
 }
 
 int fstat(int descriptor, struct stat* info) noexcept {
-  static const auto next = libc(&::fstat, "fstat");
-  return statDescriptor(descriptor, info, [&] { return next(descriptor, info); });
+  static const auto kNext = libc(&::fstat, "fstat");
+  return statDescriptor(descriptor, info, [&] { return kNext(descriptor, info); });
 }
 
 int fstat64(int descriptor, struct stat64* info) noexcept {
-  static const auto next = libc(&::fstat64, "fstat64");
-  return statDescriptor(descriptor, info, [&] { return next(descriptor, info); });
+  static const auto kNext = libc(&::fstat64, "fstat64");
+  return statDescriptor(descriptor, info, [&] { return kNext(descriptor, info); });
 }
 
 int __xstat(int version, const char* path, struct stat* info) noexcept {
-  static const auto next = libc(&::__xstat, "__xstat");
-  return statPath(path, info, [&] { return next(version, path, info); });
+  static const auto kNext = libc(&::__xstat, "__xstat");
+  return statPath(path, info, [&] { return kNext(version, path, info); });
 }
 
 int __xstat64(int version, const char* path, struct stat64* info) noexcept {
-  static const auto next = libc(&::__xstat64, "__xstat64");
-  return statPath(path, info, [&] { return next(version, path, info); });
+  static const auto kNext = libc(&::__xstat64, "__xstat64");
+  return statPath(path, info, [&] { return kNext(version, path, info); });
 }
 
 int __lxstat(int version, const char* path, struct stat* info) noexcept {
-  static const auto next = libc(&::__lxstat, "__lxstat");
+  static const auto kNext = libc(&::__lxstat, "__lxstat");
   return statPath(
-      path, info, [&] { return next(version, path, info); }, Links::kept);
+      path, info, [&] { return kNext(version, path, info); }, Links::kKept);
 }
 
 int __lxstat64(int version, const char* path, struct stat64* info) noexcept {
-  static const auto next = libc(&::__lxstat64, "__lxstat64");
+  static const auto kNext = libc(&::__lxstat64, "__lxstat64");
   return statPath(
-      path, info, [&] { return next(version, path, info); }, Links::kept);
+      path, info, [&] { return kNext(version, path, info); }, Links::kKept);
 }
 
 int __fxstat(int version, int descriptor, struct stat* info) noexcept {
-  static const auto next = libc(&::__fxstat, "__fxstat");
-  return statDescriptor(descriptor, info, [&] { return next(version, descriptor, info); });
+  static const auto kNext = libc(&::__fxstat, "__fxstat");
+  return statDescriptor(descriptor, info, [&] { return kNext(version, descriptor, info); });
 }
 
 int __fxstat64(int version, int descriptor, struct stat64* info) noexcept {
-  static const auto next = libc(&::__fxstat64, "__fxstat64");
-  return statDescriptor(descriptor, info, [&] { return next(version, descriptor, info); });
+  static const auto kNext = libc(&::__fxstat64, "__fxstat64");
+  return statDescriptor(descriptor, info, [&] { return kNext(version, descriptor, info); });
 }
 
 }  // extern "C"

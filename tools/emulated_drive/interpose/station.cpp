@@ -9,7 +9,7 @@
 namespace velmor::recorder {
 
 namespace {
-thread_local int directCalls = 0;
+thread_local int g_direct_calls = 0;
 
 std::pair<dev_t, ino_t> fileBehind(int descriptor) {
   const DirectCalls direct;
@@ -27,42 +27,43 @@ std::string presentName(const std::string& path) {
 }  // namespace
 
 DirectCalls::DirectCalls() {
-  ++directCalls;
+  ++g_direct_calls;
 }
 DirectCalls::~DirectCalls() {
-  --directCalls;
+  --g_direct_calls;
 }
 bool DirectCalls::active() {
-  return directCalls > 0;
+  return g_direct_calls > 0;
 }
 
 Station& Station::instance() {
-  static Station* const station = new Station;  // outlives every static that may still close a file
-  return *station;
+  static Station* const kStation =
+      new Station;  // outlives every static that may still close a file
+  return *kStation;
 }
 
 void Station::refresh() {
   const char* value = std::getenv(kDirectoryVariable);
   const std::string root = value != nullptr ? value : "";
-  if (root == root_) {
+  if (root == m_root) {
     return;
   }
-  root_ = root;
-  devices_.clear();
+  m_root = root;
+  m_devices.clear();
   if (root.empty()) {
     return;
   }
   int number = 0;
   for (const DriveDirectory& directory : DriveDirectory::all(root)) {
     try {
-      devices_.push_back(std::make_shared<Device>(directory, number));
+      m_devices.push_back(std::make_shared<Device>(directory, number));
       ++number;
     } catch (const std::exception& error) {
       // A library below the program has no other way to speak.
       std::fprintf(stderr, "velmor-recorder: %s\n", error.what());
     }
   }
-  if (devices_.empty()) {
+  if (m_devices.empty()) {
     std::fprintf(stderr,
                  "velmor-recorder: %s holds no drive; \"velmor-recorder create\" makes one\n",
                  root.c_str());
@@ -70,16 +71,16 @@ void Station::refresh() {
 }
 
 bool Station::active() {
-  const std::lock_guard lock(mutex_);
+  const std::lock_guard lock(m_mutex);
   refresh();
-  return !root_.empty();
+  return !m_root.empty();
 }
 
 std::shared_ptr<Device> Station::byPath(const std::string& path) {
-  const std::lock_guard lock(mutex_);
+  const std::lock_guard lock(m_mutex);
   refresh();
   const std::string name = presentName(path);
-  for (const std::shared_ptr<Device>& device : devices_) {
+  for (const std::shared_ptr<Device>& device : m_devices) {
     if (device->path() == name) {
       return device;
     }
@@ -88,28 +89,28 @@ std::shared_ptr<Device> Station::byPath(const std::string& path) {
 }
 
 std::shared_ptr<Device> Station::byDescriptor(int descriptor) {
-  const std::lock_guard lock(mutex_);
-  const auto found = open_.find(descriptor);
-  if (found == open_.end()) {
+  const std::lock_guard lock(m_mutex);
+  const auto found = m_open.find(descriptor);
+  if (found == m_open.end()) {
     return nullptr;
   }
   // A stream closes its descriptor inside libc, where nobody sees it; the number may since lead to
   // another file.
   if (fileBehind(descriptor) != found->second.door) {
-    open_.erase(found);
+    m_open.erase(found);
     return nullptr;
   }
   return found->second.device;
 }
 
 void Station::attach(int descriptor, std::shared_ptr<Device> device) {
-  const std::lock_guard lock(mutex_);
-  open_[descriptor] = {std::move(device), fileBehind(descriptor)};
+  const std::lock_guard lock(m_mutex);
+  m_open[descriptor] = {std::move(device), fileBehind(descriptor)};
 }
 
 void Station::detach(int descriptor) {
-  const std::lock_guard lock(mutex_);
-  open_.erase(descriptor);
+  const std::lock_guard lock(m_mutex);
+  m_open.erase(descriptor);
 }
 
 bool isRecorderName(const std::string& path) {

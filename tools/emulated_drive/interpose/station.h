@@ -51,10 +51,10 @@ class Station {
   Station() = default;
   void refresh();  // with the mutex held
 
-  std::mutex mutex_;
-  std::string root_;
-  std::vector<std::shared_ptr<Device>> devices_;
-  std::map<int, Held> open_;
+  std::mutex m_mutex;
+  std::string m_root;
+  std::vector<std::shared_ptr<Device>> m_devices;
+  std::map<int, Held> m_open;
 };
 
 /// Names of optical and generic SCSI devices. While emulation is on, the real ones are hidden: no

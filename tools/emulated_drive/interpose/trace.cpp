@@ -22,12 +22,12 @@ std::string hex(ByteView bytes) {
 
 }  // namespace
 
-void trace(const std::string& device, ByteView cdb, std::size_t bytesOut, const Reply& reply) {
+void trace(const std::string& device, ByteView cdb, std::size_t bytes_out, const Reply& reply) {
   const char* file = std::getenv(kTraceVariable);
   if (file == nullptr || *file == '\0') {
     return;
   }
-  std::string line = device + ": " + hex(cdb) + " out " + std::to_string(bytesOut) + " in " +
+  std::string line = device + ": " + hex(cdb) + " out " + std::to_string(bytes_out) + " in " +
                      std::to_string(reply.data.size());
   if (reply.sense) {
     char sense[24];

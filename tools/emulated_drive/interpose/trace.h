@@ -9,6 +9,6 @@ namespace velmor::recorder {
 inline constexpr const char* kTraceVariable = "VELMOR_RECORDER_TRACE";
 
 /// One line: device, command block, bytes out and in, sense data.
-void trace(const std::string& device, ByteView cdb, std::size_t bytesOut, const Reply& reply);
+void trace(const std::string& device, ByteView cdb, std::size_t bytes_out, const Reply& reply);
 
 }  // namespace velmor::recorder

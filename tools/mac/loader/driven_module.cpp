@@ -15,37 +15,37 @@ namespace {
 
 void* resolve(const std::string& library, const std::string& symbol) {
   if (library.ends_with("/libSystem.B.dylib") || library.ends_with("/libc++.1.dylib")) {
-    return loader::SystemSymbol(symbol);
+    return loader::systemSymbol(symbol);
   }
   if (library.ends_with("/libobjc.A.dylib") && !symbol.starts_with("_OBJC_")) {
-    return loader::RuntimeSymbol(symbol);
+    return loader::runtimeSymbol(symbol);
   }
-  return loader::FrameworkSymbol(symbol);
+  return loader::frameworkSymbol(symbol);
 }
 
 /// Maps the dylib when this library is loaded and lets go of it when it is unloaded.
 class DrivenModule {
  public:
   DrivenModule() {
-    loader::InstancesAlive();  // its count must outlive this object
+    loader::instancesAlive();  // its count must outlive this object
     try {
-      image_ = std::make_unique<loader::DylibImage>(VELMOR_DYLIB, &resolve);
-      image_->RunInitialisers();
+      m_image = std::make_unique<loader::DylibImage>(VELMOR_DYLIB, &resolve);
+      m_image->runInitialisers();
     } catch (const std::exception& error) {
       fprintf(stderr, "cannot load the dylib: %s\n", error.what());
       abort();
     }
   }
   ~DrivenModule() {
-    if (loader::InstancesAlive() != 0) {
-      fprintf(stderr, "the dylib left %d objects behind\n", loader::InstancesAlive());
+    if (loader::instancesAlive() != 0) {
+      fprintf(stderr, "the dylib left %d objects behind\n", loader::instancesAlive());
       abort();
     }
   }
 
   template <class Function>
-  Function* Export(const char* name) const {
-    void* const address = image_->Export(name);
+  Function* findExport(const char* name) const {
+    void* const address = m_image->findExport(name);
     if (!address) {
       fprintf(stderr, "the dylib exports no %s\n", name);
       abort();
@@ -54,12 +54,12 @@ class DrivenModule {
   }
 
  private:
-  std::unique_ptr<loader::DylibImage> image_;
+  std::unique_ptr<loader::DylibImage> m_image;
 };
 
 const DrivenModule& theModule() {
-  static const DrivenModule module;
-  return module;
+  static const DrivenModule kModule;
+  return kModule;
 }
 
 __attribute__((constructor)) void loadWithThisLibrary() {
@@ -69,9 +69,9 @@ __attribute__((constructor)) void loadWithThisLibrary() {
 }  // namespace
 
 int VelmorPluginEntry(HINSTANCE instance, velmor_plugin_info_t* info) {
-  return theModule().Export<decltype(VelmorPluginEntry)>("_VelmorPluginEntry")(instance, info);
+  return theModule().findExport<decltype(VelmorPluginEntry)>("_VelmorPluginEntry")(instance, info);
 }
 
 int QUELM_dllMain() {
-  return theModule().Export<decltype(QUELM_dllMain)>("_QUELM_dllMain")();
+  return theModule().findExport<decltype(QUELM_dllMain)>("_QUELM_dllMain")();
 }

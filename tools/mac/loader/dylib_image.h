@@ -22,21 +22,21 @@ class DylibImage {
   DylibImage(const DylibImage&) = delete;
   DylibImage& operator=(const DylibImage&) = delete;
 
-  void RunInitialisers() const;
+  void runInitialisers() const;
   /// Null when the file exports no such symbol.
-  void* Export(const std::string& name) const;
-  bool Holds(const void* address) const;
+  void* findExport(const std::string& name) const;
+  bool holds(const void* address) const;
 
  private:
-  void Map();
-  void Rebase();
-  void Bind(const Resolver& resolve);
-  void Protect();
-  char* At(uint64_t address) const { return base_ + address; }
+  void map();
+  void rebase();
+  void bind(const Resolver& resolve);
+  void protect();
+  char* at(uint64_t address) const { return m_base + address; }
 
-  macho::MachOFile file_;
-  char* base_ = nullptr;  ///< where address 0 of the file is
-  size_t size_ = 0;
+  macho::MachOFile m_file;
+  char* m_base = nullptr;  ///< where address 0 of the file is
+  size_t m_size = 0;
 };
 
 }  // namespace loader

@@ -35,7 +35,7 @@ void log(const ConstantString* format, const char* line) {
 }
 
 Object* makeCollection(void* receiver, Selector /*selector*/) {
-  return NewObject(static_cast<ToyClass*>(receiver)->name);
+  return newObject(static_cast<ToyClass*>(receiver)->name);
 }
 Object* makeArray(void* receiver, Selector selector, unsigned long /*capacity*/) {
   return makeCollection(receiver, selector);
@@ -59,7 +59,7 @@ void* objectForKey(Object* dictionary, Selector /*selector*/, const Object* key)
   return nullptr;
 }
 Object* numberWithInt(void* /*receiver*/, Selector /*selector*/, int value) {
-  Object* const number = NewObject("NSNumber");
+  Object* const number = newObject("NSNumber");
   number->number = value;
   return number;
 }
@@ -74,7 +74,7 @@ const char* utf8String(Object* text, Selector /*selector*/) {
 Object** constant(const std::string& name) {
   static std::map<std::string, Object*> variables;
   Object*& variable = variables[name];
-  variable = NewObject("NSString");
+  variable = newObject("NSString");
   variable->text = name;
   return &variable;
 }
@@ -103,7 +103,7 @@ Object* deviceFor(void* handle) {
   static std::map<void*, Object*> devices;
   Object*& device = devices[handle];
   if (!device) {
-    device = NewObject("DRDevice");
+    device = newObject("DRDevice");
     device->handle = handle;
   }
   return device;
@@ -112,7 +112,7 @@ Object* deviceFor(void* handle) {
 Object* devices(void* /*receiver*/, Selector /*selector*/) {
   DiscRecordingService* const service = theService();
   if (!service) return nullptr;
-  Object* const list = NewObject("NSMutableArray");
+  Object* const list = newObject("NSMutableArray");
   for (int i = 0; i < service->DeviceCount(); ++i) {
     if (void* handle = service->DeviceAt(i)) list->items.push_back(deviceFor(handle));
   }
@@ -120,12 +120,12 @@ Object* devices(void* /*receiver*/, Selector /*selector*/) {
 }
 void addName(Object* info, const char* key, const char* name) {
   if (!name) return;
-  Object* const text = NewObject("NSString");
+  Object* const text = newObject("NSString");
   text->text = name;
-  info->entries.emplace_back(*static_cast<Object**>(FrameworkSymbol(key)), text);
+  info->entries.emplace_back(*static_cast<Object**>(frameworkSymbol(key)), text);
 }
 Object* deviceInfo(Object* device, Selector /*selector*/) {
-  Object* const info = NewObject("NSMutableDictionary");
+  Object* const info = newObject("NSMutableDictionary");
   addName(info, "_DRDeviceVendorNameKey", theService()->VendorName(device->handle));
   addName(info, "_DRDeviceProductNameKey", theService()->ProductName(device->handle));
   return info;
@@ -142,7 +142,7 @@ void giveBack(Object* device, Selector /*selector*/) {
 Object* burnForDevice(void* /*receiver*/, Selector /*selector*/, Object* device) {
   void* const handle = theService()->BurnForDevice(device->handle);
   if (!handle) return nullptr;
-  Object* const burn = NewObject("DRBurn");
+  Object* const burn = newObject("DRBurn");
   burn->handle = handle;
   return burn;
 }
@@ -161,7 +161,7 @@ void setBurnProperties(Object* burn, Selector /*selector*/, const Object* values
   theService()->SetProperties(burn->handle, &properties);
 }
 Object* initWithProducer(Object* track, Selector /*selector*/, void* producer) {
-  track->handle = Send<void*>(producer, "retain");
+  track->handle = send<void*>(producer, "retain");
   return track;
 }
 void setTrackProperties(Object* track, Selector /*selector*/, Object* values) {
@@ -174,39 +174,39 @@ class MessagingProducer final : public DiscTrackProducer {
   explicit MessagingProducer(void* producer) : m_producer(producer) {}
 
   uint64_t EstimateLengthOfTrack() override {
-    return Send<uint64_t, void*>(m_producer, "estimateLengthOfTrack:", nullptr);
+    return send<uint64_t, void*>(m_producer, "estimateLengthOfTrack:", nullptr);
   }
   bool PrepareTrack() override {
-    return Send<Bool, void*, void*, void*>(m_producer, "prepareTrack:forBurn:toMedia:", nullptr,
+    return send<Bool, void*, void*, void*>(m_producer, "prepareTrack:forBurn:toMedia:", nullptr,
                                            nullptr, nullptr) != 0;
   }
   void CleanupTrackAfterBurn() override {
-    Send<void, void*>(m_producer, "cleanupTrackAfterBurn:", nullptr);
+    send<void, void*>(m_producer, "cleanupTrackAfterBurn:", nullptr);
   }
   uint32_t ProducePreGap(void* buffer, uint32_t length) override {
-    return Transfer<uint32_t>("producePreGapForTrack:intoBuffer:", buffer, length);
+    return transfer<uint32_t>("producePreGapForTrack:intoBuffer:", buffer, length);
   }
   uint32_t ProduceData(void* buffer, uint32_t length) override {
-    return Transfer<uint32_t>("produceDataForTrack:intoBuffer:", buffer, length);
+    return transfer<uint32_t>("produceDataForTrack:intoBuffer:", buffer, length);
   }
   bool PrepareTrackForVerification() override {
-    return Send<Bool, void*>(m_producer, "prepareTrackForVerification:", nullptr) != 0;
+    return send<Bool, void*>(m_producer, "prepareTrackForVerification:", nullptr) != 0;
   }
   bool VerifyPreGap(const void* buffer, uint32_t length) override {
-    return Transfer<Bool>("verifyPreGapForTrack:inBuffer:", buffer, length) != 0;
+    return transfer<Bool>("verifyPreGapForTrack:inBuffer:", buffer, length) != 0;
   }
   bool VerifyData(const void* buffer, uint32_t length) override {
-    return Transfer<Bool>("verifyDataForTrack:inBuffer:", buffer, length) != 0;
+    return transfer<Bool>("verifyDataForTrack:inBuffer:", buffer, length) != 0;
   }
   bool CleanupTrackAfterVerification() override {
-    return Send<Bool, void*>(m_producer, "cleanupTrackAfterVerification:", nullptr) != 0;
+    return send<Bool, void*>(m_producer, "cleanupTrackAfterVerification:", nullptr) != 0;
   }
 
  private:
   template <class Result, class Buffer>
-  Result Transfer(const std::string& start, Buffer* buffer, uint32_t length) {
+  Result transfer(const std::string& start, Buffer* buffer, uint32_t length) {
     uint32_t flags = 0;
-    return Send<Result, void*, Buffer*, uint32_t, uint64_t, uint32_t, uint32_t*>(
+    return send<Result, void*, Buffer*, uint32_t, uint64_t, uint32_t, uint32_t*>(
         m_producer, (start + "length:atAddress:blockSize:ioFlags:").c_str(), nullptr, buffer,
         length, 0, 2352, &flags);
   }
@@ -229,7 +229,7 @@ DiscTrack trackOf(const Object* track, DiscTrackProducer* producer) {
 // ---- The panel and the application
 
 Object* progressPanel(void* /*receiver*/, Selector /*selector*/) {
-  return NewObject("DRBurnProgressPanel");
+  return newObject("DRBurnProgressPanel");
 }
 void setDelegate(Object* window, Selector /*selector*/, void* delegate) {
   window->handle = delegate;
@@ -252,10 +252,10 @@ void burn(Object* panel) {
   theService()->RunProgressPanel(burn_object->handle, tracks.empty() ? nullptr : tracks.data(),
                                  static_cast<int>(tracks.size()));
   for (void* item : layout->items) {
-    Send<void>(static_cast<const Object*>(item)->handle, "release");
+    send<void>(static_cast<const Object*>(item)->handle, "release");
   }
-  Send<Bool, void*, void*>(panel->handle, "burnProgressPanel:burnDidFinish:", panel, nullptr);
-  Send<void, void*>(panel->handle, "burnProgressPanelDidFinish:", nullptr);
+  send<Bool, void*, void*>(panel->handle, "burnProgressPanel:burnDidFinish:", panel, nullptr);
+  send<void, void*>(panel->handle, "burnProgressPanelDidFinish:", nullptr);
 }
 
 constexpr long kStopped = -1000;
@@ -290,35 +290,35 @@ void* method(Function* function) {
 }
 
 void describeClasses() {
-  FindToyClass("NSString")->methods = {{"UTF8String", method(utf8String)}};
-  FindToyClass("NSNumber")->class_methods = {{"numberWithInt:", method(numberWithInt)},
+  findToyClass("NSString")->methods = {{"UTF8String", method(utf8String)}};
+  findToyClass("NSNumber")->class_methods = {{"numberWithInt:", method(numberWithInt)},
                                              {"numberWithBool:", method(numberWithBool)}};
-  ToyClass* const array = FindToyClass("NSMutableArray");
+  ToyClass* const array = findToyClass("NSMutableArray");
   array->class_methods = {{"arrayWithCapacity:", method(makeArray)}};
   array->methods = {{"addObject:", method(addObject)},
                     {"count", method(count)},
                     {"objectAtIndex:", method(objectAtIndex)}};
-  ToyClass* const dictionary = FindToyClass("NSMutableDictionary");
+  ToyClass* const dictionary = findToyClass("NSMutableDictionary");
   dictionary->class_methods = {{"dictionary", method(makeCollection)}};
   dictionary->methods = {{"setObject:forKey:", method(setObject)},
                          {"objectForKey:", method(objectForKey)}};
-  FindToyClass("NSApplication")->methods = {{"delegate", method(applicationDelegate)},
+  findToyClass("NSApplication")->methods = {{"delegate", method(applicationDelegate)},
                                             {"isActive", method(isActive)},
                                             {"runModalForWindow:", method(runModal)},
                                             {"stopModal", method(stopModal)}};
-  FindToyClass("HostDelegate")->methods = {{"quelmGetAPPAPIFunc", method(provideWindowing)}};
-  ToyClass* const device = FindToyClass("DRDevice");
+  findToyClass("HostDelegate")->methods = {{"quelmGetAPPAPIFunc", method(provideWindowing)}};
+  ToyClass* const device = findToyClass("DRDevice");
   device->class_methods = {{"devices", method(devices)}};
   device->methods = {{"info", method(deviceInfo)},
                      {"isValid", method(isValid)},
                      {"acquireExclusiveAccess", method(acquire)},
                      {"releaseExclusiveAccess", method(giveBack)}};
-  ToyClass* const burn_class = FindToyClass("DRBurn");
+  ToyClass* const burn_class = findToyClass("DRBurn");
   burn_class->class_methods = {{"burnForDevice:", method(burnForDevice)}};
   burn_class->methods = {{"setProperties:", method(setBurnProperties)}};
-  FindToyClass("DRTrack")->methods = {{"initWithProducer:", method(initWithProducer)},
+  findToyClass("DRTrack")->methods = {{"initWithProducer:", method(initWithProducer)},
                                       {"setProperties:", method(setTrackProperties)}};
-  ToyClass* const panel = FindToyClass("DRBurnProgressPanel");
+  ToyClass* const panel = findToyClass("DRBurnProgressPanel");
   panel->class_methods = {{"progressPanel", method(progressPanel)}};
   panel->methods = {{"setDelegate:", method(setDelegate)},
                     {"setVerboseProgressStatus:", method(setVerbose)},
@@ -327,25 +327,25 @@ void describeClasses() {
 
 Object** theApplication() {
   static Object* application;
-  application = NewObject("NSApplication");
-  application->handle = NewObject("HostDelegate");
+  application = newObject("NSApplication");
+  application->handle = newObject("HostDelegate");
   return &application;
 }
 
 }  // namespace
 
-void* FrameworkSymbol(const std::string& symbol) {
-  static const bool described = (describeClasses(), true);
+void* frameworkSymbol(const std::string& symbol) {
+  static const bool kDescribed = (describeClasses(), true);
   static std::map<std::string, void*> known;
   void*& address = known[symbol];
-  if (address || !described) return address;
+  if (address || !kDescribed) return address;
   for (const char* prefix : {"_OBJC_CLASS_$_", "_OBJC_METACLASS_$_"}) {
     if (symbol.starts_with(prefix)) {
       const std::string name = symbol.substr(strlen(prefix));
-      return address = FindToyClass(prefix[6] == 'M' ? "meta " + name : name);
+      return address = findToyClass(prefix[6] == 'M' ? "meta " + name : name);
     }
   }
-  if (symbol == "___CFConstantStringClassReference") return address = FindToyClass("NSString");
+  if (symbol == "___CFConstantStringClassReference") return address = findToyClass("NSString");
   if (symbol == "_NSLog") return address = method(log);
   if (symbol == "_NSApp") return address = theApplication();
   if (symbol.starts_with("_DR")) return address = constant(symbol.substr(1));

@@ -9,6 +9,6 @@ namespace loader {
 
 /// Classes, constants and functions of Cocoa and DiscRecording; null when there is none of that
 /// name.
-void* FrameworkSymbol(const std::string& symbol);
+void* frameworkSymbol(const std::string& symbol);
 
 }  // namespace loader

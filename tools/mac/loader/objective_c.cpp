@@ -72,7 +72,7 @@ void* lookUp(void* receiver, const char* selector) {
   memcpy(&isa, receiver, sizeof isa);
   if (const ToyClass* toy = asToyClass(isa)) {
     if (void* method = methodOf(toy->methods, selector)) return method;
-    return methodOf(FindToyClass("NSObject")->methods, selector);
+    return methodOf(findToyClass("NSObject")->methods, selector);
   }
   return methodOfDylibClass(static_cast<DylibClass*>(isa), selector);
 }
@@ -86,7 +86,7 @@ signed char responds(void* receiver, const char* /*selector*/, const char* wante
 }
 
 void* allocate(void* wanted) {
-  if (const ToyClass* toy = asToyClass(wanted)) return NewObject(toy->name);
+  if (const ToyClass* toy = asToyClass(wanted)) return newObject(toy->name);
   auto* const dylib_class = static_cast<DylibClass*>(wanted);
   void* const instance = calloc(1, dylib_class->constants->instance_size);
   memcpy(instance, &wanted, sizeof wanted);
@@ -113,7 +113,7 @@ void releaseMessage(void* object, const char* /*selector*/) {
 
 }  // namespace
 
-ToyClass* FindToyClass(const std::string& name) {
+ToyClass* findToyClass(const std::string& name) {
   std::unique_ptr<ToyClass>& toy = toyClasses()[name];
   if (!toy) {
     toy = std::make_unique<ToyClass>();
@@ -128,25 +128,25 @@ ToyClass* FindToyClass(const std::string& name) {
   return toy.get();
 }
 
-Object* NewObject(const std::string& class_name) {
+Object* newObject(const std::string& class_name) {
   objects().push_back(std::make_unique<Object>());
-  objects().back()->isa = FindToyClass(class_name);
+  objects().back()->isa = findToyClass(class_name);
   return objects().back().get();
 }
 
-void* FindMethod(void* receiver, const char* selector) {
+void* findMethod(void* receiver, const char* selector) {
   if (void* method = lookUp(receiver, selector)) return method;
   fprintf(stderr, "the dylib sends %s to an object that does not answer it\n", selector);
   abort();
 }
 
-int InstancesAlive() {
+int instancesAlive() {
   return static_cast<int>(instances().size());
 }
 
 extern "C" void* loaderFindMethod(void* receiver, const char* selector);
 void* loaderFindMethod(void* receiver, const char* selector) {
-  return FindMethod(receiver, selector);
+  return findMethod(receiver, selector);
 }
 
 extern "C" void loaderSendMessage();
@@ -182,7 +182,7 @@ __asm__(
     "  ret\n"
     ".size loaderSendMessage, . - loaderSendMessage\n");
 
-void* RuntimeSymbol(const std::string& symbol) {
+void* runtimeSymbol(const std::string& symbol) {
   static void* empty_cache[2];
   if (symbol == "_objc_msgSend") return reinterpret_cast<void*>(&loaderSendMessage);
   if (symbol == "_objc_alloc") return reinterpret_cast<void*>(&allocate);

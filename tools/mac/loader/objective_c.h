@@ -30,23 +30,23 @@ struct Object {
 };
 
 /// The toy class of that name, made when it is asked for first.
-ToyClass* FindToyClass(const std::string& name);
+ToyClass* findToyClass(const std::string& name);
 /// Lives as long as the runtime.
-Object* NewObject(const std::string& class_name);
+Object* newObject(const std::string& class_name);
 
 /// The function that answers `selector`; ends the process, saying so, when nothing does.
-void* FindMethod(void* receiver, const char* selector);
+void* findMethod(void* receiver, const char* selector);
 
 template <class Result, class... Arguments>
-Result Send(void* receiver, const char* selector, Arguments... arguments) {
+Result send(void* receiver, const char* selector, Arguments... arguments) {
   const auto method = reinterpret_cast<Result (*)(void*, const char*, Arguments...)>(
-      FindMethod(receiver, selector));
+      findMethod(receiver, selector));
   return method(receiver, selector, arguments...);
 }
 
 /// libobjc's functions; null when there is none of that name.
-void* RuntimeSymbol(const std::string& symbol);
+void* runtimeSymbol(const std::string& symbol);
 /// Instances of the dylib's own classes that are alive.
-int InstancesAlive();
+int instancesAlive();
 
 }  // namespace loader

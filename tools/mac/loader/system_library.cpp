@@ -125,7 +125,7 @@ void* addressOf(Function* function) {
 
 }  // namespace
 
-void* SystemSymbol(const std::string& symbol) {
+void* systemSymbol(const std::string& symbol) {
   static const std::map<std::string, void*> kTranslated = {
       {"_open", addressOf(openFile)},
       {"_fstat$INODE64", addressOf(fileStatus)},

@@ -7,6 +7,6 @@ namespace loader {
 
 /// Null when there is no such function. What differs between the systems (flags, error numbers,
 /// records) is translated; everything else is Linux's own.
-void* SystemSymbol(const std::string& symbol);
+void* systemSymbol(const std::string& symbol);
 
 }  // namespace loader

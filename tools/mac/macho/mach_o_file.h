@@ -50,19 +50,19 @@ class MachOFile {
   std::map<std::string, uint64_t> exports;
   std::map<uint64_t, std::vector<std::string>> symbols;  ///< those defined in the file
 
-  size_t size() const { return bytes_.size(); }
-  const char* data() const { return bytes_.data(); }
+  size_t size() const { return m_bytes.size(); }
+  const char* data() const { return m_bytes.data(); }
   /// The bytes at an address; throws when fewer than `count` of them come from the file.
-  const char* At(uint64_t address, size_t count) const;
-  uint64_t Word(uint64_t address) const;
-  uint32_t HalfWord(uint64_t address) const;
-  std::string Text(uint64_t address) const;
+  const char* at(uint64_t address, size_t count) const;
+  uint64_t word(uint64_t address) const;
+  uint32_t halfWord(uint64_t address) const;
+  std::string text(uint64_t address) const;
   /// Null when there is no such section.
-  const Section* FindSection(const std::string& segment, const std::string& name) const;
+  const Section* findSection(const std::string& segment, const std::string& name) const;
 
  private:
   friend class Reader;
-  std::string bytes_;
+  std::string m_bytes;
 };
 
 }  // namespace macho

@@ -24,24 +24,24 @@ uint64_t segmentAddress(const std::vector<Segment>& segments, unsigned index) {
 
 }  // namespace
 
-uint8_t Opcodes::Byte() {
-  if (at_ >= size_) throw std::runtime_error("a loader table breaks off");
-  return static_cast<uint8_t>(data_[at_++]);
+uint8_t Opcodes::readByte() {
+  if (m_at >= m_size) throw std::runtime_error("a loader table breaks off");
+  return static_cast<uint8_t>(m_data[m_at++]);
 }
 
-uint64_t Opcodes::Unsigned() {
+uint64_t Opcodes::readUnsigned() {
   uint64_t value = 0;
   for (unsigned shift = 0;; shift += 7) {
-    const uint8_t byte = Byte();
+    const uint8_t byte = readByte();
     if (shift < 64) value |= uint64_t{byte & 0x7FU} << shift;
     if ((byte & 0x80U) == 0) return value;
   }
 }
 
-int64_t Opcodes::Signed() {
+int64_t Opcodes::readSigned() {
   uint64_t value = 0;
   for (unsigned shift = 0;;) {
-    const uint8_t byte = Byte();
+    const uint8_t byte = readByte();
     if (shift < 64) value |= uint64_t{byte & 0x7FU} << shift;
     shift += 7;
     if ((byte & 0x80U) != 0) continue;
@@ -50,13 +50,13 @@ int64_t Opcodes::Signed() {
   }
 }
 
-std::string Opcodes::Text() {
+std::string Opcodes::readText() {
   std::string text;
-  for (uint8_t byte; (byte = Byte()) != 0;) text.push_back(static_cast<char>(byte));
+  for (uint8_t byte; (byte = readByte()) != 0;) text.push_back(static_cast<char>(byte));
   return text;
 }
 
-std::vector<uint64_t> ReadRebases(Opcodes stream, const std::vector<Segment>& segments) {
+std::vector<uint64_t> readRebases(Opcodes stream, const std::vector<Segment>& segments) {
   std::vector<uint64_t> addresses;
   uint64_t address = 0;
   const auto rebase = [&](uint64_t times, uint64_t skip) {
@@ -65,8 +65,8 @@ std::vector<uint64_t> ReadRebases(Opcodes stream, const std::vector<Segment>& se
       address += kPointer + skip;
     }
   };
-  while (!stream.AtEnd()) {
-    const unsigned byte = stream.Byte();
+  while (!stream.atEnd()) {
+    const unsigned byte = stream.readByte();
     const unsigned immediate = byte & kImmediateMask;
     switch (byte & kOpcodeMask) {
       case 0x00:
@@ -74,10 +74,10 @@ std::vector<uint64_t> ReadRebases(Opcodes stream, const std::vector<Segment>& se
       case 0x10:
         break;  // the type: pointers, the only one on x86-64
       case 0x20:
-        address = segmentAddress(segments, immediate) + stream.Unsigned();
+        address = segmentAddress(segments, immediate) + stream.readUnsigned();
         break;
       case 0x30:
-        address += stream.Unsigned();
+        address += stream.readUnsigned();
         break;
       case 0x40:
         address += immediate * kPointer;
@@ -86,14 +86,14 @@ std::vector<uint64_t> ReadRebases(Opcodes stream, const std::vector<Segment>& se
         rebase(immediate, 0);
         break;
       case 0x60:
-        rebase(stream.Unsigned(), 0);
+        rebase(stream.readUnsigned(), 0);
         break;
       case 0x70:
-        rebase(1, stream.Unsigned());
+        rebase(1, stream.readUnsigned());
         break;
       case 0x80: {
-        const uint64_t times = stream.Unsigned();
-        rebase(times, stream.Unsigned());
+        const uint64_t times = stream.readUnsigned();
+        rebase(times, stream.readUnsigned());
         break;
       }
       default:
@@ -103,11 +103,11 @@ std::vector<uint64_t> ReadRebases(Opcodes stream, const std::vector<Segment>& se
   return addresses;
 }
 
-std::vector<Binding> ReadBindings(Opcodes stream, const MachOFile& file, bool lazy) {
+std::vector<Binding> readBindings(Opcodes stream, const MachOFile& file, bool lazy) {
   std::vector<Binding> bindings;
   Binding next;
   next.lazy = lazy;
-  const auto setLibrary = [&](uint64_t ordinal) {
+  const auto set_library = [&](uint64_t ordinal) {
     if (ordinal == 0 || ordinal > file.libraries.size()) {
       throw std::runtime_error(next.symbol + " is bound to no library of the file");
     }
@@ -119,45 +119,45 @@ std::vector<Binding> ReadBindings(Opcodes stream, const MachOFile& file, bool la
       next.address += kPointer + skip;
     }
   };
-  while (!stream.AtEnd()) {
-    const unsigned byte = stream.Byte();
+  while (!stream.atEnd()) {
+    const unsigned byte = stream.readByte();
     const unsigned immediate = byte & kImmediateMask;
     switch (byte & kOpcodeMask) {
       case 0x00:
         if (!lazy) return bindings;
         break;
       case 0x10:
-        setLibrary(immediate);
+        set_library(immediate);
         break;
       case 0x20:
-        setLibrary(stream.Unsigned());
+        set_library(stream.readUnsigned());
         break;
       case 0x40:
-        next.symbol = stream.Text();
+        next.symbol = stream.readText();
         break;
       case 0x50:
         break;  // the type: pointers
       case 0x60:
-        next.addend = stream.Signed();
+        next.addend = stream.readSigned();
         break;
       case 0x70:
-        next.address = segmentAddress(file.segments, immediate) + stream.Unsigned();
+        next.address = segmentAddress(file.segments, immediate) + stream.readUnsigned();
         break;
       case 0x80:
-        next.address += stream.Unsigned();
+        next.address += stream.readUnsigned();
         break;
       case 0x90:
         bind(1, 0);
         break;
       case 0xA0:
-        bind(1, stream.Unsigned());
+        bind(1, stream.readUnsigned());
         break;
       case 0xB0:
         bind(1, immediate * kPointer);
         break;
       case 0xC0: {
-        const uint64_t times = stream.Unsigned();
-        bind(times, stream.Unsigned());
+        const uint64_t times = stream.readUnsigned();
+        bind(times, stream.readUnsigned());
         break;
       }
       default:  // 0x30, too: a special library (flat look-up), which the module must not use
@@ -167,7 +167,7 @@ std::vector<Binding> ReadBindings(Opcodes stream, const MachOFile& file, bool la
   return bindings;
 }
 
-std::map<std::string, uint64_t> ReadExports(Opcodes trie) {
+std::map<std::string, uint64_t> readExports(Opcodes trie) {
   std::map<std::string, uint64_t> exports;
   struct Node {
     size_t offset;
@@ -178,17 +178,17 @@ std::map<std::string, uint64_t> ReadExports(Opcodes trie) {
     if (visited > 10000) throw std::runtime_error("the export trie does not end");
     const Node node = pending.back();
     pending.pop_back();
-    trie.GoTo(node.offset);
-    const uint64_t payload = trie.Unsigned();
-    const size_t children = trie.Offset() + payload;
+    trie.goTo(node.offset);
+    const uint64_t payload = trie.readUnsigned();
+    const size_t children = trie.offset() + payload;
     if (payload > 0) {
-      if (trie.Unsigned() != 0) throw std::runtime_error(node.prefix + ": not a plain export");
-      exports[node.prefix] = trie.Unsigned();
+      if (trie.readUnsigned() != 0) throw std::runtime_error(node.prefix + ": not a plain export");
+      exports[node.prefix] = trie.readUnsigned();
     }
-    trie.GoTo(children);
-    for (unsigned count = trie.Byte(); count > 0; --count) {
-      std::string prefix = node.prefix + trie.Text();
-      pending.push_back({static_cast<size_t>(trie.Unsigned()), std::move(prefix)});
+    trie.goTo(children);
+    for (unsigned count = trie.readByte(); count > 0; --count) {
+      std::string prefix = node.prefix + trie.readText();
+      pending.push_back({static_cast<size_t>(trie.readUnsigned()), std::move(prefix)});
     }
   }
   return exports;

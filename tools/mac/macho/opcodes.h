@@ -15,26 +15,26 @@ struct Segment;
 /// One table's bytes, read in order; every read past its end throws `std::runtime_error`.
 class Opcodes {
  public:
-  Opcodes(const char* data, size_t size) : data_(data), size_(size) {}
+  Opcodes(const char* data, size_t size) : m_data(data), m_size(size) {}
 
-  bool AtEnd() const { return at_ >= size_; }
-  void GoTo(size_t offset) { at_ = offset; }
-  size_t Offset() const { return at_; }
-  uint8_t Byte();
+  bool atEnd() const { return m_at >= m_size; }
+  void goTo(size_t offset) { m_at = offset; }
+  size_t offset() const { return m_at; }
+  uint8_t readByte();
   /// A little-endian base-128 number.
-  uint64_t Unsigned();
-  int64_t Signed();
-  std::string Text();
+  uint64_t readUnsigned();
+  int64_t readSigned();
+  std::string readText();
 
  private:
-  const char* data_;
-  size_t size_;
-  size_t at_ = 0;
+  const char* m_data;
+  size_t m_size;
+  size_t m_at = 0;
 };
 
-std::vector<uint64_t> ReadRebases(Opcodes stream, const std::vector<Segment>& segments);
+std::vector<uint64_t> readRebases(Opcodes stream, const std::vector<Segment>& segments);
 /// `lazy`: the table of the stubs, where an end mark follows each entry.
-std::vector<Binding> ReadBindings(Opcodes stream, const MachOFile& file, bool lazy);
-std::map<std::string, uint64_t> ReadExports(Opcodes trie);
+std::vector<Binding> readBindings(Opcodes stream, const MachOFile& file, bool lazy);
+std::map<std::string, uint64_t> readExports(Opcodes trie);
 
 }  // namespace macho

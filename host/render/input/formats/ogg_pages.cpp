@@ -44,7 +44,7 @@ std::optional<OggPage> OggPages::next() {
   const size_t count = static_cast<unsigned char>(header[kCountAt]);
   const int64_t lengths = *at + static_cast<int64_t>(kHeaderSize);
   if (!m_file.read(lengths, reinterpret_cast<char*>(page.segments.data()), count)) return page;
-  page.segmentCount = count;
+  page.segment_count = count;
   page.body = lengths + static_cast<int64_t>(count);
   page.end = page.body;
   for (size_t i = 0; i < count; ++i) page.end += page.segments[i];

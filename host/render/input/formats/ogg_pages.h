@@ -16,7 +16,7 @@ struct OggPage {
   bool ends = false;       ///< the last page of its stream
   uint32_t stream = 0;
   std::array<unsigned char, 255> segments{};  ///< lengths; one below 255 ends a packet
-  size_t segmentCount = 0;
+  size_t segment_count = 0;
   int64_t body = 0;  ///< offset in the file
   int64_t end = 0;   ///< offset behind the body; beyond the file's size when the page is cut off
 };

@@ -7,13 +7,14 @@
 #include <cerrno>
 #include <system_error>
 
+#include "disc/failure.h"
 #include "host/render/input/audio_input.h"
 
 namespace velmor::render {
 namespace {
 
 [[noreturn]] void refuseToOpen(const std::string& path, const std::string& reason) {
-  throw InputError("cannot read '" + path + "': " + reason);
+  throw Failure("cannot read '" + path + "': " + reason);
 }
 
 std::string reasonOf(int error) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "disc/failure.h"
 #include "host/render/input/formats/file_bytes.h"
 
 namespace velmor::render {
@@ -11,7 +12,7 @@ namespace velmor::render {
 /// An open regular file; closes it.
 class ReadableFile {
  public:
-  /// Throws `InputError` when `path` is missing, forbidden, a folder, a device or a pipe.
+  /// Throws `Failure` when `path` is missing, forbidden, a folder, a device or a pipe.
   explicit ReadableFile(const std::string& path);
   ~ReadableFile();
   ReadableFile(const ReadableFile&) = delete;

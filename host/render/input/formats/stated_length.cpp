@@ -18,10 +18,10 @@ bool isUnknownSize(uint64_t size) {
 }
 
 /// Walks chunks of a 4-byte id and a 4-byte size, padded to even offsets, behind a 12-byte header.
-bool chunkRunsOver(const FileBytes& file, std::string_view audio, bool littleEndian) {
+bool chunkRunsOver(const FileBytes& file, std::string_view audio, bool little_endian) {
   int64_t at = 12;
   for (int i = 0; i < kMostChunks; ++i) {
-    const auto size = littleEndian ? file.little(at + 4, 4) : file.big(at + 4, 4);
+    const auto size = little_endian ? file.little(at + 4, 4) : file.big(at + 4, 4);
     if (!size) return false;
     if (file.has(at, audio)) return !isUnknownSize(*size) && file.runsOver(at + 8, *size);
     at += 8 + static_cast<int64_t>(*size + *size % 2);
@@ -87,11 +87,11 @@ Extent oggExtent(const FileBytes& file) {
   bool ends = false;
   bool music = false;
   while (const std::optional<OggPage> page = pages.next()) {
-    if (page->begins && music) return Extent::severalStreams;
+    if (page->begins && music) return Extent::kSeveralStreams;
     music = music || !page->begins;
     ends = page->ends && page->end <= file.size();
   }
-  return ends ? Extent::whole : Extent::breaksOff;
+  return ends ? Extent::kWhole : Extent::kBreaksOff;
 }
 
 bool runsOver(const FileBytes& file) {
@@ -109,7 +109,7 @@ bool runsOver(const FileBytes& file) {
 
 Extent extentOf(const FileBytes& file) {
   if (file.has(0, "OggS")) return oggExtent(file);
-  return runsOver(file) ? Extent::breaksOff : Extent::whole;
+  return runsOver(file) ? Extent::kBreaksOff : Extent::kWhole;
 }
 
 }  // namespace velmor::render

@@ -6,9 +6,9 @@
 namespace velmor::render {
 
 enum class Extent {
-  whole,
-  breaksOff,       ///< a copy or an export that was interrupted
-  severalStreams,  ///< Ogg streams one behind the other
+  kWhole,
+  kBreaksOff,       ///< a copy or an export that was interrupted
+  kSeveralStreams,  ///< Ogg streams one behind the other
 };
 
 /// `breaksOff` when the audio of a RIFF, RF64, AIFF, AU, W64 or CAF file runs over the file's end,

@@ -61,7 +61,7 @@ std::vector<WavMark> marksOf(const std::vector<Chunk>& cues, const std::vector<C
 std::vector<WavMark> riffMarks(SNDFILE* file, int format) {
   const bool big = (format & SF_FORMAT_ENDMASK) == SF_ENDIAN_BIG;
   return marksOf(chunksNamed(file, "cue ", 1), chunksNamed(file, "LIST", kMostLists),
-                 big ? ByteOrder::big : ByteOrder::little);
+                 big ? ByteOrder::kBig : ByteOrder::kLittle);
 }
 
 // An encoder asked to keep what a WAV file holds beside its audio stores each chunk, with its id
@@ -71,16 +71,16 @@ std::vector<WavMark> flacMarks(const FileBytes& bytes) {
   std::vector<Chunk> cues;
   std::vector<Chunk> lists;
   FlacBlocks blocks(bytes);
-  while (std::optional<Chunk> block = blocks.next(FlacBlockType::application)) {
+  while (std::optional<Chunk> block = blocks.next(FlacBlockType::kApplication)) {
     if (block->size() < kHeader) continue;
     const std::string_view header(reinterpret_cast<const char*>(block->data()), 8);
-    const bool isCue = header == "riffcue " && cues.empty();
-    const bool isList = header == "riffLIST" && lists.size() < kMostLists;
-    if (!isCue && !isList) continue;
+    const bool is_cue = header == "riffcue " && cues.empty();
+    const bool is_list = header == "riffLIST" && lists.size() < kMostLists;
+    if (!is_cue && !is_list) continue;
     block->erase(block->begin(), block->begin() + kHeader);
-    (isCue ? cues : lists).push_back(std::move(*block));
+    (is_cue ? cues : lists).push_back(std::move(*block));
   }
-  return marksOf(cues, lists, ByteOrder::little);
+  return marksOf(cues, lists, ByteOrder::kLittle);
 }
 
 std::vector<WavMark> aiffMarks(SNDFILE* file) {

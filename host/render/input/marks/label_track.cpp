@@ -6,6 +6,7 @@
 #include <optional>
 #include <system_error>
 
+#include "disc/failure.h"
 #include "host/render/input/formats/readable_file.h"
 #include "host/render/input/marks/mark_parsing.h"
 #include "host/render/input/text_encoding.h"
@@ -58,7 +59,7 @@ std::optional<double> secondsIn(std::string_view field) {
   std::replace(digits.begin(), digits.end(), ',', '.');
   try {
     return parseTime(digits);
-  } catch (const InputError&) {
+  } catch (const Failure&) {
     return std::nullopt;
   }
 }
@@ -118,8 +119,8 @@ std::string contentsOf(const ReadableFile& file, const std::string& path) {
     const ssize_t got = ::read(file.descriptor(), text.data() + filled, text.size() - filled);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) {
-      throw InputError("cannot read '" + path + "': " + std::generic_category().message(errno) +
-                       "; check its volume");
+      throw Failure("cannot read '" + path + "': " + std::generic_category().message(errno) +
+                    "; check its volume");
     }
     if (got == 0) break;
     filled += static_cast<size_t>(got);
@@ -145,7 +146,7 @@ LabelTrack parseLabelTrack(std::string_view text, const std::string& name) {
 LabelTrack readLabelTrack(const std::string& path) {
   const ReadableFile file(path);
   if (file.size() > kLargestLabelFile) {
-    throw InputError("'" + path + "' is too large for a label track; name the exported text file");
+    throw Failure("'" + path + "' is too large for a label track; name the exported text file");
   }
   return parseLabelTrack(contentsOf(file, path), "'" + path + "'");
 }

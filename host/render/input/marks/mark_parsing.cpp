@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdint>
 
+#include "disc/failure.h"
 #include "host/render/input/text_encoding.h"
 
 namespace velmor::render {
@@ -21,7 +22,7 @@ std::string quoted(std::string_view text) {
 }
 
 [[noreturn]] void refuseTime(std::string_view text, const std::string& reason) {
-  throw InputError(quoted(text) + " is no time: " + reason);
+  throw Failure(quoted(text) + " is no time: " + reason);
 }
 
 bool isDigit(char c) {
@@ -71,13 +72,13 @@ struct Option {
 Option splitOption(std::string_view text, const char* form) {
   const size_t equals = text.find('=');
   if (equals == std::string_view::npos) {
-    throw InputError(quoted(text) + " has no '=' before its name: give " + form);
+    throw Failure(quoted(text) + " has no '=' before its name: give " + form);
   }
   const std::string_view name = text.substr(equals + 1);
-  if (!isUtf8(name)) throw InputError("the name in " + quoted(text) + " is not UTF-8: retype it");
+  if (!isUtf8(name)) throw Failure("the name in " + quoted(text) + " is not UTF-8: retype it");
   if (hasControlCharacters(name)) {
-    throw InputError("the name in " + quoted(text) +
-                     " has a line break or another control character: take it out");
+    throw Failure("the name in " + quoted(text) +
+                  " has a line break or another control character: take it out");
   }
   return {text.substr(0, equals), name};
 }
@@ -112,15 +113,14 @@ Mark parseRegionOption(std::string_view text) {
   const Option option = splitOption(text, "START-END=NAME");
   const size_t dash = option.time.find('-');
   if (dash == std::string_view::npos) {
-    throw InputError(quoted(text) + " has no '-' between two times: give START-END=NAME");
+    throw Failure(quoted(text) + " has no '-' between two times: give START-END=NAME");
   }
   Mark mark;
   mark.given_by = "--region";
   mark.start = parseTime(option.time.substr(0, dash));
   mark.end = parseTime(option.time.substr(dash + 1));
   if (*mark.end <= mark.start) {
-    throw InputError("the region " + quoted(text) +
-                     " does not end after its start: swap the times");
+    throw Failure("the region " + quoted(text) + " does not end after its start: swap the times");
   }
   mark.name = option.name;
   return mark;

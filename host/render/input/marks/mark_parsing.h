@@ -5,16 +5,17 @@
 #include <string_view>
 #include <vector>
 
+#include "disc/failure.h"
 #include "host/render/input/audio_input.h"
 
 namespace velmor::render {
 
 /// A time as seconds ("12.5"), MM:SS.mmm or MM:SS:FF (75 frames a second), never negative. Throws
-/// `InputError`.
+/// `Failure`.
 double parseTime(std::string_view text);
-/// TIME=NAME. Throws `InputError`.
+/// TIME=NAME. Throws `Failure`.
 Mark parseMarkerOption(std::string_view text);
-/// START-END=NAME. Throws `InputError`.
+/// START-END=NAME. Throws `Failure`.
 Mark parseRegionOption(std::string_view text);
 
 struct LabelTrack {
@@ -25,7 +26,7 @@ struct LabelTrack {
 /// An Audacity label track's text; `name` is what the warnings call it. Never throws for its
 /// contents.
 LabelTrack parseLabelTrack(std::string_view text, const std::string& name = "the labels");
-/// The same from a file; throws `InputError` when it cannot be read.
+/// The same from a file; throws `Failure` when it cannot be read.
 LabelTrack readLabelTrack(const std::string& path);
 
 }  // namespace velmor::render

@@ -24,7 +24,7 @@ constexpr size_t kLargestBlock = size_t{16} << 20;
 std::optional<bool> appendPacket(const FileBytes& file, const OggPage& page, Block& packet) {
   size_t length = 0;
   bool ends = false;
-  for (size_t i = 0; i < page.segmentCount && !ends; ++i) {
+  for (size_t i = 0; i < page.segment_count && !ends; ++i) {
     length += page.segments[i];
     ends = page.segments[i] < 255;
   }
@@ -84,10 +84,10 @@ std::optional<std::string_view> takeText(std::string_view& rest) {
 /// The value of a comment NAME=value, when `comment` is of that name, in capitals or not.
 std::optional<std::string_view> valueOf(std::string_view comment, std::string_view name) {
   if (comment.size() <= name.size() || comment[name.size()] != '=') return std::nullopt;
-  const auto isSame = [](char capital, char c) {
+  const auto is_same = [](char capital, char c) {
     return c == capital || (c >= 'a' && c <= 'z' && c - 'a' + 'A' == capital);
   };
-  if (!std::equal(name.begin(), name.end(), comment.begin(), isSame)) return std::nullopt;
+  if (!std::equal(name.begin(), name.end(), comment.begin(), is_same)) return std::nullopt;
   return comment.substr(name.size() + 1);
 }
 
@@ -105,7 +105,7 @@ void addComment(std::string_view comment, Tags& tags) {
 
 Block vorbisCommentsIn(const FileBytes& file) {
   if (file.has(0, "OggS")) return oggComments(file);
-  return FlacBlocks(file).next(FlacBlockType::comments).value_or(Block());
+  return FlacBlocks(file).next(FlacBlockType::kComments).value_or(Block());
 }
 
 void addVorbisComments(std::span<const std::byte> block, Tags& tags) {

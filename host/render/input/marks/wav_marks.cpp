@@ -18,7 +18,7 @@ constexpr size_t kRegionHeaderSize =
 
 /// What an associated data list says of one cue point.
 struct Annotation {
-  std::string label, regionText, note;
+  std::string label, region_text, note;
   uint32_t length = 0;
 };
 using Annotations = std::unordered_map<uint32_t, Annotation>;
@@ -27,7 +27,7 @@ using Annotations = std::unordered_map<uint32_t, Annotation>;
 uint32_t numberAt(Bytes bytes, size_t at, ByteOrder order) {
   uint32_t value = 0;
   for (size_t i = 0; i < 4; ++i) {
-    const size_t from = order == ByteOrder::little ? at + 3 - i : at + i;
+    const size_t from = order == ByteOrder::kLittle ? at + 3 - i : at + i;
     value = value << 8 | std::to_integer<uint32_t>(bytes[from]);
   }
   return value;
@@ -47,7 +47,7 @@ void annotate(Annotations& annotations, std::string_view id, Bytes body, ByteOrd
   } else if (id == "ltxt" && body.size() >= kRegionHeaderSize) {
     Annotation& annotation = annotations[point];
     if (annotation.length == 0) annotation.length = numberAt(body, 4, order);
-    setOnce(annotation.regionText, body.subspan(kRegionHeaderSize));
+    setOnce(annotation.region_text, body.subspan(kRegionHeaderSize));
   }
 }
 
@@ -73,7 +73,7 @@ void readList(Annotations& annotations, Bytes list, ByteOrder order) {
 
 std::string nameIn(const Annotation& annotation) {
   if (!annotation.label.empty()) return annotation.label;
-  return annotation.regionText.empty() ? annotation.note : annotation.regionText;
+  return annotation.region_text.empty() ? annotation.note : annotation.region_text;
 }
 
 }  // namespace

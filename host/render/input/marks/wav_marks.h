@@ -16,7 +16,7 @@ struct WavMark {
   std::string name;  ///< a line of UTF-8; empty when the file has none
 };
 
-enum class ByteOrder { little, big };  ///< RIFF is little, RIFX big
+enum class ByteOrder { kLittle, kBig };  ///< RIFF is little, RIFX big
 
 /// `cue` and `lists` are the bytes after each chunk's id and size; of the lists only "adtl" count.
 /// A cue chunk too short for the number of points it states gives no marks; a list is read as far
@@ -24,6 +24,6 @@ enum class ByteOrder { little, big };  ///< RIFF is little, RIFX big
 /// The marks come in ascending start, equal ones in the file's order.
 std::vector<WavMark> parseWavMarks(std::span<const std::byte> cue,
                                    std::span<const std::span<const std::byte>> lists,
-                                   ByteOrder order = ByteOrder::little);
+                                   ByteOrder order = ByteOrder::kLittle);
 
 }  // namespace velmor::render

@@ -9,11 +9,11 @@ namespace {
 class InstalledProgram : public BurnProgramCase {};
 
 TEST_F(InstalledProgram, BurnsThroughThePreloadedRecorder) {
-  ASSERT_EQ(Shell("exec '" VELMOR_BINARY_DIR "/velmor-recorder' run drives -- '" VELMOR_BINARY_DIR
+  ASSERT_EQ(shell("exec '" VELMOR_BINARY_DIR "/velmor-recorder' run drives -- '" VELMOR_BINARY_DIR
                   "/velmor-render' song1.wav -o album.cue --burn --drive 1"),
             0)
-      << said;
-  EXPECT_TRUE(burned(1) == Image());
+      << m_said;
+  EXPECT_TRUE(burned(1) == image());
 }
 
 }  // namespace

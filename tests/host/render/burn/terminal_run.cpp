@@ -21,54 +21,54 @@ TerminalRun::TerminalRun(const std::vector<std::string>& command) {
   arguments.reserve(command.size() + 1);
   for (const std::string& each : command) arguments.push_back(const_cast<char*>(each.c_str()));
   arguments.push_back(nullptr);
-  process_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
-  if (process_ != 0) return;
+  m_process = forkpty(&m_terminal, nullptr, nullptr, nullptr);
+  if (m_process != 0) return;
   execv(arguments[0], arguments.data());
   std::_Exit(127);
 }
 
 TerminalRun::~TerminalRun() {
-  if (process_ > 0) {
-    kill(process_, SIGKILL);
-    waitpid(process_, nullptr, 0);
+  if (m_process > 0) {
+    kill(m_process, SIGKILL);
+    waitpid(m_process, nullptr, 0);
   }
-  if (terminal_ >= 0) close(terminal_);
+  if (m_terminal >= 0) close(m_terminal);
 }
 
-bool TerminalRun::ReadSome() {
-  pollfd waiting{terminal_, POLLIN, 0};
+bool TerminalRun::readSome() {
+  pollfd waiting{m_terminal, POLLIN, 0};
   if (poll(&waiting, 1, kLongestWait) != 1) return false;
   char block[4096];
-  const ssize_t got = read(terminal_, block, sizeof block);
-  closed_ = got <= 0;
-  if (closed_) return false;
-  output_.append(block, static_cast<size_t>(got));
+  const ssize_t got = read(m_terminal, block, sizeof block);
+  m_closed = got <= 0;
+  if (m_closed) return false;
+  m_output.append(block, static_cast<size_t>(got));
   return true;
 }
 
-bool TerminalRun::WaitFor(const std::string& text) {
+bool TerminalRun::waitFor(const std::string& text) {
   for (;;) {
-    const size_t at = output_.find(text, looked_at_);
+    const size_t at = m_output.find(text, m_looked_at);
     if (at != std::string::npos) {
-      looked_at_ = at + text.size();
+      m_looked_at = at + text.size();
       return true;
     }
-    if (!ReadSome()) return false;
+    if (!readSome()) return false;
   }
 }
 
-void TerminalRun::Type(const std::string& text) const {
-  if (write(terminal_, text.data(), text.size()) < 0) std::abort();
+void TerminalRun::type(const std::string& text) const {
+  if (write(m_terminal, text.data(), text.size()) < 0) std::abort();
 }
 
-int TerminalRun::Finish() {
-  while (ReadSome()) {
+int TerminalRun::finish() {
+  while (readSome()) {
   }
   // Who has closed the terminal ends by itself; who has gone silent does not.
-  if (!closed_) kill(process_, SIGKILL);
+  if (!m_closed) kill(m_process, SIGKILL);
   int status = 0;
-  waitpid(process_, &status, 0);
-  process_ = -1;
+  waitpid(m_process, &status, 0);
+  m_process = -1;
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 

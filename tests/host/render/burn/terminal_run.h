@@ -17,22 +17,22 @@ class TerminalRun {
 
   /// Waits until the program has printed `text` since the last call; false when it ends or is
   /// silent for twenty seconds.
-  bool WaitFor(const std::string& text);
-  void Type(const std::string& text) const;
+  bool waitFor(const std::string& text);
+  void type(const std::string& text) const;
   /// Waits for the end and returns the exit status, -1 when a signal ended it or it is
   /// silent for twenty seconds.
-  int Finish();
+  int finish();
   /// All that was printed.
-  const std::string& output() const { return output_; }
+  const std::string& output() const { return m_output; }
 
  private:
-  bool ReadSome();
+  bool readSome();
 
-  int terminal_ = -1;
-  int process_ = -1;
-  bool closed_ = false;  ///< the program has let go of the terminal
-  size_t looked_at_ = 0;
-  std::string output_;
+  int m_terminal = -1;
+  int m_process = -1;
+  bool m_closed = false;  ///< the program has let go of the terminal
+  size_t m_looked_at = 0;
+  std::string m_output;
 };
 
 }  // namespace burn_test

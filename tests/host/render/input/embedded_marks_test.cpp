@@ -41,7 +41,7 @@ TEST(EmbeddedMarks, AreFoundInEveryOrderOfTheChunks) {
                             {"data ", dataChunk(kMarkedFrames)},
                             {"info ", riffChunk("LIST", "INFO" + riffChunk("INAM", "Song"))},
                             {"list ", listChunk()}};
-  const auto byName = [](const Piece& a, const Piece& b) { return a.name < b.name; };
+  const auto by_name = [](const Piece& a, const Piece& b) { return a.name < b.name; };
   do {
     std::string chunks = formatChunk();
     std::string order;
@@ -49,12 +49,12 @@ TEST(EmbeddedMarks, AreFoundInEveryOrderOfTheChunks) {
       chunks += piece.chunk;
       order += piece.name;
     }
-    const auto input = AudioInput::open(folder.write("a.wav", riffFile(chunks)), Dither::none);
+    const auto input = AudioInput::open(folder.write("a.wav", riffFile(chunks)), Dither::kNone);
     EXPECT_EQ(input->info().frames, static_cast<int64_t>(kMarkedFrames)) << order;
     EXPECT_EQ(input->info().tags.title, "Song") << order;
     expectTheMarks(input->info().marks, order);
     EXPECT_EQ(readAll(*input, 4096).left.size(), kMarkedFrames) << order;
-  } while (std::next_permutation(pieces.begin(), pieces.end(), byName));
+  } while (std::next_permutation(pieces.begin(), pieces.end(), by_name));
 }
 
 // There the next input begins, whose track it would name.
@@ -63,7 +63,7 @@ TEST(EmbeddedMarks, AtTheEndOfTheFileAreLeftOut) {
   const std::array<CuePoint, 2> points{CuePoint{1, 999}, CuePoint{2, 1000}};
   const std::string chunks = formatChunk() + dataChunk(1000) + riffChunk("cue ", cueBody(points)) +
                              riffChunk("LIST", "adtl" + label(2, "End"));
-  const auto input = AudioInput::open(folder.write("a.wav", riffFile(chunks)), Dither::none);
+  const auto input = AudioInput::open(folder.write("a.wav", riffFile(chunks)), Dither::kNone);
   ASSERT_EQ(input->info().marks.size(), 1U);
   EXPECT_DOUBLE_EQ(input->info().marks[0].start, 999.0 / 44100.0);
 }
@@ -74,7 +74,7 @@ TEST(EmbeddedMarks, BehindTheLastFrameAreLeftOutAndRegionsEndWithIt) {
   const std::string chunks =
       formatChunk() + dataChunk(1000) + riffChunk("cue ", cueBody(points)) +
       riffChunk("LIST", "adtl" + region(1, 0xffffffffU, "") + region(2, 10, ""));
-  const auto input = AudioInput::open(folder.write("a.wav", riffFile(chunks)), Dither::none);
+  const auto input = AudioInput::open(folder.write("a.wav", riffFile(chunks)), Dither::kNone);
   const std::vector<Mark>& marks = input->info().marks;
   ASSERT_EQ(marks.size(), 2U);
   ASSERT_TRUE(marks[0].end);
@@ -92,7 +92,7 @@ TEST(EmbeddedMarks, CountFramesOfTheFileNotOfTheDisc) {
   const auto input = AudioInput::open(
       folder.write("a.wav",
                    riffFile(format + riffChunk("cue ", cueBody(points)) + dataChunk(48000))),
-      Dither::none);
+      Dither::kNone);
   ASSERT_EQ(input->info().marks.size(), 1U);
   EXPECT_DOUBLE_EQ(input->info().marks[0].start, 0.5);
 }
@@ -102,7 +102,7 @@ TEST(EmbeddedMarks, ThatAreDamagedAreNoError) {
   for (const std::string& cue : {riffChunk("cue ", ""), riffChunk("cue ", little32(0xffffffffU)),
                                  riffChunk("cue ", little32(2) + std::string(24, '\0'))}) {
     const auto input = AudioInput::open(
-        folder.write("a.wav", riffFile(formatChunk() + dataChunk(100) + cue)), Dither::none);
+        folder.write("a.wav", riffFile(formatChunk() + dataChunk(100) + cue)), Dither::kNone);
     EXPECT_TRUE(input->info().marks.empty());
     EXPECT_EQ(readAll(*input, 64).left.size(), 100U);
   }
@@ -126,15 +126,15 @@ TEST(EmbeddedMarks, OfAiffFilesAreRead) {
   const std::string marks = big16(2) + big16(1) + big32(700) + pascal("Late") + big16(2) +
                             big32(441) + pascal("Early one");
   const std::string sound = big32(0) + big32(0) + std::string(4000, '\0');
-  for (const bool marksFirst : {true, false}) {
+  for (const bool marks_first : {true, false}) {
     std::string body = "AIFF" + bigChunk("COMM", common);
-    if (marksFirst) body += bigChunk("MARK", marks);
+    if (marks_first) body += bigChunk("MARK", marks);
     body += bigChunk("SSND", sound);
-    if (!marksFirst) body += bigChunk("MARK", marks);
+    if (!marks_first) body += bigChunk("MARK", marks);
     const auto input =
-        AudioInput::open(folder.write("a.aiff", bigChunk("FORM", body)), Dither::none);
+        AudioInput::open(folder.write("a.aiff", bigChunk("FORM", body)), Dither::kNone);
     const std::vector<Mark>& found = input->info().marks;
-    ASSERT_EQ(found.size(), 2U) << marksFirst;
+    ASSERT_EQ(found.size(), 2U) << marks_first;
     EXPECT_DOUBLE_EQ(found[0].start, 0.01);
     EXPECT_EQ(found[0].name, "Early one");
     EXPECT_DOUBLE_EQ(found[1].start, 700.0 / 44100.0);
@@ -160,7 +160,7 @@ TEST(EmbeddedMarks, OfAWavFileSurviveInAFlacFile) {
   strange += cue;
   for (const std::string& blocks : {wave, strange}) {
     const auto input = AudioInput::open(
-        folder.write("a.flac", flacFile(folder, kMarkedFrames, blocks)), Dither::none);
+        folder.write("a.flac", flacFile(folder, kMarkedFrames, blocks)), Dither::kNone);
     expectTheMarks(input->info().marks, "FLAC");
     EXPECT_EQ(readAll(*input, 4096).left.size(), kMarkedFrames);
   }
@@ -173,7 +173,7 @@ TEST(EmbeddedMarks, InAFlacFileThatAreDamagedAreNoError) {
   for (const std::string& chunk :
        {riffChunk("cue ", ""), riffChunk("cue ", little32(9)), huge, std::string("cue ")}) {
     const auto input = AudioInput::open(
-        folder.write("a.flac", flacFile(folder, kMarkedFrames, foreign(chunk))), Dither::none);
+        folder.write("a.flac", flacFile(folder, kMarkedFrames, foreign(chunk))), Dither::kNone);
     EXPECT_TRUE(input->info().marks.empty());
   }
 }
@@ -196,7 +196,7 @@ TEST(Tags, ComeFromEveryKindOfFileThatHasThem) {
     const std::vector<int16_t> samples(2000);
     sf_write_short(file, samples.data(), 2000);
     ASSERT_EQ(sf_close(file), 0);
-    const Tags tags = AudioInput::open(path, Dither::none)->info().tags;
+    const Tags tags = AudioInput::open(path, Dither::kNone)->info().tags;
     EXPECT_EQ(tags.title, "Caf\xc3\xa9") << std::hex << format;
     EXPECT_EQ(tags.artist, "The Players") << std::hex << format;
     EXPECT_EQ(tags.album, "Live") << std::hex << format;
@@ -210,7 +210,7 @@ TEST(Tags, AreUtf8OnOneLine) {
       riffChunk("LIST", "INFO" + riffChunk("INAM", std::string("Caf\xe9\0", 5)) +
                             riffChunk("IART", std::string("A\r\nB  \0", 7)));
   const auto input = AudioInput::open(
-      folder.write("a.wav", riffFile(formatChunk() + info + dataChunk(10))), Dither::none);
+      folder.write("a.wav", riffFile(formatChunk() + info + dataChunk(10))), Dither::kNone);
   EXPECT_EQ(input->info().tags.title, "Caf\xc3\xa9");
   EXPECT_EQ(input->info().tags.artist, "A  B");
   EXPECT_EQ(input->info().tags.album, "");
@@ -220,7 +220,7 @@ TEST(Tags, ThatAreNotUtf8AreReadAsWindows1252) {
   const Folder folder;
   const std::string info = riffChunk("LIST", "INFO" + riffChunk("INAM", "\x93Yes\x94 \x80"));
   const auto input = AudioInput::open(
-      folder.write("a.wav", riffFile(formatChunk() + info + dataChunk(10))), Dither::none);
+      folder.write("a.wav", riffFile(formatChunk() + info + dataChunk(10))), Dither::kNone);
   EXPECT_EQ(input->info().tags.title, "\xe2\x80\x9cYes\xe2\x80\x9d \xe2\x82\xac");
 }
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <random>
 
+#include "disc/failure.h"
 #include "host/render/input/marks/mark_parsing.h"
 #include "tests/host/render/input/sound_files.h"
 
@@ -24,20 +25,20 @@ std::vector<int16_t> noise(size_t count) {
   return samples;
 }
 
-TEST(Refusal, NamesAMissingFile) {
+TEST(Failure, NamesAMissingFile) {
   const Folder folder;
   const std::string path = folder.path("song.wav");
   EXPECT_THAT(refusalOf(path), AllOf(HasSubstr(path), HasSubstr("no such file; check its name")));
   EXPECT_THAT(errorOf([&] { readLabelTrack(path); }), HasSubstr("no such file"));
 }
 
-TEST(Refusal, NamesAFolder) {
+TEST(Failure, NamesAFolder) {
   const Folder folder;
   EXPECT_THAT(refusalOf(folder.path("")), HasSubstr("it is a folder; name the files in it"));
   EXPECT_THAT(errorOf([&] { readLabelTrack(folder.path("")); }), HasSubstr("it is a folder"));
 }
 
-TEST(Refusal, DoesNotWaitForAPipe) {
+TEST(Failure, DoesNotWaitForAPipe) {
   const Folder folder;
   const std::string path = folder.path("pipe");
   ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
@@ -60,7 +61,7 @@ class AsNobody {
   uid_t m_before = ::geteuid();
 };
 
-TEST(Refusal, NamesAFileWithoutPermission) {
+TEST(Failure, NamesAFileWithoutPermission) {
   const Folder folder;
   ASSERT_EQ(::chmod(folder.path("").c_str(), 0755), 0);
   const std::string path = folder.write("locked.wav", "RIFF");
@@ -73,12 +74,12 @@ TEST(Refusal, NamesAFileWithoutPermission) {
   EXPECT_THAT(refusal, AllOf(HasSubstr(path), HasSubstr("permission is missing")));
 }
 
-TEST(Refusal, NamesAnEmptyFile) {
+TEST(Failure, NamesAnEmptyFile) {
   const Folder folder;
   EXPECT_THAT(refusalOf(folder.write("empty.wav", "")), HasSubstr("is empty; export"));
 }
 
-TEST(Refusal, NamesWhatIsNoAudio) {
+TEST(Failure, NamesWhatIsNoAudio) {
   const Folder folder;
   for (const char* name : {"text.wav", "text.au", "text.vox", "text.gsm", "text.mp3"}) {
     EXPECT_THAT(refusalOf(folder.write(name, "Dear Sir, this is a letter and no music.\n")),
@@ -86,7 +87,7 @@ TEST(Refusal, NamesWhatIsNoAudio) {
   }
 }
 
-TEST(Refusal, NamesAFileWithoutASingleFrame) {
+TEST(Failure, NamesAFileWithoutASingleFrame) {
   const Folder folder;
   const std::string path = folder.write("none.wav", riffFile(formatChunk() + dataChunk(0)));
   EXPECT_THAT(refusalOf(path), HasSubstr("holds no audio"));
@@ -98,7 +99,7 @@ std::string fileAtRate(uint32_t rate, size_t frames) {
   return riffFile(format + dataChunk(frames));
 }
 
-TEST(Refusal, NamesARateThatNoRecordingHas) {
+TEST(Failure, NamesARateThatNoRecordingHas) {
   const Folder folder;
   for (const uint32_t rate : {1U, 10U, 100U, 999U, 1000001U, 2147483647U}) {
     EXPECT_THAT(refusalOf(folder.write("a.wav", fileAtRate(rate, 3000))),
@@ -110,7 +111,7 @@ TEST(Refusal, NamesARateThatNoRecordingHas) {
   }
 }
 
-TEST(Refusal, NamesAFileOfLessThanAFrameOfTheDiscsRate) {
+TEST(Failure, NamesAFileOfLessThanAFrameOfTheDiscsRate) {
   const Folder folder;
   EXPECT_THAT(
       refusalOf(folder.write("a.wav", fileAtRate(96000, 1))),
@@ -118,7 +119,7 @@ TEST(Refusal, NamesAFileOfLessThanAFrameOfTheDiscsRate) {
   EXPECT_EQ(refusalOf(folder.write("a.wav", fileAtRate(88200, 1))), "") << "a half goes up";
 }
 
-TEST(Refusal, NamesAFileThatBreaksOff) {
+TEST(Failure, NamesAFileThatBreaksOff) {
   const Folder folder;
   const std::vector<int16_t> samples = noise(2 * 60000);
   for (const int format :
@@ -137,17 +138,17 @@ TEST(Refusal, NamesAFileThatBreaksOff) {
   }
 }
 
-TEST(Refusal, NamesAFileThatShrinksWhileItIsRead) {
+TEST(Failure, NamesAFileThatShrinksWhileItIsRead) {
   const Folder folder;
   const std::string path = folder.path("a.wav");
   writeShorts(path, {}, noise(2 * 100000));
-  const auto input = AudioInput::open(path, Dither::none);
+  const auto input = AudioInput::open(path, Dither::kNone);
   std::filesystem::resize_file(path, 200000);
   EXPECT_THAT(errorOf([&] { readAll(*input, 1024); }),
               AllOf(HasSubstr("breaks off or is damaged at 0:01 of 0:02")));
 }
 
-TEST(Refusal, NamesDamageInACompressedFile) {
+TEST(Failure, NamesDamageInACompressedFile) {
   const Folder folder;
   const std::string path = folder.path("a.flac");
   writeShorts(path, {SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 44100, 2}, noise(2 * 60000));
@@ -163,14 +164,14 @@ TEST(Input, AStreamOfUnknownSizeIsReadToItsEnd) {
     const std::string path =
         folder.write("stream.wav", "RIFF" + little32(size) + "WAVE" + formatChunk() + "data" +
                                        little32(size) + std::string(4000, '\1'));
-    const auto input = AudioInput::open(path, Dither::none);
+    const auto input = AudioInput::open(path, Dither::kNone);
     EXPECT_EQ(input->info().frames, 1000);
     EXPECT_EQ(readAll(*input, 64).left.size(), 1000U);
   }
 }
 
 // The decoder cannot read these, but they are whole.
-TEST(Refusal, OfACafStreamOfUnknownSizeSpeaksOfNoBreak) {
+TEST(Failure, OfACafStreamOfUnknownSizeSpeaksOfNoBreak) {
   const Folder folder;
   const std::string path = folder.path("a.caf");
   writeShorts(path, {SF_FORMAT_CAF | SF_FORMAT_PCM_16, 44100, 2}, noise(2 * 5000));
@@ -190,12 +191,12 @@ TEST(Input, AFlacStreamOfUnknownLengthIsReadToItsEnd) {
   // The stream's header: 36 bits of frame count from the low half of byte 21 on; 0 is "unknown".
   bytes[21] = static_cast<char>(bytes[21] & 0xf0);
   for (size_t i = 22; i < 26; ++i) bytes[i] = '\0';
-  const auto input = AudioInput::open(folder.write("unknown.flac", bytes), Dither::none);
+  const auto input = AudioInput::open(folder.write("unknown.flac", bytes), Dither::kNone);
   EXPECT_EQ(input->info().frames, 50000);
   EXPECT_EQ(readAll(*input, 1024).left.size(), 50000U);
 }
 
-TEST(Refusal, SurvivesEveryCutOfEveryHeader) {
+TEST(Failure, SurvivesEveryCutOfEveryHeader) {
   const Folder folder;
   for (const int format : {SF_FORMAT_WAV, SF_FORMAT_AIFF, SF_FORMAT_AU, SF_FORMAT_W64,
                            SF_FORMAT_RF64, SF_FORMAT_CAF, SF_FORMAT_FLAC}) {

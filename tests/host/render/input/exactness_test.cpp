@@ -60,7 +60,7 @@ TEST_P(ExactContainer, KeepsEverySampleEvenWhenDitherIsAskedFor) {
   const std::vector<int16_t> samples = everySample(container.bits);
   writeShorts(path, {container.format, 44100, 2}, samples);
 
-  for (const Dither dither : {Dither::none, Dither::tpdf}) {
+  for (const Dither dither : {Dither::kNone, Dither::kTpdf}) {
     const auto input = AudioInput::open(path, dither);
     EXPECT_EQ(input->info().bits, container.bits);
     EXPECT_EQ(input->info().rate, 44100);
@@ -82,7 +82,7 @@ TEST(Input, MonoGoesToBothChannels) {
   const Folder folder;
   const std::vector<int16_t> samples{0, 1, -1, 32767, -32768, 1234};
   writeShorts(folder.path("mono.wav"), {SF_FORMAT_WAV | SF_FORMAT_PCM_16, 44100, 1}, samples);
-  const auto input = AudioInput::open(folder.path("mono.wav"), Dither::none);
+  const auto input = AudioInput::open(folder.path("mono.wav"), Dither::kNone);
   EXPECT_EQ(input->info().channels, 1);
   const Stereo read = readAll(*input, 4);
   ASSERT_EQ(read.left.size(), samples.size());
@@ -100,7 +100,7 @@ TEST(Input, OfSixChannelsTheFirstTwoAreTaken) {
     }
   }
   writeShorts(folder.path("six.wav"), {SF_FORMAT_WAV | SF_FORMAT_PCM_16, 44100, 6}, samples);
-  const auto input = AudioInput::open(folder.path("six.wav"), Dither::none);
+  const auto input = AudioInput::open(folder.path("six.wav"), Dither::kNone);
   EXPECT_EQ(input->info().channels, 6);
   const Stereo read = readAll(*input, 777);
   ASSERT_EQ(read.left.size(), kFrames);
@@ -121,7 +121,7 @@ TEST(Input, AFileOfManyChannelsIsReadWhole) {
   }
   writeShorts(folder.path("many.wav"), {SF_FORMAT_WAV | SF_FORMAT_PCM_16, 44100, kChannels},
               samples);
-  const auto input = AudioInput::open(folder.path("many.wav"), Dither::none);
+  const auto input = AudioInput::open(folder.path("many.wav"), Dither::kNone);
   const Stereo read = readAll(*input, 1024);
   ASSERT_EQ(read.left.size(), kFrames);
   EXPECT_EQ(discSample(read.left[999]), 999);
@@ -143,7 +143,7 @@ TEST(Input, SaysWhatItIsInPeoplesWords) {
                         Case{SF_FORMAT_FLAC | SF_FORMAT_PCM_24, "FLAC, 24 bit", 24},
                         Case{SF_FORMAT_OGG | SF_FORMAT_VORBIS, "Ogg, Vorbis", 0}}) {
     writeDoubles(folder.path("a"), {c.format, 44100, 2}, samples);
-    const auto input = AudioInput::open(folder.path("a"), Dither::none);
+    const auto input = AudioInput::open(folder.path("a"), Dither::kNone);
     EXPECT_EQ(input->info().format, c.text);
     EXPECT_EQ(input->info().bits, c.bits) << c.text;
     EXPECT_EQ(input->info().path, folder.path("a"));

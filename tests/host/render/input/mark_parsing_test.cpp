@@ -6,6 +6,7 @@
 
 #include <random>
 
+#include "disc/failure.h"
 #include "tests/host/render/input/sound_files.h"
 
 namespace velmor::render::test {
@@ -126,7 +127,7 @@ TEST(Options, OfAnyBytesEitherParseOrAreRefused) {
       const Mark mark = parseRegionOption(text);
       ASSERT_GT(*mark.end, mark.start);
       ASSERT_GE(mark.start, 0.0);
-    } catch (const InputError&) {
+    } catch (const Failure&) {
     }
   }
   EXPECT_GT(parsed, 10);

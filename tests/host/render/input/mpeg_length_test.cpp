@@ -11,7 +11,7 @@ namespace {
 constexpr size_t kMpegFrames = 4 * 44100;
 
 /// Variable rate, loud in one half and silent in the other, which misleads every estimate.
-void writeMpeg(const std::string& path, bool loudFirst) {
+void writeMpeg(const std::string& path, bool loud_first) {
   SF_INFO info{};
   info.format = SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III;
   info.samplerate = 44100;
@@ -22,7 +22,7 @@ void writeMpeg(const std::string& path, bool loudFirst) {
   std::mt19937 random(7);
   std::vector<double> samples(2 * kMpegFrames);
   for (size_t i = 0; i < samples.size(); ++i) {
-    const bool loud = (i < kMpegFrames) == loudFirst;
+    const bool loud = (i < kMpegFrames) == loud_first;
     const double noise = static_cast<double>(random()) / 4294967296.0 - 0.5;
     samples[i] = loud ? noise : 0.0;
   }
@@ -45,7 +45,7 @@ class MpegLength : public testing::TestWithParam<bool> {};
 TEST_P(MpegLength, IsTheEncodersCountWhereThereIsOne) {
   const Folder folder;
   writeMpeg(folder.path("a.mp3"), GetParam());
-  const auto input = AudioInput::open(folder.path("a.mp3"), Dither::none);
+  const auto input = AudioInput::open(folder.path("a.mp3"), Dither::kNone);
   EXPECT_EQ(input->info().format, "MPEG, layer III (MP3)");
   EXPECT_EQ(input->info().bits, 0);
   EXPECT_EQ(static_cast<size_t>(input->info().frames), kMpegFrames);
@@ -57,7 +57,7 @@ TEST_P(MpegLength, IsCountedWhereThereIsNone) {
   writeMpeg(folder.path("a.mp3"), GetParam());
   const std::string bare = withoutItsCount(contentsOf(folder.path("a.mp3")));
   ASSERT_FALSE(bare.empty());
-  const auto input = AudioInput::open(folder.write("bare.mp3", bare), Dither::none);
+  const auto input = AudioInput::open(folder.write("bare.mp3", bare), Dither::kNone);
   // All of the sound, and at most the encoder's padding of a few frames of 1152 samples.
   EXPECT_GE(static_cast<size_t>(input->info().frames), kMpegFrames);
   EXPECT_LE(static_cast<size_t>(input->info().frames), kMpegFrames + 4 * 1152);

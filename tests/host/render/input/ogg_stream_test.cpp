@@ -43,7 +43,7 @@ TEST(OggStream, OfOneWholeLinkIsReadToItsEnd) {
   const Folder folder;
   const std::string bytes = vorbisFile(folder, 1);
   ASSERT_EQ(pagesOf(bytes).back(), bytes.size());
-  const auto input = AudioInput::open(folder.write("a.ogg", bytes), Dither::none);
+  const auto input = AudioInput::open(folder.write("a.ogg", bytes), Dither::kNone);
   EXPECT_EQ(readAll(*input, 4096).left.size(), kStreamFrames);
 }
 

@@ -41,7 +41,7 @@ TEST(Length, IsDeliveredToTheFrameAtEveryRate) {
         const std::string path = folder.path("a.wav");
         const std::vector<double> samples(frames * static_cast<size_t>(channels), 0.5);
         writeDoubles(path, {kFloatWav, rate, channels}, samples);
-        const auto input = AudioInput::open(path, Dither::none);
+        const auto input = AudioInput::open(path, Dither::kNone);
         const double exact = static_cast<double>(frames) * 44100.0 / rate;
         EXPECT_EQ(input->info().frames, static_cast<int64_t>(std::floor(exact + 0.5)));
         const Stereo read = readAll(*input, 1024);
@@ -66,7 +66,7 @@ TEST(Resampling, KeepsASineWithinAHundredDecibels) {
     const auto frames = static_cast<size_t>(sine.rate);
     writeDoubles(path, {kFloatWav, sine.rate, 2},
                  stereoSine(frames, sine.rate, sine.hertz, kAmplitude));
-    const Stereo read = readAll(*AudioInput::open(path, Dither::none), 1024);
+    const Stereo read = readAll(*AudioInput::open(path, Dither::kNone), 1024);
     const std::vector<double> expected = stereoSine(44100, 44100, sine.hertz, kAmplitude);
     ASSERT_EQ(read.left.size(), 44100U);
     double worst = 0.0;
@@ -81,7 +81,7 @@ TEST(Resampling, KeepsASineWithinAHundredDecibels) {
 TEST(Resampling, LastsToTheEndOfTheSource) {
   const Folder folder;
   writeDoubles(folder.path("a.wav"), {kFloatWav, 48000, 2}, std::vector<double>(2 * 48000, 0.5));
-  const Stereo read = readAll(*AudioInput::open(folder.path("a.wav"), Dither::none), 1024);
+  const Stereo read = readAll(*AudioInput::open(folder.path("a.wav"), Dither::kNone), 1024);
   ASSERT_EQ(read.left.size(), 44100U);
   // The step at the end is band-limited, but nothing of the signal before it may be missing.
   EXPECT_NEAR(read.left[44100 - 200], 0.5, 1e-3);
@@ -93,9 +93,9 @@ TEST(Resampling, DoesNotDependOnTheBlockLength) {
   const Folder folder;
   const std::string path = folder.path("a.wav");
   writeDoubles(path, {kFloatWav, 48000, 2}, stereoSine(10000, 48000, 440.0, 0.7));
-  const Stereo whole = readAll(*AudioInput::open(path, Dither::tpdf), 1 << 16);
+  const Stereo whole = readAll(*AudioInput::open(path, Dither::kTpdf), 1 << 16);
   for (const size_t block : {1U, 7U, 1024U, 16384U}) {
-    const Stereo pieces = readAll(*AudioInput::open(path, Dither::tpdf), block);
+    const Stereo pieces = readAll(*AudioInput::open(path, Dither::kTpdf), block);
     EXPECT_EQ(pieces.left, whole.left) << block;
     EXPECT_EQ(pieces.right, whole.right) << block;
   }
@@ -107,7 +107,7 @@ TEST(Resampling, ASampleThatIsNoNumberSilencesOnlyItself) {
   samples[2 * 24000] = std::nan("");
   samples[2 * 24000 + 1] = -std::nan("");
   writeDoubles(folder.path("a.wav"), {kFloatWav, 48000, 2}, samples);
-  const Stereo read = readAll(*AudioInput::open(folder.path("a.wav"), Dither::none), 1024);
+  const Stereo read = readAll(*AudioInput::open(folder.path("a.wav"), Dither::kNone), 1024);
   for (size_t i = 0; i < read.left.size(); ++i) {
     ASSERT_LT(std::abs(read.left[i]), 1.0) << i;
     ASSERT_LT(std::abs(read.right[i]), 1.0) << i;
@@ -121,7 +121,7 @@ TEST(Resampling, AnInfiniteSampleSaturates) {
     samples[2 * 24000] = huge;
     samples[2 * 24000 + 1] = -huge;
     writeDoubles(folder.path("a.wav"), {kFloatWav, 48000, 2}, samples);
-    const Stereo read = readAll(*AudioInput::open(folder.path("a.wav"), Dither::none), 1024);
+    const Stereo read = readAll(*AudioInput::open(folder.path("a.wav"), Dither::kNone), 1024);
     EXPECT_GT(read.left[22050], 1.0);
     EXPECT_LT(read.right[22050], -1.0);
     for (size_t i = 0; i < read.left.size(); ++i) {
@@ -140,8 +140,8 @@ TEST(Dithering, IsTriangularOneStepWideAndTheSameEveryTime) {
   constexpr double kStep = 1.0 / 32768.0;
   writeDoubles(path, {SF_FORMAT_WAV | SF_FORMAT_PCM_24, 44100, 2},
                std::vector<double>(2 * kFrames, 0.25));
-  const Stereo plain = readAll(*AudioInput::open(path, Dither::none), 1024);
-  const Stereo dithered = readAll(*AudioInput::open(path, Dither::tpdf), 1024);
+  const Stereo plain = readAll(*AudioInput::open(path, Dither::kNone), 1024);
+  const Stereo dithered = readAll(*AudioInput::open(path, Dither::kTpdf), 1024);
   double sum = 0.0;
   double squares = 0.0;
   double product = 0.0;
@@ -159,7 +159,7 @@ TEST(Dithering, IsTriangularOneStepWideAndTheSameEveryTime) {
   EXPECT_NEAR(squares / kFrames, 1.0 / 6.0, 0.005) << "the power of a triangle of this width";
   EXPECT_NEAR(static_cast<double>(outer) / kFrames, 0.25, 0.01) << "a rectangle would have a half";
   EXPECT_NEAR(product / kFrames, 0.0, 0.005) << "the channels' noises are strangers";
-  const Stereo again = readAll(*AudioInput::open(path, Dither::tpdf), 333);
+  const Stereo again = readAll(*AudioInput::open(path, Dither::kTpdf), 333);
   EXPECT_EQ(again.left, dithered.left);
   EXPECT_EQ(again.right, dithered.right);
 }
@@ -178,8 +178,8 @@ TEST(Dithering, IsForSourcesThatDoNotFitTheDisc) {
                         Case{{SF_FORMAT_OGG | SF_FORMAT_VORBIS, 44100, 2}, true}}) {
     const std::string path = folder.path("a");
     writeDoubles(path, c.shape, std::vector<double>(8000, 0.125));
-    const Stereo plain = readAll(*AudioInput::open(path, Dither::none), 512);
-    const Stereo dithered = readAll(*AudioInput::open(path, Dither::tpdf), 512);
+    const Stereo plain = readAll(*AudioInput::open(path, Dither::kNone), 512);
+    const Stereo dithered = readAll(*AudioInput::open(path, Dither::kTpdf), 512);
     EXPECT_EQ(plain.left != dithered.left, c.dithered) << std::hex << c.shape.format;
     EXPECT_EQ(plain.right != dithered.right, c.dithered) << std::hex << c.shape.format;
     EXPECT_TRUE(c.shape.channels != 1 || dithered.left == dithered.right);

@@ -21,10 +21,10 @@ SNDFILE* create(const std::string& path, const Shape& shape) {
   return file;
 }
 
-std::string bytesOf(uint32_t value, int count, bool bigEndian) {
+std::string bytesOf(uint32_t value, int count, bool big_endian) {
   std::string bytes;
   for (int i = 0; i < count; ++i) {
-    const int shift = 8 * (bigEndian ? count - 1 - i : i);
+    const int shift = 8 * (big_endian ? count - 1 - i : i);
     bytes += static_cast<char>(value >> shift & 0xff);
   }
   return bytes;
@@ -90,7 +90,7 @@ int discSample(double v) {
 
 std::string refusalOf(const std::string& path) {
   return errorOf([&] {
-    const auto input = AudioInput::open(path, Dither::none);
+    const auto input = AudioInput::open(path, Dither::kNone);
     readAll(*input, 1024);
   });
 }
@@ -169,11 +169,11 @@ std::string flacFile(const Folder& folder, size_t frames, std::string_view block
   writeShorts(path, {SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 44100, 2},
               std::vector<int16_t>(2 * frames));
   const std::string made = contentsOf(path);
-  const auto byteAt = [&](size_t at) { return static_cast<unsigned char>(made[at]); };
+  const auto byte_at = [&](size_t at) { return static_cast<unsigned char>(made[at]); };
   size_t audio = 4;
   for (bool last = false; !last;) {
-    last = (byteAt(audio) & kLast) != 0;
-    audio += 4 + size_t{byteAt(audio + 2)} * 256 + byteAt(audio + 3);
+    last = (byte_at(audio) & kLast) != 0;
+    audio += 4 + size_t{byte_at(audio + 2)} * 256 + byte_at(audio + 3);
   }
   std::string bytes = "fLaC";
   bytes += flacBlock(0, made.substr(8, 34));

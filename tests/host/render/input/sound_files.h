@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "disc/failure.h"
 #include "host/render/input/audio_input.h"
 
 namespace velmor::render::test {
@@ -50,12 +51,12 @@ Stereo readAll(AudioInput& input, size_t block);
 /// The 16-bit sample the disc gets for `v`.
 int discSample(double v);
 
-/// The message of the `InputError` that `action` throws; empty when it throws none.
+/// The message of the `Failure` that `action` throws; empty when it throws none.
 template <typename Action>
 std::string errorOf(Action action) {
   try {
     action();
-  } catch (const InputError& error) {
+  } catch (const Failure& error) {
     return error.what();
   }
   return {};

@@ -79,7 +79,7 @@ TEST(VorbisComments, ThatAreDamagedAreReadAsFarAsTheyAreWhole) {
 const Comments kComments{"TITLE=Song", "ISRC=de-a12-34-56789", "COMPOSER=C. Poser"};
 
 void expectTheTags(const std::string& path) {
-  const auto input = AudioInput::open(path, Dither::none);
+  const auto input = AudioInput::open(path, Dither::kNone);
   EXPECT_EQ(input->info().tags.title, "Song") << path;
   EXPECT_EQ(input->info().tags.isrc, "DEA123456789") << path;
   EXPECT_EQ(input->info().tags.songwriter, "C. Poser") << path;
@@ -92,9 +92,9 @@ TEST(Tags, OfFlacFilesNameTheSongwriterAndTheCode) {
   const Folder folder;
   const std::string comments = flacBlock(4, block(kComments));
   expectTheTags(folder.write("a.flac", flacFile(folder, kFlacFrames, comments)));
-  std::string behindPadding = flacBlock(1, std::string(70000, '\0'));
-  behindPadding += comments;
-  expectTheTags(folder.write("b.flac", flacFile(folder, kFlacFrames, behindPadding)));
+  std::string behind_padding = flacBlock(1, std::string(70000, '\0'));
+  behind_padding += comments;
+  expectTheTags(folder.write("b.flac", flacFile(folder, kFlacFrames, behind_padding)));
 }
 
 TEST(Tags, OfFlacFilesAreFoundBehindAnId3Tag) {
@@ -108,7 +108,7 @@ TEST(Tags, OfFlacFilesAreFoundBehindAnId3Tag) {
 TEST(Tags, OfFlacFilesWithoutCommentsAreEmpty) {
   const Folder folder;
   const auto input = AudioInput::open(
-      folder.write("a.flac", flacFile(folder, kFlacFrames, flacBlock(1, "xyz"))), Dither::none);
+      folder.write("a.flac", flacFile(folder, kFlacFrames, flacBlock(1, "xyz"))), Dither::kNone);
   EXPECT_EQ(input->info().tags.isrc, "");
   EXPECT_EQ(input->info().tags.songwriter, "");
 }
@@ -154,9 +154,9 @@ std::string vorbisWith(const Folder& folder, const Comments& comments) {
 TEST(Tags, OfOggFilesNameTheSongwriterAndTheCode) {
   const Folder folder;
   expectTheTags(folder.write("a.ogg", vorbisWith(folder, kComments)));
-  Comments longOnes = kComments;
-  longOnes.insert(longOnes.begin(), "DESCRIPTION=" + std::string(5000, 'd'));
-  expectTheTags(folder.write("b.ogg", vorbisWith(folder, longOnes)));
+  Comments long_ones = kComments;
+  long_ones.insert(long_ones.begin(), "DESCRIPTION=" + std::string(5000, 'd'));
+  expectTheTags(folder.write("b.ogg", vorbisWith(folder, long_ones)));
 }
 
 }  // namespace

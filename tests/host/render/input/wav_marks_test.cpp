@@ -18,7 +18,7 @@ Bytes bytesOf(const std::string& text) {
 }
 
 std::vector<WavMark> marksOf(const std::string& cue, const std::vector<std::string>& lists,
-                             ByteOrder order = ByteOrder::little) {
+                             ByteOrder order = ByteOrder::kLittle) {
   std::vector<Bytes> views;
   views.reserve(lists.size());
   for (const std::string& list : lists) views.push_back(bytesOf(list));
@@ -89,7 +89,7 @@ TEST(WavMarks, ReadBigEndianFiles) {
   const std::string cue =
       big32(1) + big32(7) + big32(0) + "data" + big32(0) + big32(0) + big32(4410);
   const std::string list = "adtl" + std::string("labl") + big32(6) + big32(7) + "x" + '\0';
-  const auto marks = marksOf(cue, {list}, ByteOrder::big);
+  const auto marks = marksOf(cue, {list}, ByteOrder::kBig);
   ASSERT_EQ(marks.size(), 1U);
   EXPECT_EQ(marks[0].start, 4410);
   EXPECT_EQ(marks[0].name, "x");
@@ -141,15 +141,15 @@ TEST(WavMarks, OfRandomBytesNeverLeaveTheirSpans) {
   const std::string cue = cueBody(kUnsortedPoints);
   const std::string list = "adtl" + label(1, "one") + region(2, 9, "two") + note(3, "three");
   for (int round = 0; round < 3000; ++round) {
-    std::string brokenCue = cue;
-    std::string brokenList = list;
+    std::string broken_cue = cue;
+    std::string broken_list = list;
     for (int i = 0; i < 4; ++i) {
-      brokenCue[random() % brokenCue.size()] = static_cast<char>(random());
-      brokenList[random() % brokenList.size()] = static_cast<char>(random());
+      broken_cue[random() % broken_cue.size()] = static_cast<char>(random());
+      broken_list[random() % broken_list.size()] = static_cast<char>(random());
     }
     // Copies of the exact size, so that a sanitizer sees the first byte beyond.
-    const auto marks = marksOf(std::string(brokenCue.begin(), brokenCue.end()),
-                               {std::string(brokenList.begin(), brokenList.end())});
+    const auto marks = marksOf(std::string(broken_cue.begin(), broken_cue.end()),
+                               {std::string(broken_list.begin(), broken_list.end())});
     ASSERT_LE(marks.size(), 3U);
     for (size_t i = 1; i < marks.size(); ++i) ASSERT_LE(marks[i - 1].start, marks[i].start);
   }

@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "host/render/terminal/failure.h"
+#include "disc/failure.h"
 #include "tests/host/render/input/sound_files.h"
 
 namespace velmor::render {
@@ -28,7 +28,7 @@ class FinishedFilesTest : public testing::Test {
   std::string failure(int64_t counted_frames = kCounted) const {
     try {
       readFinishedFiles(m_sheet, m_image, m_plan, counted_frames);
-    } catch (const RenderError& error) {
+    } catch (const Failure& error) {
       return error.what();
     }
     return {};

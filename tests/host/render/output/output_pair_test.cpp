@@ -11,7 +11,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "host/render/terminal/failure.h"
+#include "disc/failure.h"
 #include "tests/host/render/input/sound_files.h"
 
 namespace velmor::render {
@@ -30,7 +30,7 @@ class OutputPairTest : public testing::Test {
                              const std::vector<std::string>& inputs = {}) {
     try {
       const OutputPair pair(output, force, inputs);
-    } catch (const RenderError& error) {
+    } catch (const Failure& error) {
       return error.what();
     }
     return {};
@@ -164,7 +164,7 @@ TEST_F(OutputPairTest, AFailureWhileItTakesItsPlaceLeavesTheOldPair) {
     OutputPair pair(m_folder.path("disc"), true, {});
     fill(pair);
     fs::remove(pair.workingSheet());  // the last of the four moves
-    EXPECT_THROW(pair.commit(), RenderError);
+    EXPECT_THROW(pair.commit(), Failure);
   }
   EXPECT_EQ(contents(m_folder.path("disc.cue")), "old sheet");
   EXPECT_EQ(contents(m_folder.path("disc.bin")), "old image");
@@ -179,7 +179,7 @@ TEST_F(OutputPairTest, APairThatHasComeMeanwhileIsNotReplacedWithoutForce) {
     try {
       pair.commit();
       ADD_FAILURE() << "replaced without --force";
-    } catch (const RenderError& error) {
+    } catch (const Failure& error) {
       EXPECT_THAT(error.what(), AllOf(HasSubstr("disc.cue"), HasSubstr("--force")));
     }
   }
@@ -194,7 +194,7 @@ TEST_F(OutputPairTest, APairThatIsHeldMeanwhileIsNotReplaced) {
     OutputPair pair(m_folder.path("disc"), true, {});
     fill(pair);
     ASSERT_EQ(flock(fd, LOCK_SH), 0);
-    EXPECT_THROW(pair.commit(), RenderError);
+    EXPECT_THROW(pair.commit(), Failure);
   }
   close(fd);
   EXPECT_EQ(contents(sheet), "old sheet");

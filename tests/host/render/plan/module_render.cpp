@@ -19,8 +19,8 @@ namespace velmor::render::test {
 namespace {
 
 const ModuleLibrary& module() {
-  static const ModuleLibrary library(VELMOR_MODULE);
-  return library;
+  static const ModuleLibrary kLibrary(VELMOR_MODULE);
+  return kLibrary;
 }
 
 std::string contents(const std::string& path) {

@@ -202,13 +202,13 @@ TEST(Preflight, SaysWhichIsrcsLieInNoTrack) {
 }
 
 TEST(Preflight, SaysWhichInputsIsrcsGoToATrackThatBeginsBefore) {
-  const auto ownCode = [](double at, int input) {
+  const auto own_code = [](double at, int input) {
     Mark mark = marker(at, "ISRC=USABC260000" + std::to_string(input));
     mark.input = input;
     return mark;
   };
-  const std::vector<Mark> marks = {marker(0, "A"), marker(3, "B"), ownCode(3, 2), marker(60, "C"),
-                                   ownCode(59.9999, 3)};
+  const std::vector<Mark> marks = {marker(0, "A"), marker(3, "B"), own_code(3, 2), marker(60, "C"),
+                                   own_code(59.9999, 3)};
   EXPECT_THAT(check(markersMode(), marks, kSecond * 120).warnings,
               Contains(AllOf(HasSubstr("the ISRC \"USABC2600002\" of input 2 goes to track 1,"),
                              HasSubstr("before"))));

@@ -117,23 +117,24 @@ TEST(TrackPlan, IsWhatTheModuleDoesInEveryModeAndWithEveryLeadIn) {
 
 TEST(TrackPlan, IsWhatTheModuleDoesForMarksAtRandom) {
   std::mt19937 random(588);
-  const auto upTo = [&](int limit) {
+  const auto up_to = [&](int limit) {
     return std::uniform_int_distribution<int>(0, limit - 1)(random);
   };
   for (int round = 0; round < 60; ++round) {
     SCOPED_TRACE(round);
-    const int64_t frames = 44100 * (5 + upTo(20)) + upTo(588);
+    const int64_t frames = 44100 * (5 + up_to(20)) + up_to(588);
     const auto seconds = static_cast<double>(frames) / 44100.0;
     std::vector<Mark> marks;
-    for (int i = upTo(12); i > 0; --i) {
-      const double at = seconds * 1.1 * upTo(1000) / 1000.0;
+    for (int i = up_to(12); i > 0; --i) {
+      const double at = seconds * 1.1 * up_to(1000) / 1000.0;
       const std::string kind[] = {"#", "", "isrc=", "ISRC="};
-      const std::string name = kind[upTo(4)] + std::to_string(i);
-      marks.push_back(upTo(2) ? marker(at, name) : region(at, at + upTo(80) / 10.0, name));
+      const std::string name = kind[up_to(4)] + std::to_string(i);
+      marks.push_back(up_to(2) ? marker(at, name) : region(at, at + up_to(80) / 10.0, name));
     }
-    const auto settings = config(upTo(2), upTo(2) * upTo(3000), upTo(2) * upTo(3000), upTo(2));
-    const int64_t start = upTo(2) * upTo(static_cast<int>(frames) - 1);
-    expectPlanHolds(settings, marks, frames - start, 1 + upTo(5000), start);
+    const auto settings =
+        config(up_to(2), up_to(2) * up_to(3000), up_to(2) * up_to(3000), up_to(2));
+    const int64_t start = up_to(2) * up_to(static_cast<int>(frames) - 1);
+    expectPlanHolds(settings, marks, frames - start, 1 + up_to(5000), start);
   }
 }
 

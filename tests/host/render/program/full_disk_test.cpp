@@ -18,8 +18,8 @@ using testing::Not;
 class FullDisk : public testing::Test {
  protected:
   void SetUp() override {
-    writeWav(input, 5);
-    std::filesystem::create_directory(disk);
+    writeWav(m_input, 5);
+    std::filesystem::create_directory(m_disk);
   }
 
   /// Renders 882,000 bytes to a disk of its own of that size, after `before`; what is on it then is
@@ -29,19 +29,19 @@ class FullDisk : public testing::Test {
     const std::string mount = "mount -t tmpfs -o size=" + size + " tmpfs \"$1\"";
     const std::string program = VELMOR_BINARY_DIR "/velmor-render";
     const std::vector<std::string> room = {"-Urm", "sh", "-c"};
-    const auto inRoom = [&](const std::string& script) {
+    const auto in_room = [&](const std::string& script) {
       std::vector<std::string> arguments = room;
-      arguments.insert(arguments.end(), {script, "sh", disk, program, input});
+      arguments.insert(arguments.end(), {script, "sh", m_disk, program, m_input});
       return run("unshare", arguments);
     };
-    if (inRoom(mount).status != 0) return {};
-    return inRoom(mount + " && cd \"$1\" && " + before +
-                  R"( && { "$2" "$3" --force -o disc.cue; echo "status $?"; ls -A; })");
+    if (in_room(mount).status != 0) return {};
+    return in_room(mount + " && cd \"$1\" && " + before +
+                   R"( && { "$2" "$3" --force -o disc.cue; echo "status $?"; ls -A; })");
   }
 
-  Scratch folder;
-  const std::string input = folder / "in.wav";
-  const std::string disk = folder / "disk";
+  Scratch m_folder;
+  const std::string m_input = m_folder / "in.wav";
+  const std::string m_disk = m_folder / "disk";
 };
 
 TEST_F(FullDisk, IsNamedAndHoldsNothingAfterwards) {
@@ -73,9 +73,9 @@ TEST_F(FullDisk, LeavesTheOldPairWhole) {
   EXPECT_EQ(kept->out, "status 1\ndisc.bin\ndisc.cue\nold\n");
 }
 
-template <rlim_t bytes>
+template <rlim_t kBytes>
 void limitFilesTo() {
-  const rlimit limit{bytes, bytes};
+  const rlimit limit{kBytes, kBytes};
   setrlimit(RLIMIT_FSIZE, &limit);
 }
 
@@ -83,14 +83,14 @@ TEST_F(FullDisk, AnImageThatLacksAnythingIsNotCalledDone) {
   for (void (*const limit)() :
        {limitFilesTo<881999>, limitFilesTo<882000 - 4>, limitFilesTo<882000 - 2352>,
         limitFilesTo<6 * 131072>, limitFilesTo<6 * 131072 - 1>}) {
-    const Ended ended = render({input, "-o", folder / "disc"}, limit);
+    const Ended ended = render({m_input, "-o", m_folder / "disc"}, limit);
     EXPECT_EQ(ended.status, 1);
     EXPECT_THAT(ended.err, HasSubstr("the image"));
     EXPECT_THAT(ended.err, HasSubstr("ulimit -f"));
     EXPECT_THAT(ended.err, Not(HasSubstr("free some space")));
   }
-  EXPECT_EQ(folder.names(), (std::vector<std::string>{"disk", "in.wav"}));
-  EXPECT_EQ(render({input, "-o", folder / "disc"}, limitFilesTo<882000>).status, 0);
+  EXPECT_EQ(m_folder.names(), (std::vector<std::string>{"disk", "in.wav"}));
+  EXPECT_EQ(render({m_input, "-o", m_folder / "disc"}, limitFilesTo<882000>).status, 0);
 }
 
 }  // namespace

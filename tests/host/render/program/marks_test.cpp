@@ -17,25 +17,25 @@ using testing::Not;
 class Marks : public testing::Test {
  protected:
   void SetUp() override {
-    writeWav(folder / "one.wav", 10, 1);
-    writeWav(folder / "two.wav", 10, 2);
+    writeWav(m_folder / "one.wav", 10, 1);
+    writeWav(m_folder / "two.wav", 10, 2);
   }
   std::string sheet(std::vector<std::string> options) {
-    std::vector<std::string> arguments = {folder / "one.wav", folder / "two.wav", "--force", "-o",
-                                          folder / "album.cue"};
+    std::vector<std::string> arguments = {m_folder / "one.wav", m_folder / "two.wav", "--force",
+                                          "-o", m_folder / "album.cue"};
     arguments.insert(arguments.end(), options.begin(), options.end());
-    ended = render(arguments);
-    EXPECT_EQ(ended.status, 0) << ended.err;
-    return readFile(folder / "album.cue");
+    m_ended = render(arguments);
+    EXPECT_EQ(m_ended.status, 0) << m_ended.err;
+    return readFile(m_folder / "album.cue");
   }
 
-  Scratch folder;
-  Ended ended;
+  Scratch m_folder;
+  Ended m_ended;
 };
 
 TEST_F(Marks, NothingIsLoggedInNormalUse) {
   sheet({"--track-leadin", "2000"});
-  EXPECT_EQ(ended.err, "");
+  EXPECT_EQ(m_ended.err, "");
 }
 
 TEST_F(Marks, EachInputBeginsATrackThatBearsItsName) {
@@ -84,15 +84,15 @@ TEST_F(Marks, RegionsModeKeepsTheInputsAsRegionsOrTheRegionsGiven) {
             "FILE \"album.bin\" BINARY\r\n"
             "  TRACK 01 AUDIO\r\n    TITLE \"A\"\r\n    INDEX 01 00:00:00\r\n"
             "  TRACK 02 AUDIO\r\n    TITLE \"B\"\r\n    INDEX 01 00:05:00\r\n");
-  EXPECT_EQ(readFile(folder / "album.bin").size(), 10U * 176400U);
+  EXPECT_EQ(readFile(m_folder / "album.bin").size(), 10U * 176400U);
 }
 
 TEST_F(Marks, RegionsWithoutAudioOfTheirOwnAreLeftOut) {
   const std::string text = sheet({"--track-mode", "regions", "--region", "1-6=A", "--region",
                                   "2-6=inner", "--region", "8-8.000001=dust"});
   EXPECT_THAT(text, Not(HasSubstr("inner")));
-  EXPECT_THAT(ended.err, HasSubstr("\"inner\" holds no audio"));
-  EXPECT_THAT(ended.err, HasSubstr("\"dust\" holds no audio"));
+  EXPECT_THAT(m_ended.err, HasSubstr("\"inner\" holds no audio"));
+  EXPECT_THAT(m_ended.err, HasSubstr("\"dust\" holds no audio"));
 }
 
 TEST_F(Marks, OneTrackModeMakesOneTrack) {
@@ -105,23 +105,23 @@ TEST_F(Marks, OneTrackBearsTheIsrcOfTheInputItBeginsIn) {
                    "--start", "12"}),
             "FILE \"album.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    ISRC \"USABC2600002\"\r\n"
             "    INDEX 01 00:00:00\r\n");
-  EXPECT_EQ(ended.err, "");
+  EXPECT_EQ(m_ended.err, "");
 }
 
 TEST_F(Marks, ALabelTrackCutsAndSaysWhichLinesItCannotUse) {
-  writeFile(folder / "labels.txt", "4.5\t4.5\tA\r\nnonsense\r\n15\t15\tB\r\n");
-  const std::string text = sheet({"--labels", folder / "labels.txt"});
+  writeFile(m_folder / "labels.txt", "4.5\t4.5\tA\r\nnonsense\r\n15\t15\tB\r\n");
+  const std::string text = sheet({"--labels", m_folder / "labels.txt"});
   EXPECT_THAT(text, HasSubstr("TITLE \"A\"\r\n    INDEX 01 00:04:37"));
   EXPECT_THAT(text, HasSubstr("TITLE \"B\"\r\n    INDEX 01 00:15:00"));
-  EXPECT_THAT(ended.err, HasSubstr("line 2 of '" + folder / "labels.txt" + "'"));
+  EXPECT_THAT(m_ended.err, HasSubstr("line 2 of '" + m_folder / "labels.txt" + "'"));
 }
 
 TEST_F(Marks, OnesBeyondTheAudioAreNamedWithWhoGaveThem) {
-  const std::string labels = folder / "labels.txt";
+  const std::string labels = m_folder / "labels.txt";
   writeFile(labels, "4\t4\tA\n\n60\t60\tB\n");
   sheet({"--labels", labels, "--marker", "70=C", "--track-leadin", "2000", "--end", "30"});
   EXPECT_EQ(
-      ended.err,
+      m_ended.err,
       "velmor-render: warning: --end lies at 0:30.000, but the inputs end at 0:20.000, and so "
       "does the render\n"
       "velmor-render: warning: \"B\" (line 3 of '" +
@@ -129,7 +129,7 @@ TEST_F(Marks, OnesBeyondTheAudioAreNamedWithWhoGaveThem) {
           "') and \"C\" (--marker) lie beyond the end of the audio at 0:20.000 and are left "
           "out; look at the times\n");
   sheet({"--region", "70-80=R", "--track-mode", "regions"});
-  EXPECT_THAT(ended.err, HasSubstr("\"R\" (--region) lies beyond"));
+  EXPECT_THAT(m_ended.err, HasSubstr("\"R\" (--region) lies beyond"));
 }
 
 TEST_F(Marks, ThousandsOfLabelsAreRefusedAsTracksAndTakenAsTags) {
@@ -137,8 +137,8 @@ TEST_F(Marks, ThousandsOfLabelsAreRefusedAsTracksAndTakenAsTags) {
   for (int i = 0; i < 10000; ++i) {
     labels += std::to_string(i / 1000.0) + "\t" + std::to_string(i / 1000.0) + "\tWRIT=x\n";
   }
-  writeFile(folder / "many.txt", labels);
-  EXPECT_THAT(sheet({"--labels", folder / "many.txt"}), HasSubstr("SONGWRITER \"x\""));
+  writeFile(m_folder / "many.txt", labels);
+  EXPECT_THAT(sheet({"--labels", m_folder / "many.txt"}), HasSubstr("SONGWRITER \"x\""));
 }
 
 TEST_F(Marks, TheDiscsTextsAndCodesComeFromTheOptions) {
@@ -157,7 +157,7 @@ TEST_F(Marks, MetaFieldsReachTheModule) {
 TEST_F(Marks, TextsThatWouldBreakTheSheetAreMended) {
   const std::string text = sheet({"--title", "a \"b\"\nc\\"});
   EXPECT_THAT(text, HasSubstr("TITLE \"a 'b' c/\"\r\nFILE"));
-  EXPECT_THAT(ended.err, HasSubstr("would break the sheet"));
+  EXPECT_THAT(m_ended.err, HasSubstr("would break the sheet"));
 }
 
 TEST(Tags, TitleArtistAndAlbumFillWhatIsNotGiven) {

@@ -26,46 +26,46 @@ using Names = std::vector<std::string>;
 
 class Output : public testing::Test {
  protected:
-  void SetUp() override { writeWav(input, 6); }
-  Scratch folder;
-  const std::string input = folder / "in.wav";
+  void SetUp() override { writeWav(m_input, 6); }
+  Scratch m_folder;
+  const std::string m_input = m_folder / "in.wav";
 };
 
 TEST_F(Output, ANameWithoutItsEndingGetsIt) {
-  ASSERT_EQ(render({input, "-o", folder / "disc"}).status, 0);
-  EXPECT_EQ(folder.names(), (Names{"disc.bin", "disc.cue", "in.wav"}));
+  ASSERT_EQ(render({m_input, "-o", m_folder / "disc"}).status, 0);
+  EXPECT_EQ(m_folder.names(), (Names{"disc.bin", "disc.cue", "in.wav"}));
 }
 
 TEST_F(Output, AnExistingPairIsNotTouchedWithoutForce) {
-  writeFile(folder / "disc.bin", "old");
-  const Ended ended = render({input, "-o", folder / "disc.cue"});
+  writeFile(m_folder / "disc.bin", "old");
+  const Ended ended = render({m_input, "-o", m_folder / "disc.cue"});
   EXPECT_EQ(ended.status, 1);
   EXPECT_THAT(ended.err, HasSubstr("--force"));
-  EXPECT_EQ(readFile(folder / "disc.bin"), "old");
-  EXPECT_EQ(folder.names(), (Names{"disc.bin", "in.wav"}));
+  EXPECT_EQ(readFile(m_folder / "disc.bin"), "old");
+  EXPECT_EQ(m_folder.names(), (Names{"disc.bin", "in.wav"}));
 }
 
 TEST_F(Output, ForceReplacesThePair) {
-  writeFile(folder / "disc.bin", "old");
-  writeFile(folder / "disc.cue", "old");
-  ASSERT_EQ(render({input, "--force", "-o", folder / "disc.cue"}).status, 0);
-  EXPECT_EQ(readFile(folder / "disc.bin").size(), 6U * 176400U);
-  EXPECT_THAT(readFile(folder / "disc.cue"), HasSubstr("TRACK 01"));
-  EXPECT_EQ(folder.names(), (Names{"disc.bin", "disc.cue", "in.wav"}));
+  writeFile(m_folder / "disc.bin", "old");
+  writeFile(m_folder / "disc.cue", "old");
+  ASSERT_EQ(render({m_input, "--force", "-o", m_folder / "disc.cue"}).status, 0);
+  EXPECT_EQ(readFile(m_folder / "disc.bin").size(), 6U * 176400U);
+  EXPECT_THAT(readFile(m_folder / "disc.cue"), HasSubstr("TRACK 01"));
+  EXPECT_EQ(m_folder.names(), (Names{"disc.bin", "disc.cue", "in.wav"}));
 }
 
 TEST_F(Output, ASecondSheetOfAnOlderImageIsNamedAndStays) {
-  ASSERT_EQ(render({input, "--portable-cue", "-o", folder / "disc"}).status, 0);
-  const std::string second = readFile(folder / "disc.portable.cue");
-  const Ended ended = render({input, "--force", "--end", "5", "-o", folder / "disc"});
+  ASSERT_EQ(render({m_input, "--portable-cue", "-o", m_folder / "disc"}).status, 0);
+  const std::string second = readFile(m_folder / "disc.portable.cue");
+  const Ended ended = render({m_input, "--force", "--end", "5", "-o", m_folder / "disc"});
   EXPECT_EQ(ended.status, 0);
-  EXPECT_EQ(ended.err, "velmor-render: warning: \"" + folder / "disc.portable.cue" +
+  EXPECT_EQ(ended.err, "velmor-render: warning: \"" + m_folder / "disc.portable.cue" +
                            "\" was made for an older disc.bin and need not fit the new one; delete "
                            "it, or replace it with --portable-cue\n");
-  EXPECT_EQ(readFile(folder / "disc.portable.cue"), second);
-  EXPECT_EQ(render({input, "--force", "--portable-cue", "-o", folder / "disc"}).err, "");
-  writeFile(folder / "disc.portable.cue", "FILE \"disc.portable.bin\" BINARY\r\n");
-  EXPECT_EQ(render({input, "--force", "-o", folder / "disc"}).err, "") << "another disc's";
+  EXPECT_EQ(readFile(m_folder / "disc.portable.cue"), second);
+  EXPECT_EQ(render({m_input, "--force", "--portable-cue", "-o", m_folder / "disc"}).err, "");
+  writeFile(m_folder / "disc.portable.cue", "FILE \"disc.portable.bin\" BINARY\r\n");
+  EXPECT_EQ(render({m_input, "--force", "-o", m_folder / "disc"}).err, "") << "another disc's";
 }
 
 void limitFileSize() {
@@ -74,15 +74,15 @@ void limitFileSize() {
 }
 
 TEST_F(Output, AFailedWriteStopsTheRenderAndLeavesTheOldPairWhole) {
-  writeFile(folder / "disc.bin", "old image");
-  writeFile(folder / "disc.cue", "old sheet");
-  const Ended ended = render({input, "--force", "-o", folder / "disc.cue"}, limitFileSize);
+  writeFile(m_folder / "disc.bin", "old image");
+  writeFile(m_folder / "disc.cue", "old sheet");
+  const Ended ended = render({m_input, "--force", "-o", m_folder / "disc.cue"}, limitFileSize);
   EXPECT_EQ(ended.status, 1);
   EXPECT_THAT(ended.err, HasSubstr("could not be written: no file may grow beyond 500000 bytes"));
   EXPECT_THAT(ended.err, HasSubstr("ulimit -f"));
-  EXPECT_EQ(readFile(folder / "disc.bin"), "old image");
-  EXPECT_EQ(readFile(folder / "disc.cue"), "old sheet");
-  EXPECT_EQ(folder.names(), (Names{"disc.bin", "disc.cue", "in.wav"}));
+  EXPECT_EQ(readFile(m_folder / "disc.bin"), "old image");
+  EXPECT_EQ(readFile(m_folder / "disc.cue"), "old sheet");
+  EXPECT_EQ(m_folder.names(), (Names{"disc.bin", "disc.cue", "in.wav"}));
 }
 
 /// Leaves the last, unreported flush alone without room: six seconds are 1,058,400 bytes, eight
@@ -93,10 +93,10 @@ void limitToTheLastFlush() {
 }
 
 TEST_F(Output, ALastWriteThatFailsUnreportedIsFound) {
-  const Ended ended = render({input, "-o", folder / "disc.cue"}, limitToTheLastFlush);
+  const Ended ended = render({m_input, "-o", m_folder / "disc.cue"}, limitToTheLastFlush);
   EXPECT_EQ(ended.status, 1);
   EXPECT_THAT(ended.err, HasSubstr("not complete: no file may grow beyond 1048676 bytes"));
-  EXPECT_EQ(folder.names(), (Names{"in.wav"}));
+  EXPECT_EQ(m_folder.names(), (Names{"in.wav"}));
 }
 
 /// Mounts a small file system over /mnt, seen by this process alone.
@@ -107,17 +107,17 @@ void mountSmallDisk() {
 }
 
 TEST_F(Output, AFullDiskIsNamed) {
-  const Ended ended = render({input, "-o", "/mnt/disc.cue"}, mountSmallDisk);
+  const Ended ended = render({m_input, "-o", "/mnt/disc.cue"}, mountSmallDisk);
   if (ended.status == 77) GTEST_SKIP() << "mounting is not permitted here";
   EXPECT_EQ(ended.status, 1);
   EXPECT_THAT(ended.err, HasSubstr("the disk is full"));
 }
 
 TEST_F(Output, OneThatAnotherProgramHoldsIsRefused) {
-  writeFile(folder / "disc.bin", "old");
-  const int fd = open((folder / "disc.bin").c_str(), O_RDWR);
+  writeFile(m_folder / "disc.bin", "old");
+  const int fd = open((m_folder / "disc.bin").c_str(), O_RDWR);
   ASSERT_EQ(flock(fd, LOCK_EX), 0);
-  const Ended ended = render({input, "--force", "-o", folder / "disc.cue"});
+  const Ended ended = render({m_input, "--force", "-o", m_folder / "disc.cue"});
   close(fd);
   EXPECT_EQ(ended.status, 1);
   EXPECT_THAT(ended.err, HasSubstr("in use by another program"));
@@ -200,13 +200,13 @@ TEST(InterruptionOfAReplacement, LeavesTheOldPairWhole) {
 INSTANTIATE_TEST_SUITE_P(Signals, Interruption, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST_F(Output, TheProgressBarIsForTerminals) {
-  writeSparseWav(folder / "long.wav", 1800);
+  writeSparseWav(m_folder / "long.wav", 1800);
   int terminal = -1;
   const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
   if (child == 0) {
     const std::string program = VELMOR_BINARY_DIR "/velmor-render";
-    const std::string in = folder / "long.wav";
-    const std::string out = folder / "disc.cue";
+    const std::string in = m_folder / "long.wav";
+    const std::string out = m_folder / "disc.cue";
     execl(program.c_str(), program.c_str(), in.c_str(), "--block", "64", "-o", out.c_str(),
           nullptr);
     _exit(127);
@@ -225,7 +225,7 @@ TEST_F(Output, TheProgressBarIsForTerminals) {
 }
 
 TEST_F(Output, QuietPrintsNothing) {
-  const Ended ended = render({input, "--quiet", "--catalog", "123", "-o", folder / "disc"});
+  const Ended ended = render({m_input, "--quiet", "--catalog", "123", "-o", m_folder / "disc"});
   EXPECT_EQ(ended.status, 0);
   EXPECT_EQ(ended.out + ended.err, "");
 }

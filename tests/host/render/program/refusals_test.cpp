@@ -9,6 +9,7 @@
 #include <regex>
 #include <set>
 
+#include "disc/failure.h"
 #include "tests/host/render/program/audio_files.h"
 #include "tests/host/render/program/program.h"
 
@@ -17,75 +18,75 @@ namespace {
 
 using testing::HasSubstr;
 
-class Refusal : public testing::Test {
+class Failure : public testing::Test {
  protected:
-  void SetUp() override { writeWav(input, 6); }
+  void SetUp() override { writeWav(m_input, 6); }
   /// The refusal's sentence; also sees that it is one line and that nothing was left.
   std::string refused(const std::vector<std::string>& arguments, int status) {
-    const std::vector<std::string> before = folder.names();
+    const std::vector<std::string> before = m_folder.names();
     const Ended ended = render(arguments);
     EXPECT_EQ(ended.status, status) << ended.err;
     EXPECT_EQ(ended.err.rfind("velmor-render: ", 0), 0U) << ended.err;
     EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
-    EXPECT_EQ(folder.names(), before);
+    EXPECT_EQ(m_folder.names(), before);
     return ended.err;
   }
-  Scratch folder;
-  const std::string input = folder / "in.wav";
+  Scratch m_folder;
+  const std::string m_input = m_folder / "in.wav";
 };
 
-TEST_F(Refusal, WrongUsageEndsWithTwo) {
+TEST_F(Failure, WrongUsageEndsWithTwo) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
-      {{"-o", folder / "a"}, "INPUT"},
-      {{input}, "--output"},
-      {{input, "-o", folder / "a", "--nonsense"}, "--nonsense"},
-      {{input, "-o", folder / "a", "--track-mode", "songs"}, "songs"},
-      {{input, "-o", folder / "a", "--track-leadin", "-5"}, "--track-leadin"},
-      {{input, "-o", folder / "a", "--block", "0"}, "--block"},
-      {{input, "-o", folder / "a", "--marker", "x=y"}, "x"},
-      {{input, "-o", folder / "a", "--region", "9-3=y"}, "9-3"},
-      {{input, "-o", folder / "a", "--isrc", "USABC2600001"}, "INPUT_NUMBER=CODE"},
-      {{input, "-o", folder / "a", "--isrc", "2=USABC2600001"}, "names input 2"},
-      {{input, "-o", folder / "a", "--isrc", "1=USABC"}, "is no ISRC"},
-      {{input, "-o", folder / "a", "--isrc", "1=USABC2600001", "--isrc", "1=USABC2600002"},
+      {{"-o", m_folder / "a"}, "INPUT"},
+      {{m_input}, "--output"},
+      {{m_input, "-o", m_folder / "a", "--nonsense"}, "--nonsense"},
+      {{m_input, "-o", m_folder / "a", "--track-mode", "songs"}, "songs"},
+      {{m_input, "-o", m_folder / "a", "--track-leadin", "-5"}, "--track-leadin"},
+      {{m_input, "-o", m_folder / "a", "--block", "0"}, "--block"},
+      {{m_input, "-o", m_folder / "a", "--marker", "x=y"}, "x"},
+      {{m_input, "-o", m_folder / "a", "--region", "9-3=y"}, "9-3"},
+      {{m_input, "-o", m_folder / "a", "--isrc", "USABC2600001"}, "INPUT_NUMBER=CODE"},
+      {{m_input, "-o", m_folder / "a", "--isrc", "2=USABC2600001"}, "names input 2"},
+      {{m_input, "-o", m_folder / "a", "--isrc", "1=USABC"}, "is no ISRC"},
+      {{m_input, "-o", m_folder / "a", "--isrc", "1=USABC2600001", "--isrc", "1=USABC2600002"},
        "twice"},
-      {{input, "-o", folder / "a", "--meta", "nothing"}, "KEY=VALUE"},
-      {{input, "-o", folder / "a", "--start", "5", "--end", "4"}, "--end"},
-      {{input, "-o", folder / "a", "--start", "60"}, "--start"},
+      {{m_input, "-o", m_folder / "a", "--meta", "nothing"}, "KEY=VALUE"},
+      {{m_input, "-o", m_folder / "a", "--start", "5", "--end", "4"}, "--end"},
+      {{m_input, "-o", m_folder / "a", "--start", "60"}, "--start"},
   };
   for (const auto& [arguments, words] : cases) {
     EXPECT_THAT(refused(arguments, 2), HasSubstr(words));
   }
 }
 
-TEST_F(Refusal, OutputsThatCannotBe) {
-  std::filesystem::create_directory(folder / "dir.cue");
-  std::filesystem::create_hard_link(input, folder / "linked.bin");
-  std::filesystem::create_symlink(input, folder / "pointed.cue");
-  ASSERT_EQ(mkfifo((folder / "pipe.cue").c_str(), 0600), 0);
+TEST_F(Failure, OutputsThatCannotBe) {
+  std::filesystem::create_directory(m_folder / "dir.cue");
+  std::filesystem::create_hard_link(m_input, m_folder / "linked.bin");
+  std::filesystem::create_symlink(m_input, m_folder / "pointed.cue");
+  ASSERT_EQ(mkfifo((m_folder / "pipe.cue").c_str(), 0600), 0);
   const std::vector<std::pair<std::string, std::string>> cases = {
-      {folder / "no/such/disc.cue", "there is no folder"},
-      {folder / "a\"b.cue", "holds a \""},
-      {folder / "a\nb.cue", "line break"},
-      {folder / "a\\b.cue", "backslash"},
-      {folder / "dir.cue", "is a folder"},
-      {folder / "linked.cue", "is one of the inputs"},
-      {folder / "pointed.cue", "is one of the inputs"},
-      {folder / "pipe.cue", "is no regular file"},
-      {folder / "", "no usable file name"},
+      {m_folder / "no/such/disc.cue", "there is no folder"},
+      {m_folder / "a\"b.cue", "holds a \""},
+      {m_folder / "a\nb.cue", "line break"},
+      {m_folder / "a\\b.cue", "backslash"},
+      {m_folder / "dir.cue", "is a folder"},
+      {m_folder / "linked.cue", "is one of the inputs"},
+      {m_folder / "pointed.cue", "is one of the inputs"},
+      {m_folder / "pipe.cue", "is no regular file"},
+      {m_folder / "", "no usable file name"},
       {"/proc/disc.cue", "nothing can be written"},
   };
   for (const auto& [output, words] : cases) {
-    EXPECT_THAT(refused({input, "--force", "-o", output}, 1), HasSubstr(words));
+    EXPECT_THAT(refused({m_input, "--force", "-o", output}, 1), HasSubstr(words));
   }
 }
 
-TEST_F(Refusal, InputsThatAreNoFiles) {
-  std::filesystem::create_directory(folder / "folder.wav");
-  writeFile(folder / "empty.wav", "");
-  ASSERT_EQ(mkfifo((folder / "pipe.wav").c_str(), 0600), 0);
+TEST_F(Failure, InputsThatAreNoFiles) {
+  std::filesystem::create_directory(m_folder / "folder.wav");
+  writeFile(m_folder / "empty.wav", "");
+  ASSERT_EQ(mkfifo((m_folder / "pipe.wav").c_str(), 0600), 0);
   for (const char* const name : {"folder.wav", "empty.wav", "pipe.wav"}) {
-    EXPECT_THAT(refused({input, folder / name, "-o", folder / "a"}, 1), HasSubstr(name));
+    EXPECT_THAT(refused({m_input, m_folder / name, "-o", m_folder / "a"}, 1), HasSubstr(name));
   }
 }
 
@@ -94,60 +95,62 @@ void becomeNobody() {
   if (setuid(65534) != 0) _exit(77);
 }
 
-TEST_F(Refusal, AnInputOrAFolderWithoutPermission) {
+TEST_F(Failure, AnInputOrAFolderWithoutPermission) {
   namespace fs = std::filesystem;
-  fs::permissions(folder / ".", fs::perms::owner_all | fs::perms::others_exec);
+  fs::permissions(m_folder / ".", fs::perms::owner_all | fs::perms::others_exec);
   if (render({"--version"}, becomeNobody).status != 0) {
     GTEST_SKIP() << "another user cannot be, or cannot run the program";
   }
-  const auto refusedAsNobody = [&] {
-    const Ended ended = render({input, "-o", folder / "a"}, becomeNobody);
+  const auto refused_as_nobody = [&] {
+    const Ended ended = render({m_input, "-o", m_folder / "a"}, becomeNobody);
     EXPECT_EQ(ended.status, 1);
     return ended.err;
   };
-  EXPECT_THAT(refusedAsNobody(), HasSubstr("nothing can be written to the folder"));
-  fs::permissions(folder / ".", fs::perms::all);
-  fs::permissions(input, fs::perms::owner_read);
-  EXPECT_THAT(refusedAsNobody(), HasSubstr(input));
-  EXPECT_EQ(folder.names(), std::vector<std::string>{"in.wav"});
+  EXPECT_THAT(refused_as_nobody(), HasSubstr("nothing can be written to the folder"));
+  fs::permissions(m_folder / ".", fs::perms::all);
+  fs::permissions(m_input, fs::perms::owner_read);
+  EXPECT_THAT(refused_as_nobody(), HasSubstr(m_input));
+  EXPECT_EQ(m_folder.names(), std::vector<std::string>{"in.wav"});
 }
 
-TEST_F(Refusal, ALabelFileInTheWayOrMissing) {
-  writeFile(folder / "labels.bin", "1\t1\tx\n");
+TEST_F(Failure, ALabelFileInTheWayOrMissing) {
+  writeFile(m_folder / "labels.bin", "1\t1\tx\n");
   EXPECT_THAT(
-      refused({input, "--force", "--labels", folder / "labels.bin", "-o", folder / "labels"}, 1),
+      refused({m_input, "--force", "--labels", m_folder / "labels.bin", "-o", m_folder / "labels"},
+              1),
       HasSubstr("is one of the inputs"));
-  EXPECT_THAT(refused({input, "--labels", folder / "none.txt", "-o", folder / "a"}, 1),
+  EXPECT_THAT(refused({m_input, "--labels", m_folder / "none.txt", "-o", m_folder / "a"}, 1),
               HasSubstr("none.txt"));
 }
 
-TEST_F(Refusal, ModulesThatAreNone) {
+TEST_F(Failure, ModulesThatAreNone) {
   const auto with = [&](const std::string& module) {
-    return refused({input, "--module", module, "-o", folder / "a"}, 1);
+    return refused({m_input, "--module", module, "-o", m_folder / "a"}, 1);
   };
-  EXPECT_THAT(with(folder / "none.so"), HasSubstr("cannot be loaded"));
+  EXPECT_THAT(with(m_folder / "none.so"), HasSubstr("cannot be loaded"));
   EXPECT_THAT(with(VELMOR_REFUSING_MODULE), HasSubstr("another version"));
   EXPECT_THAT(with(VELMOR_IDLE_MODULE), HasSubstr("registers no render format"));
   EXPECT_THAT(with(VELMOR_DEMANDING_MODULE), HasSubstr("misses a function"));
   EXPECT_THAT(with(VELMOR_PLAIN_LIBRARY), HasSubstr("is no module of this kind"));
-  writeFile(folder / "text.so", "no library");
-  EXPECT_THAT(with(folder / "text.so"), HasSubstr("--module"));
+  writeFile(m_folder / "text.so", "no library");
+  EXPECT_THAT(with(m_folder / "text.so"), HasSubstr("--module"));
 }
 
-TEST_F(Refusal, RegionsModeWithoutARegionInTheRange) {
-  EXPECT_THAT(refused({input, "--track-mode", "regions", "--region", "1-2=a", "--start", "3", "-o",
-                       folder / "a"},
+TEST_F(Failure, RegionsModeWithoutARegionInTheRange) {
+  EXPECT_THAT(refused({m_input, "--track-mode", "regions", "--region", "1-2=a", "--start", "3",
+                       "-o", m_folder / "a"},
                       1),
               HasSubstr("no region with audio"));
 }
 
-TEST_F(Refusal, MoreThan99Tracks) {
-  writeSparseWav(folder / "long.wav", 500);
+TEST_F(Failure, MoreThan99Tracks) {
+  writeSparseWav(m_folder / "long.wav", 500);
   std::string labels;
   for (int i = 0; i < 100; ++i) labels += std::to_string(i * 5) + "\tx\n";
-  writeFile(folder / "labels.txt", labels);
+  writeFile(m_folder / "labels.txt", labels);
   EXPECT_THAT(
-      refused({folder / "long.wav", "--labels", folder / "labels.txt", "-o", folder / "a"}, 1),
+      refused({m_folder / "long.wav", "--labels", m_folder / "labels.txt", "-o", m_folder / "a"},
+              1),
       HasSubstr("100 tracks, but a CD holds 99"));
 }
 
