@@ -41,6 +41,8 @@ set(VELMOR_CD_SOURCES
     module/support/file_write.cpp
     module/support/heap_buf.cpp
     module/support/ydk_string.cpp
+    abi/host_functions.cpp
+    abi/quelm_functions.cpp
     ${VELMOR_CD_PLATFORM_SOURCES})
 
 add_library(velmor_cd_objects OBJECT ${VELMOR_CD_SOURCES})

@@ -7,7 +7,7 @@
 #include <new>
 
 #include "abi/quelm_functions.h"
-#include "module/burn/track_source.h"
+#include "abi/track_source.h"
 #include "module/platform/disc_recording.h"
 #include "module/support/cd_units.h"
 #include "module/support/typed_buf.h"

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "module/burn/track_source.h"
+#include "abi/track_source.h"
 #import "module/platform/cd_burn_delegate_mac.h"
 #import "module/platform/cd_burn_source_mac.h"
 #include "module/platform/disc_recording.h"

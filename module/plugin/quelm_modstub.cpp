@@ -8,14 +8,6 @@
 #include "module/platform/system_log.h"
 #include "module/platform/windowing_provider.h"
 
-// The pointers themselves. They hold nothing until the import, which is the first code of the
-// module that runs.
-#define QUELM_TYPED(name, ...) std::type_identity_t<__VA_ARGS__> name;
-#define QUELM_OPAQUE(name) QuelmAnyFn name;
-#include "abi/quelm_functions.inc"
-#undef QUELM_TYPED
-#undef QUELM_OPAQUE
-
 namespace {
 
 struct ImportedFunction {

@@ -6,9 +6,9 @@
 #include <filesystem>
 
 #include "abi/exports.h"
+#include "abi/track_source.h"
 #include "module/burn/burn_dialog.h"
 #include "module/burn/burn_engine.h"
-#include "module/burn/track_source.h"
 #include "module/plugin/quelm_modstub.h"
 #include "tests/fake_host/plugin_host.h"
 #include "tests/fake_host/windowing_layer.h"

@@ -1,5 +1,5 @@
 // What one track reads from the image, and with which system calls.
-#include "module/burn/track_source.h"
+#include "abi/track_source.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,6 +11,7 @@
 #include <random>
 
 #include "module/burn/track_offsets.h"
+#include "module/support/file_read.h"
 #include "tests/module/burn/image_file.h"
 #include "tests/module/support/system_calls.h"
 
