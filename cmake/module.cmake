@@ -29,6 +29,7 @@ set(VELMOR_CD_SOURCES
     module/sink/marker_names.cpp
     module/sink/pcm_sink_iso.cpp
     module/sink/pcm_sink_iso_write.cpp
+    module/sink/project_marks.cpp
     module/sink/sample_conversion.cpp
     module/sink/sample_conversion_avx2.cpp
     module/sink/track_cutter.cpp

@@ -1,14 +1,13 @@
 #include "module/sink/cue_sheet.h"
 
-#include <cmath>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <initializer_list>
 
-#include "abi/host_functions.h"
 #include "module/sink/marker_names.h"
+#include "module/sink/project_marks.h"
 #include "module/support/cd_units.h"
 
 namespace {
@@ -73,15 +72,13 @@ void writeTags(const CueSheet& sheet, int track, YDK_FileWrite& out) {
   const double to = from + length;
   YDK_AssocArrayImpl<const char*, char> written(YDK_assocarray_cmpstr, dupstr, freestr);
   int index = 0;
-  bool is_region = false;
-  double position = 0.0;
-  const char* name = nullptr;
-  while ((index = EnumProjectMarkers(index, &is_region, &position, nullptr, &name, nullptr)) != 0) {
-    if (std::isnan(position) || position < from) continue;
-    if (position >= to) break;
-    const MarkerTag* const tag = name ? tagOf(name) : nullptr;
+  for (ProjectMark mark = markStartAt(index, 0.0); mark.next; mark = markStartAt(index, 0.0)) {
+    index = mark.next;
+    if (mark.position < from) continue;
+    if (mark.position >= to) break;
+    const MarkerTag* const tag = mark.name ? tagOf(mark.name) : nullptr;
     if (!tag || written.Find(tag->key)) continue;
-    writeLine(out, "    %s \"%s\"\r\n", tag->key, name + kTagPrefixLength);
+    writeLine(out, "    %s \"%s\"\r\n", tag->key, mark.name + kTagPrefixLength);
     written.Insert(tag->key, 1);
   }
 }
