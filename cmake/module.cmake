@@ -37,6 +37,7 @@ set(VELMOR_CD_SOURCES
     module/burn/burn_engine.cpp
     module/burn/burn_settings.cpp
     module/burn/track_source.cpp
+    module/support/ascii_case.cpp
     module/support/assoc_array.cpp
     module/support/file_read.cpp
     module/support/file_write.cpp

@@ -1,6 +1,6 @@
 #include "module/sink/marker_names.h"
 
-#include <strings.h>
+#include "module/support/ascii_case.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ constexpr MarkerTag kTags[] = {
 
 const MarkerTag* tagOf(const char* name) {
   for (const MarkerTag& tag : kTags) {
-    if (strncasecmp(name, tag.prefix, kTagPrefixLength) == 0) return &tag;
+    if (compareIgnoringCase(name, tag.prefix, kTagPrefixLength) == 0) return &tag;
   }
   return nullptr;
 }

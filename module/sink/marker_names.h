@@ -3,7 +3,7 @@
 
 /// The tags that a marker's name may carry, by its prefix.
 struct MarkerTag {
-  const char* prefix;  ///< five characters, compared without regard to case
+  const char* prefix;  ///< five characters, compared without regard to ASCII case
   const char* key;     ///< the cue sheet's word for it
 };
 inline constexpr int kTagPrefixLength = 5;

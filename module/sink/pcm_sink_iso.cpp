@@ -1,10 +1,7 @@
 // Construction, the host's queries, and the end of a render.
 #include "module/sink/pcm_sink_iso.h"
 
-#include <strings.h>
-
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <new>
@@ -17,6 +14,7 @@
 #include "module/sink/cue_sheet.h"
 #include "module/sink/marker_names.h"
 #include "module/sink/project_marks.h"
+#include "module/support/ascii_case.h"
 #include "module/support/cd_units.h"
 
 namespace {
@@ -54,7 +52,11 @@ PCM_sink_iso::PCM_sink_iso(const char* filename, void* cfg, int cfg_len, int /*n
 }
 
 PCM_sink_iso::~PCM_sink_iso() {
+  // The files first, since the host may look at them while it is still inside the delete; then the
+  // titles and the metadata; then the members' own buffers, the last one first.
   closeFiles();
+  m_track_names.Empty(true);
+  m_metadata.Clear();
 }
 
 void PCM_sink_iso::closeFiles() {
@@ -68,7 +70,7 @@ bool PCM_sink_iso::nameFiles(const char* filename) {
   const auto length = static_cast<int>(strlen(filename));
   int stem = length;
   m_cuefn.Set(filename);
-  if (length == 4 || (length > 4 && strcasecmp(filename + length - 4, ".cue") == 0)) {
+  if (length == 4 || (length > 4 && compareIgnoringCase(filename + length - 4, ".cue") == 0)) {
     const char* const dot = strrchr(filename, '.');
     if (!dot) return false;
     stem = static_cast<int>(dot - filename);
@@ -190,8 +192,8 @@ void PCM_sink_iso::finishRender(void* parent) {
 }
 
 void PCM_sink_iso::writeCueSheet() {
-  const CueSheet sheet{m_metadata,      m_binfn.Get(),   m_track_starts,   m_track_names,
-                       m_track_src_pos, m_track_src_len, m_disc_leadin_ms, m_track_leadin_ms,
-                       GetStartTime(),  GetLength()};
-  writeCueSheetText(sheet, *m_cuefile);
+  const CueSheet sheet{m_metadata,        m_binfn.Get(),   m_track_starts,
+                       m_track_src_pos,   m_track_src_len, m_disc_leadin_ms,
+                       m_track_leadin_ms, GetStartTime(),  GetLength()};
+  writeCueSheetText(sheet, m_track_names, *m_cuefile);
 }

@@ -79,7 +79,7 @@ class PCM_sink_iso final : public PCM_sink {
   YDK_String m_cuefn{128};
   YDK_String m_binfn{128};
   YDK_TypedBuf<double> m_track_starts{4096};    ///< image seconds
-  YDK_OwningPtrList<YDK_String> m_track_names;  ///< owned titles
+  YDK_OwningPtrList<YDK_String> m_track_names;  ///< titles
   int m_disc_leadin_ms = 0;
   int m_track_leadin_ms = 0;
   int m_marker_idx = 0;  ///< the marker or region to look at next

@@ -1,6 +1,7 @@
 // Maps kept as one array of key/value pairs sorted by key.
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <type_traits>
@@ -9,7 +10,7 @@
 
 /// Byte order as unsigned characters: -1, 0 or 1.
 int YDK_assocarray_cmpstr(const char* const* a, const char* const* b);
-/// `strcasecmp`'s order.
+/// The order of `compareIgnoringCase`.
 int YDK_assocarray_cmpistr(const char* const* a, const char* const* b);
 /// A heap copy, null when memory ran out.
 const char* dupstr(const char* s);
@@ -63,12 +64,12 @@ class YDK_AssocArrayImpl {
   /// Appends without keeping order, for bulk loading; `SortKeys` restores it. Result as `Insert`.
   bool AppendUnsorted(K key, V val) { return Place(GetSize(), key, val); }
 
-  /// Sorts, then keeps one pair per key. Of equal keys any one may survive.
+  /// Sorts, then keeps one pair per key: of equal keys the one that was loaded first.
   void SortKeys() {
     if (GetSize() < 2 || !m_compare) return;
-    // A pair begins with its key, so the pairs' addresses serve as the comparison's key addresses.
-    qsort(m_data.Get(), static_cast<size_t>(GetSize()), sizeof(KeyVal),
-          reinterpret_cast<int (*)(const void*, const void*)>(m_compare));
+    std::stable_sort(
+        m_data.Get(), m_data.Get() + GetSize(),
+        [this](const KeyVal& a, const KeyVal& b) { return m_compare(&a.key, &b.key) < 0; });
     RemoveDuplicateKeys();
   }
 
@@ -98,8 +99,6 @@ class YDK_AssocArrayImpl {
   }
 
  private:
-  static_assert(std::is_standard_layout_v<KeyVal>);
-
   bool Bisect(K key, int* at) const {
     int lo = 0;
     int hi = GetSize();

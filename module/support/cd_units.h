@@ -11,7 +11,7 @@ inline constexpr int kBytesPerSecond = 176400;
 inline constexpr double kShortestTrack = 4.0;  ///< seconds (Red Book)
 
 /// The whole part of `value`; what 64 bits cannot hold saturates. Not for NaN.
-constexpr int64_t truncateToFrames(double value) {
+constexpr int64_t wholePart(double value) {
   constexpr double kEdge = 9223372036854775808.0;  // 2^63
   if (value >= kEdge) return std::numeric_limits<int64_t>::max();
   if (value < -kEdge) return std::numeric_limits<int64_t>::min();
@@ -20,7 +20,7 @@ constexpr int64_t truncateToFrames(double value) {
 
 /// Frames in `seconds`, half a frame rounded up (towards zero below it). Not for NaN.
 constexpr int64_t framesIn(double seconds) {
-  return truncateToFrames(seconds * kSampleRate + 0.5);
+  return wholePart(seconds * kSampleRate + 0.5);
 }
 
 /// Bytes of a silence of `ms` milliseconds (0 or more), truncated; at most the largest number of
