@@ -67,14 +67,14 @@ void runModally(NSWindow* window) {
   // An application in the background gets no events that would wake a modal run: look for the end
   // instead.
   const NSModalSession session = [NSApp beginModalSessionForWindow:window];
-  while ([NSApp runModalSession:session] == NSModalResponseContinue) platform_modal_pause();
+  while ([NSApp runModalSession:session] == NSModalResponseContinue) platformModalPause();
   [NSApp endModalSession:session];
 }
 
 /// Apple DiscRecording as the burn engine meets it.
 class AppleDiscRecording final : public DiscRecordingService {
  public:
-  void FindDevices() {
+  void findDevices() {
     m_devices = [DRDevice devices];
     m_described = nil;
   }
@@ -86,8 +86,8 @@ class AppleDiscRecording final : public DiscRecordingService {
   void* DeviceAt(int index) override {
     return [m_devices objectAtIndex:static_cast<NSUInteger>(index)];
   }
-  const char* VendorName(void* device) override { return Name(device, DRDeviceVendorNameKey); }
-  const char* ProductName(void* device) override { return Name(device, DRDeviceProductNameKey); }
+  const char* VendorName(void* device) override { return nameOf(device, DRDeviceVendorNameKey); }
+  const char* ProductName(void* device) override { return nameOf(device, DRDeviceProductNameKey); }
   bool IsValid(void* device) override { return [static_cast<DRDevice*>(device) isValid] != NO; }
   bool AcquireExclusiveAccess(void* device) override {
     return [static_cast<DRDevice*>(device) acquireExclusiveAccess] != NO;
@@ -122,7 +122,7 @@ class AppleDiscRecording final : public DiscRecordingService {
 
  private:
   /// One name out of a recorder's description, which is asked for once per recorder and round.
-  const char* Name(void* device, NSString* key) {
+  const char* nameOf(void* device, NSString* key) {
     if (m_described != device || m_described == nil) {
       m_described = static_cast<DRDevice*>(device);
       m_description = [m_described info];
@@ -143,7 +143,7 @@ constinit AppleDiscRecording g_service;
 
 }  // namespace
 
-DiscRecordingService* platform_find_disc_recording() {
-  g_service.FindDevices();
+DiscRecordingService* platformFindDiscRecording() {
+  g_service.findDevices();
   return &g_service;
 }

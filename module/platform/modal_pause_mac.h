@@ -3,4 +3,4 @@
 #pragma once
 
 /// Gives the processor away for a millisecond, through the host's windowing layer.
-extern "C" void platform_modal_pause();
+extern "C" void platformModalPause();

@@ -4,7 +4,7 @@
 
 #include "module/platform/system_log.h"
 
-void platform_system_log(const char* line) {
+void platformSystemLog(const char* line) {
   syslog(LOG_USER | LOG_ERR, "%s", line);
   fputs(line, stderr);
 }

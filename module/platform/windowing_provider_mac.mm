@@ -7,7 +7,7 @@
 - (QuelmLookupFn)quelmGetAPPAPIFunc;
 @end
 
-QuelmLookupFn platform_find_windowing_provider() {
+QuelmLookupFn platformFindWindowingProvider() {
   const id delegate = [NSApp delegate];
   if (![delegate respondsToSelector:@selector(quelmGetAPPAPIFunc)]) return nullptr;
   return [delegate quelmGetAPPAPIFunc];

@@ -41,7 +41,7 @@ PCM_sink* createSink(const char* filename, void* cfg, int cfg_len, int nch, int 
                      bool build_peaks) {
   if (!isIsoBlob(cfg, cfg_len)) return nullptr;
   auto* sink = new (std::nothrow) PCM_sink_iso(filename, cfg, cfg_len, nch, srate, build_peaks);
-  if (sink && !sink->IsUsable()) {
+  if (sink && !sink->isUsable()) {
     delete sink;
     sink = nullptr;
   }

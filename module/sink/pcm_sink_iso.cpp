@@ -86,7 +86,7 @@ bool PCM_sink_iso::openFiles(const char* filename) {
   m_cuefile = openWriter(filename);
   if (m_cuefile) m_binfile = openWriter(m_binfn.Get());
   if (!m_binfile) closeFiles();
-  return IsUsable();
+  return isUsable();
 }
 
 void PCM_sink_iso::readMetadata() {
@@ -179,7 +179,7 @@ int PCM_sink_iso::Extended(int call, void* p1, void* p2, void* /*p3*/) {
 }
 
 void PCM_sink_iso::finishRender(void* parent) {
-  if (!IsUsable()) return;
+  if (!isUsable()) return;
   padToSector();
   writeCueSheet();
   m_binfile.reset();

@@ -24,7 +24,7 @@ class PCM_sink_iso final : public PCM_sink {
   ~PCM_sink_iso() override;
 
   /// Whether both files are open.
-  bool IsUsable() const { return m_cuefile && m_binfile; }
+  bool isUsable() const { return m_cuefile && m_binfile; }
 
   void GetOutputInfoString(char* buf, int buflen) override;
   const char* GetFileName() override;

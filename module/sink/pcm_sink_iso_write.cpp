@@ -29,7 +29,7 @@ struct PCM_sink_iso::SourceFrames {
 };
 
 void PCM_sink_iso::WriteDoubles(double** samples, int len, int nch, int offset, int spacing) {
-  if (len <= 0 || !IsUsable()) return;  // a finished sink takes nothing more
+  if (len <= 0 || !isUsable()) return;  // a finished sink takes nothing more
   const SourceFrames block{samples[0] + offset, samples[nch > 1 ? 1 : 0] + offset, spacing};
   const BlockRest rest{len, static_cast<double>(m_in_frames) / static_cast<double>(m_srate)};
   m_in_frames = static_cast<int>(std::min<int64_t>(int64_t{m_in_frames} + len, INT_MAX));

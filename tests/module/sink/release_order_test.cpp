@@ -78,7 +78,7 @@ TEST(ReleaseOrder, FilesThenTitlesFromTheLastOnThenMetadata) {
   EnumProjectMarkers = enumMarkers;
   EnumCurrentSinkMetadata = enumMetadata;
   auto* const sink = new PCM_sink_iso(folder.File("disc.cue").c_str(), nullptr, 0, 2, 44100, false);
-  ASSERT_TRUE(sink->IsUsable());
+  ASSERT_TRUE(sink->isUsable());
   std::vector<double> silence(6 * 44100);
   double* channels[] = {silence.data(), silence.data()};
   sink->WriteDoubles(channels, static_cast<int>(silence.size()), 2, 0, 1);
