@@ -189,7 +189,8 @@ void CDBurnInstance::onDestroy(HWND dialog) {
   }
   writeBurnSetting("eject", isChecked(dialog, IDC_BURN_EJECT));
   writeBurnSetting("deletefiles", isChecked(dialog, IDC_BURN_DELETE));
-  // Written and never read: the method box starts on its only entry.
+  // Nobody reads the method back, since the box always starts on its only entry; hosts' ini files
+  // have the key all the same.
   writeBurnSetting("method", selection(dialog, IDC_BURN_METHOD));
   writeBurnSetting("drive", selection(dialog, IDC_BURN_DRIVE));
 }

@@ -36,7 +36,7 @@ class CDBurnInstance {
   YDK_String m_binfn;
   const double* m_track_starts;  ///< image seconds; not owned
   int m_ntracks;
-  YDK_String m_spare;  ///< always empty
+  YDK_String m_spare;  ///< always empty; like the two below it holds its place in the record
   [[maybe_unused]] int m_unused_number = 0;
   [[maybe_unused]] void* m_unused_pointers[2] = {};
   bool m_eject = false;

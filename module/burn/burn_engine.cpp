@@ -75,7 +75,8 @@ DiscBurnProperties burnProperties(bool eject, bool test_burn) {
   properties.overwrite = true;
   properties.verify = false;
   properties.completion_action = eject ? kDiscActionEject : kDiscActionMount;
-  // On purpose the same as on success: whoever asked for the disc wants it, burned or not.
+  // A failed burn ejects like a successful one on purpose: who asked for the disc wants it back
+  // either way.
   properties.failure_action = eject ? kDiscActionEject : kDiscActionNone;
   return properties;
 }
@@ -83,7 +84,7 @@ DiscBurnProperties burnProperties(bool eject, bool test_burn) {
 /// The tracks of one burn.
 class TrackLayout {
  public:
-  /// False when memory ran out.
+  /// Returns false when memory ran out.
   bool cut(int count, const int* offsets, YDK_FileRead& image) {
     if (count <= 0) return true;
     m_sources.reset(new (std::nothrow) CDBurnTrackSource[static_cast<size_t>(count)]);
@@ -145,7 +146,8 @@ void CDBurn_Run(long device, int track_count, const int* track_byte_offsets, YDK
   if (!service || !recorder || !isThere(*service, recorder)) return;
   const ExclusiveAccess access(*service, recorder);
   if (!access.isHeld()) return;
-  // Cut first: a burn that was made must reach the panel, where the service disposes of it.
+  // The tracks are cut before the burn is made: only the panel makes the service dispose of a burn,
+  // so nothing may fail between the two.
   TrackLayout layout;
   if (!layout.cut(track_count, track_byte_offsets, *image)) return;
   void* const burn = service->BurnForDevice(recorder);

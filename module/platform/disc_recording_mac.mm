@@ -14,8 +14,8 @@ namespace {
 
 /// The burn's properties, set in the order the burn engine names them.
 NSDictionary* burnDictionary(const DiscBurnProperties& properties) {
-  // The framework takes the completion constant for "eject" as the action of a failure too: that
-  // disc comes out as well.
+  // The action of a failure is given as the completion constant for "eject" on purpose: the
+  // framework takes it there as well, and the disc of a failed burn comes out too.
   NSString* const completion = properties.completion_action == kDiscActionEject
                                    ? DRBurnCompletionActionEject
                                    : DRBurnCompletionActionMount;
@@ -40,7 +40,7 @@ NSDictionary* trackDictionary(const DiscTrack& track) {
   [entries setObject:[NSNumber numberWithInt:track.block_type] forKey:DRBlockTypeKey];
   [entries setObject:[NSNumber numberWithInt:track.session_format] forKey:DRSessionFormatKey];
   [entries setObject:[NSNumber numberWithInt:track.block_size] forKey:DRBlockSizeKey];
-  // A plain count of blocks: the framework takes it beside its time objects.
+  // The length is a plain count of blocks, which the framework takes as well as a time object.
   [entries setObject:[NSNumber numberWithInt:track.track_length] forKey:DRTrackLengthKey];
   return entries;
 }
@@ -138,7 +138,8 @@ class AppleDiscRecording final : public DiscRecordingService {
   QuinloCDBurnDel* m_delegate = nullptr;  ///< the panel's, from the run until access is given back
 };
 
-// Without a constructor to run: classes of this file are not there yet when those do.
+// The service has no constructor that would have to run: static constructors run before the
+// Objective-C runtime knows the classes of this file.
 constinit AppleDiscRecording g_service;
 
 }  // namespace

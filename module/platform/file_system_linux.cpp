@@ -3,13 +3,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 
 #include "module/platform/file_system.h"
 
 namespace {
 
-// File systems whose files live on another machine, by the magic numbers of statfs(2). FUSE cannot
-// be told from outside; it counts as one, so that its cache is left alone.
+// File systems whose files live on another machine, by the magic numbers of statfs(2). What
+// a FUSE file system stands on cannot be told from outside; it counts as such a one, so that its
+// cache is left alone.
 constexpr std::array<uint32_t, 14> kNetworkFileSystems = {
     0x6969,      // NFS
     0x517B,      // SMB
@@ -41,6 +43,7 @@ void platformDisableReadCache(int fd) {
 }
 
 void platformReadAdvanced(int fd, int64_t from, int64_t to) {
+  assert(from < to);
   const int64_t first = from / kDropStep * kDropStep;
   const int64_t behind = to / kDropStep * kDropStep;
   if (behind > first) posix_fadvise(fd, first, behind - first, POSIX_FADV_DONTNEED);

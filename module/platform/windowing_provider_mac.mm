@@ -2,7 +2,7 @@
 
 #include "module/platform/windowing_provider.h"
 
-// What the application's delegate of a host with the windowing layer answers to.
+// In a host with the windowing layer the application's delegate has this method.
 @interface NSObject (QuelmProvider)
 - (QuelmLookupFn)quelmGetAPPAPIFunc;
 @end

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Whether the blob is one of ours: its first value tells, the rest may be missing.
+/// Whether the blob is one of ours, which its first value tells; the other values may be missing.
 bool isIsoBlob(const void* cfg, int cfg_len) {
   uint32_t code = 0;
   if (!cfg || cfg_len < static_cast<int>(sizeof(code))) return false;

@@ -1,5 +1,7 @@
 #include "module/sink/marker_names.h"
 
+#include <cassert>
+
 #include "module/support/ascii_case.h"
 
 namespace {
@@ -13,6 +15,7 @@ constexpr MarkerTag kTags[] = {
 }  // namespace
 
 const MarkerTag* tagOf(const char* name) {
+  assert(name);
   for (const MarkerTag& tag : kTags) {
     if (compareIgnoringCase(name, tag.prefix, kTagPrefixLength) == 0) return &tag;
   }
@@ -26,5 +29,6 @@ bool namesATrack(const char* name, bool hash_only) {
 
 const char* titleOf(const char* name, bool hash_only) {
   if (!name) return "";
+  assert(!hash_only || name[0] == '#');
   return hash_only ? name + 1 : name;
 }

@@ -16,6 +16,6 @@ const MarkerTag* tagOf(const char* name);
 /// at the name's start.
 bool namesATrack(const char* name, bool hash_only);
 
-/// The title that such a marker gives its track: without the "#" of `hash_only`, empty for a null
-/// name.
+/// The title that such a marker gives its track: with `hash_only` the name without its "#", and
+/// nothing for a null name.
 const char* titleOf(const char* name, bool hash_only);

@@ -84,7 +84,8 @@ class PCM_sink_iso final : public PCM_sink {
   int m_track_leadin_ms = 0;
   int m_marker_idx = 0;  ///< the marker or region to look at next
   int m_hash_only = 0;
-  double m_silence_sec = 0.0;  ///< seconds of lead-ins so far
+  double m_silence_sec = 0.0;  ///< seconds of lead-ins so far; part of the fixed layout,
+                               ///< read by nobody
   double m_region_end =
       -1.0;             ///< seconds from the render's start, negative before the first region
   int m_in_frames = 0;  ///< input frames so far; stays at its maximum

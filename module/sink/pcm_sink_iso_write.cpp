@@ -1,5 +1,6 @@
 // The image: samples, silences, and the tracks that a block begins.
 #include <algorithm>
+#include <cassert>
 #include <climits>
 #include <cstring>
 
@@ -72,6 +73,7 @@ void PCM_sink_iso::writeCut(SourceFrames block, Cutter cutter) {
 }
 
 double PCM_sink_iso::trackLength() {
+  assert(m_track_starts.GetSize() > 0);  // a sink without is not usable
   return GetLength() - m_track_starts.Get()[m_track_starts.GetSize() - 1];
 }
 

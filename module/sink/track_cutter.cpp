@@ -1,6 +1,7 @@
 #include "module/sink/track_cutter.h"
 
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
 #include "module/sink/marker_names.h"
@@ -10,6 +11,7 @@ namespace {
 
 /// The step that takes the block's next frames off the rest.
 CutStep takeFrames(CutAction action, BlockRest& rest, int64_t frames) {
+  assert(frames >= 0 && frames <= rest.frames);
   rest.frames -= frames;
   rest.start += static_cast<double>(frames) / kSampleRate;
   return {.action = action, .frames = frames};

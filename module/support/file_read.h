@@ -5,7 +5,8 @@
 
 #include "module/support/heap_buf.h"
 
-/// Reads a file from one thread at a time, under a shared advisory lock where it can be had.
+/// Reads a file from one thread at a time, under a shared advisory lock where the
+/// file system and other processes allow one.
 class YDK_FileRead {
  public:
   /// Opens `path` read-only; unusable (`IsOpen()` false) when that fails.

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cassert>
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -68,15 +69,15 @@ bool YDK_FileWrite::lock() {
     return true;
   }
   if (errno == EWOULDBLOCK) return false;
-  // A file system without exclusive locks: take what it has, and write without one if it has none.
+  // The file system has no exclusive locks: a shared one must do, or none.
   locked = flock(fd, LOCK_SH | LOCK_NB) == 0;
   return true;
 }
 
 void YDK_FileWrite::startPosition(bool append) {
   if (!append) {
-    // When this fails the old tail stays behind the new data; the host's comparison of the sizes
-    // finds it.
+    // When the truncation fails, the old file's end stays behind the new data; the host finds that
+    // when it compares the sizes.
     [[maybe_unused]] const int result = ftruncate(fd, 0);
     return;
   }
@@ -120,10 +121,12 @@ int64_t YDK_FileWrite::writeOut(const void* data, int len) {
 void YDK_FileWrite::flush() {
   const int64_t result = writeOut(buffer.Get(), buffered);
   if (result != buffered) ReportFailure(failureCode(result, errno));
-  // What did not land is dropped on purpose: later data continues after what did.
+  // Bytes that the system did not take are dropped on purpose; later data follows those that it
+  // took.
   buffered = 0;
 }
 
 void YDK_FileWrite::ReportFailure(int code) {
+  assert(code == kDiskOutOfSpace || code == kDiskOtherError);
   if (update_disk_counters) update_disk_counters(0, code);
 }

@@ -38,7 +38,8 @@ class YDK_FileWrite {
   void flush();
 
   int64_t write_pos = 0;  ///< file offset of the buffer's first byte
-  int64_t end_pos = 0;    ///< largest end reached, buffered bytes included
+  int64_t end_pos = 0;    ///< largest end reached, buffered bytes included; part of the fixed
+                          ///< layout, read by nobody
   YDK_HeapBuf buffer;     ///< empty in unbuffered mode
   int buffered = 0;       ///< bytes waiting in `buffer`
 

@@ -63,8 +63,8 @@ long long YDK_HeapBuf::allocationFor(int newsize) const {
 bool YDK_HeapBuf::reallocate(int newsize) {
   const long long wanted = allocationFor(newsize);
   if (wanted == m_allocated) return true;
-  if (wanted > INT_MAX)
-    return false;  // what the size fields cannot hold counts as a failed allocation
+  // What the size fields cannot hold counts as a failed allocation.
+  if (wanted > INT_MAX) return false;
   const auto bytes = static_cast<size_t>(wanted);
   void* block = realloc(m_ptr, bytes);
   if (!block) {

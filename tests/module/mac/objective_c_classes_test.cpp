@@ -15,7 +15,7 @@ using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
 ObjectiveCClass Class(const std::string& name) {
-  for (ObjectiveCClass& read : mac::ReadClasses(macho::MachOFile(VELMOR_DYLIB))) {
+  for (ObjectiveCClass& read : mac::readClasses(macho::MachOFile(VELMOR_DYLIB))) {
     if (read.name == name) return read;
   }
   ADD_FAILURE() << "there is no class " << name;
@@ -24,7 +24,7 @@ ObjectiveCClass Class(const std::string& name) {
 
 TEST(ObjectiveCClasses, AreTheTrackProducerAndThePanelsDelegate) {
   std::vector<std::string> names;
-  for (const ObjectiveCClass& read : mac::ReadClasses(macho::MachOFile(VELMOR_DYLIB))) {
+  for (const ObjectiveCClass& read : mac::readClasses(macho::MachOFile(VELMOR_DYLIB))) {
     names.push_back(read.name);
     EXPECT_EQ(read.superclass, "_OBJC_CLASS_$_NSObject") << read.name;
     EXPECT_THAT(read.class_methods, IsEmpty()) << read.name;

@@ -26,7 +26,7 @@ class ProcessLocale {
  public:
   explicit ProcessLocale(const NamedLocale& locale) {
     const std::string command = std::string("localedef -c -i ") + locale.source + " -f " +
-                                locale.encoding + " " + m_folder.File(locale.name()) +
+                                locale.encoding + " " + m_folder.file(locale.name()) +
                                 " >/dev/null 2>&1";
     [[maybe_unused]] const int result = std::system(command.c_str());
     setenv("LOCPATH", m_folder.path().c_str(), 1);
@@ -66,23 +66,23 @@ class Locale : public RenderCase, public testing::WithParamInterface<NamedLocale
                      {"CUE:DISC_TITLE", "Gece"},
                      {"CUE:DISC_Songwriter", "Yazar"},
                      {"CUE:DISC_performer", "Grup"}};
-    host.marks = {Region(0.0, 5.0, "Bir"),
-                  Marker(0.25, "isrc=USABC2600001"),
-                  Marker(0.5, "Writ=Ince Memed"),
-                  Marker(0.75, "perf=Ay\xC5\x9F\x65"),
-                  Region(5.5, 12.0, "\xC4\xB0ki"),
-                  Marker(5.75, "iSRC=USABC2600002"),
-                  Marker(6.0, "Iki"),
-                  Marker(6.25, "wrIt=\xC4\xB1\xC5\x9F\xC4\xB1k")};
-    Sink sink = CreateSink(name + ".CuE", settings);
+    host.marks = {region(0.0, 5.0, "Bir"),
+                  marker(0.25, "isrc=USABC2600001"),
+                  marker(0.5, "Writ=Ince Memed"),
+                  marker(0.75, "perf=Ay\xC5\x9F\x65"),
+                  region(5.5, 12.0, "\xC4\xB0ki"),
+                  marker(5.75, "iSRC=USABC2600002"),
+                  marker(6.0, "Iki"),
+                  marker(6.25, "wrIt=\xC4\xB1\xC5\x9F\xC4\xB1k")};
+    Sink sink = createSink(name + ".CuE", settings);
     EXPECT_TRUE(sink);
     if (!sink) return {};
-    sink.WriteSignal(12 * kSecond + 333);
+    sink.writeSignal(12 * kSecond + 333);
     char description[64];
     sink->GetOutputInfoString(description, sizeof description);
-    sink.Finish();
+    sink.finish();
     sink.Delete();
-    return {ReadText(File(name + ".CuE")), fake_host::ReadSamples(File(name + ".bin")),
+    return {readText(file(name + ".CuE")), fake_host::readSamples(file(name + ".bin")),
             description};
   }
 };

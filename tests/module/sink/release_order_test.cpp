@@ -77,7 +77,7 @@ TEST(ReleaseOrder, FilesThenTitlesFromTheLastOnThenMetadata) {
   const fake_host::TempFolder folder;
   EnumProjectMarkers = enumMarkers;
   EnumCurrentSinkMetadata = enumMetadata;
-  auto* const sink = new PCM_sink_iso(folder.File("disc.cue").c_str(), nullptr, 0, 2, 44100, false);
+  auto* const sink = new PCM_sink_iso(folder.file("disc.cue").c_str(), nullptr, 0, 2, 44100, false);
   ASSERT_TRUE(sink->isUsable());
   std::vector<double> silence(6 * 44100);
   double* channels[] = {silence.data(), silence.data()};
