@@ -144,7 +144,7 @@ struct HostFunctions {
     return found == table().end() ? nullptr : found->second;
   }
 
-  static int Register(const char* kind, void* record) {
+  static int registerRecord(const char* kind, void* record) {
     const HostCall in_call;
     g_current_host->journal.push_back(std::string("register ") + kind);
     g_current_host->registrations.emplace_back(kind, record);
@@ -186,7 +186,7 @@ PluginHost::~PluginHost() {
 }
 
 velmor_plugin_info_t PluginHost::info() const {
-  return {kVelmorPluginVersion, main_window, HostFunctions::Register, HostFunctions::lookup};
+  return {kVelmorPluginVersion, main_window, HostFunctions::registerRecord, HostFunctions::lookup};
 }
 
 SinkRegistration* PluginHost::sinkRegistration() const {

@@ -56,7 +56,7 @@ class Sink {
   /// The render is finished; returns what `Extended` does.
   int finish(HWND parent = nullptr);
   /// The host deletes the sink.
-  void Delete() { m_sink.reset(); }
+  void destroy() { m_sink.reset(); }
 
  private:
   std::unique_ptr<PCM_sink> m_sink;

@@ -28,7 +28,7 @@ class BurnRun : public testing::Test {
  protected:
   BurnRun() { m_recorders.add("ACME", "BURNER"); }
 
-  void Run(const std::vector<int>& offsets, YDK_FileRead& image, bool eject = false,
+  void run(const std::vector<int>& offsets, YDK_FileRead& image, bool eject = false,
            bool test = false) {
     CDBurn_Run(reinterpret_cast<long>(m_recorders.handle(0)), static_cast<int>(offsets.size()),
                offsets.empty() ? nullptr : offsets.data(), &image, eject, test);
@@ -49,7 +49,7 @@ class BurnRun : public testing::Test {
       found = cuts(tracks, count);
     };
     YDK_FileRead image(path.c_str());
-    Run(offsets, image);
+    run(offsets, image);
     return found;
   }
 
@@ -87,7 +87,7 @@ TEST_F(BurnRun, TheLastTrackIsRoundedUpToAWholeBlock) {
 TEST_F(BurnRun, ABurnWithoutTracksIsStillABurn) {
   const ImageFile image(705600);
   YDK_FileRead reader(image.path.c_str());
-  Run({}, reader);
+  run({}, reader);
   EXPECT_EQ(m_recorders.panels, 1);
   EXPECT_TRUE(m_recorders.tracks_were_null);
   EXPECT_EQ(m_recorders.journal.back(), "ReleaseExclusiveAccess 0");
@@ -97,7 +97,7 @@ TEST_F(BurnRun, ATestBurnIsAskedForWithItsProperty) {
   const ImageFile image(kSector);
   YDK_FileRead reader(image.path.c_str());
   for (const bool test : {false, true}) {
-    Run({0}, reader, true, test);
+    run({0}, reader, true, test);
     EXPECT_EQ(m_recorders.properties.testing, test);
     EXPECT_EQ(m_recorders.properties.completion_action, 1);
     EXPECT_EQ(m_recorders.properties.failure_action, 1);

@@ -70,7 +70,7 @@ class Burn : public testing::Test {
   Burn() { doubles::setDevices({Device{.name = "first"}, Device{.name = "second"}}); }
 
   // All of it inside an autorelease pool, as in an application.
-  void Run(const std::vector<int>& offsets, size_t image_size, bool eject = false,
+  void run(const std::vector<int>& offsets, size_t image_size, bool eject = false,
            bool test_burn = false, int device = 1) {
     m_image = imageBytes(image_size);
     fake_host::writeText(m_folder.file("disc.bin"), m_image);
@@ -108,7 +108,7 @@ class Burn : public testing::Test {
 };
 
 TEST_F(Burn, GoesThroughItsStepsInOrder) {
-  Run({0, 352800}, 705600);
+  run({0, 352800}, 705600);
   EXPECT_THAT(theDesk().calls,
               ElementsAre("devices", "isValid second", "acquireExclusiveAccess second",
                           "burnForDevice:second",
@@ -127,7 +127,7 @@ TEST_F(Burn, AnApplicationInTheBackgroundLooksForTheEndOfTheSession) {
     if (theDesk().turns == 3) doubles::finishBurn();
   };
   LoadedOnce::layerCalls().clear();
-  Run({0}, kSector);
+  run({0}, kSector);
   const std::vector<std::string> expected = {"isActive",
                                              "beginModalSessionForWindow:DRBurnProgressPanel",
                                              "runModalSession:",
@@ -157,7 +157,7 @@ TEST_F(Burn, HasItsPropertiesInOrder) {
       {false, true, "DRBurnCompletionActionMount", "DRBurnFailureActionNone"}};
   for (const Case& c : cases) {
     doubles::setDevices({Device{.name = "only"}});
-    Run({0}, kSector, c.eject, c.test_burn, 0);
+    run({0}, kSector, c.eject, c.test_burn, 0);
     EXPECT_THAT(
         theDesk().burn_properties,
         ElementsAre(Pair("DRBurnTestingKey", c.test_burn ? "bool 1" : "bool 0"),
@@ -183,7 +183,7 @@ TEST_F(Burn, TwoTracksOfTwoSecondsEachAreCutAtBlock150) {
                               Pair("DRTrackLengthKey", "i 150")));
     }
   });
-  Run({0, 352800}, 705600);
+  run({0, 352800}, 705600);
   EXPECT_EQ(theDesk().turns, 1);
 }
 
@@ -194,7 +194,7 @@ TEST_F(Burn, OffsetsAreCutToBlocksTheFirstIsNotReadAndTheLastTrackIsRoundedUp) {
     EXPECT_EQ(producerOf(1).variable("posbytes"), 2 * kSector);
     EXPECT_EQ(producerOf(1).estimateLength(), 3U);
   });
-  Run({999999, 3 * kSector - 1}, 4 * kSector + 1);
+  run({999999, 3 * kSector - 1}, 4 * kSector + 1);
   EXPECT_EQ(theDesk().turns, 1);
 }
 
@@ -204,7 +204,7 @@ TEST_F(Burn, TheLayoutHasRoomForItsTracksAndForOneAtLeast) {
     whileBurning([count] { EXPECT_EQ(theDesk().layout.size(), static_cast<size_t>(count)); });
     std::vector<int> offsets(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i) offsets[static_cast<size_t>(i)] = i * kSector;
-    Run(offsets, 3 * kSector, false, false, 0);
+    run(offsets, 3 * kSector, false, false, 0);
     EXPECT_EQ(theDesk().turns, 1) << "the panel is shown for " << count << " tracks";
     EXPECT_THAT(theDesk().array_capacities,
                 Contains(static_cast<unsigned long>(std::max(count, 1))).Times(1));
@@ -220,7 +220,7 @@ TEST_F(Burn, TracksMayBeAskedInAnyOrder) {
     EXPECT_EQ(data(0, kSector), "");
     EXPECT_EQ(producerOf(0).variable("rdpos"), 2 * kSector);
   });
-  Run({0, 2 * kSector}, 5 * kSector);
+  run({0, 2 * kSector}, 5 * kSector);
   EXPECT_EQ(theDesk().turns, 1);
 }
 
@@ -230,7 +230,7 @@ TEST_F(Burn, AnImageThatEndsInsideABlockGivesAShortLastRead) {
     EXPECT_EQ(data(0, 2 * kSector), m_image);
     EXPECT_EQ(data(0, kSector), "");
   });
-  Run({0}, kSector + 100);
+  run({0}, kSector + 100);
   EXPECT_EQ(theDesk().turns, 1);
 }
 
@@ -247,7 +247,7 @@ TEST_F(Burn, VerificationStartsATrackAnew) {
       EXPECT_TRUE(producerOf(track).cleanUpAfterVerification());
     }
   });
-  Run({0, 2 * kSector}, 4 * kSector);
+  run({0, 2 * kSector}, 4 * kSector);
   EXPECT_EQ(theDesk().turns, 1);
 }
 
@@ -260,7 +260,7 @@ TEST_F(Burn, TheProducersOtherAnswers) {
     producerOf(0).cleanUpAfterBurn();
     EXPECT_EQ(producerOf(0).variable("rdpos"), 0);
   });
-  Run({0}, kSector);
+  run({0}, kSector);
   EXPECT_EQ(theDesk().turns, 1);
   EXPECT_FALSE(theDesk().delegate_reports_itself) << "the panel reports the burn's end";
 }
@@ -275,7 +275,7 @@ TEST_F(Burn, LeavesNothingBehindAndGivesNothingBackTwice) {
         EXPECT_EQ(gone(name), 0) << name;
       }
     });
-    Run({0, kSector, 2 * kSector}, 3 * kSector, false, false, 0);
+    run({0, kSector, 2 * kSector}, 3 * kSector, false, false, 0);
     EXPECT_EQ(created("QuinloCDBurnSource"), 3);
     EXPECT_EQ(created("DRTrack"), 3);
     EXPECT_EQ(created("QuinloCDBurnDel"), 1);
@@ -294,7 +294,7 @@ class BurnRefused : public Burn, public testing::WithParamInterface<Refusal> {};
 
 TEST_P(BurnRefused, EndsWithoutAPanelAndWithoutTheRecorder) {
   doubles::setDevices({GetParam().device});
-  Run({0}, kSector, false, false, 0);
+  run({0}, kSector, false, false, 0);
   EXPECT_EQ(theDesk().calls, GetParam().calls);
   EXPECT_EQ(theDesk().created, theDesk().gone);
 }

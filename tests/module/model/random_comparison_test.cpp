@@ -106,7 +106,7 @@ class RandomComparison : public testing::Test {
       disc.finish();
     }
     if (sink->GetLength() != disc.length()) difference = "the length at the end";
-    sink.Delete();
+    sink.destroy();
     if (difference.empty()) {
       difference = differenceFromImage(disc.image(), fake_host::readText(paths.image));
     }

@@ -157,7 +157,7 @@ void* lookup(const char* name) {
 }
 
 SinkRecord* g_registered = nullptr;
-int Register(const char* kind, void* record) {
+int registerRecord(const char* kind, void* record) {
   if (std::strcmp(kind, "pcmsink") == 0) g_registered = static_cast<SinkRecord*>(record);
   return 1;
 }
@@ -172,7 +172,7 @@ class BinaryInterface : public testing::Test {
     auto* entry =
         reinterpret_cast<int (*)(void*, raw::PluginInfo*)>(m_module.symbol("VelmorPluginEntry"));
     ASSERT_NE(entry, nullptr);
-    raw::PluginInfo info = {526, nullptr, raw::Register, raw::lookup};
+    raw::PluginInfo info = {526, nullptr, raw::registerRecord, raw::lookup};
     ASSERT_EQ(entry(nullptr, &info), 1);
     ASSERT_NE(raw::g_registered, nullptr);
   }

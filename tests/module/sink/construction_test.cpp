@@ -46,7 +46,7 @@ class Construction : public BoundSession, public testing::Test {
     EXPECT_TRUE(sink);
     if (!sink) return {};
     sink.finish();
-    sink.Delete();
+    sink.destroy();
     return readText(file("disc.cue"));
   }
   // The title line of track 1 in the sheet of a render without audio.
@@ -76,7 +76,7 @@ TEST_P(FileNames, SheetAndImageLieSideBySide) {
   EXPECT_STREQ(sink->GetFileName(), GetParam().told);
   sink.writeSignal(588);
   sink.finish();
-  sink.Delete();
+  sink.destroy();
   EXPECT_THAT(
       readText(GetParam().sheet),
       HasSubstr("FILE \"" + fs::path(GetParam().image).filename().string() + "\" BINARY\r\n"));
@@ -193,7 +193,7 @@ TEST_F(Construction, AShortBlobIsIgnoredWhole) {
     ASSERT_TRUE(sink);
     EXPECT_EQ(sink->GetLength(), 0.0) << length;
     sink.finish();
-    sink.Delete();
+    sink.destroy();
     EXPECT_THAT(readText(file("disc.cue")), HasSubstr("TITLE \"one\"")) << "markers mode";
   }
 }
@@ -311,7 +311,7 @@ TEST_F(Construction, ALeadInThatEndsInsideAFrameIsCountedInWholeFrames) {
   Sink sink = createSink("disc.cue", {.disc_leadin_ms = 7});
   ASSERT_TRUE(sink);
   EXPECT_EQ(sink->GetLength(), 587 / 44100.0);
-  sink.Delete();
+  sink.destroy();
   EXPECT_EQ(sizeOfFile(file("disc.bin")), 2352);
 }
 

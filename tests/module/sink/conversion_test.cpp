@@ -27,7 +27,7 @@ class Conversion : public BoundSession, public testing::Test {
     Sink sink = createSink("disc.cue", {.track_mode = kOneTrack});
     EXPECT_TRUE(sink);
     sink.write(channels, schedule);
-    sink.Delete();
+    sink.destroy();
     return fake_host::readSamples(file("disc.bin"));
   }
   int16_t convertOne(double x) { return convert({{x}, {0.0}}).at(0); }
@@ -146,7 +146,7 @@ TEST_F(Conversion, ChannelsInterleavedInOneBufferAreTakenApart) {
   double* channels[] = {interleaved, interleaved + 1};
   Sink sink = createSink("disc.cue");
   sink->WriteDoubles(channels, 3, 2, 0, 2);
-  sink.Delete();
+  sink.destroy();
   EXPECT_THAT(fake_host::readSamples(file("disc.bin")),
               testing::ElementsAre(plain(0.1), plain(-0.1), plain(0.2), plain(-0.2), plain(0.3),
                                    plain(-0.3)));
@@ -157,7 +157,7 @@ TEST_F(Conversion, SpacingMayRunBackwards) {
   double* channels[] = {samples, samples};
   Sink sink = createSink("disc.cue");
   sink->WriteDoubles(channels, 3, 2, 2, -1);
-  sink.Delete();
+  sink.destroy();
   EXPECT_THAT(
       fake_host::readSamples(file("disc.bin")),
       testing::ElementsAre(plain(0.1), plain(0.1), plain(0.2), plain(0.2), plain(0.3), plain(0.3)));
@@ -180,7 +180,7 @@ TEST_F(Conversion, NoFramesAreNothing) {
   }
   EXPECT_EQ(sink->GetLength(), 0.0);
   EXPECT_TRUE(host.marker_calls.size() <= 1U) << "not even the markers were looked at";
-  sink.Delete();
+  sink.destroy();
   EXPECT_EQ(fake_host::sizeOfFile(file("disc.bin")), 0);
 }
 

@@ -26,7 +26,7 @@ class CueSheet : public BoundSession, public testing::Test {
     if (!sink) return {};
     sink.writeSame(frames);
     EXPECT_EQ(sink.finish(), 1);
-    sink.Delete();
+    sink.destroy();
     return readText(file(name));
   }
   // The lines between TRACK and INDEX of a ten-second disc of one track.

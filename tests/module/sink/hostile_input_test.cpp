@@ -25,7 +25,7 @@ constexpr int64_t kMebibyte = 1 << 20;
 
 class HostileInput : public RenderCase {
  protected:
-  std::string Render(const std::vector<Mark>& marks, const Settings& settings = {},
+  std::string render(const std::vector<Mark>& marks, const Settings& settings = {},
                      double start = 0.0) {
     return RenderCase::render(marks, 12 * kSecond, settings, {.lengths = {44100}}, start);
   }
@@ -58,7 +58,7 @@ Written writtenBy(const SystemCallScript& calls) {
 // Markers.
 
 TEST_F(HostileInput, AMarkerAtNoPlaceIsPassedOver) {
-  const std::string found = Render(
+  const std::string found = render(
       {marker(kNaN, "nowhere"), marker(1.0, "One"), marker(kNaN, "nowhere"), marker(5.0, "Two")});
   EXPECT_EQ(found, sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO", "    TITLE \"One\"",
                           "    INDEX 01 00:00:00", "  TRACK 02 AUDIO", "    TITLE \"Two\"",
@@ -67,13 +67,13 @@ TEST_F(HostileInput, AMarkerAtNoPlaceIsPassedOver) {
 }
 
 TEST_F(HostileInput, ATagAtNoPlaceIsPassedOver) {
-  EXPECT_THAT(Render({marker(kNaN, "PERF=nobody"), marker(2.0, "PERF=P")}),
+  EXPECT_THAT(render({marker(kNaN, "PERF=nobody"), marker(2.0, "PERF=P")}),
               HasSubstr("    PERFORMER \"P\"\r\n"));
 }
 
 TEST_F(HostileInput, AMarkerBeyondAllTimeLiesAhead) {
   for (const double far : {kInfinity, 1e300, 9.3e18, 2.1e14, 1e10}) {
-    EXPECT_EQ(Render({marker(5.0, "Two"), marker(far, "Far")}),
+    EXPECT_EQ(render({marker(5.0, "Two"), marker(far, "Far")}),
               sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO", "    INDEX 01 00:00:00",
                      "  TRACK 02 AUDIO", "    TITLE \"Two\"", "    INDEX 01 00:05:00"}))
         << far;
@@ -83,7 +83,7 @@ TEST_F(HostileInput, AMarkerBeyondAllTimeLiesAhead) {
 
 TEST_F(HostileInput, AMarkerBeforeAllTimeIsPassedOver) {
   for (const double far : {-kInfinity, -1e300, -9.3e18, -1e10}) {
-    EXPECT_THAT(Render({marker(far, "Far"), marker(5.0, "Two")}),
+    EXPECT_THAT(render({marker(far, "Far"), marker(5.0, "Two")}),
                 HasSubstr("  TRACK 02 AUDIO\r\n    TITLE \"Two\"\r\n    INDEX 01 00:05:00"))
         << far;
     expectWholeSignal();
@@ -92,7 +92,7 @@ TEST_F(HostileInput, AMarkerBeforeAllTimeIsPassedOver) {
 
 TEST_F(HostileInput, AStartTimeThatIsNoTimeLosesNoAudio) {
   for (const double start : {kNaN, kInfinity, -kInfinity, 1e300, -1e300}) {
-    Render({marker(1.0, "One"), marker(5.0, "Two"), region(2.0, 3.0, "R")}, {}, start);
+    render({marker(1.0, "One"), marker(5.0, "Two"), region(2.0, 3.0, "R")}, {}, start);
     expectWholeSignal();
   }
 }
@@ -102,7 +102,7 @@ TEST_F(HostileInput, AStartTimeThatIsNoTimeLosesNoAudio) {
 TEST_F(HostileInput, ARegionWithAnEndAtNoPlaceIsPassedOver) {
   for (const Mark& broken :
        {region(kNaN, 4.0, "x"), region(2.0, kNaN, "x"), region(kNaN, kNaN, "x")}) {
-    EXPECT_THAT(Render({broken, region(5.0, 11.0, "Real")}, {.track_mode = kTracksFromRegions}),
+    EXPECT_THAT(render({broken, region(5.0, 11.0, "Real")}, {.track_mode = kTracksFromRegions}),
                 HasSubstr("  TRACK 01 AUDIO\r\n    TITLE \"Real\"\r\n"));
     expectImage(file("disc.bin"), Image().signal(5 * kSecond, 11 * kSecond));
   }
@@ -110,27 +110,27 @@ TEST_F(HostileInput, ARegionWithAnEndAtNoPlaceIsPassedOver) {
 
 TEST_F(HostileInput, ARegionWithoutAnEndTakesTheRestOfTheRender) {
   for (const double far : {kInfinity, 1e300, 9.3e18, 2.1e14}) {
-    Render({region(5.0, far, "On")}, {.track_mode = kTracksFromRegions});
+    render({region(5.0, far, "On")}, {.track_mode = kTracksFromRegions});
     expectImage(file("disc.bin"), Image().signal(5 * kSecond, 12 * kSecond));
-    Render({region(-far, 5.0, "Before")}, {.track_mode = kTracksFromRegions});
+    render({region(-far, 5.0, "Before")}, {.track_mode = kTracksFromRegions});
     expectImage(file("disc.bin"), Image().signal(0, 5 * kSecond));
-    Render({region(-far, far, "All")}, {.track_mode = kTracksFromRegions});
+    render({region(-far, far, "All")}, {.track_mode = kTracksFromRegions});
     expectWholeSignal();
   }
 }
 
 TEST_F(HostileInput, ARegionBeyondTheRenderWritesNothing) {
   for (const double far : {1e10, 9.3e18, 1e300}) {
-    Render({region(far, far * 1.5, "Far")}, {.track_mode = kTracksFromRegions});
+    render({region(far, far * 1.5, "Far")}, {.track_mode = kTracksFromRegions});
     EXPECT_EQ(fake_host::sizeOfFile(file("disc.bin")), 0) << far;
-    Render({region(-far * 1.5, -far, "Long ago")}, {.track_mode = kTracksFromRegions});
+    render({region(-far * 1.5, -far, "Long ago")}, {.track_mode = kTracksFromRegions});
     EXPECT_EQ(fake_host::sizeOfFile(file("disc.bin")), 0) << far;
   }
 }
 
 TEST_F(HostileInput, ARegionThatRunsBackwardsEndsTheRender) {
   // Its end has passed where it begins: what is left of the block it begins in goes through.
-  Render({region(6.0, 5.5, "Backwards")}, {.track_mode = kTracksFromRegions});
+  render({region(6.0, 5.5, "Backwards")}, {.track_mode = kTracksFromRegions});
   SUCCEED() << "nothing but that it comes to an end";
   EXPECT_LE(fake_host::sizeOfFile(file("disc.bin")), 12 * kSecond * 4);
 }
@@ -142,14 +142,14 @@ TEST_F(HostileInput, ALeadInOverTwelveSecondsIsAsLongAsAsked) {
     Sink sink = createSink("disc.cue", {.disc_leadin_ms = ms});
     ASSERT_TRUE(sink);
     sink.finish();
-    sink.Delete();
+    sink.destroy();
     const int64_t bytes = int64_t{ms} * 176400 / 1000;
     EXPECT_EQ(fake_host::sizeOfFile(file("disc.bin")), (bytes + 2351) / 2352 * 2352) << ms;
   }
 }
 
 TEST_F(HostileInput, ALongTrackLeadInIsAsLongAsAsked) {
-  Render({marker(5.0, "Two")}, {.track_leadin_ms = 13000});
+  render({marker(5.0, "Two")}, {.track_leadin_ms = 13000});
   expectImage(
       file("disc.bin"),
       Image().signal(0, 5 * kSecond).silence(13 * kSecond).signal(5 * kSecond, 12 * kSecond));
@@ -188,7 +188,7 @@ TEST_F(HostileInput, TheCapBeginsWhereTheBytesNoLongerFit) {
     calls.swallowWritesTo(".bin");
     Sink sink = createSink("disc.cue", {.disc_leadin_ms = c.ms});
     ASSERT_TRUE(sink);
-    sink.Delete();
+    sink.destroy();
     EXPECT_EQ(writtenBy(calls).bytes, (c.bytes + 2351) / 2352 * 2352) << c.ms;
   }
 }
@@ -241,7 +241,7 @@ TEST_F(HostileInput, ABlockWhoseBufferDoesNotFitIntoMemoryIsNotWrittenAndIsRepor
   EXPECT_THAT(host.disk_counters, ElementsAre(Pair(0, -101010110)));
   EXPECT_EQ(sink->GetLength(), 0.0);
   sink.writeSignal(588);
-  sink.Delete();
+  sink.destroy();
   expectImage(file("disc.bin"), Image().signal(0, 588));
 }
 
@@ -322,7 +322,7 @@ TEST_F(HostileInput, WhicheverAllocationFailsARenderGoesOn) {
       const fake_host::FailingAllocation failing(nth);
       EXPECT_NO_THROW(sink->WriteDoubles(channels, 10 * 44100, 2, 0, 0));
       EXPECT_NO_THROW(sink.finish());
-      EXPECT_NO_THROW(sink.Delete());
+      EXPECT_NO_THROW(sink.destroy());
       fired = failing.fired();
     }
     EXPECT_EQ(fake_host::sizeOfFile(file("disc.bin")) % 2352, 0);

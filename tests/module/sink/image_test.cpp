@@ -41,7 +41,7 @@ TEST_F(Images, TheBlockScheduleDoesNotShow) {
     ASSERT_TRUE(sink);
     sink.writeSignal(250000, {.lengths = lengths});
     sink.finish();
-    sink.Delete();
+    sink.destroy();
     const std::string image = fake_host::readText(file("disc.bin"));
     if (first_image.empty()) first_image = image;
     EXPECT_TRUE(image == first_image) << lengths.front();
@@ -64,7 +64,7 @@ TEST_F(Images, AreWrittenInWholeBuffersOneAfterTheOther) {
   ASSERT_TRUE(sink);
   sink.writeSignal(100000, {.lengths = {1000, 37}});
   EXPECT_EQ(calls.count(fake_host::SystemCall::kPwrite), 3);
-  sink.Delete();
+  sink.destroy();
   ASSERT_EQ(calls.pwrites.size(), 4U);
   for (size_t i = 0; i < 4; ++i) {
     EXPECT_EQ(calls.pwrites[i].offset, static_cast<int64_t>(i) * 131072);

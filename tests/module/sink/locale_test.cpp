@@ -81,7 +81,7 @@ class Locale : public RenderCase, public testing::WithParamInterface<NamedLocale
     char description[64];
     sink->GetOutputInfoString(description, sizeof description);
     sink.finish();
-    sink.Delete();
+    sink.destroy();
     return {readText(file(name + ".CuE")), fake_host::readSamples(file(name + ".bin")),
             description};
   }

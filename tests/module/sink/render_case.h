@@ -40,7 +40,7 @@ class RenderCase : public BoundSession, public testing::Test {
     sink->SetStartTime(start);
     sink.writeSignal(frames, schedule);
     EXPECT_EQ(sink.finish(), 1);
-    sink.Delete();
+    sink.destroy();
     return readText(file("disc.cue"));
   }
   /// A sheet with these lines of tracks after the FILE line.

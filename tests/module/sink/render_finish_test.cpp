@@ -54,7 +54,7 @@ TEST_F(Finish, ASecondTimeChangesNothing) {
 }
 
 TEST_F(Finish, ClosesBothFiles) {
-  m_sink.Delete();
+  m_sink.destroy();
   const int before = openDescriptors();
   Sink sink = createSink("disc.cue");
   EXPECT_EQ(openDescriptors(), before + 2);
@@ -69,7 +69,7 @@ TEST_F(Finish, FramesThatComeLateTouchNothing) {
     m_sink.finish();
     const std::string sheet = readText(file("disc.cue"));
     m_sink.writeSignal(588);
-    m_sink.Delete();
+    m_sink.destroy();
     const bool same = sizeOfFile(file("disc.bin")) == 2352 && readText(file("disc.cue")) == sheet;
     std::_Exit(same ? 0 : 1);
   };
@@ -125,18 +125,18 @@ TEST_F(Finish, WithoutItTheSheetStaysEmptyAndTheImageAsItIs) {
   host.metadata = {{"CUE:DISC_TITLE", "t"}};
   Sink sink = createSink("aborted.cue", {.disc_leadin_ms = 100, .burn_after_render = 1});
   sink.writeSignal(1000);
-  sink.Delete();
+  sink.destroy();
   EXPECT_EQ(sizeOfFile(file("aborted.cue")), 0);
   expectImage(file("aborted.bin"), Image().silence(4410).toSector().signal(0, 1000));
   EXPECT_THAT(windowing.requests, IsEmpty());
 }
 
 TEST_F(Finish, TheEndOfASinkClosesItsFiles) {
-  m_sink.Delete();
+  m_sink.destroy();
   const int before = openDescriptors();
   Sink sink = createSink("disc.cue");
   sink.writeSignal(10);
-  sink.Delete();
+  sink.destroy();
   EXPECT_EQ(openDescriptors(), before);
 }
 

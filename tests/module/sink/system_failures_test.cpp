@@ -97,7 +97,7 @@ TEST_F(SystemFailures, AFileSystemWithoutExclusiveLocksGetsASharedOne) {
   EXPECT_THAT(calls.flock_operations,
               ElementsAre(LOCK_EX | LOCK_NB, LOCK_SH | LOCK_NB, LOCK_EX | LOCK_NB));
   calls.flock_operations.clear();
-  sink.Delete();
+  sink.destroy();
   EXPECT_THAT(calls.flock_operations, ElementsAre(LOCK_UN, LOCK_UN));
 }
 
@@ -150,7 +150,7 @@ TEST_F(SystemFailures, AShortWriteIsOutOfSpaceAndWhatFollowsGoesBehindWhatLanded
     SystemCallScript calls;
     calls.shortenWrite(1, taken);
     sink.writeSignal(2 * kBufferFrames);
-    sink.Delete();
+    sink.destroy();
     EXPECT_THAT(host.disk_counters, ElementsAre(Pair(0, kOutOfSpace))) << taken;
     expectImage(file("disc.bin"),
                 Image().signal(0, taken / 4).signal(kBufferFrames, 2 * kBufferFrames));
@@ -162,7 +162,7 @@ TEST_F(SystemFailures, AFailedBufferIsLostAndTheNextTakesItsPlace) {
   SystemCallScript calls;
   calls.failAt(SystemCall::kPwrite, 2, EIO);
   sink.writeSignal(3 * kBufferFrames);
-  sink.Delete();
+  sink.destroy();
   expectImage(file("disc.bin"),
               Image().signal(0, kBufferFrames).signal(2 * kBufferFrames, 3 * kBufferFrames));
 }
