@@ -1,7 +1,7 @@
 // The module's pointers to the windowing layer's functions.
 //
 // Filled once, when the module is loaded, and never null: a function the host does not offer is
-// replaced by a placeholder that returns 0. `plugin/` defines them.
+// replaced by a placeholder that returns 0.
 #pragma once
 
 #include <type_traits>

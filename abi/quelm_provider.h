@@ -1,5 +1,6 @@
-// How the windowing layer is obtained. Apart from the layer's types, whose BOOL is not that of
-// Objective-C.
+// How the windowing layer is obtained. This header leaves out the layer's types, so that
+// Objective-C code can include it: the layer's BOOL and that of Objective-C cannot be declared in
+// the same file.
 #pragma once
 
 #include <cstdint>

@@ -29,6 +29,7 @@ set(VELMOR_CD_SOURCES
     module/sink/marker_names.cpp
     module/sink/pcm_sink_iso.cpp
     module/sink/pcm_sink_iso_write.cpp
+    module/sink/project_marks.cpp
     module/sink/sample_conversion.cpp
     module/sink/sample_conversion_avx2.cpp
     module/sink/track_cutter.cpp
@@ -36,11 +37,14 @@ set(VELMOR_CD_SOURCES
     module/burn/burn_engine.cpp
     module/burn/burn_settings.cpp
     module/burn/track_source.cpp
+    module/support/ascii_case.cpp
     module/support/assoc_array.cpp
     module/support/file_read.cpp
     module/support/file_write.cpp
     module/support/heap_buf.cpp
     module/support/ydk_string.cpp
+    abi/host_functions.cpp
+    abi/quelm_functions.cpp
     ${VELMOR_CD_PLATFORM_SOURCES})
 
 add_library(velmor_cd_objects OBJECT ${VELMOR_CD_SOURCES})

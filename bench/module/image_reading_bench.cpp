@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "abi/track_source.h"
 #include "bench/module/scratch_folder.h"
-#include "module/burn/track_source.h"
 #include "module/support/cd_units.h"
 #include "module/support/file_read.h"
 

@@ -55,23 +55,23 @@ void insertColumn(HWND list, int index, const char* title, int width) {
 
 }  // namespace
 
-void BurnCD(HWND parent, const char* binPath, const char* cuePath,
-            YDK_PtrList<YDK_String>* trackNames, const double* trackStarts, int trackCount,
-            double totalLength) {
-  CDBurnInstance instance(binPath, cuePath, trackNames, trackStarts, trackCount, totalLength);
+void BurnCD(HWND parent, const char* bin_path, const char* cue_path,
+            YDK_PtrList<YDK_String>* track_names, const double* track_starts, int track_count,
+            double total_length) {
+  CDBurnInstance instance(bin_path, cue_path, track_names, track_starts, track_count, total_length);
   __localizeDialog(nullptr, IDD_BURN, parent, CDBurnInstance::staticBurnProc,
                    reinterpret_cast<LPARAM>(&instance), kModalDialog);
 }
 
-CDBurnInstance::CDBurnInstance(const char* binPath, const char* cuePath,
-                               YDK_PtrList<YDK_String>* trackNames, const double* trackStarts,
-                               int trackCount, double totalLength)
-    : m_track_starts(trackStarts),
-      m_ntracks(trackStarts ? std::max(trackCount, 0) : 0),
-      m_track_names(trackNames),
-      m_total_len(totalLength) {
-  m_cuefn.Set(cuePath);
-  m_binfn.Set(binPath);
+CDBurnInstance::CDBurnInstance(const char* bin_path, const char* cue_path,
+                               YDK_PtrList<YDK_String>* track_names, const double* track_starts,
+                               int track_count, double total_length)
+    : m_track_starts(track_starts),
+      m_ntracks(track_starts ? std::max(track_count, 0) : 0),
+      m_track_names(track_names),
+      m_total_len(total_length) {
+  m_cuefn.Set(cue_path);
+  m_binfn.Set(bin_path);
 }
 
 LRESULT CDBurnInstance::staticBurnProc(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -80,16 +80,16 @@ LRESULT CDBurnInstance::staticBurnProc(HWND dialog, UINT message, WPARAM wparam,
   if (!instance) return 0;
   switch (message) {
     case WM_INITDIALOG:
-      instance->OnInit(dialog);
+      instance->onInit(dialog);
       break;
     case WM_CDBURN_REFRESH_DRIVES:
-      RefreshDrives(dialog);
+      refreshDrives(dialog);
       break;
     case WM_COMMAND:
-      instance->OnCommand(dialog, wparam);
+      instance->onCommand(dialog, wparam);
       break;
     case WM_DESTROY:
-      instance->OnDestroy(dialog);
+      instance->onDestroy(dialog);
       break;
     default:
       break;
@@ -97,7 +97,7 @@ LRESULT CDBurnInstance::staticBurnProc(HWND dialog, UINT message, WPARAM wparam,
   return 0;
 }
 
-void CDBurnInstance::OnInit(HWND dialog) {
+void CDBurnInstance::onInit(HWND dialog) {
   const HWND methods = GetDlgItem(dialog, IDC_BURN_METHOD);
   const char* const method = __localizeFunc("Native CD Burning", kSectionBurnMethod, 0);
   SendMessage(methods, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(method));
@@ -105,15 +105,15 @@ void CDBurnInstance::OnInit(HWND dialog) {
   CheckDlgButton(dialog, IDC_BURN_EJECT, readBurnSetting("eject", 1));
   CheckDlgButton(dialog, IDC_BURN_DELETE, readBurnSetting("deletefiles", 0));
   SendMessage(dialog, WM_CDBURN_REFRESH_DRIVES, 0, 0);
-  ListTracks(GetDlgItem(dialog, IDC_BURN_TRACKLIST));
+  listTracks(GetDlgItem(dialog, IDC_BURN_TRACKLIST));
 }
 
-double CDBurnInstance::TrackLength(int track) const {
+double CDBurnInstance::trackLength(int track) const {
   const double end = track + 1 < m_ntracks ? m_track_starts[track + 1] : m_total_len;
   return end - m_track_starts[track];
 }
 
-void CDBurnInstance::ListTracks(HWND list) {
+void CDBurnInstance::listTracks(HWND list) {
   insertColumn(list, 0, "Track #", 60);
   insertColumn(list, 1, "Name", 180);
   insertColumn(list, 2, "Duration", 90);
@@ -127,7 +127,7 @@ void CDBurnInstance::ListTracks(HWND list) {
     row.text = text;
     ListView_InsertItem(list, &row);
     text[0] = 0;
-    if (format_timestr) format_timestr(TrackLength(i), text, sizeof(text));
+    if (format_timestr) format_timestr(trackLength(i), text, sizeof(text));
     ListView_SetItemText(list, i, 2, text);
     if (m_track_names && i < m_track_names->GetSize()) {
       const YDK_String* const name = m_track_names->Get(i);
@@ -136,14 +136,14 @@ void CDBurnInstance::ListTracks(HWND list) {
   }
 }
 
-void CDBurnInstance::RefreshDrives(HWND dialog) {
+void CDBurnInstance::refreshDrives(HWND dialog) {
   const HWND drives = GetDlgItem(dialog, IDC_BURN_DRIVE);
   SendMessage(drives, CB_RESETCONTENT, 0, 0);
   CDBurn_PopulateComboBoxWithBurners(drives);
   SendMessage(drives, CB_SETCURSEL, readBurnSetting("drive", 0), 0);
 }
 
-void CDBurnInstance::OnCommand(HWND dialog, WPARAM wparam) {
+void CDBurnInstance::onCommand(HWND dialog, WPARAM wparam) {
   switch (wparam & 0xFFFF) {
     case IDC_BURN_METHOD:
       if (((wparam >> 16) & 0xFFFF) == CBN_SELCHANGE) {
@@ -154,14 +154,14 @@ void CDBurnInstance::OnCommand(HWND dialog, WPARAM wparam) {
       EndDialog(dialog, 0);
       break;
     case IDOK:
-      OnBurn(dialog);
+      onBurn(dialog);
       break;
     default:
       break;
   }
 }
 
-void CDBurnInstance::OnBurn(HWND dialog) {
+void CDBurnInstance::onBurn(HWND dialog) {
   m_eject = isChecked(dialog, IDC_BURN_EJECT);
   const long recorder = pickedRecorder(dialog);
   if (!recorder) {
@@ -182,14 +182,15 @@ void CDBurnInstance::OnBurn(HWND dialog) {
   CDBurn_Run(recorder, m_ntracks, offsets.Get(), &image, m_eject, false);
 }
 
-void CDBurnInstance::OnDestroy(HWND dialog) {
+void CDBurnInstance::onDestroy(HWND dialog) {
   if (isChecked(dialog, IDC_BURN_DELETE)) {
     unlink(m_cuefn.Get());
     unlink(m_binfn.Get());
   }
   writeBurnSetting("eject", isChecked(dialog, IDC_BURN_EJECT));
   writeBurnSetting("deletefiles", isChecked(dialog, IDC_BURN_DELETE));
-  // Written and never read: the method box starts on its only entry.
+  // Nobody reads the method back, since the box always starts on its only entry; hosts' ini files
+  // have the key all the same.
   writeBurnSetting("method", selection(dialog, IDC_BURN_METHOD));
   writeBurnSetting("drive", selection(dialog, IDC_BURN_DRIVE));
 }

@@ -6,17 +6,17 @@
 #include "module/support/ydk_string.h"
 
 /// Opens the burn dialog over `parent` and returns when it has ended. The paths are copied;
-/// `trackNames` (may be null, or shorter than the track count) and `trackStarts` (image seconds)
-/// must outlive the call. `totalLength`: seconds. An exception of the host's passes through.
-void BurnCD(HWND parent, const char* binPath, const char* cuePath,
-            YDK_PtrList<YDK_String>* trackNames, const double* trackStarts, int trackCount,
-            double totalLength);
+/// `track_names` (may be null, or shorter than the track count) and `track_starts` (image seconds)
+/// must outlive the call. `total_length`: seconds. An exception of the host's passes through.
+void BurnCD(HWND parent, const char* bin_path, const char* cue_path,
+            YDK_PtrList<YDK_String>* track_names, const double* track_starts, int track_count,
+            double total_length);
 
 /// The state of one burn dialog; lives as long as the dialog is open.
 class CDBurnInstance {
  public:
-  CDBurnInstance(const char* binPath, const char* cuePath, YDK_PtrList<YDK_String>* trackNames,
-                 const double* trackStarts, int trackCount, double totalLength);
+  CDBurnInstance(const char* bin_path, const char* cue_path, YDK_PtrList<YDK_String>* track_names,
+                 const double* track_starts, int track_count, double total_length);
   CDBurnInstance(const CDBurnInstance&) = delete;
   CDBurnInstance& operator=(const CDBurnInstance&) = delete;
 
@@ -24,19 +24,19 @@ class CDBurnInstance {
   static LRESULT staticBurnProc(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam);
 
  private:
-  void OnInit(HWND dialog);
-  void ListTracks(HWND list);
-  double TrackLength(int track) const;
-  static void RefreshDrives(HWND dialog);
-  void OnCommand(HWND dialog, WPARAM wparam);
-  void OnBurn(HWND dialog);
-  void OnDestroy(HWND dialog);
+  void onInit(HWND dialog);
+  void listTracks(HWND list);
+  double trackLength(int track) const;
+  static void refreshDrives(HWND dialog);
+  void onCommand(HWND dialog, WPARAM wparam);
+  void onBurn(HWND dialog);
+  void onDestroy(HWND dialog);
 
   YDK_String m_cuefn;
   YDK_String m_binfn;
   const double* m_track_starts;  ///< image seconds; not owned
   int m_ntracks;
-  YDK_String m_spare;  ///< always empty
+  YDK_String m_spare;  ///< always empty; like the two below it holds its place in the record
   [[maybe_unused]] int m_unused_number = 0;
   [[maybe_unused]] void* m_unused_pointers[2] = {};
   bool m_eject = false;

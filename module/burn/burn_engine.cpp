@@ -7,7 +7,7 @@
 #include <new>
 
 #include "abi/quelm_functions.h"
-#include "module/burn/track_source.h"
+#include "abi/track_source.h"
 #include "module/platform/disc_recording.h"
 #include "module/support/cd_units.h"
 #include "module/support/typed_buf.h"
@@ -60,7 +60,7 @@ class ExclusiveAccess {
   ExclusiveAccess(const ExclusiveAccess&) = delete;
   ExclusiveAccess& operator=(const ExclusiveAccess&) = delete;
 
-  bool IsHeld() const { return m_held; }
+  bool isHeld() const { return m_held; }
 
  private:
   DiscRecordingService& m_service;
@@ -68,14 +68,15 @@ class ExclusiveAccess {
   const bool m_held;
 };
 
-DiscBurnProperties burnProperties(bool eject, bool testBurn) {
+DiscBurnProperties burnProperties(bool eject, bool test_burn) {
   DiscBurnProperties properties{};
-  properties.testing = testBurn;
+  properties.testing = test_burn;
   properties.appendable = false;
   properties.overwrite = true;
   properties.verify = false;
   properties.completion_action = eject ? kDiscActionEject : kDiscActionMount;
-  // On purpose the same as on success: whoever asked for the disc wants it, burned or not.
+  // A failed burn ejects like a successful one on purpose: who asked for the disc wants it back
+  // either way.
   properties.failure_action = eject ? kDiscActionEject : kDiscActionNone;
   return properties;
 }
@@ -83,30 +84,30 @@ DiscBurnProperties burnProperties(bool eject, bool testBurn) {
 /// The tracks of one burn.
 class TrackLayout {
  public:
-  /// False when memory ran out.
-  bool Cut(int count, const int* offsets, YDK_FileRead& image) {
+  /// Returns false when memory ran out.
+  bool cut(int count, const int* offsets, YDK_FileRead& image) {
     if (count <= 0) return true;
     m_sources.reset(new (std::nothrow) CDBurnTrackSource[static_cast<size_t>(count)]);
     m_tracks.Resize(count);
     if (!m_sources || m_tracks.GetSize() != count) return false;
     int start_block = 0;
     for (int i = 0; i < count; ++i) {
-      const int end_block = i + 1 < count ? offsets[i + 1] / kSectorBytes : LastBlock(image);
-      SetTrack(i, image, start_block, end_block);
+      const int end_block = i + 1 < count ? offsets[i + 1] / kSectorBytes : lastBlock(image);
+      setTrack(i, image, start_block, end_block);
       start_block = end_block;
     }
     return true;
   }
 
-  const DiscTrack* Get() const { return m_tracks.Get(); }
-  int GetSize() const { return m_tracks.GetSize(); }
+  const DiscTrack* tracks() const { return m_tracks.Get(); }
+  int count() const { return m_tracks.GetSize(); }
 
  private:
-  static int LastBlock(YDK_FileRead& image) {
+  static int lastBlock(YDK_FileRead& image) {
     return static_cast<int>((image.GetSize() + kSectorBytes - 1) / kSectorBytes);
   }
 
-  void SetTrack(int i, YDK_FileRead& image, int start_block, int end_block) {
+  void setTrack(int i, YDK_FileRead& image, int start_block, int end_block) {
     const int blocks = wrappingSubtract(end_block, start_block);
     CDBurnTrackSource& source = m_sources[static_cast<size_t>(i)];
     source.file = &image;
@@ -126,7 +127,7 @@ class TrackLayout {
 }  // namespace
 
 void CDBurn_PopulateComboBoxWithBurners(HWND combo) {
-  DiscRecordingService* const service = platform_find_disc_recording();
+  DiscRecordingService* const service = platformFindDiscRecording();
   if (!service) return;
   for (int i = 0; i < service->DeviceCount(); ++i) {
     void* const device = service->DeviceAt(i);
@@ -138,19 +139,20 @@ void CDBurn_PopulateComboBoxWithBurners(HWND combo) {
   }
 }
 
-void CDBurn_Run(long device, int trackCount, const int* trackByteOffsets, YDK_FileRead* image,
-                bool eject, bool testBurn) {
-  DiscRecordingService* const service = platform_find_disc_recording();
+void CDBurn_Run(long device, int track_count, const int* track_byte_offsets, YDK_FileRead* image,
+                bool eject, bool test_burn) {
+  DiscRecordingService* const service = platformFindDiscRecording();
   auto* const recorder = reinterpret_cast<void*>(device);
   if (!service || !recorder || !isThere(*service, recorder)) return;
   const ExclusiveAccess access(*service, recorder);
-  if (!access.IsHeld()) return;
-  // Cut first: a burn that was made must reach the panel, where the service disposes of it.
+  if (!access.isHeld()) return;
+  // The tracks are cut before the burn is made: only the panel makes the service dispose of a burn,
+  // so nothing may fail between the two.
   TrackLayout layout;
-  if (!layout.Cut(trackCount, trackByteOffsets, *image)) return;
+  if (!layout.cut(track_count, track_byte_offsets, *image)) return;
   void* const burn = service->BurnForDevice(recorder);
   if (!burn) return;
-  const DiscBurnProperties properties = burnProperties(eject, testBurn);
+  const DiscBurnProperties properties = burnProperties(eject, test_burn);
   service->SetProperties(burn, &properties);
-  service->RunProgressPanel(burn, layout.Get(), layout.GetSize());
+  service->RunProgressPanel(burn, layout.tracks(), layout.count());
 }

@@ -8,9 +8,9 @@
 /// handle. No reference to the recorder is taken.
 void CDBurn_PopulateComboBoxWithBurners(HWND combo);
 
-/// Burns `image` to the recorder `device`, one track per entry of `trackByteOffsets` (null for no
+/// Burns `image` to the recorder `device`, one track per entry of `track_byte_offsets` (null for no
 /// tracks). Track 1 begins at byte 0 whatever its entry says; offsets are truncated to blocks; the
 /// last track runs to the image's end. Returns when the service's panel is done; failures before it
 /// opens are silent.
-void CDBurn_Run(long device, int trackCount, const int* trackByteOffsets, YDK_FileRead* image,
-                bool eject, bool testBurn);
+void CDBurn_Run(long device, int track_count, const int* track_byte_offsets, YDK_FileRead* image,
+                bool eject, bool test_burn);

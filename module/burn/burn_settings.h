@@ -1,6 +1,6 @@
 // The burn dialog's settings in the host's ini file.
 #pragma once
 
-/// `fallback` when the key is absent.
+/// The number stored under `key`, or `fallback` when there is none.
 int readBurnSetting(const char* key, int fallback);
 void writeBurnSetting(const char* key, int value);

@@ -1,9 +1,10 @@
-#include "module/burn/track_source.h"
+#include "abi/track_source.h"
 
 #include <algorithm>
 #include <cstring>
 
 #include "module/support/cd_units.h"
+#include "module/support/file_read.h"
 #include "module/support/wrapping.h"
 
 uint64_t trackLengthInBlocks(int lenbytes) {

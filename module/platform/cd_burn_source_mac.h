@@ -5,8 +5,8 @@
 
 class YDK_FileRead;
 
-/// Gives the framework a track's blocks. What it does is `CDBurnTrackSource`'s; the variables are
-/// the same.
+/// Gives the framework a track's blocks. It does what `CDBurnTrackSource` (abi/track_source.h)
+/// does, and its variables are the same.
 @interface QuinloCDBurnSource : NSObject <DRTrackDataProduction> {
  @public
   YDK_FileRead* file;  ///< not owned; all tracks of a burn share one reader

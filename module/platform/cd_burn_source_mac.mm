@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "module/burn/track_source.h"
+#include "abi/track_source.h"
 
 @implementation QuinloCDBurnSource
 

@@ -5,4 +5,4 @@
 
 /// The recording service, or null when there is none. Looked up anew for every listing and every
 /// burn, since a host may bring its service up late; what it returns serves until the next look-up.
-extern "C" DiscRecordingService* platform_find_disc_recording();
+extern "C" DiscRecordingService* platformFindDiscRecording();

@@ -2,7 +2,7 @@
 
 #include "module/platform/disc_recording.h"
 
-DiscRecordingService* platform_find_disc_recording() {
+DiscRecordingService* platformFindDiscRecording() {
   const auto service =
       reinterpret_cast<VelmorGetDiscRecordingFn>(dlsym(RTLD_DEFAULT, "velmorGetDiscRecording"));
   return service ? service() : nullptr;

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "module/burn/track_source.h"
+#include "abi/track_source.h"
 #import "module/platform/cd_burn_delegate_mac.h"
 #import "module/platform/cd_burn_source_mac.h"
 #include "module/platform/disc_recording.h"
@@ -14,8 +14,8 @@ namespace {
 
 /// The burn's properties, set in the order the burn engine names them.
 NSDictionary* burnDictionary(const DiscBurnProperties& properties) {
-  // The framework takes the completion constant for "eject" as the action of a failure too: that
-  // disc comes out as well.
+  // The action of a failure is given as the completion constant for "eject" on purpose: the
+  // framework takes it there as well, and the disc of a failed burn comes out too.
   NSString* const completion = properties.completion_action == kDiscActionEject
                                    ? DRBurnCompletionActionEject
                                    : DRBurnCompletionActionMount;
@@ -40,7 +40,7 @@ NSDictionary* trackDictionary(const DiscTrack& track) {
   [entries setObject:[NSNumber numberWithInt:track.block_type] forKey:DRBlockTypeKey];
   [entries setObject:[NSNumber numberWithInt:track.session_format] forKey:DRSessionFormatKey];
   [entries setObject:[NSNumber numberWithInt:track.block_size] forKey:DRBlockSizeKey];
-  // A plain count of blocks: the framework takes it beside its time objects.
+  // The length is a plain count of blocks, which the framework takes as well as a time object.
   [entries setObject:[NSNumber numberWithInt:track.track_length] forKey:DRTrackLengthKey];
   return entries;
 }
@@ -67,14 +67,14 @@ void runModally(NSWindow* window) {
   // An application in the background gets no events that would wake a modal run: look for the end
   // instead.
   const NSModalSession session = [NSApp beginModalSessionForWindow:window];
-  while ([NSApp runModalSession:session] == NSModalResponseContinue) platform_modal_pause();
+  while ([NSApp runModalSession:session] == NSModalResponseContinue) platformModalPause();
   [NSApp endModalSession:session];
 }
 
 /// Apple DiscRecording as the burn engine meets it.
 class AppleDiscRecording final : public DiscRecordingService {
  public:
-  void FindDevices() {
+  void findDevices() {
     m_devices = [DRDevice devices];
     m_described = nil;
   }
@@ -86,8 +86,8 @@ class AppleDiscRecording final : public DiscRecordingService {
   void* DeviceAt(int index) override {
     return [m_devices objectAtIndex:static_cast<NSUInteger>(index)];
   }
-  const char* VendorName(void* device) override { return Name(device, DRDeviceVendorNameKey); }
-  const char* ProductName(void* device) override { return Name(device, DRDeviceProductNameKey); }
+  const char* VendorName(void* device) override { return nameOf(device, DRDeviceVendorNameKey); }
+  const char* ProductName(void* device) override { return nameOf(device, DRDeviceProductNameKey); }
   bool IsValid(void* device) override { return [static_cast<DRDevice*>(device) isValid] != NO; }
   bool AcquireExclusiveAccess(void* device) override {
     return [static_cast<DRDevice*>(device) acquireExclusiveAccess] != NO;
@@ -122,7 +122,7 @@ class AppleDiscRecording final : public DiscRecordingService {
 
  private:
   /// One name out of a recorder's description, which is asked for once per recorder and round.
-  const char* Name(void* device, NSString* key) {
+  const char* nameOf(void* device, NSString* key) {
     if (m_described != device || m_described == nil) {
       m_described = static_cast<DRDevice*>(device);
       m_description = [m_described info];
@@ -138,12 +138,13 @@ class AppleDiscRecording final : public DiscRecordingService {
   QuinloCDBurnDel* m_delegate = nullptr;  ///< the panel's, from the run until access is given back
 };
 
-// Without a constructor to run: classes of this file are not there yet when those do.
+// The service has no constructor that would have to run: static constructors run before the
+// Objective-C runtime knows the classes of this file.
 constinit AppleDiscRecording g_service;
 
 }  // namespace
 
-DiscRecordingService* platform_find_disc_recording() {
-  g_service.FindDevices();
+DiscRecordingService* platformFindDiscRecording() {
+  g_service.findDevices();
   return &g_service;
 }

@@ -3,13 +3,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 
 #include "module/platform/file_system.h"
 
 namespace {
 
-// File systems whose files live on another machine, by the magic numbers of statfs(2). FUSE cannot
-// be told from outside; it counts as one, so that its cache is left alone.
+// File systems whose files live on another machine, by the magic numbers of statfs(2). What
+// a FUSE file system stands on cannot be told from outside; it counts as such a one, so that its
+// cache is left alone.
 constexpr std::array<uint32_t, 14> kNetworkFileSystems = {
     0x6969,      // NFS
     0x517B,      // SMB
@@ -34,19 +36,20 @@ constexpr int64_t kDropStep = 4 * 1024 * 1024;
 
 // Written pages stay cached: there is no way to switch that off that does not also slow the
 // writing.
-void platform_disable_write_cache(int /*fd*/) {}
+void platformDisableWriteCache(int /*fd*/) {}
 
-void platform_disable_read_cache(int fd) {
+void platformDisableReadCache(int fd) {
   posix_fadvise(fd, 0, 0, POSIX_FADV_SEQUENTIAL);
 }
 
-void platform_read_advanced(int fd, int64_t from, int64_t to) {
+void platformReadAdvanced(int fd, int64_t from, int64_t to) {
+  assert(from < to);
   const int64_t first = from / kDropStep * kDropStep;
   const int64_t behind = to / kDropStep * kDropStep;
   if (behind > first) posix_fadvise(fd, first, behind - first, POSIX_FADV_DONTNEED);
 }
 
-bool platform_is_local_file(int fd) {
+bool platformIsLocalFile(int fd) {
   struct statfs info;
   if (fstatfs(fd, &info) != 0) return true;
   const auto type = static_cast<uint32_t>(info.f_type);

@@ -2,6 +2,6 @@
 
 #include "abi/quelm_functions.h"
 
-void platform_modal_pause() {
+void platformModalPause() {
   Sleep(1);
 }

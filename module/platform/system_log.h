@@ -2,4 +2,4 @@
 #pragma once
 
 /// Logs one line; `line` ends with a line break. Any thread.
-extern "C" void platform_system_log(const char* line);
+extern "C" void platformSystemLog(const char* line);

@@ -1,10 +1,13 @@
 #include <syslog.h>
 
+#include <cassert>
 #include <cstdio>
+#include <cstring>
 
 #include "module/platform/system_log.h"
 
-void platform_system_log(const char* line) {
+void platformSystemLog(const char* line) {
+  assert(*line && line[strlen(line) - 1] == '\n');
   syslog(LOG_USER | LOG_ERR, "%s", line);
   fputs(line, stderr);
 }

@@ -2,6 +2,6 @@
 
 #include "module/platform/system_log.h"
 
-void platform_system_log(const char* line) {
+void platformSystemLog(const char* line) {
   NSLog(@"%s", line);
 }

@@ -4,4 +4,4 @@
 #include "abi/quelm_provider.h"
 
 /// The host's lookup function, or null when the process offers none. Asked once, at load time.
-extern "C" QuelmLookupFn platform_find_windowing_provider();
+extern "C" QuelmLookupFn platformFindWindowingProvider();

@@ -2,12 +2,12 @@
 
 #include "module/platform/windowing_provider.h"
 
-// What the application's delegate of a host with the windowing layer answers to.
+// In a host with the windowing layer the application's delegate has this method.
 @interface NSObject (QuelmProvider)
 - (QuelmLookupFn)quelmGetAPPAPIFunc;
 @end
 
-QuelmLookupFn platform_find_windowing_provider() {
+QuelmLookupFn platformFindWindowingProvider() {
   const id delegate = [NSApp delegate];
   if (![delegate respondsToSelector:@selector(quelmGetAPPAPIFunc)]) return nullptr;
   return [delegate quelmGetAPPAPIFunc];

@@ -4,21 +4,6 @@
 #include "abi/exports.h"
 #include "module/plugin/sink_registration.h"
 
-HINSTANCE g_hInst = nullptr;
-GetMainHwndFn GetMainHwnd = nullptr;
-GetExePathFn GetExePath = nullptr;
-GetIniFileFn get_ini_file = nullptr;
-FormatTimestrFn format_timestr = nullptr;
-EnumProjectMarkersFn EnumProjectMarkers = nullptr;
-void* PCM_Source_CreateFromSimple = nullptr;
-EnumCurrentSinkMetadataFn EnumCurrentSinkMetadata = nullptr;
-UpdateDiskCountersFn update_disk_counters = nullptr;
-void* vac_createGroupsFromTab = nullptr;
-LocalizeFn importedLocalizeFunc = nullptr;
-void* importedLocalizeMenu = nullptr;
-void* importedLocalizeInitializeDialog = nullptr;
-LocalizePrepareDialogFn importedLocalizePrepareDialog = nullptr;
-
 namespace {
 
 template <class Fn>

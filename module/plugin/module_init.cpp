@@ -7,8 +7,8 @@
 
 namespace {
 
-const QuelmAPPInitializer g_windowing_import;
-const DialogListInitializer g_dialog_list;
+QuelmAPPInitializer g_windowing_import;
+DialogListInitializer g_dialog_list;
 
 }  // namespace
 

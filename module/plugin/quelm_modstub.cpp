@@ -8,14 +8,6 @@
 #include "module/platform/system_log.h"
 #include "module/platform/windowing_provider.h"
 
-// The pointers themselves. They hold nothing until the import, which is the first code of the
-// module that runs.
-#define QUELM_TYPED(name, ...) std::type_identity_t<__VA_ARGS__> name;
-#define QUELM_OPAQUE(name) QuelmAnyFn name;
-#include "abi/quelm_functions.inc"
-#undef QUELM_TYPED
-#undef QUELM_OPAQUE
-
 namespace {
 
 struct ImportedFunction {
@@ -35,13 +27,13 @@ static_assert(sizeof(kImports) / sizeof(kImports[0]) == 364);
 /// The host's lookup function; null, with a line in the system log, when there is none of our
 /// version.
 QuelmLookupFn findLookup() {
-  const QuelmLookupFn lookup = platform_find_windowing_provider();
+  const QuelmLookupFn lookup = platformFindWindowingProvider();
   if (!lookup) {
-    platform_system_log("QUELM API provider not found\n");
+    platformSystemLog("QUELM API provider not found\n");
     return nullptr;
   }
   if (reinterpret_cast<intptr_t>(lookup(nullptr)) != kQuelmApiVersion) {
-    platform_system_log("QUELM API provider returned incorrect version\n");
+    platformSystemLog("QUELM API provider returned incorrect version\n");
     return nullptr;
   }
   return lookup;
@@ -50,7 +42,7 @@ QuelmLookupFn findLookup() {
 void logMissing(const char* name) {
   char line[256];
   snprintf(line, sizeof(line), "QUELM API not found: %s\n", name);
-  platform_system_log(line);
+  platformSystemLog(line);
 }
 
 }  // namespace

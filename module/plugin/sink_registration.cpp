@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Whether the blob is one of ours: its first value tells, the rest may be missing.
+/// Whether the blob is one of ours, which its first value tells; the other values may be missing.
 bool isIsoBlob(const void* cfg, int cfg_len) {
   uint32_t code = 0;
   if (!cfg || cfg_len < static_cast<int>(sizeof(code))) return false;
@@ -41,7 +41,7 @@ PCM_sink* createSink(const char* filename, void* cfg, int cfg_len, int nch, int 
                      bool build_peaks) {
   if (!isIsoBlob(cfg, cfg_len)) return nullptr;
   auto* sink = new (std::nothrow) PCM_sink_iso(filename, cfg, cfg_len, nch, srate, build_peaks);
-  if (sink && !sink->IsUsable()) {
+  if (sink && !sink->isUsable()) {
     delete sink;
     sink = nullptr;
   }

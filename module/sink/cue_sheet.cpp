@@ -1,14 +1,13 @@
 #include "module/sink/cue_sheet.h"
 
-#include <cmath>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <initializer_list>
 
-#include "abi/host_functions.h"
 #include "module/sink/marker_names.h"
+#include "module/sink/project_marks.h"
 #include "module/support/cd_units.h"
 
 namespace {
@@ -30,8 +29,8 @@ __attribute__((format(printf, 2, 3))) void writeLine(YDK_FileWrite& out, const c
 /// An INDEX line at `seconds`. Milliseconds are truncated before they become sectors; it never
 /// rounds up.
 void writeIndex(YDK_FileWrite& out, int number, double seconds) {
-  const int64_t whole = truncateToFrames(seconds);
-  const int64_t milliseconds = truncateToFrames(seconds * 1000.0) % 1000;
+  const int64_t whole = wholePart(seconds);
+  const int64_t milliseconds = wholePart(seconds * 1000.0) % 1000;
   writeLine(out, "    INDEX %02d %02lld:%02lld:%02lld\r\n", number,
             static_cast<long long>(whole / 60), static_cast<long long>(whole % 60),
             static_cast<long long>(milliseconds * 75 / 1000));
@@ -52,13 +51,12 @@ const char* baseName(const char* path) {
   return name;
 }
 
-void writeTitle(const CueSheet& sheet, int track, YDK_FileWrite& out) {
-  YDK_String* const name = sheet.track_names.Get(track);
-  if (!name) return;
-  // A quote would end the field. The stored name changes too: the burn dialog shows what the sheet
-  // says.
-  char* const title = name->Get();
-  for (char* c = title; (c = strchr(c, '"'));) *c = '\'';
+/// A quote would end the field: the title's become apostrophes.
+void replaceQuotes(YDK_String& title) {
+  for (char* c = title.Get(); (c = strchr(c, '"'));) *c = '\'';
+}
+
+void writeTitle(const char* title, YDK_FileWrite& out) {
   if (title[0]) writeLine(out, "    TITLE \"%s\"\r\n", title);
 }
 
@@ -73,15 +71,13 @@ void writeTags(const CueSheet& sheet, int track, YDK_FileWrite& out) {
   const double to = from + length;
   YDK_AssocArrayImpl<const char*, char> written(YDK_assocarray_cmpstr, dupstr, freestr);
   int index = 0;
-  bool is_region = false;
-  double position = 0.0;
-  const char* name = nullptr;
-  while ((index = EnumProjectMarkers(index, &is_region, &position, nullptr, &name, nullptr)) != 0) {
-    if (std::isnan(position) || position < from) continue;
-    if (position >= to) break;
-    const MarkerTag* const tag = name ? tagOf(name) : nullptr;
+  for (ProjectMark mark = markStartAt(index, 0.0); mark.next; mark = markStartAt(index, 0.0)) {
+    index = mark.next;
+    if (mark.position < from) continue;
+    if (mark.position >= to) break;
+    const MarkerTag* const tag = mark.name ? tagOf(mark.name) : nullptr;
     if (!tag || written.Find(tag->key)) continue;
-    writeLine(out, "    %s \"%s\"\r\n", tag->key, name + kTagPrefixLength);
+    writeLine(out, "    %s \"%s\"\r\n", tag->key, mark.name + kTagPrefixLength);
     written.Insert(tag->key, 1);
   }
 }
@@ -102,12 +98,15 @@ void writeIndices(const CueSheet& sheet, int track, YDK_FileWrite& out) {
 
 }  // namespace
 
-void writeCueSheetText(const CueSheet& sheet, YDK_FileWrite& out) {
+void writeCueSheetText(const CueSheet& sheet, YDK_PtrList<YDK_String>& titles, YDK_FileWrite& out) {
   writeDiscLines(sheet, out);
   writeLine(out, "FILE \"%.1000s\" BINARY\r\n", baseName(sheet.image_path));
   for (int track = 0; track < sheet.track_starts.GetSize(); ++track) {
     writeLine(out, "  TRACK %02d AUDIO\r\n", track + 1);
-    writeTitle(sheet, track, out);
+    if (YDK_String* const title = titles.Get(track)) {
+      replaceQuotes(*title);
+      writeTitle(title->Get(), out);
+    }
     writeTags(sheet, track, out);
     writeIndices(sheet, track, out);
   }

@@ -12,10 +12,8 @@ struct CueSheet {
   const YDK_StringKeyedArray<char*>& metadata;  ///< disc fields by key ("TITLE", …)
   const char* image_path;                       ///< only its base name is written
   const YDK_TypedBuf<double>& track_starts;     ///< image seconds, one per track
-  const YDK_PtrList<YDK_String>&
-      track_names;  ///< may be shorter; quotes in it are replaced in place
-  const YDK_TypedBuf<double>& source_starts;   ///< project seconds; may be shorter
-  const YDK_TypedBuf<double>& source_lengths;  ///< seconds; may be shorter
+  const YDK_TypedBuf<double>& source_starts;    ///< project seconds; may be shorter
+  const YDK_TypedBuf<double>& source_lengths;   ///< seconds; may be shorter
   int disc_leadin_ms;
   int track_leadin_ms;
   double project_start;  ///< stands in for a missing source start
@@ -23,5 +21,6 @@ struct CueSheet {
 };
 
 /// Writes the whole sheet, CRLF lines, in one pass. Tags of the tracks come from the project's
-/// markers.
-void writeCueSheetText(const CueSheet& sheet, YDK_FileWrite& out);
+/// markers. `titles` may be shorter than the list of tracks; quotes in the titles of the tracks are
+/// replaced there, in the list, by apostrophes, since the burn dialog shows what the sheet says.
+void writeCueSheetText(const CueSheet& sheet, YDK_PtrList<YDK_String>& titles, YDK_FileWrite& out);

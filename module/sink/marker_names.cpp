@@ -1,6 +1,8 @@
 #include "module/sink/marker_names.h"
 
-#include <strings.h>
+#include <cassert>
+
+#include "module/support/ascii_case.h"
 
 namespace {
 
@@ -13,8 +15,9 @@ constexpr MarkerTag kTags[] = {
 }  // namespace
 
 const MarkerTag* tagOf(const char* name) {
+  assert(name);
   for (const MarkerTag& tag : kTags) {
-    if (strncasecmp(name, tag.prefix, kTagPrefixLength) == 0) return &tag;
+    if (compareIgnoringCase(name, tag.prefix, kTagPrefixLength) == 0) return &tag;
   }
   return nullptr;
 }
@@ -26,5 +29,6 @@ bool namesATrack(const char* name, bool hash_only) {
 
 const char* titleOf(const char* name, bool hash_only) {
   if (!name) return "";
+  assert(!hash_only || name[0] == '#');
   return hash_only ? name + 1 : name;
 }

@@ -3,7 +3,7 @@
 
 /// The tags that a marker's name may carry, by its prefix.
 struct MarkerTag {
-  const char* prefix;  ///< five characters, compared without regard to case
+  const char* prefix;  ///< five characters, compared without regard to ASCII case
   const char* key;     ///< the cue sheet's word for it
 };
 inline constexpr int kTagPrefixLength = 5;
@@ -16,6 +16,6 @@ const MarkerTag* tagOf(const char* name);
 /// at the name's start.
 bool namesATrack(const char* name, bool hash_only);
 
-/// The title that such a marker gives its track: without the "#" of `hash_only`, empty for a null
-/// name.
+/// The title that such a marker gives its track: with `hash_only` the name without its "#", and
+/// nothing for a null name.
 const char* titleOf(const char* name, bool hash_only);

@@ -1,10 +1,7 @@
 // Construction, the host's queries, and the end of a render.
 #include "module/sink/pcm_sink_iso.h"
 
-#include <strings.h>
-
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <new>
@@ -16,6 +13,8 @@
 #include "module/sink/config_dialog.h"
 #include "module/sink/cue_sheet.h"
 #include "module/sink/marker_names.h"
+#include "module/sink/project_marks.h"
+#include "module/support/ascii_case.h"
 #include "module/support/cd_units.h"
 
 namespace {
@@ -41,33 +40,37 @@ int answer(void* result, int value) {
 
 PCM_sink_iso::PCM_sink_iso(const char* filename, void* cfg, int cfg_len, int /*nch*/, int /*srate*/,
                            bool /*buildpeaks*/) {
-  if (!filename || !NameFiles(filename) || !OpenFiles(filename)) return;
-  ReadMetadata();
-  ReadConfig(cfg, cfg_len);
+  if (!filename || !nameFiles(filename) || !openFiles(filename)) return;
+  readMetadata();
+  readConfig(cfg, cfg_len);
   if (!m_track_starts.Add(m_disc_leadin_ms / 1000.0)) {
-    CloseFiles();
+    closeFiles();
     return;
   }
-  if (m_track_mode == kTracksFromMarkers) NameFirstTrack();
-  WriteLeadIn(m_disc_leadin_ms);
+  if (m_track_mode == kTracksFromMarkers) nameFirstTrack();
+  writeLeadIn(m_disc_leadin_ms);
 }
 
 PCM_sink_iso::~PCM_sink_iso() {
-  CloseFiles();
+  // The files first, since the host may look at them while it is still inside the delete; then the
+  // titles and the metadata; then the members' own buffers, the last one first.
+  closeFiles();
+  m_track_names.Empty(true);
+  m_metadata.Clear();
 }
 
-void PCM_sink_iso::CloseFiles() {
+void PCM_sink_iso::closeFiles() {
   m_cuefile.reset();
   m_binfile.reset();
 }
 
 /// False for a four-character name without a dot, where there is nothing to replace by ".bin", and
 /// without memory for the names: one cut short would truncate somebody else's file.
-bool PCM_sink_iso::NameFiles(const char* filename) {
+bool PCM_sink_iso::nameFiles(const char* filename) {
   const auto length = static_cast<int>(strlen(filename));
   int stem = length;
   m_cuefn.Set(filename);
-  if (length == 4 || (length > 4 && strcasecmp(filename + length - 4, ".cue") == 0)) {
+  if (length == 4 || (length > 4 && compareIgnoringCase(filename + length - 4, ".cue") == 0)) {
     const char* const dot = strrchr(filename, '.');
     if (!dot) return false;
     stem = static_cast<int>(dot - filename);
@@ -79,14 +82,14 @@ bool PCM_sink_iso::NameFiles(const char* filename) {
   return m_cuefn.GetLength() >= length && m_binfn.GetLength() == stem + 4;
 }
 
-bool PCM_sink_iso::OpenFiles(const char* filename) {
+bool PCM_sink_iso::openFiles(const char* filename) {
   m_cuefile = openWriter(filename);
   if (m_cuefile) m_binfile = openWriter(m_binfn.Get());
-  if (!m_binfile) CloseFiles();
-  return IsUsable();
+  if (!m_binfile) closeFiles();
+  return isUsable();
 }
 
-void PCM_sink_iso::ReadMetadata() {
+void PCM_sink_iso::readMetadata() {
   if (!EnumCurrentSinkMetadata) return;
   const size_t prefix = strlen(kDiscKeyPrefix);
   for (int i = 0;; ++i) {
@@ -100,7 +103,7 @@ void PCM_sink_iso::ReadMetadata() {
   m_metadata.SortKeys();
 }
 
-void PCM_sink_iso::ReadConfig(const void* cfg, int cfg_len) {
+void PCM_sink_iso::readConfig(const void* cfg, int cfg_len) {
   const SinkConfig config = readSinkConfig(cfg, cfg_len);
   m_disc_leadin_ms = std::max(config.disc_leadin_ms, 0);
   m_track_leadin_ms = std::max(config.track_leadin_ms, 0);
@@ -111,25 +114,21 @@ void PCM_sink_iso::ReadConfig(const void* cfg, int cfg_len) {
 
 /// The first marker that can name a track decides: within four seconds of the start it names
 /// track 1.
-void PCM_sink_iso::NameFirstTrack() {
-  bool is_region = false;
-  double position = 0.0;
-  double end = 0.0;
-  const char* name = nullptr;
+void PCM_sink_iso::nameFirstTrack() {
   int index = m_marker_idx;
-  while ((index = EnumProjectMarkers(index, &is_region, &position, &end, &name, nullptr)) != 0) {
-    const double from_start = position - m_st;
-    if (is_region || std::isnan(from_start) || from_start < 0.0) continue;
-    if (!namesATrack(name, m_hash_only != 0)) continue;
-    AddTrackName(from_start <= kShortestTrack ? titleOf(name, m_hash_only != 0) : "");
-    return;
+  for (ProjectMark mark = markAt(index, m_st); mark.next; mark = markAt(index, m_st)) {
+    if (!mark.is_region && mark.start >= 0.0 && namesATrack(mark.name, m_hash_only != 0)) {
+      addTrackName(mark.start <= kShortestTrack ? titleOf(mark.name, m_hash_only != 0) : "");
+      return;
+    }
+    index = mark.next;
   }
-  AddTrackName("");
+  addTrackName("");
 }
 
 /// Keeps the titles in step with the tracks even without memory for this one: it is then missing,
 /// not the next one's.
-void PCM_sink_iso::AddTrackName(const char* title) {
+void PCM_sink_iso::addTrackName(const char* title) {
   auto* name = new (std::nothrow) YDK_String;
   if (name) name->Set(title);
   if (!m_track_names.Add(name)) delete name;
@@ -172,15 +171,15 @@ int PCM_sink_iso::Extended(int call, void* p1, void* p2, void* /*p3*/) {
       answer(p1, m_srate);
       return answer(p2, m_nch);
     case kSinkRenderFinished:
-      FinishRender(p1);
+      finishRender(p1);
       return 1;
     default:
       return 0;
   }
 }
 
-void PCM_sink_iso::FinishRender(void* parent) {
-  if (!IsUsable()) return;
+void PCM_sink_iso::finishRender(void* parent) {
+  if (!isUsable()) return;
   padToSector();
   writeCueSheet();
   m_binfile.reset();
@@ -193,8 +192,8 @@ void PCM_sink_iso::FinishRender(void* parent) {
 }
 
 void PCM_sink_iso::writeCueSheet() {
-  const CueSheet sheet{m_metadata,      m_binfn.Get(),   m_track_starts,   m_track_names,
-                       m_track_src_pos, m_track_src_len, m_disc_leadin_ms, m_track_leadin_ms,
-                       GetStartTime(),  GetLength()};
-  writeCueSheetText(sheet, *m_cuefile);
+  const CueSheet sheet{m_metadata,        m_binfn.Get(),   m_track_starts,
+                       m_track_src_pos,   m_track_src_len, m_disc_leadin_ms,
+                       m_track_leadin_ms, GetStartTime(),  GetLength()};
+  writeCueSheetText(sheet, m_track_names, *m_cuefile);
 }

@@ -24,7 +24,7 @@ class PCM_sink_iso final : public PCM_sink {
   ~PCM_sink_iso() override;
 
   /// Whether both files are open.
-  bool IsUsable() const { return m_cuefile && m_binfile; }
+  bool isUsable() const { return m_cuefile && m_binfile; }
 
   void GetOutputInfoString(char* buf, int buflen) override;
   const char* GetFileName() override;
@@ -37,24 +37,36 @@ class PCM_sink_iso final : public PCM_sink {
   int Extended(int call, void* p1, void* p2, void* p3) override;
 
  private:
-  class BlockWriter;
+  struct SourceFrames;
 
-  bool NameFiles(const char* filename);
-  bool OpenFiles(const char* filename);
-  void CloseFiles();
-  void ReadMetadata();
-  void ReadConfig(const void* cfg, int cfg_len);
-  void NameFirstTrack();
-  void AddTrackName(const char* title);
+  bool nameFiles(const char* filename);
+  bool openFiles(const char* filename);
+  void closeFiles();
+  void readMetadata();
+  void readConfig(const void* cfg, int cfg_len);
+  void nameFirstTrack();
+  void addTrackName(const char* title);
 
-  void WriteFrames(const double* left, const double* right, int spacing, int frames);
+  /// Does with the block what `cutter` says.
+  template <class Cutter>
+  void writeCut(SourceFrames block, Cutter cutter);
+  /// Seconds in the image since the last track start.
+  double trackLength();
+  /// A track's lead-in, and its start after that.
+  void startTrack();
+  /// The title and the project position of the track that a marker has begun.
+  void recordMarker(const char* title, double position);
+  /// The title and the span in the project of a region whose audio follows.
+  void recordRegion(const char* title, double position, double length);
+
+  void writeFrames(const SourceFrames& block, int frames);
   /// Writes `bytes` zero bytes to the image.
   void writeSilence(int bytes);
   /// A lead-in of `ms` milliseconds and the padding to a whole sector; nothing for 0.
-  void WriteLeadIn(int ms);
+  void writeLeadIn(int ms);
   void padToSector();
 
-  void FinishRender(void* parent);
+  void finishRender(void* parent);
   void writeCueSheet();
 
   std::unique_ptr<YDK_FileWrite> m_cuefile;  ///< null when it could not be opened, or is finished
@@ -67,12 +79,13 @@ class PCM_sink_iso final : public PCM_sink {
   YDK_String m_cuefn{128};
   YDK_String m_binfn{128};
   YDK_TypedBuf<double> m_track_starts{4096};    ///< image seconds
-  YDK_OwningPtrList<YDK_String> m_track_names;  ///< owned titles
+  YDK_OwningPtrList<YDK_String> m_track_names;  ///< titles
   int m_disc_leadin_ms = 0;
   int m_track_leadin_ms = 0;
   int m_marker_idx = 0;  ///< the marker or region to look at next
   int m_hash_only = 0;
-  double m_silence_sec = 0.0;  ///< seconds of lead-ins so far
+  double m_silence_sec = 0.0;  ///< seconds of lead-ins so far; part of the fixed layout,
+                               ///< read by nobody
   double m_region_end =
       -1.0;             ///< seconds from the render's start, negative before the first region
   int m_in_frames = 0;  ///< input frames so far; stays at its maximum

@@ -1,5 +1,6 @@
 // The image: samples, silences, and the tracks that a block begins.
 #include <algorithm>
+#include <cassert>
 #include <climits>
 #include <cstring>
 
@@ -16,68 +17,85 @@ constexpr int kSilencePiece = 1024 * 1024;  ///< bytes
 
 }  // namespace
 
-/// One block of the render on its way into the image.
-class PCM_sink_iso::BlockWriter final : public TrackCutTarget {
- public:
-  BlockWriter(PCM_sink_iso& sink, const double* left, const double* right, int spacing)
-      : m_sink(sink), m_left(left), m_right(right), m_spacing(spacing) {}
+/// What the host's block still has for the image.
+struct PCM_sink_iso::SourceFrames {
+  const double* left;
+  const double* right;
+  int spacing;  ///< from a channel's frame to its next
 
-  void WriteFrames(int64_t frames) override {
-    m_sink.WriteFrames(m_left, m_right, m_spacing, static_cast<int>(frames));
-    DropFrames(frames);
+  void passOver(int64_t frames) {
+    left += frames * spacing;
+    right += frames * spacing;
   }
-
-  void DropFrames(int64_t frames) override {
-    m_left += frames * m_spacing;
-    m_right += frames * m_spacing;
-  }
-
-  double TrackLength() override {
-    const YDK_TypedBuf<double>& starts = m_sink.m_track_starts;
-    return m_sink.GetLength() - starts.Get()[starts.GetSize() - 1];
-  }
-
-  void StartTrack() override {
-    m_sink.WriteLeadIn(m_sink.m_track_leadin_ms);
-    m_sink.m_track_starts.Add(m_sink.GetLength());
-  }
-
-  void RecordMarker(const char* title, double position) override {
-    YDK_TypedBuf<double>& positions = m_sink.m_track_src_pos;
-    m_sink.AddTrackName(title);
-    if (positions.GetSize() == 0 && !positions.Add(m_sink.GetStartTime())) return;
-    m_sink.m_track_src_len.Add(position - positions.Get()[positions.GetSize() - 1]);
-    positions.Add(position);
-  }
-
-  void RecordRegion(const char* title, double position, double length) override {
-    m_sink.m_track_src_pos.Add(position);
-    m_sink.m_track_src_len.Add(length);
-    m_sink.AddTrackName(title);
-  }
-
- private:
-  PCM_sink_iso& m_sink;
-  const double* m_left;
-  const double* m_right;
-  const int m_spacing;
 };
 
 void PCM_sink_iso::WriteDoubles(double** samples, int len, int nch, int offset, int spacing) {
-  if (len <= 0 || !IsUsable()) return;  // a finished sink takes nothing more
-  BlockWriter block(*this, samples[0] + offset, samples[nch > 1 ? 1 : 0] + offset, spacing);
+  if (len <= 0 || !isUsable()) return;  // a finished sink takes nothing more
+  const SourceFrames block{samples[0] + offset, samples[nch > 1 ? 1 : 0] + offset, spacing};
   const BlockRest rest{len, static_cast<double>(m_in_frames) / static_cast<double>(m_srate)};
   m_in_frames = static_cast<int>(std::min<int64_t>(int64_t{m_in_frames} + len, INT_MAX));
   if (m_track_mode == kTracksFromMarkers) {
-    cutAtMarkers(block, rest, GetStartTime(), m_hash_only != 0, m_marker_idx);
+    writeCut(block, MarkerCutter(rest, GetStartTime(), m_hash_only != 0, m_marker_idx));
   } else if (m_track_mode == kTracksFromRegions) {
-    cutToRegions(block, rest, GetStartTime(), m_marker_idx, m_region_end);
+    writeCut(block, RegionCutter(rest, GetStartTime(), m_marker_idx, m_region_end));
   } else {
-    block.WriteFrames(len);
+    writeFrames(block, len);
   }
 }
 
-void PCM_sink_iso::WriteFrames(const double* left, const double* right, int spacing, int frames) {
+template <class Cutter>
+void PCM_sink_iso::writeCut(SourceFrames block, Cutter cutter) {
+  for (;;) {
+    const CutStep step = cutter.next(trackLength());
+    switch (step.action) {
+      case CutAction::kWriteFrames:
+        writeFrames(block, static_cast<int>(step.frames));
+        block.passOver(step.frames);
+        break;
+      case CutAction::kDropFrames:
+        block.passOver(step.frames);
+        break;
+      case CutAction::kBeginTrackAtMarker:
+        startTrack();
+        recordMarker(step.title, step.position);
+        break;
+      case CutAction::kBeginTrackOfRegion:
+        startTrack();
+        recordRegion(step.title, step.position, step.length);
+        break;
+      case CutAction::kJoinRegion:
+        recordRegion(step.title, step.position, step.length);
+        break;
+      case CutAction::kBlockDone:
+        return;
+    }
+  }
+}
+
+double PCM_sink_iso::trackLength() {
+  assert(m_track_starts.GetSize() > 0);  // a sink without is not usable
+  return GetLength() - m_track_starts.Get()[m_track_starts.GetSize() - 1];
+}
+
+void PCM_sink_iso::startTrack() {
+  writeLeadIn(m_track_leadin_ms);
+  m_track_starts.Add(GetLength());
+}
+
+void PCM_sink_iso::recordMarker(const char* title, double position) {
+  addTrackName(title);
+  if (m_track_src_pos.GetSize() == 0 && !m_track_src_pos.Add(GetStartTime())) return;
+  m_track_src_len.Add(position - m_track_src_pos.Get()[m_track_src_pos.GetSize() - 1]);
+  m_track_src_pos.Add(position);
+}
+
+void PCM_sink_iso::recordRegion(const char* title, double position, double length) {
+  m_track_src_pos.Add(position);
+  m_track_src_len.Add(length);
+  addTrackName(title);
+}
+
+void PCM_sink_iso::writeFrames(const SourceFrames& block, int frames) {
   if (frames <= 0) return;
   const int64_t samples = int64_t{frames} * m_nch;
   const int count = static_cast<int>(std::min<int64_t>(samples, INT_MAX));
@@ -86,7 +104,7 @@ void PCM_sink_iso::WriteFrames(const double* left, const double* right, int spac
     YDK_FileWrite::ReportFailure(kDiskOtherError);
     return;
   }
-  convertFrames(left, right, spacing, frames, converted);
+  convertFrames(block.left, block.right, block.spacing, frames, converted);
   m_binfile->Write(converted, count * static_cast<int>(sizeof(short)));
   m_frames_written += count / m_nch;
 }
@@ -106,7 +124,7 @@ void PCM_sink_iso::writeSilence(int bytes) {
   m_frames_written += bytes / kFrameBytes;
 }
 
-void PCM_sink_iso::WriteLeadIn(int ms) {
+void PCM_sink_iso::writeLeadIn(int ms) {
   if (ms == 0) return;
   writeSilence(silenceBytes(ms));
   padToSector();

@@ -11,14 +11,18 @@
 using ConvertFramesFn = void (*)(const double* left, const double* right, int frames, int16_t* out);
 
 void convertFramesPlain(const double* left, const double* right, int frames, int16_t* out);
-/// Only while the processor rounds to the nearest, which every thread begins with.
+/// Only while `roundsToNearest()`.
 void convertFramesSse2(const double* left, const double* right, int frames, int16_t* out);
-/// Likewise, and only on processors that have AVX2 and FMA.
+/// Only while `roundsToNearest()`, and on processors with `processorHasAvx2()`.
 void convertFramesAvx2(const double* left, const double* right, int frames, int16_t* out);
 
 /// Whether processor and system support AVX2 and FMA, which came together.
 bool processorHasAvx2();
 
-/// The fastest form that this processor runs as it is set, for channels whose frame i is at `left[i
-/// * spacing]`.
+/// Whether the processor rounds to the nearest number on this thread. Every thread begins that way,
+/// but somebody in the host's process may have changed it.
+bool roundsToNearest();
+
+/// Converts by the fastest form that this processor allows as it is set. Frame i of a channel is at
+/// `left[i * spacing]`.
 void convertFrames(const double* left, const double* right, int spacing, int frames, int16_t* out);

@@ -1,8 +1,9 @@
-// The wide form. Its functions carry their own target, so that the module runs on processors
-// without it.
+// The conversion with AVX2. The functions that need it name their target themselves, so that the
+// module still runs on processors without it.
 #include <cpuid.h>
 #include <immintrin.h>
 
+#include <cassert>
 #include <cstddef>
 
 #include "module/sink/sample_conversion.h"
@@ -11,15 +12,17 @@
 
 namespace {
 
-/// Four samples at twice their height and a half, as in the narrow form. Fused, and yet the plain
-/// formula's value: the product by a power of two is exact, so there is one rounding anyway.
+/// 2 S x + 1/2 of four samples (S = 32768), whose use sample_conversion.cpp explains. Fusing the
+/// multiplication with the addition changes nothing: the product is exact, S being a power of two,
+/// so that there is only one rounding either way.
 VELMOR_AVX2 __m256d doubledAndHalf(const double* x) {
   return _mm256_fmadd_pd(_mm256_loadu_pd(x), _mm256_set1_pd(65536.0), _mm256_set1_pd(0.5));
 }
 
-/// Four frames from what the above gives, rounded but not yet saturated: in each half two samples
-/// of the left channel, then two of the right one. Beside a number this large no fraction has room,
-/// so that the sum rounds to the nearest even integer, and its lower half holds that integer.
+/// Four frames from four y = 2 S x + 1/2 of each channel, rounded but not yet saturated: in each
+/// half of the result two samples of the left channel, then two of the right one. Doubles between
+/// 2^52 and 2^53 are the integers, so the sum y + 3 * 2^51 rounds to rne(y) + 3 * 2^51. The lower
+/// half of its bits is rne(y) modulo 2^32, since 3 * 2^51 is a multiple of 2^32.
 VELMOR_AVX2 __m256i roundFourFrames(__m256d left, __m256d right) {
   const __m256d large = _mm256_set1_pd(0x1.8p52);
   const __m256 l = _mm256_castpd_ps(_mm256_add_pd(left, large));
@@ -28,16 +31,19 @@ VELMOR_AVX2 __m256i roundFourFrames(__m256d left, __m256d right) {
   return _mm256_srai_epi32(_mm256_castps_si256(lower_halves), 1);
 }
 
-/// What roundFourFrames() leaves, packed and saturated, in the order of the image.
+/// Eight frames from two results of roundFourFrames(), packed to 16 bits, which saturates them, and
+/// put in the order of the image.
 VELMOR_AVX2 __m256i inImageOrder(__m256i first_four, __m256i last_four) {
-  // Each half has frames 0 and 1 of one and of the other four: left, left, right, right.
+  // Each half of the packed frames has two frames of the first four and two of the last four,
+  // either as left, left, right, right.
   const __m128i frame_order = _mm_setr_epi8(0, 1, 4, 5, 2, 3, 6, 7, 8, 9, 12, 13, 10, 11, 14, 15);
   const __m256i packed = _mm256_packs_epi32(first_four, last_four);
   const __m256i frames = _mm256_shuffle_epi8(packed, _mm256_broadcastsi128_si256(frame_order));
   return _mm256_permute4x64_epi64(frames, _MM_SHUFFLE(3, 1, 2, 0));
 }
 
-/// The low half of XCR0: which register files the system saves.
+/// The low half of the control register XCR0, which tells whose registers the system saves when it
+/// switches threads.
 unsigned savedRegisterFiles() {
   unsigned low = 0;
   unsigned high = 0;
@@ -63,7 +69,9 @@ bool processorHasAvx2() {
 
 VELMOR_AVX2 void convertFramesAvx2(const double* left, const double* right, int frames,
                                    int16_t* out) {
-  // The energy of the block tells whether there was a NaN or what 32 bits cannot hold.
+  assert(roundsToNearest() && processorHasAvx2());
+  // The sum of all y^2 stays below 2^60 only if every |y| is below 2^30, which 32 bits hold, and is
+  // not below it if there was a NaN.
   __m256d energy[4] = {};
   int done = 0;
   for (; frames - done >= 8; done += 8) {
@@ -78,7 +86,7 @@ VELMOR_AVX2 void convertFramesAvx2(const double* left, const double* right, int 
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 2 * static_cast<ptrdiff_t>(done)),
                         inImageOrder(roundFourFrames(l0, r0), roundFourFrames(l4, r4)));
   }
-  // As in the narrow form: such a block is done again, sample by sample.
+  // A block that has such a sample is converted once more, sample by sample.
   const __m256d sum =
       _mm256_add_pd(_mm256_add_pd(energy[0], energy[1]), _mm256_add_pd(energy[2], energy[3]));
   const __m256d wild = _mm256_cmp_pd(sum, _mm256_set1_pd(0x1p60), _CMP_NLT_UQ);

@@ -1,109 +1,96 @@
 #include "module/sink/track_cutter.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cassert>
+#include <utility>
 
-#include "abi/host_functions.h"
 #include "module/sink/marker_names.h"
 #include "module/support/cd_units.h"
 
 namespace {
 
-/// Takes the block's next frames off the rest.
-void advance(BlockRest& rest, int64_t frames) {
+/// The step that takes the block's next frames off the rest.
+CutStep takeFrames(CutAction action, BlockRest& rest, int64_t frames) {
+  assert(frames >= 0 && frames <= rest.frames);
   rest.frames -= frames;
   rest.start += static_cast<double>(frames) / kSampleRate;
-}
-
-void write(TrackCutTarget& target, BlockRest& rest, int64_t frames) {
-  target.WriteFrames(frames);
-  advance(rest, frames);
-}
-
-struct ProjectMark {
-  int next;  ///< the index to pass for the one after it, 0 when there is none at the index asked
-             ///< for
-  bool is_region = false;
-  double position = 0.0;
-  double end = 0.0;
-  const char* name = nullptr;
-};
-
-ProjectMark markAt(int index) {
-  ProjectMark mark{};
-  mark.next =
-      EnumProjectMarkers(index, &mark.is_region, &mark.position, &mark.end, &mark.name, nullptr);
-  return mark;
-}
-
-enum class Entered { yes, block_ends_before, no_more };
-
-/// Finds the region that the rest of the block runs into and goes to its start.
-Entered enterRegion(TrackCutTarget& target, BlockRest& rest, double start_time, int& marker_index,
-                    double& region_end) {
-  for (ProjectMark mark = markAt(marker_index); mark.next; mark = markAt(marker_index)) {
-    const double start = mark.position - start_time;
-    const double end = mark.end - start_time;
-    const bool usable = mark.is_region && !std::isnan(start) && !std::isnan(end);
-    if (!usable || framesIn(end - rest.start) < 0) {
-      marker_index = mark.next;
-      continue;
-    }
-    const int64_t frames_before = framesIn(start - rest.start);
-    if (frames_before >= rest.frames) return Entered::block_ends_before;
-    if (frames_before > 0) {
-      target.DropFrames(frames_before);
-      advance(rest, frames_before);
-    }
-    // A region too close behind the last track start joins its track, but keeps its title and span.
-    if (region_end >= 0.0 && target.TrackLength() >= kShortestTrack) target.StartTrack();
-    target.RecordRegion(titleOf(mark.name, false), start + start_time, end - start);
-    region_end = end;
-    marker_index = mark.next;
-    return Entered::yes;
-  }
-  return Entered::no_more;
+  return {.action = action, .frames = frames};
 }
 
 }  // namespace
 
-void cutAtMarkers(TrackCutTarget& target, BlockRest rest, double start_time, bool hash_only,
-                  int& marker_index) {
-  for (ProjectMark mark = markAt(marker_index); mark.next; mark = markAt(marker_index)) {
-    const double position = mark.position - start_time;
-    if (!mark.is_region && position > 0.0 && namesATrack(mark.name, hash_only)) {
-      const int64_t frames_before = framesIn(position - rest.start);
-      if (frames_before >= rest.frames) break;  // it lies in a later block
-      if (frames_before >= 0) {
-        write(target, rest, frames_before);
-        if (target.TrackLength() >= kShortestTrack) {
-          target.StartTrack();
-          target.RecordMarker(titleOf(mark.name, hash_only), mark.position);
-        }
-      }
-    }
-    marker_index = mark.next;
-  }
-  if (rest.frames >= 1) target.WriteFrames(rest.frames);
+bool MarkerCutter::canBeginATrack(const ProjectMark& mark) const {
+  return !mark.is_region && mark.start > 0.0 && namesATrack(mark.name, m_hash_only);
 }
 
-void cutToRegions(TrackCutTarget& target, BlockRest rest, double start_time, int& marker_index,
-                  double& region_end) {
-  // Writing must be followed by entering a region and entering by writing: whatever the rounding
-  // does, the loop ends.
-  enum class Did { nothing, wrote, entered } did = Did::nothing;
-  for (;;) {
-    const int64_t frames_in_region = framesIn(region_end - rest.start);
-    if (frames_in_region >= 1) {
-      if (did == Did::wrote) break;
-      did = Did::wrote;
-      write(target, rest, std::min(rest.frames, frames_in_region));
-    } else {
-      if (did == Did::entered) break;
-      did = Did::entered;
-      if (enterRegion(target, rest, start_time, marker_index, region_end) != Entered::yes) return;
+CutStep MarkerCutter::next(double track_length) {
+  if (m_rest.frames < 1) return {};
+  if (m_reached.next) {
+    const ProjectMark mark = std::exchange(m_reached, {});
+    m_marker_index = mark.next;
+    if (track_length >= kShortestTrack) {
+      return {.action = CutAction::kBeginTrackAtMarker,
+              .title = titleOf(mark.name, m_hash_only),
+              .position = mark.position};
     }
-    if (rest.frames < 1) return;
   }
-  target.WriteFrames(rest.frames);
+  for (ProjectMark mark = markAt(m_marker_index, m_start_time); mark.next;
+       mark = markAt(m_marker_index, m_start_time)) {
+    if (canBeginATrack(mark)) {
+      const int64_t frames_before = framesIn(mark.start - m_rest.start);
+      if (frames_before >= m_rest.frames) break;  // it lies in a later block
+      if (frames_before >= 0) {
+        m_reached = mark;
+        return takeFrames(CutAction::kWriteFrames, m_rest, frames_before);
+      }
+    }
+    m_marker_index = mark.next;
+  }
+  return takeFrames(CutAction::kWriteFrames, m_rest, m_rest.frames);
+}
+
+CutStep RegionCutter::next(double track_length) {
+  if (m_rest.frames < 1) return {};
+  if (m_reached.next) return enterRegion(track_length);
+  // Writing must be followed by entering a region and entering by writing. Where the rounding would
+  // have it otherwise, the rest of the block is written, so that there is an end.
+  const int64_t frames_in_region = framesIn(m_region_end - m_rest.start);
+  const Did doing = frames_in_region >= 1 ? Did::kWrote : Did::kEntered;
+  if (doing == m_did) return takeFrames(CutAction::kWriteFrames, m_rest, m_rest.frames);
+  m_did = doing;
+  if (doing == Did::kEntered) return goToNextRegion(track_length);
+  return takeFrames(CutAction::kWriteFrames, m_rest, std::min(m_rest.frames, frames_in_region));
+}
+
+CutStep RegionCutter::goToNextRegion(double track_length) {
+  m_reached = regionInRest();
+  if (!m_reached.next) return takeFrames(CutAction::kDropFrames, m_rest, m_rest.frames);
+  const int64_t frames_before = framesIn(m_reached.start - m_rest.start);
+  if (frames_before > 0) return takeFrames(CutAction::kDropFrames, m_rest, frames_before);
+  return enterRegion(track_length);
+}
+
+/// The next region that is not over, if the rest of the block reaches it.
+ProjectMark RegionCutter::regionInRest() {
+  for (ProjectMark mark = markAt(m_marker_index, m_start_time); mark.next;
+       mark = markAt(m_marker_index, m_start_time)) {
+    if (mark.is_region && framesIn(mark.end - m_rest.start) >= 0) {
+      const bool is_reached = framesIn(mark.start - m_rest.start) < m_rest.frames;
+      return is_reached ? mark : ProjectMark{};
+    }
+    m_marker_index = mark.next;
+  }
+  return {};
+}
+
+CutStep RegionCutter::enterRegion(double track_length) {
+  const ProjectMark region = std::exchange(m_reached, {});
+  // A region too close behind the last track start joins its track, but keeps its title and span.
+  const bool begins_track = m_region_end >= 0.0 && track_length >= kShortestTrack;
+  m_region_end = region.end;
+  m_marker_index = region.next;
+  return {.action = begins_track ? CutAction::kBeginTrackOfRegion : CutAction::kJoinRegion,
+          .title = titleOf(region.name, false),
+          .position = region.start + m_start_time,
+          .length = region.end - region.start};
 }

@@ -1,6 +1,6 @@
 #include "module/support/assoc_array.h"
 
-#include <strings.h>
+#include "module/support/ascii_case.h"
 
 int YDK_assocarray_cmpstr(const char* const* a, const char* const* b) {
   const int c = strcmp(*a, *b);
@@ -8,7 +8,7 @@ int YDK_assocarray_cmpstr(const char* const* a, const char* const* b) {
 }
 
 int YDK_assocarray_cmpistr(const char* const* a, const char* const* b) {
-  return strcasecmp(*a, *b);
+  return compareIgnoringCase(*a, *b);
 }
 
 const char* dupstr(const char* s) {

@@ -1,6 +1,7 @@
 // Maps kept as one array of key/value pairs sorted by key.
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <type_traits>
@@ -9,7 +10,7 @@
 
 /// Byte order as unsigned characters: -1, 0 or 1.
 int YDK_assocarray_cmpstr(const char* const* a, const char* const* b);
-/// `strcasecmp`'s order.
+/// The order of `compareIgnoringCase`.
 int YDK_assocarray_cmpistr(const char* const* a, const char* const* b);
 /// A heap copy, null when memory ran out.
 const char* dupstr(const char* s);
@@ -30,11 +31,11 @@ class YDK_AssocArrayImpl {
     V value;
   };
 
-  /// `compare`: negative, 0, positive. `copyKey` null: keys are stored as given. `freeKey`,
-  /// `freeValue`: may be null.
-  explicit YDK_AssocArrayImpl(Compare compare, CopyKey copyKey = nullptr, FreeKey freeKey = nullptr,
-                              FreeValue freeValue = nullptr)
-      : m_compare(compare), m_copyKey(copyKey), m_freeKey(freeKey), m_freeValue(freeValue) {}
+  /// `compare`: negative, 0, positive. `copy_key` null: keys are stored as given. `free_key`,
+  /// `free_value`: may be null.
+  explicit YDK_AssocArrayImpl(Compare compare, CopyKey copy_key = nullptr,
+                              FreeKey free_key = nullptr, FreeValue free_value = nullptr)
+      : m_compare(compare), m_copyKey(copy_key), m_freeKey(free_key), m_freeValue(free_value) {}
   ~YDK_AssocArrayImpl() { Clear(); }
   YDK_AssocArrayImpl(const YDK_AssocArrayImpl&) = delete;
   YDK_AssocArrayImpl& operator=(const YDK_AssocArrayImpl&) = delete;
@@ -44,31 +45,31 @@ class YDK_AssocArrayImpl {
   /// The stored value, null when absent; valid until the array changes.
   V* Find(K key) const {
     int at = 0;
-    return Bisect(key, &at) ? &m_data.Get()[at].value : nullptr;
+    return bisect(key, &at) ? &m_data.Get()[at].value : nullptr;
   }
 
   /// Sorted insertion, or replacement of the value of a key that exists (its stored key is kept).
   /// False when memory ran out: the value is then still the caller's.
   bool Insert(K key, V val) {
     int at = 0;
-    if (Bisect(key, &at)) {
+    if (bisect(key, &at)) {
       KeyVal& pair = m_data.Get()[at];
       if (m_freeValue) m_freeValue(pair.value);
       pair.value = val;
       return true;
     }
-    return Place(at, key, val);
+    return place(at, key, val);
   }
 
   /// Appends without keeping order, for bulk loading; `SortKeys` restores it. Result as `Insert`.
-  bool AppendUnsorted(K key, V val) { return Place(GetSize(), key, val); }
+  bool AppendUnsorted(K key, V val) { return place(GetSize(), key, val); }
 
-  /// Sorts, then keeps one pair per key. Of equal keys any one may survive.
+  /// Sorts, then keeps one pair per key: of equal keys the one that was loaded first.
   void SortKeys() {
     if (GetSize() < 2 || !m_compare) return;
-    // A pair begins with its key, so the pairs' addresses serve as the comparison's key addresses.
-    qsort(m_data.Get(), static_cast<size_t>(GetSize()), sizeof(KeyVal),
-          reinterpret_cast<int (*)(const void*, const void*)>(m_compare));
+    std::stable_sort(
+        m_data.Get(), m_data.Get() + GetSize(),
+        [this](const KeyVal& a, const KeyVal& b) { return m_compare(&a.key, &b.key) < 0; });
     RemoveDuplicateKeys();
   }
 
@@ -80,7 +81,7 @@ class YDK_AssocArrayImpl {
     int kept = 1;
     for (int i = 1; i < count; ++i) {
       if (m_compare(&pairs[i].key, &pairs[kept - 1].key) == 0) {
-        Dispose(pairs[i]);
+        dispose(pairs[i]);
         continue;
       }
       if (kept != i) pairs[kept] = pairs[i];
@@ -92,15 +93,13 @@ class YDK_AssocArrayImpl {
   /// Disposes of every key and value in order and frees the block.
   void Clear() {
     if (m_freeKey || m_freeValue) {
-      for (int i = 0; i < GetSize(); ++i) Dispose(m_data.Get()[i]);
+      for (int i = 0; i < GetSize(); ++i) dispose(m_data.Get()[i]);
     }
     m_data.Release();
   }
 
  private:
-  static_assert(std::is_standard_layout_v<KeyVal>);
-
-  bool Bisect(K key, int* at) const {
+  bool bisect(K key, int* at) const {
     int lo = 0;
     int hi = GetSize();
     while (lo != hi) {
@@ -120,7 +119,7 @@ class YDK_AssocArrayImpl {
     return false;
   }
 
-  bool Place(int at, K key, V val) {
+  bool place(int at, K key, V val) {
     const K stored = m_copyKey ? m_copyKey(key) : key;
     if constexpr (std::is_pointer_v<K>) {
       if (m_copyKey && !stored) return false;
@@ -138,7 +137,7 @@ class YDK_AssocArrayImpl {
     return true;
   }
 
-  void Dispose(const KeyVal& pair) const {
+  void dispose(const KeyVal& pair) const {
     if (m_freeKey) m_freeKey(pair.key);
     if (m_freeValue) m_freeValue(pair.value);
   }
@@ -154,8 +153,8 @@ class YDK_AssocArrayImpl {
 template <class V>
 class YDK_StringKeyedArray : public YDK_AssocArrayImpl<const char*, V> {
  public:
-  explicit YDK_StringKeyedArray(bool caseSensitive = true, void (*freeValue)(V) = nullptr)
+  explicit YDK_StringKeyedArray(bool case_sensitive = true, void (*free_value)(V) = nullptr)
       : YDK_AssocArrayImpl<const char*, V>(
-            caseSensitive ? YDK_assocarray_cmpstr : YDK_assocarray_cmpistr, dupstr, freestr,
-            freeValue) {}
+            case_sensitive ? YDK_assocarray_cmpstr : YDK_assocarray_cmpistr, dupstr, freestr,
+            free_value) {}
 };

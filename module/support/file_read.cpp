@@ -31,8 +31,8 @@ YDK_FileRead::YDK_FileRead(const char* path) : m_bufspace(4096) {
   if (m_fd < 0) return;
   m_locked = flock(m_fd, LOCK_SH | LOCK_NB) == 0;
   m_size_may_change = !m_locked;
-  m_uncached = platform_is_local_file(m_fd);
-  if (m_uncached) platform_disable_read_cache(m_fd);
+  m_uncached = platformIsLocalFile(m_fd);
+  if (m_uncached) platformDisableReadCache(m_fd);
   m_fsize = std::max<int64_t>(lseek(m_fd, 0, SEEK_END), 0);
   lseek(m_fd, 0, SEEK_SET);
   m_bufspace.Resize(kBlock + kAlignment - 1);
@@ -47,11 +47,11 @@ YDK_FileRead::~YDK_FileRead() {
   m_fd = -1;
 }
 
-bool YDK_FileRead::IsBuffered() const {
+bool YDK_FileRead::isBuffered() const {
   return m_bufspace.GetSize() >= kSmallestBuffer;
 }
 
-const char* YDK_FileRead::WholeFile() const {
+const char* YDK_FileRead::wholeFile() const {
   return static_cast<const char*>(m_mmap ? m_mmap : m_mem);
 }
 
@@ -71,8 +71,8 @@ bool YDK_FileRead::SetPosition(int64_t pos) {
   if (pos == m_pos) return false;
   const int64_t block_start = m_pos - m_bufpos;
   m_pos = pos;
-  if (WholeFile()) return false;
-  if (IsBuffered()) {
+  if (wholeFile()) return false;
+  if (isBuffered()) {
     if (pos >= block_start && pos < block_start + m_bufused) {
       m_bufpos = static_cast<int>(pos - block_start);
       return false;
@@ -85,36 +85,38 @@ bool YDK_FileRead::SetPosition(int64_t pos) {
 }
 
 int YDK_FileRead::Read(void* buf, int len) {
-  if (WholeFile()) return ReadWholeFile(buf, len);
+  if (wholeFile()) return readWholeFile(buf, len);
   if (m_size_may_change) GetSize();
   if (len <= 0 || m_fd < 0) return 0;
-  return IsBuffered() ? ReadBuffered(buf, len) : ReadUnbuffered(buf, len);
+  return isBuffered() ? readBuffered(buf, len) : readUnbuffered(buf, len);
 }
 
-int YDK_FileRead::ReadWholeFile(void* buf, int len) {
+int YDK_FileRead::readWholeFile(void* buf, int len) {
   const int n = std::max(std::min(static_cast<int32_t>(m_fsize - m_pos), len), 0);
-  if (n > 0) memcpy(buf, WholeFile() + static_cast<int32_t>(m_pos), static_cast<size_t>(n));
+  if (n > 0) memcpy(buf, wholeFile() + static_cast<int32_t>(m_pos), static_cast<size_t>(n));
   m_pos += n;
   return n;
 }
 
 /// One physical read at `m_fpos`.
-int64_t YDK_FileRead::ReadIn(void* buf, int len) {
+int64_t YDK_FileRead::readIn(void* buf, int len) {
   const int64_t r = pread(m_fd, buf, static_cast<size_t>(len), m_fpos);
   if (r > 0) {
-    if (m_uncached) platform_read_advanced(m_fd, m_fpos, m_fpos + r);
+    if (m_uncached) platformReadAdvanced(m_fd, m_fpos, m_fpos + r);
     m_fpos += r;
   }
   return r;
 }
 
-int YDK_FileRead::ReadUnbuffered(void* buf, int len) {
-  const int64_t r = ReadIn(buf, len);
-  m_pos += r;  // a failed read moves it back by one byte; callers go by what the answer says
+int YDK_FileRead::readUnbuffered(void* buf, int len) {
+  const int64_t r = readIn(buf, len);
+  // After a failed read (-1) the position is one byte further back. That is kept, because callers
+  // go by the number that is returned and never by the position.
+  m_pos += r;
   return static_cast<int>(r);
 }
 
-int YDK_FileRead::ReadBuffered(void* buf, int len) {
+int YDK_FileRead::readBuffered(void* buf, int len) {
   auto* to = static_cast<char*>(buf);
   const auto base = reinterpret_cast<uintptr_t>(m_bufspace.Get());
   const auto padding = (kAlignment - base % kAlignment) % kAlignment;
@@ -128,7 +130,7 @@ int YDK_FileRead::ReadBuffered(void* buf, int len) {
     done += n;
     if (done >= len) return done;
     m_bufused = m_bufpos = 0;
-    const int64_t r = ReadIn(const_cast<char*>(block), FillSize());
+    const int64_t r = readIn(const_cast<char*>(block), fillSize());
     if (r <= 0) return done;
     m_bufused = static_cast<int>(r);
   }
@@ -136,7 +138,7 @@ int YDK_FileRead::ReadBuffered(void* buf, int len) {
 
 /// Bytes of the next fill: after a seek alternately whole and half, which staggers the reads'
 /// alignment.
-int YDK_FileRead::FillSize() {
+int YDK_FileRead::fillSize() {
   int size = m_bufspace.GetSize() - (kAlignment - 1);
   if (m_seeked) {
     m_seeked = false;

@@ -5,7 +5,8 @@
 
 #include "module/support/heap_buf.h"
 
-/// Reads a file from one thread at a time, under a shared advisory lock where it can be had.
+/// Reads a file from one thread at a time, under a shared advisory lock where the
+/// file system and other processes allow one.
 class YDK_FileRead {
  public:
   /// Opens `path` read-only; unusable (`IsOpen()` false) when that fails.
@@ -26,13 +27,13 @@ class YDK_FileRead {
   int64_t GetPosition() const { return m_fd < 0 && !m_mem ? -1 : m_pos; }
 
  private:
-  bool IsBuffered() const;
-  const char* WholeFile() const;
-  int ReadWholeFile(void* buf, int len);
-  int ReadUnbuffered(void* buf, int len);
-  int ReadBuffered(void* buf, int len);
-  int FillSize();
-  int64_t ReadIn(void* buf, int len);
+  bool isBuffered() const;
+  const char* wholeFile() const;
+  int readWholeFile(void* buf, int len);
+  int readUnbuffered(void* buf, int len);
+  int readBuffered(void* buf, int len);
+  int fillSize();
+  int64_t readIn(void* buf, int len);
 
   YDK_HeapBuf m_bufspace;  ///< its size decides whether reading is buffered
   int m_bufused = 0;       ///< valid bytes in the block

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cassert>
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -38,13 +39,13 @@ YDK_FileWrite::YDK_FileWrite(const char* filename, int async_mode, int block_siz
   if (!filename) return;
   fd = open(filename, O_WRONLY | O_CREAT | O_CLOEXEC, kFileMode);
   // The lock comes before the truncation: a file that another writer holds is left as it is.
-  if (fd >= 0 && !no_lock && !Lock()) {
+  if (fd >= 0 && !no_lock && !lock()) {
     close(fd);
     fd = -1;
   }
   if (fd >= 0) {
-    StartPosition(append);
-    if (async_mode > 1) platform_disable_write_cache(fd);
+    startPosition(append);
+    if (async_mode > 1) platformDisableWriteCache(fd);
   }
   if (const int size = bufferSize(block_size, min_blocks)) buffer.Resize(size);
 }
@@ -52,7 +53,7 @@ YDK_FileWrite::YDK_FileWrite(const char* filename, int async_mode, int block_siz
 YDK_FileWrite::~YDK_FileWrite() {
   if (fd < 0) return;
   if (buffered > 0) {
-    WriteOut(buffer.Get(), buffered);
+    writeOut(buffer.Get(), buffered);
     end_pos = std::max(end_pos, write_pos);
     buffered = 0;
   }
@@ -62,21 +63,21 @@ YDK_FileWrite::~YDK_FileWrite() {
 }
 
 /// False when another holder has the file.
-bool YDK_FileWrite::Lock() {
+bool YDK_FileWrite::lock() {
   if (flock(fd, LOCK_EX | LOCK_NB) == 0) {
     locked = true;
     return true;
   }
   if (errno == EWOULDBLOCK) return false;
-  // A file system without exclusive locks: take what it has, and write without one if it has none.
+  // The file system has no exclusive locks: a shared one must do, or none.
   locked = flock(fd, LOCK_SH | LOCK_NB) == 0;
   return true;
 }
 
-void YDK_FileWrite::StartPosition(bool append) {
+void YDK_FileWrite::startPosition(bool append) {
   if (!append) {
-    // When this fails the old tail stays behind the new data; the host's comparison of the sizes
-    // finds it.
+    // When the truncation fails, the old file's end stays behind the new data; the host finds that
+    // when it compares the sizes.
     [[maybe_unused]] const int result = ftruncate(fd, 0);
     return;
   }
@@ -89,7 +90,7 @@ void YDK_FileWrite::StartPosition(bool append) {
 
 int YDK_FileWrite::Write(const void* data, int len) {
   if (len <= 0) return len;
-  if (buffer.GetSize() < 1) return WriteUnbuffered(data, len);
+  if (buffer.GetSize() < 1) return writeUnbuffered(data, len);
   const auto* from = static_cast<const char*>(data);
   for (int remaining = len; remaining > 0;) {
     const int n = std::min(remaining, buffer.GetSize() - buffered);
@@ -98,32 +99,34 @@ int YDK_FileWrite::Write(const void* data, int len) {
     remaining -= n;
     buffered += n;
     end_pos = std::max(end_pos, write_pos + buffered);
-    if (buffered >= buffer.GetSize()) Flush();
+    if (buffered >= buffer.GetSize()) flush();
   }
   return len;
 }
 
-int YDK_FileWrite::WriteUnbuffered(const void* data, int len) {
-  const int64_t result = WriteOut(data, len);
+int YDK_FileWrite::writeUnbuffered(const void* data, int len) {
+  const int64_t result = writeOut(data, len);
   if (result != len) ReportFailure(failureCode(result, errno));
   end_pos = std::max(end_pos, write_pos);
   return static_cast<int>(result);
 }
 
 /// One positioned write; returns its result.
-int64_t YDK_FileWrite::WriteOut(const void* data, int len) {
+int64_t YDK_FileWrite::writeOut(const void* data, int len) {
   const ssize_t result = pwrite(fd, data, static_cast<size_t>(len), write_pos);
   if (result > 0) write_pos += result;
   return result;
 }
 
-void YDK_FileWrite::Flush() {
-  const int64_t result = WriteOut(buffer.Get(), buffered);
+void YDK_FileWrite::flush() {
+  const int64_t result = writeOut(buffer.Get(), buffered);
   if (result != buffered) ReportFailure(failureCode(result, errno));
-  // What did not land is dropped on purpose: later data continues after what did.
+  // Bytes that the system did not take are dropped on purpose; later data follows those that it
+  // took.
   buffered = 0;
 }
 
 void YDK_FileWrite::ReportFailure(int code) {
+  assert(code == kDiskOutOfSpace || code == kDiskOtherError);
   if (update_disk_counters) update_disk_counters(0, code);
 }

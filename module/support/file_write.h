@@ -31,14 +31,15 @@ class YDK_FileWrite {
   static void ReportFailure(int code);
 
  private:
-  bool Lock();
-  void StartPosition(bool append);
-  int WriteUnbuffered(const void* data, int len);
-  int64_t WriteOut(const void* data, int len);
-  void Flush();
+  bool lock();
+  void startPosition(bool append);
+  int writeUnbuffered(const void* data, int len);
+  int64_t writeOut(const void* data, int len);
+  void flush();
 
   int64_t write_pos = 0;  ///< file offset of the buffer's first byte
-  int64_t end_pos = 0;    ///< largest end reached, buffered bytes included
+  int64_t end_pos = 0;    ///< largest end reached, buffered bytes included; part of the fixed
+                          ///< layout, read by nobody
   YDK_HeapBuf buffer;     ///< empty in unbuffered mode
   int buffered = 0;       ///< bytes waiting in `buffer`
 

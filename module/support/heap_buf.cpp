@@ -29,30 +29,30 @@ void YDK_HeapBuf::Release() {
   m_used = 0;
 }
 
-void* YDK_HeapBuf::Resize(int newsize, bool allowShrink) {
+void* YDK_HeapBuf::Resize(int newsize, bool allow_shrink) {
   newsize = std::max(newsize, 0);
   if (newsize == m_used) return Get();
-  if (NeedsReallocation(newsize, allowShrink)) {
+  if (needsReallocation(newsize, allow_shrink)) {
     if (newsize == 0) {
       Release();
       return nullptr;
     }
-    if (!Reallocate(newsize)) return Get();
+    if (!reallocate(newsize)) return Get();
   }
   m_used = newsize;
   return Get();
 }
 
-bool YDK_HeapBuf::NeedsReallocation(int newsize, bool allowShrink) const {
+bool YDK_HeapBuf::needsReallocation(int newsize, bool allow_shrink) const {
   long long threshold = 0;
-  if (allowShrink && newsize < m_used) {
+  if (allow_shrink && newsize < m_used) {
     const long long spare = m_allocated - 4LL * m_granularity;
     threshold = std::max(1LL, std::min(spare, static_cast<long long>(m_allocated / 2)));
   }
   return newsize > m_allocated || newsize < threshold;
 }
 
-long long YDK_HeapBuf::AllocationFor(int newsize) const {
+long long YDK_HeapBuf::allocationFor(int newsize) const {
   const long long step = std::max(newsize / 2, m_granularity);
   if (m_granularity < kPage) return newsize + step;
   const long long page_step =
@@ -60,11 +60,11 @@ long long YDK_HeapBuf::AllocationFor(int newsize) const {
   return downToPage(newsize + page_step + kAllocatorHeader) - kAllocatorHeader;
 }
 
-bool YDK_HeapBuf::Reallocate(int newsize) {
-  const long long wanted = AllocationFor(newsize);
+bool YDK_HeapBuf::reallocate(int newsize) {
+  const long long wanted = allocationFor(newsize);
   if (wanted == m_allocated) return true;
-  if (wanted > INT_MAX)
-    return false;  // what the size fields cannot hold counts as a failed allocation
+  // What the size fields cannot hold counts as a failed allocation.
+  if (wanted > INT_MAX) return false;
   const auto bytes = static_cast<size_t>(wanted);
   void* block = realloc(m_ptr, bytes);
   if (!block) {

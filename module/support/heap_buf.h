@@ -13,8 +13,8 @@ class YDK_HeapBuf {
   YDK_HeapBuf& operator=(const YDK_HeapBuf&) = delete;
 
   /// Makes `newsize` bytes used (a negative size is 0) and returns the buffer, null when it is
-  /// empty. Without `allowShrink` the block never gets smaller.
-  void* Resize(int newsize, bool allowShrink = true);
+  /// empty. Without `allow_shrink` the block never gets smaller.
+  void* Resize(int newsize, bool allow_shrink = true);
   int GetSize() const { return m_used; }
   /// Null whenever nothing is used, even if memory is still allocated.
   void* Get() const { return m_used ? m_ptr : nullptr; }
@@ -22,9 +22,9 @@ class YDK_HeapBuf {
   void Release();
 
  private:
-  bool NeedsReallocation(int newsize, bool allowShrink) const;
-  long long AllocationFor(int newsize) const;
-  bool Reallocate(int newsize);
+  bool needsReallocation(int newsize, bool allow_shrink) const;
+  long long allocationFor(int newsize) const;
+  bool reallocate(int newsize);
 
   void* m_ptr = nullptr;
   int m_allocated = 0;  ///< bytes

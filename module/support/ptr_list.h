@@ -14,10 +14,10 @@ class YDK_PtrList {
   /// Null when out of range.
   T* Get(int i) const { return i >= 0 && i < GetSize() ? m_items.Get()[i] : nullptr; }
   int GetSize() const { return m_items.GetSize(); }
-  /// Empties the list and frees its block; with `deleteItems` deletes the items first, the last one
-  /// first.
-  void Empty(bool deleteItems) {
-    if (deleteItems) {
+  /// Empties the list and frees its block; with `delete_items` deletes the items first, the last
+  /// one first.
+  void Empty(bool delete_items) {
+    if (delete_items) {
       for (int i = GetSize() - 1; i >= 0; --i) {
         delete Get(i);
         m_items.Resize(i, false);

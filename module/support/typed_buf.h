@@ -16,10 +16,10 @@ class YDK_TypedBuf {
 
   /// Makes the array `count` elements long; new ones are uninitialised. On a failed allocation, or
   /// a count whose bytes an int cannot hold, the array stays as it was.
-  T* Resize(int count, bool allowShrink = true) {
+  T* Resize(int count, bool allow_shrink = true) {
     if (count > INT_MAX / static_cast<int>(sizeof(T))) return Get();
     if (count < 0) count = 0;
-    return static_cast<T*>(m_hb.Resize(count * static_cast<int>(sizeof(T)), allowShrink));
+    return static_cast<T*>(m_hb.Resize(count * static_cast<int>(sizeof(T)), allow_shrink));
   }
   int GetSize() const { return m_hb.GetSize() / static_cast<int>(sizeof(T)); }
   /// Null when empty.

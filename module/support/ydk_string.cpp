@@ -33,14 +33,14 @@ int YDK_String::GetLength() const {
   return m_hb.GetSize() ? static_cast<int>(strlen(static_cast<const char*>(m_hb.Get()))) : 0;
 }
 
-void YDK_String::__doSet(int offset, const char* s, int len, int tailBytes) {
-  if (len < 0 || offset < 0 || tailBytes < 0) return;
+void YDK_String::__doSet(int offset, const char* s, int len, int tail_bytes) {
+  if (len < 0 || offset < 0 || tail_bytes < 0) return;
   if (len == 0) {
-    if (tailBytes || offset) return;
+    if (tail_bytes || offset) return;
     if (auto* text = static_cast<char*>(m_hb.Resize(1, false))) text[0] = 0;
     return;
   }
-  const long long wanted = static_cast<long long>(offset) + len + tailBytes + 1;
+  const long long wanted = static_cast<long long>(offset) + len + tail_bytes + 1;
   if (wanted > INT_MAX) return;
   const int newsize = static_cast<int>(wanted);
   const int oldsize = m_hb.GetSize();
@@ -52,7 +52,7 @@ void YDK_String::__doSet(int offset, const char* s, int len, int tailBytes) {
     if (old_block && inside < static_cast<uintptr_t>(oldsize)) s = block + inside;
   }
   auto* text = static_cast<char*>(m_hb.Get());
-  if (tailBytes > 0) memmove(text + offset + len, text + offset, static_cast<size_t>(tailBytes));
+  if (tail_bytes > 0) memmove(text + offset + len, text + offset, static_cast<size_t>(tail_bytes));
   memmove(text + offset, s, static_cast<size_t>(len));
   text[newsize - 1] = 0;
   if (newsize < oldsize) m_hb.Resize(newsize, false);

@@ -19,9 +19,9 @@ class YDK_String {
   /// Bytes up to the first zero.
   int GetLength() const;
 
-  /// The one primitive: keeps `offset` bytes, puts `len` bytes of `s` there, then the `tailBytes`
+  /// The one primitive: keeps `offset` bytes, puts `len` bytes of `s` there, then the `tail_bytes`
   /// bytes that followed `offset`.
-  void __doSet(int offset, const char* s, int len, int tailBytes);
+  void __doSet(int offset, const char* s, int len, int tail_bytes);
 
  private:
   YDK_HeapBuf m_hb;  ///< text and terminating zero; empty when never set

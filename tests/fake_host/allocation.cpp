@@ -28,29 +28,29 @@ namespace fake_host {
 
 namespace {
 
-bool armed = false;
-bool fired = false;
-int countdown = 0;
+bool g_armed = false;
+bool g_fired = false;
+int g_countdown = 0;
 
-bool Refuses() {
-  if (!armed || InHostCall()) return false;
-  if (--countdown != 0) return false;
-  fired = true;
+bool refuses() {
+  if (!g_armed || inHostCall()) return false;
+  if (--g_countdown != 0) return false;
+  g_fired = true;
   return true;
 }
 
-void* AllocateOrThrow(std::size_t size) {
-  void* memory = Refuses() ? nullptr : std::malloc(size == 0 ? 1 : size);
+void* allocateOrThrow(std::size_t size) {
+  void* memory = refuses() ? nullptr : std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
 
-void* AllocateOrNull(std::size_t size) {
-  return Refuses() ? nullptr : std::malloc(size == 0 ? 1 : size);
+void* allocateOrNull(std::size_t size) {
+  return refuses() ? nullptr : std::malloc(size == 0 ? 1 : size);
 }
 
 #ifndef FAKE_HOST_SANITIZED
-size_t MappedBytes() {
+size_t mappedBytes() {
   unsigned long pages = 0;
   std::FILE* file = std::fopen("/proc/self/statm", "r");
   if (file == nullptr || std::fscanf(file, "%lu", &pages) != 1) ADD_FAILURE() << "no statm";
@@ -62,25 +62,25 @@ size_t MappedBytes() {
 }  // namespace
 
 FailingAllocation::FailingAllocation(int nth) {
-  armed = true;
-  fired = false;
-  countdown = nth;
+  g_armed = true;
+  g_fired = false;
+  g_countdown = nth;
 }
 
 FailingAllocation::~FailingAllocation() {
-  armed = false;
+  g_armed = false;
 }
 
-bool FailingAllocation::Fired() const {
-  return fired;
+bool FailingAllocation::fired() const {
+  return g_fired;
 }
 
 MemoryLimit::MemoryLimit(size_t bytes) {
 #ifndef FAKE_HOST_SANITIZED
   rlimit limit = {};
   getrlimit(RLIMIT_AS, &limit);
-  former_ = limit.rlim_cur;
-  limit.rlim_cur = MappedBytes() + bytes;
+  m_former = limit.rlim_cur;
+  limit.rlim_cur = mappedBytes() + bytes;
   if (setrlimit(RLIMIT_AS, &limit) != 0) ADD_FAILURE() << "cannot limit the memory";
 #else
   (void)bytes;
@@ -91,7 +91,7 @@ MemoryLimit::~MemoryLimit() {
 #ifndef FAKE_HOST_SANITIZED
   rlimit limit = {};
   getrlimit(RLIMIT_AS, &limit);
-  limit.rlim_cur = former_;
+  limit.rlim_cur = m_former;
   setrlimit(RLIMIT_AS, &limit);
 #endif
 }
@@ -99,16 +99,16 @@ MemoryLimit::~MemoryLimit() {
 }  // namespace fake_host
 
 void* operator new(std::size_t size) {
-  return fake_host::AllocateOrThrow(size);
+  return fake_host::allocateOrThrow(size);
 }
 void* operator new[](std::size_t size) {
-  return fake_host::AllocateOrThrow(size);
+  return fake_host::allocateOrThrow(size);
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return fake_host::AllocateOrNull(size);
+  return fake_host::allocateOrNull(size);
 }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return fake_host::AllocateOrNull(size);
+  return fake_host::allocateOrNull(size);
 }
 void operator delete(void* memory) noexcept {
   std::free(memory);

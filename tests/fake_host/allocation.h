@@ -15,7 +15,7 @@ class FailingAllocation {
   FailingAllocation& operator=(const FailingAllocation&) = delete;
 
   /// Whether the allocation came to pass and was refused.
-  bool Fired() const;
+  bool fired() const;
 };
 
 /// While it lives the process cannot map much more than `bytes` beyond what it has. Where the
@@ -28,7 +28,7 @@ class MemoryLimit {
   MemoryLimit& operator=(const MemoryLimit&) = delete;
 
  private:
-  size_t former_ = 0;
+  size_t m_former = 0;
 };
 
 }  // namespace fake_host

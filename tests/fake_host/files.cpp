@@ -13,15 +13,15 @@ namespace fs = std::filesystem;
 TempFolder::TempFolder() {
   std::string pattern = (fs::temp_directory_path() / "velmor-test-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) ADD_FAILURE() << "no temporary folder " << pattern;
-  path_ = pattern;
+  m_path = pattern;
 }
 
 TempFolder::~TempFolder() {
   std::error_code ignored;
-  fs::remove_all(path_, ignored);
+  fs::remove_all(m_path, ignored);
 }
 
-std::string ReadText(const std::string& path) {
+std::string readText(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   if (!in) ADD_FAILURE() << "cannot read " << path;
   std::ostringstream text;
@@ -29,8 +29,8 @@ std::string ReadText(const std::string& path) {
   return std::move(text).str();
 }
 
-std::vector<int16_t> ReadSamples(const std::string& path) {
-  const std::string bytes = ReadText(path);
+std::vector<int16_t> readSamples(const std::string& path) {
+  const std::string bytes = readText(path);
   if (bytes.size() % 2 != 0) ADD_FAILURE() << path << " ends inside a sample";
   std::vector<int16_t> samples(bytes.size() / 2);
   for (size_t i = 0; i < samples.size(); ++i) {
@@ -41,11 +41,11 @@ std::vector<int16_t> ReadSamples(const std::string& path) {
   return samples;
 }
 
-void WriteText(const std::string& path, const std::string& text) {
+void writeText(const std::string& path, const std::string& text) {
   std::ofstream(path, std::ios::binary) << text;
 }
 
-std::string Noise(size_t count, unsigned seed) {
+std::string noise(size_t count, unsigned seed) {
   std::string bytes(count, '\0');
   for (char& byte : bytes) {
     seed = seed * 1664525u + 1013904223u;
@@ -54,11 +54,11 @@ std::string Noise(size_t count, unsigned seed) {
   return bytes;
 }
 
-bool FileExists(const std::string& path) {
+bool fileExists(const std::string& path) {
   return fs::exists(path);
 }
 
-int64_t SizeOfFile(const std::string& path) {
+int64_t sizeOfFile(const std::string& path) {
   std::error_code error;
   const auto size = fs::file_size(path, error);
   if (error) {
@@ -68,7 +68,7 @@ int64_t SizeOfFile(const std::string& path) {
   return static_cast<int64_t>(size);
 }
 
-int OpenDescriptors() {
+int openDescriptors() {
   int count = 0;
   for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
     (void)entry;

@@ -17,24 +17,24 @@ class TempFolder {
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
 
-  const std::filesystem::path& path() const { return path_; }
+  const std::filesystem::path& path() const { return m_path; }
   /// The path of `name` in the folder, as a host would hand it over.
-  std::string File(const std::string& name) const { return (path_ / name).string(); }
+  std::string file(const std::string& name) const { return (m_path / name).string(); }
 
  private:
-  std::filesystem::path path_;
+  std::filesystem::path m_path;
 };
 
 /// The whole file; a file that cannot be read fails the test and gives an empty text.
-std::string ReadText(const std::string& path);
+std::string readText(const std::string& path);
 /// The 16-bit little-endian samples of an image, interleaved. An odd last byte fails the test.
-std::vector<int16_t> ReadSamples(const std::string& path);
-void WriteText(const std::string& path, const std::string& text);
+std::vector<int16_t> readSamples(const std::string& path);
+void writeText(const std::string& path, const std::string& text);
 /// Bytes in which no two stretches are alike.
-std::string Noise(size_t count, unsigned seed = 1);
-bool FileExists(const std::string& path);
-int64_t SizeOfFile(const std::string& path);
+std::string noise(size_t count, unsigned seed = 1);
+bool fileExists(const std::string& path);
+int64_t sizeOfFile(const std::string& path);
 /// How many descriptors the process holds open.
-int OpenDescriptors();
+int openDescriptors();
 
 }  // namespace fake_host

@@ -9,28 +9,28 @@
 namespace fake_host {
 
 LoadedModule::LoadedModule() {
-  const std::string copy = folder_.File("module.so");
-  std::filesystem::copy_file(File(), copy);
-  handle_ = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (handle_ == nullptr) {
+  const std::string copy = m_folder.file("module.so");
+  std::filesystem::copy_file(file(), copy);
+  m_handle = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (m_handle == nullptr) {
     ADD_FAILURE() << dlerror();
     return;
   }
-  entry_ = reinterpret_cast<VelmorPluginEntryFn>(Symbol("VelmorPluginEntry"));
-  dll_main_ = reinterpret_cast<QuelmDllMainFn>(Symbol("QUELM_dllMain"));
-  EXPECT_NE(entry_, nullptr);
-  EXPECT_NE(dll_main_, nullptr);
+  m_entry = reinterpret_cast<VelmorPluginEntryFn>(symbol("VelmorPluginEntry"));
+  m_dll_main = reinterpret_cast<QuelmDllMainFn>(symbol("QUELM_dllMain"));
+  EXPECT_NE(m_entry, nullptr);
+  EXPECT_NE(m_dll_main, nullptr);
 }
 
 LoadedModule::~LoadedModule() {
-  if (handle_ != nullptr) dlclose(handle_);
+  if (m_handle != nullptr) dlclose(m_handle);
 }
 
-void* LoadedModule::Symbol(const char* name) const {
-  return handle_ == nullptr ? nullptr : dlsym(handle_, name);
+void* LoadedModule::symbol(const char* name) const {
+  return m_handle == nullptr ? nullptr : dlsym(m_handle, name);
 }
 
-std::string LoadedModule::File() {
+std::string LoadedModule::file() {
   const char* const other = std::getenv("VELMOR_TEST_MODULE");
   return other != nullptr ? other : VELMOR_MODULE;
 }

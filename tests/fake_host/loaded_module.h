@@ -17,19 +17,19 @@ class LoadedModule {
   LoadedModule(const LoadedModule&) = delete;
   LoadedModule& operator=(const LoadedModule&) = delete;
 
-  VelmorPluginEntryFn entry() const { return entry_; }
-  QuelmDllMainFn dll_main() const { return dll_main_; }
+  VelmorPluginEntryFn entry() const { return m_entry; }
+  QuelmDllMainFn dllMain() const { return m_dll_main; }
   /// A symbol of the module, or null when it exports none of that name.
-  void* Symbol(const char* name) const;
+  void* symbol(const char* name) const;
 
   /// The file the build made, or what the environment names in VELMOR_TEST_MODULE.
-  static std::string File();
+  static std::string file();
 
  private:
-  TempFolder folder_;
-  void* handle_ = nullptr;
-  VelmorPluginEntryFn entry_ = nullptr;
-  QuelmDllMainFn dll_main_ = nullptr;
+  TempFolder m_folder;
+  void* m_handle = nullptr;
+  VelmorPluginEntryFn m_entry = nullptr;
+  QuelmDllMainFn m_dll_main = nullptr;
 };
 
 }  // namespace fake_host

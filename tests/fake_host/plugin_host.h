@@ -24,8 +24,8 @@ struct Mark {
   std::optional<std::string> name = std::string();  ///< nullopt: the host gives a null name
 };
 
-Mark Marker(double position, std::optional<std::string> name = std::string());
-Mark Region(double position, double end, std::optional<std::string> name = std::string());
+Mark marker(double position, std::optional<std::string> name = std::string());
+Mark region(double position, double end, std::optional<std::string> name = std::string());
 
 /// One entry of the render's metadata.
 struct MetadataEntry {
@@ -62,7 +62,7 @@ struct PrepareDialogCall {
 };
 
 /// Whether one of the host's functions is running, called by the module.
-bool InHostCall();
+bool inHostCall();
 
 /// While it lives it is the host of the process: one at a time. Everything may be scripted between
 /// calls of the module, and everything the module calls is recorded in order.
@@ -74,9 +74,9 @@ class PluginHost {
   PluginHost& operator=(const PluginHost&) = delete;
 
   /// The host does not offer this function.
-  void Withhold(const std::string& name) { withheld.insert(name); }
+  void withhold(const std::string& name) { withheld.insert(name); }
   /// The record a host of the right version gives to the entry.
-  velmor_plugin_info_t Info() const;
+  velmor_plugin_info_t info() const;
 
   // Script.
   std::set<std::string> withheld;
@@ -103,17 +103,17 @@ class PluginHost {
   std::vector<PrepareDialogCall> prepare_calls;
 
   /// The sink's record as registered; null when none was.
-  SinkRegistration* sink_registration() const;
+  SinkRegistration* sinkRegistration() const;
 
  private:
   friend struct HostFunctions;
   /// Hands out `text` in storage that the next call takes away.
-  const char* Lend(std::unique_ptr<std::string>& slot, const std::optional<std::string>& text);
+  const char* lend(std::unique_ptr<std::string>& slot, const std::optional<std::string>& text);
 
-  int own_window_ = 0;
-  std::unique_ptr<std::string> lent_name_;
-  std::unique_ptr<std::string> lent_key_;
-  std::unique_ptr<std::string> lent_value_;
+  int m_own_window = 0;
+  std::unique_ptr<std::string> m_lent_name;
+  std::unique_ptr<std::string> m_lent_key;
+  std::unique_ptr<std::string> m_lent_value;
 };
 
 }  // namespace fake_host

@@ -4,20 +4,20 @@
 
 namespace fake_host {
 
-int Session::Bind() {
-  velmor_plugin_info_t info = host.Info();
+int Session::bind() {
+  velmor_plugin_info_t info = host.info();
   return module->entry()(nullptr, &info);
 }
 
-Sink Session::CreateSink(const std::string& name, const Settings& settings) {
-  SinkConfig config = MakeConfig(settings);
+Sink Session::createSink(const std::string& name, const Settings& settings) {
+  SinkConfig config = makeConfig(settings);
   return Sink(
-      registration().CreateSink(File(name).c_str(), &config, sizeof config, 2, 44100, false));
+      registration().CreateSink(file(name).c_str(), &config, sizeof config, 2, 44100, false));
 }
 
 BoundSession::BoundSession() {
-  Load();
-  EXPECT_EQ(Bind(), 1);
+  load();
+  EXPECT_EQ(bind(), 1);
 }
 
 }  // namespace fake_host

@@ -21,14 +21,14 @@ class Session {
   std::optional<LoadedModule> module;
 
   /// Loads the module (its static initialisers run).
-  void Load() { module.emplace(); }
+  void load() { module.emplace(); }
   /// Calls the entry with the host's record; returns its answer.
-  int Bind();
-  SinkRegistration& registration() const { return *host.sink_registration(); }
+  int bind();
+  SinkRegistration& registration() const { return *host.sinkRegistration(); }
 
   /// Has the module make a sink on `name` in the folder; empty when the module gives none.
-  Sink CreateSink(const std::string& name, const Settings& settings = {});
-  std::string File(const std::string& name) const { return folder.File(name); }
+  Sink createSink(const std::string& name, const Settings& settings = {});
+  std::string file(const std::string& name) const { return folder.file(name); }
 };
 
 /// A session with the module loaded and bound.

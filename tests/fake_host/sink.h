@@ -20,7 +20,7 @@ struct Settings {
   int hash_markers_only = 0;
 };
 
-SinkConfig MakeConfig(const Settings& settings);
+SinkConfig makeConfig(const Settings& settings);
 
 /// How frames are handed over: block lengths, taken in turn and from the start again, and where a
 /// channel's frames lie in its buffer.
@@ -33,34 +33,34 @@ struct BlockSchedule {
 
 /// A deterministic test signal: the 16-bit sample of `channel` at `frame`. Neighbouring frames and
 /// both channels differ, so that a shift by one frame shows.
-int16_t SignalSample(int64_t frame, int channel);
+int16_t signalSample(int64_t frame, int channel);
 /// The signal's interleaved stereo samples of the frames [`first`, `first` + `count`).
-std::vector<int16_t> SignalFrames(int64_t first, int64_t count);
+std::vector<int16_t> signalFrames(int64_t first, int64_t count);
 
 /// Owns a sink as the host does: ends it with `delete`. May be empty.
 class Sink {
  public:
-  explicit Sink(PCM_sink* sink) : sink_(sink) {}
+  explicit Sink(PCM_sink* sink) : m_sink(sink) {}
 
-  explicit operator bool() const { return sink_ != nullptr; }
-  PCM_sink* operator->() const { return sink_.get(); }
-  PCM_sink* get() const { return sink_.get(); }
+  explicit operator bool() const { return m_sink != nullptr; }
+  PCM_sink* operator->() const { return m_sink.get(); }
+  PCM_sink* get() const { return m_sink.get(); }
 
   /// Writes `channels[c][frame]`, all channels of equal length, in blocks. A schedule of more
   /// channels than are given repeats the last one; samples between the frames are poison.
-  void Write(const std::vector<std::vector<double>>& channels, const BlockSchedule& schedule = {});
+  void write(const std::vector<std::vector<double>>& channels, const BlockSchedule& schedule = {});
   /// Writes the next `frames` frames of the test signal, continuing where the last call ended.
-  void WriteSignal(int64_t frames, const BlockSchedule& schedule = {});
+  void writeSignal(int64_t frames, const BlockSchedule& schedule = {});
   /// Writes `frames` frames of one value to both channels, in large blocks without a large buffer.
-  void WriteSame(int64_t frames, double value = 0.25);
+  void writeSame(int64_t frames, double value = 0.25);
   /// The render is finished; returns what `Extended` does.
-  int Finish(HWND parent = nullptr);
+  int finish(HWND parent = nullptr);
   /// The host deletes the sink.
-  void Delete() { sink_.reset(); }
+  void destroy() { m_sink.reset(); }
 
  private:
-  std::unique_ptr<PCM_sink> sink_;
-  int64_t signal_frame_ = 0;
+  std::unique_ptr<PCM_sink> m_sink;
+  int64_t m_signal_frame = 0;
 };
 
 }  // namespace fake_host

@@ -15,13 +15,13 @@ class StandardErrorCapture {
   StandardErrorCapture& operator=(const StandardErrorCapture&) = delete;
 
   /// Ends the capture; the lines without their line breaks.
-  std::vector<std::string> Lines();
+  std::vector<std::string> lines();
 
  private:
-  void Restore();
+  void restore();
 
-  int saved_ = -1;
-  int file_ = -1;
+  int m_saved = -1;
+  int m_file = -1;
 };
 
 }  // namespace fake_host

@@ -35,14 +35,14 @@ class SystemCallScript {
   SystemCallScript& operator=(const SystemCallScript&) = delete;
 
   /// The `nth` call fails with `error`.
-  void FailAt(SystemCall call, int nth, int error) { failures_[{call, nth}] = error; }
+  void failAt(SystemCall call, int nth, int error) { m_failures[{call, nth}] = error; }
   /// The `nth` call and every later one fail with `error`.
-  void FailFrom(SystemCall call, int nth, int error) { failures_from_[call] = {nth, error}; }
+  void failFrom(SystemCall call, int nth, int error) { m_failures_from[call] = {nth, error}; }
   /// The `nth` pwrite takes only the first `bytes`.
-  void ShortenWrite(int nth, int64_t bytes) { short_writes_[nth] = bytes; }
+  void shortenWrite(int nth, int64_t bytes) { m_short_writes[nth] = bytes; }
   /// Writes to files of this ending succeed without reaching the disk.
-  void SwallowWritesTo(const std::string& ending) { swallowed_ending_ = ending; }
-  int Count(SystemCall call) const;
+  void swallowWritesTo(const std::string& ending) { m_swallowed_ending = ending; }
+  int count(SystemCall call) const;
 
   std::vector<Open> opens;
   std::vector<int> flock_operations;
@@ -50,14 +50,14 @@ class SystemCallScript {
 
  private:
   friend struct ScriptedCalls;
-  int NextError(SystemCall call);
-  bool Swallows(int fd) const;
+  int nextError(SystemCall call);
+  bool swallows(int fd) const;
 
-  std::map<SystemCall, int> counts_;
-  std::map<std::pair<SystemCall, int>, int> failures_;
-  std::map<SystemCall, std::pair<int, int>> failures_from_;
-  std::map<int, int64_t> short_writes_;
-  std::string swallowed_ending_;
+  std::map<SystemCall, int> m_counts;
+  std::map<std::pair<SystemCall, int>, int> m_failures;
+  std::map<SystemCall, std::pair<int, int>> m_failures_from;
+  std::map<int, int64_t> m_short_writes;
+  std::string m_swallowed_ending;
 };
 
 }  // namespace fake_host

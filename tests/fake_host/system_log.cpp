@@ -10,26 +10,26 @@ namespace fake_host {
 
 namespace {
 
-SystemLogCapture* current_capture = nullptr;
+SystemLogCapture* g_current_capture = nullptr;
 
-void Keep(const char* format, va_list arguments) {
-  if (current_capture == nullptr) return;
+void keep(const char* format, va_list arguments) {
+  if (g_current_capture == nullptr) return;
   char text[1024];
   std::vsnprintf(text, sizeof text, format, arguments);
   std::string line = text;
   if (!line.empty() && line.back() == '\n') line.pop_back();
-  current_capture->lines.push_back(line);
+  g_current_capture->lines.push_back(line);
 }
 
 }  // namespace
 
 SystemLogCapture::SystemLogCapture() {
-  if (current_capture != nullptr) ADD_FAILURE() << "two captures of the system log";
-  current_capture = this;
+  if (g_current_capture != nullptr) ADD_FAILURE() << "two captures of the system log";
+  g_current_capture = this;
 }
 
 SystemLogCapture::~SystemLogCapture() {
-  current_capture = nullptr;
+  g_current_capture = nullptr;
 }
 
 }  // namespace fake_host
@@ -39,11 +39,11 @@ extern "C" {
 void syslog(int, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  fake_host::Keep(format, arguments);
+  fake_host::keep(format, arguments);
   va_end(arguments);
 }
 
 void vsyslog(int, const char* format, va_list arguments) {
-  fake_host::Keep(format, arguments);
+  fake_host::keep(format, arguments);
 }
 }

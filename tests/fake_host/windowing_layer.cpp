@@ -11,19 +11,19 @@ namespace fake_host {
 
 namespace {
 
-WindowingLayer* current_layer = nullptr;
+WindowingLayer* g_current_layer = nullptr;
 
-std::string Hex(UINT number) {
+std::string hex(UINT number) {
   char text[16];
   std::snprintf(text, sizeof text, "0x%X", number);
   return text;
 }
 
-std::string Quoted(const char* text) {
+std::string quoted(const char* text) {
   return text == nullptr ? "null" : "\"" + std::string(text) + "\"";
 }
 
-Window& WindowOf(HWND handle) {
+Window& windowOf(HWND handle) {
   static Window nowhere;
   if (handle != nullptr) return *static_cast<Window*>(handle);
   ADD_FAILURE() << "a null window was used";
@@ -31,15 +31,15 @@ Window& WindowOf(HWND handle) {
   return nowhere;
 }
 
-Window& ControlOf(HWND dialog, int id) {
-  return WindowOf(WindowOf(dialog).Control(id));
+Window& controlOf(HWND dialog, int id) {
+  return windowOf(windowOf(dialog).control(id));
 }
 
-void Record(const std::string& call) {
-  current_layer->calls.push_back(call);
+void record(const std::string& call) {
+  g_current_layer->calls.push_back(call);
 }
 
-std::unique_ptr<Window> MakeControl(const QuelmControl& row, Window* dialog) {
+std::unique_ptr<Window> makeControl(const QuelmControl& row, Window* dialog) {
   auto control = std::make_unique<Window>();
   const std::string first = row.first_text;
   const bool layer_classed = first.rfind("__QUELM_", 0) == 0;
@@ -50,7 +50,7 @@ std::unique_ptr<Window> MakeControl(const QuelmControl& row, Window* dialog) {
   return control;
 }
 
-LRESULT SendToCombo(Window& combo, UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT sendToCombo(Window& combo, UINT message, WPARAM wparam, LPARAM lparam) {
   const bool in_range = wparam >= 0 && static_cast<size_t>(wparam) < combo.items.size();
   const auto index = static_cast<size_t>(in_range ? wparam : 0);
   switch (message) {
@@ -81,7 +81,7 @@ LRESULT SendToCombo(Window& combo, UINT message, WPARAM wparam, LPARAM lparam) {
 
 }  // namespace
 
-Window* Window::Control(int control_id) {
+Window* Window::control(int control_id) {
   for (const auto& control : controls) {
     if (control->id == control_id) return control.get();
   }
@@ -89,206 +89,206 @@ Window* Window::Control(int control_id) {
 }
 
 struct LayerFunctions {
-  static HWND GetDlgItem(HWND dialog, int id) {
-    Record("GetDlgItem(" + std::to_string(id) + ")");
-    return WindowOf(dialog).Control(id);
+  static HWND getDlgItem(HWND dialog, int id) {
+    record("GetDlgItem(" + std::to_string(id) + ")");
+    return windowOf(dialog).control(id);
   }
-  static LRESULT SendMessage(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
-    Window& window = WindowOf(handle);
+  static LRESULT sendMessage(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
+    Window& window = windowOf(handle);
     const std::string target = window.dialog == nullptr ? "dialog" : std::to_string(window.id);
-    const std::string last = message == CB_ADDSTRING ? Quoted(reinterpret_cast<const char*>(lparam))
+    const std::string last = message == CB_ADDSTRING ? quoted(reinterpret_cast<const char*>(lparam))
                                                      : std::to_string(lparam);
-    Record("SendMessage(" + target + ", " + Hex(message) + ", " + std::to_string(wparam) + ", " +
+    record("SendMessage(" + target + ", " + hex(message) + ", " + std::to_string(wparam) + ", " +
            last + ")");
-    if (window.dialog != nullptr) return SendToCombo(window, message, wparam, lparam);
+    if (window.dialog != nullptr) return sendToCombo(window, message, wparam, lparam);
     return window.procedure == nullptr ? 0 : window.procedure(&window, message, wparam, lparam);
   }
-  static void SetDlgItemInt(HWND dialog, int id, int value, int is_signed) {
-    Record("SetDlgItemInt(" + std::to_string(id) + ", " + std::to_string(value) +
+  static void setDlgItemInt(HWND dialog, int id, int value, int is_signed) {
+    record("SetDlgItemInt(" + std::to_string(id) + ", " + std::to_string(value) +
            (is_signed != 0 ? ", signed)" : ", unsigned)"));
-    ControlOf(dialog, id).value = value;
+    controlOf(dialog, id).value = value;
   }
-  static int GetDlgItemInt(HWND dialog, int id, BOOL* translated, int is_signed) {
-    Record("GetDlgItemInt(" + std::to_string(id) +
+  static int getDlgItemInt(HWND dialog, int id, BOOL* translated, int is_signed) {
+    record("GetDlgItemInt(" + std::to_string(id) +
            (translated != nullptr ? ", success asked for" : "") +
            (is_signed != 0 ? ", signed)" : ", unsigned)"));
     if (translated != nullptr) *translated = 1;
-    return ControlOf(dialog, id).value;
+    return controlOf(dialog, id).value;
   }
-  static void CheckDlgButton(HWND dialog, int id, int state) {
-    Record("CheckDlgButton(" + std::to_string(id) + ", " + std::to_string(state) + ")");
-    ControlOf(dialog, id).checked = state;
+  static void checkDlgButton(HWND dialog, int id, int state) {
+    record("CheckDlgButton(" + std::to_string(id) + ", " + std::to_string(state) + ")");
+    controlOf(dialog, id).checked = state;
   }
-  static int IsDlgButtonChecked(HWND dialog, int id) {
-    Record("IsDlgButtonChecked(" + std::to_string(id) + ")");
-    return ControlOf(dialog, id).checked;
+  static int isDlgButtonChecked(HWND dialog, int id) {
+    record("IsDlgButtonChecked(" + std::to_string(id) + ")");
+    return controlOf(dialog, id).checked;
   }
-  static void EnableWindow(HWND handle, int enable) {
-    Window& window = WindowOf(handle);
-    Record("EnableWindow(" + std::to_string(window.id) + ", " + std::to_string(enable) + ")");
+  static void enableWindow(HWND handle, int enable) {
+    Window& window = windowOf(handle);
+    record("EnableWindow(" + std::to_string(window.id) + ", " + std::to_string(enable) + ")");
     window.enabled = enable != 0;
   }
-  static intptr_t GetWindowLong(HWND handle, int index) {
-    Record("GetWindowLong(" + std::to_string(index) + ")");
-    return WindowOf(handle).user_data;
+  static intptr_t getWindowLong(HWND handle, int index) {
+    record("GetWindowLong(" + std::to_string(index) + ")");
+    return windowOf(handle).user_data;
   }
-  static intptr_t SetWindowLong(HWND handle, int index, intptr_t value) {
-    Record("SetWindowLong(" + std::to_string(index) + ")");
-    return std::exchange(WindowOf(handle).user_data, value);
+  static intptr_t setWindowLong(HWND handle, int index, intptr_t value) {
+    record("SetWindowLong(" + std::to_string(index) + ")");
+    return std::exchange(windowOf(handle).user_data, value);
   }
-  static int MessageBox(HWND, const char* text, const char* caption, int type) {
-    Record("MessageBox(" + Quoted(text) + ", " + Quoted(caption) + ", " + std::to_string(type) +
+  static int messageBox(HWND, const char* text, const char* caption, int type) {
+    record("MessageBox(" + quoted(text) + ", " + quoted(caption) + ", " + std::to_string(type) +
            ")");
-    return current_layer->message_box_answer;
+    return g_current_layer->message_box_answer;
   }
-  static void EndDialog(HWND dialog, int result) {
-    Record("EndDialog(" + std::to_string(result) + ")");
-    WindowOf(dialog).ended = true;
-    WindowOf(dialog).result = result;
+  static void endDialog(HWND dialog, int result) {
+    record("EndDialog(" + std::to_string(result) + ")");
+    windowOf(dialog).ended = true;
+    windowOf(dialog).result = result;
   }
 
-  static HWND CreateDialog(QuelmDialogResource* head, intptr_t id, HWND parent, DLGPROC procedure,
+  static HWND createDialog(QuelmDialogResource* head, intptr_t id, HWND parent, DLGPROC procedure,
                            LPARAM init) {
-    Record("QUELM_CreateDialog(" + std::to_string(id) + ")");
-    current_layer->requests.push_back({false, head, id, parent, procedure, init});
-    return current_layer->Build(DialogRequest(current_layer->requests.back()));
+    record("QUELM_CreateDialog(" + std::to_string(id) + ")");
+    g_current_layer->requests.push_back({false, head, id, parent, procedure, init});
+    return g_current_layer->build(DialogRequest(g_current_layer->requests.back()));
   }
-  static int DialogBox(QuelmDialogResource* head, intptr_t id, HWND parent, DLGPROC procedure,
+  static int dialogBox(QuelmDialogResource* head, intptr_t id, HWND parent, DLGPROC procedure,
                        LPARAM init) {
-    Record("QUELM_DialogBox(" + std::to_string(id) + ")");
-    current_layer->requests.push_back({true, head, id, parent, procedure, init});
-    Window* dialog = current_layer->Build(DialogRequest(current_layer->requests.back()));
+    record("QUELM_DialogBox(" + std::to_string(id) + ")");
+    g_current_layer->requests.push_back({true, head, id, parent, procedure, init});
+    Window* dialog = g_current_layer->build(DialogRequest(g_current_layer->requests.back()));
     if (dialog == nullptr) return 0;
-    if (current_layer->on_modal) current_layer->on_modal(*dialog);
+    if (g_current_layer->on_modal) g_current_layer->on_modal(*dialog);
     procedure(dialog, WM_DESTROY, 0, 0);
     return dialog->result;
   }
-  static void MakeSetCurParms(float xscale, float yscale, float xoffset, float yoffset, HWND parent,
+  static void makeSetCurParms(float xscale, float yscale, float xoffset, float yoffset, HWND parent,
                               bool flag, bool autosize) {
-    Record("QUELM_MakeSetCurParms");
-    current_layer->layouts.push_back(
+    record("QUELM_MakeSetCurParms");
+    g_current_layer->layouts.push_back(
         {xscale, yscale, xoffset, yoffset, parent, flag, autosize, {}});
   }
-  static void GenerateDialogFromList(const QuelmControl* rows, int count) {
-    Record("QUELM_GenerateDialogFromList");
-    if (current_layer->layouts.empty()) {
+  static void generateDialogFromList(const QuelmControl* rows, int count) {
+    record("QUELM_GenerateDialogFromList");
+    if (g_current_layer->layouts.empty()) {
       ADD_FAILURE() << "controls were generated before their scale was set";
       return;
     }
-    Layout& layout = current_layer->layouts.back();
+    Layout& layout = g_current_layer->layouts.back();
     layout.rows.assign(rows, rows + count);
     if (layout.parent == nullptr) return;
-    Window& dialog = WindowOf(layout.parent);
+    Window& dialog = windowOf(layout.parent);
     for (const QuelmControl& row : layout.rows) {
-      dialog.controls.push_back(MakeControl(row, &dialog));
+      dialog.controls.push_back(makeControl(row, &dialog));
     }
   }
 
-  static void InsertColumn(HWND list, int index, const LVCOLUMN* column) {
-    Record("ListView_InsertColumn(" + std::to_string(index) + ", " + Quoted(column->text) + ", " +
+  static void insertColumn(HWND list, int index, const LVCOLUMN* column) {
+    record("ListView_InsertColumn(" + std::to_string(index) + ", " + quoted(column->text) + ", " +
            std::to_string(column->cx) + ")");
-    WindowOf(list).columns.push_back(std::string(column->text) + " " + std::to_string(column->cx));
+    windowOf(list).columns.push_back(std::string(column->text) + " " + std::to_string(column->cx));
   }
-  static int InsertItem(HWND list, const LVITEM* item) {
-    Record("ListView_InsertItem(" + std::to_string(item->item) + ", " + Quoted(item->text) + ")");
-    auto& rows = WindowOf(list).rows;
+  static int insertItem(HWND list, const LVITEM* item) {
+    record("ListView_InsertItem(" + std::to_string(item->item) + ", " + quoted(item->text) + ")");
+    auto& rows = windowOf(list).rows;
     rows.insert(rows.begin() + item->item, std::vector<std::string>{item->text});
     return item->item;
   }
-  static bool SetItemText(HWND list, int row, int column, const char* text) {
-    Record("ListView_SetItemText(" + std::to_string(row) + ", " + std::to_string(column) + ", " +
-           Quoted(text) + ")");
-    auto& rows = WindowOf(list).rows;
+  static bool setItemText(HWND list, int row, int column, const char* text) {
+    record("ListView_SetItemText(" + std::to_string(row) + ", " + std::to_string(column) + ", " +
+           quoted(text) + ")");
+    auto& rows = windowOf(list).rows;
     if (row < 0 || static_cast<size_t>(row) >= rows.size()) return false;
     auto& cells = rows[static_cast<size_t>(row)];
     if (cells.size() <= static_cast<size_t>(column)) cells.resize(static_cast<size_t>(column) + 1);
     cells[static_cast<size_t>(column)] = text;
     return true;
   }
-  static void SetListStyle(HWND list, int mask, int style) {
-    Record("ListView_SetExtendedListViewStyleEx(" + std::to_string(mask) + ", " +
+  static void setListStyle(HWND list, int mask, int style) {
+    record("ListView_SetExtendedListViewStyleEx(" + std::to_string(mask) + ", " +
            std::to_string(style) + ")");
-    Window& window = WindowOf(list);
+    Window& window = windowOf(list);
     window.list_style = (window.list_style & ~mask) | (style & mask);
   }
 
-  static int GetProfileInt(const char* section, const char* key, int fallback, const char* file) {
-    Record("GetPrivateProfileInt(" + Quoted(section) + ", " + Quoted(key) + ", " +
-           std::to_string(fallback) + ", " + Quoted(file) + ")");
-    const auto found = current_layer->ini.find(std::string(section) + "/" + key);
-    return found == current_layer->ini.end() ? fallback : std::atoi(found->second.c_str());
+  static int getProfileInt(const char* section, const char* key, int fallback, const char* file) {
+    record("GetPrivateProfileInt(" + quoted(section) + ", " + quoted(key) + ", " +
+           std::to_string(fallback) + ", " + quoted(file) + ")");
+    const auto found = g_current_layer->ini.find(std::string(section) + "/" + key);
+    return found == g_current_layer->ini.end() ? fallback : std::atoi(found->second.c_str());
   }
-  static BOOL WriteProfileString(const char* section, const char* key, const char* value,
+  static BOOL writeProfileString(const char* section, const char* key, const char* value,
                                  const char* file) {
-    Record("WritePrivateProfileString(" + Quoted(section) + ", " + Quoted(key) + ", " +
-           Quoted(value) + ", " + Quoted(file) + ")");
-    current_layer->ini[std::string(section) + "/" + key] = value;
+    record("WritePrivateProfileString(" + quoted(section) + ", " + quoted(key) + ", " +
+           quoted(value) + ", " + quoted(file) + ")");
+    g_current_layer->ini[std::string(section) + "/" + key] = value;
     return 1;
   }
-  static void Pause(int ms) { Record("Sleep(" + std::to_string(ms) + ")"); }
+  static void pause(int ms) { record("Sleep(" + std::to_string(ms) + ")"); }
 
   // Every name the module only fetches.
-  static intptr_t NotCalled() {
+  static intptr_t notCalled() {
     ADD_FAILURE() << "the module called a layer function that it only keeps";
     return 0;
   }
 
-  static void* Lookup(const char* name) {
-    if (current_layer == nullptr) return nullptr;
-    current_layer->lookups.emplace_back(name == nullptr ? "(null)" : name);
-    if (name == nullptr) return reinterpret_cast<void*>(current_layer->version);
-    if (current_layer->withheld.count(name) != 0) return nullptr;
-    const auto found = Table().find(name);
-    return found == Table().end() ? As<QuelmAnyFn>(NotCalled) : found->second;
+  static void* lookup(const char* name) {
+    if (g_current_layer == nullptr) return nullptr;
+    g_current_layer->lookups.emplace_back(name == nullptr ? "(null)" : name);
+    if (name == nullptr) return reinterpret_cast<void*>(g_current_layer->version);
+    if (g_current_layer->withheld.count(name) != 0) return nullptr;
+    const auto found = table().find(name);
+    return found == table().end() ? as<QuelmAnyFn>(notCalled) : found->second;
   }
 
   template <class Wanted>
-  static void* As(std::type_identity_t<Wanted> function) {
+  static void* as(std::type_identity_t<Wanted> function) {
     return reinterpret_cast<void*>(function);
   }
 
-  static const std::map<std::string, void*>& Table() {
+  static const std::map<std::string, void*>& table() {
     static const std::map<std::string, void*> table = {
-        {"GetDlgItem", As<decltype(::GetDlgItem)>(GetDlgItem)},
-        {"SendMessage", As<decltype(::SendMessage)>(SendMessage)},
-        {"SetDlgItemInt", As<decltype(::SetDlgItemInt)>(SetDlgItemInt)},
-        {"GetDlgItemInt", As<decltype(::GetDlgItemInt)>(GetDlgItemInt)},
-        {"CheckDlgButton", As<decltype(::CheckDlgButton)>(CheckDlgButton)},
-        {"IsDlgButtonChecked", As<decltype(::IsDlgButtonChecked)>(IsDlgButtonChecked)},
-        {"EnableWindow", As<decltype(::EnableWindow)>(EnableWindow)},
-        {"GetWindowLong", As<decltype(::GetWindowLong)>(GetWindowLong)},
-        {"SetWindowLong", As<decltype(::SetWindowLong)>(SetWindowLong)},
-        {"MessageBox", As<decltype(::MessageBox)>(MessageBox)},
-        {"EndDialog", As<decltype(::EndDialog)>(EndDialog)},
-        {"QUELM_CreateDialog", As<decltype(::QUELM_CreateDialog)>(CreateDialog)},
-        {"QUELM_DialogBox", As<decltype(::QUELM_DialogBox)>(DialogBox)},
-        {"QUELM_MakeSetCurParms", As<decltype(::QUELM_MakeSetCurParms)>(MakeSetCurParms)},
+        {"GetDlgItem", as<decltype(::GetDlgItem)>(getDlgItem)},
+        {"SendMessage", as<decltype(::SendMessage)>(sendMessage)},
+        {"SetDlgItemInt", as<decltype(::SetDlgItemInt)>(setDlgItemInt)},
+        {"GetDlgItemInt", as<decltype(::GetDlgItemInt)>(getDlgItemInt)},
+        {"CheckDlgButton", as<decltype(::CheckDlgButton)>(checkDlgButton)},
+        {"IsDlgButtonChecked", as<decltype(::IsDlgButtonChecked)>(isDlgButtonChecked)},
+        {"EnableWindow", as<decltype(::EnableWindow)>(enableWindow)},
+        {"GetWindowLong", as<decltype(::GetWindowLong)>(getWindowLong)},
+        {"SetWindowLong", as<decltype(::SetWindowLong)>(setWindowLong)},
+        {"MessageBox", as<decltype(::MessageBox)>(messageBox)},
+        {"EndDialog", as<decltype(::EndDialog)>(endDialog)},
+        {"QUELM_CreateDialog", as<decltype(::QUELM_CreateDialog)>(createDialog)},
+        {"QUELM_DialogBox", as<decltype(::QUELM_DialogBox)>(dialogBox)},
+        {"QUELM_MakeSetCurParms", as<decltype(::QUELM_MakeSetCurParms)>(makeSetCurParms)},
         {"QUELM_GenerateDialogFromList",
-         As<decltype(::QUELM_GenerateDialogFromList)>(GenerateDialogFromList)},
-        {"ListView_InsertColumn", As<decltype(::ListView_InsertColumn)>(InsertColumn)},
-        {"ListView_InsertItem", As<decltype(::ListView_InsertItem)>(InsertItem)},
-        {"ListView_SetItemText", As<decltype(::ListView_SetItemText)>(SetItemText)},
+         as<decltype(::QUELM_GenerateDialogFromList)>(generateDialogFromList)},
+        {"ListView_InsertColumn", as<decltype(::ListView_InsertColumn)>(insertColumn)},
+        {"ListView_InsertItem", as<decltype(::ListView_InsertItem)>(insertItem)},
+        {"ListView_SetItemText", as<decltype(::ListView_SetItemText)>(setItemText)},
         {"ListView_SetExtendedListViewStyleEx",
-         As<decltype(::ListView_SetExtendedListViewStyleEx)>(SetListStyle)},
-        {"GetPrivateProfileInt", As<decltype(::GetPrivateProfileInt)>(GetProfileInt)},
+         as<decltype(::ListView_SetExtendedListViewStyleEx)>(setListStyle)},
+        {"GetPrivateProfileInt", as<decltype(::GetPrivateProfileInt)>(getProfileInt)},
         {"WritePrivateProfileString",
-         As<decltype(::WritePrivateProfileString)>(WriteProfileString)},
-        {"Sleep", As<decltype(::Sleep)>(Pause)},
+         as<decltype(::WritePrivateProfileString)>(writeProfileString)},
+        {"Sleep", as<decltype(::Sleep)>(pause)},
     };
     return table;
   }
 };
 
 WindowingLayer::WindowingLayer() {
-  if (current_layer != nullptr) ADD_FAILURE() << "two windowing layers in one process";
-  current_layer = this;
+  if (g_current_layer != nullptr) ADD_FAILURE() << "two windowing layers in one process";
+  g_current_layer = this;
 }
 
 WindowingLayer::~WindowingLayer() {
-  current_layer = nullptr;
+  g_current_layer = nullptr;
 }
 
-Window* WindowingLayer::Build(const DialogRequest& request) {
+Window* WindowingLayer::build(const DialogRequest& request) {
   if (!creates_dialogs) return nullptr;
   for (const QuelmDialogResource* link = request.head; link != nullptr; link = link->next) {
     if (link->id != request.id) continue;
@@ -305,11 +305,11 @@ Window* WindowingLayer::Build(const DialogRequest& request) {
   return nullptr;
 }
 
-LRESULT WindowingLayer::Send(Window& dialog, UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT WindowingLayer::send(Window& dialog, UINT message, WPARAM wparam, LPARAM lparam) {
   return dialog.procedure(&dialog, message, wparam, lparam);
 }
 
-const std::vector<std::string>& WindowingLayer::ImportedNames() {
+const std::vector<std::string>& WindowingLayer::importedNames() {
   static const std::vector<std::string> names = {
 #define QUELM_TYPED(name, ...) #name,
 #define QUELM_OPAQUE(name) #name,
@@ -325,7 +325,7 @@ const std::vector<std::string>& WindowingLayer::ImportedNames() {
 // What the module asks for while it is being loaded.
 extern "C" QuelmLookupFn quelmGetAPPAPIFunc();
 extern "C" QuelmLookupFn quelmGetAPPAPIFunc() {
-  if (fake_host::current_layer == nullptr) return nullptr;
-  ++fake_host::current_layer->provider_calls;
-  return fake_host::current_layer->has_lookup ? fake_host::LayerFunctions::Lookup : nullptr;
+  if (fake_host::g_current_layer == nullptr) return nullptr;
+  ++fake_host::g_current_layer->provider_calls;
+  return fake_host::g_current_layer->has_lookup ? fake_host::LayerFunctions::lookup : nullptr;
 }

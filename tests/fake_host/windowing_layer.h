@@ -36,7 +36,7 @@ struct Window {
   int result = 0;
 
   /// The control of that id; null when there is none.
-  Window* Control(int control_id);
+  Window* control(int control_id);
 };
 
 /// One request for a dialog.
@@ -87,13 +87,13 @@ class WindowingLayer {
   std::vector<std::unique_ptr<Window>> dialogs;
 
   /// Takes the user's or the host's message to a dialog's procedure.
-  static LRESULT Send(Window& dialog, UINT message, WPARAM wparam = 0, LPARAM lparam = 0);
+  static LRESULT send(Window& dialog, UINT message, WPARAM wparam = 0, LPARAM lparam = 0);
   /// The 364 names the module imports, in the order of its table.
-  static const std::vector<std::string>& ImportedNames();
+  static const std::vector<std::string>& importedNames();
 
  private:
   friend struct LayerFunctions;
-  Window* Build(const DialogRequest& request);
+  Window* build(const DialogRequest& request);
 };
 
 }  // namespace fake_host

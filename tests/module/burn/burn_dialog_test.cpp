@@ -9,7 +9,7 @@
 namespace burn_test {
 namespace {
 
-using fake_host::FileExists;
+using fake_host::fileExists;
 using fake_host::LocalizeCall;
 using fake_host::Window;
 using fake_host::WindowingLayer;
@@ -30,7 +30,7 @@ class BurnDialog : public OpenDialogCase {};
 // How it opens.
 
 TEST_F(BurnDialog, StandsBeforeTheParentThatFinishedTheRender) {
-  AlbumAnd([](Window&) {});
+  albumAnd([](Window&) {});
   ASSERT_THAT(windowing.requests, SizeIs(1));
   EXPECT_TRUE(windowing.requests[0].modal);
   EXPECT_EQ(windowing.requests[0].id, 102);
@@ -41,15 +41,15 @@ TEST_F(BurnDialog, StandsBeforeTheParentThatFinishedTheRender) {
 }
 
 TEST_F(BurnDialog, StandsBeforeTheMainWindowWhereNoParentIsGiven) {
-  fake_host::Sink sink = CreateSink("disc.cue", {.burn_after_render = 1});
-  sink.WriteSignal(588);
-  sink.Finish();
+  fake_host::Sink sink = createSink("disc.cue", {.burn_after_render = 1});
+  sink.writeSignal(588);
+  sink.finish();
   ASSERT_THAT(windowing.requests, SizeIs(1));
   EXPECT_EQ(windowing.requests[0].parent, host.main_window);
 }
 
 TEST_F(BurnDialog, TheProgressDialogIsThereAndNobodyOpensIt) {
-  AlbumAnd([](Window& dialog) { Press(dialog, kOk); });
+  albumAnd([](Window& dialog) { press(dialog, kOk); });
   ASSERT_THAT(windowing.requests, SizeIs(1)) << "the recording service shows its own panel";
   bool listed = false;
   for (auto* link = windowing.requests[0].head; link != nullptr; link = link->next) {
@@ -60,22 +60,22 @@ TEST_F(BurnDialog, TheProgressDialogIsThereAndNobodyOpensIt) {
 
 TEST_F(BurnDialog, OffersOneMethodWhateverWasSaved) {
   windowing.ini["velmor_cd/method"] = "3";
-  AlbumAnd([](Window& dialog) {
-    EXPECT_THAT(dialog.Control(kMethod)->items, ElementsAre("Native CD Burning"));
-    EXPECT_EQ(dialog.Control(kMethod)->selection, 0);
+  albumAnd([](Window& dialog) {
+    EXPECT_THAT(dialog.control(kMethod)->items, ElementsAre("Native CD Burning"));
+    EXPECT_EQ(dialog.control(kMethod)->selection, 0);
   });
-  EXPECT_THAT(Calls("GetPrivateProfileInt"), Each(Not(HasSubstr("\"method\""))))
+  EXPECT_THAT(calls("GetPrivateProfileInt"), Each(Not(HasSubstr("\"method\""))))
       << "the method is written and never read: there is one";
   EXPECT_THAT(host.localize_calls, Contains(LocalizeCall{"Native CD Burning", "cdburn", 0}));
 }
 
 TEST_F(BurnDialog, EjectsAndKeepsTheFilesUnlessToldOtherwise) {
-  AlbumAnd([](Window& dialog) {
-    EXPECT_EQ(dialog.Control(kEject)->checked, 1);
-    EXPECT_EQ(dialog.Control(kDelete)->checked, 0);
+  albumAnd([](Window& dialog) {
+    EXPECT_EQ(dialog.control(kEject)->checked, 1);
+    EXPECT_EQ(dialog.control(kDelete)->checked, 0);
   });
   EXPECT_THAT(
-      Calls("GetPrivateProfileInt"),
+      calls("GetPrivateProfileInt"),
       ElementsAre(
           R"(GetPrivateProfileInt("velmor_cd", "eject", 1, "/home/somebody/velmor.ini"))",
           R"(GetPrivateProfileInt("velmor_cd", "deletefiles", 0, "/home/somebody/velmor.ini"))",
@@ -83,25 +83,25 @@ TEST_F(BurnDialog, EjectsAndKeepsTheFilesUnlessToldOtherwise) {
 }
 
 TEST_F(BurnDialog, RemembersBoxesAndDrive) {
-  recorders.Add("ACME", "OTHER");
+  m_recorders.add("ACME", "OTHER");
   windowing.ini = {
       {"velmor_cd/eject", "0"}, {"velmor_cd/deletefiles", "1"}, {"velmor_cd/drive", "1"}};
-  AlbumAnd([](Window& dialog) {
-    EXPECT_EQ(dialog.Control(kEject)->checked, 0);
-    EXPECT_EQ(dialog.Control(kDelete)->checked, 1);
-    EXPECT_EQ(dialog.Control(kDrive)->selection, 1);
-    dialog.Control(kDelete)->checked = 0;
+  albumAnd([](Window& dialog) {
+    EXPECT_EQ(dialog.control(kEject)->checked, 0);
+    EXPECT_EQ(dialog.control(kDelete)->checked, 1);
+    EXPECT_EQ(dialog.control(kDrive)->selection, 1);
+    dialog.control(kDelete)->checked = 0;
   });
 }
 
 TEST_F(BurnDialog, WithoutAnInstanceNothingHappens) {
-  AlbumAnd([this](Window& dialog) {
+  albumAnd([this](Window& dialog) {
     Window stranger;
     stranger.procedure = dialog.procedure;
     const size_t calls = windowing.calls.size();
     for (const UINT message : {UINT{kInitDialog}, UINT{WM_COMMAND}, UINT{WM_DESTROY},
                                UINT{kRefreshDrives}, UINT{0x113}}) {
-      EXPECT_EQ(WindowingLayer::Send(stranger, message, kOk), 0) << message;
+      EXPECT_EQ(WindowingLayer::send(stranger, message, kOk), 0) << message;
     }
     const std::vector<std::string> made(windowing.calls.begin() + static_cast<ptrdiff_t>(calls),
                                         windowing.calls.end());
@@ -110,20 +110,20 @@ TEST_F(BurnDialog, WithoutAnInstanceNothingHappens) {
 }
 
 TEST_F(BurnDialog, OtherMessagesAreAnsweredWithZero) {
-  AlbumAnd([this](Window& dialog) {
+  albumAnd([this](Window& dialog) {
     for (const UINT message : {0x1u, 0x5u, 0x10u, 0x113u, kRefreshDrives + 1}) {
-      EXPECT_EQ(WindowingLayer::Send(dialog, message, 1, 1), 0);
+      EXPECT_EQ(WindowingLayer::send(dialog, message, 1, 1), 0);
     }
-    Press(dialog, kTracks);
-    EXPECT_THAT(Calls("MessageBox"), IsEmpty());
+    press(dialog, kTracks);
+    EXPECT_THAT(calls("MessageBox"), IsEmpty());
   });
 }
 
 // The tracks.
 
 TEST_F(BurnDialog, ListsTheTracksWithNamesAndDurations) {
-  AlbumAnd([](Window& dialog) {
-    const Window& list = *dialog.Control(kTracks);
+  albumAnd([](Window& dialog) {
+    const Window& list = *dialog.control(kTracks);
     EXPECT_THAT(list.columns, ElementsAre("Track # 60", "Name 180", "Duration 90"));
     EXPECT_EQ(list.list_style, 0x20) << "whole rows are selected";
     EXPECT_THAT(list.rows,
@@ -136,53 +136,53 @@ TEST_F(BurnDialog, ListsTheTracksWithNamesAndDurations) {
 }
 
 TEST_F(BurnDialog, TheLastTrackLastsToTheEndOfTheImagePaddingIncluded) {
-  host.marks = {fake_host::Marker(0.0, "One"), fake_host::Marker(5.0, "Two")};
-  RenderAnd(10.001, [](Window& dialog) {
-    EXPECT_EQ(dialog.Control(kTracks)->rows[1][2], "5.013") << "376 sectors";
+  host.marks = {fake_host::marker(0.0, "One"), fake_host::marker(5.0, "Two")};
+  renderAnd(10.001, [](Window& dialog) {
+    EXPECT_EQ(dialog.control(kTracks)->rows[1][2], "5.013") << "376 sectors";
   });
 }
 
 TEST_F(BurnDialog, ATrackWithoutANameHasAnEmptyCell) {
-  RenderAnd(5.0,
+  renderAnd(5.0,
             [](Window& dialog) {
-              ASSERT_THAT(dialog.Control(kTracks)->rows, SizeIs(1));
-              EXPECT_THAT(dialog.Control(kTracks)->rows[0], ElementsAre("1", "", "5.000"));
+              ASSERT_THAT(dialog.control(kTracks)->rows, SizeIs(1));
+              EXPECT_THAT(dialog.control(kTracks)->rows[0], ElementsAre("1", "", "5.000"));
             },
             {.track_mode = kOneTrack});
-  EXPECT_THAT(Calls("ListView_SetItemText(0, 1"), IsEmpty()) << "the list of names is shorter";
+  EXPECT_THAT(calls("ListView_SetItemText(0, 1"), IsEmpty()) << "the list of names is shorter";
 }
 
 TEST_F(BurnDialog, AnEmptyNameIsAnEmptyCellToo) {
-  host.marks = {fake_host::Marker(0.0, ""), fake_host::Marker(5.0, "Two")};
-  RenderAnd(10.0, [](Window& dialog) {
-    EXPECT_THAT(dialog.Control(kTracks)->rows[0], ElementsAre("1", "", "5.000"));
-    EXPECT_THAT(dialog.Control(kTracks)->rows[1], ElementsAre("2", "Two", "5.000"));
+  host.marks = {fake_host::marker(0.0, ""), fake_host::marker(5.0, "Two")};
+  renderAnd(10.0, [](Window& dialog) {
+    EXPECT_THAT(dialog.control(kTracks)->rows[0], ElementsAre("1", "", "5.000"));
+    EXPECT_THAT(dialog.control(kTracks)->rows[1], ElementsAre("2", "Two", "5.000"));
   });
 }
 
 // The recorders.
 
 TEST_F(BurnDialog, NamesRecordersByVendorAndProduct) {
-  recorders.devices.clear();
-  recorders.Add("ACME", "BURNER");
-  recorders.Add(std::nullopt, "PRODUCT ONLY");
-  recorders.Add("VENDOR ONLY", std::nullopt);
-  recorders.Add(std::nullopt, std::nullopt);
-  recorders.Add("", "EMPTY VENDOR");
-  recorders.Add("", "");
-  recorders.Add("NULL", "HANDLE").is_null = true;
-  recorders.Add("LAST", "ONE").valid = false;
-  AlbumAnd([this](Window& dialog) {
-    const Window& drives = *dialog.Control(kDrive);
+  m_recorders.devices.clear();
+  m_recorders.add("ACME", "BURNER");
+  m_recorders.add(std::nullopt, "PRODUCT ONLY");
+  m_recorders.add("VENDOR ONLY", std::nullopt);
+  m_recorders.add(std::nullopt, std::nullopt);
+  m_recorders.add("", "EMPTY VENDOR");
+  m_recorders.add("", "");
+  m_recorders.add("NULL", "HANDLE").is_null = true;
+  m_recorders.add("LAST", "ONE").valid = false;
+  albumAnd([this](Window& dialog) {
+    const Window& drives = *dialog.control(kDrive);
     EXPECT_THAT(drives.items, ElementsAre("ACME BURNER", "PRODUCT ONLY", "VENDOR ONLY",
                                           "EMPTY VENDOR", "LAST ONE"));
     const auto handle = [this](size_t i) {
-      return reinterpret_cast<intptr_t>(recorders.Handle(i));
+      return reinterpret_cast<intptr_t>(m_recorders.handle(i));
     };
     EXPECT_THAT(drives.item_data,
                 ElementsAre(handle(0), handle(1), handle(2), handle(4), handle(7)));
   });
-  EXPECT_THAT(recorders.journal, Not(Contains("IsValid 7"))) << "only a chosen recorder is asked";
+  EXPECT_THAT(m_recorders.journal, Not(Contains("IsValid 7"))) << "only a chosen recorder is asked";
 }
 
 TEST_F(BurnDialog, ALongNameIsCutAt496BytesAndNeverInsideACharacter) {
@@ -200,14 +200,14 @@ TEST_F(BurnDialog, ALongNameIsCutAt496BytesAndNeverInsideACharacter) {
       {std::string(492, 'v') + "\xF0\x9D\x84\x9E" + "x", 496},  // the clef fits
       {std::string(496, '\x80'), 496},                          // no UTF-8 at all
   };
-  recorders.devices.clear();
+  m_recorders.devices.clear();
   for (const auto& each : cases) {
-    recorders.Add(each.name, "P");
-    recorders.Add(std::nullopt, each.name);
+    m_recorders.add(each.name, "P");
+    m_recorders.add(std::nullopt, each.name);
   }
-  recorders.Add(std::string(600, 'v'), std::string(600, 'p'));
-  AlbumAnd([&](Window& dialog) {
-    const std::vector<std::string>& items = dialog.Control(kDrive)->items;
+  m_recorders.add(std::string(600, 'v'), std::string(600, 'p'));
+  albumAnd([&](Window& dialog) {
+    const std::vector<std::string>& items = dialog.control(kDrive)->items;
     ASSERT_THAT(items, SizeIs(2 * std::size(cases) + 1));
     for (size_t i = 0; i < std::size(cases); ++i) {
       const std::string kept = cases[i].name.substr(0, cases[i].kept);
@@ -219,51 +219,51 @@ TEST_F(BurnDialog, ALongNameIsCutAt496BytesAndNeverInsideACharacter) {
 }
 
 TEST_F(BurnDialog, TheNumberOfRecordersIsAskedForOnEveryRound) {
-  recorders.Add("ACME", "OTHER");
-  AlbumAnd([](Window&) {});
-  EXPECT_THAT(recorders.journal, ElementsAre("DeviceCount", "DeviceAt 0", "VendorName 0",
-                                             "ProductName 0", "DeviceCount", "DeviceAt 1",
-                                             "VendorName 1", "ProductName 1", "DeviceCount"));
+  m_recorders.add("ACME", "OTHER");
+  albumAnd([](Window&) {});
+  EXPECT_THAT(m_recorders.journal, ElementsAre("DeviceCount", "DeviceAt 0", "VendorName 0",
+                                               "ProductName 0", "DeviceCount", "DeviceAt 1",
+                                               "VendorName 1", "ProductName 1", "DeviceCount"));
 }
 
 TEST_F(BurnDialog, ARecorderThatIsPluggedInLaterIsListedWhenTheMethodIsChosen) {
-  recorders.is_there = false;
-  AlbumAnd([this](Window& dialog) {
-    EXPECT_THAT(dialog.Control(kDrive)->items, IsEmpty());
-    EXPECT_EQ(dialog.Control(kDrive)->selection, -1);
-    recorders.is_there = true;
-    Press(dialog, kMethod, kSelectionChanged);
-    EXPECT_THAT(dialog.Control(kDrive)->items, ElementsAre("ACME BURNER"));
-    EXPECT_EQ(dialog.Control(kDrive)->selection, 0);
+  m_recorders.is_there = false;
+  albumAnd([this](Window& dialog) {
+    EXPECT_THAT(dialog.control(kDrive)->items, IsEmpty());
+    EXPECT_EQ(dialog.control(kDrive)->selection, -1);
+    m_recorders.is_there = true;
+    press(dialog, kMethod, kSelectionChanged);
+    EXPECT_THAT(dialog.control(kDrive)->items, ElementsAre("ACME BURNER"));
+    EXPECT_EQ(dialog.control(kDrive)->selection, 0);
   });
-  EXPECT_EQ(recorders.lookups, 2) << "the service is asked for whenever recorders are listed";
+  EXPECT_EQ(m_recorders.lookups, 2) << "the service is asked for whenever recorders are listed";
 }
 
 TEST_F(BurnDialog, ChoosingTheMethodSelectsTheSavedDriveNotTheCurrentOne) {
-  recorders.Add("ACME", "OTHER");
+  m_recorders.add("ACME", "OTHER");
   windowing.ini["velmor_cd/drive"] = "1";
-  AlbumAnd([](Window& dialog) {
-    dialog.Control(kDrive)->selection = 0;
-    Press(dialog, kMethod, kSelectionChanged);
-    EXPECT_EQ(dialog.Control(kDrive)->selection, 1);
+  albumAnd([](Window& dialog) {
+    dialog.control(kDrive)->selection = 0;
+    press(dialog, kMethod, kSelectionChanged);
+    EXPECT_EQ(dialog.control(kDrive)->selection, 1);
   });
 }
 
 TEST_F(BurnDialog, OtherNotificationsOfTheMethodAreIgnored) {
-  AlbumAnd([this](Window& dialog) {
-    const size_t calls = recorders.journal.size();
-    for (const int code : {0, 2, 7, 8, 0x101}) Press(dialog, kMethod, code);
-    EXPECT_EQ(recorders.journal.size(), calls);
+  albumAnd([this](Window& dialog) {
+    const size_t calls = m_recorders.journal.size();
+    for (const int code : {0, 2, 7, 8, 0x101}) press(dialog, kMethod, code);
+    EXPECT_EQ(m_recorders.journal.size(), calls);
   });
 }
 
 // Messages to the person.
 
 TEST_F(BurnDialog, WithoutARecorderOneIsToBeSelected) {
-  recorders.devices.clear();
-  AlbumAnd([this](Window& dialog) {
-    Press(dialog, kOk);
-    EXPECT_THAT(Calls("MessageBox"), ElementsAre(Error("Select a recorder")));
+  m_recorders.devices.clear();
+  albumAnd([this](Window& dialog) {
+    press(dialog, kOk);
+    EXPECT_THAT(calls("MessageBox"), ElementsAre(error("Select a recorder")));
     EXPECT_FALSE(dialog.ended);
   });
   EXPECT_THAT(host.localize_calls, Contains(LocalizeCall{"Select a recorder", "cd_DLG_102", 0}));
@@ -272,35 +272,35 @@ TEST_F(BurnDialog, WithoutARecorderOneIsToBeSelected) {
 
 TEST_F(BurnDialog, ASavedDriveThatIsGoneLeavesNoneSelected) {
   windowing.ini["velmor_cd/drive"] = "1";
-  AlbumAnd([this](Window& dialog) {
-    EXPECT_EQ(dialog.Control(kDrive)->selection, -1);
-    Press(dialog, kOk);
-    EXPECT_THAT(Calls("MessageBox"), ElementsAre(Error("Select a recorder")));
+  albumAnd([this](Window& dialog) {
+    EXPECT_EQ(dialog.control(kDrive)->selection, -1);
+    press(dialog, kOk);
+    EXPECT_THAT(calls("MessageBox"), ElementsAre(error("Select a recorder")));
   });
   EXPECT_EQ(windowing.ini["velmor_cd/drive"], "-1") << "what is selected is what is saved";
-  EXPECT_EQ(recorders.panels, 0);
+  EXPECT_EQ(m_recorders.panels, 0);
 }
 
 TEST_F(BurnDialog, AnEntryWithoutARecorderIsNone) {
-  AlbumAnd([this](Window& dialog) {
-    dialog.Control(kDrive)->item_data[0] = 0;
-    Press(dialog, kOk);
-    EXPECT_THAT(Calls("MessageBox"), ElementsAre(Error("Select a recorder")));
+  albumAnd([this](Window& dialog) {
+    dialog.control(kDrive)->item_data[0] = 0;
+    press(dialog, kOk);
+    EXPECT_THAT(calls("MessageBox"), ElementsAre(error("Select a recorder")));
   });
-  EXPECT_EQ(recorders.panels, 0);
+  EXPECT_EQ(m_recorders.panels, 0);
 }
 
 TEST_F(BurnDialog, AnImageThatHasVanishedIsToldOfAndCanComeBack) {
-  AlbumAnd([this](Window& dialog) {
-    std::filesystem::rename(File("disc.bin"), File("elsewhere"));
-    Press(dialog, kOk);
-    EXPECT_THAT(Calls("MessageBox"), ElementsAre(Error("Error opening .bin file")));
+  albumAnd([this](Window& dialog) {
+    std::filesystem::rename(file("disc.bin"), file("elsewhere"));
+    press(dialog, kOk);
+    EXPECT_THAT(calls("MessageBox"), ElementsAre(error("Error opening .bin file")));
     EXPECT_FALSE(dialog.ended);
-    EXPECT_EQ(recorders.panels, 0);
-    std::filesystem::rename(File("elsewhere"), File("disc.bin"));
-    Press(dialog, kOk);
-    EXPECT_EQ(recorders.panels, 1);
-    EXPECT_THAT(Calls("MessageBox"), SizeIs(1));
+    EXPECT_EQ(m_recorders.panels, 0);
+    std::filesystem::rename(file("elsewhere"), file("disc.bin"));
+    press(dialog, kOk);
+    EXPECT_EQ(m_recorders.panels, 1);
+    EXPECT_THAT(calls("MessageBox"), SizeIs(1));
   });
   EXPECT_THAT(host.localize_calls,
               Contains(LocalizeCall{"Error opening .bin file", "cd_DLG_102", 0}));
@@ -310,11 +310,11 @@ TEST_F(BurnDialog, ItsMessagesAreTranslated) {
   host.translations = {{"Select a recorder", "Brenner w\xC3\xA4hlen"},
                        {"CD Burn Error", "Fehler"},
                        {"Native CD Burning", "Eigenes"}};
-  recorders.devices.clear();
-  AlbumAnd([this](Window& dialog) {
-    EXPECT_THAT(dialog.Control(kMethod)->items, ElementsAre("Eigenes"));
-    Press(dialog, kOk);
-    EXPECT_THAT(Calls("MessageBox"),
+  m_recorders.devices.clear();
+  albumAnd([this](Window& dialog) {
+    EXPECT_THAT(dialog.control(kMethod)->items, ElementsAre("Eigenes"));
+    press(dialog, kOk);
+    EXPECT_THAT(calls("MessageBox"),
                 ElementsAre("MessageBox(\"Brenner w\xC3\xA4hlen\", \"Fehler\", 0)"));
   });
 }
@@ -322,84 +322,84 @@ TEST_F(BurnDialog, ItsMessagesAreTranslated) {
 // Pressing the buttons.
 
 TEST_F(BurnDialog, BurnsWhateverTheNotification) {
-  AlbumAnd([this](Window& dialog) {
-    for (const int code : {0, 1, 5, 0x7FFF}) Press(dialog, kOk, code);
-    EXPECT_EQ(recorders.panels, 4);
+  albumAnd([this](Window& dialog) {
+    for (const int code : {0, 1, 5, 0x7FFF}) press(dialog, kOk, code);
+    EXPECT_EQ(m_recorders.panels, 4);
   });
 }
 
 TEST_F(BurnDialog, StaysOpenForAnotherCopy) {
-  AlbumAnd([this](Window& dialog) {
+  albumAnd([this](Window& dialog) {
     for (int copy = 1; copy <= 3; ++copy) {
       std::string disc;
-      recorders.on_panel = [&disc](const DiscTrack* tracks, int count) {
-        for (int i = 0; i < count; ++i) disc += Produce(tracks[i]);
+      m_recorders.on_panel = [&disc](const DiscTrack* tracks, int count) {
+        for (int i = 0; i < count; ++i) disc += produce(tracks[i]);
       };
-      Press(dialog, kOk);
+      press(dialog, kOk);
       EXPECT_FALSE(dialog.ended);
-      EXPECT_EQ(disc, Image()) << "copy " << copy;
+      EXPECT_EQ(disc, image()) << "copy " << copy;
     }
   });
-  EXPECT_TRUE(FileExists(File("disc.bin")));
+  EXPECT_TRUE(fileExists(file("disc.bin")));
 }
 
 TEST_F(BurnDialog, ClosesWithZero) {
-  AlbumAnd([](Window& dialog) {
-    Press(dialog, kCancel);
+  albumAnd([](Window& dialog) {
+    press(dialog, kCancel);
     EXPECT_TRUE(dialog.ended);
     EXPECT_EQ(dialog.result, 0);
   });
-  EXPECT_THAT(Calls("EndDialog"), ElementsAre("EndDialog(0)"));
+  EXPECT_THAT(calls("EndDialog"), ElementsAre("EndDialog(0)"));
 }
 
 // The end.
 
 TEST_F(BurnDialog, SavesItsSettingsInOrderWhenItEnds) {
-  recorders.Add("ACME", "OTHER");
-  AlbumAnd([](Window& dialog) {
-    dialog.Control(kEject)->checked = 0;
-    dialog.Control(kDrive)->selection = 1;
+  m_recorders.add("ACME", "OTHER");
+  albumAnd([](Window& dialog) {
+    dialog.control(kEject)->checked = 0;
+    dialog.control(kDrive)->selection = 1;
   });
   const auto written = [](const std::string& key, const std::string& value) {
     return "WritePrivateProfileString(\"velmor_cd\", \"" + key + "\", \"" + value +
            "\", \"/home/somebody/velmor.ini\")";
   };
-  EXPECT_THAT(Calls("WritePrivateProfileString"),
+  EXPECT_THAT(calls("WritePrivateProfileString"),
               ElementsAre(written("eject", "0"), written("deletefiles", "0"),
                           written("method", "0"), written("drive", "1")));
 }
 
 TEST_F(BurnDialog, DeletesBothFilesAlsoWhenNothingWasBurned) {
-  AlbumAnd([this](Window& dialog) {
-    dialog.Control(kDelete)->checked = 1;
-    EXPECT_TRUE(FileExists(File("disc.cue")));
+  albumAnd([this](Window& dialog) {
+    dialog.control(kDelete)->checked = 1;
+    EXPECT_TRUE(fileExists(file("disc.cue")));
   });
-  EXPECT_FALSE(FileExists(File("disc.cue")));
-  EXPECT_FALSE(FileExists(File("disc.bin")));
-  EXPECT_EQ(recorders.panels, 0);
+  EXPECT_FALSE(fileExists(file("disc.cue")));
+  EXPECT_FALSE(fileExists(file("disc.bin")));
+  EXPECT_EQ(m_recorders.panels, 0);
   EXPECT_EQ(windowing.ini["velmor_cd/deletefiles"], "1");
 }
 
 TEST_F(BurnDialog, KeepsTheFilesWhileItIsOpenForFurtherCopies) {
-  AlbumAnd([this](Window& dialog) {
-    dialog.Control(kDelete)->checked = 1;
-    Press(dialog, kOk);
-    Press(dialog, kCancel);
-    EXPECT_TRUE(FileExists(File("disc.cue")));
-    EXPECT_TRUE(FileExists(File("disc.bin")));
+  albumAnd([this](Window& dialog) {
+    dialog.control(kDelete)->checked = 1;
+    press(dialog, kOk);
+    press(dialog, kCancel);
+    EXPECT_TRUE(fileExists(file("disc.cue")));
+    EXPECT_TRUE(fileExists(file("disc.bin")));
   });
-  EXPECT_FALSE(FileExists(File("disc.bin")));
+  EXPECT_FALSE(fileExists(file("disc.bin")));
 }
 
 TEST_F(BurnDialog, FilesThatCannotBeDeletedAreNotMentioned) {
-  AlbumAnd([this](Window& dialog) {
-    dialog.Control(kDelete)->checked = 1;
-    std::filesystem::remove(File("disc.cue"));
-    std::filesystem::remove(File("disc.bin"));
-    std::filesystem::create_directory(File("disc.bin"));
+  albumAnd([this](Window& dialog) {
+    dialog.control(kDelete)->checked = 1;
+    std::filesystem::remove(file("disc.cue"));
+    std::filesystem::remove(file("disc.bin"));
+    std::filesystem::create_directory(file("disc.bin"));
   });
-  EXPECT_TRUE(FileExists(File("disc.bin")));
-  EXPECT_THAT(Calls("MessageBox"), IsEmpty());
+  EXPECT_TRUE(fileExists(file("disc.bin")));
+  EXPECT_THAT(calls("MessageBox"), IsEmpty());
   EXPECT_EQ(windowing.ini["velmor_cd/deletefiles"], "1");
 }
 

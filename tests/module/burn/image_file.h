@@ -10,12 +10,12 @@ namespace burn_test {
 inline constexpr int kSector = 2352;
 
 struct ImageFile {
-  explicit ImageFile(size_t count) : bytes(fake_host::Noise(count)) {
-    fake_host::WriteText(path, bytes);
+  explicit ImageFile(size_t count) : bytes(fake_host::noise(count)) {
+    fake_host::writeText(path, bytes);
   }
 
   fake_host::TempFolder folder;
-  const std::string path = folder.File("disc.bin");
+  const std::string path = folder.file("disc.bin");
   const std::string bytes;
 };
 

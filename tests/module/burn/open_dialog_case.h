@@ -22,57 +22,57 @@ inline constexpr int kOk = 1;
 inline constexpr int kCancel = 2;
 inline constexpr int kSelectionChanged = 1;  // CBN_SELCHANGE
 
-inline void Press(fake_host::Window& dialog, int id, int code = 0) {
-  EXPECT_EQ(fake_host::WindowingLayer::Send(dialog, WM_COMMAND, id | code << 16), 0);
+inline void press(fake_host::Window& dialog, int id, int code = 0) {
+  EXPECT_EQ(fake_host::WindowingLayer::send(dialog, WM_COMMAND, id | code << 16), 0);
 }
 
 /// One recorder, "ACME BURNER", and whatever the test adds.
 class OpenDialogCase : public fake_host::BoundSession, public testing::Test {
  protected:
   OpenDialogCase() {
-    recorders.Add("ACME", "BURNER");
+    m_recorders.add("ACME", "BURNER");
     host.ini_file = "/home/somebody/velmor.ini";
   }
 
   /// Renders `seconds` of signal with the marks of `host`, burns after it, and acts in the dialog.
-  void RenderAnd(double seconds, const std::function<void(fake_host::Window&)>& act,
+  void renderAnd(double seconds, const std::function<void(fake_host::Window&)>& act,
                  fake_host::Settings settings = {}) {
     settings.burn_after_render = 1;
-    fake_host::Sink sink = CreateSink("disc.cue", settings);
+    fake_host::Sink sink = createSink("disc.cue", settings);
     ASSERT_TRUE(sink);
-    sink.WriteSignal(static_cast<int64_t>(seconds * 44100.0));
+    sink.writeSignal(static_cast<int64_t>(seconds * 44100.0));
     bool opened = false;
     windowing.on_modal = [&](fake_host::Window& dialog) {
       opened = true;
       act(dialog);
     };
     windowing.calls.clear();
-    EXPECT_EQ(sink.Finish(parent()), 1);
+    EXPECT_EQ(sink.finish(parent()), 1);
     EXPECT_TRUE(opened);
   }
   /// The same with three tracks of five seconds.
-  void AlbumAnd(const std::function<void(fake_host::Window&)>& act,
+  void albumAnd(const std::function<void(fake_host::Window&)>& act,
                 fake_host::Settings settings = {}) {
-    host.marks = {fake_host::Marker(0.0, "One"), fake_host::Marker(5.0, "Two"),
-                  fake_host::Marker(10.0, "Three")};
-    RenderAnd(15.0, act, settings);
+    host.marks = {fake_host::marker(0.0, "One"), fake_host::marker(5.0, "Two"),
+                  fake_host::marker(10.0, "Three")};
+    renderAnd(15.0, act, settings);
   }
   HWND parent() { return &windowing.parent; }
-  std::string Image() const { return fake_host::ReadText(File("disc.bin")); }
+  std::string image() const { return fake_host::readText(file("disc.bin")); }
 
   /// The calls of the layer that begin with `name`.
-  std::vector<std::string> Calls(const std::string& name) const {
+  std::vector<std::string> calls(const std::string& name) const {
     std::vector<std::string> found;
     for (const std::string& call : windowing.calls) {
       if (call.rfind(name, 0) == 0) found.push_back(call);
     }
     return found;
   }
-  std::string Error(const std::string& text) const {
+  std::string error(const std::string& text) const {
     return "MessageBox(\"" + text + "\", \"CD Burn Error\", 0)";
   }
 
-  RecordingDouble recorders;
+  RecordingDouble m_recorders;
 };
 
 }  // namespace burn_test

@@ -8,30 +8,30 @@ namespace burn_test {
 
 namespace {
 
-RecordingDouble* current = nullptr;
+RecordingDouble* g_current = nullptr;
 
-const char* TextOrNull(const std::optional<std::string>& text) {
+const char* textOrNull(const std::optional<std::string>& text) {
   return text ? text->c_str() : nullptr;
 }
 
 }  // namespace
 
 RecordingDouble::RecordingDouble() {
-  if (current != nullptr) ADD_FAILURE() << "two recording services in one process";
-  current = this;
+  if (g_current != nullptr) ADD_FAILURE() << "two recording services in one process";
+  g_current = this;
 }
 
 RecordingDouble::~RecordingDouble() {
-  current = nullptr;
+  g_current = nullptr;
 }
 
-RecordingDouble::Device& RecordingDouble::Add(std::optional<std::string> vendor,
+RecordingDouble::Device& RecordingDouble::add(std::optional<std::string> vendor,
                                               std::optional<std::string> product) {
   devices.push_back({std::move(vendor), std::move(product)});
   return devices.back();
 }
 
-size_t RecordingDouble::NumberOf(void* device) const {
+size_t RecordingDouble::numberOf(void* device) const {
   for (size_t i = 0; i < devices.size(); ++i) {
     if (&devices[i] == device) return i;
   }
@@ -39,8 +39,8 @@ size_t RecordingDouble::NumberOf(void* device) const {
   return 0;
 }
 
-void RecordingDouble::Note(const std::string& call, void* device) {
-  journal.push_back(call + " " + std::to_string(NumberOf(device)));
+void RecordingDouble::note(const std::string& call, void* device) {
+  journal.push_back(call + " " + std::to_string(numberOf(device)));
 }
 
 int RecordingDouble::DeviceCount() {
@@ -59,50 +59,50 @@ void* RecordingDouble::DeviceAt(int index) {
 }
 
 const char* RecordingDouble::VendorName(void* device) {
-  Note("VendorName", device);
-  return TextOrNull(devices[NumberOf(device)].vendor);
+  note("VendorName", device);
+  return textOrNull(devices[numberOf(device)].vendor);
 }
 
 const char* RecordingDouble::ProductName(void* device) {
-  Note("ProductName", device);
-  return TextOrNull(devices[NumberOf(device)].product);
+  note("ProductName", device);
+  return textOrNull(devices[numberOf(device)].product);
 }
 
 bool RecordingDouble::IsValid(void* device) {
-  Note("IsValid", device);
-  return devices[NumberOf(device)].valid;
+  note("IsValid", device);
+  return devices[numberOf(device)].valid;
 }
 
 bool RecordingDouble::AcquireExclusiveAccess(void* device) {
-  Note("AcquireExclusiveAccess", device);
+  note("AcquireExclusiveAccess", device);
   return grants_access;
 }
 
 void RecordingDouble::ReleaseExclusiveAccess(void* device) {
-  Note("ReleaseExclusiveAccess", device);
+  note("ReleaseExclusiveAccess", device);
 }
 
 void* RecordingDouble::BurnForDevice(void* device) {
-  Note("BurnForDevice", device);
-  return gives_burn ? &burn_ : nullptr;
+  note("BurnForDevice", device);
+  return gives_burn ? &m_burn : nullptr;
 }
 
 void RecordingDouble::SetProperties(void* burn, const DiscBurnProperties* set) {
   journal.emplace_back("SetProperties");
-  EXPECT_EQ(burn, &burn_);
+  EXPECT_EQ(burn, &m_burn);
   properties = *set;
 }
 
 void RecordingDouble::RunProgressPanel(void* burn, const DiscTrack* given, int count) {
   journal.emplace_back("RunProgressPanel");
-  EXPECT_EQ(burn, &burn_);
+  EXPECT_EQ(burn, &m_burn);
   ++panels;
   tracks_were_null = given == nullptr;
   tracks.assign(given, given + (given == nullptr ? 0 : count));
   if (on_panel) on_panel(given, count);
 }
 
-std::string Produce(const DiscTrack& track, uint32_t step) {
+std::string produce(const DiscTrack& track, uint32_t step) {
   std::string audio;
   std::string block(step, '\0');
   for (;;) {
@@ -118,7 +118,7 @@ std::string Produce(const DiscTrack& track, uint32_t step) {
 /// What the module asks for whenever it lists or burns.
 extern "C" DiscRecordingService* velmorGetDiscRecording();
 extern "C" DiscRecordingService* velmorGetDiscRecording() {
-  if (burn_test::current == nullptr) return nullptr;
-  ++burn_test::current->lookups;
-  return burn_test::current->is_there ? burn_test::current : nullptr;
+  if (burn_test::g_current == nullptr) return nullptr;
+  ++burn_test::g_current->lookups;
+  return burn_test::g_current->is_there ? burn_test::g_current : nullptr;
 }

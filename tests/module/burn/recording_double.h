@@ -25,8 +25,8 @@ class RecordingDouble final : public DiscRecordingService {
   RecordingDouble(const RecordingDouble&) = delete;
   RecordingDouble& operator=(const RecordingDouble&) = delete;
 
-  Device& Add(std::optional<std::string> vendor, std::optional<std::string> product);
-  void* Handle(size_t device) { return &devices[device]; }
+  Device& add(std::optional<std::string> vendor, std::optional<std::string> product);
+  void* handle(size_t device) { return &devices[device]; }
 
   // Script.
   bool is_there = true;  ///< false: the process has no service now
@@ -56,13 +56,13 @@ class RecordingDouble final : public DiscRecordingService {
   void RunProgressPanel(void* burn, const DiscTrack* tracks, int count) override;
 
  private:
-  size_t NumberOf(void* device) const;
-  void Note(const std::string& call, void* device);
+  size_t numberOf(void* device) const;
+  void note(const std::string& call, void* device);
 
-  int burn_ = 0;  ///< its address is the burn handle
+  int m_burn = 0;  ///< its address is the burn handle
 };
 
 /// All that a track's producer gives, asked for in blocks of `step` bytes until it gives no more.
-std::string Produce(const DiscTrack& track, uint32_t step = 2352);
+std::string produce(const DiscTrack& track, uint32_t step = 2352);
 
 }  // namespace burn_test

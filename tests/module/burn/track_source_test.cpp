@@ -1,5 +1,5 @@
 // What one track reads from the image, and with which system calls.
-#include "module/burn/track_source.h"
+#include "abi/track_source.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,6 +11,7 @@
 #include <random>
 
 #include "module/burn/track_offsets.h"
+#include "module/support/file_read.h"
 #include "tests/module/burn/image_file.h"
 #include "tests/module/support/system_calls.h"
 
@@ -25,137 +26,137 @@ using testing::IsEmpty;
 constexpr int kFill = 32768;
 constexpr int kStaggeredFill = 16384;
 
-std::vector<int64_t> Fills(const SystemCalls& calls) {
+std::vector<int64_t> fills(const SystemCalls& calls) {
   std::vector<int64_t> sizes;
-  for (const auto& record : calls.Records(Call::kPread)) sizes.push_back(record.size);
+  for (const auto& record : calls.records(Call::kPread)) sizes.push_back(record.size);
   return sizes;
 }
 
 class TrackSource : public testing::Test {
  protected:
-  void Cut(const std::vector<int>& sectors) {
+  void cut(const std::vector<int>& sectors) {
     int at = 0;
     for (const int count : sectors) {
-      auto& source = sources.emplace_back(std::make_unique<CDBurnTrackSource>());
-      source->file = &reader;
+      auto& source = m_sources.emplace_back(std::make_unique<CDBurnTrackSource>());
+      source->file = &m_reader;
       source->posbytes = at * kSector;
       source->lenbytes = count * kSector;
       at += count;
     }
   }
-  std::string Ask(size_t track, uint32_t length) {
+  std::string ask(size_t track, uint32_t length) {
     std::string block(length, '\0');
-    const uint32_t got = sources[track]->ProduceData(block.data(), length);
+    const uint32_t got = m_sources[track]->ProduceData(block.data(), length);
     EXPECT_LE(got, length);
     block.resize(std::min(got, length));
     return block;
   }
 
-  ImageFile image{1000 * kSector};
-  YDK_FileRead reader{image.path.c_str()};
-  std::vector<std::unique_ptr<CDBurnTrackSource>> sources;
+  ImageFile m_image{1000 * kSector};
+  YDK_FileRead m_reader{m_image.path.c_str()};
+  std::vector<std::unique_ptr<CDBurnTrackSource>> m_sources;
 };
 
 TEST_F(TrackSource, TracksAskedForInAnyOrderAndAnyPiecesGiveTheImage) {
   std::mt19937 random(20261120);
-  Cut({100, 1, 300, 399, 200});
+  cut({100, 1, 300, 399, 200});
   for (int round = 0; round < 20; ++round) {
-    std::vector<std::string> audio(sources.size());
+    std::vector<std::string> audio(m_sources.size());
     for (int request = 0; request < 2000; ++request) {
-      const size_t track = random() % sources.size();
+      const size_t track = random() % m_sources.size();
       const auto length = static_cast<uint32_t>(random() % (request % 3 == 0 ? 40000 : 3000));
       if (random() % 500 == 0) {
-        ASSERT_TRUE(sources[track]->PrepareTrackForVerification());
+        ASSERT_TRUE(m_sources[track]->PrepareTrackForVerification());
         audio[track].clear();
       }
-      audio[track] += Ask(track, length);
+      audio[track] += ask(track, length);
     }
     std::string disc;
-    for (size_t i = 0; i < sources.size(); ++i) {
-      for (std::string rest = Ask(i, 30576); !rest.empty(); rest = Ask(i, 30576)) audio[i] += rest;
+    for (size_t i = 0; i < m_sources.size(); ++i) {
+      for (std::string rest = ask(i, 30576); !rest.empty(); rest = ask(i, 30576)) audio[i] += rest;
       disc += audio[i];
     }
-    ASSERT_TRUE(disc == image.bytes) << "round " << round;
-    for (const auto& source : sources) source->PrepareTrackForVerification();
+    ASSERT_TRUE(disc == m_image.bytes) << "round " << round;
+    for (const auto& source : m_sources) source->PrepareTrackForVerification();
   }
 }
 
 TEST_F(TrackSource, ATrackEndsAtItsLengthHoweverMuchIsAskedFor) {
-  Cut({10, 10});
-  EXPECT_EQ(Ask(0, 100 * kSector), image.bytes.substr(0, 10 * kSector));
-  EXPECT_EQ(Ask(0, kSector), "");
-  EXPECT_EQ(Ask(1, 9 * kSector + 1).size(), size_t{9 * kSector + 1});
-  EXPECT_EQ(Ask(1, kSector).size(), size_t{kSector - 1});
+  cut({10, 10});
+  EXPECT_EQ(ask(0, 100 * kSector), m_image.bytes.substr(0, 10 * kSector));
+  EXPECT_EQ(ask(0, kSector), "");
+  EXPECT_EQ(ask(1, 9 * kSector + 1).size(), size_t{9 * kSector + 1});
+  EXPECT_EQ(ask(1, kSector).size(), size_t{kSector - 1});
 }
 
 TEST_F(TrackSource, VerificationStartsTheTrackAnewAndTheReaderAtTheImagesBeginning) {
-  Cut({10, 10});
-  Ask(1, 3 * kSector);
-  EXPECT_TRUE(sources[1]->PrepareTrackForVerification());
-  EXPECT_EQ(sources[1]->rdpos, 0);
-  EXPECT_EQ(reader.GetPosition(), 0);
-  EXPECT_EQ(Ask(1, kSector), image.bytes.substr(10 * kSector, kSector));
+  cut({10, 10});
+  ask(1, 3 * kSector);
+  EXPECT_TRUE(m_sources[1]->PrepareTrackForVerification());
+  EXPECT_EQ(m_sources[1]->rdpos, 0);
+  EXPECT_EQ(m_reader.GetPosition(), 0);
+  EXPECT_EQ(ask(1, kSector), m_image.bytes.substr(10 * kSector, kSector));
 }
 
 TEST_F(TrackSource, ASequenceOfSectorsIsReadInFillsOf32768Bytes) {
-  Cut({1000});
-  Ask(0, kSector);  // the first fill has a length of its own
+  cut({1000});
+  ask(0, kSector);  // the first fill has a length of its own
   SystemCalls calls;
-  for (int i = 1; i < 140; ++i) Ask(0, kSector);
-  EXPECT_EQ(calls.Count(Call::kPread), calls.SystemCallCount()) << "nothing but reads";
-  EXPECT_THAT(Fills(calls), testing::Each(kFill));
-  EXPECT_LE(calls.Count(Call::kPread), 140 * kSector / kFill + 1);
+  for (int i = 1; i < 140; ++i) ask(0, kSector);
+  EXPECT_EQ(calls.count(Call::kPread), calls.systemCallCount()) << "nothing but reads";
+  EXPECT_THAT(fills(calls), testing::Each(kFill));
+  EXPECT_LE(calls.count(Call::kPread), 140 * kSector / kFill + 1);
 }
 
 TEST_F(TrackSource, TheFirstFillAfterASeekIsAlternatelyWholeAndHalf) {
-  Cut({250, 250, 250, 250});
-  Ask(0, kSector);
+  cut({250, 250, 250, 250});
+  ask(0, kSector);
   SystemCalls calls;
-  for (const size_t track : {1u, 2u, 3u, 0u}) Ask(track, kSector);
-  const std::vector<int64_t> fills = Fills(calls);
-  const int64_t first = fills.empty() ? 0 : fills[0];
+  for (const size_t track : {1u, 2u, 3u, 0u}) ask(track, kSector);
+  const std::vector<int64_t> sizes = fills(calls);
+  const int64_t first = sizes.empty() ? 0 : sizes[0];
   EXPECT_TRUE(first == kFill || first == kStaggeredFill) << first;
   const int64_t second = kFill + kStaggeredFill - first;
-  EXPECT_THAT(fills, ElementsAre(first, second, first, second));
+  EXPECT_THAT(sizes, ElementsAre(first, second, first, second));
 }
 
 TEST_F(TrackSource, ASeekInsideTheBufferIsNoSystemCall) {
-  Cut({1, 1, 1, 1, 996});
-  Ask(0, 1);
+  cut({1, 1, 1, 1, 996});
+  ask(0, 1);
   SystemCalls calls;
   for (const size_t track : {3u, 1u, 2u, 0u, 4u}) {
-    EXPECT_EQ(Ask(track, 100).size(), 100u);
-    sources[track]->rdpos = 0;
+    EXPECT_EQ(ask(track, 100).size(), 100u);
+    m_sources[track]->rdpos = 0;
   }
-  EXPECT_EQ(calls.SystemCallCount(), 0);
+  EXPECT_EQ(calls.systemCallCount(), 0);
 }
 
 TEST_F(TrackSource, AReadThatFailsIsAShortAnswerWhileBuffered) {
-  Cut({1000});
-  Ask(0, kSector);
+  cut({1000});
+  ask(0, kSector);
   SystemCalls calls;
-  calls.Fail(Call::kPread, EIO);
+  calls.fail(Call::kPread, EIO);
   std::string block(60000, '\0');
-  const uint32_t got = sources[0]->ProduceData(block.data(), 60000);
+  const uint32_t got = m_sources[0]->ProduceData(block.data(), 60000);
   EXPECT_LT(got, 60000u);
-  EXPECT_EQ(block.substr(0, got), image.bytes.substr(kSector, got));
-  EXPECT_EQ(sources[0]->ProduceData(block.data(), 100), 0u);
+  EXPECT_EQ(block.substr(0, got), m_image.bytes.substr(kSector, got));
+  EXPECT_EQ(m_sources[0]->ProduceData(block.data(), 100), 0u);
 }
 
 TEST_F(TrackSource, AReadThatFailsWithoutABufferIsAnAnswerAboveTheAskedLength) {
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
-  YDK_FileRead unbuffered(image.path.c_str());
-  calls.Fail(Call::kRealloc, 0, 0, -1);
-  calls.Fail(Call::kMalloc, 0, 0, -1);
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
+  YDK_FileRead unbuffered(m_image.path.c_str());
+  calls.fail(Call::kRealloc, 0, 0, -1);
+  calls.fail(Call::kMalloc, 0, 0, -1);
   CDBurnTrackSource source;
   source.file = &unbuffered;
   source.lenbytes = 10 * kSector;
   char block[kSector];
   ASSERT_EQ(source.ProduceData(block, kSector), uint32_t{kSector});
-  ASSERT_EQ(calls.Records(Call::kPread).back().size, kSector) << "it is unbuffered";
-  calls.Fail(Call::kPread, EIO);
+  ASSERT_EQ(calls.records(Call::kPread).back().size, kSector) << "it is unbuffered";
+  calls.fail(Call::kPread, EIO);
   EXPECT_EQ(source.ProduceData(block, kSector), UINT32_MAX) << "a failure, never data";
   EXPECT_EQ(unbuffered.GetPosition(), kSector - 1) << "a failed read moves it back by one byte";
   EXPECT_EQ(source.rdpos, kSector - 1);

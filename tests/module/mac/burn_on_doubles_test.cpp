@@ -16,9 +16,9 @@
 namespace {
 
 using doubles::Device;
-using doubles::ProducerOf;
-using doubles::PropertiesOf;
-using doubles::TheDesk;
+using doubles::producerOf;
+using doubles::propertiesOf;
+using doubles::theDesk;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -31,7 +31,7 @@ struct Module {
   BurnImageFn burn_image = nullptr;
 };
 
-Module& TheModule() {
+Module& theModule() {
   static Module module;
   return module;
 }
@@ -39,28 +39,28 @@ Module& TheModule() {
 class LoadedOnce : public testing::Environment {
  public:
   void SetUp() override {
-    doubles::SetUpProcess(doubles::Application::kDelegateWithProvider);
-    layer_.emplace();
+    doubles::setUpProcess(doubles::Application::kDelegateWithProvider);
+    m_layer.emplace();
     void* const handle = dlopen(VELMOR_GNUSTEP_MODULE, RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(handle, nullptr) << dlerror();
-    EXPECT_THAT(TheDesk().log_lines, IsEmpty());
-    EXPECT_EQ(layer_->lookups.size(), 365U);
-    TheModule().list_recorders =
+    EXPECT_THAT(theDesk().log_lines, IsEmpty());
+    EXPECT_EQ(m_layer->lookups.size(), 365U);
+    theModule().list_recorders =
         reinterpret_cast<ListRecordersFn>(dlsym(handle, "velmorTestListRecorders"));
-    TheModule().burn_image = reinterpret_cast<BurnImageFn>(dlsym(handle, "velmorTestBurnImage"));
-    ASSERT_NE(TheModule().list_recorders, nullptr);
-    ASSERT_NE(TheModule().burn_image, nullptr);
+    theModule().burn_image = reinterpret_cast<BurnImageFn>(dlsym(handle, "velmorTestBurnImage"));
+    ASSERT_NE(theModule().list_recorders, nullptr);
+    ASSERT_NE(theModule().burn_image, nullptr);
   }
-  static std::vector<std::string>& LayerCalls() { return layer_->calls; }
+  static std::vector<std::string>& layerCalls() { return m_layer->calls; }
 
  private:
-  static inline std::optional<fake_host::WindowingLayer> layer_;
+  static inline std::optional<fake_host::WindowingLayer> m_layer;
 };
 
 const auto* const kEnvironment = testing::AddGlobalTestEnvironment(new LoadedOnce);
 
 // An image in which every byte tells where it stands.
-std::string ImageBytes(size_t size) {
+std::string imageBytes(size_t size) {
   std::string bytes(size, '\0');
   for (size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i / 7 + i / kSector);
   return bytes;
@@ -68,49 +68,49 @@ std::string ImageBytes(size_t size) {
 
 class Burn : public testing::Test {
  protected:
-  Burn() { doubles::SetDevices({Device{.name = "first"}, Device{.name = "second"}}); }
+  Burn() { doubles::setDevices({Device{.name = "first"}, Device{.name = "second"}}); }
 
   // All of it inside an autorelease pool, as in an application.
-  void Run(const std::vector<int>& offsets, size_t image_size, bool eject = false,
+  void run(const std::vector<int>& offsets, size_t image_size, bool eject = false,
            bool test_burn = false, int device = 1) {
-    image_ = ImageBytes(image_size);
-    fake_host::WriteText(folder_.File("disc.bin"), image_);
+    m_image = imageBytes(image_size);
+    fake_host::writeText(m_folder.file("disc.bin"), m_image);
     const doubles::Pool pool;
-    TheModule().burn_image(TheDesk().devices.at(static_cast<size_t>(device)).object,
+    theModule().burn_image(theDesk().devices.at(static_cast<size_t>(device)).object,
                            static_cast<int>(offsets.size()), offsets.data(),
-                           folder_.File("disc.bin").c_str(), eject, test_burn);
+                           m_folder.file("disc.bin").c_str(), eject, test_burn);
   }
 
   // Runs `check` while the panel burns, then lets it finish.
-  static void WhileBurning(std::function<void()> check) {
-    TheDesk().on_turn = [check = std::move(check)] {
+  static void whileBurning(std::function<void()> check) {
+    theDesk().on_turn = [check = std::move(check)] {
       check();
-      doubles::FinishBurn();
+      doubles::finishBurn();
     };
   }
 
-  static std::string Data(int track, uint32_t length) {
+  static std::string data(int track, uint32_t length) {
     std::string buffer(length, '?');
-    const uint32_t n = ProducerOf(track).ProduceData(buffer.data(), length);
+    const uint32_t n = producerOf(track).produceData(buffer.data(), length);
     buffer.resize(n);
     return buffer;
   }
 
-  std::string Sectors(int first, int count) const {
-    return image_.substr(static_cast<size_t>(first) * kSector,
-                         static_cast<size_t>(count) * kSector);
+  std::string sectors(int first, int count) const {
+    return m_image.substr(static_cast<size_t>(first) * kSector,
+                          static_cast<size_t>(count) * kSector);
   }
 
-  static int Created(const char* name) { return TheDesk().created[name]; }
-  static int Gone(const char* name) { return TheDesk().gone[name]; }
+  static int created(const char* name) { return theDesk().created[name]; }
+  static int gone(const char* name) { return theDesk().gone[name]; }
 
-  fake_host::TempFolder folder_;
-  std::string image_;
+  fake_host::TempFolder m_folder;
+  std::string m_image;
 };
 
 TEST_F(Burn, GoesThroughItsStepsInOrder) {
-  Run({0, 352800}, 705600);
-  EXPECT_THAT(TheDesk().calls,
+  run({0, 352800}, 705600);
+  EXPECT_THAT(theDesk().calls,
               ElementsAre("devices", "isValid second", "acquireExclusiveAccess second",
                           "burnForDevice:second",
                           "DRBurn setProperties:", "initWithProducer:", "DRTrack setProperties:",
@@ -123,12 +123,12 @@ TEST_F(Burn, GoesThroughItsStepsInOrder) {
 }
 
 TEST_F(Burn, AnApplicationInTheBackgroundLooksForTheEndOfTheSession) {
-  TheDesk().active = false;
-  TheDesk().on_turn = [] {
-    if (TheDesk().turns == 3) doubles::FinishBurn();
+  theDesk().active = false;
+  theDesk().on_turn = [] {
+    if (theDesk().turns == 3) doubles::finishBurn();
   };
-  LoadedOnce::LayerCalls().clear();
-  Run({0}, kSector);
+  LoadedOnce::layerCalls().clear();
+  run({0}, kSector);
   const std::vector<std::string> expected = {"isActive",
                                              "beginModalSessionForWindow:DRBurnProgressPanel",
                                              "runModalSession:",
@@ -139,11 +139,11 @@ TEST_F(Burn, AnApplicationInTheBackgroundLooksForTheEndOfTheSession) {
                                              "releaseExclusiveAccess second",
                                              "dealloc QuinloCDBurnDel",
                                              "dealloc QuinloCDBurnSource"};
-  const std::vector<std::string>& calls = TheDesk().calls;
+  const std::vector<std::string>& calls = theDesk().calls;
   ASSERT_GE(calls.size(), expected.size());
   EXPECT_EQ(std::vector<std::string>(calls.end() - static_cast<long>(expected.size()), calls.end()),
             expected);
-  EXPECT_THAT(LoadedOnce::LayerCalls(), ElementsAre("Sleep(1)", "Sleep(1)"))
+  EXPECT_THAT(LoadedOnce::layerCalls(), ElementsAre("Sleep(1)", "Sleep(1)"))
       << "a pause after each answer to go on, none after the last";
 }
 
@@ -157,10 +157,10 @@ TEST_F(Burn, HasItsPropertiesInOrder) {
       {true, false, "DRBurnCompletionActionEject", "DRBurnCompletionActionEject"},
       {false, true, "DRBurnCompletionActionMount", "DRBurnFailureActionNone"}};
   for (const Case& c : cases) {
-    doubles::SetDevices({Device{.name = "only"}});
-    Run({0}, kSector, c.eject, c.test_burn, 0);
+    doubles::setDevices({Device{.name = "only"}});
+    run({0}, kSector, c.eject, c.test_burn, 0);
     EXPECT_THAT(
-        TheDesk().burn_properties,
+        theDesk().burn_properties,
         ElementsAre(Pair("DRBurnTestingKey", c.test_burn ? "bool 1" : "bool 0"),
                     Pair("DRBurnAppendableKey", "bool 0"), Pair("DRBurnOverwriteDiscKey", "bool 1"),
                     Pair("DRBurnVerifyDiscKey", "bool 0"),
@@ -170,118 +170,118 @@ TEST_F(Burn, HasItsPropertiesInOrder) {
 }
 
 TEST_F(Burn, TwoTracksOfTwoSecondsEachAreCutAtBlock150) {
-  WhileBurning([] {
-    ASSERT_EQ(TheDesk().layout.size(), 2U);
+  whileBurning([] {
+    ASSERT_EQ(theDesk().layout.size(), 2U);
     for (int i = 0; i < 2; ++i) {
-      EXPECT_EQ(ProducerOf(i).Variable("posbytes"), i * 352800);
-      EXPECT_EQ(ProducerOf(i).Variable("lenbytes"), 352800);
-      EXPECT_EQ(ProducerOf(i).Variable("rdpos"), 0);
-      EXPECT_TRUE(ProducerOf(i).ConformsToProtocol());
-      EXPECT_THAT(PropertiesOf(i),
+      EXPECT_EQ(producerOf(i).variable("posbytes"), i * 352800);
+      EXPECT_EQ(producerOf(i).variable("lenbytes"), 352800);
+      EXPECT_EQ(producerOf(i).variable("rdpos"), 0);
+      EXPECT_TRUE(producerOf(i).conformsToProtocol());
+      EXPECT_THAT(propertiesOf(i),
                   ElementsAre(Pair("DRPreGapLengthKey", "i 0"), Pair("DRDataFormKey", "i 0"),
                               Pair("DRTrackModeKey", "i 0"), Pair("DRBlockTypeKey", "i 0"),
                               Pair("DRSessionFormatKey", "i 0"), Pair("DRBlockSizeKey", "i 2352"),
                               Pair("DRTrackLengthKey", "i 150")));
     }
   });
-  Run({0, 352800}, 705600);
-  EXPECT_EQ(TheDesk().turns, 1);
+  run({0, 352800}, 705600);
+  EXPECT_EQ(theDesk().turns, 1);
 }
 
 TEST_F(Burn, OffsetsAreCutToBlocksTheFirstIsNotReadAndTheLastTrackIsRoundedUp) {
-  WhileBurning([] {
-    EXPECT_EQ(ProducerOf(0).Variable("posbytes"), 0);
-    EXPECT_EQ(ProducerOf(0).EstimateLength(), 2U);
-    EXPECT_EQ(ProducerOf(1).Variable("posbytes"), 2 * kSector);
-    EXPECT_EQ(ProducerOf(1).EstimateLength(), 3U);
+  whileBurning([] {
+    EXPECT_EQ(producerOf(0).variable("posbytes"), 0);
+    EXPECT_EQ(producerOf(0).estimateLength(), 2U);
+    EXPECT_EQ(producerOf(1).variable("posbytes"), 2 * kSector);
+    EXPECT_EQ(producerOf(1).estimateLength(), 3U);
   });
-  Run({999999, 3 * kSector - 1}, 4 * kSector + 1);
-  EXPECT_EQ(TheDesk().turns, 1);
+  run({999999, 3 * kSector - 1}, 4 * kSector + 1);
+  EXPECT_EQ(theDesk().turns, 1);
 }
 
 TEST_F(Burn, TheLayoutHasRoomForItsTracksAndForOneAtLeast) {
   for (const int count : {0, 1, 3}) {
-    doubles::SetDevices({Device{.name = "only"}});
-    WhileBurning([count] { EXPECT_EQ(TheDesk().layout.size(), static_cast<size_t>(count)); });
+    doubles::setDevices({Device{.name = "only"}});
+    whileBurning([count] { EXPECT_EQ(theDesk().layout.size(), static_cast<size_t>(count)); });
     std::vector<int> offsets(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i) offsets[static_cast<size_t>(i)] = i * kSector;
-    Run(offsets, 3 * kSector, false, false, 0);
-    EXPECT_EQ(TheDesk().turns, 1) << "the panel is shown for " << count << " tracks";
-    EXPECT_THAT(TheDesk().array_capacities,
+    run(offsets, 3 * kSector, false, false, 0);
+    EXPECT_EQ(theDesk().turns, 1) << "the panel is shown for " << count << " tracks";
+    EXPECT_THAT(theDesk().array_capacities,
                 Contains(static_cast<unsigned long>(std::max(count, 1))).Times(1));
   }
 }
 
 TEST_F(Burn, TracksMayBeAskedInAnyOrder) {
-  WhileBurning([this] {
-    EXPECT_EQ(Data(1, kSector), Sectors(2, 1));
-    EXPECT_EQ(Data(0, kSector), Sectors(0, 1));
-    EXPECT_EQ(Data(1, 2 * kSector), Sectors(3, 2));
-    EXPECT_EQ(Data(0, 4 * kSector), Sectors(1, 1)) << "a track ends where the next begins";
-    EXPECT_EQ(Data(0, kSector), "");
-    EXPECT_EQ(ProducerOf(0).Variable("rdpos"), 2 * kSector);
+  whileBurning([this] {
+    EXPECT_EQ(data(1, kSector), sectors(2, 1));
+    EXPECT_EQ(data(0, kSector), sectors(0, 1));
+    EXPECT_EQ(data(1, 2 * kSector), sectors(3, 2));
+    EXPECT_EQ(data(0, 4 * kSector), sectors(1, 1)) << "a track ends where the next begins";
+    EXPECT_EQ(data(0, kSector), "");
+    EXPECT_EQ(producerOf(0).variable("rdpos"), 2 * kSector);
   });
-  Run({0, 2 * kSector}, 5 * kSector);
-  EXPECT_EQ(TheDesk().turns, 1);
+  run({0, 2 * kSector}, 5 * kSector);
+  EXPECT_EQ(theDesk().turns, 1);
 }
 
 TEST_F(Burn, AnImageThatEndsInsideABlockGivesAShortLastRead) {
-  WhileBurning([this] {
-    EXPECT_EQ(ProducerOf(0).EstimateLength(), 2U);
-    EXPECT_EQ(Data(0, 2 * kSector), image_);
-    EXPECT_EQ(Data(0, kSector), "");
+  whileBurning([this] {
+    EXPECT_EQ(producerOf(0).estimateLength(), 2U);
+    EXPECT_EQ(data(0, 2 * kSector), m_image);
+    EXPECT_EQ(data(0, kSector), "");
   });
-  Run({0}, kSector + 100);
-  EXPECT_EQ(TheDesk().turns, 1);
+  run({0}, kSector + 100);
+  EXPECT_EQ(theDesk().turns, 1);
 }
 
 TEST_F(Burn, VerificationStartsATrackAnew) {
-  WhileBurning([this] {
-    for (const int track : {0, 1}) Data(track, 2 * kSector);
+  whileBurning([this] {
+    for (const int track : {0, 1}) data(track, 2 * kSector);
     for (const int track : {1, 0}) {
-      EXPECT_TRUE(ProducerOf(track).PrepareForVerification());
-      EXPECT_EQ(ProducerOf(track).Variable("rdpos"), 0);
-      EXPECT_EQ(Data(track, 2 * kSector), Sectors(2 * track, 2));
+      EXPECT_TRUE(producerOf(track).prepareForVerification());
+      EXPECT_EQ(producerOf(track).variable("rdpos"), 0);
+      EXPECT_EQ(data(track, 2 * kSector), sectors(2 * track, 2));
       const std::string wrong(kSector, 'x');
-      EXPECT_TRUE(ProducerOf(track).VerifyPreGap(wrong.data(), kSector));
-      EXPECT_TRUE(ProducerOf(track).VerifyData(wrong.data(), kSector));
-      EXPECT_TRUE(ProducerOf(track).CleanUpAfterVerification());
+      EXPECT_TRUE(producerOf(track).verifyPreGap(wrong.data(), kSector));
+      EXPECT_TRUE(producerOf(track).verifyData(wrong.data(), kSector));
+      EXPECT_TRUE(producerOf(track).cleanUpAfterVerification());
     }
   });
-  Run({0, 2 * kSector}, 4 * kSector);
-  EXPECT_EQ(TheDesk().turns, 1);
+  run({0, 2 * kSector}, 4 * kSector);
+  EXPECT_EQ(theDesk().turns, 1);
 }
 
 TEST_F(Burn, TheProducersOtherAnswers) {
-  WhileBurning([] {
-    EXPECT_TRUE(ProducerOf(0).Prepare());
+  whileBurning([] {
+    EXPECT_TRUE(producerOf(0).prepare());
     std::string gap(kSector + 1, 'x');
-    EXPECT_EQ(ProducerOf(0).ProducePreGap(gap.data(), kSector), static_cast<uint32_t>(kSector));
+    EXPECT_EQ(producerOf(0).producePreGap(gap.data(), kSector), static_cast<uint32_t>(kSector));
     EXPECT_EQ(gap, std::string(kSector, '\0') + 'x');
-    ProducerOf(0).CleanUpAfterBurn();
-    EXPECT_EQ(ProducerOf(0).Variable("rdpos"), 0);
+    producerOf(0).cleanUpAfterBurn();
+    EXPECT_EQ(producerOf(0).variable("rdpos"), 0);
   });
-  Run({0}, kSector);
-  EXPECT_EQ(TheDesk().turns, 1);
-  EXPECT_FALSE(TheDesk().delegate_reports_itself) << "the panel reports the burn's end";
+  run({0}, kSector);
+  EXPECT_EQ(theDesk().turns, 1);
+  EXPECT_FALSE(theDesk().delegate_reports_itself) << "the panel reports the burn's end";
 }
 
 // The layout, the burn and the dictionaries are the pool's; everything else was given back.
 TEST_F(Burn, LeavesNothingBehindAndGivesNothingBackTwice) {
   for (const bool active : {true, false}) {
-    doubles::SetDevices({Device{.name = "only"}});
-    TheDesk().active = active;
-    WhileBurning([] {
+    doubles::setDevices({Device{.name = "only"}});
+    theDesk().active = active;
+    whileBurning([] {
       for (const char* name : {"QuinloCDBurnSource", "DRTrack", "QuinloCDBurnDel", "DRBurn"}) {
-        EXPECT_EQ(Gone(name), 0) << name;
+        EXPECT_EQ(gone(name), 0) << name;
       }
     });
-    Run({0, kSector, 2 * kSector}, 3 * kSector, false, false, 0);
-    EXPECT_EQ(Created("QuinloCDBurnSource"), 3);
-    EXPECT_EQ(Created("DRTrack"), 3);
-    EXPECT_EQ(Created("QuinloCDBurnDel"), 1);
-    EXPECT_EQ(Created("DRBurn"), 1);
-    EXPECT_EQ(TheDesk().created, TheDesk().gone);
+    run({0, kSector, 2 * kSector}, 3 * kSector, false, false, 0);
+    EXPECT_EQ(created("QuinloCDBurnSource"), 3);
+    EXPECT_EQ(created("DRTrack"), 3);
+    EXPECT_EQ(created("QuinloCDBurnDel"), 1);
+    EXPECT_EQ(created("DRBurn"), 1);
+    EXPECT_EQ(theDesk().created, theDesk().gone);
   }
 }
 
@@ -294,10 +294,10 @@ struct Failure {
 class BurnRefused : public Burn, public testing::WithParamInterface<Failure> {};
 
 TEST_P(BurnRefused, EndsWithoutAPanelAndWithoutTheRecorder) {
-  doubles::SetDevices({GetParam().device});
-  Run({0}, kSector, false, false, 0);
-  EXPECT_EQ(TheDesk().calls, GetParam().calls);
-  EXPECT_EQ(TheDesk().created, TheDesk().gone);
+  doubles::setDevices({GetParam().device});
+  run({0}, kSector, false, false, 0);
+  EXPECT_EQ(theDesk().calls, GetParam().calls);
+  EXPECT_EQ(theDesk().created, theDesk().gone);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -314,44 +314,44 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(Burn, ARecorderThatIsNotListedIsNotAskedAnything) {
   const int offset = 0;
-  void* const stranger = &image_;
+  void* const stranger = &m_image;
   for (const bool has_list : {true, false}) {
-    TheDesk().calls.clear();
-    TheDesk().has_device_list = has_list;
+    theDesk().calls.clear();
+    theDesk().has_device_list = has_list;
     const doubles::Pool pool;
-    TheModule().burn_image(stranger, 1, &offset, "/dev/null", false, false);
-    EXPECT_THAT(TheDesk().calls, ElementsAre("devices"));
+    theModule().burn_image(stranger, 1, &offset, "/dev/null", false, false);
+    EXPECT_THAT(theDesk().calls, ElementsAre("devices"));
   }
 }
 
 class Listing : public testing::Test {
  protected:
-  std::vector<std::string> List(const std::vector<Device>& devices) {
-    doubles::SetDevices(devices);
+  std::vector<std::string> list(const std::vector<Device>& devices) {
+    doubles::setDevices(devices);
     const doubles::Pool pool;
-    TheModule().list_recorders(&combo_);
-    return combo_.items;
+    theModule().list_recorders(&m_combo);
+    return m_combo.items;
   }
-  Listing() { combo_.dialog = &dialog_; }
+  Listing() { m_combo.dialog = &m_dialog; }
 
-  fake_host::Window dialog_;
-  fake_host::Window combo_;
+  fake_host::Window m_dialog;
+  fake_host::Window m_combo;
 };
 
 TEST_F(Listing, ShowsVendorAndProductAndKeepsTheRecorderItself) {
-  EXPECT_THAT(List({Device{.name = "a", .vendor = "ACME", .product = "X1"},
+  EXPECT_THAT(list({Device{.name = "a", .vendor = "ACME", .product = "X1"},
                     Device{.name = "b", .vendor = std::nullopt, .product = "X2"},
                     Device{.name = "c", .vendor = "ACME", .product = std::nullopt}}),
               ElementsAre("ACME X1", "X2", "ACME"));
-  ASSERT_EQ(combo_.item_data.size(), 3U);
+  ASSERT_EQ(m_combo.item_data.size(), 3U);
   for (size_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(combo_.item_data[i], reinterpret_cast<intptr_t>(TheDesk().devices[i].object));
+    EXPECT_EQ(m_combo.item_data[i], reinterpret_cast<intptr_t>(theDesk().devices[i].object));
   }
-  EXPECT_THAT(TheDesk().calls, ElementsAre("devices", "info a", "info b", "info c"));
+  EXPECT_THAT(theDesk().calls, ElementsAre("devices", "info a", "info b", "info c"));
 }
 
 TEST_F(Listing, LeavesOutARecorderWithoutADescriptionOrWithoutNames) {
-  EXPECT_THAT(List({Device{.name = "a", .has_description = false},
+  EXPECT_THAT(list({Device{.name = "a", .has_description = false},
                     Device{.name = "b", .vendor = std::nullopt, .product = std::nullopt},
                     Device{.name = "c", .vendor = "", .product = ""},
                     Device{.name = "d", .vendor = "", .product = "LAST"}}),
@@ -359,16 +359,16 @@ TEST_F(Listing, LeavesOutARecorderWithoutADescriptionOrWithoutNames) {
 }
 
 TEST_F(Listing, IsEmptyWithoutRecorders) {
-  EXPECT_THAT(List({}), IsEmpty());
-  doubles::SetDevices({Device{.name = "hidden"}});
-  TheDesk().has_device_list = false;
+  EXPECT_THAT(list({}), IsEmpty());
+  doubles::setDevices({Device{.name = "hidden"}});
+  theDesk().has_device_list = false;
   const doubles::Pool pool;
-  TheModule().list_recorders(&combo_);
-  EXPECT_THAT(combo_.items, IsEmpty());
+  theModule().list_recorders(&m_combo);
+  EXPECT_THAT(m_combo.items, IsEmpty());
 }
 
 TEST_F(Listing, NamesInTheWritingOfAnyCountryComeThrough) {
-  EXPECT_THAT(List({Device{.name = "a", .vendor = "Ö-Werke", .product = "焼く"}}),
+  EXPECT_THAT(list({Device{.name = "a", .vendor = "Ö-Werke", .product = "焼く"}}),
               ElementsAre("Ö-Werke 焼く"));
 }
 

@@ -16,7 +16,7 @@ using testing::UnorderedElementsAreArray;
 using NamesByLibrary = std::map<std::string, std::set<std::string>>;
 
 // By the last part of the library's path.
-NamesByLibrary BoundNames() {
+NamesByLibrary boundNames() {
   NamesByLibrary names;
   for (const macho::Binding& binding : macho::MachOFile(VELMOR_DYLIB).bindings) {
     const std::string library = binding.library.substr(binding.library.rfind('/') + 1);
@@ -26,11 +26,11 @@ NamesByLibrary BoundNames() {
 }
 
 TEST(DylibBindings, TheApplicationObjectIsAppKits) {
-  EXPECT_THAT(BoundNames()["AppKit"], UnorderedElementsAre("_NSApp"));
+  EXPECT_THAT(boundNames()["AppKit"], UnorderedElementsAre("_NSApp"));
 }
 
 TEST(DylibBindings, CollectionsAreCoreFoundationsAndTheRestOfFoundationIsItsOwn) {
-  NamesByLibrary names = BoundNames();
+  NamesByLibrary names = boundNames();
   EXPECT_THAT(names["CoreFoundation"], UnorderedElementsAre("_OBJC_CLASS_$_NSMutableArray",
                                                             "___CFConstantStringClassReference",
                                                             "_OBJC_CLASS_$_NSMutableDictionary"));
@@ -39,7 +39,7 @@ TEST(DylibBindings, CollectionsAreCoreFoundationsAndTheRestOfFoundationIsItsOwn)
 
 TEST(DylibBindings, TheRuntimeIsLibobjcs) {
   EXPECT_THAT(
-      BoundNames()["libobjc.A.dylib"],
+      boundNames()["libobjc.A.dylib"],
       UnorderedElementsAre("_OBJC_CLASS_$_NSObject", "_OBJC_METACLASS_$_NSObject",
                            "__objc_empty_cache", "_objc_alloc", "_objc_msgSend", "_objc_release"));
 }
@@ -66,18 +66,18 @@ TEST(DylibBindings, RecordersBurnsTracksAndTheirKeysAreDiscRecordings) {
                                              "_DRSessionFormatKey",
                                              "_DRBlockSizeKey",
                                              "_DRTrackLengthKey"};
-  EXPECT_THAT(BoundNames()["DiscRecording"], UnorderedElementsAreArray(expected));
+  EXPECT_THAT(boundNames()["DiscRecording"], UnorderedElementsAreArray(expected));
 }
 
 TEST(DylibBindings, TheProgressPanelIsDiscRecordingUIs) {
-  EXPECT_THAT(BoundNames()["DiscRecordingUI"],
+  EXPECT_THAT(boundNames()["DiscRecordingUI"],
               UnorderedElementsAre("_OBJC_CLASS_$_DRBurnProgressPanel"));
 }
 
 // From a C++ library as old as macOS 10.13: allocation and the runtime's own support, nothing of
 // its classes.
 TEST(DylibBindings, TheCppLibraryGivesAllocationAndTheRuntimesSupportOnly) {
-  const NamesByLibrary names = BoundNames();
+  const NamesByLibrary names = boundNames();
   for (const std::string& name : names.at("libc++.1.dylib")) {
     EXPECT_THAT(name, testing::MatchesRegex("__Zn[aw]m.*|__Zd[al]Pv.*|___cxa_.*|___gxx_.*|"
                                             "__ZTVN10__cxxabiv1.*|__ZSt7nothrow|__ZSt9terminatev"));
@@ -85,7 +85,7 @@ TEST(DylibBindings, TheCppLibraryGivesAllocationAndTheRuntimesSupportOnly) {
 }
 
 TEST(DylibBindings, NothingOfTheOtherLibrariesIsTakenFromTheSystemLibrary) {
-  const NamesByLibrary names = BoundNames();
+  const NamesByLibrary names = boundNames();
   EXPECT_GT(names.at("libSystem.B.dylib").size(), 10U);
   for (const std::string& name : names.at("libSystem.B.dylib")) {
     EXPECT_THAT(
@@ -99,7 +99,7 @@ TEST(DylibBindings, NothingOfTheOtherLibrariesIsTakenFromTheSystemLibrary) {
 
 TEST(DylibBindings, EveryLibraryIsOneOfThese) {
   std::vector<std::string> libraries;
-  for (const auto& [library, names] : BoundNames()) libraries.push_back(library);
+  for (const auto& [library, names] : boundNames()) libraries.push_back(library);
   EXPECT_THAT(libraries, UnorderedElementsAre("AppKit", "CoreFoundation", "DiscRecording",
                                               "DiscRecordingUI", "Foundation", "libSystem.B.dylib",
                                               "libc++.1.dylib", "libobjc.A.dylib"));

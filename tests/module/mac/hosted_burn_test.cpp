@@ -8,7 +8,7 @@
 
 namespace {
 
-using fake_host::Marker;
+using fake_host::marker;
 using fake_host::Window;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -27,28 +27,28 @@ class RecorderDouble final : public DiscRecordingService {
   };
 
   int DeviceCount() override { return 2; }
-  void* DeviceAt(int index) override { return &devices_[index]; }
+  void* DeviceAt(int index) override { return &m_devices[index]; }
   const char* VendorName(void* device) override {
-    return device == &devices_[0] ? "ACME" : nullptr;
+    return device == &m_devices[0] ? "ACME" : nullptr;
   }
   const char* ProductName(void* /*device*/) override { return "CD-1"; }
-  bool IsValid(void* device) override { return Note("IsValid", device) && valid; }
-  bool AcquireExclusiveAccess(void* device) override { return Note("Acquire", device) && grants; }
-  void ReleaseExclusiveAccess(void* device) override { Note("Release", device); }
+  bool IsValid(void* device) override { return note("IsValid", device) && valid; }
+  bool AcquireExclusiveAccess(void* device) override { return note("Acquire", device) && grants; }
+  void ReleaseExclusiveAccess(void* device) override { note("Release", device); }
   void* BurnForDevice(void* device) override {
-    return Note("Burn", device) && gives_burn ? &burn_ : nullptr;
+    return note("Burn", device) && gives_burn ? &m_burn : nullptr;
   }
   void SetProperties(void* burn, const DiscBurnProperties* given) override {
-    EXPECT_EQ(burn, &burn_);
+    EXPECT_EQ(burn, &m_burn);
     properties = *given;
   }
   void RunProgressPanel(void* burn, const DiscTrack* given, int count) override {
-    EXPECT_EQ(burn, &burn_);
-    for (int i = 0; i < count; ++i) tracks.push_back(Record(given[i]));
+    EXPECT_EQ(burn, &m_burn);
+    for (int i = 0; i < count; ++i) tracks.push_back(record(given[i]));
     // Verification starts the track anew, whichever was read last.
     for (int i = 0; i < count; ++i) {
       EXPECT_TRUE(given[i].producer->PrepareTrackForVerification());
-      EXPECT_EQ(Record(given[i]), tracks[static_cast<size_t>(i)]);
+      EXPECT_EQ(record(given[i]), tracks[static_cast<size_t>(i)]);
       EXPECT_TRUE(given[i].producer->VerifyPreGap(nullptr, 0));
       EXPECT_TRUE(given[i].producer->VerifyData(nullptr, 0));
       EXPECT_TRUE(given[i].producer->CleanupTrackAfterVerification());
@@ -63,11 +63,11 @@ class RecorderDouble final : public DiscRecordingService {
   int panels = 0;
 
  private:
-  bool Note(const std::string& call, const void* device) {
-    calls.push_back(call + (device == &devices_[0] ? " first" : " second"));
+  bool note(const std::string& call, const void* device) {
+    calls.push_back(call + (device == &m_devices[0] ? " first" : " second"));
     return true;
   }
-  static Track Record(const DiscTrack& track) {
+  static Track record(const DiscTrack& track) {
     EXPECT_EQ(track.pregap_length, 0);
     EXPECT_EQ(track.data_form, 0);
     EXPECT_EQ(track.track_mode, 0);
@@ -89,8 +89,8 @@ class RecorderDouble final : public DiscRecordingService {
     return recorded;
   }
 
-  char devices_[2] = {};
-  char burn_ = 0;
+  char m_devices[2] = {};
+  char m_burn = 0;
 };
 
 RecorderDouble* g_recorder;
@@ -106,74 +106,74 @@ namespace {
 
 class HostedBurn : public fake_host::BoundSession, public testing::Test {
  protected:
-  HostedBurn() { g_recorder = &recorder_; }
+  HostedBurn() { g_recorder = &m_recorder; }
   ~HostedBurn() override { g_recorder = nullptr; }
 
   // Renders ten seconds in two tracks, picks a recorder in the dialog and presses its button.
-  void RenderAndBurn(int drive, bool eject) {
-    host.marks = {Marker(0.0, "One"), Marker(6.0, "Two")};
+  void renderAndBurn(int drive, bool eject) {
+    host.marks = {marker(0.0, "One"), marker(6.0, "Two")};
     windowing.on_modal = [=, this](Window& dialog) {
-      Window& drives = *dialog.Control(kDriveBox);
-      entries_ = drives.items;
+      Window& drives = *dialog.control(kDriveBox);
+      m_entries = drives.items;
       drives.selection = drive;
-      dialog.Control(kEjectBox)->checked = eject ? 1 : 0;
-      fake_host::WindowingLayer::Send(dialog, WM_COMMAND, IDOK);
+      dialog.control(kEjectBox)->checked = eject ? 1 : 0;
+      fake_host::WindowingLayer::send(dialog, WM_COMMAND, IDOK);
     };
-    fake_host::Sink sink = CreateSink("disc.cue", {.burn_after_render = 1});
-    sink.WriteSignal(10 * 44100);
-    sink.Finish();
+    fake_host::Sink sink = createSink("disc.cue", {.burn_after_render = 1});
+    sink.writeSignal(10 * 44100);
+    sink.finish();
   }
 
-  RecorderDouble recorder_;
-  std::vector<std::string> entries_;
+  RecorderDouble m_recorder;
+  std::vector<std::string> m_entries;
 };
 
 TEST_F(HostedBurn, PutsTheImageOnTheDiscTrackByTrack) {
-  RenderAndBurn(1, false);
-  EXPECT_THAT(entries_, ElementsAre("ACME CD-1", "CD-1"));
-  EXPECT_THAT(recorder_.calls,
+  renderAndBurn(1, false);
+  EXPECT_THAT(m_entries, ElementsAre("ACME CD-1", "CD-1"));
+  EXPECT_THAT(m_recorder.calls,
               ElementsAre("IsValid second", "Acquire second", "Burn second", "Release second"));
-  const std::string image = fake_host::ReadText(File("disc.bin"));
+  const std::string image = fake_host::readText(file("disc.bin"));
   ASSERT_EQ(image.size(), size_t{750} * kSector);
-  ASSERT_EQ(recorder_.tracks.size(), 2U);
-  EXPECT_EQ(recorder_.tracks[0].length, 450);
-  EXPECT_EQ(recorder_.tracks[1].length, 300);
-  EXPECT_TRUE(recorder_.tracks[0].data + recorder_.tracks[1].data == image);
+  ASSERT_EQ(m_recorder.tracks.size(), 2U);
+  EXPECT_EQ(m_recorder.tracks[0].length, 450);
+  EXPECT_EQ(m_recorder.tracks[1].length, 300);
+  EXPECT_TRUE(m_recorder.tracks[0].data + m_recorder.tracks[1].data == image);
 }
 
 TEST_F(HostedBurn, TellsTheRecorderWhatToDoWithTheDisc) {
   for (const bool eject : {false, true}) {
-    RenderAndBurn(0, eject);
-    EXPECT_FALSE(recorder_.properties.testing);
-    EXPECT_FALSE(recorder_.properties.appendable);
-    EXPECT_TRUE(recorder_.properties.overwrite);
-    EXPECT_FALSE(recorder_.properties.verify);
-    EXPECT_EQ(recorder_.properties.completion_action, eject ? kDiscActionEject : kDiscActionMount);
-    EXPECT_EQ(recorder_.properties.failure_action, eject ? kDiscActionEject : kDiscActionNone);
+    renderAndBurn(0, eject);
+    EXPECT_FALSE(m_recorder.properties.testing);
+    EXPECT_FALSE(m_recorder.properties.appendable);
+    EXPECT_TRUE(m_recorder.properties.overwrite);
+    EXPECT_FALSE(m_recorder.properties.verify);
+    EXPECT_EQ(m_recorder.properties.completion_action, eject ? kDiscActionEject : kDiscActionMount);
+    EXPECT_EQ(m_recorder.properties.failure_action, eject ? kDiscActionEject : kDiscActionNone);
   }
-  EXPECT_EQ(recorder_.panels, 2);
+  EXPECT_EQ(m_recorder.panels, 2);
 }
 
 TEST_F(HostedBurn, EndsSilentlyAtTheFirstStepThatFails) {
-  recorder_.gives_burn = false;
-  RenderAndBurn(0, false);
-  EXPECT_THAT(recorder_.calls,
+  m_recorder.gives_burn = false;
+  renderAndBurn(0, false);
+  EXPECT_THAT(m_recorder.calls,
               ElementsAre("IsValid first", "Acquire first", "Burn first", "Release first"));
-  recorder_.calls.clear();
-  recorder_.grants = false;
-  RenderAndBurn(0, false);
-  EXPECT_THAT(recorder_.calls, ElementsAre("IsValid first", "Acquire first"));
-  recorder_.calls.clear();
-  recorder_.valid = false;
-  RenderAndBurn(0, false);
-  EXPECT_THAT(recorder_.calls, ElementsAre("IsValid first"));
-  EXPECT_EQ(recorder_.panels, 0);
+  m_recorder.calls.clear();
+  m_recorder.grants = false;
+  renderAndBurn(0, false);
+  EXPECT_THAT(m_recorder.calls, ElementsAre("IsValid first", "Acquire first"));
+  m_recorder.calls.clear();
+  m_recorder.valid = false;
+  renderAndBurn(0, false);
+  EXPECT_THAT(m_recorder.calls, ElementsAre("IsValid first"));
+  EXPECT_EQ(m_recorder.panels, 0);
 }
 
 TEST_F(HostedBurn, WithoutAServiceNoRecorderIsListed) {
   g_recorder = nullptr;
-  RenderAndBurn(-1, false);
-  EXPECT_THAT(entries_, IsEmpty());
+  renderAndBurn(-1, false);
+  EXPECT_THAT(m_entries, IsEmpty());
 }
 
 }  // namespace

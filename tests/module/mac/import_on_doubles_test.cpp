@@ -26,8 +26,8 @@ struct Case {
 };
 
 // Loads the module; prints what the log and the provider saw, where the parent can compare it.
-[[noreturn]] void LoadAndReport(const Case& c) {
-  doubles::SetUpProcess(c.application);
+[[noreturn]] void loadAndReport(const Case& c) {
+  doubles::setUpProcess(c.application);
   WindowingLayer layer;
   layer.has_lookup = c.has_lookup;
   layer.version = c.version;
@@ -37,7 +37,7 @@ struct Case {
     std::cerr << dlerror() << '\n';
     std::_Exit(1);
   }
-  const auto& lines = doubles::TheDesk().log_lines;
+  const auto& lines = doubles::theDesk().log_lines;
   if (lines != c.lines) std::cerr << "log: " << testing::PrintToString(lines) << '\n';
   if (layer.lookups.size() != c.lookups) std::cerr << "lookups: " << layer.lookups.size() << '\n';
   const bool hook_answers = reinterpret_cast<int (*)()>(dlsym(handle, "QUELM_dllMain"))() == 1;
@@ -47,7 +47,7 @@ struct Case {
 class Import : public testing::TestWithParam<Case> {};
 
 TEST_P(Import, LogsWhatIsMissingAndNeverStopsTheModule) {
-  EXPECT_EXIT(LoadAndReport(GetParam()), testing::ExitedWithCode(0), "^$");
+  EXPECT_EXIT(loadAndReport(GetParam()), testing::ExitedWithCode(0), "^$");
 }
 
 const std::vector<std::string> kNotFound = {"QUELM API provider not found\n"};

@@ -19,7 +19,7 @@ constexpr uint64_t kMethods = 32;
 constexpr uint64_t kProtocols = 40;
 constexpr uint64_t kVariables = 48;
 
-Methods ReadMethods(const MachOFile& file, uint64_t list) {
+Methods readMethods(const MachOFile& file, uint64_t list) {
   Methods methods;
   if (list == 0) return methods;
   const uint32_t entry_size = file.halfWord(list);
@@ -30,7 +30,7 @@ Methods ReadMethods(const MachOFile& file, uint64_t list) {
   return methods;
 }
 
-std::vector<InstanceVariable> ReadVariables(const MachOFile& file, uint64_t list) {
+std::vector<InstanceVariable> readVariables(const MachOFile& file, uint64_t list) {
   std::vector<InstanceVariable> variables;
   if (list == 0) return variables;
   const uint32_t entry_size = file.halfWord(list);
@@ -42,7 +42,7 @@ std::vector<InstanceVariable> ReadVariables(const MachOFile& file, uint64_t list
   return variables;
 }
 
-std::vector<std::string> ReadProtocols(const MachOFile& file, uint64_t list) {
+std::vector<std::string> readProtocols(const MachOFile& file, uint64_t list) {
   std::vector<std::string> names;
   if (list == 0) return names;
   for (uint64_t i = 0; i < file.word(list); ++i) {
@@ -52,7 +52,7 @@ std::vector<std::string> ReadProtocols(const MachOFile& file, uint64_t list) {
   return names;
 }
 
-std::string SymbolBoundAt(const MachOFile& file, uint64_t address) {
+std::string symbolBoundAt(const MachOFile& file, uint64_t address) {
   for (const macho::Binding& binding : file.bindings) {
     if (binding.address == address) return binding.symbol;
   }
@@ -61,7 +61,7 @@ std::string SymbolBoundAt(const MachOFile& file, uint64_t address) {
 
 }  // namespace
 
-std::vector<ObjectiveCClass> ReadClasses(const MachOFile& file) {
+std::vector<ObjectiveCClass> readClasses(const MachOFile& file) {
   std::vector<ObjectiveCClass> classes;
   const macho::Section* list = file.findSection("__DATA", "__objc_classlist");
   if (!list) return classes;
@@ -71,12 +71,12 @@ std::vector<ObjectiveCClass> ReadClasses(const MachOFile& file) {
     const uint64_t meta_constant_part = file.word(file.word(address) + kConstantPart);
     ObjectiveCClass read;
     read.name = file.text(file.word(constant_part + kName));
-    read.superclass = SymbolBoundAt(file, address + kSuperclass);
+    read.superclass = symbolBoundAt(file, address + kSuperclass);
     read.instance_size = file.halfWord(constant_part + kInstanceSize);
-    read.methods = ReadMethods(file, file.word(constant_part + kMethods));
-    read.class_methods = ReadMethods(file, file.word(meta_constant_part + kMethods));
-    read.variables = ReadVariables(file, file.word(constant_part + kVariables));
-    read.protocols = ReadProtocols(file, file.word(constant_part + kProtocols));
+    read.methods = readMethods(file, file.word(constant_part + kMethods));
+    read.class_methods = readMethods(file, file.word(meta_constant_part + kMethods));
+    read.variables = readVariables(file, file.word(constant_part + kVariables));
+    read.protocols = readProtocols(file, file.word(constant_part + kProtocols));
     classes.push_back(std::move(read));
   }
   return classes;

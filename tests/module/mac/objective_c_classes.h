@@ -28,6 +28,6 @@ struct ObjectiveCClass {
 };
 
 /// In the order of the file's class list.
-std::vector<ObjectiveCClass> ReadClasses(const macho::MachOFile& file);
+std::vector<ObjectiveCClass> readClasses(const macho::MachOFile& file);
 
 }  // namespace mac

@@ -14,8 +14,8 @@ using testing::Pair;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
-ObjectiveCClass Class(const std::string& name) {
-  for (ObjectiveCClass& read : mac::ReadClasses(macho::MachOFile(VELMOR_DYLIB))) {
+ObjectiveCClass classNamed(const std::string& name) {
+  for (ObjectiveCClass& read : mac::readClasses(macho::MachOFile(VELMOR_DYLIB))) {
     if (read.name == name) return read;
   }
   ADD_FAILURE() << "there is no class " << name;
@@ -24,7 +24,7 @@ ObjectiveCClass Class(const std::string& name) {
 
 TEST(ObjectiveCClasses, AreTheTrackProducerAndThePanelsDelegate) {
   std::vector<std::string> names;
-  for (const ObjectiveCClass& read : mac::ReadClasses(macho::MachOFile(VELMOR_DYLIB))) {
+  for (const ObjectiveCClass& read : mac::readClasses(macho::MachOFile(VELMOR_DYLIB))) {
     names.push_back(read.name);
     EXPECT_EQ(read.superclass, "_OBJC_CLASS_$_NSObject") << read.name;
     EXPECT_THAT(read.class_methods, IsEmpty()) << read.name;
@@ -33,7 +33,7 @@ TEST(ObjectiveCClasses, AreTheTrackProducerAndThePanelsDelegate) {
 }
 
 TEST(ObjectiveCClasses, TheProducersVariablesFollowTheClassPointer) {
-  const ObjectiveCClass source = Class("QuinloCDBurnSource");
+  const ObjectiveCClass source = classNamed("QuinloCDBurnSource");
   ASSERT_EQ(source.variables.size(), 4U);
   EXPECT_THAT(source.variables[0].type, StartsWith("^{YDK_FileRead="));
   EXPECT_THAT(
@@ -45,7 +45,7 @@ TEST(ObjectiveCClasses, TheProducersVariablesFollowTheClassPointer) {
 }
 
 TEST(ObjectiveCClasses, TheProducerAdoptsTheFrameworksProtocol) {
-  EXPECT_THAT(Class("QuinloCDBurnSource").protocols, ElementsAre("DRTrackDataProduction"));
+  EXPECT_THAT(classNamed("QuinloCDBurnSource").protocols, ElementsAre("DRTrackDataProduction"));
 }
 
 // Encoded as the framework calls them: Q a 64-bit and I a 32-bit unsigned number, c a BOOL.
@@ -53,7 +53,7 @@ TEST(ObjectiveCClasses, TheProducersMethodsHaveTheProtocolsTypes) {
   const char* const buffer_out = "I56@0:8@16*24I32Q36I44^I48";
   const char* const buffer_in = "c56@0:8@16r*24I32Q36I44^I48";
   EXPECT_THAT(
-      Class("QuinloCDBurnSource").methods,
+      classNamed("QuinloCDBurnSource").methods,
       UnorderedElementsAre(
           Pair("estimateLengthOfTrack:", "Q24@0:8@16"),
           Pair("prepareTrack:forBurn:toMedia:", "c40@0:8@16@24@32"),
@@ -67,7 +67,7 @@ TEST(ObjectiveCClasses, TheProducersMethodsHaveTheProtocolsTypes) {
 }
 
 TEST(ObjectiveCClasses, TheDelegateHasTheTwoAnswersAndNoVariables) {
-  const ObjectiveCClass delegate = Class("QuinloCDBurnDel");
+  const ObjectiveCClass delegate = classNamed("QuinloCDBurnDel");
   EXPECT_THAT(delegate.variables, IsEmpty());
   EXPECT_EQ(delegate.instance_size, 8U);
   EXPECT_THAT(delegate.methods,

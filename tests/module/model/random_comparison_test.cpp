@@ -18,12 +18,12 @@
 namespace model {
 namespace {
 
-uint64_t FromEnvironment(const char* name, uint64_t otherwise) {
+uint64_t fromEnvironment(const char* name, uint64_t otherwise) {
   const char* text = std::getenv(name);
   return text ? std::strtoull(text, nullptr, 10) : otherwise;
 }
 
-void Script(fake_host::PluginHost& host, const Project& project) {
+void script(fake_host::PluginHost& host, const Project& project) {
   host.marks.clear();
   for (const ProjectEntry& entry : project.entries) {
     host.marks.push_back({entry.is_region, entry.position, entry.end, entry.name});
@@ -39,13 +39,14 @@ void Script(fake_host::PluginHost& host, const Project& project) {
   host.journal.clear();
 }
 
-std::string DifferenceFromImage(const std::vector<uint8_t>& expected, const std::string& actual) {
+std::string differenceFromImage(const std::vector<uint8_t>& expected, const std::string& actual) {
   if (expected.size() != actual.size()) {
     return "the image has " + std::to_string(actual.size()) + " bytes instead of " +
            std::to_string(expected.size());
   }
-  if (expected.empty() || std::memcmp(expected.data(), actual.data(), actual.size()) == 0)
+  if (expected.empty() || std::memcmp(expected.data(), actual.data(), actual.size()) == 0) {
     return {};
+  }
   const auto [at, other] = std::mismatch(
       expected.begin(), expected.end(), actual.begin(),
       [](uint8_t byte, char character) { return byte == static_cast<uint8_t>(character); });
@@ -53,7 +54,7 @@ std::string DifferenceFromImage(const std::vector<uint8_t>& expected, const std:
          std::to_string(actual.size());
 }
 
-std::string Describe(const RandomRender& render) {
+std::string describe(const RandomRender& render) {
   std::string text = "mode " + std::to_string(render.config.track_mode) + ", disc lead-in " +
                      std::to_string(render.config.disc_leadin_ms) + ", track lead-in " +
                      std::to_string(render.config.track_leadin_ms) + ", # only " +
@@ -78,84 +79,85 @@ struct Coverage {
 class RandomComparison : public testing::Test {
  protected:
   /// Empty when the module and the model agree.
-  std::string DifferenceOf(const RandomRender& render) {
-    Script(session_.host, render.project);
-    const std::string path = session_.File(render.file_name);
-    const OutputPaths paths = *OutputPathsFor(path);
-    ReferenceDisc disc(render.project, render.EffectiveConfig(), paths.image);
+  std::string differenceOf(const RandomRender& render) {
+    script(m_session.host, render.project);
+    const std::string path = m_session.file(render.file_name);
+    const OutputPaths paths = *outputPathsFor(path);
+    ReferenceDisc disc(render.project, render.effectiveConfig(), paths.image);
 
     unsigned char blob[64] = {};
     std::memcpy(blob, &render.config, sizeof render.config);
-    fake_host::Sink sink(session_.registration().CreateSink(path.c_str(), blob,
-                                                            render.config_length, 2, 44100, false));
+    fake_host::Sink sink(m_session.registration().CreateSink(
+        path.c_str(), blob, render.config_length, 2, 44100, false));
     if (!sink) return "no sink";
     std::string difference;
     if (sink->GetFileName() != paths.reported_sheet) difference = "the file name";
     sink->SetStartTime(render.start_time);
-    disc.SetStartTime(render.start_time);
+    disc.setStartTime(render.start_time);
     for (const Block& block : render.blocks) {
-      std::vector<double*> channels = ChannelsOf(block);
+      std::vector<double*> channels = channelsOf(block);
       sink->WriteDoubles(channels.data(), block.frames, block.channels, block.offset,
                          block.spacing);
-      disc.WriteBlock(channels.data(), block.frames, block.channels, block.offset, block.spacing);
+      disc.writeBlock(channels.data(), block.frames, block.channels, block.offset, block.spacing);
       if (sink->GetLength() != disc.length()) return "the length after a block";
     }
     if (render.finishes) {
-      sink.Finish();
-      disc.Finish();
+      sink.finish();
+      disc.finish();
     }
     if (sink->GetLength() != disc.length()) difference = "the length at the end";
-    sink.Delete();
+    sink.destroy();
     if (difference.empty()) {
-      difference = DifferenceFromImage(disc.image(), fake_host::ReadText(paths.image));
+      difference = differenceFromImage(disc.image(), fake_host::readText(paths.image));
     }
-    if (difference.empty())
-      difference = DifferenceFromSheet(disc.sheet(), fake_host::ReadText(path));
-    if (!session_.host.disk_counters.empty()) difference = "a write failed";
+    if (difference.empty()) {
+      difference = differenceFromSheet(disc.sheet(), fake_host::readText(path));
+    }
+    if (!m_session.host.disk_counters.empty()) difference = "a write failed";
     std::filesystem::remove(path);
     std::filesystem::remove(paths.image);
-    Count(disc);
+    count(disc);
     return difference;
   }
 
-  void Count(const ReferenceDisc& disc) {
-    coverage_.tracks += static_cast<int>(disc.track_count());
-    coverage_.renders_of_several_tracks += disc.track_count() > 1;
-    coverage_.renders_with_tags += disc.sheet().body.find("    PERFORMER") != std::string::npos ||
-                                   disc.sheet().body.find("    ISRC") != std::string::npos;
-    coverage_.renders_with_joined_regions += disc.title_count() > disc.track_count();
+  void count(const ReferenceDisc& disc) {
+    m_coverage.tracks += static_cast<int>(disc.trackCount());
+    m_coverage.renders_of_several_tracks += disc.trackCount() > 1;
+    m_coverage.renders_with_tags += disc.sheet().body.find("    PERFORMER") != std::string::npos ||
+                                    disc.sheet().body.find("    ISRC") != std::string::npos;
+    m_coverage.renders_with_joined_regions += disc.titleCount() > disc.trackCount();
   }
 
-  fake_host::BoundSession session_;
-  Coverage coverage_;
+  fake_host::BoundSession m_session;
+  Coverage m_coverage;
 };
 
 TEST_F(RandomComparison, TheModuleLeavesWhatTheModelSays) {
-  const uint64_t first = FromEnvironment("VELMOR_MODEL_FIRST_SEED", 1);
-  const uint64_t count = FromEnvironment("VELMOR_MODEL_SEEDS", 400);
+  const uint64_t first = fromEnvironment("VELMOR_MODEL_FIRST_SEED", 1);
+  const uint64_t count = fromEnvironment("VELMOR_MODEL_SEEDS", 400);
   int failures = 0;
   for (uint64_t seed = first; seed < first + count && failures < 5; ++seed) {
-    const RandomRender render = MakeRandomRender(seed);
-    const std::string difference = DifferenceOf(render);
+    const RandomRender render = makeRandomRender(seed);
+    const std::string difference = differenceOf(render);
     if (difference.empty()) continue;
     ++failures;
     ADD_FAILURE() << "VELMOR_MODEL_FIRST_SEED=" << seed << " VELMOR_MODEL_SEEDS=1\n"
-                  << Describe(render) << difference;
+                  << describe(render) << difference;
   }
   std::printf("%d tracks, %d renders of several, %d with tags, %d with joined regions\n",
-              coverage_.tracks, coverage_.renders_of_several_tracks, coverage_.renders_with_tags,
-              coverage_.renders_with_joined_regions);
+              m_coverage.tracks, m_coverage.renders_of_several_tracks, m_coverage.renders_with_tags,
+              m_coverage.renders_with_joined_regions);
   if (count < 100) return;
   // Otherwise the renders would show little.
   const int renders = static_cast<int>(count);
-  EXPECT_GT(coverage_.renders_of_several_tracks, renders / 4);
-  EXPECT_GT(coverage_.tracks, renders * 3 / 2);
-  EXPECT_GT(coverage_.renders_with_tags, renders / 5);
-  EXPECT_GT(coverage_.renders_with_joined_regions, renders / 20);
+  EXPECT_GT(m_coverage.renders_of_several_tracks, renders / 4);
+  EXPECT_GT(m_coverage.tracks, renders * 3 / 2);
+  EXPECT_GT(m_coverage.renders_with_tags, renders / 5);
+  EXPECT_GT(m_coverage.renders_with_joined_regions, renders / 20);
 }
 
 /// A render of whole-second blocks and one long one, without lead-ins.
-RandomRender HandMade(int mode, std::vector<ProjectEntry> entries,
+RandomRender handMade(int mode, std::vector<ProjectEntry> entries,
                       const std::vector<int>& block_lengths) {
   RandomRender render;
   render.config.format_code = static_cast<int32_t>(kIsoFormatCode);
@@ -170,30 +172,30 @@ TEST_F(RandomComparison, ARegionThatEndsJustBeforeTheStartIsNotYetATrack) {
   // It lets the whole first block through, and the next region still joins track 1.
   const double just_before = -0.5 / 44100;
   const RandomRender render =
-      HandMade(kTracksFromRegions, {{true, -1.0, just_before, "over"}, {true, 5.0, 10.0, "next"}},
+      handMade(kTracksFromRegions, {{true, -1.0, just_before, "over"}, {true, 5.0, 10.0, "next"}},
                {200000, 200000, 100000});
-  EXPECT_EQ(DifferenceOf(render), "");
-  EXPECT_EQ(coverage_.tracks, 1);
+  EXPECT_EQ(differenceOf(render), "");
+  EXPECT_EQ(m_coverage.tracks, 1);
 }
 
 TEST_F(RandomComparison, ARegionEndThatRoundingLeavesOpenByAFrameLetsTheRestOfItsBlockThrough) {
   // From 1.0 s on the region holds 26906 frames and a half, less than a double can tell; after
   // these have been written it seems to hold one more.
   const RandomRender render =
-      HandMade(kTracksFromRegions, {{true, 0.5, 1.610124716553288, "a"}, {true, 5.0, 7.0, "b"}},
+      handMade(kTracksFromRegions, {{true, 0.5, 1.610124716553288, "a"}, {true, 5.0, 7.0, "b"}},
                {44100, 44100, 200000});
-  EXPECT_EQ(DifferenceOf(render), "");
+  EXPECT_EQ(differenceOf(render), "");
 }
 
 TEST_F(RandomComparison, AMarkerWithoutATimeTagsNoTrack) {
   const double no_time = std::numeric_limits<double>::quiet_NaN();
-  const RandomRender render = HandMade(kTracksFromMarkers,
+  const RandomRender render = handMade(kTracksFromMarkers,
                                        {{false, no_time, 0.0, "PERF=Nobody"},
                                         {false, 1.0, 0.0, "PERF=Ana"},
                                         {false, 5.0, 0.0, "Two"}},
                                        {200000, 200000});
-  EXPECT_EQ(DifferenceOf(render), "");
-  EXPECT_EQ(coverage_.tracks, 2);
+  EXPECT_EQ(differenceOf(render), "");
+  EXPECT_EQ(m_coverage.tracks, 2);
 }
 
 TEST_F(RandomComparison, AStartTimeThatIsNoTimeHarmsNothing) {
@@ -201,22 +203,22 @@ TEST_F(RandomComparison, AStartTimeThatIsNoTimeHarmsNothing) {
        {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
         -std::numeric_limits<double>::infinity(), 1e308, -1e308, 1e17}) {
     for (const int mode : {kTracksFromMarkers, kTracksFromRegions, kOneTrack}) {
-      RandomRender render = HandMade(mode,
+      RandomRender render = handMade(mode,
                                      {{false, 1.0, 0.0, "PERF=Ana"},
                                       {true, 1.5, 5.0, "a"},
                                       {false, 5.0, 0.0, "Two"},
                                       {true, 5.0, 7.0, "ISRC=USABC0500001"}},
                                      {200000, 44100});
       render.start_time = start;
-      EXPECT_EQ(DifferenceOf(render), "") << start << " in mode " << mode;
+      EXPECT_EQ(differenceOf(render), "") << start << " in mode " << mode;
     }
   }
 }
 
 TEST_F(RandomComparison, AnEmptyRegionLetsTheRestOfItsBlockThrough) {
-  const RandomRender render = HandMade(
+  const RandomRender render = handMade(
       kTracksFromRegions, {{true, 1.0, 1.0, "empty"}, {true, 5.5, 7.0, "next"}}, {88200, 200000});
-  EXPECT_EQ(DifferenceOf(render), "");
+  EXPECT_EQ(differenceOf(render), "");
 }
 
 }  // namespace

@@ -28,15 +28,15 @@ struct RandomRender {
   bool finishes = true;  ///< false: aborted
 
   /// The configuration that the blob's length leaves in force.
-  SinkConfig EffectiveConfig() const;
+  SinkConfig effectiveConfig() const;
 };
 
-RandomRender MakeRandomRender(uint64_t seed);
+RandomRender makeRandomRender(uint64_t seed);
 
 /// The samples that all renders draw from: noise, corners of the 16-bit range, overs and NaN.
-const std::vector<double>& SamplePool();
+const std::vector<double>& samplePool();
 
 /// The channels of a block, as a host's array of pointers into the pool.
-std::vector<double*> ChannelsOf(const Block& block);
+std::vector<double*> channelsOf(const Block& block);
 
 }  // namespace model

@@ -37,10 +37,10 @@ struct OutputPaths {
 };
 
 /// The paths for the host's file name, or nothing when no image name can be made of it.
-std::optional<OutputPaths> OutputPathsFor(const std::string& file_name);
+std::optional<OutputPaths> outputPathsFor(const std::string& file_name);
 
 /// One 16-bit sample of a sample whose full scale is 1.0; NaN is silence.
-int16_t ConvertSample(double sample);
+int16_t convertSample(double sample);
 
 /// A sheet in two parts, because where two metadata keys differ only in case either may win.
 struct CueSheet {
@@ -49,7 +49,7 @@ struct CueSheet {
 };
 
 /// Empty when `actual` is the sheet, otherwise a description of the first difference.
-std::string DifferenceFromSheet(const CueSheet& expected, std::string_view actual);
+std::string differenceFromSheet(const CueSheet& expected, std::string_view actual);
 
 /// One render, driven like a sink.
 class ReferenceDisc {
@@ -57,18 +57,18 @@ class ReferenceDisc {
   /// `config` is the configuration as the sink reads it: a short or foreign blob is all zeros.
   ReferenceDisc(const Project& project, const SinkConfig& config, std::string image_path);
 
-  void SetStartTime(double seconds) { start_time_ = seconds; }
+  void setStartTime(double seconds) { m_start_time = seconds; }
   /// Frame i of channel c is `samples[c][offset + i * spacing]`.
-  void WriteBlock(const double* const* samples, int frames, int channels, int offset, int spacing);
+  void writeBlock(const double* const* samples, int frames, int channels, int offset, int spacing);
   /// Pads the image to a whole sector and writes the sheet.
-  void Finish();
+  void finish();
 
-  const std::vector<uint8_t>& image() const { return image_; }
-  const CueSheet& sheet() const { return sheet_; }
+  const std::vector<uint8_t>& image() const { return m_image; }
+  const CueSheet& sheet() const { return m_sheet; }
   /// Frames as the sink counts them (a silence of broken frames counts its whole frames).
-  double length() const { return static_cast<double>(frames_written_) / 44100.0; }
-  size_t track_count() const { return tracks_.size(); }
-  size_t title_count() const { return names_.size(); }
+  double length() const { return static_cast<double>(m_frames_written) / 44100.0; }
+  size_t trackCount() const { return m_tracks.size(); }
+  size_t titleCount() const { return m_names.size(); }
 
  private:
   /// The part of a block that is still to be handled.
@@ -84,37 +84,37 @@ class ReferenceDisc {
     double length;
   };
 
-  void NameFirstTrack();
-  void WriteDiscLeadIn();
-  void WriteSilence(int64_t milliseconds);
-  void WriteZeros(int64_t bytes);
-  void PadToSector();
-  void TrackLeadIn();
-  void Take(Rest& rest, int64_t frames);
-  void Discard(Rest& rest, int64_t frames);
-  void CutAtMarkers(Rest rest);
-  void KeepRegions(Rest rest);
-  bool EnterNextRegion(Rest& rest);
-  bool IsTrackMarker(const ProjectEntry& entry) const;
-  bool FarEnoughForATrack() const { return length() - tracks_.back() >= 4.0; }
-  Span SpanOfTrack(size_t track) const;
-  void WriteSheet();
-  void WriteTrackTags(size_t track);
+  void nameFirstTrack();
+  void writeDiscLeadIn();
+  void writeSilence(int64_t milliseconds);
+  void writeZeros(int64_t bytes);
+  void padToSector();
+  void trackLeadIn();
+  void take(Rest& rest, int64_t frames);
+  void discard(Rest& rest, int64_t frames);
+  void cutAtMarkers(Rest rest);
+  void keepRegions(Rest rest);
+  bool enterNextRegion(Rest& rest);
+  bool isTrackMarker(const ProjectEntry& entry) const;
+  bool farEnoughForATrack() const { return length() - m_tracks.back() >= 4.0; }
+  Span spanOfTrack(size_t track) const;
+  void writeSheet();
+  void writeTrackTags(size_t track);
 
-  const Project& project_;
-  SinkConfig config_;
-  std::string image_path_;
-  double start_time_ = 0.0;
-  std::vector<uint8_t> image_;
-  CueSheet sheet_;
-  int64_t frames_written_ = 0;
-  int64_t frames_received_ = 0;
-  size_t next_entry_ = 0;
-  double region_end_ = -1.0;  ///< relative to the start time
-  std::vector<double> tracks_;
-  std::vector<std::string> names_;
-  std::vector<double> source_positions_;
-  std::vector<double> source_lengths_;
+  const Project& m_project;
+  SinkConfig m_config;
+  std::string m_image_path;
+  double m_start_time = 0.0;
+  std::vector<uint8_t> m_image;
+  CueSheet m_sheet;
+  int64_t m_frames_written = 0;
+  int64_t m_frames_received = 0;
+  size_t m_next_entry = 0;
+  double m_region_end = -1.0;  ///< relative to the start time
+  std::vector<double> m_tracks;
+  std::vector<std::string> m_names;
+  std::vector<double> m_source_positions;
+  std::vector<double> m_source_lengths;
 };
 
 }  // namespace model

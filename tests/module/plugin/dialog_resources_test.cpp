@@ -68,7 +68,7 @@ const std::vector<Row> kProgressRows = {
     {"__QUELM_LABEL", 0, "Burning in progress...", 0, 7, 7, 172, 8, 0},
 };
 
-std::vector<Row> RowsOf(const Layout& layout) {
+std::vector<Row> rowsOf(const Layout& layout) {
   std::vector<Row> rows;
   for (const QuelmControl& row : layout.rows) {
     rows.push_back({row.first_text, row.first_value, row.second_text, row.second_value, row.x,
@@ -80,32 +80,32 @@ std::vector<Row> RowsOf(const Layout& layout) {
 class DialogResources : public testing::Test {
  protected:
   void SetUp() override {
-    SinkConfig config = fake_host::MakeConfig({});
-    session_.registration().ShowConfig(&config, sizeof config, &session_.windowing.parent);
-    ASSERT_THAT(session_.windowing.requests, SizeIs(1));
-    for (const auto* link = session_.windowing.requests[0].head; link != nullptr;
+    SinkConfig config = fake_host::makeConfig({});
+    m_session.registration().ShowConfig(&config, sizeof config, &m_session.windowing.parent);
+    ASSERT_THAT(m_session.windowing.requests, SizeIs(1));
+    for (const auto* link = m_session.windowing.requests[0].head; link != nullptr;
          link = link->next) {
-      list_.push_back(link);
-      ASSERT_LE(list_.size(), 3U) << "the list goes on";
+      m_list.push_back(link);
+      ASSERT_LE(m_list.size(), 3U) << "the list goes on";
     }
-    ASSERT_EQ(list_.size(), 3U);
-    session_.windowing.layouts.clear();
-    session_.windowing.calls.clear();
+    ASSERT_EQ(m_list.size(), 3U);
+    m_session.windowing.layouts.clear();
+    m_session.windowing.calls.clear();
   }
 
   // Has the template build its controls into `window`.
-  const Layout& Create(size_t link, fake_host::Window& window, int flags) {
-    list_[link]->create(&window, flags);
-    return session_.windowing.layouts.back();
+  const Layout& create(size_t link, fake_host::Window& window, int flags) {
+    m_list[link]->create(&window, flags);
+    return m_session.windowing.layouts.back();
   }
 
-  BoundSession session_;
-  std::vector<const QuelmDialogResource*> list_;
+  BoundSession m_session;
+  std::vector<const QuelmDialogResource*> m_list;
 };
 
 TEST_F(DialogResources, TheListRunsFromTheProgressDialogToTheConfiguration) {
   std::vector<intptr_t> ids;
-  for (const auto* link : list_) ids.push_back(link->id);
+  for (const auto* link : m_list) ids.push_back(link->id);
   EXPECT_THAT(ids, ElementsAre(103, 102, 155));
 }
 
@@ -117,10 +117,10 @@ TEST_F(DialogResources, TitlesKindsAndSizesAreThoseOfTheTemplates) {
   const Expected expected[] = {
       {"Audio CD Image", 12, 316, 66}, {"Burn Audio CD Image", 12, 404, 406}, {"", 13, 484, 86}};
   for (size_t i = 0; i < 3; ++i) {
-    EXPECT_STREQ(list_[i]->title, expected[i].title);
-    EXPECT_EQ(list_[i]->flags, expected[i].flags) << list_[i]->id;
-    EXPECT_EQ(list_[i]->width, expected[i].width) << list_[i]->id;
-    EXPECT_EQ(list_[i]->height, expected[i].height) << list_[i]->id;
+    EXPECT_STREQ(m_list[i]->title, expected[i].title);
+    EXPECT_EQ(m_list[i]->flags, expected[i].flags) << m_list[i]->id;
+    EXPECT_EQ(m_list[i]->width, expected[i].width) << m_list[i]->id;
+    EXPECT_EQ(m_list[i]->height, expected[i].height) << m_list[i]->id;
   }
 }
 
@@ -128,9 +128,9 @@ TEST_F(DialogResources, EveryTemplateGeneratesItsRows) {
   const std::vector<Row>* expected[] = {&kProgressRows, &kBurnRows, &kConfigurationRows};
   for (size_t i = 0; i < 3; ++i) {
     fake_host::Window window;
-    session_.windowing.calls.clear();
-    EXPECT_THAT(RowsOf(Create(i, window, list_[i]->flags)), ElementsAreArray(*expected[i]));
-    EXPECT_THAT(session_.windowing.calls,
+    m_session.windowing.calls.clear();
+    EXPECT_THAT(rowsOf(create(i, window, m_list[i]->flags)), ElementsAreArray(*expected[i]));
+    EXPECT_THAT(m_session.windowing.calls,
                 ElementsAre("QUELM_MakeSetCurParms", "QUELM_GenerateDialogFromList"));
   }
 }
@@ -138,7 +138,7 @@ TEST_F(DialogResources, EveryTemplateGeneratesItsRows) {
 TEST_F(DialogResources, DialogUnitsAreScaledIntoTheGivenWindow) {
   for (size_t i = 0; i < 3; ++i) {
     fake_host::Window window;
-    const Layout& layout = Create(i, window, list_[i]->flags);
+    const Layout& layout = create(i, window, m_list[i]->flags);
     EXPECT_EQ(layout.xscale, 1.7F);
     EXPECT_EQ(layout.yscale, 1.7F);
     EXPECT_EQ(layout.xoffset, 0.0F);
@@ -153,7 +153,7 @@ TEST_F(DialogResources, AutomaticSizingIsOffOnlyWithItsBit) {
   for (size_t i = 0; i < 3; ++i) {
     for (const int flags : {0, 1, 4, 5, 7, 8, 9, 15, 16, 24}) {
       fake_host::Window window;
-      EXPECT_EQ(Create(i, window, flags).autosize, (flags & 8) == 0) << flags;
+      EXPECT_EQ(create(i, window, flags).autosize, (flags & 8) == 0) << flags;
     }
   }
 }
@@ -162,9 +162,9 @@ TEST(DialogResourcesWithoutALayer, BuildingTheControlsDoesNothing) {
   fake_host::Session session;
   session.windowing.withheld = {"QUELM_MakeSetCurParms", "QUELM_GenerateDialogFromList"};
   session.windowing.creates_dialogs = false;
-  session.Load();
-  ASSERT_EQ(session.Bind(), 1);
-  SinkConfig config = fake_host::MakeConfig({});
+  session.load();
+  ASSERT_EQ(session.bind(), 1);
+  SinkConfig config = fake_host::makeConfig({});
   EXPECT_EQ(session.registration().ShowConfig(&config, sizeof config, nullptr), nullptr);
   ASSERT_THAT(session.windowing.requests, SizeIs(1));
   fake_host::Window window;

@@ -9,7 +9,7 @@
 namespace {
 
 using fake_host::BoundSession;
-using fake_host::MakeConfig;
+using fake_host::makeConfig;
 using fake_host::Session;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -26,7 +26,7 @@ const std::vector<std::string> kAskedAfterwards = {"vac_createGroupsFromTab", "_
                                                    "__localizeMenu", "__localizeInitializeDialog",
                                                    "__localizePrepareDialog"};
 
-std::vector<std::string> AllLookups() {
+std::vector<std::string> allLookups() {
   std::vector<std::string> all = kAskedFirst;
   all.insert(all.end(), kAskedAfterwards.begin(), kAskedAfterwards.end());
   return all;
@@ -34,11 +34,11 @@ std::vector<std::string> AllLookups() {
 
 TEST(Entry, AsksForEveryHostFunctionOnceInOrderAndRegistersAfterwards) {
   Session session;
-  session.Load();
+  session.load();
   EXPECT_THAT(session.host.journal, IsEmpty()) << "before the entry is called";
-  EXPECT_EQ(session.Bind(), 1);
+  EXPECT_EQ(session.bind(), 1);
   std::vector<std::string> expected;
-  for (const std::string& name : AllLookups()) expected.push_back("lookup " + name);
+  for (const std::string& name : allLookups()) expected.push_back("lookup " + name);
   expected.emplace_back("register pcmsink");
   EXPECT_EQ(session.host.journal, expected);
 }
@@ -46,8 +46,8 @@ TEST(Entry, AsksForEveryHostFunctionOnceInOrderAndRegistersAfterwards) {
 TEST(Entry, ARecordOfAnotherVersionIsRefusedWithoutALookup) {
   for (const int version : {525, 527, 0, -526}) {
     Session session;
-    session.Load();
-    velmor_plugin_info_t info = session.host.Info();
+    session.load();
+    velmor_plugin_info_t info = session.host.info();
     info.version = version;
     EXPECT_EQ(session.module->entry()(nullptr, &info), 0) << version;
     EXPECT_THAT(session.host.journal, IsEmpty()) << version;
@@ -56,15 +56,15 @@ TEST(Entry, ARecordOfAnotherVersionIsRefusedWithoutALookup) {
 
 TEST(Entry, ANullRecordBindsNothing) {
   Session session;
-  session.Load();
+  session.load();
   EXPECT_EQ(session.module->entry()(&session, nullptr), 0);
   EXPECT_THAT(session.host.journal, IsEmpty());
 }
 
 TEST(Entry, ARecordWithoutALookupFunctionIsRefused) {
   Session session;
-  session.Load();
-  velmor_plugin_info_t info = session.host.Info();
+  session.load();
+  velmor_plugin_info_t info = session.host.info();
   info.lookup_fn = nullptr;
   EXPECT_EQ(session.module->entry()(nullptr, &info), 0);
   EXPECT_THAT(session.host.journal, IsEmpty());
@@ -72,20 +72,20 @@ TEST(Entry, ARecordWithoutALookupFunctionIsRefused) {
 
 TEST(Entry, ARecordWithoutARegistrationFunctionIsRefusedAfterAllLookups) {
   Session session;
-  session.Load();
-  velmor_plugin_info_t info = session.host.Info();
+  session.load();
+  velmor_plugin_info_t info = session.host.info();
   info.register_fn = nullptr;
   EXPECT_EQ(session.module->entry()(nullptr, &info), 0);
-  EXPECT_EQ(session.host.lookups, AllLookups());
+  EXPECT_EQ(session.host.lookups, allLookups());
 }
 
 TEST(Entry, AHostLackingARequiredFunctionGetsNoSinkAndIsAskedNoFurther) {
   for (const char* name : {"GetMainHwnd", "get_ini_file", "GetExePath", "EnumProjectMarkers",
                            "update_disk_counters"}) {
     Session session;
-    session.Load();
-    session.host.Withhold(name);
-    EXPECT_EQ(session.Bind(), 0) << name;
+    session.load();
+    session.host.withhold(name);
+    EXPECT_EQ(session.bind(), 0) << name;
     EXPECT_THAT(session.host.registrations, IsEmpty()) << name;
     EXPECT_EQ(session.host.lookups, kAskedFirst) << name;
   }
@@ -97,10 +97,10 @@ TEST(Entry, AHostLackingAnOptionalFunctionStillGetsTheSink) {
         "vac_createGroupsFromTab", "__localizeFunc", "__localizeMenu", "__localizeInitializeDialog",
         "__localizePrepareDialog"}) {
     Session session;
-    session.Load();
-    session.host.Withhold(name);
-    EXPECT_EQ(session.Bind(), 1) << name;
-    EXPECT_EQ(session.host.lookups, AllLookups()) << name;
+    session.load();
+    session.host.withhold(name);
+    EXPECT_EQ(session.bind(), 1) << name;
+    EXPECT_EQ(session.host.lookups, allLookups()) << name;
     EXPECT_EQ(session.host.registrations.size(), 1U) << name;
   }
 }
@@ -108,17 +108,17 @@ TEST(Entry, AHostLackingAnOptionalFunctionStillGetsTheSink) {
 TEST(Entry, TheHostsAnswerToTheRegistrationDecides) {
   for (const int answer : {0, 1, -5, 256}) {
     Session session;
-    session.Load();
+    session.load();
     session.host.answer_to_registration = answer;
-    EXPECT_EQ(session.Bind(), answer == 0 ? 0 : 1) << answer;
+    EXPECT_EQ(session.bind(), answer == 0 ? 0 : 1) << answer;
     EXPECT_EQ(session.host.registrations.size(), 1U) << answer;
   }
 }
 
 TEST(Entry, AnyModuleHandleAndMainWindowWillDo) {
   Session session;
-  session.Load();
-  velmor_plugin_info_t info = session.host.Info();
+  session.load();
+  velmor_plugin_info_t info = session.host.info();
   info.main_window = nullptr;
   int handle = 0;
   EXPECT_EQ(session.module->entry()(&handle, &info), 1);
@@ -130,25 +130,25 @@ TEST(Entry, AnUnloadCallLeavesTheSinkWorking) {
   const size_t calls_before = session.host.journal.size();
   EXPECT_EQ(session.module->entry()(nullptr, nullptr), 0);
   EXPECT_EQ(session.host.journal.size(), calls_before);
-  fake_host::Sink sink = session.CreateSink("after.cue");
+  fake_host::Sink sink = session.createSink("after.cue");
   ASSERT_TRUE(sink);
-  sink.WriteSignal(588);
-  EXPECT_EQ(sink.Finish(), 1);
-  EXPECT_EQ(fake_host::SizeOfFile(session.File("after.bin")), 2352);
+  sink.writeSignal(588);
+  EXPECT_EQ(sink.finish(), 1);
+  EXPECT_EQ(fake_host::sizeOfFile(session.file("after.bin")), 2352);
 }
 
 TEST(Entry, BindingAgainRegistersTheSameRecord) {
   BoundSession session;
-  EXPECT_EQ(session.Bind(), 1);
+  EXPECT_EQ(session.bind(), 1);
   ASSERT_EQ(session.host.registrations.size(), 2U);
   EXPECT_EQ(session.host.registrations[0], session.host.registrations[1]);
 }
 
 TEST(Entry, ALaterBindingTakesBackWhatTheHostNoLongerOffers) {
   BoundSession session;
-  session.host.Withhold("__localizeFunc");
+  session.host.withhold("__localizeFunc");
   session.host.translations["Audio CD Image (CUE/BIN format)"] = "Audio-CD-Abbild";
-  EXPECT_EQ(session.Bind(), 1);
+  EXPECT_EQ(session.bind(), 1);
   const char* description = nullptr;
   session.registration().GetFmt(&description);
   EXPECT_STREQ(description, "Audio CD Image (CUE/BIN format)");
@@ -187,83 +187,84 @@ TEST(Registration, AskingForTheFormatWithoutADescriptionTouchesNothing) {
 // A blob is the code and whatever follows: what a callback makes of `size` bytes of it.
 class Blob : public testing::Test {
  protected:
-  bool ExtensionAccepts(int size) {
-    const char* extension = session_.registration().GetExtension(blob_, size);
+  bool extensionAccepts(int size) {
+    const char* extension = m_session.registration().GetExtension(m_blob, size);
     if (extension != nullptr) {
       EXPECT_STREQ(extension, "cue");
     }
     return extension != nullptr;
   }
-  bool DialogAccepts(int size) {
-    return session_.registration().ShowConfig(blob_, size, &session_.windowing.parent) != nullptr;
+  bool dialogAccepts(int size) {
+    return m_session.registration().ShowConfig(m_blob, size, &m_session.windowing.parent) !=
+           nullptr;
   }
-  bool SinkAccepts(int size) {
-    const std::string file = session_.File("blob" + std::to_string(size) + ".cue");
+  bool sinkAccepts(int size) {
+    const std::string file = m_session.file("blob" + std::to_string(size) + ".cue");
     fake_host::Sink sink(
-        session_.registration().CreateSink(file.c_str(), blob_, size, 2, 44100, false));
-    EXPECT_EQ(fake_host::FileExists(file), static_cast<bool>(sink));
+        m_session.registration().CreateSink(file.c_str(), m_blob, size, 2, 44100, false));
+    EXPECT_EQ(fake_host::fileExists(file), static_cast<bool>(sink));
     return static_cast<bool>(sink);
   }
 
-  BoundSession session_;
-  SinkConfig config_ = MakeConfig({});
-  void* blob_ = &config_;
+  BoundSession m_session;
+  SinkConfig m_config = makeConfig({});
+  void* m_blob = &m_config;
 };
 
 TEST_F(Blob, FourBytesHoldingTheCodeAreEnough) {
-  EXPECT_TRUE(ExtensionAccepts(4));
-  EXPECT_TRUE(DialogAccepts(4));
-  EXPECT_TRUE(SinkAccepts(4));
+  EXPECT_TRUE(extensionAccepts(4));
+  EXPECT_TRUE(dialogAccepts(4));
+  EXPECT_TRUE(sinkAccepts(4));
 }
 
 TEST_F(Blob, OneThatIsLongerThanTheRecordIsAccepted) {
   unsigned char longer[64] = {0x20, 0x6F, 0x73, 0x69};
-  blob_ = longer;
-  EXPECT_TRUE(ExtensionAccepts(64));
-  EXPECT_TRUE(DialogAccepts(64));
-  EXPECT_TRUE(SinkAccepts(64));
+  m_blob = longer;
+  EXPECT_TRUE(extensionAccepts(64));
+  EXPECT_TRUE(dialogAccepts(64));
+  EXPECT_TRUE(sinkAccepts(64));
 }
 
 TEST_F(Blob, FewerThanFourBytesAreRejected) {
   for (const int size : {3, 0, -1, -24}) {
-    EXPECT_FALSE(ExtensionAccepts(size)) << size;
-    EXPECT_FALSE(DialogAccepts(size)) << size;
-    EXPECT_FALSE(SinkAccepts(size)) << size;
+    EXPECT_FALSE(extensionAccepts(size)) << size;
+    EXPECT_FALSE(dialogAccepts(size)) << size;
+    EXPECT_FALSE(sinkAccepts(size)) << size;
   }
 }
 
 TEST_F(Blob, AnotherCodeIsRejected) {
   for (const uint32_t code : {0x206F7369U, 0U, 0x69736F21U}) {
-    std::memcpy(&config_, &code, sizeof code);
-    EXPECT_FALSE(ExtensionAccepts(24)) << code;
-    EXPECT_FALSE(DialogAccepts(24)) << code;
-    EXPECT_FALSE(SinkAccepts(24)) << code;
+    std::memcpy(&m_config, &code, sizeof code);
+    EXPECT_FALSE(extensionAccepts(24)) << code;
+    EXPECT_FALSE(dialogAccepts(24)) << code;
+    EXPECT_FALSE(sinkAccepts(24)) << code;
   }
 }
 
 TEST_F(Blob, ANullBlobIsRejectedWhateverItsLength) {
-  blob_ = nullptr;
+  m_blob = nullptr;
   for (const int size : {24, 4, 0}) {
-    EXPECT_FALSE(ExtensionAccepts(size)) << size;
-    EXPECT_FALSE(DialogAccepts(size)) << size;
-    EXPECT_FALSE(SinkAccepts(size)) << size;
+    EXPECT_FALSE(extensionAccepts(size)) << size;
+    EXPECT_FALSE(dialogAccepts(size)) << size;
+    EXPECT_FALSE(sinkAccepts(size)) << size;
   }
 }
 
 TEST_F(Blob, ARejectedOneOpensNoDialog) {
-  config_.format_code = 0;
-  EXPECT_FALSE(DialogAccepts(24));
-  EXPECT_THAT(session_.windowing.requests, IsEmpty());
-  EXPECT_THAT(session_.host.prepare_calls, IsEmpty());
+  m_config.format_code = 0;
+  EXPECT_FALSE(dialogAccepts(24));
+  EXPECT_THAT(m_session.windowing.requests, IsEmpty());
+  EXPECT_THAT(m_session.host.prepare_calls, IsEmpty());
 }
 
 TEST_F(Blob, AnUnalignedOneIsRead) {
   unsigned char bytes[25] = {0};
-  std::memcpy(bytes + 1, &config_, sizeof config_);
-  blob_ = bytes + 1;
-  EXPECT_TRUE(ExtensionAccepts(24));
-  EXPECT_TRUE(DialogAccepts(24));
-  EXPECT_TRUE(SinkAccepts(24));
+  std::memcpy(bytes + 1, &m_config, sizeof m_config);
+  m_blob = bytes + 1;
+  EXPECT_TRUE(extensionAccepts(24));
+  EXPECT_TRUE(dialogAccepts(24));
+  EXPECT_TRUE(sinkAccepts(24));
 }
 
 }  // namespace

@@ -22,29 +22,29 @@ const std::vector<std::string> kNamesInOrder = {
 };
 
 // The lines logged while the module loads; on both channels they must be the same.
-std::vector<std::string> LinesLoggedByLoading(Session& session) {
+std::vector<std::string> linesLoggedByLoading(Session& session) {
   SystemLogCapture system_log;
   StandardErrorCapture standard_error;
-  session.Load();
-  std::vector<std::string> lines = standard_error.Lines();
+  session.load();
+  std::vector<std::string> lines = standard_error.lines();
   EXPECT_EQ(system_log.lines, lines);
   return lines;
 }
 
-SinkConfig Config() {
-  return fake_host::MakeConfig({.disc_leadin_ms = 11, .track_leadin_ms = 22, .track_mode = 2});
+SinkConfig makeConfig() {
+  return fake_host::makeConfig({.disc_leadin_ms = 11, .track_leadin_ms = 22, .track_mode = 2});
 }
 
-HWND ShowConfig(Session& session) {
+HWND showConfig(Session& session) {
   static SinkConfig config;
-  config = Config();
+  config = makeConfig();
   return session.registration().ShowConfig(&config, sizeof config, &session.windowing.parent);
 }
 
 TEST(Import, EveryNameIsAskedForOnceInTableOrderAfterTheVersion) {
   ASSERT_EQ(kNamesInOrder.size(), 364U);
   Session session;
-  EXPECT_THAT(LinesLoggedByLoading(session), IsEmpty());
+  EXPECT_THAT(linesLoggedByLoading(session), IsEmpty());
   EXPECT_EQ(session.windowing.provider_calls, 1);
   std::vector<std::string> expected = {"(null)"};
   expected.insert(expected.end(), kNamesInOrder.begin(), kNamesInOrder.end());
@@ -53,9 +53,9 @@ TEST(Import, EveryNameIsAskedForOnceInTableOrderAfterTheVersion) {
 
 TEST(Import, TheProviderIsNotAskedAgainLater) {
   Session session;
-  session.Load();
-  EXPECT_EQ(session.Bind(), 1);
-  EXPECT_NE(ShowConfig(session), nullptr);
+  session.load();
+  EXPECT_EQ(session.bind(), 1);
+  EXPECT_NE(showConfig(session), nullptr);
   EXPECT_EQ(session.windowing.provider_calls, 1);
   EXPECT_EQ(session.windowing.lookups.size(), 365U);
 }
@@ -64,12 +64,12 @@ TEST(Import, AProviderOfAnotherVersionIsAskedForNothingElse) {
   for (const intptr_t version : {255, 257, 0, -256}) {
     Session session;
     session.windowing.version = version;
-    EXPECT_THAT(LinesLoggedByLoading(session),
+    EXPECT_THAT(linesLoggedByLoading(session),
                 ElementsAre("QUELM API provider returned incorrect version"))
         << version;
     EXPECT_THAT(session.windowing.lookups, ElementsAre("(null)")) << version;
-    EXPECT_EQ(session.Bind(), 1) << version;
-    EXPECT_EQ(ShowConfig(session), nullptr) << "every pointer answers 0";
+    EXPECT_EQ(session.bind(), 1) << version;
+    EXPECT_EQ(showConfig(session), nullptr) << "every pointer answers 0";
     EXPECT_THAT(session.windowing.calls, IsEmpty()) << version;
   }
 }
@@ -77,23 +77,23 @@ TEST(Import, AProviderOfAnotherVersionIsAskedForNothingElse) {
 TEST(Import, TheVersionIsPointerWide) {
   Session session;
   session.windowing.version = (intptr_t{1} << 32) + 256;
-  EXPECT_THAT(LinesLoggedByLoading(session),
+  EXPECT_THAT(linesLoggedByLoading(session),
               ElementsAre("QUELM API provider returned incorrect version"));
 }
 
 TEST(Import, AProviderWithoutALookupFunctionIsNone) {
   Session session;
   session.windowing.has_lookup = false;
-  EXPECT_THAT(LinesLoggedByLoading(session), ElementsAre("QUELM API provider not found"));
+  EXPECT_THAT(linesLoggedByLoading(session), ElementsAre("QUELM API provider not found"));
   EXPECT_EQ(session.windowing.provider_calls, 1);
   EXPECT_THAT(session.windowing.lookups, IsEmpty());
-  EXPECT_EQ(session.Bind(), 1);
-  EXPECT_EQ(ShowConfig(session), nullptr);
+  EXPECT_EQ(session.bind(), 1);
+  EXPECT_EQ(showConfig(session), nullptr);
 }
 
 TEST(Import, AProcessWithoutTheProvidersSymbolHasNone) {
   const std::string command =
-      std::string("'") + LOAD_WITHOUT_PROVIDER + "' '" + fake_host::LoadedModule::File() + "' 2>&1";
+      std::string("'") + LOAD_WITHOUT_PROVIDER + "' '" + fake_host::LoadedModule::file() + "' 2>&1";
   std::FILE* child = popen(command.c_str(), "r");
   ASSERT_NE(child, nullptr);
   std::string output;
@@ -108,15 +108,15 @@ TEST(Import, AProcessWithoutTheProvidersSymbolHasNone) {
 TEST(Import, EachMissingNameIsLoggedAndTheOthersAreBound) {
   Session session;
   session.windowing.withheld = {"GetMonitorInfo", "lstrcpyn", "EnableWindow"};
-  EXPECT_THAT(LinesLoggedByLoading(session),
+  EXPECT_THAT(linesLoggedByLoading(session),
               ElementsAre("QUELM API not found: lstrcpyn", "QUELM API not found: EnableWindow",
                           "QUELM API not found: GetMonitorInfo"));
   EXPECT_EQ(session.windowing.lookups.size(), 365U);
-  EXPECT_EQ(session.Bind(), 1);
-  auto* dialog = static_cast<fake_host::Window*>(ShowConfig(session));
+  EXPECT_EQ(session.bind(), 1);
+  auto* dialog = static_cast<fake_host::Window*>(showConfig(session));
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(dialog->Control(1001)->value, 11);
-  EXPECT_TRUE(dialog->Control(1017)->enabled) << "disabling it reached a placeholder";
+  EXPECT_EQ(dialog->control(1001)->value, 11);
+  EXPECT_TRUE(dialog->control(1017)->enabled) << "disabling it reached a placeholder";
 }
 
 TEST(Import, AProviderThatKnowsNoNameAtAllIsLoggedNameByName) {
@@ -125,19 +125,19 @@ TEST(Import, AProviderThatKnowsNoNameAtAllIsLoggedNameByName) {
   std::vector<std::string> expected;
   expected.reserve(kNamesInOrder.size());
   for (const std::string& name : kNamesInOrder) expected.push_back("QUELM API not found: " + name);
-  EXPECT_EQ(LinesLoggedByLoading(session), expected);
+  EXPECT_EQ(linesLoggedByLoading(session), expected);
 }
 
 TEST(Import, AMissingQueryAnswersZero) {
   Session session;
   session.windowing.withheld = {"SendMessage", "GetDlgItemInt", "IsDlgButtonChecked"};
-  LinesLoggedByLoading(session);
-  EXPECT_EQ(session.Bind(), 1);
-  auto* dialog = static_cast<fake_host::Window*>(ShowConfig(session));
+  linesLoggedByLoading(session);
+  EXPECT_EQ(session.bind(), 1);
+  auto* dialog = static_cast<fake_host::Window*>(showConfig(session));
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(dialog->Control(1002)->value, 22);
+  EXPECT_EQ(dialog->control(1002)->value, 22);
   SinkConfig read = {1, 2, 3, 4, 5, 6};
-  fake_host::WindowingLayer::Send(*dialog, kConfigGetBlob, 0, reinterpret_cast<LPARAM>(&read));
+  fake_host::WindowingLayer::send(*dialog, kConfigGetBlob, 0, reinterpret_cast<LPARAM>(&read));
   EXPECT_EQ(read.format_code, static_cast<int32_t>(kIsoFormatCode));
   EXPECT_EQ(read.disc_leadin_ms, 0);
   EXPECT_EQ(read.track_leadin_ms, 0);
@@ -148,8 +148,8 @@ TEST(Import, AMissingQueryAnswersZero) {
 
 TEST(Import, TheLayersHookAnswersOne) {
   Session session;
-  session.Load();
-  EXPECT_EQ(session.module->dll_main()(), 1);
+  session.load();
+  EXPECT_EQ(session.module->dllMain()(), 1);
 }
 
 }  // namespace

@@ -17,23 +17,23 @@ struct ConfigParameters {
   intptr_t length;
 };
 
-SinkConfig config = fake_host::MakeConfig({.disc_leadin_ms = 77});
+SinkConfig g_config = fake_host::makeConfig({.disc_leadin_ms = 77});
 
-HWND ShowSettings(Session& session, int length = sizeof config) {
-  return session.registration().ShowConfig(&config, length, &session.windowing.parent);
+HWND showSettings(Session& session, int length = sizeof g_config) {
+  return session.registration().ShowConfig(&g_config, length, &session.windowing.parent);
 }
 
 // What the dialog that is being created was given; read while it is.
-LPARAM init_seen = 0;
-ConfigParameters parameters_seen = {};
-LRESULT ReplacementProcedure(HWND, UINT message, WPARAM, LPARAM lparam) {
-  if (message == WM_INITDIALOG) init_seen = lparam;
+LPARAM g_init_seen = 0;
+ConfigParameters g_parameters_seen = {};
+LRESULT replacementProcedure(HWND, UINT message, WPARAM, LPARAM lparam) {
+  if (message == WM_INITDIALOG) g_init_seen = lparam;
   return 0;
 }
 
 TEST(ConfigurationDialog, IsAModelessChildMadeFromTheModulesList) {
   BoundSession session;
-  HWND window = ShowSettings(session);
+  HWND window = showSettings(session);
   ASSERT_THAT(session.windowing.requests, SizeIs(1));
   const fake_host::DialogRequest& request = session.windowing.requests[0];
   EXPECT_FALSE(request.modal);
@@ -47,12 +47,12 @@ TEST(ConfigurationDialog, IsAModelessChildMadeFromTheModulesList) {
 TEST(ConfigurationDialog, ThatTheLayerDoesNotMakeIsNull) {
   BoundSession session;
   session.windowing.creates_dialogs = false;
-  EXPECT_EQ(ShowSettings(session), nullptr);
+  EXPECT_EQ(showSettings(session), nullptr);
 }
 
 TEST(ConfigurationDialog, IsPreparedForTranslationFirst) {
   BoundSession session;
-  ShowSettings(session);
+  showSettings(session);
   ASSERT_THAT(session.host.prepare_calls, SizeIs(1));
   const fake_host::PrepareDialogCall& prepared = session.host.prepare_calls[0];
   EXPECT_EQ(prepared.prefix, "cd_");
@@ -68,61 +68,61 @@ TEST(ConfigurationDialog, IsPreparedForTranslationFirst) {
 
 TEST(ConfigurationDialog, TheHostsProcedureAndScratchTakeThePlaceOfTheModules) {
   BoundSession session;
-  session.host.prepared_procedure = ReplacementProcedure;
-  init_seen = 0;
-  EXPECT_NE(ShowSettings(session), nullptr);
+  session.host.prepared_procedure = replacementProcedure;
+  g_init_seen = 0;
+  EXPECT_NE(showSettings(session), nullptr);
   const fake_host::PrepareDialogCall& prepared = session.host.prepare_calls.at(0);
   const fake_host::DialogRequest& request = session.windowing.requests.at(0);
-  EXPECT_EQ(request.procedure, ReplacementProcedure);
+  EXPECT_EQ(request.procedure, replacementProcedure);
   EXPECT_EQ(request.init, reinterpret_cast<LPARAM>(prepared.scratch));
-  EXPECT_EQ(init_seen, request.init);
-  EXPECT_NE(prepared.procedure, ReplacementProcedure);
+  EXPECT_EQ(g_init_seen, request.init);
+  EXPECT_NE(prepared.procedure, replacementProcedure);
   EXPECT_NE(prepared.init, request.init) << "the blob's own block went to the host";
 }
 
 TEST(ConfigurationDialog, WithoutAHostThatPreparesItOpensAsItIs) {
   Session session;
-  session.host.Withhold("__localizePrepareDialog");
-  session.Load();
-  ASSERT_EQ(session.Bind(), 1);
-  auto* dialog = static_cast<fake_host::Window*>(ShowSettings(session));
+  session.host.withhold("__localizePrepareDialog");
+  session.load();
+  ASSERT_EQ(session.bind(), 1);
+  auto* dialog = static_cast<fake_host::Window*>(showSettings(session));
   ASSERT_NE(dialog, nullptr);
   EXPECT_THAT(session.host.prepare_calls, IsEmpty());
-  EXPECT_EQ(dialog->Control(1001)->value, 77);
+  EXPECT_EQ(dialog->control(1001)->value, 77);
 }
 
 // The host's procedure may follow the parameter block only while the dialog is being created.
-DLGPROC module_procedure = nullptr;
-LPARAM module_init = 0;
-LRESULT ForwardingProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message != WM_INITDIALOG) return module_procedure(window, message, wparam, lparam);
-  parameters_seen = *reinterpret_cast<const ConfigParameters*>(module_init);
-  return module_procedure(window, message, wparam, module_init);
+DLGPROC g_module_procedure = nullptr;
+LPARAM g_module_init = 0;
+LRESULT forwardingProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message != WM_INITDIALOG) return g_module_procedure(window, message, wparam, lparam);
+  g_parameters_seen = *reinterpret_cast<const ConfigParameters*>(g_module_init);
+  return g_module_procedure(window, message, wparam, g_module_init);
 }
 
 TEST(ConfigurationDialog, IsOpenedWithTheBlobAndItsLength) {
   Session session;
-  session.Load();
-  ASSERT_EQ(session.Bind(), 1);
-  ShowSettings(session);
-  module_procedure = session.host.prepare_calls.at(0).procedure;
-  session.host.prepared_procedure = ForwardingProcedure;
+  session.load();
+  ASSERT_EQ(session.bind(), 1);
+  showSettings(session);
+  g_module_procedure = session.host.prepare_calls.at(0).procedure;
+  session.host.prepared_procedure = forwardingProcedure;
   session.host.on_prepare_dialog = [](const fake_host::PrepareDialogCall& call) {
-    module_init = call.init;
+    g_module_init = call.init;
   };
-  auto* dialog = static_cast<fake_host::Window*>(ShowSettings(session, 25));
+  auto* dialog = static_cast<fake_host::Window*>(showSettings(session, 25));
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(parameters_seen.blob, &config);
-  EXPECT_EQ(parameters_seen.length, 25);
-  EXPECT_EQ(dialog->Control(1001)->value, 77);
+  EXPECT_EQ(g_parameters_seen.blob, &g_config);
+  EXPECT_EQ(g_parameters_seen.length, 25);
+  EXPECT_EQ(dialog->control(1001)->value, 77);
 }
 
 TEST(Texts, WithoutTranslationStayTheVeryTexts) {
   Session session;
-  session.host.Withhold("__localizeFunc");
+  session.host.withhold("__localizeFunc");
   session.host.translations["Audio CD Image (CUE/BIN format)"] = "translated";
-  session.Load();
-  ASSERT_EQ(session.Bind(), 1);
+  session.load();
+  ASSERT_EQ(session.bind(), 1);
   const char* first = nullptr;
   const char* second = nullptr;
   session.registration().GetFmt(&first);
@@ -135,11 +135,11 @@ TEST(Texts, WithoutTranslationStayTheVeryTexts) {
 TEST(BurnDialog, IsPreparedWithItsSectionKeyInTheFifthSlot) {
   BoundSession session;
   session.windowing.creates_dialogs = false;  // asked for and not shown: enough here
-  fake_host::Sink sink = session.CreateSink("burn.cue", {.burn_after_render = 1});
+  fake_host::Sink sink = session.createSink("burn.cue", {.burn_after_render = 1});
   ASSERT_TRUE(sink);
-  sink.WriteSignal(588);
+  sink.writeSignal(588);
   int parent = 0;
-  EXPECT_EQ(sink.Finish(&parent), 1);
+  EXPECT_EQ(sink.finish(&parent), 1);
   ASSERT_THAT(session.host.prepare_calls, SizeIs(1));
   const fake_host::PrepareDialogCall& prepared = session.host.prepare_calls[0];
   EXPECT_EQ(prepared.prefix, "cd_");
@@ -160,13 +160,13 @@ TEST(BurnDialog, IsPreparedWithItsSectionKeyInTheFifthSlot) {
 TEST(BurnDialog, TheHostsProcedureTakesThePlaceOfTheModules) {
   BoundSession session;
   session.windowing.creates_dialogs = false;
-  session.host.prepared_procedure = ReplacementProcedure;
-  fake_host::Sink sink = session.CreateSink("burn.cue", {.burn_after_render = 1});
+  session.host.prepared_procedure = replacementProcedure;
+  fake_host::Sink sink = session.createSink("burn.cue", {.burn_after_render = 1});
   ASSERT_TRUE(sink);
-  sink.WriteSignal(588);
-  EXPECT_EQ(sink.Finish(), 1);
+  sink.writeSignal(588);
+  EXPECT_EQ(sink.finish(), 1);
   ASSERT_THAT(session.windowing.requests, SizeIs(1));
-  EXPECT_EQ(session.windowing.requests[0].procedure, ReplacementProcedure);
+  EXPECT_EQ(session.windowing.requests[0].procedure, replacementProcedure);
   EXPECT_EQ(session.windowing.requests[0].init,
             reinterpret_cast<LPARAM>(session.host.prepare_calls.at(0).scratch));
   EXPECT_EQ(session.windowing.requests[0].parent, session.host.main_window);

@@ -16,73 +16,73 @@ using testing::IsSubsetOf;
 // The dynamic section and symbol table of an x86-64 shared object.
 class SharedObject {
  public:
-  explicit SharedObject(const std::string& path) : bytes_(fake_host::ReadText(path)) {
-    header_ = At<Elf64_Ehdr>(0);
-    EXPECT_EQ(std::memcmp(header_->e_ident, ELFMAG, SELFMAG), 0);
-    EXPECT_EQ(header_->e_machine, EM_X86_64);
-    EXPECT_EQ(header_->e_type, ET_DYN);
+  explicit SharedObject(const std::string& path) : m_bytes(fake_host::readText(path)) {
+    m_header = at<Elf64_Ehdr>(0);
+    EXPECT_EQ(std::memcmp(m_header->e_ident, ELFMAG, SELFMAG), 0);
+    EXPECT_EQ(m_header->e_machine, EM_X86_64);
+    EXPECT_EQ(m_header->e_type, ET_DYN);
   }
 
-  std::multiset<std::string> ExportedSymbols() const {
+  std::multiset<std::string> exportedSymbols() const {
     std::multiset<std::string> names;
-    const Elf64_Shdr* table = Section(SHT_DYNSYM);
+    const Elf64_Shdr* table = section(SHT_DYNSYM);
     for (uint64_t i = 0; i < table->sh_size / sizeof(Elf64_Sym); ++i) {
-      const auto* symbol = At<Elf64_Sym>(table->sh_offset + i * sizeof(Elf64_Sym));
+      const auto* symbol = at<Elf64_Sym>(table->sh_offset + i * sizeof(Elf64_Sym));
       const auto visibility = ELF64_ST_VISIBILITY(symbol->st_other);
       if (symbol->st_shndx == SHN_UNDEF || ELF64_ST_BIND(symbol->st_info) == STB_LOCAL) continue;
       if (visibility == STV_HIDDEN || visibility == STV_INTERNAL) continue;
-      names.insert(Text(table, symbol->st_name));
+      names.insert(text(table, symbol->st_name));
     }
     return names;
   }
 
-  std::vector<std::string> Needed() const {
+  std::vector<std::string> needed() const {
     std::vector<std::string> names;
-    const Elf64_Shdr* dynamic = Section(SHT_DYNAMIC);
+    const Elf64_Shdr* dynamic = section(SHT_DYNAMIC);
     for (uint64_t i = 0; i < dynamic->sh_size / sizeof(Elf64_Dyn); ++i) {
-      const auto* entry = At<Elf64_Dyn>(dynamic->sh_offset + i * sizeof(Elf64_Dyn));
-      if (entry->d_tag == DT_NEEDED) names.push_back(Text(dynamic, entry->d_un.d_val));
+      const auto* entry = at<Elf64_Dyn>(dynamic->sh_offset + i * sizeof(Elf64_Dyn));
+      if (entry->d_tag == DT_NEEDED) names.push_back(text(dynamic, entry->d_un.d_val));
     }
     return names;
   }
 
  private:
   template <class Record>
-  const Record* At(uint64_t offset) const {
-    return reinterpret_cast<const Record*>(bytes_.data() + offset);
+  const Record* at(uint64_t offset) const {
+    return reinterpret_cast<const Record*>(m_bytes.data() + offset);
   }
-  const Elf64_Shdr* Section(uint32_t type) const {
-    for (uint64_t i = 0; i < header_->e_shnum; ++i) {
-      const auto* section = At<Elf64_Shdr>(header_->e_shoff + i * sizeof(Elf64_Shdr));
+  const Elf64_Shdr* section(uint32_t type) const {
+    for (uint64_t i = 0; i < m_header->e_shnum; ++i) {
+      const auto* section = at<Elf64_Shdr>(m_header->e_shoff + i * sizeof(Elf64_Shdr));
       if (section->sh_type == type) return section;
     }
     throw std::runtime_error("the module has no section of type " + std::to_string(type));
   }
-  std::string Text(const Elf64_Shdr* user, uint64_t offset) const {
-    const auto* strings = At<Elf64_Shdr>(header_->e_shoff + user->sh_link * sizeof(Elf64_Shdr));
-    return bytes_.data() + strings->sh_offset + offset;
+  std::string text(const Elf64_Shdr* user, uint64_t offset) const {
+    const auto* strings = at<Elf64_Shdr>(m_header->e_shoff + user->sh_link * sizeof(Elf64_Shdr));
+    return m_bytes.data() + strings->sh_offset + offset;
   }
 
-  std::string bytes_;
-  const Elf64_Ehdr* header_ = nullptr;
+  std::string m_bytes;
+  const Elf64_Ehdr* m_header = nullptr;
 };
 
 TEST(ModuleFile, ExportsTheEntryAndTheLayersHookAndNothingElse) {
-  const SharedObject module(fake_host::LoadedModule::File());
-  EXPECT_THAT(module.ExportedSymbols(), ElementsAre("QUELM_dllMain", "VelmorPluginEntry"));
+  const SharedObject module(fake_host::LoadedModule::file());
+  EXPECT_THAT(module.exportedSymbols(), ElementsAre("QUELM_dllMain", "VelmorPluginEntry"));
 }
 
 TEST(ModuleFile, NeedsNothingButTheCAndCppRuntime) {
 #ifdef VELMOR_SANITIZED
   GTEST_SKIP() << "a sanitizer's runtime needs more";
 #endif
-  const SharedObject module(fake_host::LoadedModule::File());
-  EXPECT_THAT(module.Needed(), IsSubsetOf({"libstdc++.so.6", "libm.so.6", "libgcc_s.so.1",
+  const SharedObject module(fake_host::LoadedModule::file());
+  EXPECT_THAT(module.needed(), IsSubsetOf({"libstdc++.so.6", "libm.so.6", "libgcc_s.so.1",
                                            "libc.so.6", "ld-linux-x86-64.so.2"}));
 }
 
 TEST(ModuleFile, IsCalledVelmorCd) {
-  const std::string file = fake_host::LoadedModule::File();
+  const std::string file = fake_host::LoadedModule::file();
   EXPECT_TRUE(file.ends_with("/velmor_cd.so")) << file;
 }
 

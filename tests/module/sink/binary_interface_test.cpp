@@ -92,22 +92,22 @@ using Dialog = intptr_t (*)(void*, unsigned int, intptr_t, intptr_t);
 // A sink: the vtable pointer, then the start time. Slots count from 1.
 class Sink {
  public:
-  explicit Sink(void* object) : object_(static_cast<Object*>(object)) {}
+  explicit Sink(void* object) : m_object(static_cast<Object*>(object)) {}
 
   template <class Result, class... Arguments>
-  Result Call(int slot, Arguments... arguments) const {
+  Result call(int slot, Arguments... arguments) const {
     const auto function =
-        reinterpret_cast<Result (*)(void*, Arguments...)>(object_->vtable[slot - 1]);
-    return function(object_, arguments...);
+        reinterpret_cast<Result (*)(void*, Arguments...)>(m_object->vtable[slot - 1]);
+    return function(m_object, arguments...);
   }
-  double start_field() const { return object_->start; }
+  double startField() const { return m_object->start; }
 
  private:
   struct Object {
     void** vtable;
     double start;
   };
-  Object* object_;
+  Object* m_object;
 };
 
 enum Slot {
@@ -129,36 +129,36 @@ enum Slot {
 };
 
 // A host of six functions.
-double marker_position = 0.0;
-int EnumProjectMarkers(int index, bool* is_region, double* position, double* end, const char** name,
+double g_marker_position = 0.0;
+int enumProjectMarkers(int index, bool* is_region, double* position, double* end, const char** name,
                        int*) {
   if (index != 0) return 0;
   if (is_region != nullptr) *is_region = false;
-  if (position != nullptr) *position = marker_position;
+  if (position != nullptr) *position = g_marker_position;
   if (end != nullptr) *end = 0.0;
   if (name != nullptr) *name = "Second";
   return 41;
 }
-void* GetMainHwnd() {
+void* getMainHwnd() {
   return nullptr;
 }
-const char* Text() {
+const char* text() {
   return "";
 }
-void UpdateDiskCounters(int, int) {}
+void updateDiskCounters(int, int) {}
 
-void* Lookup(const char* name) {
+void* lookup(const char* name) {
   const std::string wanted = name;
-  if (wanted == "GetMainHwnd") return reinterpret_cast<void*>(GetMainHwnd);
-  if (wanted == "GetExePath" || wanted == "get_ini_file") return reinterpret_cast<void*>(Text);
-  if (wanted == "EnumProjectMarkers") return reinterpret_cast<void*>(EnumProjectMarkers);
-  if (wanted == "update_disk_counters") return reinterpret_cast<void*>(UpdateDiskCounters);
+  if (wanted == "GetMainHwnd") return reinterpret_cast<void*>(getMainHwnd);
+  if (wanted == "GetExePath" || wanted == "get_ini_file") return reinterpret_cast<void*>(text);
+  if (wanted == "EnumProjectMarkers") return reinterpret_cast<void*>(enumProjectMarkers);
+  if (wanted == "update_disk_counters") return reinterpret_cast<void*>(updateDiskCounters);
   return nullptr;
 }
 
-SinkRecord* registered = nullptr;
-int Register(const char* kind, void* record) {
-  if (std::strcmp(kind, "pcmsink") == 0) registered = static_cast<SinkRecord*>(record);
+SinkRecord* g_registered = nullptr;
+int registerRecord(const char* kind, void* record) {
+  if (std::strcmp(kind, "pcmsink") == 0) g_registered = static_cast<SinkRecord*>(record);
   return 1;
 }
 
@@ -168,63 +168,63 @@ int Register(const char* kind, void* record) {
 class BinaryInterface : public testing::Test {
  protected:
   void SetUp() override {
-    raw::registered = nullptr;
+    raw::g_registered = nullptr;
     auto* entry =
-        reinterpret_cast<int (*)(void*, raw::PluginInfo*)>(module_.Symbol("VelmorPluginEntry"));
+        reinterpret_cast<int (*)(void*, raw::PluginInfo*)>(m_module.symbol("VelmorPluginEntry"));
     ASSERT_NE(entry, nullptr);
-    raw::PluginInfo info = {526, nullptr, raw::Register, raw::Lookup};
+    raw::PluginInfo info = {526, nullptr, raw::registerRecord, raw::lookup};
     ASSERT_EQ(entry(nullptr, &info), 1);
-    ASSERT_NE(raw::registered, nullptr);
+    ASSERT_NE(raw::g_registered, nullptr);
   }
-  void* MakeSink(int32_t track_leadin_ms = 0) {
+  void* makeSink(int32_t track_leadin_ms = 0) {
     int32_t blob[6] = {0x69736F20, 0, track_leadin_ms, 0, 0, 0};
-    return raw::registered->create_sink(folder_.File("disc.cue").c_str(), blob, sizeof blob, 2,
-                                        44100, false);
+    return raw::g_registered->create_sink(m_folder.file("disc.cue").c_str(), blob, sizeof blob, 2,
+                                          44100, false);
   }
 
-  fake_host::TempFolder folder_;
-  fake_host::WindowingLayer windowing_;
-  fake_host::LoadedModule module_;
+  fake_host::TempFolder m_folder;
+  fake_host::WindowingLayer m_windowing;
+  fake_host::LoadedModule m_module;
 };
 
 TEST_F(BinaryInterface, TheRecordAnswersThroughItsFields) {
   const char* description = nullptr;
-  EXPECT_EQ(raw::registered->get_fmt(&description), 0x69736F20U);
+  EXPECT_EQ(raw::g_registered->get_fmt(&description), 0x69736F20U);
   EXPECT_STREQ(description, "Audio CD Image (CUE/BIN format)");
   const unsigned char blob[4] = {0x20, 0x6F, 0x73, 0x69};
-  EXPECT_STREQ(raw::registered->get_extension(blob, 4), "cue");
-  EXPECT_EQ(raw::registered->fifth, nullptr);
-  EXPECT_EQ(raw::registered->sixth, nullptr);
+  EXPECT_STREQ(raw::g_registered->get_extension(blob, 4), "cue");
+  EXPECT_EQ(raw::g_registered->fifth, nullptr);
+  EXPECT_EQ(raw::g_registered->sixth, nullptr);
 }
 
 TEST_F(BinaryInterface, ARenderRunsThroughTheFifteenSlots) {
-  raw::marker_position = 100.0 + 5.0;
-  void* object = MakeSink(1000);
+  raw::g_marker_position = 100.0 + 5.0;
+  void* object = makeSink(1000);
   ASSERT_NE(object, nullptr);
   const raw::Sink sink(object);
 
-  EXPECT_EQ(sink.start_field(), 0.0);
-  EXPECT_EQ(sink.Call<double>(raw::kGetStartTime), 0.0);
-  sink.Call<void>(raw::kSetStartTime, 100.0);
-  EXPECT_EQ(sink.start_field(), 100.0);
-  EXPECT_EQ(sink.Call<double>(raw::kGetStartTime), 100.0);
+  EXPECT_EQ(sink.startField(), 0.0);
+  EXPECT_EQ(sink.call<double>(raw::kGetStartTime), 0.0);
+  sink.call<void>(raw::kSetStartTime, 100.0);
+  EXPECT_EQ(sink.startField(), 100.0);
+  EXPECT_EQ(sink.call<double>(raw::kGetStartTime), 100.0);
 
   char text[64] = {0};
-  sink.Call<void>(raw::kGetOutputInfoString, &text[0], int{sizeof text});
+  sink.call<void>(raw::kGetOutputInfoString, &text[0], int{sizeof text});
   EXPECT_STREQ(text, "Audio CD Image 44100Hz 2ch");
-  EXPECT_EQ(sink.Call<const char*>(raw::kGetFileName), folder_.File("disc.cue"));
-  EXPECT_EQ(sink.Call<int>(raw::kGetNumChannels), 2);
-  EXPECT_EQ(sink.Call<int>(raw::kWantMidi), 0);
-  sink.Call<void>(raw::kWriteMidi, static_cast<void*>(nullptr), 0, 44100.0);
-  sink.Call<void>(raw::kGetPeakInfo, static_cast<void*>(nullptr));
+  EXPECT_EQ(sink.call<const char*>(raw::kGetFileName), m_folder.file("disc.cue"));
+  EXPECT_EQ(sink.call<int>(raw::kGetNumChannels), 2);
+  EXPECT_EQ(sink.call<int>(raw::kWantMidi), 0);
+  sink.call<void>(raw::kWriteMidi, static_cast<void*>(nullptr), 0, 44100.0);
+  sink.call<void>(raw::kGetPeakInfo, static_cast<void*>(nullptr));
   double peak = 7.0;
-  EXPECT_EQ(sink.Call<int>(raw::kGetLastSecondPeaks, 1, &peak), 0);
+  EXPECT_EQ(sink.call<int>(raw::kGetLastSecondPeaks, 1, &peak), 0);
   EXPECT_EQ(peak, 7.0);
 
   int rate = 0;
   int channels = 0;
   void* const none = nullptr;
-  EXPECT_EQ(sink.Call<int>(raw::kExtended, 0x80002, static_cast<void*>(&rate),
+  EXPECT_EQ(sink.call<int>(raw::kExtended, 0x80002, static_cast<void*>(&rate),
                            static_cast<void*>(&channels), none),
             1);
   EXPECT_EQ(rate, 44100);
@@ -233,17 +233,17 @@ TEST_F(BinaryInterface, ARenderRunsThroughTheFifteenSlots) {
   double left = 0.5;
   double right = -0.5;
   double* samples[2] = {&left, &right};
-  sink.Call<void>(raw::kWriteDoubles, &samples[0], 6 * 44100, 2, 0, 0);
-  EXPECT_EQ(sink.Call<double>(raw::kGetLength), 7.0) << "the lead-in of track 2 included";
-  EXPECT_EQ(sink.Call<long long>(raw::kGetFileSize), 0);
-  EXPECT_EQ(sink.Call<int>(raw::kExtended, 0x80001, none, none, none), 1);
-  sink.Call<void>(raw::kDeletingDestructor);
+  sink.call<void>(raw::kWriteDoubles, &samples[0], 6 * 44100, 2, 0, 0);
+  EXPECT_EQ(sink.call<double>(raw::kGetLength), 7.0) << "the lead-in of track 2 included";
+  EXPECT_EQ(sink.call<long long>(raw::kGetFileSize), 0);
+  EXPECT_EQ(sink.call<int>(raw::kExtended, 0x80001, none, none, none), 1);
+  sink.call<void>(raw::kDeletingDestructor);
 
-  EXPECT_EQ(fake_host::ReadText(folder_.File("disc.cue")),
-            expected::Sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO",
+  EXPECT_EQ(fake_host::readText(m_folder.file("disc.cue")),
+            expected::sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO",
                              "    INDEX 01 00:00:00", "  TRACK 02 AUDIO", "    TITLE \"Second\"",
                              "    INDEX 00 00:05:00", "    INDEX 01 00:06:00"}));
-  const std::vector<int16_t> image = fake_host::ReadSamples(folder_.File("disc.bin"));
+  const std::vector<int16_t> image = fake_host::readSamples(m_folder.file("disc.bin"));
   ASSERT_EQ(image.size(), 7U * 44100 * 2);
   for (size_t frame = 0; frame < image.size() / 2; ++frame) {
     const bool silent = frame >= 5 * 44100 && frame < 6 * 44100;
@@ -253,13 +253,13 @@ TEST_F(BinaryInterface, ARenderRunsThroughTheFifteenSlots) {
 }
 
 TEST_F(BinaryInterface, TheCompleteDestructorReleasesAndLeavesTheMemory) {
-  void* object = MakeSink();
+  void* object = makeSink();
   ASSERT_NE(object, nullptr);
   const raw::Sink sink(object);
-  sink.Call<void>(raw::kCompleteDestructor);
-  void* again = MakeSink();
+  sink.call<void>(raw::kCompleteDestructor);
+  void* again = makeSink();
   EXPECT_NE(again, nullptr) << "the files are free again";
-  if (again != nullptr) raw::Sink(again).Call<void>(raw::kDeletingDestructor);
+  if (again != nullptr) raw::Sink(again).call<void>(raw::kDeletingDestructor);
   ::operator delete(object);
 }
 
@@ -401,15 +401,15 @@ TEST(DeclaredInterface, MessagesAndStylesAreThoseOfThePublicInterface) {
 
 // The abstract sink, slot by slot: a class of this file's own layout is called through the
 // declared one.
-std::vector<int> slots_called;
+std::vector<int> g_slots_called;
 template <int kSlot>
-intptr_t Recorded() {
-  slots_called.push_back(kSlot);
+intptr_t recorded() {
+  g_slots_called.push_back(kSlot);
   return 0;
 }
 
 // Without the check of the object's type: it has none.
-__attribute__((no_sanitize("vptr"))) void CallEverySlot(PCM_sink* sink) {
+__attribute__((no_sanitize("vptr"))) void callEverySlot(PCM_sink* sink) {
   sink->GetOutputInfoString(nullptr, 0);
   sink->GetStartTime();
   sink->SetStartTime(0.0);
@@ -428,28 +428,28 @@ __attribute__((no_sanitize("vptr"))) void CallEverySlot(PCM_sink* sink) {
 
 TEST(DeclaredInterface, TheSinksSlotsStandInTheirOrder) {
   void* vtable[] = {nullptr,
-                    reinterpret_cast<void*>(Recorded<2>),
-                    reinterpret_cast<void*>(Recorded<3>),
-                    reinterpret_cast<void*>(Recorded<4>),
-                    reinterpret_cast<void*>(Recorded<5>),
-                    reinterpret_cast<void*>(Recorded<6>),
-                    reinterpret_cast<void*>(Recorded<7>),
-                    reinterpret_cast<void*>(Recorded<8>),
-                    reinterpret_cast<void*>(Recorded<9>),
-                    reinterpret_cast<void*>(Recorded<10>),
-                    reinterpret_cast<void*>(Recorded<11>),
-                    reinterpret_cast<void*>(Recorded<12>),
-                    reinterpret_cast<void*>(Recorded<13>),
-                    reinterpret_cast<void*>(Recorded<14>),
-                    reinterpret_cast<void*>(Recorded<15>)};
+                    reinterpret_cast<void*>(recorded<2>),
+                    reinterpret_cast<void*>(recorded<3>),
+                    reinterpret_cast<void*>(recorded<4>),
+                    reinterpret_cast<void*>(recorded<5>),
+                    reinterpret_cast<void*>(recorded<6>),
+                    reinterpret_cast<void*>(recorded<7>),
+                    reinterpret_cast<void*>(recorded<8>),
+                    reinterpret_cast<void*>(recorded<9>),
+                    reinterpret_cast<void*>(recorded<10>),
+                    reinterpret_cast<void*>(recorded<11>),
+                    reinterpret_cast<void*>(recorded<12>),
+                    reinterpret_cast<void*>(recorded<13>),
+                    reinterpret_cast<void*>(recorded<14>),
+                    reinterpret_cast<void*>(recorded<15>)};
   struct {
     void** vtable;
     double start;
   } object = {vtable, 0.0};
   auto* sink = reinterpret_cast<PCM_sink*>(&object);
-  slots_called.clear();
-  CallEverySlot(sink);
-  EXPECT_EQ(slots_called, (std::vector<int>{3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 2}));
+  g_slots_called.clear();
+  callEverySlot(sink);
+  EXPECT_EQ(g_slots_called, (std::vector<int>{3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 2}));
 }
 
 }  // namespace

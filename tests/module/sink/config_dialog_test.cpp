@@ -11,7 +11,7 @@
 namespace {
 
 using fake_host::BoundSession;
-using fake_host::MakeConfig;
+using fake_host::makeConfig;
 using fake_host::Session;
 using fake_host::Settings;
 using fake_host::Window;
@@ -30,44 +30,44 @@ constexpr UINT kUpdateEnabling = 0x5C4;
 
 class ConfigDialog : public testing::Test {
  protected:
-  Window& Show(const void* blob, int length) {
-    session_.windowing.calls.clear();
-    HWND window = session_.registration().ShowConfig(blob, length, &session_.windowing.parent);
+  Window& show(const void* blob, int length) {
+    m_session.windowing.calls.clear();
+    HWND window = m_session.registration().ShowConfig(blob, length, &m_session.windowing.parent);
     EXPECT_NE(window, nullptr);
     return *static_cast<Window*>(window);
   }
-  Window& Show(const Settings& settings) {
-    const SinkConfig config = MakeConfig(settings);
-    return Show(&config, sizeof config);
+  Window& show(const Settings& settings) {
+    const SinkConfig config = makeConfig(settings);
+    return show(&config, sizeof config);
   }
-  static LRESULT Send(Window& dialog, UINT message, const void* wparam = nullptr,
+  static LRESULT send(Window& dialog, UINT message, const void* wparam = nullptr,
                       const void* lparam = nullptr) {
-    return fake_host::WindowingLayer::Send(dialog, message, reinterpret_cast<WPARAM>(wparam),
+    return fake_host::WindowingLayer::send(dialog, message, reinterpret_cast<WPARAM>(wparam),
                                            reinterpret_cast<LPARAM>(lparam));
   }
-  static SinkConfig ReadBack(Window& dialog) {
+  static SinkConfig readBack(Window& dialog) {
     SinkConfig config = {-1, -1, -1, -1, -1, -1};
-    EXPECT_EQ(Send(dialog, kConfigGetBlob, nullptr, &config), 0);
+    EXPECT_EQ(send(dialog, kConfigGetBlob, nullptr, &config), 0);
     return config;
   }
   // The user picks an entry of the track mode combo.
-  static void Pick(Window& dialog, int selection) {
-    dialog.Control(kTrackMode)->selection = selection;
+  static void pick(Window& dialog, int selection) {
+    dialog.control(kTrackMode)->selection = selection;
     const WPARAM selection_changed = (WPARAM{1} << 16) | kTrackMode;
-    EXPECT_EQ(fake_host::WindowingLayer::Send(dialog, 0x111, selection_changed, 0), 0);
+    EXPECT_EQ(fake_host::WindowingLayer::send(dialog, 0x111, selection_changed, 0), 0);
   }
 
-  BoundSession session_;
+  BoundSession m_session;
 };
 
 TEST_F(ConfigDialog, ShowsTheBlobControlByControl) {
-  Show({.disc_leadin_ms = 1500,
+  show({.disc_leadin_ms = 1500,
         .track_leadin_ms = 250,
         .burn_after_render = 1,
         .track_mode = 1,
         .hash_markers_only = 1});
   std::vector<std::string> shown;
-  for (const std::string& call : session_.windowing.calls) {
+  for (const std::string& call : m_session.windowing.calls) {
     if (call.rfind("GetDlgItem(", 0) != 0 && call.rfind("QUELM_", 0) != 0 &&
         call.find("0x5C4") == std::string::npos) {
       shown.push_back(call);
@@ -85,14 +85,14 @@ TEST_F(ConfigDialog, ShowsTheBlobControlByControl) {
 }
 
 TEST_F(ConfigDialog, TheComboTextsAreTranslatedInTheirSection) {
-  session_.host.translations["One track"] = "Une piste";
-  const Window& dialog = Show(Settings{});
+  m_session.host.translations["One track"] = "Une piste";
+  const Window& dialog = show(Settings{});
   EXPECT_THAT(dialog.controls[7]->items,
               ElementsAre("Markers define new tracks",
                           "Regions define tracks (other areas ignored)", "Une piste"));
   using fake_host::LocalizeCall;
   EXPECT_THAT(
-      session_.host.localize_calls,
+      m_session.host.localize_calls,
       ElementsAre(LocalizeCall{"Markers define new tracks", "cd_DLG_155", 0},
                   LocalizeCall{"Regions define tracks (other areas ignored)", "cd_DLG_155", 0},
                   LocalizeCall{"One track", "cd_DLG_155", 0}));
@@ -100,52 +100,52 @@ TEST_F(ConfigDialog, TheComboTextsAreTranslatedInTheirSection) {
 
 TEST(ConfigDialogWithoutTranslation, ShowsItsOwnTexts) {
   Session session;
-  session.host.Withhold("__localizeFunc");
-  session.Load();
-  ASSERT_EQ(session.Bind(), 1);
-  const SinkConfig config = MakeConfig({});
+  session.host.withhold("__localizeFunc");
+  session.load();
+  ASSERT_EQ(session.bind(), 1);
+  const SinkConfig config = makeConfig({});
   auto* dialog =
       static_cast<Window*>(session.registration().ShowConfig(&config, sizeof config, nullptr));
   ASSERT_NE(dialog, nullptr);
-  EXPECT_THAT(dialog->Control(kTrackMode)->items,
+  EXPECT_THAT(dialog->control(kTrackMode)->items,
               ElementsAre("Markers define new tracks",
                           "Regions define tracks (other areas ignored)", "One track"));
 }
 
 TEST_F(ConfigDialog, ABlobThatIsTooShortShowsTheDefaults) {
-  const SinkConfig config = MakeConfig({.disc_leadin_ms = 1,
+  const SinkConfig config = makeConfig({.disc_leadin_ms = 1,
                                         .track_leadin_ms = 2,
                                         .burn_after_render = 1,
                                         .track_mode = 2,
                                         .hash_markers_only = 1});
   for (const int length : {4, 8, 20, 23}) {
-    Window& dialog = Show(&config, length);
-    EXPECT_EQ(dialog.Control(kDiscLeadIn)->value, 0) << length;
-    EXPECT_EQ(dialog.Control(kTrackLeadIn)->value, 0) << length;
-    EXPECT_EQ(dialog.Control(kBurn)->checked, 0) << length;
-    EXPECT_EQ(dialog.Control(kHashOnly)->checked, 0) << length;
-    EXPECT_EQ(dialog.Control(kTrackMode)->selection, 0) << length;
-    EXPECT_TRUE(dialog.Control(kHashOnly)->enabled) << length;
+    Window& dialog = show(&config, length);
+    EXPECT_EQ(dialog.control(kDiscLeadIn)->value, 0) << length;
+    EXPECT_EQ(dialog.control(kTrackLeadIn)->value, 0) << length;
+    EXPECT_EQ(dialog.control(kBurn)->checked, 0) << length;
+    EXPECT_EQ(dialog.control(kHashOnly)->checked, 0) << length;
+    EXPECT_EQ(dialog.control(kTrackMode)->selection, 0) << length;
+    EXPECT_TRUE(dialog.control(kHashOnly)->enabled) << length;
   }
 }
 
 TEST_F(ConfigDialog, ALongerBlobIsReadLikeAWholeOne) {
   unsigned char longer[40] = {0};
-  const SinkConfig config = MakeConfig({.disc_leadin_ms = 5, .track_mode = 1});
+  const SinkConfig config = makeConfig({.disc_leadin_ms = 5, .track_mode = 1});
   std::memcpy(longer, &config, sizeof config);
-  Window& dialog = Show(longer, sizeof longer);
-  EXPECT_EQ(dialog.Control(kDiscLeadIn)->value, 5);
-  EXPECT_EQ(dialog.Control(kTrackMode)->selection, 1);
+  Window& dialog = show(longer, sizeof longer);
+  EXPECT_EQ(dialog.control(kDiscLeadIn)->value, 5);
+  EXPECT_EQ(dialog.control(kTrackMode)->selection, 1);
 }
 
 TEST_F(ConfigDialog, AModeItDoesNotKnowSelectsNothingAndReadsBackAsMarkers) {
   for (const int mode : {5, 3, -1, INT_MAX, INT_MIN}) {
-    Window& dialog = Show({.track_mode = mode});
-    EXPECT_THAT(session_.windowing.calls,
+    Window& dialog = show({.track_mode = mode});
+    EXPECT_THAT(m_session.windowing.calls,
                 Contains("SendMessage(1014, 0x14E, " + std::to_string(mode) + ", 0)"));
-    EXPECT_EQ(dialog.Control(kTrackMode)->selection, -1) << mode;
-    EXPECT_FALSE(dialog.Control(kHashOnly)->enabled) << mode;
-    EXPECT_EQ(ReadBack(dialog).track_mode, 0) << mode;
+    EXPECT_EQ(dialog.control(kTrackMode)->selection, -1) << mode;
+    EXPECT_FALSE(dialog.control(kHashOnly)->enabled) << mode;
+    EXPECT_EQ(readBack(dialog).track_mode, 0) << mode;
   }
 }
 
@@ -155,131 +155,131 @@ TEST_F(ConfigDialog, ValuesPassThroughAsTheyAre) {
                              .burn_after_render = 7,
                              .track_mode = 2,
                              .hash_markers_only = -3};
-  Window& dialog = Show(settings);
-  EXPECT_THAT(session_.windowing.calls,
+  Window& dialog = show(settings);
+  EXPECT_THAT(m_session.windowing.calls,
               AllOf(Contains("SetDlgItemInt(1001, -250, signed)"),
                     Contains("SetDlgItemInt(1002, -2147483648, signed)"),
                     Contains("CheckDlgButton(1016, 7)"), Contains("CheckDlgButton(1017, -3)")));
-  const SinkConfig read = ReadBack(dialog);
-  const SinkConfig written = MakeConfig(settings);
+  const SinkConfig read = readBack(dialog);
+  const SinkConfig written = makeConfig(settings);
   EXPECT_EQ(std::memcmp(&read, &written, sizeof read), 0);
 }
 
 TEST_F(ConfigDialog, ANegativeLeadInIsWrittenAsTyped) {
-  Window& dialog = Show(Settings{});
-  dialog.Control(kDiscLeadIn)->value = -250;
-  dialog.Control(kTrackLeadIn)->value = -1;
-  EXPECT_EQ(ReadBack(dialog).disc_leadin_ms, -250);
-  EXPECT_EQ(ReadBack(dialog).track_leadin_ms, -1);
+  Window& dialog = show(Settings{});
+  dialog.control(kDiscLeadIn)->value = -250;
+  dialog.control(kTrackLeadIn)->value = -1;
+  EXPECT_EQ(readBack(dialog).disc_leadin_ms, -250);
+  EXPECT_EQ(readBack(dialog).track_leadin_ms, -1);
 }
 
 TEST_F(ConfigDialog, ReadingBackAsksEveryControlInItsOwnWay) {
-  Window& dialog = Show(Settings{});
-  session_.windowing.calls.clear();
-  ReadBack(dialog);
+  Window& dialog = show(Settings{});
+  m_session.windowing.calls.clear();
+  readBack(dialog);
   EXPECT_THAT(
-      session_.windowing.calls,
+      m_session.windowing.calls,
       AllOf(Contains("GetDlgItemInt(1001, signed)"), Contains("GetDlgItemInt(1002, signed)"),
             Contains("IsDlgButtonChecked(1016)"), Contains("IsDlgButtonChecked(1017)"),
             Contains("SendMessage(1014, 0x147, 0, 0)")));
 }
 
 TEST_F(ConfigDialog, TheHashBoxIsEnabledInMarkersModeOnly) {
-  Window& dialog = Show({.hash_markers_only = 1});
-  EXPECT_TRUE(dialog.Control(kHashOnly)->enabled);
+  Window& dialog = show({.hash_markers_only = 1});
+  EXPECT_TRUE(dialog.control(kHashOnly)->enabled);
   for (const int selection : {1, 2, -1}) {
-    Pick(dialog, 0);
-    EXPECT_TRUE(dialog.Control(kHashOnly)->enabled);
-    Pick(dialog, selection);
-    EXPECT_FALSE(dialog.Control(kHashOnly)->enabled) << selection;
-    EXPECT_EQ(dialog.Control(kHashOnly)->checked, 1) << "disabled, not cleared";
-    EXPECT_EQ(ReadBack(dialog).hash_markers_only, 1) << selection;
+    pick(dialog, 0);
+    EXPECT_TRUE(dialog.control(kHashOnly)->enabled);
+    pick(dialog, selection);
+    EXPECT_FALSE(dialog.control(kHashOnly)->enabled) << selection;
+    EXPECT_EQ(dialog.control(kHashOnly)->checked, 1) << "disabled, not cleared";
+    EXPECT_EQ(readBack(dialog).hash_markers_only, 1) << selection;
   }
 }
 
 TEST_F(ConfigDialog, ASelectionSendsTheDialogItsUpdateMessage) {
-  Window& dialog = Show(Settings{});
-  session_.windowing.calls.clear();
-  Pick(dialog, 2);
-  EXPECT_THAT(session_.windowing.calls, Contains("SendMessage(dialog, 0x5C4, 0, 0)"));
+  Window& dialog = show(Settings{});
+  m_session.windowing.calls.clear();
+  pick(dialog, 2);
+  EXPECT_THAT(m_session.windowing.calls, Contains("SendMessage(dialog, 0x5C4, 0, 0)"));
 }
 
 TEST_F(ConfigDialog, TheUpdateMessageEnablesByTheSelection) {
-  Window& dialog = Show(Settings{});
-  dialog.Control(kTrackMode)->selection = 1;
-  EXPECT_EQ(Send(dialog, kUpdateEnabling), 0);
-  EXPECT_FALSE(dialog.Control(kHashOnly)->enabled);
-  dialog.Control(kTrackMode)->selection = 0;
-  EXPECT_EQ(Send(dialog, kUpdateEnabling), 0);
-  EXPECT_TRUE(dialog.Control(kHashOnly)->enabled);
+  Window& dialog = show(Settings{});
+  dialog.control(kTrackMode)->selection = 1;
+  EXPECT_EQ(send(dialog, kUpdateEnabling), 0);
+  EXPECT_FALSE(dialog.control(kHashOnly)->enabled);
+  dialog.control(kTrackMode)->selection = 0;
+  EXPECT_EQ(send(dialog, kUpdateEnabling), 0);
+  EXPECT_TRUE(dialog.control(kHashOnly)->enabled);
 }
 
 TEST_F(ConfigDialog, OtherCommandsAreIgnored) {
-  Window& dialog = Show(Settings{});
-  session_.windowing.calls.clear();
+  Window& dialog = show(Settings{});
+  m_session.windowing.calls.clear();
   const WPARAM commands[] = {
       kTrackMode, (2 << 16) | kTrackMode, (1 << 16) | kHashOnly, (1 << 16) | kBurn, 1, 2, 0,
       (1 << 16)};
   for (const WPARAM command : commands) {
-    EXPECT_EQ(fake_host::WindowingLayer::Send(dialog, 0x111, command, 0), 0) << command;
+    EXPECT_EQ(fake_host::WindowingLayer::send(dialog, 0x111, command, 0), 0) << command;
   }
-  EXPECT_THAT(session_.windowing.calls, IsEmpty());
+  EXPECT_THAT(m_session.windowing.calls, IsEmpty());
 }
 
 TEST_F(ConfigDialog, OnlyTheLowWordsOfACommandCount) {
-  Window& dialog = Show(Settings{});
-  dialog.Control(kTrackMode)->selection = 1;
+  Window& dialog = show(Settings{});
+  dialog.control(kTrackMode)->selection = 1;
   const WPARAM command = (WPARAM{5} << 32) | (WPARAM{1} << 16) | kTrackMode;
-  fake_host::WindowingLayer::Send(dialog, 0x111, command, 0);
-  EXPECT_FALSE(dialog.Control(kHashOnly)->enabled);
+  fake_host::WindowingLayer::send(dialog, 0x111, command, 0);
+  EXPECT_FALSE(dialog.control(kHashOnly)->enabled);
 }
 
 TEST_F(ConfigDialog, AskedForTheSizeAloneItWritesNothingElse) {
-  Window& dialog = Show(Settings{});
-  session_.windowing.calls.clear();
+  Window& dialog = show(Settings{});
+  m_session.windowing.calls.clear();
   int size[2] = {-1, -1};
-  EXPECT_EQ(Send(dialog, kConfigGetBlob, &size[0]), 0);
+  EXPECT_EQ(send(dialog, kConfigGetBlob, &size[0]), 0);
   EXPECT_EQ(size[0], 24);
   EXPECT_EQ(size[1], -1);
 }
 
 TEST_F(ConfigDialog, SizeAndContentsCanBeAskedForTogetherOrNotAtAll) {
-  Window& dialog = Show({.disc_leadin_ms = 9});
+  Window& dialog = show({.disc_leadin_ms = 9});
   int size = 0;
   struct {
     SinkConfig config;
     unsigned char behind[8];
   } blob = {};
   std::memset(&blob, 0x5A, sizeof blob);
-  EXPECT_EQ(Send(dialog, kConfigGetBlob, &size, &blob), 0);
+  EXPECT_EQ(send(dialog, kConfigGetBlob, &size, &blob), 0);
   EXPECT_EQ(size, 24);
   EXPECT_EQ(blob.config.format_code, 0x69736F20);
   EXPECT_EQ(blob.config.disc_leadin_ms, 9);
   EXPECT_THAT(blob.behind, testing::Each(0x5A));
-  EXPECT_EQ(Send(dialog, kConfigGetBlob), 0);
+  EXPECT_EQ(send(dialog, kConfigGetBlob), 0);
 }
 
 TEST_F(ConfigDialog, TheSampleWidthIsSixteenBits) {
-  Window& dialog = Show(Settings{});
+  Window& dialog = show(Settings{});
   int bits = 0;
-  EXPECT_EQ(Send(dialog, kConfigSampleWidth, &bits), 0);
+  EXPECT_EQ(send(dialog, kConfigSampleWidth, &bits), 0);
   EXPECT_EQ(bits, 16);
   bits = -1;
   int other = -1;
-  EXPECT_EQ(Send(dialog, kConfigSampleWidth, &bits, &other), 0);
+  EXPECT_EQ(send(dialog, kConfigSampleWidth, &bits, &other), 0);
   EXPECT_EQ(bits, -1);
   EXPECT_EQ(other, -1);
-  EXPECT_EQ(Send(dialog, kConfigSampleWidth), 0);
+  EXPECT_EQ(send(dialog, kConfigSampleWidth), 0);
 }
 
 TEST_F(ConfigDialog, NoMessageIsClaimed) {
-  Window& dialog = Show(Settings{});
-  session_.windowing.calls.clear();
+  Window& dialog = show(Settings{});
+  m_session.windowing.calls.clear();
   for (UINT message = 0; message < 0x900; ++message) {
     if (message == WM_INITDIALOG) continue;
-    EXPECT_EQ(Send(dialog, message), 0) << message;
+    EXPECT_EQ(send(dialog, message), 0) << message;
   }
-  EXPECT_THAT(session_.windowing.calls, Not(Contains(testing::HasSubstr("SetDlgItemInt"))));
+  EXPECT_THAT(m_session.windowing.calls, Not(Contains(testing::HasSubstr("SetDlgItemInt"))));
 }
 
 }  // namespace

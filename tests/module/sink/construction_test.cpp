@@ -14,9 +14,9 @@ namespace sink_test {
 namespace {
 
 namespace fs = std::filesystem;
-using fake_host::FileExists;
+using fake_host::fileExists;
 using fake_host::Session;
-using fake_host::SizeOfFile;
+using fake_host::sizeOfFile;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -24,34 +24,34 @@ using testing::Not;
 // Names are taken relative to this folder while it lives.
 class WorkingFolder {
  public:
-  explicit WorkingFolder(const fs::path& folder) : former_(fs::current_path()) {
+  explicit WorkingFolder(const fs::path& folder) : m_former(fs::current_path()) {
     fs::current_path(folder);
   }
-  ~WorkingFolder() { fs::current_path(former_); }
+  ~WorkingFolder() { fs::current_path(m_former); }
   WorkingFolder(const WorkingFolder&) = delete;
   WorkingFolder& operator=(const WorkingFolder&) = delete;
 
  private:
-  fs::path former_;
+  fs::path m_former;
 };
 
 class Construction : public BoundSession, public testing::Test {
  protected:
-  Sink CreateNamed(const char* name, const Settings& settings = {}) {
-    SinkConfig config = fake_host::MakeConfig(settings);
+  Sink createNamed(const char* name, const Settings& settings = {}) {
+    SinkConfig config = fake_host::makeConfig(settings);
     return Sink(registration().CreateSink(name, &config, sizeof config, 2, 44100, false));
   }
-  std::string SheetOf(const Settings& settings) {
-    Sink sink = CreateSink("disc.cue", settings);
+  std::string sheetOf(const Settings& settings) {
+    Sink sink = createSink("disc.cue", settings);
     EXPECT_TRUE(sink);
     if (!sink) return {};
-    sink.Finish();
-    sink.Delete();
-    return ReadText(File("disc.cue"));
+    sink.finish();
+    sink.destroy();
+    return readText(file("disc.cue"));
   }
   // The title line of track 1 in the sheet of a render without audio.
-  std::string FirstTitle(const Settings& settings = {}) {
-    const std::string sheet = SheetOf(settings);
+  std::string firstTitle(const Settings& settings = {}) {
+    const std::string sheet = sheetOf(settings);
     const size_t title = sheet.find("    TITLE \"");
     return title == std::string::npos ? "none"
                                       : sheet.substr(title, sheet.find('\r', title) - title);
@@ -70,17 +70,17 @@ class FileNames : public BoundSession, public testing::TestWithParam<Names> {};
 TEST_P(FileNames, SheetAndImageLieSideBySide) {
   const WorkingFolder in(folder.path());
   fs::create_directory("a.b");
-  SinkConfig config = fake_host::MakeConfig({});
+  SinkConfig config = fake_host::makeConfig({});
   Sink sink(registration().CreateSink(GetParam().given, &config, sizeof config, 2, 44100, false));
   ASSERT_TRUE(sink);
   EXPECT_STREQ(sink->GetFileName(), GetParam().told);
-  sink.WriteSignal(588);
-  sink.Finish();
-  sink.Delete();
+  sink.writeSignal(588);
+  sink.finish();
+  sink.destroy();
   EXPECT_THAT(
-      ReadText(GetParam().sheet),
+      readText(GetParam().sheet),
       HasSubstr("FILE \"" + fs::path(GetParam().image).filename().string() + "\" BINARY\r\n"));
-  EXPECT_EQ(SizeOfFile(GetParam().image), 2352);
+  EXPECT_EQ(sizeOfFile(GetParam().image), 2352);
   size_t files = 0;
   for (const auto& entry : fs::recursive_directory_iterator(".")) files += entry.is_regular_file();
   EXPECT_EQ(files, 2U);
@@ -105,175 +105,175 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(Construction, FourCharactersWithoutADotMakeNoSink) {
   const WorkingFolder in(folder.path());
-  EXPECT_FALSE(CreateNamed("abcd"));
-  EXPECT_FALSE(CreateNamed("song"));
+  EXPECT_FALSE(createNamed("abcd"));
+  EXPECT_FALSE(createNamed("song"));
   EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
 TEST_F(Construction, NoNameMakesNoSink) {
   const WorkingFolder in(folder.path());
-  EXPECT_FALSE(CreateNamed(nullptr));
-  EXPECT_FALSE(CreateNamed(""));
+  EXPECT_FALSE(createNamed(nullptr));
+  EXPECT_FALSE(createNamed(""));
   EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
 TEST_F(Construction, AMissingFolderMakesNoSink) {
-  const int before = fake_host::OpenDescriptors();
-  EXPECT_FALSE(CreateSink("missing/disc.cue"));
-  EXPECT_EQ(fake_host::OpenDescriptors(), before);
-  EXPECT_FALSE(FileExists(File("missing")));
+  const int before = fake_host::openDescriptors();
+  EXPECT_FALSE(createSink("missing/disc.cue"));
+  EXPECT_EQ(fake_host::openDescriptors(), before);
+  EXPECT_FALSE(fileExists(file("missing")));
 }
 
 TEST_F(Construction, AnImageThatCannotBeOpenedMakesNoSink) {
-  fs::create_directory(File("disc.bin"));
-  const int before = fake_host::OpenDescriptors();
-  EXPECT_FALSE(CreateSink("disc.cue"));
-  EXPECT_EQ(fake_host::OpenDescriptors(), before);
+  fs::create_directory(file("disc.bin"));
+  const int before = fake_host::openDescriptors();
+  EXPECT_FALSE(createSink("disc.cue"));
+  EXPECT_EQ(fake_host::openDescriptors(), before);
 }
 
 TEST_F(Construction, ASheetThatCannotBeOpenedLeavesTheImageAlone) {
-  fs::create_directory(File("disc.cue"));
-  fake_host::WriteText(File("disc.bin"), "yesterday's image");
-  EXPECT_FALSE(CreateSink("disc.cue"));
-  EXPECT_EQ(ReadText(File("disc.bin")), "yesterday's image");
+  fs::create_directory(file("disc.cue"));
+  fake_host::writeText(file("disc.bin"), "yesterday's image");
+  EXPECT_FALSE(createSink("disc.cue"));
+  EXPECT_EQ(readText(file("disc.bin")), "yesterday's image");
 }
 
 TEST_F(Construction, WhatLayThereBeforeIsEmptied) {
-  fake_host::WriteText(File("disc.cue"), "an old sheet");
-  fake_host::WriteText(File("disc.bin"), "an old image");
-  Sink sink = CreateSink("disc.cue");
+  fake_host::writeText(file("disc.cue"), "an old sheet");
+  fake_host::writeText(file("disc.bin"), "an old image");
+  Sink sink = createSink("disc.cue");
   ASSERT_TRUE(sink);
-  EXPECT_EQ(SizeOfFile(File("disc.cue")), 0);
-  EXPECT_EQ(SizeOfFile(File("disc.bin")), 0);
+  EXPECT_EQ(sizeOfFile(file("disc.cue")), 0);
+  EXPECT_EQ(sizeOfFile(file("disc.bin")), 0);
 }
 
 TEST_F(Construction, BothFilesAreHeldAgainstOtherWriters) {
-  Sink sink = CreateSink("disc.cue");
+  Sink sink = createSink("disc.cue");
   ASSERT_TRUE(sink);
-  sink.WriteSignal(588);
-  EXPECT_FALSE(CreateSink("disc.cue"));
+  sink.writeSignal(588);
+  EXPECT_FALSE(createSink("disc.cue"));
   for (const char* name : {"disc.cue", "disc.bin"}) {
-    const int fd = open(File(name).c_str(), O_RDONLY | O_CLOEXEC);
+    const int fd = open(file(name).c_str(), O_RDONLY | O_CLOEXEC);
     EXPECT_EQ(flock(fd, LOCK_EX | LOCK_NB), -1) << name;
     close(fd);
   }
-  EXPECT_EQ(sink.Finish(), 1);
-  EXPECT_EQ(SizeOfFile(File("disc.bin")), 2352);
-  EXPECT_TRUE(CreateSink("disc.cue")) << "free again after the finish";
+  EXPECT_EQ(sink.finish(), 1);
+  EXPECT_EQ(sizeOfFile(file("disc.bin")), 2352);
+  EXPECT_TRUE(createSink("disc.cue")) << "free again after the finish";
 }
 
 TEST_F(Construction, ALockedFileKeepsItsContents) {
   for (const char* name : {"disc.cue", "disc.bin"}) {
-    fake_host::WriteText(File(name), "held");
-    const int fd = open(File(name).c_str(), O_RDONLY | O_CLOEXEC);
+    fake_host::writeText(file(name), "held");
+    const int fd = open(file(name).c_str(), O_RDONLY | O_CLOEXEC);
     ASSERT_EQ(flock(fd, LOCK_EX | LOCK_NB), 0);
-    EXPECT_FALSE(CreateSink("disc.cue")) << name;
+    EXPECT_FALSE(createSink("disc.cue")) << name;
     close(fd);
-    EXPECT_EQ(ReadText(File(name)), "held");
-    fs::remove(File(name));
+    EXPECT_EQ(readText(file(name)), "held");
+    fs::remove(file(name));
   }
 }
 
 TEST_F(Construction, TheHostsFormatIsOfNoConsequence) {
-  SinkConfig config = fake_host::MakeConfig({});
+  SinkConfig config = fake_host::makeConfig({});
   Sink sink(
-      registration().CreateSink(File("disc.cue").c_str(), &config, sizeof config, 6, 96000, true));
+      registration().CreateSink(file("disc.cue").c_str(), &config, sizeof config, 6, 96000, true));
   ASSERT_TRUE(sink);
   EXPECT_EQ(sink->GetNumChannels(), 2);
-  sink.WriteSignal(44100);
+  sink.writeSignal(44100);
   EXPECT_EQ(sink->GetLength(), 1.0);
 }
 
 TEST_F(Construction, AShortBlobIsIgnoredWhole) {
-  SinkConfig config = fake_host::MakeConfig({.disc_leadin_ms = 1000, .track_mode = 2});
+  SinkConfig config = fake_host::makeConfig({.disc_leadin_ms = 1000, .track_mode = 2});
   for (const int length : {4, 8, 16, 23}) {
-    host.marks = {Marker(0.0, "one")};
+    host.marks = {marker(0.0, "one")};
     Sink sink(
-        registration().CreateSink(File("disc.cue").c_str(), &config, length, 2, 44100, false));
+        registration().CreateSink(file("disc.cue").c_str(), &config, length, 2, 44100, false));
     ASSERT_TRUE(sink);
     EXPECT_EQ(sink->GetLength(), 0.0) << length;
-    sink.Finish();
-    sink.Delete();
-    EXPECT_THAT(ReadText(File("disc.cue")), HasSubstr("TITLE \"one\"")) << "markers mode";
+    sink.finish();
+    sink.destroy();
+    EXPECT_THAT(readText(file("disc.cue")), HasSubstr("TITLE \"one\"")) << "markers mode";
   }
 }
 
 // Track 1's name.
 
 TEST_F(Construction, AMarkerExactlyFourSecondsAfterTheStartNamesTrackOne) {
-  host.marks = {Marker(4.0, "Four")};
-  EXPECT_EQ(FirstTitle(), "    TITLE \"Four\"");
+  host.marks = {marker(4.0, "Four")};
+  EXPECT_EQ(firstTitle(), "    TITLE \"Four\"");
 }
 
 TEST_F(Construction, AMarkerPastFourSecondsLeavesTrackOneUnnamed) {
-  host.marks = {Marker(4.0001, "Late")};
-  EXPECT_EQ(FirstTitle(), "none");
+  host.marks = {marker(4.0001, "Late")};
+  EXPECT_EQ(firstTitle(), "none");
 }
 
 TEST_F(Construction, AMarkerAtTheStartNamesTrackOne) {
-  host.marks = {Marker(0.0, "Zero")};
-  EXPECT_EQ(FirstTitle(), "    TITLE \"Zero\"");
+  host.marks = {marker(0.0, "Zero")};
+  EXPECT_EQ(firstTitle(), "    TITLE \"Zero\"");
 }
 
 TEST_F(Construction, AMarkerBeforeTheStartIsPassedOver) {
-  host.marks = {Marker(-0.5, "Before"), Marker(1.0, "After")};
-  EXPECT_EQ(FirstTitle(), "    TITLE \"After\"");
+  host.marks = {marker(-0.5, "Before"), marker(1.0, "After")};
+  EXPECT_EQ(firstTitle(), "    TITLE \"After\"");
 }
 
 TEST_F(Construction, TheFirstMarkerThatCountsDecidesWhateverFollows) {
-  host.marks = {Marker(4.5, "Late"), Marker(1.0, "Early")};
-  EXPECT_EQ(FirstTitle(), "none");
-  host.marks = {Marker(1.0, std::nullopt), Marker(2.0, "Second")};
-  EXPECT_EQ(FirstTitle(), "none") << "a marker without a name decides too";
-  host.marks = {Marker(1.0, ""), Marker(2.0, "Second")};
-  EXPECT_EQ(FirstTitle(), "none");
-  host.marks = {Marker(3.0, "First"), Marker(2.0, "Second")};
-  EXPECT_EQ(FirstTitle(), "    TITLE \"First\"");
+  host.marks = {marker(4.5, "Late"), marker(1.0, "Early")};
+  EXPECT_EQ(firstTitle(), "none");
+  host.marks = {marker(1.0, std::nullopt), marker(2.0, "Second")};
+  EXPECT_EQ(firstTitle(), "none") << "a marker without a name decides too";
+  host.marks = {marker(1.0, ""), marker(2.0, "Second")};
+  EXPECT_EQ(firstTitle(), "none");
+  host.marks = {marker(3.0, "First"), marker(2.0, "Second")};
+  EXPECT_EQ(firstTitle(), "    TITLE \"First\"");
 }
 
 TEST_F(Construction, RegionsAndTagsDoNotNameTrackOne) {
-  host.marks = {Region(0.0, 9.0, "region"), Marker(0.5, "PERF=p"), Marker(0.6, "writ=w"),
-                Marker(0.7, "Isrc=i"), Marker(1.0, "Title")};
-  EXPECT_EQ(FirstTitle(), "    TITLE \"Title\"");
+  host.marks = {region(0.0, 9.0, "region"), marker(0.5, "PERF=p"), marker(0.6, "writ=w"),
+                marker(0.7, "Isrc=i"), marker(1.0, "Title")};
+  EXPECT_EQ(firstTitle(), "    TITLE \"Title\"");
 }
 
 TEST_F(Construction, ANameThatOnlyResemblesATagIsAName) {
   for (const char* name : {"PERF", "PERF =x", " PERF=x", "ISR=x", "WRITE=x"}) {
-    host.marks = {Marker(1.0, name)};
-    EXPECT_EQ(FirstTitle(), "    TITLE \"" + std::string(name) + "\"");
+    host.marks = {marker(1.0, name)};
+    EXPECT_EQ(firstTitle(), "    TITLE \"" + std::string(name) + "\"");
   }
 }
 
 TEST_F(Construction, WithHashMarkersOnlyTheOthersArePassedOver) {
-  host.marks = {Marker(0.5, "plain"), Marker(0.6, std::nullopt), Marker(0.7, ""),
-                Marker(1.0, "#Real")};
-  EXPECT_EQ(FirstTitle({.hash_markers_only = 1}), "    TITLE \"Real\"");
+  host.marks = {marker(0.5, "plain"), marker(0.6, std::nullopt), marker(0.7, ""),
+                marker(1.0, "#Real")};
+  EXPECT_EQ(firstTitle({.hash_markers_only = 1}), "    TITLE \"Real\"");
 }
 
 TEST_F(Construction, WithHashMarkersOnlyATagBehindTheHashIsAName) {
-  host.marks = {Marker(1.0, "#PERF=x")};
-  EXPECT_EQ(FirstTitle({.hash_markers_only = 1}), "    TITLE \"PERF=x\"");
+  host.marks = {marker(1.0, "#PERF=x")};
+  EXPECT_EQ(firstTitle({.hash_markers_only = 1}), "    TITLE \"PERF=x\"");
 }
 
 TEST_F(Construction, AnyNonZeroHashFlagCounts) {
-  host.marks = {Marker(0.5, "plain"), Marker(1.0, "#Real")};
-  EXPECT_EQ(FirstTitle({.hash_markers_only = 2}), "    TITLE \"Real\"");
-  EXPECT_EQ(FirstTitle({.hash_markers_only = -1}), "    TITLE \"Real\"");
+  host.marks = {marker(0.5, "plain"), marker(1.0, "#Real")};
+  EXPECT_EQ(firstTitle({.hash_markers_only = 2}), "    TITLE \"Real\"");
+  EXPECT_EQ(firstTitle({.hash_markers_only = -1}), "    TITLE \"Real\"");
 }
 
 TEST_F(Construction, WithoutTheHashOptionTheHashStays) {
-  host.marks = {Marker(1.0, "#Real")};
-  EXPECT_EQ(FirstTitle(), "    TITLE \"#Real\"");
+  host.marks = {marker(1.0, "#Real")};
+  EXPECT_EQ(firstTitle(), "    TITLE \"#Real\"");
 }
 
 TEST_F(Construction, TrackOneIsNamedInMarkersModeOnly) {
-  host.marks = {Marker(1.0, "Name")};
-  for (const int mode : {1, 2, 3, -1}) EXPECT_EQ(FirstTitle({.track_mode = mode}), "none") << mode;
+  host.marks = {marker(1.0, "Name")};
+  for (const int mode : {1, 2, 3, -1}) EXPECT_EQ(firstTitle({.track_mode = mode}), "none") << mode;
 }
 
 TEST_F(Construction, NamingTrackOneReadsTheMarkersWithTheirEndsAndWithoutTheirNumbers) {
-  host.marks = {Marker(5.0, "x")};
-  Sink sink = CreateSink("disc.cue");
+  host.marks = {marker(5.0, "x")};
+  Sink sink = createSink("disc.cue");
   ASSERT_EQ(host.marker_calls.size(), 1U);
   const fake_host::MarkerCall& call = host.marker_calls[0];
   EXPECT_EQ(call.index, 0);
@@ -285,46 +285,46 @@ TEST_F(Construction, NamingTrackOneReadsTheMarkersWithTheirEndsAndWithoutTheirNu
 // The disc lead-in.
 
 TEST_F(Construction, TwoSecondsOfDiscLeadInAreExactlyAHundredAndFiftySectors) {
-  Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = 2000});
+  Sink sink = createSink("disc.cue", {.disc_leadin_ms = 2000});
   ASSERT_TRUE(sink);
   EXPECT_EQ(sink->GetLength(), 2.0);
-  sink.WriteSignal(588);
-  sink.Finish();
-  ExpectImage(File("disc.bin"), Image().Silence(88200).Signal(0, 588));
-  EXPECT_THAT(ReadText(File("disc.cue")),
+  sink.writeSignal(588);
+  sink.finish();
+  expectImage(file("disc.bin"), Image().silence(88200).signal(0, 588));
+  EXPECT_THAT(readText(file("disc.cue")),
               HasSubstr("INDEX 00 00:00:00\r\n    INDEX 01 00:02:00\r\n"));
 }
 
 TEST_F(Construction, HalfASecondOfDiscLeadInIsPaddedToASector) {
-  Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = 500});
+  Sink sink = createSink("disc.cue", {.disc_leadin_ms = 500});
   ASSERT_TRUE(sink);
   EXPECT_EQ(sink->GetLength(), 22344 / 44100.0);
-  sink.WriteSignal(588);
-  sink.Finish();
-  ExpectImage(File("disc.bin"), Image().Silence(22344).Signal(0, 588));
-  EXPECT_THAT(ReadText(File("disc.cue")), HasSubstr("    INDEX 01 00:00:37\r\n"))
+  sink.writeSignal(588);
+  sink.finish();
+  expectImage(file("disc.bin"), Image().silence(22344).signal(0, 588));
+  EXPECT_THAT(readText(file("disc.cue")), HasSubstr("    INDEX 01 00:00:37\r\n"))
       << "the asked length, not the padded one";
 }
 
 TEST_F(Construction, ALeadInThatEndsInsideAFrameIsCountedInWholeFrames) {
   // 7 ms are 1234 bytes: 308 whole frames, and 279 more pad the sector.
-  Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = 7});
+  Sink sink = createSink("disc.cue", {.disc_leadin_ms = 7});
   ASSERT_TRUE(sink);
   EXPECT_EQ(sink->GetLength(), 587 / 44100.0);
-  sink.Delete();
-  EXPECT_EQ(SizeOfFile(File("disc.bin")), 2352);
+  sink.destroy();
+  EXPECT_EQ(sizeOfFile(file("disc.bin")), 2352);
 }
 
 TEST_F(Construction, ANegativeLeadInIsNone) {
-  Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = -2000, .track_leadin_ms = -1});
+  Sink sink = createSink("disc.cue", {.disc_leadin_ms = -2000, .track_leadin_ms = -1});
   ASSERT_TRUE(sink);
   EXPECT_EQ(sink->GetLength(), 0.0);
-  sink.Finish();
-  EXPECT_THAT(ReadText(File("disc.cue")), Not(HasSubstr("INDEX 00")));
+  sink.finish();
+  EXPECT_THAT(readText(file("disc.cue")), Not(HasSubstr("INDEX 00")));
 }
 
 TEST_F(Construction, TheTrackLeadInIsNotPutBeforeTrackOne) {
-  Sink sink = CreateSink("disc.cue", {.track_leadin_ms = 2000});
+  Sink sink = createSink("disc.cue", {.track_leadin_ms = 2000});
   ASSERT_TRUE(sink);
   EXPECT_EQ(sink->GetLength(), 0.0);
 }
@@ -333,9 +333,9 @@ TEST_F(Construction, TheTrackLeadInIsNotPutBeforeTrackOne) {
 
 TEST_F(Construction, MetadataIsAskedForOnceFromZeroToTheEnd) {
   host.metadata = {{"CUE:DISC_TITLE", "t"}, {"OTHER", "x"}};
-  Sink sink = CreateSink("disc.cue");
+  Sink sink = createSink("disc.cue");
   EXPECT_THAT(host.metadata_calls, ElementsAre(0, 1, 2));
-  sink.Finish();
+  sink.finish();
   EXPECT_EQ(host.metadata_calls.size(), 3U);
 }
 
@@ -345,20 +345,20 @@ TEST_F(Construction, MetadataIsTakenByItsPrefixLetterByLetter) {
                    {"CUE:DISC", "x"},
                    {"XCUE:DISC_TITLE", "x"},
                    {"TITLE", "x"}};
-  EXPECT_EQ(SheetOf({}), Sheet({"PERFORMER \"upper\"", "FILE \"disc.bin\" BINARY",
+  EXPECT_EQ(sheetOf({}), sheet({"PERFORMER \"upper\"", "FILE \"disc.bin\" BINARY",
                                 "  TRACK 01 AUDIO", "    INDEX 01 00:00:00"}));
 }
 
 TEST_F(Construction, OfKeysThatDifferInCaseOneSurvives) {
   host.metadata = {{"CUE:DISC_TITLE", "A"}, {"CUE:DISC_title", "B"}, {"CUE:DISC_Title", "C"}};
-  const std::string sheet = SheetOf({});
+  const std::string sheet = sheetOf({});
   EXPECT_THAT(sheet, testing::MatchesRegex("TITLE \"[ABC]\"\r\nFILE.*"));
   EXPECT_EQ(sheet.find("TITLE"), sheet.rfind("TITLE"));
 }
 
 TEST_F(Construction, AKeyInAnotherCaseIsFound) {
   host.metadata = {{"CUE:DISC_catalog", "0731452345620"}};
-  EXPECT_THAT(SheetOf({}), testing::StartsWith("CATALOG \"0731452345620\"\r\n"));
+  EXPECT_THAT(sheetOf({}), testing::StartsWith("CATALOG \"0731452345620\"\r\n"));
 }
 
 TEST_F(Construction, EntriesWithoutAKeyOrAValueAreLeftOut) {
@@ -367,23 +367,23 @@ TEST_F(Construction, EntriesWithoutAKeyOrAValueAreLeftOut) {
                    {"CUE:DISC_TITLE", ""},
                    {"CUE:DISC_", "x"},
                    {"CUE:DISC_SONGWRITER", "w"}};
-  EXPECT_THAT(SheetOf({}), testing::StartsWith("SONGWRITER \"w\"\r\nFILE"));
+  EXPECT_THAT(sheetOf({}), testing::StartsWith("SONGWRITER \"w\"\r\nFILE"));
 }
 
 TEST(ConstructionWithoutMetadata, TheSheetHasNoDiscLines) {
   Session session;
-  session.host.Withhold("EnumCurrentSinkMetadata");
+  session.host.withhold("EnumCurrentSinkMetadata");
   session.host.metadata = {{"CUE:DISC_TITLE", "t"}};
-  session.Load();
-  ASSERT_EQ(session.Bind(), 1);
-  Sink sink = session.CreateSink("disc.cue");
+  session.load();
+  ASSERT_EQ(session.bind(), 1);
+  Sink sink = session.createSink("disc.cue");
   ASSERT_TRUE(sink);
-  sink.Finish();
-  EXPECT_THAT(ReadText(session.File("disc.cue")), testing::StartsWith("FILE \"disc.bin\" BINARY"));
+  sink.finish();
+  EXPECT_THAT(readText(session.file("disc.cue")), testing::StartsWith("FILE \"disc.bin\" BINARY"));
 }
 
 TEST_F(Construction, TheStartTimeIsZeroUntilTheHostSetsIt) {
-  Sink sink = CreateSink("disc.cue");
+  Sink sink = createSink("disc.cue");
   ASSERT_TRUE(sink);
   EXPECT_EQ(sink->GetStartTime(), 0.0);
   sink->SetStartTime(-12.25);

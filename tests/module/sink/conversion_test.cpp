@@ -11,7 +11,7 @@ namespace sink_test {
 namespace {
 
 // The rule as it is written down: clamp, else round half up.
-int16_t Plain(double x) {
+int16_t plain(double x) {
   const double v = x * 32768.0;
   if (std::isnan(v)) return 0;
   if (v <= -32768.0) return -32768;
@@ -22,23 +22,23 @@ int16_t Plain(double x) {
 class Conversion : public BoundSession, public testing::Test {
  protected:
   // The image's samples of a render of `channels`.
-  std::vector<int16_t> Convert(const std::vector<std::vector<double>>& channels,
+  std::vector<int16_t> convert(const std::vector<std::vector<double>>& channels,
                                const BlockSchedule& schedule = {}) {
-    Sink sink = CreateSink("disc.cue", {.track_mode = kOneTrack});
+    Sink sink = createSink("disc.cue", {.track_mode = kOneTrack});
     EXPECT_TRUE(sink);
-    sink.Write(channels, schedule);
-    sink.Delete();
-    return fake_host::ReadSamples(File("disc.bin"));
+    sink.write(channels, schedule);
+    sink.destroy();
+    return fake_host::readSamples(file("disc.bin"));
   }
-  int16_t ConvertOne(double x) { return Convert({{x}, {0.0}}).at(0); }
+  int16_t convertOne(double x) { return convert({{x}, {0.0}}).at(0); }
 
-  void ExpectPlain(const std::vector<double>& left, const std::vector<double>& right,
+  void expectPlain(const std::vector<double>& left, const std::vector<double>& right,
                    const BlockSchedule& schedule) {
-    const std::vector<int16_t> samples = Convert({left, right}, schedule);
+    const std::vector<int16_t> samples = convert({left, right}, schedule);
     ASSERT_EQ(samples.size(), 2 * left.size());
     for (size_t i = 0; i < left.size(); ++i) {
-      ASSERT_EQ(samples[2 * i], Plain(left[i])) << "left " << left[i] * 32768.0 << " at " << i;
-      ASSERT_EQ(samples[2 * i + 1], Plain(right[i])) << "right " << right[i] * 32768.0;
+      ASSERT_EQ(samples[2 * i], plain(left[i])) << "left " << left[i] * 32768.0 << " at " << i;
+      ASSERT_EQ(samples[2 * i + 1], plain(right[i])) << "right " << right[i] * 32768.0;
     }
   }
 };
@@ -78,7 +78,7 @@ TEST_F(Conversion, KnownValuesComeOutAsTheyMust) {
                         {kNaN, 0},
                         {-kNaN, 0},
                         {std::numeric_limits<double>::signaling_NaN(), 0}};
-  for (const Case& c : cases) EXPECT_EQ(ConvertOne(c.x), c.sample) << c.x * 32768.0;
+  for (const Case& c : cases) EXPECT_EQ(convertOne(c.x), c.sample) << c.x * 32768.0;
 }
 
 TEST_F(Conversion, EveryIntegerAndHalfStepWithBothNeighboursIsExact) {
@@ -90,9 +90,9 @@ TEST_F(Conversion, EveryIntegerAndHalfStepWithBothNeighboursIsExact) {
     }
   }
   std::vector<double> reversed(values.rbegin(), values.rend());
-  ExpectPlain(values, reversed, {.lengths = {1024}});
-  ExpectPlain(values, reversed, {.lengths = {1, 2, 3, 5, 7, 8, 9, 15, 17, 33, 1023, 4097}});
-  ExpectPlain(values, reversed, {.lengths = {1021}, .offset = 3, .spacing = 2});
+  expectPlain(values, reversed, {.lengths = {1024}});
+  expectPlain(values, reversed, {.lengths = {1, 2, 3, 5, 7, 8, 9, 15, 17, 33, 1023, 4097}});
+  expectPlain(values, reversed, {.lengths = {1021}, .offset = 3, .spacing = 2});
 }
 
 TEST_F(Conversion, NothingDependsOnWhereInABlockASampleLies) {
@@ -103,7 +103,7 @@ TEST_F(Conversion, NothingDependsOnWhereInABlockASampleLies) {
       std::vector<double> right(19, -0.25);
       left[place] = special;
       right[18 - place] = special;
-      ExpectPlain(left, right, {.lengths = {19}});
+      expectPlain(left, right, {.lengths = {19}});
     }
   }
 }
@@ -111,11 +111,11 @@ TEST_F(Conversion, NothingDependsOnWhereInABlockASampleLies) {
 TEST_F(Conversion, MonoGoesToBothChannels) {
   const std::vector<double> mono = {0.1, -0.2, 0.3, kNaN, 1.0, -1.0, 0.0, 0.7, 0.8};
   for (const int length : {1, 4, 9}) {
-    const auto samples = Convert({mono}, {.lengths = {length}, .channels = 1});
+    const auto samples = convert({mono}, {.lengths = {length}, .channels = 1});
     ASSERT_EQ(samples.size(), 2 * mono.size());
     for (size_t i = 0; i < mono.size(); ++i) {
-      EXPECT_EQ(samples[2 * i], Plain(mono[i]));
-      EXPECT_EQ(samples[2 * i + 1], Plain(mono[i]));
+      EXPECT_EQ(samples[2 * i], plain(mono[i]));
+      EXPECT_EQ(samples[2 * i + 1], plain(mono[i]));
     }
   }
 }
@@ -123,8 +123,8 @@ TEST_F(Conversion, MonoGoesToBothChannels) {
 TEST_F(Conversion, OfSixChannelsTheFirstTwoAreWritten) {
   const std::vector<std::vector<double>> six = {{0.1, 0.2}, {-0.1, -0.2}, {0.9, 0.9},
                                                 {0.9, 0.9}, {0.9, 0.9},   {0.9, 0.9}};
-  EXPECT_THAT(Convert(six, {.channels = 6}),
-              testing::ElementsAre(Plain(0.1), Plain(-0.1), Plain(0.2), Plain(-0.2)));
+  EXPECT_THAT(convert(six, {.channels = 6}),
+              testing::ElementsAre(plain(0.1), plain(-0.1), plain(0.2), plain(-0.2)));
 }
 
 TEST_F(Conversion, FramesAreTakenFromTheirOffsetAtTheirSpacing) {
@@ -136,7 +136,7 @@ TEST_F(Conversion, FramesAreTakenFromTheirOffsetAtTheirSpacing) {
   }
   for (const int offset : {0, 1, 2, 17}) {
     for (const int spacing : {1, 2, 3, 6}) {
-      ExpectPlain(left, right, {.lengths = {64, 1, 31}, .offset = offset, .spacing = spacing});
+      expectPlain(left, right, {.lengths = {64, 1, 31}, .offset = offset, .spacing = spacing});
     }
   }
 }
@@ -144,44 +144,44 @@ TEST_F(Conversion, FramesAreTakenFromTheirOffsetAtTheirSpacing) {
 TEST_F(Conversion, ChannelsInterleavedInOneBufferAreTakenApart) {
   double interleaved[] = {0.1, -0.1, 0.2, -0.2, 0.3, -0.3};
   double* channels[] = {interleaved, interleaved + 1};
-  Sink sink = CreateSink("disc.cue");
+  Sink sink = createSink("disc.cue");
   sink->WriteDoubles(channels, 3, 2, 0, 2);
-  sink.Delete();
-  EXPECT_THAT(fake_host::ReadSamples(File("disc.bin")),
-              testing::ElementsAre(Plain(0.1), Plain(-0.1), Plain(0.2), Plain(-0.2), Plain(0.3),
-                                   Plain(-0.3)));
+  sink.destroy();
+  EXPECT_THAT(fake_host::readSamples(file("disc.bin")),
+              testing::ElementsAre(plain(0.1), plain(-0.1), plain(0.2), plain(-0.2), plain(0.3),
+                                   plain(-0.3)));
 }
 
 TEST_F(Conversion, SpacingMayRunBackwards) {
   double samples[] = {0.3, 0.2, 0.1};
   double* channels[] = {samples, samples};
-  Sink sink = CreateSink("disc.cue");
+  Sink sink = createSink("disc.cue");
   sink->WriteDoubles(channels, 3, 2, 2, -1);
-  sink.Delete();
+  sink.destroy();
   EXPECT_THAT(
-      fake_host::ReadSamples(File("disc.bin")),
-      testing::ElementsAre(Plain(0.1), Plain(0.1), Plain(0.2), Plain(0.2), Plain(0.3), Plain(0.3)));
+      fake_host::readSamples(file("disc.bin")),
+      testing::ElementsAre(plain(0.1), plain(0.1), plain(0.2), plain(0.2), plain(0.3), plain(0.3)));
 }
 
 TEST_F(Conversion, TheHostsSamplesAreNotTouched) {
   const std::vector<double> original = {0.5, kInfinity, -2.0, 0.1};
   std::vector<double> samples = original;
   double* channels[] = {samples.data(), samples.data()};
-  Sink sink = CreateSink("disc.cue");
+  Sink sink = createSink("disc.cue");
   sink->WriteDoubles(channels, 4, 2, 0, 1);
   EXPECT_EQ(samples, original);
 }
 
 TEST_F(Conversion, NoFramesAreNothing) {
-  Sink sink = CreateSink("disc.cue");
+  Sink sink = createSink("disc.cue");
   ASSERT_TRUE(sink);
   for (const int length : {0, -1, std::numeric_limits<int>::min()}) {
     sink->WriteDoubles(nullptr, length, 2, 0, 1);
   }
   EXPECT_EQ(sink->GetLength(), 0.0);
   EXPECT_TRUE(host.marker_calls.size() <= 1U) << "not even the markers were looked at";
-  sink.Delete();
-  EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")), 0);
+  sink.destroy();
+  EXPECT_EQ(fake_host::sizeOfFile(file("disc.bin")), 0);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ inline constexpr int64_t kSectorFrames = 588;
 inline constexpr int64_t kSectorBytes = 2352;
 
 /// The lines, each with the sheet's line end.
-inline std::string Sheet(const std::vector<std::string>& lines) {
+inline std::string sheet(const std::vector<std::string>& lines) {
   std::string sheet;
   for (const std::string& line : lines) sheet += line + "\r\n";
   return sheet;
@@ -25,28 +25,28 @@ inline std::string Sheet(const std::vector<std::string>& lines) {
 /// An image under construction: stretches of the test signal and of silence.
 class Image {
  public:
-  Image& Signal(int64_t first, int64_t end) {
-    const std::vector<int16_t> frames = fake_host::SignalFrames(first, end - first);
-    samples_.insert(samples_.end(), frames.begin(), frames.end());
+  Image& signal(int64_t first, int64_t end) {
+    const std::vector<int16_t> frames = fake_host::signalFrames(first, end - first);
+    m_samples.insert(m_samples.end(), frames.begin(), frames.end());
     return *this;
   }
-  Image& Silence(int64_t frames) {
-    samples_.resize(samples_.size() + static_cast<size_t>(2 * frames), 0);
+  Image& silence(int64_t frames) {
+    m_samples.resize(m_samples.size() + static_cast<size_t>(2 * frames), 0);
     return *this;
   }
-  Image& ToSector() {
-    const auto frames = static_cast<int64_t>(samples_.size() / 2);
-    return Silence((kSectorFrames - frames % kSectorFrames) % kSectorFrames);
+  Image& toSector() {
+    const auto frames = static_cast<int64_t>(m_samples.size() / 2);
+    return silence((kSectorFrames - frames % kSectorFrames) % kSectorFrames);
   }
-  const std::vector<int16_t>& samples() const { return samples_; }
+  const std::vector<int16_t>& samples() const { return m_samples; }
 
  private:
-  std::vector<int16_t> samples_;
+  std::vector<int16_t> m_samples;
 };
 
 /// Compares sample by sample and names the first frame that differs.
-inline void ExpectImage(const std::string& path, const Image& image) {
-  const std::vector<int16_t> found = fake_host::ReadSamples(path);
+inline void expectImage(const std::string& path, const Image& image) {
+  const std::vector<int16_t> found = fake_host::readSamples(path);
   const std::vector<int16_t>& wanted = image.samples();
   EXPECT_EQ(found.size(), wanted.size()) << "samples in " << path;
   for (size_t i = 0; i < std::min(found.size(), wanted.size()); ++i) {

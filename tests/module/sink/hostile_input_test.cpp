@@ -25,11 +25,11 @@ constexpr int64_t kMebibyte = 1 << 20;
 
 class HostileInput : public RenderCase {
  protected:
-  std::string Render(const std::vector<Mark>& marks, const Settings& settings = {},
+  std::string render(const std::vector<Mark>& marks, const Settings& settings = {},
                      double start = 0.0) {
-    return RenderCase::Render(marks, 12 * kSecond, settings, {.lengths = {44100}}, start);
+    return RenderCase::render(marks, 12 * kSecond, settings, {.lengths = {44100}}, start);
   }
-  void ExpectWholeSignal() { ExpectImage(File("disc.bin"), Image().Signal(0, 12 * kSecond)); }
+  void expectWholeSignal() { expectImage(file("disc.bin"), Image().signal(0, 12 * kSecond)); }
 };
 
 // The length of a sink's image so far, as its writes tell, and whether it is silence throughout.
@@ -39,7 +39,7 @@ struct Written {
   int64_t longest = 0;
 };
 
-Written WrittenBy(const SystemCallScript& calls) {
+Written writtenBy(const SystemCallScript& calls) {
   Written written;
   int image = -1;
   for (const SystemCallScript::Open& open : calls.opens) {
@@ -58,42 +58,42 @@ Written WrittenBy(const SystemCallScript& calls) {
 // Markers.
 
 TEST_F(HostileInput, AMarkerAtNoPlaceIsPassedOver) {
-  const std::string sheet = Render(
-      {Marker(kNaN, "nowhere"), Marker(1.0, "One"), Marker(kNaN, "nowhere"), Marker(5.0, "Two")});
-  EXPECT_EQ(sheet, Sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO", "    TITLE \"One\"",
+  const std::string found = render(
+      {marker(kNaN, "nowhere"), marker(1.0, "One"), marker(kNaN, "nowhere"), marker(5.0, "Two")});
+  EXPECT_EQ(found, sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO", "    TITLE \"One\"",
                           "    INDEX 01 00:00:00", "  TRACK 02 AUDIO", "    TITLE \"Two\"",
                           "    INDEX 01 00:05:00"}));
-  ExpectWholeSignal();
+  expectWholeSignal();
 }
 
 TEST_F(HostileInput, ATagAtNoPlaceIsPassedOver) {
-  EXPECT_THAT(Render({Marker(kNaN, "PERF=nobody"), Marker(2.0, "PERF=P")}),
+  EXPECT_THAT(render({marker(kNaN, "PERF=nobody"), marker(2.0, "PERF=P")}),
               HasSubstr("    PERFORMER \"P\"\r\n"));
 }
 
 TEST_F(HostileInput, AMarkerBeyondAllTimeLiesAhead) {
   for (const double far : {kInfinity, 1e300, 9.3e18, 2.1e14, 1e10}) {
-    EXPECT_EQ(Render({Marker(5.0, "Two"), Marker(far, "Far")}),
-              Sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO", "    INDEX 01 00:00:00",
+    EXPECT_EQ(render({marker(5.0, "Two"), marker(far, "Far")}),
+              sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO", "    INDEX 01 00:00:00",
                      "  TRACK 02 AUDIO", "    TITLE \"Two\"", "    INDEX 01 00:05:00"}))
         << far;
-    ExpectWholeSignal();
+    expectWholeSignal();
   }
 }
 
 TEST_F(HostileInput, AMarkerBeforeAllTimeIsPassedOver) {
   for (const double far : {-kInfinity, -1e300, -9.3e18, -1e10}) {
-    EXPECT_THAT(Render({Marker(far, "Far"), Marker(5.0, "Two")}),
+    EXPECT_THAT(render({marker(far, "Far"), marker(5.0, "Two")}),
                 HasSubstr("  TRACK 02 AUDIO\r\n    TITLE \"Two\"\r\n    INDEX 01 00:05:00"))
         << far;
-    ExpectWholeSignal();
+    expectWholeSignal();
   }
 }
 
 TEST_F(HostileInput, AStartTimeThatIsNoTimeLosesNoAudio) {
   for (const double start : {kNaN, kInfinity, -kInfinity, 1e300, -1e300}) {
-    Render({Marker(1.0, "One"), Marker(5.0, "Two"), Region(2.0, 3.0, "R")}, {}, start);
-    ExpectWholeSignal();
+    render({marker(1.0, "One"), marker(5.0, "Two"), region(2.0, 3.0, "R")}, {}, start);
+    expectWholeSignal();
   }
 }
 
@@ -101,77 +101,77 @@ TEST_F(HostileInput, AStartTimeThatIsNoTimeLosesNoAudio) {
 
 TEST_F(HostileInput, ARegionWithAnEndAtNoPlaceIsPassedOver) {
   for (const Mark& broken :
-       {Region(kNaN, 4.0, "x"), Region(2.0, kNaN, "x"), Region(kNaN, kNaN, "x")}) {
-    EXPECT_THAT(Render({broken, Region(5.0, 11.0, "Real")}, {.track_mode = kTracksFromRegions}),
+       {region(kNaN, 4.0, "x"), region(2.0, kNaN, "x"), region(kNaN, kNaN, "x")}) {
+    EXPECT_THAT(render({broken, region(5.0, 11.0, "Real")}, {.track_mode = kTracksFromRegions}),
                 HasSubstr("  TRACK 01 AUDIO\r\n    TITLE \"Real\"\r\n"));
-    ExpectImage(File("disc.bin"), Image().Signal(5 * kSecond, 11 * kSecond));
+    expectImage(file("disc.bin"), Image().signal(5 * kSecond, 11 * kSecond));
   }
 }
 
 TEST_F(HostileInput, ARegionWithoutAnEndTakesTheRestOfTheRender) {
   for (const double far : {kInfinity, 1e300, 9.3e18, 2.1e14}) {
-    Render({Region(5.0, far, "On")}, {.track_mode = kTracksFromRegions});
-    ExpectImage(File("disc.bin"), Image().Signal(5 * kSecond, 12 * kSecond));
-    Render({Region(-far, 5.0, "Before")}, {.track_mode = kTracksFromRegions});
-    ExpectImage(File("disc.bin"), Image().Signal(0, 5 * kSecond));
-    Render({Region(-far, far, "All")}, {.track_mode = kTracksFromRegions});
-    ExpectWholeSignal();
+    render({region(5.0, far, "On")}, {.track_mode = kTracksFromRegions});
+    expectImage(file("disc.bin"), Image().signal(5 * kSecond, 12 * kSecond));
+    render({region(-far, 5.0, "Before")}, {.track_mode = kTracksFromRegions});
+    expectImage(file("disc.bin"), Image().signal(0, 5 * kSecond));
+    render({region(-far, far, "All")}, {.track_mode = kTracksFromRegions});
+    expectWholeSignal();
   }
 }
 
 TEST_F(HostileInput, ARegionBeyondTheRenderWritesNothing) {
   for (const double far : {1e10, 9.3e18, 1e300}) {
-    Render({Region(far, far * 1.5, "Far")}, {.track_mode = kTracksFromRegions});
-    EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")), 0) << far;
-    Render({Region(-far * 1.5, -far, "Long ago")}, {.track_mode = kTracksFromRegions});
-    EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")), 0) << far;
+    render({region(far, far * 1.5, "Far")}, {.track_mode = kTracksFromRegions});
+    EXPECT_EQ(fake_host::sizeOfFile(file("disc.bin")), 0) << far;
+    render({region(-far * 1.5, -far, "Long ago")}, {.track_mode = kTracksFromRegions});
+    EXPECT_EQ(fake_host::sizeOfFile(file("disc.bin")), 0) << far;
   }
 }
 
 TEST_F(HostileInput, ARegionThatRunsBackwardsEndsTheRender) {
   // Its end has passed where it begins: what is left of the block it begins in goes through.
-  Render({Region(6.0, 5.5, "Backwards")}, {.track_mode = kTracksFromRegions});
+  render({region(6.0, 5.5, "Backwards")}, {.track_mode = kTracksFromRegions});
   SUCCEED() << "nothing but that it comes to an end";
-  EXPECT_LE(fake_host::SizeOfFile(File("disc.bin")), 12 * kSecond * 4);
+  EXPECT_LE(fake_host::sizeOfFile(file("disc.bin")), 12 * kSecond * 4);
 }
 
 // Lead-ins.
 
 TEST_F(HostileInput, ALeadInOverTwelveSecondsIsAsLongAsAsked) {
   for (const int ms : {12173, 12174, 12175, 20000, 60000}) {
-    Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = ms});
+    Sink sink = createSink("disc.cue", {.disc_leadin_ms = ms});
     ASSERT_TRUE(sink);
-    sink.Finish();
-    sink.Delete();
+    sink.finish();
+    sink.destroy();
     const int64_t bytes = int64_t{ms} * 176400 / 1000;
-    EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")), (bytes + 2351) / 2352 * 2352) << ms;
+    EXPECT_EQ(fake_host::sizeOfFile(file("disc.bin")), (bytes + 2351) / 2352 * 2352) << ms;
   }
 }
 
 TEST_F(HostileInput, ALongTrackLeadInIsAsLongAsAsked) {
-  Render({Marker(5.0, "Two")}, {.track_leadin_ms = 13000});
-  ExpectImage(
-      File("disc.bin"),
-      Image().Signal(0, 5 * kSecond).Silence(13 * kSecond).Signal(5 * kSecond, 12 * kSecond));
-  EXPECT_THAT(ReadText(File("disc.cue")), HasSubstr("INDEX 00 00:05:00\r\n    INDEX 01 00:18:00"));
+  render({marker(5.0, "Two")}, {.track_leadin_ms = 13000});
+  expectImage(
+      file("disc.bin"),
+      Image().signal(0, 5 * kSecond).silence(13 * kSecond).signal(5 * kSecond, 12 * kSecond));
+  EXPECT_THAT(readText(file("disc.cue")), HasSubstr("INDEX 00 00:05:00\r\n    INDEX 01 00:18:00"));
 }
 
 TEST_F(HostileInput, ADiscLeadInPastTwoGibibytesIsCappedAtWholeSectors) {
   for (const int ms : {2000000000, INT_MAX}) {
     SystemCallScript calls;
-    calls.SwallowWritesTo(".bin");
+    calls.swallowWritesTo(".bin");
     {
       const fake_host::MemoryLimit limit(64 * kMebibyte);
-      Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = ms});
+      Sink sink = createSink("disc.cue", {.disc_leadin_ms = ms});
       ASSERT_TRUE(sink);
       EXPECT_EQ(sink->GetLength(), static_cast<double>(kLongestSilenceFrames) / 44100.0) << ms;
-      sink.Finish();
+      sink.finish();
     }
     if (ms == 2000000000) {
-      EXPECT_THAT(ReadText(File("disc.cue")), HasSubstr("    INDEX 01 33333:20:00\r\n"))
+      EXPECT_THAT(readText(file("disc.cue")), HasSubstr("    INDEX 01 33333:20:00\r\n"))
           << "the sheet tells the length that was asked for";
     }
-    const Written written = WrittenBy(calls);
+    const Written written = writtenBy(calls);
     EXPECT_EQ(written.bytes, kLongestSilence) << ms;
     EXPECT_TRUE(written.silent);
   }
@@ -185,36 +185,36 @@ TEST_F(HostileInput, TheCapBeginsWhereTheBytesNoLongerFit) {
   };
   for (const Case& c : {Case{12173943, 2147483545}, Case{12173944, kLongestSilence}}) {
     SystemCallScript calls;
-    calls.SwallowWritesTo(".bin");
-    Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = c.ms});
+    calls.swallowWritesTo(".bin");
+    Sink sink = createSink("disc.cue", {.disc_leadin_ms = c.ms});
     ASSERT_TRUE(sink);
-    sink.Delete();
-    EXPECT_EQ(WrittenBy(calls).bytes, (c.bytes + 2351) / 2352 * 2352) << c.ms;
+    sink.destroy();
+    EXPECT_EQ(writtenBy(calls).bytes, (c.bytes + 2351) / 2352 * 2352) << c.ms;
   }
 }
 
 TEST_F(HostileInput, ATrackLeadInPastTwoGibibytesIsCappedAtWholeSectors) {
   SystemCallScript calls;
-  calls.SwallowWritesTo(".bin");
-  host.marks = {Marker(5.0, "Two")};
-  Sink sink = CreateSink("disc.cue", {.track_leadin_ms = 2000000000});
+  calls.swallowWritesTo(".bin");
+  host.marks = {marker(5.0, "Two")};
+  Sink sink = createSink("disc.cue", {.track_leadin_ms = 2000000000});
   ASSERT_TRUE(sink);
-  sink.WriteSame(5 * kSecond);
+  sink.writeSame(5 * kSecond);
   {
     const fake_host::MemoryLimit limit(64 * kMebibyte);
-    sink.WriteSame(kSecond);
+    sink.writeSame(kSecond);
   }
   EXPECT_EQ(sink->GetLength(), static_cast<double>(6 * kSecond + kLongestSilenceFrames) / 44100.0);
-  sink.Finish();
-  EXPECT_THAT(ReadText(File("disc.cue")), testing::ContainsRegex("INDEX 00 [0-9:-]+\r\n"));
+  sink.finish();
+  EXPECT_THAT(readText(file("disc.cue")), testing::ContainsRegex("INDEX 00 [0-9:-]+\r\n"));
 }
 
 // Blocks.
 
 TEST_F(HostileInput, ABlockOverTwoToTheThirtyFirstBytesIsNotWrittenAndIsReported) {
-  Sink sink = CreateSink("disc.cue", {.track_mode = kOneTrack});
+  Sink sink = createSink("disc.cue", {.track_mode = kOneTrack});
   ASSERT_TRUE(sink);
-  sink.WriteSignal(588);
+  sink.writeSignal(588);
   double one = 0.5;
   double* channels[] = {&one, &one};
   for (const int frames : {INT_MAX, INT_MAX - 1, 1 << 30, 1 << 29}) {
@@ -224,13 +224,13 @@ TEST_F(HostileInput, ABlockOverTwoToTheThirtyFirstBytesIsNotWrittenAndIsReported
     EXPECT_THAT(host.disk_counters, ElementsAre(Pair(0, -101010110))) << frames;
   }
   EXPECT_EQ(sink->GetLength(), 588 / 44100.0);
-  sink.WriteSignal(588);
-  sink.Finish();
-  ExpectImage(File("disc.bin"), Image().Signal(0, 1176));
+  sink.writeSignal(588);
+  sink.finish();
+  expectImage(file("disc.bin"), Image().signal(0, 1176));
 }
 
 TEST_F(HostileInput, ABlockWhoseBufferDoesNotFitIntoMemoryIsNotWrittenAndIsReported) {
-  Sink sink = CreateSink("disc.cue", {.track_mode = kOneTrack});
+  Sink sink = createSink("disc.cue", {.track_mode = kOneTrack});
   ASSERT_TRUE(sink);
   double one = 0.5;
   double* channels[] = {&one, &one};
@@ -240,35 +240,35 @@ TEST_F(HostileInput, ABlockWhoseBufferDoesNotFitIntoMemoryIsNotWrittenAndIsRepor
   }
   EXPECT_THAT(host.disk_counters, ElementsAre(Pair(0, -101010110)));
   EXPECT_EQ(sink->GetLength(), 0.0);
-  sink.WriteSignal(588);
-  sink.Delete();
-  ExpectImage(File("disc.bin"), Image().Signal(0, 588));
+  sink.writeSignal(588);
+  sink.destroy();
+  expectImage(file("disc.bin"), Image().signal(0, 588));
 }
 
 TEST_F(HostileInput, TheCountOfInputFramesStaysAtItsMaximum) {
   // Nothing is converted where there is no region, so the whole range passes in no time.
   host.marks = {};
-  Sink sink = CreateSink("disc.cue", {.track_mode = kTracksFromRegions});
+  Sink sink = createSink("disc.cue", {.track_mode = kTracksFromRegions});
   ASSERT_TRUE(sink);
   double one = 0.5;
   double* channels[] = {&one, &one};
   for (int i = 0; i < 3; ++i) sink->WriteDoubles(channels, INT_MAX, 2, 0, 0);
   // Time stands still at 2147483647 frames from here on: every block begins there.
   const double now = 2147483647.0 / 44100;
-  host.marks = {Region(now + 1.0, now + 3.0, "Late")};
+  host.marks = {region(now + 1.0, now + 3.0, "Late")};
   sink->WriteDoubles(channels, 4 * kSecond, 2, 0, 0);
   EXPECT_EQ(sink->GetLength(), 2.0);
   EXPECT_THAT(host.disk_counters, testing::IsEmpty());
 }
 
 TEST_F(HostileInput, AFloodOfMarkersPassesOnce) {
-  for (int i = 0; i < 20000; ++i) host.marks.push_back(Marker(5.0 + i * 1e-4, "m"));
-  Sink sink = CreateSink("disc.cue");
-  sink.WriteSignal(8 * kSecond, {.lengths = {4410}});
+  for (int i = 0; i < 20000; ++i) host.marks.push_back(marker(5.0 + i * 1e-4, "m"));
+  Sink sink = createSink("disc.cue");
+  sink.writeSignal(8 * kSecond, {.lengths = {4410}});
   EXPECT_LT(host.marker_calls.size(), 20000U + 200U);
-  sink.Finish();
-  EXPECT_THAT(ReadText(File("disc.cue")), HasSubstr("TRACK 02"));
-  EXPECT_THAT(ReadText(File("disc.cue")), Not(HasSubstr("TRACK 03")));
+  sink.finish();
+  EXPECT_THAT(readText(file("disc.cue")), HasSubstr("TRACK 02"));
+  EXPECT_THAT(readText(file("disc.cue")), Not(HasSubstr("TRACK 03")));
 }
 
 // Memory.
@@ -276,10 +276,10 @@ TEST_F(HostileInput, AFloodOfMarkersPassesOnce) {
 TEST_F(HostileInput, WhicheverAllocationFailsThereIsAUsableSinkOrNone) {
   host.metadata = {{"CUE:DISC_TITLE", "a title that is longer than a short string would hold"},
                    {"CUE:DISC_PERFORMER", "p"}};
-  host.marks = {Marker(0.0, "a name that is longer than a short string would hold")};
-  const std::string file = File("disc.cue");
-  SinkConfig config = fake_host::MakeConfig({.disc_leadin_ms = 2000});
-  const int descriptors = fake_host::OpenDescriptors();
+  host.marks = {marker(0.0, "a name that is longer than a short string would hold")};
+  const std::string path = file("disc.cue");
+  SinkConfig config = fake_host::makeConfig({.disc_leadin_ms = 2000});
+  const int descriptors = fake_host::openDescriptors();
   int without_sink = 0;
   for (int nth = 1;; ++nth) {
     ASSERT_LT(nth, 200) << "no end of allocations";
@@ -288,32 +288,32 @@ TEST_F(HostileInput, WhicheverAllocationFailsThereIsAUsableSinkOrNone) {
     {
       const fake_host::FailingAllocation failing(nth);
       EXPECT_NO_THROW(
-          made = registration().CreateSink(file.c_str(), &config, sizeof config, 2, 44100, false));
-      fired = failing.Fired();
+          made = registration().CreateSink(path.c_str(), &config, sizeof config, 2, 44100, false));
+      fired = failing.fired();
     }
     Sink sink(made);
     if (!sink) {
       ASSERT_TRUE(fired);
       ++without_sink;
-      EXPECT_EQ(fake_host::OpenDescriptors(), descriptors) << "allocation " << nth;
+      EXPECT_EQ(fake_host::openDescriptors(), descriptors) << "allocation " << nth;
       continue;
     }
-    sink.WriteSignal(588);
-    sink.Finish();
-    ExpectImage(File("disc.bin"), Image().Silence(88200).Signal(0, 588));
-    EXPECT_THAT(ReadText(file), HasSubstr("    INDEX 01 00:02:00\r\n")) << "allocation " << nth;
+    sink.writeSignal(588);
+    sink.finish();
+    expectImage(file("disc.bin"), Image().silence(88200).signal(0, 588));
+    EXPECT_THAT(readText(path), HasSubstr("    INDEX 01 00:02:00\r\n")) << "allocation " << nth;
     if (!fired) break;
   }
   EXPECT_GE(without_sink, 3) << "a sink and its two writers at least";
 }
 
 TEST_F(HostileInput, WhicheverAllocationFailsARenderGoesOn) {
-  host.marks = {Marker(0.0, "a name that is longer than a short string would hold"),
-                Marker(5.0, "another name that is longer than a short string would hold"),
-                Marker(6.0, "PERF=a performer that is longer than a short string would hold")};
+  host.marks = {marker(0.0, "a name that is longer than a short string would hold"),
+                marker(5.0, "another name that is longer than a short string would hold"),
+                marker(6.0, "PERF=a performer that is longer than a short string would hold")};
   for (int nth = 1;; ++nth) {
     ASSERT_LT(nth, 200) << "no end of allocations";
-    Sink sink = CreateSink("disc.cue", {.track_leadin_ms = 1000});
+    Sink sink = createSink("disc.cue", {.track_leadin_ms = 1000});
     ASSERT_TRUE(sink);
     bool fired = false;
     double one = 0.25;
@@ -321,14 +321,14 @@ TEST_F(HostileInput, WhicheverAllocationFailsARenderGoesOn) {
     {
       const fake_host::FailingAllocation failing(nth);
       EXPECT_NO_THROW(sink->WriteDoubles(channels, 10 * 44100, 2, 0, 0));
-      EXPECT_NO_THROW(sink.Finish());
-      EXPECT_NO_THROW(sink.Delete());
-      fired = failing.Fired();
+      EXPECT_NO_THROW(sink.finish());
+      EXPECT_NO_THROW(sink.destroy());
+      fired = failing.fired();
     }
-    EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")) % 2352, 0);
+    EXPECT_EQ(fake_host::sizeOfFile(file("disc.bin")) % 2352, 0);
     if (!fired) break;
   }
-  EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")), 11 * 44100 * 4);
+  EXPECT_EQ(fake_host::sizeOfFile(file("disc.bin")), 11 * 44100 * 4);
 }
 
 }  // namespace

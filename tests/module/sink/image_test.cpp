@@ -12,59 +12,59 @@ class Images : public BoundSession, public testing::Test {};
 
 TEST_F(Images, OneTrackModeWritesEveryFrameAndNoBoundary) {
   for (const int mode : {2, 3, 77, -1}) {
-    host.marks = {Marker(1.0, "a"), Marker(6.0, "b"), Region(2.0, 3.0, "r")};
-    Sink sink = CreateSink("disc.cue", {.track_leadin_ms = 1000, .track_mode = mode});
+    host.marks = {marker(1.0, "a"), marker(6.0, "b"), region(2.0, 3.0, "r")};
+    Sink sink = createSink("disc.cue", {.track_leadin_ms = 1000, .track_mode = mode});
     ASSERT_TRUE(sink);
-    sink.WriteSignal(8 * 44100 + 5);
+    sink.writeSignal(8 * 44100 + 5);
     EXPECT_EQ(sink->GetLength(), (8 * 44100 + 5) / 44100.0);
-    sink.Finish();
-    ExpectImage(File("disc.bin"), Image().Signal(0, 8 * 44100 + 5).ToSector());
-    EXPECT_EQ(fake_host::ReadText(File("disc.cue")),
-              Sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO", "    INDEX 01 00:00:00"}))
+    sink.finish();
+    expectImage(file("disc.bin"), Image().signal(0, 8 * 44100 + 5).toSector());
+    EXPECT_EQ(fake_host::readText(file("disc.cue")),
+              sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO", "    INDEX 01 00:00:00"}))
         << mode;
   }
 }
 
 TEST_F(Images, OneTrackModeLooksAtNoMarkerUntilTheSheet) {
-  host.marks = {Marker(1.0, "a")};
-  Sink sink = CreateSink("disc.cue", {.track_mode = 2});
-  sink.WriteSignal(44100);
+  host.marks = {marker(1.0, "a")};
+  Sink sink = createSink("disc.cue", {.track_mode = 2});
+  sink.writeSignal(44100);
   EXPECT_TRUE(host.marker_calls.empty());
 }
 
 TEST_F(Images, TheBlockScheduleDoesNotShow) {
-  host.marks = {Marker(0.0, "one"), Marker(4.5, "two")};
+  host.marks = {marker(0.0, "one"), marker(4.5, "two")};
   std::string first_image;
   for (const std::vector<int>& lengths :
        {std::vector<int>{300000}, {1024}, {1, 588, 4096, 77}, {44099, 44101}}) {
-    Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = 100, .track_leadin_ms = 300});
+    Sink sink = createSink("disc.cue", {.disc_leadin_ms = 100, .track_leadin_ms = 300});
     ASSERT_TRUE(sink);
-    sink.WriteSignal(250000, {.lengths = lengths});
-    sink.Finish();
-    sink.Delete();
-    const std::string image = fake_host::ReadText(File("disc.bin"));
+    sink.writeSignal(250000, {.lengths = lengths});
+    sink.finish();
+    sink.destroy();
+    const std::string image = fake_host::readText(file("disc.bin"));
     if (first_image.empty()) first_image = image;
     EXPECT_TRUE(image == first_image) << lengths.front();
   }
 }
 
 TEST_F(Images, LengthCountsSilencesAsTheyAreWritten) {
-  host.marks = {Marker(5.0, "two")};
-  Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = 2000, .track_leadin_ms = 1000});
+  host.marks = {marker(5.0, "two")};
+  Sink sink = createSink("disc.cue", {.disc_leadin_ms = 2000, .track_leadin_ms = 1000});
   EXPECT_EQ(sink->GetLength(), 2.0);
-  sink.WriteSignal(4 * 44100);
+  sink.writeSignal(4 * 44100);
   EXPECT_EQ(sink->GetLength(), 6.0);
-  sink.WriteSignal(2 * 44100);
+  sink.writeSignal(2 * 44100);
   EXPECT_EQ(sink->GetLength(), 9.0);
 }
 
 TEST_F(Images, AreWrittenInWholeBuffersOneAfterTheOther) {
   fake_host::SystemCallScript calls;
-  Sink sink = CreateSink("disc.cue", {.track_mode = 2});
+  Sink sink = createSink("disc.cue", {.track_mode = 2});
   ASSERT_TRUE(sink);
-  sink.WriteSignal(100000, {.lengths = {1000, 37}});
-  EXPECT_EQ(calls.Count(fake_host::SystemCall::kPwrite), 3);
-  sink.Delete();
+  sink.writeSignal(100000, {.lengths = {1000, 37}});
+  EXPECT_EQ(calls.count(fake_host::SystemCall::kPwrite), 3);
+  sink.destroy();
   ASSERT_EQ(calls.pwrites.size(), 4U);
   for (size_t i = 0; i < 4; ++i) {
     EXPECT_EQ(calls.pwrites[i].offset, static_cast<int64_t>(i) * 131072);

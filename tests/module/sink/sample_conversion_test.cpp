@@ -19,7 +19,7 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr int16_t kUntouched = 0x5A5A;
 
 /// Round half up, saturated; NaN is silence.
-int16_t Formula(double x) {
+int16_t formula(double x) {
   if (std::isnan(x)) return 0;
   const double v = x * 32768.0;
   if (v <= -32768.0) return -32768;
@@ -27,7 +27,7 @@ int16_t Formula(double x) {
   return static_cast<int16_t>(std::floor(v + 0.5));
 }
 
-void ConvertFastest(const double* left, const double* right, int frames, int16_t* out) {
+void convertFastest(const double* left, const double* right, int frames, int16_t* out) {
   convertFrames(left, right, 1, frames, out);
 }
 
@@ -48,14 +48,14 @@ class Conversion : public testing::TestWithParam<Form> {
   }
   /// Converts the samples as the left channel and, from the other end, as the right one, so that
   /// each passes through every lane.
-  void ExpectFormula(const std::vector<double>& samples) {
+  void expectFormula(const std::vector<double>& samples) {
     const int frames = static_cast<int>(samples.size());
     const std::vector<double> reversed(samples.rbegin(), samples.rend());
     std::vector<int16_t> out(samples.size() * 2, kUntouched);
     GetParam().convert(samples.data(), reversed.data(), frames, out.data());
     for (size_t i = 0; i < samples.size(); ++i) {
-      ASSERT_EQ(out[2 * i], Formula(samples[i])) << "left " << i << std::hexfloat << samples[i];
-      ASSERT_EQ(out[2 * i + 1], Formula(reversed[i]))
+      ASSERT_EQ(out[2 * i], formula(samples[i])) << "left " << i << std::hexfloat << samples[i];
+      ASSERT_EQ(out[2 * i + 1], formula(reversed[i]))
           << "right " << i << std::hexfloat << reversed[i];
     }
   }
@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(Forms, Conversion,
                          testing::Values(Form{"plain", convertFramesPlain, false},
                                          Form{"sse2", convertFramesSse2, false},
                                          Form{"avx2", convertFramesAvx2, true},
-                                         Form{"fastest", ConvertFastest, false}),
+                                         Form{"fastest", convertFastest, false}),
                          [](const auto& parameter) { return std::string(parameter.param.name); });
 
 TEST_P(Conversion, HoldsForEveryHalfStepOfTheRangeAndItsNeighbours) {
@@ -79,7 +79,7 @@ TEST_P(Conversion, HoldsForEveryHalfStepOfTheRangeAndItsNeighbours) {
   // A second pass in another order puts each sample into other lanes.
   for (int shift = 0; shift < 4; ++shift) {
     samples.insert(samples.begin(), 0.25);
-    ExpectFormula(samples);
+    expectFormula(samples);
   }
 }
 
@@ -172,8 +172,8 @@ TEST_P(Conversion, WritesTheFramesAskedForAndNoMore) {
     std::vector<int16_t> out(static_cast<size_t>(frames) * 2 + 8, kUntouched);
     GetParam().convert(left.data(), right.data(), frames, out.data());
     for (size_t i = 0; i < static_cast<size_t>(frames); ++i) {
-      ASSERT_EQ(out[2 * i], Formula(left[i])) << frames;
-      ASSERT_EQ(out[2 * i + 1], Formula(right[i])) << frames;
+      ASSERT_EQ(out[2 * i], formula(left[i])) << frames;
+      ASSERT_EQ(out[2 * i + 1], formula(right[i])) << frames;
     }
     for (size_t i = static_cast<size_t>(frames) * 2; i < out.size(); ++i) {
       ASSERT_EQ(out[i], kUntouched) << frames;
@@ -194,8 +194,8 @@ TEST_P(Conversion, AcceptsAnyAlignment) {
         std::vector<int16_t> out(160, kUntouched);
         GetParam().convert(left.data() + l, right.data() + r, 41, out.data() + o);
         for (size_t i = 0; i < 41; ++i) {
-          ASSERT_EQ(out[o + 2 * i], Formula(left[l + i]));
-          ASSERT_EQ(out[o + 2 * i + 1], Formula(right[r + i]));
+          ASSERT_EQ(out[o + 2 * i], formula(left[l + i]));
+          ASSERT_EQ(out[o + 2 * i + 1], formula(right[r + i]));
         }
         if (o > 0) {
           ASSERT_EQ(out[o - 1], kUntouched);
@@ -212,7 +212,7 @@ TEST_P(Conversion, DuplicatesAChannelGivenTwice) {
   std::vector<int16_t> out(mono.size() * 2);
   GetParam().convert(mono.data(), mono.data(), 1001, out.data());
   for (size_t i = 0; i < mono.size(); ++i) {
-    ASSERT_EQ(out[2 * i], Formula(mono[i]));
+    ASSERT_EQ(out[2 * i], formula(mono[i]));
     ASSERT_EQ(out[2 * i + 1], out[2 * i]);
   }
 }
@@ -225,7 +225,7 @@ TEST_P(Conversion, HoldsForRandomSamplesAndRandomBits) {
     samples.push_back(around_full_scale(random));
     samples.push_back(std::bit_cast<double>(random()));
   }
-  ExpectFormula(samples);
+  expectFormula(samples);
 }
 
 // A library in the host's process may leave the processor so.
@@ -240,7 +240,7 @@ TEST(ConversionInAnotherRoundingMode, IsStillTheFormula) {
     convertFrames(samples.data(), samples.data(), 1, static_cast<int>(samples.size()), out.data());
     ASSERT_EQ(std::fesetround(FE_TONEAREST), 0);
     for (size_t i = 0; i < samples.size(); ++i) {
-      ASSERT_EQ(out[2 * i], Formula(samples[i])) << mode << " " << std::hexfloat << samples[i];
+      ASSERT_EQ(out[2 * i], formula(samples[i])) << mode << " " << std::hexfloat << samples[i];
       ASSERT_EQ(out[2 * i + 1], out[2 * i]) << mode;
     }
   }
@@ -263,8 +263,8 @@ TEST(ConversionWithSpacing, ReadsEverySpacingthSample) {
       for (int i = 0; i < frames; ++i) {
         const auto at = static_cast<size_t>(i);
         const size_t from = at * static_cast<size_t>(spacing);
-        ASSERT_EQ(out[2 * at], Formula(left[from]));
-        ASSERT_EQ(out[2 * at + 1], Formula(right[from]));
+        ASSERT_EQ(out[2 * at], formula(left[from]));
+        ASSERT_EQ(out[2 * at + 1], formula(right[from]));
       }
       ASSERT_EQ(out[static_cast<size_t>(frames) * 2], kUntouched);
     }
@@ -281,8 +281,8 @@ TEST(ConversionWithSpacing, ReadsAnInterleavedBufferOfAnyChannels) {
     std::vector<int16_t> out(1000);
     convertFrames(interleaved.data(), right, channels, 500, out.data());
     for (size_t i = 0; i < 500; ++i) {
-      ASSERT_EQ(out[2 * i], Formula(interleaved[i * static_cast<size_t>(channels)]));
-      ASSERT_EQ(out[2 * i + 1], Formula(right[i * static_cast<size_t>(channels)]));
+      ASSERT_EQ(out[2 * i], formula(interleaved[i * static_cast<size_t>(channels)]));
+      ASSERT_EQ(out[2 * i + 1], formula(right[i * static_cast<size_t>(channels)]));
     }
   }
 }

@@ -46,14 +46,14 @@ TEST(CaselessOrder, SeesNoCase) {
 // What the arrays under test have disposed of, in order.
 std::vector<std::string> g_disposed;
 
-const char* CopyKey(const char* key) {
+const char* copyKey(const char* key) {
   return dupstr(key);
 }
-void DisposeKey(const char* key) {
+void disposeKey(const char* key) {
   g_disposed.push_back(std::string("key ") + key);
   freestr(key);
 }
-void DisposeValue(int value) {
+void disposeValue(int value) {
   g_disposed.push_back("value " + std::to_string(value));
 }
 
@@ -61,49 +61,49 @@ class AssocArray : public testing::Test {
  protected:
   AssocArray() { g_disposed.clear(); }
   using Array = YDK_AssocArrayImpl<const char*, int>;
-  Array array{YDK_assocarray_cmpistr, CopyKey, DisposeKey, DisposeValue};
+  Array m_array{YDK_assocarray_cmpistr, copyKey, disposeKey, disposeValue};
 };
 
 using Disposed = std::vector<std::string>;
 
 TEST_F(AssocArray, FindsNothingWhenEmpty) {
-  EXPECT_EQ(array.Find("TITLE"), nullptr);
-  EXPECT_EQ(array.GetSize(), 0);
+  EXPECT_EQ(m_array.Find("TITLE"), nullptr);
+  EXPECT_EQ(m_array.GetSize(), 0);
 }
 
 TEST_F(AssocArray, OwnsACopyOfTheKey) {
   char key[] = "TITLE";
-  array.Insert(key, 1);
+  m_array.Insert(key, 1);
   key[0] = 'X';
-  ASSERT_NE(array.Find("TITLE"), nullptr);
-  EXPECT_EQ(*array.Find("TITLE"), 1);
+  ASSERT_NE(m_array.Find("TITLE"), nullptr);
+  EXPECT_EQ(*m_array.Find("TITLE"), 1);
 }
 
 TEST_F(AssocArray, ReplacingAValueDisposesOfTheOldOneAndKeepsTheKey) {
-  array.Insert("TITLE", 1);
-  array.Insert("Title", 2);
-  EXPECT_EQ(array.GetSize(), 1);
-  EXPECT_EQ(*array.Find("title"), 2);
+  m_array.Insert("TITLE", 1);
+  m_array.Insert("Title", 2);
+  EXPECT_EQ(m_array.GetSize(), 1);
+  EXPECT_EQ(*m_array.Find("title"), 2);
   EXPECT_EQ(g_disposed, Disposed{"value 1"});
-  array.Clear();
+  m_array.Clear();
   EXPECT_EQ(g_disposed, (Disposed{"value 1", "key TITLE", "value 2"}));
 }
 
 TEST_F(AssocArray, ClearingDisposesInOrderKeyThenValue) {
-  array.Insert("b", 2);
-  array.Insert("c", 3);
-  array.Insert("a", 1);
-  array.Clear();
+  m_array.Insert("b", 2);
+  m_array.Insert("c", 3);
+  m_array.Insert("a", 1);
+  m_array.Clear();
   EXPECT_EQ(g_disposed, (Disposed{"key a", "value 1", "key b", "value 2", "key c", "value 3"}));
-  EXPECT_EQ(array.GetSize(), 0);
-  EXPECT_EQ(array.Find("a"), nullptr);
-  array.Clear();
+  EXPECT_EQ(m_array.GetSize(), 0);
+  EXPECT_EQ(m_array.Find("a"), nullptr);
+  m_array.Clear();
   EXPECT_EQ(g_disposed.size(), 6u);
 }
 
 TEST_F(AssocArray, EndingDisposesOfEverythingOnce) {
   {
-    Array local(YDK_assocarray_cmpstr, CopyKey, DisposeKey, DisposeValue);
+    Array local(YDK_assocarray_cmpstr, copyKey, disposeKey, disposeValue);
     local.AppendUnsorted("b", 2);
     local.AppendUnsorted("a", 1);
   }
@@ -112,14 +112,14 @@ TEST_F(AssocArray, EndingDisposesOfEverythingOnce) {
 
 TEST_F(AssocArray, EachDisposalWorksWithoutTheOther) {
   {
-    Array keys_only(YDK_assocarray_cmpstr, CopyKey, DisposeKey, nullptr);
+    Array keys_only(YDK_assocarray_cmpstr, copyKey, disposeKey, nullptr);
     keys_only.Insert("a", 1);
     keys_only.Insert("a", 2);
   }
   EXPECT_EQ(g_disposed, Disposed{"key a"});
   g_disposed.clear();
   {
-    Array values_only(YDK_assocarray_cmpstr, nullptr, nullptr, DisposeValue);
+    Array values_only(YDK_assocarray_cmpstr, nullptr, nullptr, disposeValue);
     values_only.Insert("a", 1);
   }
   EXPECT_EQ(g_disposed, Disposed{"value 1"});
@@ -152,16 +152,16 @@ TEST_F(AssocArray, ComparesTheSoughtKeyFirst) {
 }
 
 TEST_F(AssocArray, SortingDropsKeysThatDifferOnlyInCase) {
-  array.AppendUnsorted("TITLE", 1);
-  array.AppendUnsorted("CATALOG", 2);
-  array.AppendUnsorted("Title", 3);
-  EXPECT_EQ(array.GetSize(), 3);
-  array.SortKeys();
-  EXPECT_EQ(array.GetSize(), 2);
-  ASSERT_NE(array.Find("catalog"), nullptr);
-  ASSERT_NE(array.Find("title"), nullptr);
+  m_array.AppendUnsorted("TITLE", 1);
+  m_array.AppendUnsorted("CATALOG", 2);
+  m_array.AppendUnsorted("Title", 3);
+  EXPECT_EQ(m_array.GetSize(), 3);
+  m_array.SortKeys();
+  EXPECT_EQ(m_array.GetSize(), 2);
+  ASSERT_NE(m_array.Find("catalog"), nullptr);
+  ASSERT_NE(m_array.Find("title"), nullptr);
   ASSERT_EQ(g_disposed.size(), 2u);
-  const bool first_survived = *array.Find("title") == 1;
+  const bool first_survived = *m_array.Find("title") == 1;
   EXPECT_EQ(g_disposed, first_survived ? (Disposed{"key Title", "value 3"})
                                        : (Disposed{"key TITLE", "value 1"}));
 }
@@ -169,16 +169,16 @@ TEST_F(AssocArray, SortingDropsKeysThatDifferOnlyInCase) {
 TEST_F(AssocArray, RemovingDuplicatesKeepsTheFirstOfEachRun) {
   const std::pair<const char*, int> pairs[] = {{"a", 1}, {"A", 2}, {"b", 3}, {"c", 4},
                                                {"C", 5}, {"c", 6}, {"d", 7}};
-  for (const auto& [key, value] : pairs) array.AppendUnsorted(key, value);
+  for (const auto& [key, value] : pairs) m_array.AppendUnsorted(key, value);
   SystemCalls calls;
-  array.RemoveDuplicateKeys();
-  EXPECT_EQ(calls.Count(Call::kRealloc) + calls.Count(Call::kMalloc), 0);
+  m_array.RemoveDuplicateKeys();
+  EXPECT_EQ(calls.count(Call::kRealloc) + calls.count(Call::kMalloc), 0);
   EXPECT_EQ(g_disposed, (Disposed{"key A", "value 2", "key C", "value 5", "key c", "value 6"}));
-  ASSERT_EQ(array.GetSize(), 4);
+  ASSERT_EQ(m_array.GetSize(), 4);
   for (const auto& [key, value] :
        {std::pair<const char*, int>{"a", 1}, {"b", 3}, {"c", 4}, {"d", 7}}) {
-    ASSERT_NE(array.Find(key), nullptr) << key;
-    EXPECT_EQ(*array.Find(key), value);
+    ASSERT_NE(m_array.Find(key), nullptr) << key;
+    EXPECT_EQ(*m_array.Find(key), value);
   }
 }
 
@@ -209,13 +209,13 @@ TEST_F(AssocArray, InsertionAgreesWithAMapOfTheLibrary) {
   std::map<std::string, int> expected;
   for (int i = 0; i < 5000; ++i) {
     const std::string key = "k" + std::to_string(random() % 700);
-    array.Insert(key.c_str(), i);
+    m_array.Insert(key.c_str(), i);
     expected[key] = i;
   }
-  EXPECT_EQ(array.GetSize(), static_cast<int>(expected.size()));
+  EXPECT_EQ(m_array.GetSize(), static_cast<int>(expected.size()));
   for (int i = 0; i < 800; ++i) {
     const std::string key = "k" + std::to_string(i);
-    const int* found = array.Find(key.c_str());
+    const int* found = m_array.Find(key.c_str());
     ASSERT_EQ(found != nullptr, expected.count(key) == 1) << key;
     if (found) {
       EXPECT_EQ(*found, expected[key]);
@@ -228,11 +228,11 @@ TEST_F(AssocArray, BulkLoadingAgreesWithInsertion) {
   std::vector<int> numbers(500);
   for (int i = 0; i < 500; ++i) numbers[static_cast<size_t>(i)] = i;
   std::shuffle(numbers.begin(), numbers.end(), random);
-  for (const int number : numbers) array.AppendUnsorted(std::to_string(number).c_str(), number);
-  array.SortKeys();
-  EXPECT_EQ(array.GetSize(), 500);
+  for (const int number : numbers) m_array.AppendUnsorted(std::to_string(number).c_str(), number);
+  m_array.SortKeys();
+  EXPECT_EQ(m_array.GetSize(), 500);
   for (int i = 0; i < 500; ++i) {
-    const int* found = array.Find(std::to_string(i).c_str());
+    const int* found = m_array.Find(std::to_string(i).c_str());
     ASSERT_NE(found, nullptr) << i;
     EXPECT_EQ(*found, i);
   }
@@ -240,24 +240,24 @@ TEST_F(AssocArray, BulkLoadingAgreesWithInsertion) {
 
 TEST_F(AssocArray, GrowthWithoutMemoryInsertsNothing) {
   // 4000 bytes hold 250 pairs; the next one needs a larger block.
-  for (int i = 0; i < 250; ++i) array.Insert(std::to_string(i + 1000).c_str(), i);
+  for (int i = 0; i < 250; ++i) m_array.Insert(std::to_string(i + 1000).c_str(), i);
   {
     SystemCalls calls;
-    calls.Fail(Call::kRealloc, ENOMEM);
-    calls.Fail(Call::kMalloc, ENOMEM);
-    array.Insert("new", 1);
-    array.AppendUnsorted("zz", 2);
-    array.Insert("1003", 77);  // replacing needs no memory
+    calls.fail(Call::kRealloc, ENOMEM);
+    calls.fail(Call::kMalloc, ENOMEM);
+    m_array.Insert("new", 1);
+    m_array.AppendUnsorted("zz", 2);
+    m_array.Insert("1003", 77);  // replacing needs no memory
   }
-  EXPECT_EQ(array.GetSize(), 250);
-  EXPECT_EQ(array.Find("new"), nullptr);
-  EXPECT_EQ(array.Find("zz"), nullptr);
-  EXPECT_EQ(*array.Find("1003"), 77);
+  EXPECT_EQ(m_array.GetSize(), 250);
+  EXPECT_EQ(m_array.Find("new"), nullptr);
+  EXPECT_EQ(m_array.Find("zz"), nullptr);
+  EXPECT_EQ(*m_array.Find("1003"), 77);
   for (int i = 0; i < 250; ++i) {
-    ASSERT_NE(array.Find(std::to_string(i + 1000).c_str()), nullptr) << i;
+    ASSERT_NE(m_array.Find(std::to_string(i + 1000).c_str()), nullptr) << i;
   }
-  array.Insert("new", 1);
-  EXPECT_EQ(array.GetSize(), 251);
+  m_array.Insert("new", 1);
+  EXPECT_EQ(m_array.GetSize(), 251);
 }
 
 TEST(TagSet, KnowsKeysByCase) {

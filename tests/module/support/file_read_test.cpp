@@ -20,14 +20,14 @@
 namespace support_test {
 namespace {
 
-using fake_host::Noise;
+using fake_host::noise;
 
 constexpr int kFill = 32768;
 constexpr int kStaggeredFill = 16384;
 constexpr int64_t kStep = 4 << 20;
 constexpr uint32_t kExt4 = 0xEF53;
 
-std::string Read(YDK_FileRead& reader, int count) {
+std::string readPiece(YDK_FileRead& reader, int count) {
   std::string bytes(static_cast<size_t>(count), '\0');
   const int read = reader.Read(bytes.data(), count);
   EXPECT_GE(read, 0);
@@ -37,41 +37,41 @@ std::string Read(YDK_FileRead& reader, int count) {
 
 class FileRead : public testing::Test {
  protected:
-  void Write(const std::string& bytes) {
-    content = bytes;
-    fake_host::WriteText(path, bytes);
+  void write(const std::string& bytes) {
+    m_content = bytes;
+    fake_host::writeText(m_path, bytes);
   }
-  std::unique_ptr<YDK_FileRead> Open() { return std::make_unique<YDK_FileRead>(path.c_str()); }
+  std::unique_ptr<YDK_FileRead> open() { return std::make_unique<YDK_FileRead>(m_path.c_str()); }
 
-  fake_host::TempFolder folder;
-  const std::string path = folder.File("disc.bin");
-  std::string content;
+  fake_host::TempFolder m_folder;
+  const std::string m_path = m_folder.file("disc.bin");
+  std::string m_content;
 };
 
-std::vector<int64_t> Fills(const SystemCalls& calls) {
+std::vector<int64_t> fills(const SystemCalls& calls) {
   std::vector<int64_t> sizes;
-  for (const CallRecord& record : calls.Records(Call::kPread)) sizes.push_back(record.size);
+  for (const CallRecord& record : calls.records(Call::kPread)) sizes.push_back(record.size);
   return sizes;
 }
 
 TEST_F(FileRead, ReadsTheBytesInOrderWhateverTheRequests) {
-  Write(Noise(300001));
+  write(noise(300001));
   for (const int request : {1, 7, 2352, 16384, 32768, 32769, 100000, 400000}) {
-    auto reader = Open();
+    auto reader = open();
     std::string all;
-    for (std::string piece = Read(*reader, request); !piece.empty();
-         piece = Read(*reader, request)) {
+    for (std::string piece = readPiece(*reader, request); !piece.empty();
+         piece = readPiece(*reader, request)) {
       all += piece;
       ASSERT_EQ(reader->GetPosition(), static_cast<int64_t>(all.size()));
     }
-    EXPECT_TRUE(all == content) << request;
+    EXPECT_TRUE(all == m_content) << request;
   }
 }
 
 TEST_F(FileRead, TellsTheSize) {
   for (const size_t size : {size_t{0}, size_t{1}, size_t{100000}}) {
-    Write(std::string(size, 'x'));
-    auto reader = Open();
+    write(std::string(size, 'x'));
+    auto reader = open();
     EXPECT_TRUE(reader->IsOpen());
     EXPECT_EQ(reader->GetSize(), static_cast<int64_t>(size));
     EXPECT_EQ(reader->GetPosition(), 0);
@@ -79,7 +79,7 @@ TEST_F(FileRead, TellsTheSize) {
 }
 
 TEST_F(FileRead, AMissingFileGivesAReaderThatAnswersNothing) {
-  YDK_FileRead reader(folder.File("none.bin").c_str());
+  YDK_FileRead reader(m_folder.file("none.bin").c_str());
   EXPECT_FALSE(reader.IsOpen());
   EXPECT_TRUE(reader.SetPosition(0)) << "true tells of the failure";
   EXPECT_TRUE(reader.SetPosition(5));
@@ -91,11 +91,11 @@ TEST_F(FileRead, AMissingFileGivesAReaderThatAnswersNothing) {
 }
 
 TEST_F(FileRead, OpensForReadingOnly) {
-  Write("x");
+  write("x");
   SystemCalls calls;
-  auto reader = Open();
-  EXPECT_EQ(calls.Last(Call::kOpen).size, O_RDONLY | O_CLOEXEC);
-  EXPECT_FALSE(StartedProgramInherits(path));
+  auto reader = open();
+  EXPECT_EQ(calls.last(Call::kOpen).size, O_RDONLY | O_CLOEXEC);
+  EXPECT_FALSE(startedProgramInherits(m_path));
 }
 
 struct SeekCase {
@@ -106,13 +106,13 @@ struct SeekCase {
 class Seeking : public FileRead, public testing::WithParamInterface<SeekCase> {};
 
 TEST_P(Seeking, StaysInsideTheFile) {
-  Write(Noise(1000));
-  auto reader = Open();
-  Read(*reader, 10);
+  write(noise(1000));
+  auto reader = open();
+  readPiece(*reader, 10);
   EXPECT_FALSE(reader->SetPosition(GetParam().to));
   EXPECT_EQ(reader->GetPosition(), GetParam().position);
-  EXPECT_EQ(Read(*reader, 2000), content.substr(static_cast<size_t>(GetParam().position)));
-  EXPECT_EQ(Read(*reader, 1), "");
+  EXPECT_EQ(readPiece(*reader, 2000), m_content.substr(static_cast<size_t>(GetParam().position)));
+  EXPECT_EQ(readPiece(*reader, 1), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Clamps, Seeking,
@@ -121,82 +121,82 @@ INSTANTIATE_TEST_SUITE_P(Clamps, Seeking,
                                          SeekCase{1001, 1000}, SeekCase{INT64_MAX, 1000}));
 
 TEST_F(FileRead, ReadsUpToTheEndAndThenNothing) {
-  Write(Noise(100));
-  auto reader = Open();
+  write(noise(100));
+  auto reader = open();
   reader->SetPosition(90);
-  EXPECT_EQ(Read(*reader, 50), content.substr(90));
-  EXPECT_EQ(Read(*reader, 50), "");
+  EXPECT_EQ(readPiece(*reader, 50), m_content.substr(90));
+  EXPECT_EQ(readPiece(*reader, 50), "");
   EXPECT_EQ(reader->GetPosition(), 100);
 }
 
 TEST_F(FileRead, RequestsOfNoBytesReachNoFile) {
-  Write(Noise(100));
-  auto reader = Open();
+  write(noise(100));
+  auto reader = open();
   SystemCalls calls;
   char byte = 'x';
   EXPECT_EQ(reader->Read(&byte, 0), 0);
   EXPECT_EQ(reader->Read(&byte, -1), 0);
-  EXPECT_EQ(calls.SystemCallCount(), 0);
+  EXPECT_EQ(calls.systemCallCount(), 0);
 }
 
 TEST_F(FileRead, AfterASeekTheFirstFillIsWholeAndHalfInTurn) {
-  Write(Noise(1000000));
-  auto reader = Open();
+  write(noise(1000000));
+  auto reader = open();
   SystemCalls calls;
   for (int i = 0; i < 8; ++i) {
     ASSERT_FALSE(reader->SetPosition(100000 * (i + 1)));
-    Read(*reader, 1);
+    readPiece(*reader, 1);
   }
-  const std::vector<int64_t> fills = Fills(calls);
-  ASSERT_EQ(fills.size(), 8u);
-  EXPECT_EQ(fills[0] + fills[1], kFill + kStaggeredFill);
-  for (size_t i = 2; i < fills.size(); ++i) EXPECT_EQ(fills[i], fills[i - 2]) << i;
-  for (const int64_t fill : fills) EXPECT_TRUE(fill == kFill || fill == kStaggeredFill);
+  const std::vector<int64_t> sizes = fills(calls);
+  ASSERT_EQ(sizes.size(), 8u);
+  EXPECT_EQ(sizes[0] + sizes[1], kFill + kStaggeredFill);
+  for (size_t i = 2; i < sizes.size(); ++i) EXPECT_EQ(sizes[i], sizes[i - 2]) << i;
+  for (const int64_t fill : sizes) EXPECT_TRUE(fill == kFill || fill == kStaggeredFill);
 }
 
 TEST_F(FileRead, TheTurnIsSharedByAllReaders) {
-  Write(Noise(1000000));
-  auto first = Open();
-  auto second = Open();
+  write(noise(1000000));
+  auto first = open();
+  auto second = open();
   SystemCalls calls;
   for (int i = 1; i <= 4; ++i) {
     (i % 2 != 0 ? first : second)->SetPosition(100000 * i);
-    Read(i % 2 != 0 ? *first : *second, 1);
+    readPiece(i % 2 != 0 ? *first : *second, 1);
   }
-  const std::vector<int64_t> fills = Fills(calls);
-  ASSERT_EQ(fills.size(), 4u);
-  EXPECT_NE(fills[0], fills[1]);
-  EXPECT_EQ(fills[0], fills[2]);
-  EXPECT_EQ(fills[1], fills[3]);
+  const std::vector<int64_t> sizes = fills(calls);
+  ASSERT_EQ(sizes.size(), 4u);
+  EXPECT_NE(sizes[0], sizes[1]);
+  EXPECT_EQ(sizes[0], sizes[2]);
+  EXPECT_EQ(sizes[1], sizes[3]);
 }
 
 /// The first two fills of a process, told by its exit status.
-[[noreturn]] void ExitTellingTheFirstFills() {
+[[noreturn]] void exitTellingTheFirstFills() {
   bool as_ruled = false;
   {
     fake_host::TempFolder own;
-    fake_host::WriteText(own.File("disc.bin"), std::string(100000, 'x'));
-    YDK_FileRead first(own.File("disc.bin").c_str());
-    YDK_FileRead second(own.File("disc.bin").c_str());
+    fake_host::writeText(own.file("disc.bin"), std::string(100000, 'x'));
+    YDK_FileRead first(own.file("disc.bin").c_str());
+    YDK_FileRead second(own.file("disc.bin").c_str());
     SystemCalls calls;
-    Read(first, 1);
-    Read(second, 1);
-    as_ruled = Fills(calls) == std::vector<int64_t>{kFill, kStaggeredFill};
+    readPiece(first, 1);
+    readPiece(second, 1);
+    as_ruled = fills(calls) == std::vector<int64_t>{kFill, kStaggeredFill};
   }
   _exit(as_ruled ? 7 : 1);
 }
 
 TEST(FileReadDeathTest, TheTurnBeginsWithAWholeFill) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process in which nothing has been read
-  EXPECT_EXIT(ExitTellingTheFirstFills(), testing::ExitedWithCode(7), "");
+  EXPECT_EXIT(exitTellingTheFirstFills(), testing::ExitedWithCode(7), "");
 }
 
 TEST_F(FileRead, FillsThatFollowOnAreWhole) {
-  Write(Noise(200000));
-  auto reader = Open();
+  write(noise(200000));
+  auto reader = open();
   SystemCalls calls;
-  Read(*reader, 150000);
-  const auto fills = calls.Records(Call::kPread);
+  readPiece(*reader, 150000);
+  const auto fills = calls.records(Call::kPread);
   ASSERT_GE(fills.size(), 5u);
   int64_t offset = 0;
   for (size_t i = 0; i < fills.size(); ++i) {
@@ -210,64 +210,64 @@ TEST_F(FileRead, FillsThatFollowOnAreWhole) {
 }
 
 TEST_F(FileRead, ASeekInsideTheBufferReachesNoFile) {
-  Write(Noise(200000));
-  auto reader = Open();
+  write(noise(200000));
+  auto reader = open();
   reader->SetPosition(50000);
-  Read(*reader, 100);
+  readPiece(*reader, 100);
   SystemCalls calls;
   const int64_t last = 50000 + kStaggeredFill - 1;  // the shorter of the two fills
   for (const int64_t to : {int64_t{50000}, int64_t{50001}, last, int64_t{60000}, int64_t{50000}}) {
     ASSERT_FALSE(reader->SetPosition(to));
     EXPECT_EQ(reader->GetPosition(), to);
-    EXPECT_EQ(Read(*reader, 1), content.substr(static_cast<size_t>(to), 1));
+    EXPECT_EQ(readPiece(*reader, 1), m_content.substr(static_cast<size_t>(to), 1));
   }
-  EXPECT_EQ(calls.SystemCallCount(), 0);
+  EXPECT_EQ(calls.systemCallCount(), 0);
 }
 
 TEST_F(FileRead, TheByteBeforeAndTheByteAfterTheBufferAreReadAnew) {
-  Write(Noise(200000));
+  write(noise(200000));
   for (const bool before : {true, false}) {
     SystemCalls calls;
-    auto reader = Open();
+    auto reader = open();
     reader->SetPosition(50000);
-    Read(*reader, 100);
-    const int64_t to = before ? 49999 : 50000 + calls.Last(Call::kPread).size;
-    calls.Forget();
+    readPiece(*reader, 100);
+    const int64_t to = before ? 49999 : 50000 + calls.last(Call::kPread).size;
+    calls.forget();
     ASSERT_FALSE(reader->SetPosition(to));
-    EXPECT_EQ(Read(*reader, 1), content.substr(static_cast<size_t>(to), 1));
-    ASSERT_EQ(calls.Count(Call::kPread), 1);
-    EXPECT_EQ(calls.Last(Call::kPread).offset, to);
+    EXPECT_EQ(readPiece(*reader, 1), m_content.substr(static_cast<size_t>(to), 1));
+    ASSERT_EQ(calls.count(Call::kPread), 1);
+    EXPECT_EQ(calls.last(Call::kPread).offset, to);
   }
 }
 
 TEST_F(FileRead, AfterASeekInsideTheBufferTheNextFillFollowsTheBuffer) {
-  Write(Noise(200000));
+  write(noise(200000));
   SystemCalls calls;
-  auto reader = Open();
-  Read(*reader, 100);
-  const int64_t end = calls.Last(Call::kPread).size;
+  auto reader = open();
+  readPiece(*reader, 100);
+  const int64_t end = calls.last(Call::kPread).size;
   reader->SetPosition(10);
-  calls.Forget();
-  EXPECT_EQ(Read(*reader, 40000), content.substr(10, 40000));
-  ASSERT_FALSE(calls.Records(Call::kPread).empty());
-  EXPECT_EQ(calls.Records(Call::kPread)[0].offset, end);
-  EXPECT_EQ(calls.Records(Call::kPread)[0].size, kFill) << "such a seek staggers nothing";
+  calls.forget();
+  EXPECT_EQ(readPiece(*reader, 40000), m_content.substr(10, 40000));
+  ASSERT_FALSE(calls.records(Call::kPread).empty());
+  EXPECT_EQ(calls.records(Call::kPread)[0].offset, end);
+  EXPECT_EQ(calls.records(Call::kPread)[0].size, kFill) << "such a seek staggers nothing";
 }
 
 TEST_F(FileRead, ASeekToThePositionItHasChangesNothing) {
-  Write(Noise(200000));
-  auto reader = Open();
-  Read(*reader, 100);
+  write(noise(200000));
+  auto reader = open();
+  readPiece(*reader, 100);
   SystemCalls calls;
   ASSERT_FALSE(reader->SetPosition(100));
-  EXPECT_EQ(Read(*reader, 100), content.substr(100, 100));
-  EXPECT_EQ(calls.SystemCallCount(), 0);
+  EXPECT_EQ(readPiece(*reader, 100), m_content.substr(100, 100));
+  EXPECT_EQ(calls.systemCallCount(), 0);
 }
 
 TEST_F(FileRead, AnyMixOfSeeksAndReadsGivesTheFilesBytes) {
-  Write(Noise(150000));
+  write(noise(150000));
   std::mt19937 random(11);
-  auto reader = Open();
+  auto reader = open();
   int64_t position = 0;
   for (int i = 0; i < 3000; ++i) {
     if (random() % 2 != 0) {
@@ -279,192 +279,194 @@ TEST_F(FileRead, AnyMixOfSeeksAndReadsGivesTheFilesBytes) {
     }
     const int count = static_cast<int>(random() % (random() % 8 == 0 ? 70000 : 3000));
     ASSERT_EQ(reader->GetPosition(), position);
-    const std::string piece = Read(*reader, count);
-    ASSERT_TRUE(piece == content.substr(static_cast<size_t>(position), static_cast<size_t>(count)))
+    const std::string piece = readPiece(*reader, count);
+    ASSERT_TRUE(piece ==
+                m_content.substr(static_cast<size_t>(position), static_cast<size_t>(count)))
         << i << " at " << position;
     position += static_cast<int64_t>(piece.size());
   }
 }
 
 TEST_F(FileRead, HoldsASharedLockWhileOpen) {
-  Write("x");
+  write("x");
   {
-    auto first = Open();
-    auto second = Open();
+    auto first = open();
+    auto second = open();
     EXPECT_TRUE(first->IsOpen() && second->IsOpen());
-    EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_SH));
-    EXPECT_FALSE(AnotherProcessCanLock(path, LOCK_EX));
+    EXPECT_TRUE(anotherProcessCanLock(m_path, LOCK_SH));
+    EXPECT_FALSE(anotherProcessCanLock(m_path, LOCK_EX));
   }
-  EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_EX));
+  EXPECT_TRUE(anotherProcessCanLock(m_path, LOCK_EX));
 }
 
 TEST_F(FileRead, LocksWithoutWaitingAndUnlocks) {
-  Write("x");
+  write("x");
   SystemCalls calls;
-  Open().reset();
-  const auto locks = calls.Records(Call::kFlock);
+  open().reset();
+  const auto locks = calls.records(Call::kFlock);
   ASSERT_EQ(locks.size(), 2u);
   EXPECT_EQ(locks[0].size, LOCK_SH | LOCK_NB);
   EXPECT_EQ(locks[1].size, LOCK_UN);
 }
 
 TEST_F(FileRead, FollowsTheSizeOfAFileThatAnotherProcessWrites) {
-  Write(Noise(1000));
-  LockHolder writer(path, LOCK_EX);
-  auto reader = Open();
+  write(noise(1000));
+  LockHolder writer(m_path, LOCK_EX);
+  auto reader = open();
   ASSERT_TRUE(reader->IsOpen());
   EXPECT_EQ(reader->GetSize(), 1000);
-  Write(Noise(5000));
+  write(noise(5000));
   EXPECT_FALSE(reader->SetPosition(4000));
   EXPECT_EQ(reader->GetPosition(), 4000) << "the size was not read again before the seek";
-  EXPECT_EQ(Read(*reader, 2000), content.substr(4000));
+  EXPECT_EQ(readPiece(*reader, 2000), m_content.substr(4000));
   EXPECT_EQ(reader->GetSize(), 5000);
 
   SystemCalls calls;
-  Read(*reader, 1);
-  EXPECT_EQ(calls.Count(Call::kFstat), 1);
+  readPiece(*reader, 1);
+  EXPECT_EQ(calls.count(Call::kFstat), 1);
   reader->SetPosition(3);
-  EXPECT_EQ(calls.Count(Call::kFstat), 2);
-  calls.Fail(Call::kFstat, EIO);
+  EXPECT_EQ(calls.count(Call::kFstat), 2);
+  calls.fail(Call::kFstat, EIO);
   EXPECT_EQ(reader->GetSize(), 5000) << "the last size known";
-  calls.Forget();
+  calls.forget();
   reader.reset();
-  EXPECT_EQ(calls.Count(Call::kFlock), 0) << "there is no lock to release";
+  EXPECT_EQ(calls.count(Call::kFlock), 0) << "there is no lock to release";
 }
 
 TEST_F(FileRead, ReadsTheSizeOnceWhenItHoldsTheLock) {
-  Write(Noise(1000));
-  auto reader = Open();
-  Write(Noise(5000));
+  write(noise(1000));
+  auto reader = open();
+  write(noise(5000));
   SystemCalls calls;
   EXPECT_EQ(reader->GetSize(), 1000);
   reader->SetPosition(4000);
   EXPECT_EQ(reader->GetPosition(), 1000);
-  EXPECT_EQ(calls.Count(Call::kFstat), 0);
+  EXPECT_EQ(calls.count(Call::kFstat), 0);
 }
 
 class UnbufferedRead : public FileRead {
  protected:
   UnbufferedRead() {
-    calls.Fail(Call::kRealloc, ENOMEM);
-    calls.Fail(Call::kMalloc, ENOMEM);
+    m_calls.fail(Call::kRealloc, ENOMEM);
+    m_calls.fail(Call::kMalloc, ENOMEM);
   }
-  SystemCalls calls;
+  SystemCalls m_calls;
 };
 
 TEST_F(UnbufferedRead, AsksTheFileForEveryRequest) {
-  Write(Noise(1000));
-  auto reader = Open();
-  EXPECT_EQ(Read(*reader, 10), content.substr(0, 10));
-  EXPECT_EQ(Read(*reader, 10), content.substr(10, 10));
+  write(noise(1000));
+  auto reader = open();
+  EXPECT_EQ(readPiece(*reader, 10), m_content.substr(0, 10));
+  EXPECT_EQ(readPiece(*reader, 10), m_content.substr(10, 10));
   EXPECT_FALSE(reader->SetPosition(500));
-  EXPECT_EQ(Read(*reader, 2000), content.substr(500));
-  EXPECT_EQ(Read(*reader, 1), "");
-  EXPECT_EQ(Fills(calls), (std::vector<int64_t>{10, 10, 2000, 1}));
+  EXPECT_EQ(readPiece(*reader, 2000), m_content.substr(500));
+  EXPECT_EQ(readPiece(*reader, 1), "");
+  EXPECT_EQ(fills(m_calls), (std::vector<int64_t>{10, 10, 2000, 1}));
   EXPECT_EQ(reader->GetPosition(), 1000);
 }
 
 TEST_F(UnbufferedRead, AFailedOneMovesThePositionBackByOne) {
-  Write(Noise(1000));
-  auto reader = Open();
-  Read(*reader, 10);
-  calls.Fail(Call::kPread, EIO, 2, 3);
+  write(noise(1000));
+  auto reader = open();
+  readPiece(*reader, 10);
+  m_calls.fail(Call::kPread, EIO, 2, 3);
   char byte = 'x';
   EXPECT_EQ(reader->Read(&byte, 1), -1);
   EXPECT_EQ(reader->GetPosition(), 9);
   EXPECT_EQ(reader->Read(&byte, 1), -1);
   EXPECT_EQ(reader->GetPosition(), 8);
   // The position in the file has not moved: the next byte is the one after those read.
-  EXPECT_EQ(Read(*reader, 1), content.substr(10, 1));
+  EXPECT_EQ(readPiece(*reader, 1), m_content.substr(10, 1));
   EXPECT_EQ(reader->GetPosition(), 9);
 }
 
 TEST_F(FileRead, AFailedFillEndsTheRequestWithWhatThereIs) {
-  Write(Noise(200000));
-  auto reader = Open();
+  write(noise(200000));
+  auto reader = open();
   SystemCalls calls;
-  calls.Fail(Call::kPread, EIO, 2, 2);
-  const std::string piece = Read(*reader, 100000);
-  EXPECT_EQ(static_cast<int64_t>(piece.size()), calls.Records(Call::kPread)[0].size);
-  EXPECT_TRUE(piece == content.substr(0, piece.size()));
+  calls.fail(Call::kPread, EIO, 2, 2);
+  const std::string piece = readPiece(*reader, 100000);
+  EXPECT_EQ(static_cast<int64_t>(piece.size()), calls.records(Call::kPread)[0].size);
+  EXPECT_TRUE(piece == m_content.substr(0, piece.size()));
   EXPECT_EQ(reader->GetPosition(), static_cast<int64_t>(piece.size()));
-  EXPECT_EQ(Read(*reader, 10), content.substr(piece.size(), 10)) << "reading goes on afterwards";
+  EXPECT_EQ(readPiece(*reader, 10), m_content.substr(piece.size(), 10))
+      << "reading goes on afterwards";
 }
 
 TEST_F(FileRead, AFailedFirstFillGivesNothing) {
-  Write(Noise(1000));
-  auto reader = Open();
+  write(noise(1000));
+  auto reader = open();
   SystemCalls calls;
-  calls.Fail(Call::kPread, EIO);
+  calls.fail(Call::kPread, EIO);
   char byte = 'x';
   EXPECT_EQ(reader->Read(&byte, 1), 0);
   EXPECT_EQ(reader->GetPosition(), 0);
 }
 
 TEST_F(FileRead, ShortFillsAreContinued) {
-  Write(Noise(100000));
-  auto reader = Open();
+  write(noise(100000));
+  auto reader = open();
   SystemCalls calls;
-  calls.Shorten(Call::kPread, 1, 13);
-  EXPECT_TRUE(Read(*reader, 70000) == content.substr(0, 70000));
-  EXPECT_EQ(calls.Records(Call::kPread)[1].offset, 13);
+  calls.shorten(Call::kPread, 1, 13);
+  EXPECT_TRUE(readPiece(*reader, 70000) == m_content.substr(0, 70000));
+  EXPECT_EQ(calls.records(Call::kPread)[1].offset, 13);
 }
 
 TEST_F(FileRead, WithoutAnEndToSeekToTheSizeIsZero) {
-  Write(Noise(1000));
+  write(noise(1000));
   SystemCalls calls;
-  calls.Fail(Call::kLseek, ESPIPE, 1, 1);
-  auto reader = Open();
+  calls.fail(Call::kLseek, ESPIPE, 1, 1);
+  auto reader = open();
   EXPECT_TRUE(reader->IsOpen());
   EXPECT_EQ(reader->GetSize(), 0);
 }
 
 /// The advice given, as (advice, offset, length).
-std::vector<CallRecord> Advice(const SystemCalls& calls, int advice) {
+std::vector<CallRecord> advice(const SystemCalls& calls, int advice) {
   std::vector<CallRecord> records;
-  for (const CallRecord& record : calls.Records(Call::kFadvise)) {
+  for (const CallRecord& record : calls.records(Call::kFadvise)) {
     if (record.size == advice) records.push_back(record);
   }
   return records;
 }
 
 TEST_F(FileRead, GivesPagesOfALocalFileBackInWholeStepsBehindIt) {
-  Write("");
-  ASSERT_EQ(truncate(path.c_str(), 3 * kStep), 0);
+  write("");
+  ASSERT_EQ(truncate(m_path.c_str(), 3 * kStep), 0);
   SystemCalls calls;
-  calls.PretendFileSystem(kExt4);
-  auto reader = Open();
-  ASSERT_EQ(Advice(calls, POSIX_FADV_SEQUENTIAL).size(), 1u);
+  calls.pretendFileSystem(kExt4);
+  auto reader = open();
+  ASSERT_EQ(advice(calls, POSIX_FADV_SEQUENTIAL).size(), 1u);
   std::vector<char> piece(2352 * 13);
   int64_t given_back = 0;
   while (reader->Read(piece.data(), static_cast<int>(piece.size())) > 0) {
-    const auto advice = Advice(calls, POSIX_FADV_DONTNEED);
+    const auto given = advice(calls, POSIX_FADV_DONTNEED);
     int64_t end = 0;
-    for (const CallRecord& record : advice) {
+    for (const CallRecord& record : given) {
       EXPECT_EQ(record.offset % kStep, 0);
       EXPECT_EQ(record.length % kStep, 0);
       EXPECT_GT(record.length, 0);
       EXPECT_EQ(record.offset, end) << "a step was left out";
       end = record.offset + record.length;
     }
-    const CallRecord last = calls.Last(Call::kPread);
+    const CallRecord last = calls.last(Call::kPread);
     ASSERT_LE(end, last.offset + last.result) << "pages ahead of the position were given back";
     given_back = end;
   }
   EXPECT_GE(given_back, 2 * kStep);
-  EXPECT_LE(Advice(calls, POSIX_FADV_DONTNEED).size(), 3u);
+  EXPECT_LE(advice(calls, POSIX_FADV_DONTNEED).size(), 3u);
 }
 
 TEST_F(FileRead, GivesNothingBackOfAFileThatWasJumpedOver) {
-  Write("");
-  ASSERT_EQ(truncate(path.c_str(), 8 * kStep), 0);
+  write("");
+  ASSERT_EQ(truncate(m_path.c_str(), 8 * kStep), 0);
   SystemCalls calls;
-  calls.PretendFileSystem(kExt4);
-  auto reader = Open();
-  Read(*reader, 100);
+  calls.pretendFileSystem(kExt4);
+  auto reader = open();
+  readPiece(*reader, 100);
   reader->SetPosition(7 * kStep + 100);
-  Read(*reader, 100);
-  for (const CallRecord& record : Advice(calls, POSIX_FADV_DONTNEED)) {
+  readPiece(*reader, 100);
+  for (const CallRecord& record : advice(calls, POSIX_FADV_DONTNEED)) {
     EXPECT_LE(record.offset + record.length, 7 * kStep + 100 + kFill);
   }
 }
@@ -477,12 +479,12 @@ struct FileSystemCase {
 class ReadCaching : public FileRead, public testing::WithParamInterface<FileSystemCase> {};
 
 TEST_P(ReadCaching, IsLeftToTheSystemOnTheNetwork) {
-  Write(Noise(1000));
+  write(noise(1000));
   SystemCalls calls;
-  calls.PretendFileSystem(GetParam().magic);
-  auto reader = Open();
-  Read(*reader, 1000);
-  EXPECT_EQ(calls.Count(Call::kFadvise) > 0, GetParam().local) << std::hex << GetParam().magic;
+  calls.pretendFileSystem(GetParam().magic);
+  auto reader = open();
+  readPiece(*reader, 1000);
+  EXPECT_EQ(calls.count(Call::kFadvise) > 0, GetParam().local) << std::hex << GetParam().magic;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -498,31 +500,31 @@ INSTANTIATE_TEST_SUITE_P(
                     FileSystemCase{0x0BD00BD0, false}, FileSystemCase{0x65735546, false}));
 
 TEST_F(FileRead, AFileSystemThatCannotBeAskedCountsAsLocal) {
-  Write(Noise(1000));
+  write(noise(1000));
   SystemCalls calls;
-  calls.Fail(Call::kFstatfs, EIO);
-  auto reader = Open();
-  EXPECT_GT(calls.Count(Call::kFadvise), 0);
+  calls.fail(Call::kFstatfs, EIO);
+  auto reader = open();
+  EXPECT_GT(calls.count(Call::kFadvise), 0);
 }
 
 TEST_F(FileRead, NoFailingCallLeavesADescriptorOpen) {
-  Write(Noise(100000));
-  const int before = fake_host::OpenDescriptors();
+  write(noise(100000));
+  const int before = fake_host::openDescriptors();
   for (const Call call : {Call::kOpen, Call::kFlock, Call::kFstat, Call::kFstatfs, Call::kPread,
                           Call::kLseek, Call::kFadvise, Call::kRealloc, Call::kMalloc}) {
     for (int nth = 1;; ++nth) {
       SystemCalls calls;
-      calls.Fail(call, EIO, nth, nth);
+      calls.fail(call, EIO, nth, nth);
       {
-        auto reader = Open();
+        auto reader = open();
         std::vector<char> piece(60000);
         reader->SetPosition(5);
         reader->Read(piece.data(), 60000);
         reader->SetPosition(90000);
         reader->Read(piece.data(), 60000);
       }
-      EXPECT_EQ(fake_host::OpenDescriptors(), before);
-      if (calls.Count(call) < nth) break;
+      EXPECT_EQ(fake_host::openDescriptors(), before);
+      if (calls.count(call) < nth) break;
       ASSERT_LT(nth, 30);
     }
   }

@@ -20,9 +20,9 @@
 namespace support_test {
 namespace {
 
-using fake_host::Noise;
-using fake_host::ReadText;
-using fake_host::WriteText;
+using fake_host::noise;
+using fake_host::readText;
+using fake_host::writeText;
 
 using Reports = std::vector<std::pair<int, int>>;
 Reports g_reports;
@@ -50,29 +50,29 @@ class FileWrite : public testing::Test {
   }
   ~FileWrite() override { update_disk_counters = nullptr; }
 
-  std::unique_ptr<YDK_FileWrite> Open(const Options& o = {}) {
-    return std::make_unique<YDK_FileWrite>(path.c_str(), o.async_mode, o.block_size, o.min_blocks,
+  std::unique_ptr<YDK_FileWrite> open(const Options& o = {}) {
+    return std::make_unique<YDK_FileWrite>(m_path.c_str(), o.async_mode, o.block_size, o.min_blocks,
                                            o.max_blocks, o.append, o.no_lock);
   }
 
-  fake_host::TempFolder folder;
-  const std::string path = folder.File("disc.bin");
+  fake_host::TempFolder m_folder;
+  const std::string m_path = m_folder.file("disc.bin");
 };
 
-int Put(YDK_FileWrite& writer, const std::string& bytes) {
+int put(YDK_FileWrite& writer, const std::string& bytes) {
   return writer.Write(bytes.data(), static_cast<int>(bytes.size()));
 }
 
 TEST_F(FileWrite, CreatesTheFileForWritingOnly) {
   const mode_t mask = umask(0);
   SystemCalls calls;
-  auto writer = Open();
+  auto writer = open();
   umask(mask);
   ASSERT_GE(writer->fd, 0);
-  EXPECT_EQ(calls.Count(Call::kOpen), 1);
-  EXPECT_EQ(calls.Last(Call::kOpen).size, O_WRONLY | O_CREAT | O_CLOEXEC);
+  EXPECT_EQ(calls.count(Call::kOpen), 1);
+  EXPECT_EQ(calls.last(Call::kOpen).size, O_WRONLY | O_CREAT | O_CLOEXEC);
   struct stat status {};
-  ASSERT_EQ(stat(path.c_str(), &status), 0);
+  ASSERT_EQ(stat(m_path.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777, 0644u);
   EXPECT_EQ(writer->GetPosition(), 0);
 }
@@ -82,12 +82,12 @@ TEST_F(FileWrite, ANullNameLeavesItClosed) {
   YDK_FileWrite writer(nullptr, 0, 8192, 16, 16, false, false);
   EXPECT_EQ(writer.fd, -1);
   EXPECT_EQ(writer.GetPosition(), -1);
-  EXPECT_EQ(calls.SystemCallCount(), 0);
-  EXPECT_EQ(calls.Count(Call::kRealloc) + calls.Count(Call::kMalloc), 0);
+  EXPECT_EQ(calls.systemCallCount(), 0);
+  EXPECT_EQ(calls.count(Call::kRealloc) + calls.count(Call::kMalloc), 0);
 }
 
 TEST_F(FileWrite, AMissingFolderLeavesItClosed) {
-  YDK_FileWrite writer(folder.File("none/disc.bin").c_str(), 0, 8192, 16, 16, false, false);
+  YDK_FileWrite writer(m_folder.file("none/disc.bin").c_str(), 0, 8192, 16, 16, false, false);
   EXPECT_EQ(writer.fd, -1);
   EXPECT_EQ(writer.GetPosition(), -1);
 }
@@ -95,90 +95,90 @@ TEST_F(FileWrite, AMissingFolderLeavesItClosed) {
 const std::string kOldBytes(100, 'x');
 
 TEST_F(FileWrite, StartsOverUnlessItAppends) {
-  WriteText(path, kOldBytes);
-  Open().reset();
-  EXPECT_EQ(ReadText(path), "");
+  writeText(m_path, kOldBytes);
+  open().reset();
+  EXPECT_EQ(readText(m_path), "");
 }
 
 TEST_F(FileWrite, AppendingContinuesAtTheEnd) {
-  WriteText(path, kOldBytes);
+  writeText(m_path, kOldBytes);
   {
-    auto writer = Open(kAppending);
+    auto writer = open(kAppending);
     EXPECT_EQ(writer->GetPosition(), 100);
-    Put(*writer, "0123456789");
+    put(*writer, "0123456789");
     EXPECT_EQ(writer->GetPosition(), 110);
   }
-  EXPECT_EQ(ReadText(path), kOldBytes + "0123456789");
+  EXPECT_EQ(readText(m_path), kOldBytes + "0123456789");
 }
 
 TEST_F(FileWrite, AppendingWithoutKnowingTheSizeStartsAtTheBeginning) {
-  WriteText(path, kOldBytes);
+  writeText(m_path, kOldBytes);
   {
     SystemCalls calls;
-    calls.Fail(Call::kFstat, EIO);
-    auto writer = Open(kAppending);
+    calls.fail(Call::kFstat, EIO);
+    auto writer = open(kAppending);
     ASSERT_GE(writer->fd, 0);
     EXPECT_EQ(writer->GetPosition(), 0);
-    EXPECT_EQ(calls.Count(Call::kFtruncate), 0);
-    Put(*writer, "0123456789");
+    EXPECT_EQ(calls.count(Call::kFtruncate), 0);
+    put(*writer, "0123456789");
   }
-  EXPECT_EQ(ReadText(path), "0123456789" + kOldBytes.substr(10));
+  EXPECT_EQ(readText(m_path), "0123456789" + kOldBytes.substr(10));
 }
 
 TEST_F(FileWrite, AFileThatCannotBeEmptiedIsStillWritten) {
-  WriteText(path, kOldBytes);
+  writeText(m_path, kOldBytes);
   {
     SystemCalls calls;
-    calls.Fail(Call::kFtruncate, EIO);
-    auto writer = Open();
+    calls.fail(Call::kFtruncate, EIO);
+    auto writer = open();
     ASSERT_GE(writer->fd, 0);
-    Put(*writer, "0123456789");
+    put(*writer, "0123456789");
   }
-  EXPECT_EQ(ReadText(path), "0123456789" + kOldBytes.substr(10));
+  EXPECT_EQ(readText(m_path), "0123456789" + kOldBytes.substr(10));
 }
 
 TEST_F(FileWrite, KeepsASecondWriterOffAndTheFileWhole) {
-  auto first = Open(kUnbuffered);
-  Put(*first, "frames");
+  auto first = open(kUnbuffered);
+  put(*first, "frames");
   {
-    auto second = Open();
+    auto second = open();
     EXPECT_EQ(second->fd, -1);
     EXPECT_EQ(second->GetPosition(), -1);
   }
-  EXPECT_EQ(ReadText(path), "frames");
-  EXPECT_FALSE(AnotherProcessCanLock(path, LOCK_SH));
+  EXPECT_EQ(readText(m_path), "frames");
+  EXPECT_FALSE(anotherProcessCanLock(m_path, LOCK_SH));
   first.reset();
-  EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_EX));
-  EXPECT_GE(Open()->fd, 0);
+  EXPECT_TRUE(anotherProcessCanLock(m_path, LOCK_EX));
+  EXPECT_GE(open()->fd, 0);
 }
 
 TEST_F(FileWrite, LeavesAloneWhatAnotherProcessHasLocked) {
-  WriteText(path, "frames");
+  writeText(m_path, "frames");
   {
-    LockHolder other(path, LOCK_SH);
-    EXPECT_EQ(Open()->fd, -1);
-    EXPECT_EQ(Open(kAppending)->fd, -1);
+    LockHolder other(m_path, LOCK_SH);
+    EXPECT_EQ(open()->fd, -1);
+    EXPECT_EQ(open(kAppending)->fd, -1);
   }
-  EXPECT_EQ(ReadText(path), "frames");
+  EXPECT_EQ(readText(m_path), "frames");
 }
 
 TEST_F(FileWrite, WithoutALockWritesWhatOthersHaveLocked) {
-  WriteText(path, "frames");
-  LockHolder other(path, LOCK_EX);
+  writeText(m_path, "frames");
+  LockHolder other(m_path, LOCK_EX);
   SystemCalls calls;
   {
-    auto writer = Open(kUnlocked);
+    auto writer = open(kUnlocked);
     ASSERT_GE(writer->fd, 0);
-    Put(*writer, "other");
+    put(*writer, "other");
   }
-  EXPECT_EQ(calls.Count(Call::kFlock), 0);
-  EXPECT_EQ(ReadText(path), "other");
+  EXPECT_EQ(calls.count(Call::kFlock), 0);
+  EXPECT_EQ(readText(m_path), "other");
 }
 
 TEST_F(FileWrite, LocksExclusivelyWithoutWaitingAndUnlocks) {
   SystemCalls calls;
-  Open().reset();
-  const auto locks = calls.Records(Call::kFlock);
+  open().reset();
+  const auto locks = calls.records(Call::kFlock);
   ASSERT_EQ(locks.size(), 2u);
   EXPECT_EQ(locks[0].size, LOCK_EX | LOCK_NB);
   EXPECT_EQ(locks[1].size, LOCK_UN);
@@ -187,16 +187,16 @@ TEST_F(FileWrite, LocksExclusivelyWithoutWaitingAndUnlocks) {
 TEST_F(FileWrite, AFileSystemWithoutExclusiveLocksGetsASharedOne) {
   for (const int error : {ENOLCK, EINVAL, EINTR, EOPNOTSUPP, EBADF}) {
     SystemCalls calls;
-    calls.Fail(Call::kFlock, error, 1, 1);
-    auto writer = Open();
+    calls.fail(Call::kFlock, error, 1, 1);
+    auto writer = open();
     EXPECT_GE(writer->fd, 0) << error;
-    EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_SH));
-    EXPECT_FALSE(AnotherProcessCanLock(path, LOCK_EX));
-    calls.Forget();
-    calls.Fail(Call::kFlock, 0, 0, -1);
+    EXPECT_TRUE(anotherProcessCanLock(m_path, LOCK_SH));
+    EXPECT_FALSE(anotherProcessCanLock(m_path, LOCK_EX));
+    calls.forget();
+    calls.fail(Call::kFlock, 0, 0, -1);
     writer.reset();
-    ASSERT_EQ(calls.Count(Call::kFlock), 1) << error;
-    EXPECT_EQ(calls.Last(Call::kFlock).size, LOCK_UN);
+    ASSERT_EQ(calls.count(Call::kFlock), 1) << error;
+    EXPECT_EQ(calls.last(Call::kFlock).size, LOCK_UN);
   }
 }
 
@@ -204,49 +204,49 @@ TEST_F(FileWrite, AFileSystemWithoutAnyLocksIsWrittenWithoutOne) {
   // Even "would block" from the shared attempt leaves the file open.
   for (const int second_error : {ENOLCK, EWOULDBLOCK}) {
     SystemCalls calls;
-    calls.Fail(Call::kFlock, second_error == ENOLCK ? ENOLCK : ENOSYS);
-    auto writer = Open();
+    calls.fail(Call::kFlock, second_error == ENOLCK ? ENOLCK : ENOSYS);
+    auto writer = open();
     EXPECT_GE(writer->fd, 0);
-    const auto locks = calls.Records(Call::kFlock);
+    const auto locks = calls.records(Call::kFlock);
     ASSERT_EQ(locks.size(), 2u);
     EXPECT_EQ(locks[0].size, LOCK_EX | LOCK_NB);
     EXPECT_EQ(locks[1].size, LOCK_SH | LOCK_NB);
-    calls.Forget();
-    Put(*writer, "frames");
+    calls.forget();
+    put(*writer, "frames");
     writer.reset();
-    EXPECT_EQ(calls.Count(Call::kFlock), 0) << "nothing is held that could be released";
-    EXPECT_EQ(ReadText(path), "frames");
+    EXPECT_EQ(calls.count(Call::kFlock), 0) << "nothing is held that could be released";
+    EXPECT_EQ(readText(m_path), "frames");
   }
 }
 
 TEST_F(FileWrite, AHeldLockIsNotTriedAgainAsAShared) {
   SystemCalls calls;
-  calls.Fail(Call::kFlock, EWOULDBLOCK);
-  EXPECT_EQ(Open()->fd, -1);
-  EXPECT_EQ(calls.Count(Call::kFlock), 1);
-  EXPECT_EQ(calls.Count(Call::kFtruncate), 0);
+  calls.fail(Call::kFlock, EWOULDBLOCK);
+  EXPECT_EQ(open()->fd, -1);
+  EXPECT_EQ(calls.count(Call::kFlock), 1);
+  EXPECT_EQ(calls.count(Call::kFtruncate), 0);
 }
 
 TEST_F(FileWrite, SwitchingCachingOffChangesNoCallHere) {
   std::vector<int> counts;
   for (const int async_mode : {0, 1, 2, 3}) {
     SystemCalls calls;
-    auto writer = Open({.async_mode = async_mode});
-    Put(*writer, Noise(200000));
+    auto writer = open({.async_mode = async_mode});
+    put(*writer, noise(200000));
     writer.reset();
-    EXPECT_EQ(calls.Count(Call::kFcntl) + calls.Count(Call::kFadvise), 0);
-    counts.push_back(calls.SystemCallCount());
-    EXPECT_EQ(ReadText(path), Noise(200000));
+    EXPECT_EQ(calls.count(Call::kFcntl) + calls.count(Call::kFadvise), 0);
+    counts.push_back(calls.systemCallCount());
+    EXPECT_EQ(readText(m_path), noise(200000));
   }
   EXPECT_EQ(counts, std::vector<int>(4, counts[0]));
 }
 
 TEST_F(FileWrite, IsNotInheritedByStartedPrograms) {
-  const int inheritable = open(path.c_str(), O_RDONLY | O_CREAT, 0644);
-  EXPECT_TRUE(StartedProgramInherits(path)) << "the look-up itself does not work";
+  const int inheritable = ::open(m_path.c_str(), O_RDONLY | O_CREAT, 0644);
+  EXPECT_TRUE(startedProgramInherits(m_path)) << "the look-up itself does not work";
   close(inheritable);
-  auto writer = Open();
-  EXPECT_FALSE(StartedProgramInherits(path));
+  auto writer = open();
+  EXPECT_FALSE(startedProgramInherits(m_path));
 }
 
 struct BufferCase {
@@ -259,20 +259,20 @@ class WriteBuffer : public FileWrite, public testing::WithParamInterface<BufferC
 
 TEST_P(WriteBuffer, IsWrittenWhenFull) {
   const BufferCase& c = GetParam();
-  auto writer = Open({.block_size = c.block_size, .min_blocks = c.min_blocks, .max_blocks = 1});
+  auto writer = open({.block_size = c.block_size, .min_blocks = c.min_blocks, .max_blocks = 1});
   SystemCalls calls;
   if (c.buffer == 0) {
     EXPECT_EQ(writer->Write("x", 1), 1);
-    EXPECT_EQ(calls.Count(Call::kPwrite), 1);
+    EXPECT_EQ(calls.count(Call::kPwrite), 1);
     return;
   }
-  const std::string all_but_one = Noise(static_cast<size_t>(c.buffer) - 1);
-  Put(*writer, all_but_one);
-  EXPECT_EQ(calls.Count(Call::kPwrite), 0);
+  const std::string all_but_one = noise(static_cast<size_t>(c.buffer) - 1);
+  put(*writer, all_but_one);
+  EXPECT_EQ(calls.count(Call::kPwrite), 0);
   writer->Write("x", 1);
-  EXPECT_EQ(calls.Count(Call::kPwrite), 1);
-  EXPECT_EQ(calls.Last(Call::kPwrite).size, c.buffer);
-  EXPECT_EQ(ReadText(path), all_but_one + "x");
+  EXPECT_EQ(calls.count(Call::kPwrite), 1);
+  EXPECT_EQ(calls.last(Call::kPwrite).size, c.buffer);
+  EXPECT_EQ(readText(m_path), all_but_one + "x");
 }
 
 INSTANTIATE_TEST_SUITE_P(Sizes, WriteBuffer,
@@ -290,70 +290,70 @@ TEST_F(FileWrite, ABufferBeyondAnIntDoesNotOverflow) {
                                      {INT_MAX - 4094, 1}}) {
     {
       SystemCalls calls;
-      calls.Fail(Call::kRealloc, ENOMEM);
-      calls.Fail(Call::kMalloc, ENOMEM);
-      auto writer = Open({.block_size = size, .min_blocks = blocks});
+      calls.fail(Call::kRealloc, ENOMEM);
+      calls.fail(Call::kMalloc, ENOMEM);
+      auto writer = open({.block_size = size, .min_blocks = blocks});
       ASSERT_GE(writer->fd, 0);
-      Put(*writer, "frames");
+      put(*writer, "frames");
     }
-    EXPECT_EQ(ReadText(path), "frames");
+    EXPECT_EQ(readText(m_path), "frames");
   }
 }
 
 TEST_F(FileWrite, WithoutMemoryForItsBufferWritesAtOnce) {
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
-  auto writer = Open();
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
+  auto writer = open();
   ASSERT_GE(writer->fd, 0);
-  EXPECT_EQ(Put(*writer, "frames"), 6);
-  EXPECT_EQ(calls.Count(Call::kPwrite), 1);
-  EXPECT_EQ(ReadText(path), "frames");
+  EXPECT_EQ(put(*writer, "frames"), 6);
+  EXPECT_EQ(calls.count(Call::kPwrite), 1);
+  EXPECT_EQ(readText(m_path), "frames");
 }
 
 TEST_F(FileWrite, OneLongWriteFlushesOnceAndKeepsTheRest) {
-  const std::string bytes = Noise(200000);
+  const std::string bytes = noise(200000);
   SystemCalls calls;
-  auto writer = Open();
-  EXPECT_EQ(Put(*writer, bytes), 200000);
-  ASSERT_EQ(calls.Count(Call::kPwrite), 1);
-  EXPECT_EQ(calls.Last(Call::kPwrite).size, 131072);
+  auto writer = open();
+  EXPECT_EQ(put(*writer, bytes), 200000);
+  ASSERT_EQ(calls.count(Call::kPwrite), 1);
+  EXPECT_EQ(calls.last(Call::kPwrite).size, 131072);
   EXPECT_EQ(writer->GetPosition(), 200000);
-  EXPECT_EQ(ReadText(path), bytes.substr(0, 131072));
+  EXPECT_EQ(readText(m_path), bytes.substr(0, 131072));
   writer.reset();
-  ASSERT_EQ(calls.Count(Call::kPwrite), 2);
-  EXPECT_EQ(calls.Last(Call::kPwrite).size, 68928);
-  EXPECT_EQ(calls.Last(Call::kPwrite).offset, 131072);
-  EXPECT_EQ(ReadText(path), bytes);
+  ASSERT_EQ(calls.count(Call::kPwrite), 2);
+  EXPECT_EQ(calls.last(Call::kPwrite).size, 68928);
+  EXPECT_EQ(calls.last(Call::kPwrite).offset, 131072);
+  EXPECT_EQ(readText(m_path), bytes);
   EXPECT_TRUE(g_reports.empty());
 }
 
 TEST_F(FileWrite, NothingIsWrittenForNoBytes) {
   SystemCalls calls;
-  auto writer = Open();
+  auto writer = open();
   EXPECT_EQ(writer->Write("x", 0), 0);
   EXPECT_EQ(writer->Write("x", -7), -7);
   EXPECT_EQ(writer->Write(nullptr, 0), 0);
   EXPECT_EQ(writer->GetPosition(), 0);
   writer.reset();
-  EXPECT_EQ(calls.Count(Call::kPwrite), 0);
+  EXPECT_EQ(calls.count(Call::kPwrite), 0);
 }
 
 TEST_F(FileWrite, AnySequenceOfLengthsGivesTheBytesInOrder) {
   for (const Options& options : {Options{}, kSmallestBuffer, kUnbuffered}) {
     std::string expected;
     {
-      auto writer = Open(options);
+      auto writer = open(options);
       unsigned seed = 3;
       for (int i = 0; i < 300; ++i) {
         seed = seed * 1664525u + 1013904223u;
-        const std::string piece = Noise((seed >> 20) % 3000, seed);
-        EXPECT_EQ(Put(*writer, piece), static_cast<int>(piece.size()));
+        const std::string piece = noise((seed >> 20) % 3000, seed);
+        EXPECT_EQ(put(*writer, piece), static_cast<int>(piece.size()));
         expected += piece;
         ASSERT_EQ(writer->GetPosition(), static_cast<int64_t>(expected.size()));
       }
     }
-    EXPECT_EQ(ReadText(path), expected);
+    EXPECT_EQ(readText(m_path), expected);
   }
 }
 
@@ -366,26 +366,26 @@ class WriteError : public FileWrite, public testing::WithParamInterface<ErrorCas
 
 TEST_P(WriteError, OfAFlushIsToldToTheDiskCountersOnly) {
   SystemCalls calls;
-  calls.Fail(Call::kPwrite, GetParam().error);
-  auto writer = Open(kSmallestBuffer);
-  EXPECT_EQ(Put(*writer, Noise(16384 * 3 + 5)), 16384 * 3 + 5);
+  calls.fail(Call::kPwrite, GetParam().error);
+  auto writer = open(kSmallestBuffer);
+  EXPECT_EQ(put(*writer, noise(16384 * 3 + 5)), 16384 * 3 + 5);
   EXPECT_EQ(g_reports, Reports(3, {0, GetParam().code}));
   EXPECT_EQ(writer->GetPosition(), 5) << "what did not land is dropped";
   writer.reset();
   EXPECT_EQ(g_reports.size(), 3u) << "the last flush is silent";
-  EXPECT_EQ(ReadText(path), "");
+  EXPECT_EQ(readText(m_path), "");
 }
 
 TEST_P(WriteError, OfAnUnbufferedWriteIsReturnedToo) {
   SystemCalls calls;
-  calls.Fail(Call::kPwrite, GetParam().error, 2, 2);
-  auto writer = Open(kUnbuffered);
-  EXPECT_EQ(Put(*writer, "pre"), 3);
-  EXPECT_EQ(Put(*writer, "gap"), -1);
+  calls.fail(Call::kPwrite, GetParam().error, 2, 2);
+  auto writer = open(kUnbuffered);
+  EXPECT_EQ(put(*writer, "pre"), 3);
+  EXPECT_EQ(put(*writer, "gap"), -1);
   EXPECT_EQ(g_reports, (Reports{{0, GetParam().code}}));
   EXPECT_EQ(writer->GetPosition(), 3);
-  EXPECT_EQ(Put(*writer, "index"), 5);
-  EXPECT_EQ(ReadText(path), "preindex");
+  EXPECT_EQ(put(*writer, "index"), 5);
+  EXPECT_EQ(readText(m_path), "preindex");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -401,55 +401,55 @@ TEST_F(FileWrite, TheFailureCodesAreThoseOfTheHost) {
 }
 
 TEST_F(FileWrite, AfterAShortFlushLaterBytesFollowWhatLanded) {
-  const std::string bytes = Noise(16384 * 2);
+  const std::string bytes = noise(16384 * 2);
   SystemCalls calls;
   for (const int landed : {0, 1, 16383}) {
     g_reports.clear();
-    calls.Forget();
-    calls.Shorten(Call::kPwrite, 1, landed);
-    auto writer = Open(kSmallestBuffer);
-    EXPECT_EQ(Put(*writer, bytes), 16384 * 2);
+    calls.forget();
+    calls.shorten(Call::kPwrite, 1, landed);
+    auto writer = open(kSmallestBuffer);
+    EXPECT_EQ(put(*writer, bytes), 16384 * 2);
     EXPECT_EQ(g_reports, (Reports{{0, kDiskOutOfSpace}}));
-    EXPECT_EQ(calls.Last(Call::kPwrite).offset, landed);
+    EXPECT_EQ(calls.last(Call::kPwrite).offset, landed);
     writer.reset();
-    EXPECT_EQ(ReadText(path), bytes.substr(0, static_cast<size_t>(landed)) + bytes.substr(16384));
+    EXPECT_EQ(readText(m_path), bytes.substr(0, static_cast<size_t>(landed)) + bytes.substr(16384));
   }
 }
 
 TEST_F(FileWrite, AShortUnbufferedWriteSaysHowMuchLanded) {
   SystemCalls calls;
-  calls.Shorten(Call::kPwrite, 1, 2);
-  auto writer = Open(kUnbuffered);
-  EXPECT_EQ(Put(*writer, "abcdef"), 2);
+  calls.shorten(Call::kPwrite, 1, 2);
+  auto writer = open(kUnbuffered);
+  EXPECT_EQ(put(*writer, "abcdef"), 2);
   EXPECT_EQ(writer->GetPosition(), 2);
   EXPECT_EQ(g_reports, (Reports{{0, kDiskOutOfSpace}}));
-  EXPECT_EQ(Put(*writer, "XY"), 2);
-  EXPECT_EQ(ReadText(path), "abXY");
+  EXPECT_EQ(put(*writer, "XY"), 2);
+  EXPECT_EQ(readText(m_path), "abXY");
 }
 
 TEST_F(FileWrite, AFullDeviceIsReportedOncePerFlush) {
   YDK_FileWrite writer("/dev/full", 0, 8192, 2, 16, false, true);
   if (writer.fd < 0) GTEST_SKIP() << "no /dev/full";
-  EXPECT_EQ(Put(writer, Noise(16384 * 2)), 16384 * 2);
+  EXPECT_EQ(put(writer, noise(16384 * 2)), 16384 * 2);
   EXPECT_EQ(g_reports, Reports(2, {0, kDiskOutOfSpace}));
 }
 
 TEST_F(FileWrite, NoFailingCallLeavesADescriptorOpen) {
-  const int before = fake_host::OpenDescriptors();
+  const int before = fake_host::openDescriptors();
   for (const Call call : {Call::kOpen, Call::kFlock, Call::kFtruncate, Call::kFstat, Call::kPwrite,
                           Call::kRealloc, Call::kMalloc}) {
     for (const int error : {EIO, EWOULDBLOCK, ENOSPC}) {
       for (int nth = 1;; ++nth) {
         SystemCalls calls;
-        calls.Fail(call, error, nth, nth);
+        calls.fail(call, error, nth, nth);
         for (const bool append : {false, true}) {
-          auto writer = Open({.append = append});
-          Put(*writer, Noise(140000));
+          auto writer = open({.append = append});
+          put(*writer, noise(140000));
         }
-        if (calls.Count(call) < nth) break;
+        if (calls.count(call) < nth) break;
         ASSERT_LT(nth, 20);
       }
-      EXPECT_EQ(fake_host::OpenDescriptors(), before);
+      EXPECT_EQ(fake_host::openDescriptors(), before);
     }
   }
 }

@@ -11,22 +11,22 @@
 namespace support_test {
 namespace {
 
-bool LockHere(const char* path, int operation) {
+bool lockHere(const char* path, int operation) {
   const int fd = open(path, O_RDWR | O_CLOEXEC);
   return fd >= 0 && flock(fd, operation | LOCK_NB) == 0;
 }
 
 }  // namespace
 
-bool AnotherProcessCanLock(const std::string& path, int operation) {
+bool anotherProcessCanLock(const std::string& path, int operation) {
   const pid_t child = fork();
-  if (child == 0) _exit(LockHere(path.c_str(), operation) ? 0 : 1);
+  if (child == 0) _exit(lockHere(path.c_str(), operation) ? 0 : 1);
   int status = -1;
   EXPECT_EQ(waitpid(child, &status, 0), child);
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-bool StartedProgramInherits(const std::string& path) {
+bool startedProgramInherits(const std::string& path) {
   FILE* listing = popen("readlink /proc/$$/fd/*", "r");
   EXPECT_NE(listing, nullptr);
   std::string targets;
@@ -42,10 +42,10 @@ LockHolder::LockHolder(const std::string& path, int operation) {
   int until[2];
   EXPECT_EQ(pipe(ready), 0);
   EXPECT_EQ(pipe(until), 0);
-  process_ = fork();
-  if (process_ == 0) {
+  m_process = fork();
+  if (m_process == 0) {
     close(until[1]);
-    const char answer = LockHere(path.c_str(), operation) ? 1 : 0;
+    const char answer = lockHere(path.c_str(), operation) ? 1 : 0;
     if (write(ready[1], &answer, 1) != 1) _exit(1);
     char end = 0;
     while (read(until[0], &end, 1) > 0) {
@@ -54,7 +54,7 @@ LockHolder::LockHolder(const std::string& path, int operation) {
   }
   close(until[0]);
   close(ready[1]);
-  until_ = until[1];
+  m_until = until[1];
   char answer = 0;
   EXPECT_EQ(read(ready[0], &answer, 1), 1);
   EXPECT_EQ(answer, 1) << "the other process has not got the lock on " << path;
@@ -62,9 +62,9 @@ LockHolder::LockHolder(const std::string& path, int operation) {
 }
 
 LockHolder::~LockHolder() {
-  close(until_);
+  close(m_until);
   int status = 0;
-  waitpid(process_, &status, 0);
+  waitpid(m_process, &status, 0);
 }
 
 }  // namespace support_test

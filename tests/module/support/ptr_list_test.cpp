@@ -14,14 +14,14 @@ namespace {
 /// Tells of its end.
 class Tracked {
  public:
-  Tracked(int number, std::vector<int>& ended) : number_(number), ended_(ended) {}
-  ~Tracked() { ended_.push_back(number_); }
+  Tracked(int number, std::vector<int>& ended) : m_number(number), m_ended(ended) {}
+  ~Tracked() { m_ended.push_back(m_number); }
   Tracked(const Tracked&) = delete;
   Tracked& operator=(const Tracked&) = delete;
 
  private:
-  int number_;
-  std::vector<int>& ended_;
+  int m_number;
+  std::vector<int>& m_ended;
 };
 
 TEST(PtrList, GivesItemsInOrderAndNullOutsideIt) {
@@ -86,8 +86,8 @@ TEST(PtrList, TakesNothingWithoutMemory) {
   int item = 0;
   YDK_PtrList<int> list(8);
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
   EXPECT_EQ(list.Add(&item), nullptr);
   EXPECT_EQ(list.GetSize(), 0);
 }

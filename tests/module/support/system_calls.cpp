@@ -16,24 +16,24 @@ SystemCalls* g_active = nullptr;
 
 /// A call that returns -1 when it fails: scripted failure, or the real call, recorded.
 template <class Real>
-int64_t Run(Call call, CallRecord record, Real real) {
+int64_t run(Call call, CallRecord record, Real real) {
   SystemCalls* calls = SystemCalls::active();
   if (!calls) return real();
-  if (const SystemCalls::Script* script = calls->Enter(call)) {
+  if (const SystemCalls::Script* script = calls->enter(call)) {
     record.result = -1;
-    calls->Record(call, record);
+    calls->record(call, record);
     errno = script->error;
     return -1;
   }
   record.result = real();
   const int error = errno;
-  calls->Record(call, record);
+  calls->record(call, record);
   errno = error;
   return record.result;
 }
 
 /// The bytes a transfer may move under the script.
-size_t Allowed(Call call, size_t wanted) {
+size_t allowed(Call call, size_t wanted) {
   const SystemCalls* calls = SystemCalls::active();
   if (!calls) return wanted;
   const SystemCalls::Script& script = calls->script(call);
@@ -43,16 +43,16 @@ size_t Allowed(Call call, size_t wanted) {
 
 /// An allocation: scripted failure, or the real one, recorded.
 template <class Real>
-void* RunAllocation(Call call, size_t size, Real real) {
+void* runAllocation(Call call, size_t size, Real real) {
   SystemCalls* calls = SystemCalls::active();
   if (!calls) return real();
-  if (calls->Enter(call)) {
-    calls->Record(call, {static_cast<int64_t>(size), 0, 0, 0});
+  if (calls->enter(call)) {
+    calls->record(call, {static_cast<int64_t>(size), 0, 0, 0});
     errno = ENOMEM;
     return nullptr;
   }
   void* block = real();
-  calls->Record(call, {static_cast<int64_t>(size), 0, 0, block != nullptr});
+  calls->record(call, {static_cast<int64_t>(size), 0, 0, block != nullptr});
   return block;
 }
 
@@ -68,51 +68,51 @@ SystemCalls* SystemCalls::active() {
   return g_active;
 }
 
-void SystemCalls::Fail(Call call, int error, int first, int last) {
-  Script& script = kinds_[static_cast<int>(call)];
+void SystemCalls::fail(Call call, int error, int first, int last) {
+  Script& script = m_kinds[static_cast<int>(call)];
   script.error = error;
   script.fail_first = first;
   script.fail_last = last;
 }
 
-void SystemCalls::Shorten(Call call, int nth, int64_t bytes) {
-  kinds_[static_cast<int>(call)].short_nth = nth;
-  kinds_[static_cast<int>(call)].short_bytes = bytes;
+void SystemCalls::shorten(Call call, int nth, int64_t bytes) {
+  m_kinds[static_cast<int>(call)].short_nth = nth;
+  m_kinds[static_cast<int>(call)].short_bytes = bytes;
 }
 
-void SystemCalls::Forget() {
-  for (Script& script : kinds_) script.count = 0;
-  kept_count_ = 0;
+void SystemCalls::forget() {
+  for (Script& script : m_kinds) script.count = 0;
+  m_kept_count = 0;
 }
 
-const SystemCalls::Script* SystemCalls::Enter(Call call) {
-  Script& script = kinds_[static_cast<int>(call)];
+const SystemCalls::Script* SystemCalls::enter(Call call) {
+  Script& script = m_kinds[static_cast<int>(call)];
   ++script.count;
   const bool fails = script.count >= script.fail_first && script.count <= script.fail_last;
   return fails ? &script : nullptr;
 }
 
-void SystemCalls::Record(Call call, const CallRecord& record) {
-  if (kept_count_ < kKept) kept_[kept_count_++] = {call, record};
+void SystemCalls::record(Call call, const CallRecord& record) {
+  if (m_kept_count < kKept) m_kept[m_kept_count++] = {call, record};
 }
 
-std::vector<CallRecord> SystemCalls::Records(Call call) const {
+std::vector<CallRecord> SystemCalls::records(Call call) const {
   std::vector<CallRecord> records;
-  for (int i = 0; i < kept_count_; ++i) {
-    if (kept_[i].call == call) records.push_back(kept_[i].record);
+  for (int i = 0; i < m_kept_count; ++i) {
+    if (m_kept[i].call == call) records.push_back(m_kept[i].record);
   }
   return records;
 }
 
-CallRecord SystemCalls::Last(Call call) const {
-  const std::vector<CallRecord> records = Records(call);
-  return records.empty() ? CallRecord{-1, -1, -1, -1} : records.back();
+CallRecord SystemCalls::last(Call call) const {
+  const std::vector<CallRecord> made = records(call);
+  return made.empty() ? CallRecord{-1, -1, -1, -1} : made.back();
 }
 
-int SystemCalls::SystemCallCount() const {
+int SystemCalls::systemCallCount() const {
   int count = 0;
   for (int kind = static_cast<int>(Call::kOpen); kind < kCallKinds; ++kind) {
-    count += kinds_[kind].count;
+    count += m_kinds[kind].count;
   }
   return count;
 }
@@ -147,16 +147,16 @@ int __wrap_fcntl(int fd, int command, ...);
 int __wrap_posix_fadvise(int fd, off_t offset, off_t length, int advice);
 
 void* __wrap_malloc(size_t size) {
-  return RunAllocation(Call::kMalloc, size, [&] { return __real_malloc(size); });
+  return runAllocation(Call::kMalloc, size, [&] { return __real_malloc(size); });
 }
 
 void* __wrap_realloc(void* block, size_t size) {
-  return RunAllocation(Call::kRealloc, size, [&] { return __real_realloc(block, size); });
+  return runAllocation(Call::kRealloc, size, [&] { return __real_realloc(block, size); });
 }
 
 char* __wrap_strdup(const char* text) {
   return static_cast<char*>(
-      RunAllocation(Call::kStrdup, 0, [&]() -> void* { return __real_strdup(text); }));
+      runAllocation(Call::kStrdup, 0, [&]() -> void* { return __real_strdup(text); }));
 }
 
 int __wrap_open(const char* path, int flags, ...) {
@@ -164,51 +164,51 @@ int __wrap_open(const char* path, int flags, ...) {
   va_start(arguments, flags);
   const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
-  return static_cast<int>(Run(Call::kOpen, {flags, static_cast<int64_t>(mode), 0, 0}, [&] {
+  return static_cast<int>(run(Call::kOpen, {flags, static_cast<int64_t>(mode), 0, 0}, [&] {
     return static_cast<int64_t>(__real_open(path, flags, mode));
   }));
 }
 
 int __wrap_flock(int fd, int operation) {
-  return static_cast<int>(Run(Call::kFlock, {operation, 0, 0, 0},
+  return static_cast<int>(run(Call::kFlock, {operation, 0, 0, 0},
                               [&] { return static_cast<int64_t>(__real_flock(fd, operation)); }));
 }
 
 int __wrap_ftruncate(int fd, off_t length) {
-  return static_cast<int>(Run(Call::kFtruncate, {length, 0, 0, 0},
+  return static_cast<int>(run(Call::kFtruncate, {length, 0, 0, 0},
                               [&] { return static_cast<int64_t>(__real_ftruncate(fd, length)); }));
 }
 
 int __wrap_fstat(int fd, struct stat* status) {
-  return static_cast<int>(Run(Call::kFstat, {0, 0, 0, 0},
+  return static_cast<int>(run(Call::kFstat, {0, 0, 0, 0},
                               [&] { return static_cast<int64_t>(__real_fstat(fd, status)); }));
 }
 
 int __wrap_fstatfs(int fd, struct statfs* status) {
-  return static_cast<int>(Run(Call::kFstatfs, {0, 0, 0, 0}, [&] {
+  return static_cast<int>(run(Call::kFstatfs, {0, 0, 0, 0}, [&] {
     const int result = __real_fstatfs(fd, status);
     const SystemCalls* calls = SystemCalls::active();
-    if (calls && calls->file_system() != 0) status->f_type = calls->file_system();
+    if (calls && calls->fileSystem() != 0) status->f_type = calls->fileSystem();
     return static_cast<int64_t>(result);
   }));
 }
 
 ssize_t __wrap_pwrite(int fd, const void* data, size_t size, off_t offset) {
-  const size_t allowed = Allowed(Call::kPwrite, size);
-  return Run(Call::kPwrite,
+  const size_t size_now = allowed(Call::kPwrite, size);
+  return run(Call::kPwrite,
              {static_cast<int64_t>(size), offset, reinterpret_cast<intptr_t>(data), 0},
-             [&] { return static_cast<int64_t>(__real_pwrite(fd, data, allowed, offset)); });
+             [&] { return static_cast<int64_t>(__real_pwrite(fd, data, size_now, offset)); });
 }
 
 ssize_t __wrap_pread(int fd, void* data, size_t size, off_t offset) {
-  const size_t allowed = Allowed(Call::kPread, size);
-  return Run(Call::kPread,
+  const size_t size_now = allowed(Call::kPread, size);
+  return run(Call::kPread,
              {static_cast<int64_t>(size), offset, reinterpret_cast<intptr_t>(data), 0},
-             [&] { return static_cast<int64_t>(__real_pread(fd, data, allowed, offset)); });
+             [&] { return static_cast<int64_t>(__real_pread(fd, data, size_now, offset)); });
 }
 
 off_t __wrap_lseek(int fd, off_t offset, int whence) {
-  return Run(Call::kLseek, {whence, offset, 0, 0},
+  return run(Call::kLseek, {whence, offset, 0, 0},
              [&] { return static_cast<int64_t>(__real_lseek(fd, offset, whence)); });
 }
 
@@ -217,7 +217,7 @@ int __wrap_fcntl(int fd, int command, ...) {
   va_start(arguments, command);
   const long argument = va_arg(arguments, long);
   va_end(arguments);
-  return static_cast<int>(Run(Call::kFcntl, {command, 0, 0, 0}, [&] {
+  return static_cast<int>(run(Call::kFcntl, {command, 0, 0, 0}, [&] {
     return static_cast<int64_t>(__real_fcntl(fd, command, argument));
   }));
 }
@@ -225,7 +225,7 @@ int __wrap_fcntl(int fd, int command, ...) {
 /// Unlike the others it returns the error.
 int __wrap_posix_fadvise(int fd, off_t offset, off_t length, int advice) {
   SystemCalls* calls = SystemCalls::active();
-  const int64_t result = Run(Call::kFadvise, {advice, offset, length, 0}, [&] {
+  const int64_t result = run(Call::kFadvise, {advice, offset, length, 0}, [&] {
     return static_cast<int64_t>(__real_posix_fadvise(fd, offset, length, advice));
   });
   return result == -1 && calls ? calls->script(Call::kFadvise).error : static_cast<int>(result);

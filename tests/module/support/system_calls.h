@@ -48,22 +48,22 @@ class SystemCalls {
 
   /// Calls `first` to `last` of a kind (counted from 1 since construction or `Forget`) fail with
   /// `error`, without reaching the system.
-  void Fail(Call call, int error, int first = 1, int last = 1 << 30);
+  void fail(Call call, int error, int first = 1, int last = 1 << 30);
   /// The `nth` pwrite or pread transfers at most `bytes` bytes.
-  void Shorten(Call call, int nth, int64_t bytes);
+  void shorten(Call call, int nth, int64_t bytes);
   /// Every fstatfs tells of this file system type.
-  void PretendFileSystem(uint32_t magic) { file_system_ = magic; }
+  void pretendFileSystem(uint32_t magic) { m_file_system = magic; }
   /// Forgets what was recorded; scripts stay and count anew.
-  void Forget();
+  void forget();
 
-  int Count(Call call) const { return kinds_[static_cast<int>(call)].count; }
+  int count(Call call) const { return m_kinds[static_cast<int>(call)].count; }
   /// Calls that took memory or changed its size.
-  int AllocationCount() const { return Count(Call::kMalloc) + Count(Call::kRealloc); }
+  int allocationCount() const { return count(Call::kMalloc) + count(Call::kRealloc); }
   /// The first calls of a kind, as many as are kept.
-  std::vector<CallRecord> Records(Call call) const;
-  CallRecord Last(Call call) const;
+  std::vector<CallRecord> records(Call call) const;
+  CallRecord last(Call call) const;
   /// Calls of any kind that reach the system (not the allocator).
-  int SystemCallCount() const;
+  int systemCallCount() const;
 
   // For the wrapped functions only.
   struct Script {
@@ -76,21 +76,21 @@ class SystemCalls {
   };
   static constexpr int kKept = 4096;
   /// Counts one call; null when it goes through, else the script by which it fails.
-  const Script* Enter(Call call);
-  void Record(Call call, const CallRecord& record);
+  const Script* enter(Call call);
+  void record(Call call, const CallRecord& record);
   static SystemCalls* active();
-  const Script& script(Call call) const { return kinds_[static_cast<int>(call)]; }
-  uint32_t file_system() const { return file_system_; }
+  const Script& script(Call call) const { return m_kinds[static_cast<int>(call)]; }
+  uint32_t fileSystem() const { return m_file_system; }
 
  private:
-  Script kinds_[kCallKinds];
+  Script m_kinds[kCallKinds];
   struct Kept {
     Call call;
     CallRecord record;
   };
-  Kept kept_[kKept];
-  int kept_count_ = 0;
-  uint32_t file_system_ = 0;
+  Kept m_kept[kKept];
+  int m_kept_count = 0;
+  uint32_t m_file_system = 0;
 };
 
 }  // namespace support_test

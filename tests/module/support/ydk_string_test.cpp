@@ -11,9 +11,9 @@
 namespace support_test {
 namespace {
 
-void FailAllocations(SystemCalls& calls) {
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
+void failAllocations(SystemCalls& calls) {
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
 }
 
 TEST(String, ThatWasNeverSetReadsAsEmpty) {
@@ -83,7 +83,7 @@ TEST(String, AppendingNothingToANeverSetOneGivesItABlock) {
     const char* shared = YDK_String().Get();
     SystemCalls calls;
     text.Append(nothing);
-    EXPECT_EQ(calls.AllocationCount(), 1);
+    EXPECT_EQ(calls.allocationCount(), 1);
     EXPECT_NE(text.Get(), shared);
     EXPECT_STREQ(text.Get(), "");
     EXPECT_EQ(text.GetLength(), 0);
@@ -102,7 +102,7 @@ TEST(String, SettingNothingKeepsTheBlock) {
   text.Set("Night Drive");
   EXPECT_EQ(text.Get(), block);
   EXPECT_STREQ(text.Get(), "Night Drive");
-  EXPECT_EQ(calls.AllocationCount(), 0);
+  EXPECT_EQ(calls.allocationCount(), 0);
 }
 
 TEST(String, AShorterTextKeepsTheBlockOfALongerOne) {
@@ -115,7 +115,7 @@ TEST(String, AShorterTextKeepsTheBlockOfALongerOne) {
   EXPECT_STREQ(text.Get(), "ab");
   text.Append(std::string(4998, 'y').c_str());
   EXPECT_EQ(text.Get(), block);
-  EXPECT_EQ(calls.AllocationCount(), 0);
+  EXPECT_EQ(calls.allocationCount(), 0);
 }
 
 struct PutCase {
@@ -174,9 +174,9 @@ TEST(String, AppendsAPieceOfItselfWhenTheBlockHasToMove) {
   YDK_String text(1);
   text.Set("0123456789");
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);  // the fresh block lies elsewhere, and the old one is freed
+  calls.fail(Call::kRealloc, ENOMEM);  // the fresh block lies elsewhere, and the old one is freed
   text.Append(text.Get() + 4, 6);
-  EXPECT_EQ(calls.Count(Call::kMalloc), 1);
+  EXPECT_EQ(calls.count(Call::kMalloc), 1);
   EXPECT_STREQ(text.Get(), "0123456789456789");
 }
 
@@ -192,7 +192,7 @@ TEST(String, StaysAsItWasWithoutMemory) {
   text.Set("Intro");
   const std::string longer(1000, 'x');
   SystemCalls calls;
-  FailAllocations(calls);
+  failAllocations(calls);
   text.Set(longer.c_str());
   EXPECT_STREQ(text.Get(), "Intro");
   text.Append(longer.c_str());
@@ -205,7 +205,7 @@ TEST(String, StaysAsItWasWithoutMemory) {
 
 TEST(String, ThatWasNeverSetStaysReadableWithoutMemory) {
   SystemCalls calls;
-  FailAllocations(calls);
+  failAllocations(calls);
   YDK_String text;
   text.Set("Intro");
   EXPECT_STREQ(text.Get(), "");
@@ -219,7 +219,7 @@ TEST(String, SizesBeyondAnIntHaveNoEffect) {
   YDK_String text;
   text.Set("Intro");
   SystemCalls calls;
-  FailAllocations(calls);
+  failAllocations(calls);
   text.__doSet(0, "X", INT_MAX, 0);
   text.__doSet(INT_MAX, "X", 1, 0);
   text.__doSet(0, "X", 1, INT_MAX);

@@ -3,7 +3,7 @@
 
 #include "tests/module/mac/doubles/desk.h"
 
-using doubles::TheDesk;
+using doubles::theDesk;
 
 NSApplication* NSApp;
 static id g_delegate;
@@ -19,8 +19,8 @@ static std::string className(id object) {
 
 @implementation NSWindow
 - (void)setDelegate:(id)delegate {
-  TheDesk().Note("setDelegate:" + className(delegate));
-  TheDesk().panel_delegate = delegate;
+  theDesk().note("setDelegate:" + className(delegate));
+  theDesk().panel_delegate = delegate;
 }
 @end
 
@@ -35,36 +35,36 @@ static std::string className(id object) {
   g_delegate = delegate;
 }
 - (BOOL)isActive {
-  TheDesk().Note("isActive");
-  return TheDesk().active ? YES : NO;
+  theDesk().note("isActive");
+  return theDesk().active ? YES : NO;
 }
 - (void)takeTurn {
-  ++TheDesk().turns;
-  TheDesk().on_turn();
+  ++theDesk().turns;
+  theDesk().on_turn();
 }
 - (NSModalResponse)runModalForWindow:(NSWindow*)window {
-  TheDesk().Note("runModalForWindow:" + className(window));
-  TheDesk().stopped = false;  // a stop from before the run is lost
-  while (!TheDesk().stopped) [self takeTurn];
+  theDesk().note("runModalForWindow:" + className(window));
+  theDesk().stopped = false;  // a stop from before the run is lost
+  while (!theDesk().stopped) [self takeTurn];
   return NSModalResponseStop;
 }
 - (NSModalSession)beginModalSessionForWindow:(NSWindow*)window {
-  TheDesk().Note("beginModalSessionForWindow:" + className(window));
-  TheDesk().stopped = false;
+  theDesk().note("beginModalSessionForWindow:" + className(window));
+  theDesk().stopped = false;
   return reinterpret_cast<NSModalSession>(self);
 }
 - (NSModalResponse)runModalSession:(NSModalSession)session {
   const bool ours = session == reinterpret_cast<NSModalSession>(self);
-  TheDesk().Note(ours ? "runModalSession:" : "runModalSession: of another");
+  theDesk().note(ours ? "runModalSession:" : "runModalSession: of another");
   [self takeTurn];
-  return TheDesk().stopped ? NSModalResponseStop : NSModalResponseContinue;
+  return theDesk().stopped ? NSModalResponseStop : NSModalResponseContinue;
 }
 - (void)endModalSession:(NSModalSession)session {
   const bool ours = session == reinterpret_cast<NSModalSession>(self);
-  TheDesk().Note(ours ? "endModalSession:" : "endModalSession: of another");
+  theDesk().note(ours ? "endModalSession:" : "endModalSession: of another");
 }
 - (void)stopModal {
-  TheDesk().Note("stopModal");
-  TheDesk().stopped = true;
+  theDesk().note("stopModal");
+  theDesk().stopped = true;
 }
 @end

@@ -12,7 +12,7 @@
 
 namespace doubles {
 
-void NameConstants(void* (*make)(const char* name)) {
+void nameConstants(void* (*make)(const char* name)) {
 #define CONSTANT(name) name = make(#name);
 #include "tests/module/mac/doubles/constants.inc"
 #undef CONSTANT

@@ -5,6 +5,6 @@
 namespace doubles {
 
 /// Gives each constant the object that `make` makes for its name.
-void NameConstants(void* (*make)(const char* name));
+void nameConstants(void* (*make)(const char* name));
 
 }  // namespace doubles

@@ -2,7 +2,7 @@
 
 namespace doubles {
 
-Desk& TheDesk() {
+Desk& theDesk() {
   static Desk desk;
   return desk;
 }

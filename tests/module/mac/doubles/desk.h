@@ -52,10 +52,10 @@ struct Desk {
   bool stopped = false;
   int turns = 0;
 
-  void Note(std::string call) { calls.push_back(std::move(call)); }
+  void note(std::string call) { calls.push_back(std::move(call)); }
 };
 
 /// The process's desk.
-Desk& TheDesk();
+Desk& theDesk();
 
 }  // namespace doubles

@@ -7,13 +7,13 @@
 
 using doubles::Device;
 using doubles::Properties;
-using doubles::TheDesk;
+using doubles::theDesk;
 
 @implementation NamedConstant
 // Dictionaries copy their keys as they take them: that is how the order is known.
 - (id)copyWithZone:(NSZone*)zone {
   (void)zone;
-  TheDesk().inserted_keys.push_back(name);
+  theDesk().inserted_keys.push_back(name);
   return [self retain];
 }
 @end
@@ -28,20 +28,21 @@ static std::string textOf(id value) {
 static Properties propertiesOf(NSDictionary* dictionary) {
   Properties properties;
   NSArray* const keys = [dictionary allKeys];
-  for (const std::string& name : TheDesk().inserted_keys) {
+  for (const std::string& name : theDesk().inserted_keys) {
     for (NSUInteger i = 0; i < [keys count]; ++i) {
       NamedConstant* const key = [keys objectAtIndex:i];
-      if (name == key->name)
+      if (name == key->name) {
         properties.emplace_back(name, textOf([dictionary objectForKey:static_cast<id>(key)]));
+      }
     }
   }
-  TheDesk().inserted_keys.clear();
+  theDesk().inserted_keys.clear();
   return properties;
 }
 
 static const Device& deviceOf(id object) {
   static const Device stranger{.name = "a stranger"};
-  for (const Device& device : TheDesk().devices) {
+  for (const Device& device : theDesk().devices) {
     if (device.object == object) return device;
   }
   return stranger;
@@ -49,19 +50,19 @@ static const Device& deviceOf(id object) {
 
 @implementation DRDevice
 + (NSArray*)devices {
-  TheDesk().Note("devices");
-  if (!TheDesk().has_device_list) return nil;
+  theDesk().note("devices");
+  if (!theDesk().has_device_list) return nil;
   NSMutableArray* const list = [NSMutableArray array];
-  for (const Device& device : TheDesk().devices) [list addObject:static_cast<id>(device.object)];
+  for (const Device& device : theDesk().devices) [list addObject:static_cast<id>(device.object)];
   return list;
 }
 - (BOOL)isValid {
-  TheDesk().Note("isValid " + deviceOf(self).name);
+  theDesk().note("isValid " + deviceOf(self).name);
   return deviceOf(self).valid ? YES : NO;
 }
 - (NSDictionary*)info {
   const Device& device = deviceOf(self);
-  TheDesk().Note("info " + device.name);
+  theDesk().note("info " + device.name);
   if (!device.has_description) return nil;
   NSMutableDictionary* const info = [NSMutableDictionary dictionary];
   if (device.vendor) {
@@ -72,31 +73,31 @@ static const Device& deviceOf(id object) {
     [info setObject:[NSString stringWithUTF8String:device.product->c_str()]
              forKey:DRDeviceProductNameKey];
   }
-  TheDesk().inserted_keys.clear();
+  theDesk().inserted_keys.clear();
   return info;
 }
 - (BOOL)acquireExclusiveAccess {
-  TheDesk().Note("acquireExclusiveAccess " + deviceOf(self).name);
+  theDesk().note("acquireExclusiveAccess " + deviceOf(self).name);
   return deviceOf(self).grants_access ? YES : NO;
 }
 - (void)releaseExclusiveAccess {
-  TheDesk().Note("releaseExclusiveAccess " + deviceOf(self).name);
+  theDesk().note("releaseExclusiveAccess " + deviceOf(self).name);
 }
 @end
 
 @implementation DRBurn
 + (DRBurn*)burnForDevice:(DRDevice*)device {
-  TheDesk().Note("burnForDevice:" + deviceOf(device).name);
+  theDesk().note("burnForDevice:" + deviceOf(device).name);
   if (!deviceOf(device).gives_burn) return nil;
-  ++TheDesk().created["DRBurn"];
+  ++theDesk().created["DRBurn"];
   return [[[DRBurn alloc] init] autorelease];
 }
 - (void)setProperties:(NSDictionary*)properties {
-  TheDesk().Note("DRBurn setProperties:");
-  TheDesk().burn_properties = propertiesOf(properties);
+  theDesk().note("DRBurn setProperties:");
+  theDesk().burn_properties = propertiesOf(properties);
 }
 - (void)dealloc {
-  ++TheDesk().gone["DRBurn"];
+  ++theDesk().gone["DRBurn"];
   [super dealloc];
 }
 @end
@@ -104,18 +105,18 @@ static const Device& deviceOf(id object) {
 @implementation DRTrack
 - (id)initWithProducer:(id)producer {
   self = [super init];
-  ++TheDesk().created["DRTrack"];
-  TheDesk().Note("initWithProducer:");
-  TheDesk().producers[self] = [producer retain];
+  ++theDesk().created["DRTrack"];
+  theDesk().note("initWithProducer:");
+  theDesk().producers[self] = [producer retain];
   return self;
 }
 - (void)setProperties:(NSDictionary*)properties {
-  TheDesk().Note("DRTrack setProperties:");
-  TheDesk().track_properties[self] = propertiesOf(properties);
+  theDesk().note("DRTrack setProperties:");
+  theDesk().track_properties[self] = propertiesOf(properties);
 }
 - (void)dealloc {
-  ++TheDesk().gone["DRTrack"];
-  [static_cast<id>(TheDesk().producers[self]) release];
+  ++theDesk().gone["DRTrack"];
+  [static_cast<id>(theDesk().producers[self]) release];
   [super dealloc];
 }
 @end
@@ -124,17 +125,17 @@ static DRBurnProgressPanel* g_panel;
 
 @implementation DRBurnProgressPanel
 + (DRBurnProgressPanel*)progressPanel {
-  TheDesk().Note("progressPanel");
+  theDesk().note("progressPanel");
   if (!g_panel) g_panel = [[DRBurnProgressPanel alloc] init];
   return g_panel;
 }
 - (void)setVerboseProgressStatus:(BOOL)verbose {
-  TheDesk().Note(verbose ? "setVerboseProgressStatus:YES" : "setVerboseProgressStatus:NO");
+  theDesk().note(verbose ? "setVerboseProgressStatus:YES" : "setVerboseProgressStatus:NO");
 }
 - (void)beginProgressPanelForBurn:(DRBurn*)burn layout:(id)layout {
-  TheDesk().Note(burn ? "beginProgressPanelForBurn:layout:" : "begin without a burn");
+  theDesk().note(burn ? "beginProgressPanelForBurn:layout:" : "begin without a burn");
   for (NSUInteger i = 0; i < [layout count]; ++i) {
-    TheDesk().layout.push_back([layout objectAtIndex:i]);
+    theDesk().layout.push_back([layout objectAtIndex:i]);
   }
 }
 @end

@@ -19,9 +19,9 @@ enum class Application {
 
 /// Makes the application object, the constants and the log's handler, and counts the instances of
 /// the module's two classes from now on. Once, before the module.
-void SetUpProcess(Application application);
+void setUpProcess(Application application);
 /// Clears the desk and puts these devices on it; a burn then finishes at the first turn.
-void SetDevices(const std::vector<Device>& devices);
+void setDevices(const std::vector<Device>& devices);
 
 /// An autorelease pool, as an event loop has around each event.
 class Pool {
@@ -32,37 +32,37 @@ class Pool {
   Pool& operator=(const Pool&) = delete;
 
  private:
-  void* pool_;
+  void* m_pool;
 };
 
 /// The panel tells its delegate that the burn, and then that it itself is done.
-void FinishBurn();
+void finishBurn();
 
 /// A track's producer, called as the framework does.
 class Producer {
  public:
-  explicit Producer(void* object) : object_(object) {}
+  explicit Producer(void* object) : m_object(object) {}
 
-  bool ConformsToProtocol() const;
+  bool conformsToProtocol() const;
   /// An `int` instance variable.
-  int Variable(const char* name) const;
-  uint64_t EstimateLength() const;
-  bool Prepare() const;
-  void CleanUpAfterBurn() const;
-  uint32_t ProducePreGap(char* buffer, uint32_t length) const;
-  uint32_t ProduceData(char* buffer, uint32_t length) const;
-  bool PrepareForVerification() const;
-  bool VerifyPreGap(const char* buffer, uint32_t length) const;
-  bool VerifyData(const char* buffer, uint32_t length) const;
-  bool CleanUpAfterVerification() const;
+  int variable(const char* name) const;
+  uint64_t estimateLength() const;
+  bool prepare() const;
+  void cleanUpAfterBurn() const;
+  uint32_t producePreGap(char* buffer, uint32_t length) const;
+  uint32_t produceData(char* buffer, uint32_t length) const;
+  bool prepareForVerification() const;
+  bool verifyPreGap(const char* buffer, uint32_t length) const;
+  bool verifyData(const char* buffer, uint32_t length) const;
+  bool cleanUpAfterVerification() const;
 
  private:
-  void* object_;
+  void* m_object;
 };
 
 /// The producer of the layout's track `index`, from 0.
-Producer ProducerOf(int index);
+Producer producerOf(int index);
 /// The properties of the layout's track `index`, from 0.
-const Properties& PropertiesOf(int index);
+const Properties& propertiesOf(int index);
 
 }  // namespace doubles

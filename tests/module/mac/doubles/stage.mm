@@ -46,7 +46,7 @@ void keepLogLine(NSString* text) {
   // "2026-01-01 00:00:00.000 program[1:1] the line"
   const std::string line = [text UTF8String];
   const size_t prefix = line.find("] ");
-  TheDesk().log_lines.push_back(prefix == std::string::npos ? line : line.substr(prefix + 2));
+  theDesk().log_lines.push_back(prefix == std::string::npos ? line : line.substr(prefix + 2));
 }
 
 IMP g_root_alloc;
@@ -61,7 +61,7 @@ bool isOfTheModule(Class counted) {
 // more than this runtime can do for what clang compiles.
 id countedAlloc(id class_object, SEL selector) {
   const Class counted = reinterpret_cast<Class>(class_object);
-  if (isOfTheModule(counted)) ++TheDesk().created[class_getName(counted)];
+  if (isOfTheModule(counted)) ++theDesk().created[class_getName(counted)];
   return reinterpret_cast<id (*)(id, SEL)>(g_root_alloc)(class_object, selector);
 }
 
@@ -69,23 +69,23 @@ id countedAlloc(id class_object, SEL selector) {
 id countedDealloc(id object, SEL selector) {
   const Class counted = object_getClass(object);
   if (isOfTheModule(counted)) {
-    ++TheDesk().gone[class_getName(counted)];
-    TheDesk().Note(std::string("dealloc ") + class_getName(counted));
+    ++theDesk().gone[class_getName(counted)];
+    theDesk().note(std::string("dealloc ") + class_getName(counted));
   }
   return reinterpret_cast<id (*)(id, SEL)>(g_root_dealloc)(object, selector);
 }
 
 id notedArray(id class_object, SEL selector, NSUInteger capacity) {
-  TheDesk().array_capacities.push_back(capacity);
+  theDesk().array_capacities.push_back(capacity);
   return reinterpret_cast<id (*)(id, SEL, NSUInteger)>(g_array_with_capacity)(class_object,
                                                                               selector, capacity);
 }
 
 }  // namespace
 
-void SetUpProcess(Application application) {
+void setUpProcess(Application application) {
   [[NSAutoreleasePool alloc] init];
-  NameConstants(&makeConstant);
+  nameConstants(&makeConstant);
   _NSLog_printf_handler = &keepLogLine;
   const Class root = [NSObject class];
   g_root_alloc = method_setImplementation(class_getClassMethod(root, @selector(alloc)),
@@ -104,33 +104,33 @@ void SetUpProcess(Application application) {
   }
 }
 
-void SetDevices(const std::vector<Device>& devices) {
-  for (const Device& device : TheDesk().devices) [static_cast<id>(device.object) release];
-  TheDesk() = Desk();
-  TheDesk().devices = devices;
-  for (Device& device : TheDesk().devices) device.object = [[DRDevice alloc] init];
-  TheDesk().on_turn = FinishBurn;
+void setDevices(const std::vector<Device>& devices) {
+  for (const Device& device : theDesk().devices) [static_cast<id>(device.object) release];
+  theDesk() = Desk();
+  theDesk().devices = devices;
+  for (Device& device : theDesk().devices) device.object = [[DRDevice alloc] init];
+  theDesk().on_turn = finishBurn;
 }
 
-Pool::Pool() : pool_([[NSAutoreleasePool alloc] init]) {}
+Pool::Pool() : m_pool([[NSAutoreleasePool alloc] init]) {}
 
 Pool::~Pool() {
-  [static_cast<NSAutoreleasePool*>(pool_) release];
+  [static_cast<NSAutoreleasePool*>(m_pool) release];
 }
 
-void FinishBurn() {
-  const id delegate = static_cast<id>(TheDesk().panel_delegate);
-  TheDesk().delegate_reports_itself = [delegate burnProgressPanel:nil burnDidFinish:nil] != NO;
+void finishBurn() {
+  const id delegate = static_cast<id>(theDesk().panel_delegate);
+  theDesk().delegate_reports_itself = [delegate burnProgressPanel:nil burnDidFinish:nil] != NO;
   [delegate burnProgressPanelDidFinish:nil];
 }
 
 using Source = NSObject<DRTrackDataProduction>;
 
-bool Producer::ConformsToProtocol() const {
+bool Producer::conformsToProtocol() const {
   // By name, as found in the class's own list.
   unsigned count = 0;
   Protocol** const protocols =
-      class_copyProtocolList([static_cast<Source*>(object_) class], &count);
+      class_copyProtocolList([static_cast<Source*>(m_object) class], &count);
   bool conforms = false;
   for (unsigned i = 0; i < count; ++i) {
     conforms = conforms || strcmp(protocol_getName(protocols[i]), "DRTrackDataProduction") == 0;
@@ -139,79 +139,79 @@ bool Producer::ConformsToProtocol() const {
   return conforms;
 }
 
-int Producer::Variable(const char* name) const {
-  const Ivar variable = class_getInstanceVariable([static_cast<Source*>(object_) class], name);
+int Producer::variable(const char* name) const {
+  const Ivar variable = class_getInstanceVariable([static_cast<Source*>(m_object) class], name);
   int value;
-  memcpy(&value, static_cast<const char*>(object_) + ivar_getOffset(variable), sizeof value);
+  memcpy(&value, static_cast<const char*>(m_object) + ivar_getOffset(variable), sizeof value);
   return value;
 }
 
-uint64_t Producer::EstimateLength() const {
-  return [static_cast<Source*>(object_) estimateLengthOfTrack:nil];
+uint64_t Producer::estimateLength() const {
+  return [static_cast<Source*>(m_object) estimateLengthOfTrack:nil];
 }
 
-bool Producer::Prepare() const {
-  return [static_cast<Source*>(object_) prepareTrack:nil forBurn:nil toMedia:nil] != NO;
+bool Producer::prepare() const {
+  return [static_cast<Source*>(m_object) prepareTrack:nil forBurn:nil toMedia:nil] != NO;
 }
 
-void Producer::CleanUpAfterBurn() const {
-  [static_cast<Source*>(object_) cleanupTrackAfterBurn:nil];
+void Producer::cleanUpAfterBurn() const {
+  [static_cast<Source*>(m_object) cleanupTrackAfterBurn:nil];
 }
 
-uint32_t Producer::ProducePreGap(char* buffer, uint32_t length) const {
+uint32_t Producer::producePreGap(char* buffer, uint32_t length) const {
   uint32_t flags = 0;
-  return [static_cast<Source*>(object_) producePreGapForTrack:nil
-                                                   intoBuffer:buffer
-                                                       length:length
-                                                    atAddress:0
-                                                    blockSize:2352
-                                                      ioFlags:&flags];
+  return [static_cast<Source*>(m_object) producePreGapForTrack:nil
+                                                    intoBuffer:buffer
+                                                        length:length
+                                                     atAddress:0
+                                                     blockSize:2352
+                                                       ioFlags:&flags];
 }
 
-uint32_t Producer::ProduceData(char* buffer, uint32_t length) const {
+uint32_t Producer::produceData(char* buffer, uint32_t length) const {
   uint32_t flags = 0;
-  return [static_cast<Source*>(object_) produceDataForTrack:nil
-                                                 intoBuffer:buffer
-                                                     length:length
-                                                  atAddress:0
-                                                  blockSize:2352
-                                                    ioFlags:&flags];
-}
-
-bool Producer::PrepareForVerification() const {
-  return [static_cast<Source*>(object_) prepareTrackForVerification:nil] != NO;
-}
-
-bool Producer::VerifyPreGap(const char* buffer, uint32_t length) const {
-  uint32_t flags = 0;
-  return [static_cast<Source*>(object_) verifyPreGapForTrack:nil
-                                                    inBuffer:buffer
+  return [static_cast<Source*>(m_object) produceDataForTrack:nil
+                                                  intoBuffer:buffer
                                                       length:length
                                                    atAddress:0
                                                    blockSize:2352
-                                                     ioFlags:&flags] != NO;
+                                                     ioFlags:&flags];
 }
 
-bool Producer::VerifyData(const char* buffer, uint32_t length) const {
+bool Producer::prepareForVerification() const {
+  return [static_cast<Source*>(m_object) prepareTrackForVerification:nil] != NO;
+}
+
+bool Producer::verifyPreGap(const char* buffer, uint32_t length) const {
   uint32_t flags = 0;
-  return [static_cast<Source*>(object_) verifyDataForTrack:nil
-                                                  inBuffer:buffer
-                                                    length:length
-                                                 atAddress:0
-                                                 blockSize:2352
-                                                   ioFlags:&flags] != NO;
+  return [static_cast<Source*>(m_object) verifyPreGapForTrack:nil
+                                                     inBuffer:buffer
+                                                       length:length
+                                                    atAddress:0
+                                                    blockSize:2352
+                                                      ioFlags:&flags] != NO;
 }
 
-bool Producer::CleanUpAfterVerification() const {
-  return [static_cast<Source*>(object_) cleanupTrackAfterVerification:nil] != NO;
+bool Producer::verifyData(const char* buffer, uint32_t length) const {
+  uint32_t flags = 0;
+  return [static_cast<Source*>(m_object) verifyDataForTrack:nil
+                                                   inBuffer:buffer
+                                                     length:length
+                                                  atAddress:0
+                                                  blockSize:2352
+                                                    ioFlags:&flags] != NO;
 }
 
-Producer ProducerOf(int index) {
-  return Producer(TheDesk().producers.at(TheDesk().layout.at(static_cast<size_t>(index))));
+bool Producer::cleanUpAfterVerification() const {
+  return [static_cast<Source*>(m_object) cleanupTrackAfterVerification:nil] != NO;
 }
 
-const Properties& PropertiesOf(int index) {
-  return TheDesk().track_properties.at(TheDesk().layout.at(static_cast<size_t>(index)));
+Producer producerOf(int index) {
+  return Producer(theDesk().producers.at(theDesk().layout.at(static_cast<size_t>(index))));
+}
+
+const Properties& propertiesOf(int index) {
+  return theDesk().track_properties.at(theDesk().layout.at(static_cast<size_t>(index)));
 }
 
 }  // namespace doubles

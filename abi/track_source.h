@@ -1,10 +1,15 @@
-// What one track of a burn reads from the image.
+// What one track of a burn reads from the image, as the platform's recording framework meets it.
+//
+// A framework with a producer class of its own, as on macOS, takes the stretch of the image out of
+// the module's producer and reads it through the functions below. `module/burn/` defines them.
 #pragma once
 
 #include <cstdint>
 
 #include "abi/disc_recording.h"
-#include "module/support/file_read.h"
+
+/// The module's reader of the image; on this side only pointed at.
+class YDK_FileRead;
 
 /// Blocks of a track of `lenbytes` bytes; the sum is 32-bit.
 uint64_t trackLengthInBlocks(int lenbytes);
