@@ -11,7 +11,8 @@ cat <<'TEXT'
   render    run velmor-render: ./dev render [options] INPUT... -o ALBUM.cue (--help lists the options)
   bench     measure the speed, in ratios to other ways of doing the same
   fuzz      fuzz the renders and parsers: ./dev fuzz [MINUTES]
-  lint      check format, shell scripts, man pages and clang-tidy (--all: each file by itself, the tests too)
+  lint      check format, includes, shell scripts, man pages and clang-tidy (--all: each file by itself,
+            the tests too)
   format    put every source file into the project's format
   mac       build the module for macOS into build/mac (cross-built on Linux)
   package   make the archives to install from, for macOS and for Linux
