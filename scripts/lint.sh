@@ -1,7 +1,7 @@
 # shellcheck shell=bash
-# ./dev lint [--all]: format, the table of rooms, shell scripts, man pages, and clang-tidy over what ships, many files at once as they are
-# compiled. With --all each file by itself, and the tests too: that takes several times as long, and also finds an include
-# that is missing and a using-declaration that nobody uses.
+# ./dev lint [--all]: format, the table of rooms, shell scripts, man pages, and clang-tidy over what ships, many files at
+# once as they are compiled. With --all each file by itself, and the tests too: that takes several times as long, and also
+# finds an include that is missing and a using-declaration that nobody uses.
 source scripts/common.sh
 
 say "Format"
