@@ -8,10 +8,7 @@ endif()
 string(REPLACE "-O3" "-O2" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
 
 # The image must not depend on whether a compiler fuses a multiplication with an addition.
-add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off)
-if(VELMOR_WERROR)
-  add_compile_options(-Werror)
-endif()
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${VELMOR_WERROR}>:-Werror> -ffp-contract=off)
 
 if(VELMOR_SANITIZE)
   # Without the function check: the module calls a placeholder through the signatures of the layer functions a
