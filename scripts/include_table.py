@@ -100,7 +100,7 @@ def circles(graph):
         return seen
 
     reach = {node: reached(node) for node in graph}
-    groups = {tuple(sorted(other for other in reach if other in reach[node] and node in reach[other])) for node in graph}
+    groups = {tuple(sorted(other for other in reach[node] if node in reach.get(other, ()))) for node in graph}
     return sorted(group for group in groups if group)
 
 

@@ -8,7 +8,14 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts"))
 import include_table  # noqa: E402  (found by the line above)
 
-RIGHT_TABLE = {"disc": "nothing", "check": "`disc`", "host": "`disc`", "host/burn": "`disc`", "tests": "`check`, `host/*`"}
+HEAD = "## The rooms\n\n| room | what it holds | may include |\n|---|---|---|\n"
+RIGHT_TABLE = {
+    "disc": "nothing",
+    "check": "`disc`",
+    "host": "`disc`",
+    "host/burn": "`disc`",
+    "tests": "`check`, `host/*`",
+}
 RIGHT_FILES = {
     "disc/codes.h": "",
     "check/main.cpp": '#include "disc/codes.h"\n',
@@ -26,8 +33,7 @@ class Faults(unittest.TestCase):
         rows = {**RIGHT_TABLE, **(table or {})}
         tree = {**RIGHT_FILES, **(files or {})}
         lines = [f"| `{room}` | things | {allowed} |" for room, allowed in rows.items() if allowed is not None]
-        page = "\n".join(["# A page", "## The rooms", "", "| room | what it holds | may include |", "|---|---|---|", *lines, ""])
-        tree[include_table.PAGE] = page + "\n## After\n\n| `other` | table |\n"
+        tree[include_table.PAGE] = "# A page\n\n" + HEAD + "\n".join(lines) + "\n\n## After\n\n| `other` | table |\n"
         with tempfile.TemporaryDirectory(prefix="velmor-test-") as root:
             for name, text in tree.items():
                 if text is not None:
@@ -116,12 +122,10 @@ class Tables(unittest.TestCase):
         self.assertRefused("## The rooms\n\n## Later\n| room | what it holds | may include |\n", "no table")
 
     def test_words_where_rooms_belong(self):
-        table = "## The rooms\n| room | what it holds | may include |\n|---|---|---|\n| `disc` | things | all of it |\n"
-        self.assertRefused(table, "neither")
+        self.assertRefused(HEAD + "| `disc` | things | all of it |\n", "neither")
 
     def test_room_twice(self):
-        row = "| `disc` | things | nothing |\n"
-        self.assertRefused("## The rooms\n| room | what it holds | may include |\n|---|---|---|\n" + 2 * row, "two rows")
+        self.assertRefused(HEAD + 2 * "| `disc` | things | nothing |\n", "two rows")
 
 
 if __name__ == "__main__":
