@@ -5,6 +5,10 @@ foreach(room IN ITEMS disc check host)
   add_subdirectory(${room})
 endforeach()
 
+# From here on nothing ships.
+if(VELMOR_UNITY_TESTS)
+  set(CMAKE_UNITY_BUILD ON)
+endif()
 if(BUILD_TESTING)
   enable_testing()
   include(cmake/testing.cmake)
