@@ -1,14 +1,14 @@
 # How every target is compiled.
 
-find_program(VELMOR_CCACHE ccache)
-if(VELMOR_CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${VELMOR_CCACHE})
+get_property(several_configurations GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+if(NOT CMAKE_BUILD_TYPE AND NOT several_configurations)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "Release, RelWithDebInfo or Debug" FORCE)
 endif()
+# What gains from more than -O2 asks for it by itself.
+string(REPLACE "-O3" "-O2" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
 
 # The image must not depend on whether a compiler fuses a multiplication with an addition.
-add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off)
-string(REPLACE "-O3" "-O2" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
-set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${VELMOR_WERROR}>:-Werror> -ffp-contract=off)
 
 if(VELMOR_SANITIZE)
   # Without the function check: the module calls a placeholder through the signatures of the layer functions a

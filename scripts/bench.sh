@@ -2,14 +2,14 @@
 # ./dev bench [parts | programs]: measures the speed of the module's parts and of velmor-render as a whole, beside other
 # ways of doing the same in the same run, and prints the ratios with what they are to be. Never a test: it fails for no
 # number. Takes some minutes and 3 GB, which it gives back: in memory where there is as much, so that the disk, which
-# writes when it likes, is not what is measured, else in build/bench.
+# writes when it likes, is not what is measured, else in build/speed.
 bash scripts/setup.sh >&2
 source scripts/common.sh
 
 what=${1:-all}
 case "$what" in all | parts | programs) ;; *) fail "usage: ./dev bench [parts | programs]" ;; esac
 
-folder=$PWD/build/bench
+folder=$PWD/build/speed
 rm -rf "$folder"
 mkdir -p "$folder"
 
@@ -22,7 +22,7 @@ place=$folder
 if [ -w /dev/shm ] && [ "$(megabytes_free /dev/shm)" -gt $needed ] && [ "$memory" -gt $((2 * needed)) ]; then
   place=/dev/shm
 elif [ "$(megabytes_free "$folder")" -lt $needed ]; then
-  fail "the album and its copies need 4 GB: in /dev/shm, which has $(megabytes_free /dev/shm) MB, or in build/bench, which has $(megabytes_free "$folder") MB"
+  fail "the album and its copies need 4 GB: in /dev/shm, which has $(megabytes_free /dev/shm) MB, or in build/speed, which has $(megabytes_free "$folder") MB"
 fi
 data=$(mktemp -d "$place/velmor-bench.XXXXXX")
 trap 'rm -rf "$data"' EXIT
@@ -37,7 +37,7 @@ measure_parts() {
     tail -n 20 "$folder/parts.log" >&2
     fail "the benchmarks do not run; the lines above say why"
   }
-  echo "every repetition is in build/bench/parts.log"
+  echo "every repetition is in build/speed/parts.log"
 }
 
 measure_programs() {

@@ -2,7 +2,6 @@
 # Sourced by every verb, from the checkout's root (where ./dev has gone): strict mode and plain messages.
 set -euo pipefail
 
-
 # A linker path of the person's environment must not reach our links.
 unset LIBRARY_PATH
 export CCACHE_DIR="${CCACHE_DIR:-$PWD/build/ccache}"

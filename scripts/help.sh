@@ -7,14 +7,15 @@ cat <<'TEXT'
             to a recorder without hardware
   test      build everything (for macOS; with g++; with clang and its sanitizers), run all tests, check
             format and lint, fuzz for a minute; ./dev test NAME runs the tests whose name matches
-  build     build what ships into build/release
+  build     build what ships, the tests and the benchmarks into build/release
   render    run velmor-render: ./dev render [options] INPUT... -o ALBUM.cue (--help lists the options)
   bench     measure the speed, in ratios to other ways of doing the same
   fuzz      fuzz the renders and parsers: ./dev fuzz [MINUTES]
-  lint      check format, shell scripts, man pages and clang-tidy (--all: each file by itself, the tests too)
+  lint      check format, includes, shell scripts, man pages and clang-tidy (--all: each file by itself,
+            the tests too)
   format    put every source file into the project's format
   mac       build the module for macOS into build/mac (cross-built on Linux)
-  package   make the archives to install from, for macOS and for Linux
+  package   make what people install from: archives for macOS and Linux, and a Debian package
   setup     install the Debian packages that are missing
   clean     remove everything that was built
 

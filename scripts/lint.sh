@@ -1,19 +1,20 @@
 # shellcheck shell=bash
-# ./dev lint [--all]: format, shell scripts, man pages, and clang-tidy over what ships, many files at once as they are
-# compiled. With --all each file by itself, and the tests too: that takes several times as long, and also finds an include
-# that is missing and a using-declaration that nobody uses.
+# ./dev lint [--all]: format, the table of rooms, shell scripts, man pages, and clang-tidy over what ships, many files at
+# once as they are compiled. With --all each file by itself, and the tests too: that takes several times as long, and also
+# finds an include that is missing and a using-declaration that nobody uses.
 source scripts/common.sh
 
 say "Format"
 bash scripts/format.sh --check
 
+say "Rooms"
+python3 scripts/include_table.py
+
 say "Shell scripts"
 shellcheck -x -s bash dev .ci/run scripts/*.sh
 
-if compgen -G 'docs/*.1' >/dev/null; then
-  say "Man pages"
-  mandoc -T lint -W warning docs/*.1
-fi
+say "Man pages"
+mandoc -T lint -W warning docs/*.1
 
 # tidy FILE... -- OPTION...: clang-tidy over the files, on every processor.
 tidy() {

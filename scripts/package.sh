@@ -1,47 +1,65 @@
 # shellcheck shell=bash
-# ./dev package: makes the archives people install from, one for macOS and one for Linux, in build/package.
+# ./dev package: makes what people install from, in build/package: an archive for macOS, and for Linux an archive and a
+# Debian package. Each holds what `cmake --install` puts in place.
 bash scripts/setup.sh >&2
 bash scripts/setup_mac.sh >&2
 source scripts/common.sh
 
-version=$(sed -n 's/^project(velmor_cd VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
-[ -n "$version" ] || fail "CMakeLists.txt names no version"
 say "Building"
 configure_and_build mac | tail -n 1
 configure_and_build release velmor_cd velmor-render velmor_recording velmor-cdcheck | tail -n 1
 
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:.*=//p' build/release/CMakeCache.txt)
+[ -n "$version" ] || fail "CMakeLists.txt names no version"
 out=$PWD/build/package
 rm -rf "$out"
-mkdir -p "$out"
+mkdir -p "$out/unpacked"
+# With one time in all of them, the same contents make the same archives.
+SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null || echo 0)
+export SOURCE_DATE_EPOCH
 
-# pack NAME: the folder NAME under build/package as an archive that is the same for the same contents
+# pack PRESET NAME [OPTION]: the install tree of the preset as the archive NAME.tar.gz
 pack() {
-  local time
-  time=$(git log -1 --format=%ct 2>/dev/null || echo 0)
-  tar -C "$out" --sort=name --owner=0 --group=0 --numeric-owner --mtime="@$time" -cf - "$1" | gzip -9n >"$out/$1.tar.gz"
+  cmake --install "build/$1" --prefix "$out/$2" ${3:+"$3"} >"$out/$2.log" ||
+    fail "installing '$1' failed; build/package/$2.log says why"
+  tar -C "$out" --sort=name --owner=0 --group=0 --numeric-owner --mtime="@$SOURCE_DATE_EPOCH" -cf - "$2" |
+    gzip -9n >"$out/$2.tar.gz"
+  rm -r "${out:?}/$2" "$out/$2.log"
   echo
-  echo "$1.tar.gz, $(stat -c %s "$out/$1.tar.gz") bytes:"
-  tar -tzf "$out/$1.tar.gz" | sed 's/^/  /'
+  echo "$2.tar.gz, $(stat -c %s "$out/$2.tar.gz") bytes:"
+  tar -tzf "$out/$2.tar.gz" | sed 's/^/  /'
 }
 
-mac=velmor_cd-$version-macos-x86_64
-mkdir "$out/$mac"
-install -m 755 build/mac/velmor_cd.dylib "$out/$mac/"
-install -m 644 docs/package/INSTALL.macos.txt "$out/$mac/INSTALL.txt"
-install -m 644 docs/package/LICENCES.macos.txt "$out/$mac/LICENCES.txt"
-
-linux=velmor_cd-$version-linux-x86_64
-mkdir -p "$out/$linux/man"
-for file in velmor_cd.so velmor_recording.so velmor-render velmor-cdcheck; do
-  install -m 755 -s "build/release/$file" "$out/$linux/"
-done
-install -m 644 docs/velmor-render.1 docs/velmor-cdcheck.1 "$out/$linux/man/"
-install -m 644 docs/package/INSTALL.linux.txt "$out/$linux/INSTALL.txt"
-install -m 644 docs/package/LICENCES.linux.txt "$out/$linux/LICENCES.txt"
+# check_linux FOLDER: what lies in the folder as in an install prefix must run from there.
+check_linux() {
+  [ "$("$1/bin/velmor-render" --version)" = "$(build/release/velmor-render --version)" ] ||
+    fail "velmor-render in $1 does not start"
+  "$1/bin/velmor-render" --list-drives >/dev/null || fail "velmor-render in $1 does not find its recording library"
+  man -w -M "$1/share/man" velmor-render velmor-cdcheck >/dev/null || fail "the manual pages are not in $1"
+}
 
 say "The archives, in build/package"
-pack "$mac"
-pack "$linux"
+mac=velmor_cd-$version-macos-x86_64
+linux=velmor_cd-$version-linux-x86_64
+# A dylib that is stripped here would lose its signature.
+pack mac "$mac"
+pack release "$linux" --strip
+tar -C "$out/unpacked" -xzf "$out/$linux.tar.gz"
+check_linux "$out/unpacked/$linux"
 
-# What is packed must work where it is unpacked.
-"$out/$linux/velmor-render" --version >/dev/null || fail "the packed velmor-render does not start"
+say "The Debian package, in build/package"
+cpack --config build/release/CPackConfig.cmake -B "$out" >"$out/cpack.log" 2>&1 || {
+  tail -n 20 "$out/cpack.log" >&2
+  fail "making the Debian package failed; the lines above say why"
+}
+rm -r "$out/_CPack_Packages" "$out/cpack.log"
+deb=("$out"/velmor-cd_*.deb)
+dpkg-deb --info "${deb[0]}" | sed -n 's/^ \(Package\|Version\|Architecture\|Depends\):/  &/p'
+dpkg-deb --extract "${deb[0]}" "$out/unpacked/deb"
+check_linux "$out/unpacked/deb/usr"
+diff <(cd "$out/unpacked/$linux" && find . -type f | sort) <(cd "$out/unpacked/deb/usr" && find . -type f | sort) >&2 ||
+  fail "the archive and the Debian package do not hold the same files"
+for library in libsndfile1 libsoxr0 libburn4; do
+  dpkg-deb --field "${deb[0]}" Depends | grep -q "$library" || fail "the Debian package does not ask for $library"
+done
+rm -r "$out/unpacked"

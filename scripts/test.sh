@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # ./dev test [NAME]: sets up; builds for macOS, with g++ (release) and with clang (AddressSanitizer,
 # UndefinedBehaviorSanitizer); checks formatting and lint; runs all tests in the latter two, which inspect and drive what
-# was built for macOS; fuzzes for a minute. NAME limits the run to the tests whose name it matches.
+# was built for macOS and run each benchmark for a moment; fuzzes for a minute. NAME limits the run to the tests whose name it matches.
 bash scripts/setup.sh >&2
 bash scripts/setup_mac.sh >&2
 source scripts/common.sh

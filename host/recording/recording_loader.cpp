@@ -4,15 +4,14 @@
 
 namespace velmor::recording {
 
-Service* loadRecording(const std::string& folder, const Options& options, std::string& why) {
-  const std::string path = (folder.empty() ? "." : folder) + "/" + kRecordingLibrary;
+Service* loadRecording(const std::string& path, const Options& options, std::string& why) {
   // Never unloaded: a worker thread of libburn may still be on its way out when a burn is over.
   void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   if (library == nullptr) {
     const char* reason = dlerror();
     why = "The recording library cannot be loaded (" +
           std::string(reason != nullptr ? reason : path) +
-          "). It belongs beside the program and needs the package libburn4.";
+          "). It comes with the program and needs the package libburn4.";
     return nullptr;
   }
   const auto open = reinterpret_cast<OpenRecordingFn>(dlsym(library, kOpenRecordingSymbol));

@@ -7,9 +7,9 @@
 
 namespace velmor::recording {
 
-/// Loads the library from `folder` (that of the program) and opens its service; the owner ends it
-/// with `Service::close`. Null on failure, and `why` says what is missing. The library stays loaded
+/// Loads the library `path`, named with its folder, and opens its service; the owner ends it with
+/// `Service::close`. Null on failure, and `why` says what is missing. The library stays loaded
 /// until the process ends.
-Service* loadRecording(const std::string& folder, const Options& options, std::string& why);
+Service* loadRecording(const std::string& path, const Options& options, std::string& why);
 
 }  // namespace velmor::recording

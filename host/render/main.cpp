@@ -19,6 +19,7 @@
 #include "host/render/output/report.h"
 #include "host/render/plan/preflight.h"
 #include "host/render/terminal/interrupt.h"
+#include "host/render/terminal/program_files.h"
 #include "host/render/terminal/usage_error.h"
 
 namespace velmor::render {
@@ -91,7 +92,8 @@ int burnStatus(const BurnResult& burn, const std::string& image) {
 
 int run(const Options& options) {
   OutputPair output(options.output, options.force, inputFiles(options), options.portable_cue);
-  const ModuleLibrary module(options.module.empty() ? defaultModulePath() : options.module);
+  const ModuleLibrary module(options.module.empty() ? libraryOfProgram("velmor_cd.so")
+                                                    : options.module);
   const Album album = layOutAlbum(options);
   const SinkConfig config = sinkConfig(options);
   const TrackPlan plan = planTracks(config, album.project.marks, album.frames());

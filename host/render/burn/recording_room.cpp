@@ -1,10 +1,10 @@
 #include "host/render/burn/recording_room.h"
 
-#include <filesystem>
 #include <string>
 
 #include "disc/failure.h"
 #include "host/recording/recording_loader.h"
+#include "host/render/terminal/program_files.h"
 
 namespace velmor::render {
 
@@ -15,9 +15,9 @@ recording::Service* g_service = nullptr;
 }  // namespace
 
 RecordingRoom::RecordingRoom(const recording::Options& options) {
-  const std::string folder = std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
   std::string why;
-  m_service = recording::loadRecording(folder, options, why);
+  m_service =
+      recording::loadRecording(libraryOfProgram(recording::kRecordingLibrary), options, why);
   if (!m_service) throw Failure(why);
   g_service = m_service;
 }

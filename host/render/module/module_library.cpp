@@ -65,8 +65,4 @@ ModuleLibrary::~ModuleLibrary() {
   dlclose(m_handle);
 }
 
-std::string defaultModulePath() {
-  return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "velmor_cd.so").string();
-}
-
 }  // namespace velmor::render

@@ -29,7 +29,4 @@ class ModuleLibrary {
   const SinkRegistration* m_sink = nullptr;
 };
 
-/// Where the module is when the person does not say: beside the program.
-std::string defaultModulePath();
-
 }  // namespace velmor::render

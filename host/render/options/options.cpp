@@ -129,7 +129,7 @@ void addRenderOptions(CLI::App& app, Options& options, RawOptions& raw) {
       ->type_name("FRAMES")
       ->group("Render");
   app.add_option("--module", options.module,
-                 "the module (default: velmor_cd.so beside the program)")
+                 "the module (default: velmor_cd.so that came with the program)")
       ->type_name("PATH")
       ->group("Render");
   app.add_flag("--json", options.json, "print the result as JSON")->group("Render");

@@ -39,7 +39,7 @@ struct Options {
   Dither dither = Dither::kNone;
   int block = 1024;  ///< frames
 
-  std::string module;  ///< path; empty: beside the program
+  std::string module;  ///< path; empty: the one that came with the program
   bool json = false;
   bool quiet = false;
   bool force = false;

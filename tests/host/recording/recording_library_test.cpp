@@ -11,13 +11,15 @@ namespace {
 
 using ::testing::HasSubstr;
 
-TEST(RecordingLibrary, IsLoadedFromTheFolderOfTheProgramAndBurns) {
+constexpr const char* kLibrary = VELMOR_BINARY_DIR "/velmor_recording.so";
+
+TEST(RecordingLibrary, IsLoadedFromItsFileAndBurns) {
   const RecorderShelf shelf;
   AttendantDouble person;
   Options options;
   options.attendant = &person;
   std::string why;
-  Service* service = loadRecording(VELMOR_BINARY_DIR, options, why);
+  Service* service = loadRecording(kLibrary, options, why);
   ASSERT_NE(service, nullptr) << why;
   const Programme programme({300, 300});
   DiscRecordingService* recording = service;
@@ -38,7 +40,7 @@ TEST(RecordingLibrary, IsLoadedFromTheFolderOfTheProgramAndBurns) {
 
 TEST(RecordingLibrary, ThatIsMissingIsNamedWithWhatItNeeds) {
   std::string why;
-  EXPECT_EQ(loadRecording("/nowhere", {}, why), nullptr);
+  EXPECT_EQ(loadRecording("/nowhere/velmor_recording.so", {}, why), nullptr);
   EXPECT_THAT(why, HasSubstr("/nowhere/velmor_recording.so"));
   EXPECT_THAT(why, HasSubstr("libburn4"));
 }
@@ -48,7 +50,7 @@ TEST(RecordingLibrary, OnAMachineWithoutRecordersThereAreNone) {
   std::filesystem::remove_all(shelf.folder(0));
   std::filesystem::remove_all(shelf.folder(1));
   std::string why;
-  Service* service = loadRecording(VELMOR_BINARY_DIR, {}, why);
+  Service* service = loadRecording(kLibrary, {}, why);
   ASSERT_NE(service, nullptr) << why;
   EXPECT_EQ(service->DeviceCount(), 0);
   EXPECT_TRUE(service->drives().empty());

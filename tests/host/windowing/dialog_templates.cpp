@@ -1,5 +1,7 @@
 #include "tests/host/windowing/dialog_templates.h"
 
+#include <iterator>
+
 #include "host/windowing/layer_functions.h"
 
 namespace velmor::windowing {
