@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "check/portable/portable_disc.h"
+#include "check/portable/make_portable.h"
+#include "disc/portable/portable_disc.h"
 
 namespace velmor::check {
 
@@ -17,7 +18,7 @@ namespace velmor::check {
 /// it harmless and likely: the track has a lead-in, the sector it names is digital silence, and so
 /// is the one before, and the next one holds sound. Nothing but silence changes sides then. Where
 /// the next sector is silent as well the image tells nothing and the time stays.
-void placeStarts(const Disc& disc, const ExactStarts& exact, std::vector<PlainTrack>& tracks,
+void placeStarts(const Disc& disc, const ExactStarts& exact, std::vector<disc::PlainTrack>& tracks,
                  std::vector<std::string>& changes);
 
 }  // namespace velmor::check

@@ -46,7 +46,7 @@ TEST_F(ProgramTest, ExitsWith0Or1Or2) {
 TEST_F(ProgramTest, NamesTheReadersItKnowsWhenItDoesNotKnowOne) {
   const ProcessResult result = run({"image.cue", "--for", "mpv,nero"});
   EXPECT_EQ(result.status, 2);
-  EXPECT_THAT(result.all, HasSubstr("no reader 'nero'"));
+  EXPECT_THAT(result.all, HasSubstr("no reader \"nero\""));
   EXPECT_THAT(result.all, HasSubstr("cuetools, libcue, libburn"));
 }
 
@@ -103,7 +103,7 @@ TEST_F(ProgramTest, SaysWhyNoSecondSheetCanBeMade) {
   writeFile(m_folder / "image.cue", "FILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n");
   const ProcessResult result = run({"image.cue", "--portable", "p.cue"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_THAT(result.all, HasSubstr("No second sheet can be made"));
+  EXPECT_THAT(result.all, HasSubstr("no second sheet can be made from \"image.cue\": "));
   EXPECT_FALSE(std::filesystem::exists(m_folder / "p.cue"));
 }
 
@@ -127,7 +127,7 @@ TEST_F(ProgramTest, DoesNotWaitForAPipeThatNobodyWritesTo) {
   ASSERT_EQ(::mkfifo((m_folder / "pipe.cue").c_str(), 0600), 0);
   const ProcessResult result = run({"pipe.cue"});
   EXPECT_EQ(result.status, 2);
-  EXPECT_THAT(result.all, HasSubstr("'pipe.cue' is no regular file"));
+  EXPECT_THAT(result.all, HasSubstr("\"pipe.cue\" is no regular file"));
 }
 
 TEST_F(ProgramTest, CountsWhatItLeavesOutBehindTheLinesThatItShows) {

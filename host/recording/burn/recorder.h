@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "disc/cd_text/disc_texts.h"
 #include "disc/failure.h"
 #include "host/recording/session/sector_feed.h"
 #include "host/recording/session/session_plan.h"
-#include "host/recording/texts/disc_texts.h"
 
 namespace velmor::recording {
 
@@ -49,7 +49,7 @@ struct RecorderMessage {
 /// One session, closed unless `keep_open`.
 struct Session {
   const SessionPlan* plan = nullptr;
-  const DiscTexts* texts = nullptr;  ///< null: none
+  const disc::DiscTexts* texts = nullptr;  ///< null: none
   bool simulate = false;
   bool keep_open = false;
 };

@@ -7,7 +7,7 @@
 #include <cmath>
 
 #include "disc/failure.h"
-#include "host/recording/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "host/recording/libburn/device_access.h"
 #include "host/recording/libburn/libburn_session.h"
 
@@ -229,7 +229,7 @@ RecorderStatus LibburnRecorder::wait() {
 }
 
 bool LibburnRecorder::readAudio(int64_t lba, int sectors, unsigned char* audio) {
-  const off_t wanted = off_t{sectors} * kSectorBytes;
+  const off_t wanted = off_t{sectors} * disc::kBytesPerSector;
   off_t got = 0;
   return burn::burn_read_audio(m_drive, static_cast<int>(lba), reinterpret_cast<char*>(audio),
                                wanted, &got, 2) > 0 &&
