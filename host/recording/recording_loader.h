@@ -3,13 +3,14 @@
 
 #include <string>
 
+#include "disc/failure.h"
 #include "host/recording/recording_library.h"
 
 namespace velmor::recording {
 
 /// Loads the library from `folder` (that of the program) and opens its service; the owner ends it
-/// with `Service::close`. Null on failure, and `why` says what is missing. The library stays loaded
-/// until the process ends.
-Service* loadRecording(const std::string& folder, const Options& options, std::string& why);
+/// with `Service::close`. Never null; throws `Failure` that says what is missing. The library stays
+/// loaded until the process ends.
+Service* loadRecording(const std::string& folder, const Options& options);
 
 }  // namespace velmor::recording

@@ -16,9 +16,7 @@ recording::Service* g_service = nullptr;
 
 RecordingRoom::RecordingRoom(const recording::Options& options) {
   const std::string folder = std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
-  std::string why;
-  m_service = recording::loadRecording(folder, options, why);
-  if (!m_service) throw Failure(why);
+  m_service = recording::loadRecording(folder, options);
   g_service = m_service;
 }
 

@@ -12,7 +12,7 @@
 #include "tests/host/recording/recorder_shelf.h"
 
 extern "C" velmor::recording::Service* velmorOpenRecording(
-    const velmor::recording::Options& options, std::string& why);
+    const velmor::recording::Options& options);
 
 namespace velmor::recording::testing {
 namespace {
@@ -25,9 +25,7 @@ class EmulatedBurn : public ::testing::Test {
   EmulatedBurn() {
     m_options.attendant = &m_person;
     m_options.cancel = &m_cancel;
-    std::string why;
-    m_service = velmorOpenRecording(m_options, why);
-    if (m_service == nullptr) throw std::runtime_error(why);
+    m_service = velmorOpenRecording(m_options);
   }
   ~EmulatedBurn() override { m_service->close(); }
 

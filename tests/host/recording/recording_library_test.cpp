@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "disc/failure.h"
 #include "host/recording/recording_loader.h"
 #include "tests/host/recording/attendant_double.h"
 #include "tests/host/recording/recorder_shelf.h"
@@ -16,9 +17,7 @@ TEST(RecordingLibrary, IsLoadedFromTheFolderOfTheProgramAndBurns) {
   AttendantDouble person;
   Options options;
   options.attendant = &person;
-  std::string why;
-  Service* service = loadRecording(VELMOR_BINARY_DIR, options, why);
-  ASSERT_NE(service, nullptr) << why;
+  Service* service = loadRecording(VELMOR_BINARY_DIR, options);
   const Programme programme({300, 300});
   DiscRecordingService* recording = service;
   ASSERT_EQ(recording->DeviceCount(), 2);
@@ -37,19 +36,20 @@ TEST(RecordingLibrary, IsLoadedFromTheFolderOfTheProgramAndBurns) {
 }
 
 TEST(RecordingLibrary, ThatIsMissingIsNamedWithWhatItNeeds) {
-  std::string why;
-  EXPECT_EQ(loadRecording("/nowhere", {}, why), nullptr);
-  EXPECT_THAT(why, HasSubstr("/nowhere/velmor_recording.so"));
-  EXPECT_THAT(why, HasSubstr("libburn4"));
+  try {
+    loadRecording("/nowhere", {});
+    FAIL() << "there is no such library";
+  } catch (const Failure& failure) {
+    EXPECT_THAT(failure.what(), HasSubstr("/nowhere/velmor_recording.so"));
+    EXPECT_THAT(failure.what(), HasSubstr("libburn4"));
+  }
 }
 
 TEST(RecordingLibrary, OnAMachineWithoutRecordersThereAreNone) {
   const RecorderShelf shelf;
   std::filesystem::remove_all(shelf.folder(0));
   std::filesystem::remove_all(shelf.folder(1));
-  std::string why;
-  Service* service = loadRecording(VELMOR_BINARY_DIR, {}, why);
-  ASSERT_NE(service, nullptr) << why;
+  Service* service = loadRecording(VELMOR_BINARY_DIR, {});
   EXPECT_EQ(service->DeviceCount(), 0);
   EXPECT_TRUE(service->drives().empty());
   service->close();
