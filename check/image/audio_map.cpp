@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 
 #include "check/image/sector_extremes.h"
 #include "disc/units/disc_units.h"
@@ -86,6 +87,7 @@ class ClipFinder {
 };
 
 AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {
+  assert(image.readable());
   AudioMap map;
   ClipFinder clips(map);
   std::vector<int16_t> batch(kBatch * disc::kFramesPerSector * 2);
@@ -120,11 +122,13 @@ AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {
 }
 
 int64_t AudioMap::firstSound(int64_t sector, int64_t end) const {
+  assert(sector <= end);
   while (sector < end && silent(sector)) ++sector;
   return sector;
 }
 
 int64_t AudioMap::silentBefore(int64_t end, int64_t begin) const {
+  assert(begin <= end);
   int64_t count = 0;
   while (end - count > begin && silent(end - count - 1)) ++count;
   return count;

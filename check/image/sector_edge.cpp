@@ -1,12 +1,14 @@
 #include "check/image/sector_edge.h"
 
 #include <array>
+#include <cassert>
 
 #include "disc/units/disc_units.h"
 
 namespace velmor::check {
 
 SectorEdge lookAtSector(const ImageFile& image, int64_t sector) {
+  assert(image.readable() && sector >= 0);
   std::array<int16_t, disc::kFramesPerSector * 2> samples{};
   const auto frames = static_cast<int64_t>(
       image.readFrames(sector * disc::kFramesPerSector, samples.data(), disc::kFramesPerSector));

@@ -81,7 +81,7 @@ class Maker {
       code.insert(code.begin(), '0');
     }
     if (code.size() != 13 || !disc::allDigits(code)) {
-      say("CATALOG '" + code.substr(0, 40) + "' is left out: it is not 13 digits.");
+      say("CATALOG " + disc::inQuotes(code.substr(0, 40)) + " is left out: it is not 13 digits.");
       return;
     }
     m_made.catalog = code;
@@ -96,8 +96,8 @@ class Maker {
     if (to.empty())
       say(what + " is left out: it is empty.");
     else if (to != from->bytes)
-      say(what + " is written as '" + to + "'" +
-          (plain.letters_lost ? "; '?' stands for letters that ASCII has not: spell it by hand."
+      say(what + " is written as " + disc::inQuotes(to) +
+          (plain.letters_lost ? "; \"?\" stands for letters that ASCII has not: spell it by hand."
                               : "."));
   }
 
@@ -112,12 +112,12 @@ class Maker {
       const ImageFile& image = m_report.disc.images[f];
       disc::PlainFile file{fileName(image.path()), m_sheet.files[f].type};
       if (file.name.find_first_of("\"\r\n") != std::string::npos)
-        throw Failure("The image's name '" + disc::printable(file.name) +
-                      "' has a quote or a line break, which no sheet can hold: rename it.");
+        throw Failure("the image's name " + disc::inQuotes(disc::printable(file.name)) +
+                      " has a quote or a line break, which no sheet can hold; rename it");
       if (!std::all_of(file.name.begin(), file.name.end(),
                        [](char c) { return static_cast<unsigned char>(c) < 128; }))
-        say("FILE '" + file.name +
-            "' keeps its letters, since it must name the file; rename the "
+        say("FILE " + disc::inQuotes(file.name) +
+            " keeps its letters, since it must name the file; rename the "
             "image in ASCII for readers on other systems.");
       m_made.files.push_back(std::move(file));
     }
@@ -130,8 +130,8 @@ class Maker {
   /// The one thing that a sheet cannot say: libcdio looks for the sheet's name with ".bin".
   void checkStems(const std::string& file) {
     if (m_name.empty() || file == m_name.stem().string() + ".bin") return;
-    say("For libcdio (cd-info) rename this sheet or the image: it looks for '" +
-        m_name.stem().string() + ".bin' beside the sheet, whatever FILE says.");
+    say("For libcdio (cd-info) rename this sheet or the image: it looks for " +
+        disc::inQuotes(m_name.stem().string() + ".bin") + " beside the sheet, whatever FILE says.");
   }
 
   std::string fileName(const std::filesystem::path& image) const {
@@ -170,7 +170,7 @@ class Maker {
       if (disc::isFlag(word))
         (to.flags += to.flags.empty() ? "" : " ") += word;
       else
-        say(whose + ": FLAGS '" + std::string(word.substr(0, 40)) + "' is left out: it is none.");
+        say(whose + ": FLAGS " + disc::inQuotes(word.substr(0, 40)) + " is left out: it is none.");
     }
     if (from.flags->quoted) say(whose + ": FLAGS is written without quotes.");
   }
@@ -180,7 +180,7 @@ class Maker {
     const std::string& code = from.isrc->bytes;
     const std::string bare = disc::bareIsrc(code);
     if (!disc::isIsrc(bare)) {
-      say(whose + ": ISRC '" + code.substr(0, 40) + "' is left out: it is none.");
+      say(whose + ": ISRC " + disc::inQuotes(code.substr(0, 40)) + " is left out: it is none.");
     } else if (!m_isrcs.insert(bare).second) {
       say(whose + ": ISRC " + bare +
           " is left out: an earlier track has it. Find out whose it is.");
@@ -219,13 +219,13 @@ class Maker {
     if (!any && (m_made.fields.*field).empty()) return;
     if ((m_made.fields.*field).empty()) {
       m_made.fields.*field = for_disc;
-      say("Disc: " + name + " '" + for_disc + "' is added: tracks have one.");
+      say("Disc: " + name + ' ' + disc::inQuotes(for_disc) + " is added: tracks have one.");
     }
     for (disc::PlainTrack& t : m_made.tracks) {
       if (has(t)) continue;
       t.fields.*field = own ? own(t) : m_made.fields.*field;
-      say("Track " + std::to_string(t.number) + ": " + name + " '" + t.fields.*field +
-          "' is added: a field is given for all or for none.");
+      say("Track " + std::to_string(t.number) + ": " + name + ' ' +
+          disc::inQuotes(t.fields.*field) + " is added: a field is given for all or for none.");
     }
   }
 

@@ -1,5 +1,7 @@
 #include "check/portable/start_times.h"
 
+#include <cassert>
+
 #include "disc/portable/portable_disc.h"
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
@@ -40,6 +42,7 @@ void placeStarts(const Disc& disc, const ExactStarts& exact, std::vector<disc::P
   const bool truncated = timesLookTruncated(disc.sheet);
   for (size_t t = 0; t < tracks.size(); ++t) {
     disc::PlainIndex* start = find(tracks[t], 1);
+    assert(start != nullptr);
     if (known) {
       moveTrack(tracks[t], exact[t] / disc::kFramesPerSector - start->sector,
                 "the render says that it starts there", changes);

@@ -9,7 +9,8 @@
 
 namespace velmor::check {
 
-/// Moves INDEX 00 and 01 of `tracks` to where the tracks truly start, and says so in `changes`.
+/// Moves INDEX 00 and 01 of `tracks`, which are those of `disc.sheet` and have an INDEX 01 each, to
+/// where the tracks truly start, and says so in `changes`.
 ///
 /// Known starts: INDEX 01 becomes the sector in which the start lies.
 ///

@@ -4,6 +4,7 @@
 #include "disc/codes/catalogue_number.h"
 #include "disc/codes/isrc.h"
 #include "disc/sheet/sheet.h"
+#include "disc/text/phrases.h"
 #include "disc/text/words.h"
 
 namespace velmor::check {
@@ -17,7 +18,7 @@ constexpr const char* kTakeFromBarCode = "Take the number from the label's EAN-1
 
 /// Codes are shown in messages; what is far too long for one is not.
 std::string shown(const std::string& code) {
-  return "'" + code.substr(0, 40) + "'";
+  return disc::inQuotes(code.substr(0, 40));
 }
 
 void checkCatalog(const disc::Text& catalog, Findings& findings) {
@@ -63,7 +64,9 @@ void checkIsrc(const disc::Text& isrc, int track, Findings& findings) {
                  kIso3901);
   } else if (bare.size() != code.size()) {
     findings.add(Severity::kError, "isrc-dashes", place,
-                 "ISRC " + shown(code) + " has dashes, which are for people only",
+                 "ISRC " + shown(code) + " has " +
+                     (code.find('-') != std::string::npos ? "dashes" : "blanks") +
+                     ", which are for people only",
                  "Write " + bare + ".", kIso3901);
   } else {
     findings.add(Severity::kError, "isrc-lower-case", place,

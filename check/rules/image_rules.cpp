@@ -3,6 +3,7 @@
 
 #include "check/rules/rules.h"
 #include "disc/sheet/sheet.h"
+#include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 
 namespace velmor::check {
@@ -12,14 +13,15 @@ namespace {
 constexpr std::array<std::string_view, 5> kTypes = {"BINARY", "MOTOROLA", "WAVE", "AIFF", "MP3"};
 
 std::string shown(const ImageFile& image) {
-  return "'" + image.path().filename().string().substr(0, 200) + "'";
+  return disc::inQuotes(image.path().filename().string().substr(0, 200));
 }
 
 void checkFile(const disc::File& file, const ImageFile& image, Findings& findings) {
   const Place place{file.name.line, 0};
   if (std::find(kTypes.begin(), kTypes.end(), file.type) == kTypes.end())
     findings.add(
-        Severity::kError, "file-type", place, "FILE has the type '" + file.type.substr(0, 40) + "'",
+        Severity::kError, "file-type", place,
+        "FILE has the type " + disc::inQuotes(file.type.substr(0, 40)),
         "It is one of BINARY, MOTOROLA, WAVE, AIFF, MP3: decode other audio to one of them.",
         kSheetRules);
   if (file.name.bytes.find('"') != std::string::npos)
@@ -95,9 +97,10 @@ void checkName(const Disc& disc, Findings& findings) {
   const auto folder = disc.name.parent_path().lexically_normal();
   const bool beside = image.path().lexically_normal().parent_path() == folder;
   if (!image.exists() || (beside && image.path().filename() == stem + ".bin")) return;
-  findings.addForReaders("image-named-otherwise", {disc.sheet.files[0].name.line, 0},
-                         "the image is not '" + stem.substr(0, 200) + ".bin' beside the sheet",
-                         "Give sheet and image one name in one folder.");
+  findings.addForReaders(
+      "image-named-otherwise", {disc.sheet.files[0].name.line, 0},
+      "the image is not " + disc::inQuotes(stem.substr(0, 200) + ".bin") + " beside the sheet",
+      "Give sheet and image one name in one folder.");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "check/rules/rules.h"
 #include "disc/sheet/sheet.h"
+#include "disc/text/phrases.h"
 
 namespace velmor::check {
 
@@ -9,9 +10,10 @@ void addProblem(const disc::SyntaxProblem& p, Findings& findings) {
   const Place place{p.line, p.track};
   switch (p.kind) {
     case disc::SyntaxKind::kUnknownCommand:
-      findings.add(Severity::kWarning, "unknown-command", place,
-                   "'" + p.what + "' is no command of a cue sheet; the line is passed over",
-                   "Remove the line, or put REM before it.", kSheetRules);
+      findings.add(
+          Severity::kWarning, "unknown-command", place,
+          disc::inQuotes(p.what) + " is no command of a cue sheet; the line is passed over",
+          "Remove the line, or put REM before it.", kSheetRules);
       return;
     case disc::SyntaxKind::kMisplaced:
       findings.add(Severity::kError, "misplaced-command", place,

@@ -2,6 +2,7 @@
 #include <functional>
 
 #include "check/rules/rules.h"
+#include "disc/cd_text/text_packs.h"
 #include "disc/sheet/sheet.h"
 #include "disc/text/encoding.h"
 
@@ -10,8 +11,6 @@ namespace velmor::check {
 namespace {
 
 constexpr std::string_view kCdText = "MMC-3 annex J (CD-TEXT)";
-constexpr size_t kMostPacks = 253;
-constexpr size_t kPackBytes = 12;
 
 using FieldOf = std::optional<disc::Text> disc::Fields::*;
 struct NamedField {
@@ -97,23 +96,23 @@ size_t packs(const disc::Sheet& sheet, FieldOf field) {
   };
   count(sheet.fields);
   for (const disc::Track& t : sheet.tracks) count(t.fields);
-  return any ? (bytes + kPackBytes - 1) / kPackBytes : 0;
+  return any ? disc::packsOfBytes(bytes) : 0;
 }
 
 void checkRoom(const disc::Sheet& sheet, Findings& findings) {
-  constexpr size_t kSizePacks = 3;
-  size_t all = kSizePacks;
+  size_t all = disc::kSizePacks;
   for (const NamedField& named : kFields) all += packs(sheet, named.field);
   const bool codes =
       sheet.catalog || std::any_of(sheet.tracks.begin(), sheet.tracks.end(),
                                    [](const disc::Track& t) { return bool(t.isrc); });
-  if (codes) all += (14 + 13 * sheet.tracks.size() + kPackBytes - 1) / kPackBytes;
-  if (all > kMostPacks)
+  if (codes) all += disc::packsOfBytes(14 + 13 * sheet.tracks.size());
+  if (all > disc::kMostTextPacks)
     findings.add(Severity::kWarning, "cd-text-full", {},
                  "the texts need " + std::to_string(all) + " CD-TEXT packs; a block holds " +
-                     std::to_string(kMostPacks),
+                     std::to_string(disc::kMostTextPacks),
                  "Shorten titles and names by about " +
-                     std::to_string((all - kMostPacks) * kPackBytes) + " characters in all.",
+                     std::to_string((all - disc::kMostTextPacks) * disc::kTextPackBytes) +
+                     " characters in all.",
                  kCdText);
 }
 

@@ -1,6 +1,7 @@
 #include "check/rules/rules.h"
 #include "disc/sheet/sheet.h"
 #include "disc/sheet/track_words.h"
+#include "disc/text/phrases.h"
 #include "disc/text/words.h"
 
 namespace velmor::check {
@@ -10,7 +11,8 @@ namespace {
 void checkMode(const disc::Track& t, int number, Findings& findings) {
   if (!disc::isTrackMode(t.mode))
     findings.add(Severity::kError, "unknown-track-mode", {t.line, number},
-                 "TRACK has the mode '" + t.mode + "', which is none", "Write AUDIO.", kSheetRules);
+                 "TRACK has the mode " + disc::inQuotes(t.mode) + ", which is none", "Write AUDIO.",
+                 kSheetRules);
   else if (!t.isAudio())
     findings.add(Severity::kWarning, "not-audio", {t.line, number},
                  "the track is " + t.mode + ", not AUDIO",
@@ -23,7 +25,7 @@ void checkFlags(const disc::Text& flags, int number, Findings& findings) {
     const std::string_view word = disc::takeWord(rest);
     if (flags.quoted || !disc::isFlag(word)) {
       findings.add(Severity::kError, "unknown-flag", {flags.line, number},
-                   "FLAGS has '" + std::string(word.substr(0, 40)) + "', which is none",
+                   "FLAGS has " + disc::inQuotes(word.substr(0, 40)) + ", which is none",
                    "It has one or more of DCP, 4CH, PRE, SCMS, without quotes.", kSheetRules);
       return;
     }

@@ -101,7 +101,7 @@ bool DiscTexts::hasCdText() const {
 int textPacks(const DiscTexts& texts) {
   size_t packs = 0;
   for (const TextBlock& block : texts.blocks)
-    if (block.present()) packs += (payloadBytes(block) + kTextPackBytes - 1) / kTextPackBytes;
+    if (block.present()) packs += packsOfBytes(payloadBytes(block));
   return static_cast<int>(packs);
 }
 
@@ -116,12 +116,13 @@ DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks,
   addCodes(texts, sheet, warnings);
   texts.block(TextKind::kCode) = codeBlock(texts);
   // The codes are in the Q channel anyway; the texts are not to be lost to them.
-  if (textPacks(texts) > kMaxTextPacks) texts.block(TextKind::kCode) = {};
+  if (textPacks(texts) > kMostWrittenTextPacks) texts.block(TextKind::kCode) = {};
   const int packs = textPacks(texts);
-  if (packs > kMaxTextPacks)
+  if (packs > kMostWrittenTextPacks)
     throw Failure("The texts take " + std::to_string(packs) + " packs of CD-TEXT, and " +
-                  std::to_string(kMaxTextPacks) + " can be written: shorten them by about " +
-                  std::to_string((packs - kMaxTextPacks) * kTextPackBytes) +
+                  std::to_string(kMostWrittenTextPacks) +
+                  " can be written: shorten them by about " +
+                  std::to_string((packs - kMostWrittenTextPacks) * kTextPackBytes) +
                   " characters, or burn without CD-TEXT.");
   return texts;
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "disc/cd_text/text_packs.h"
 #include "disc/failure.h"
 #include "disc/sheet/sheet_texts.h"
 
@@ -13,9 +14,8 @@ namespace velmor::disc {
 /// The packs of CD-TEXT that a sheet can fill.
 enum class TextKind { kTitle, kPerformer, kSongwriter, kCode };
 inline constexpr size_t kTextKinds = 4;
-/// A language block has room for 253 (MMC-3 annex J); libburn 1.5.4 takes one fewer.
-inline constexpr int kMaxTextPacks = 252;
-inline constexpr int kTextPackBytes = 12;  ///< payload of a pack
+/// What libburn 1.5.4 writes: one pack fewer than a block has room for.
+inline constexpr int kMostWrittenTextPacks = kMostTextPacks - 1;
 
 /// One kind of text, ISO 8859-1. `tracks` is empty when the disc has no such text at all, and
 /// otherwise has an entry, perhaps an empty one, for every track: a kind that is given for one
@@ -41,7 +41,8 @@ struct DiscTexts {
 /// the sheet has another number of tracks, or more text than a disc holds.
 DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks, std::vector<std::string>& warnings);
 
-/// Packs of payload that the texts take. A text like that of the track before takes one character.
+/// Packs of payload that the texts take, without those that say how many there are (`kSizePacks`).
+/// A text like that of the track before takes one character.
 int textPacks(const DiscTexts& texts);
 
 }  // namespace velmor::disc

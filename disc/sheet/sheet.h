@@ -1,4 +1,6 @@
-// A cue sheet as it stands in its file: every value with its line, nothing judged.
+// A cue sheet as it stands in its file: every value with its line, nothing judged. The module
+// writes such files in module/sink/cue_sheet.h; what a drive is sent under the same name is in
+// tools/emulated_drive/disc/cue_sheet.h.
 #pragma once
 
 #include <cstddef>

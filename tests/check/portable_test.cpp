@@ -200,13 +200,13 @@ TEST(PortableSheet, SaysEverythingThatItChanged) {
   EXPECT_THAT(
       disc.changes,
       testing::UnorderedElementsAre(
-          "CATALOG is written without quotes.", "Disc: TITLE is written as 'Nachte'.",
-          "Disc: PERFORMER is written as 'The 'L''.", "Track 2: ISRC is written without quotes.",
+          "CATALOG is written without quotes.", "Disc: TITLE is written as \"Nachte\".",
+          "Disc: PERFORMER is written as \"The 'L'\".", "Track 2: ISRC is written without quotes.",
           testing::StartsWith("Track 2: INDEX 01 00:10:49 is written as 00:10:50:"),
           testing::StartsWith("Track 3: INDEX 01 00:17:25 is written as 00:17:26:"),
-          testing::StartsWith("Track 3: TITLE 'Track 3' is added"),
-          testing::StartsWith("Track 2: PERFORMER 'The 'L'' is added"),
-          testing::StartsWith("Track 3: PERFORMER 'The 'L'' is added"),
+          testing::StartsWith("Track 3: TITLE \"Track 3\" is added"),
+          testing::StartsWith("Track 2: PERFORMER \"The 'L'\" is added"),
+          testing::StartsWith("Track 3: PERFORMER \"The 'L'\" is added"),
           testing::StartsWith("For libcdio (cd-info) rename")));
 }
 
@@ -299,7 +299,7 @@ TEST(PortableSheet, LeavesOutFlagsThatAreNone) {
   const disc::PortableDisc disc =
       makePortable(check(folder / "image.cue", {}), folder / "image.cue");
   EXPECT_EQ(disc.tracks.at(0).flags, "DCP PRE");
-  EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("FLAGS 'LOUD' is left out")));
+  EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("FLAGS \"LOUD\" is left out")));
 }
 
 TEST(SecondSheet, NeverReplacesTheSheetOrAnImageEvenByAnotherName) {

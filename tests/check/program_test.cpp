@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "disc/version.h"
 #include "tests/check/process.h"
 #include "tests/check/test_images.h"
 
@@ -40,7 +41,12 @@ TEST_F(ProgramTest, ExitsWith0Or1Or2) {
   EXPECT_EQ(run({}).status, 2);
   EXPECT_EQ(run({"image.cue", "--wrong"}).status, 2);
   EXPECT_EQ(run({"--help"}).status, 0);
-  EXPECT_EQ(run({"--version"}).status, 0);
+}
+
+TEST_F(ProgramTest, TellsTheVersionOfTheProject) {
+  const ProcessResult told = run({"--version"});
+  EXPECT_EQ(told.status, 0);
+  EXPECT_EQ(told.out, std::string("velmor-cdcheck ") + disc::kVersion + '\n');
 }
 
 TEST_F(ProgramTest, NamesTheReadersItKnowsWhenItDoesNotKnowOne) {
@@ -142,7 +148,7 @@ TEST_F(ProgramTest, PrintsNoControlCharactersOfASheetWhereverItQuotesThem) {
   const std::string sheet = readFile(m_folder / "image.cue");
   writeFile(m_folder / "image.cue", sheet + "ISRC \x1B[31mX\r\n");
   const ProcessResult written = run({"image.cue", "--portable", "p.cue"});
-  EXPECT_THAT(written.out, HasSubstr("changed: Track 1: ISRC '?[31mX' is left out"));
+  EXPECT_THAT(written.out, HasSubstr("changed: Track 1: ISRC \"?[31mX\" is left out"));
   EXPECT_EQ(written.all.find('\x1B'), std::string::npos);
   writeFile(m_folder / "image.cue", sheet + "TRACK 02 \x1B[31m\r\nINDEX 01 00:08:00\r\n");
   EXPECT_EQ(run({"image.cue", "--portable", "q.cue"}).all.find('\x1B'), std::string::npos);
