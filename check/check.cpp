@@ -7,26 +7,27 @@
 #include <system_error>
 
 #include "check/rules/rules.h"
-#include "check/sheet/sheet_parser.h"
 #include "disc/failure.h"
+#include "disc/sheet/sheet_parser.h"
+#include "disc/text/phrases.h"
 
 namespace velmor::check {
 
 namespace {
 
 std::string readSheet(const std::filesystem::path& path) {
-  const std::string name = "'" + path.string() + "'";
+  const std::string name = disc::inQuotes(path.string());
   std::error_code error;
   if (std::filesystem::is_directory(path, error))
-    throw Failure(name + " is a folder; name the cue sheet in it.");
+    throw Failure(name + " is a folder; name the cue sheet in it");
   // A pipe without a writer would be waited for without end.
   const auto kind = std::filesystem::status(path, error).type();
   if (kind != std::filesystem::file_type::regular && kind != std::filesystem::file_type::not_found)
-    throw Failure(name + " is no regular file; name the cue sheet.");
+    throw Failure(name + " is no regular file; name the cue sheet");
   std::ifstream in(path, std::ios::binary);
   if (!in)
-    throw Failure("The sheet " + name +
-                  " cannot be opened: " + std::generic_category().message(errno) + ".");
+    throw Failure("the sheet " + name +
+                  " cannot be opened: " + std::generic_category().message(errno));
   // By pieces: room for the longest sheet at once takes longer to get than a short disc to read.
   std::string bytes;
   std::array<char, size_t{64} << 10> piece{};
@@ -34,9 +35,9 @@ std::string readSheet(const std::filesystem::path& path) {
     in.read(piece.data(), static_cast<std::streamsize>(piece.size()));
     bytes.append(piece.data(), static_cast<size_t>(in.gcount()));
   }
-  if (in.bad()) throw Failure("The sheet " + name + " cannot be read to its end.");
+  if (in.bad()) throw Failure("the sheet " + name + " cannot be read to its end");
   if (bytes.size() > kLongestSheet)
-    throw Failure(name + " is over 16 MiB and no cue sheet; name the .cue, not the image.");
+    throw Failure(name + " is over 16 MiB and no cue sheet; name the .cue, not the image");
   return bytes;
 }
 
@@ -78,7 +79,7 @@ bool Report::failed(bool strict) const {
 Report check(const std::filesystem::path& sheet, const CheckOptions& options) {
   Report report;
   report.sheet = sheet;
-  report.disc = openDisc(parse(readSheet(sheet)), sheet);
+  report.disc = openDisc(disc::parseSheet(readSheet(sheet)), sheet);
   scanImages(report.disc, options);
   Findings findings(options.readers);
   for (const auto group :

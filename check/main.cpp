@@ -1,7 +1,5 @@
 // velmor-cdcheck: will this disc load elsewhere?
 
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
@@ -10,15 +8,22 @@
 #include <vector>
 
 #include "check/check.h"
-#include "check/portable/portable_disc.h"
-#include "check/portable/whole_file.h"
-#include "check/report/progress_bar.h"
+#include "check/portable/make_portable.h"
+#include "check/portable/refuse_target.h"
 #include "check/report/report_text.h"
 #include "disc/failure.h"
+#include "disc/files/whole_files.h"
+#include "disc/portable/portable_cue.h"
+#include "disc/portable/portable_disc.h"
+#include "disc/portable/portable_toc.h"
+#include "disc/terminal/progress_bar.h"
+#include "disc/text/phrases.h"
+#include "disc/version.h"
 
 namespace {
 
 using namespace velmor::check;
+namespace disc = velmor::disc;
 
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
@@ -40,7 +45,7 @@ void describe(CLI::App& app, Arguments& a) {
   app.add_option("--portable", a.cue, "Write a second sheet that all readers take to this file");
   app.add_option("--toc", a.toc, "Write a table of contents for cdrdao to this file");
   app.add_flag("--force", a.force, "Replace the files named by --portable and --toc");
-  app.set_version_flag("--version", "velmor-cdcheck 1.0.0");
+  app.set_version_flag("--version", std::string("velmor-cdcheck ") + disc::kVersion);
   app.footer(
       "Exit status: 0 nothing wrong, 1 errors (with --strict warnings too), 2 wrong usage or a\n"
       "sheet that cannot be read.");
@@ -51,8 +56,8 @@ std::vector<Reader> chosenReaders(const std::vector<std::string>& names) {
   for (const std::string& name : names) {
     const auto reader = readerByName(name);
     if (!reader)
-      throw velmor::Failure("--for knows no reader '" + name + "'. It knows " + readerNames() +
-                            '.');
+      throw velmor::Failure("--for knows no reader " + disc::inQuotes(name) + "; it knows " +
+                            readerNames());
     chosen.push_back(*reader);
   }
   return chosen;
@@ -64,7 +69,7 @@ std::vector<std::filesystem::path> imagePaths(const Report& report) {
   return paths;
 }
 
-using TextOf = std::string (*)(const PortableDisc&);
+using TextOf = std::string (*)(const disc::PortableDisc&);
 
 struct Second {
   std::filesystem::path path;
@@ -73,25 +78,25 @@ struct Second {
 
 std::vector<std::string> writeSeconds(const Report& report, const std::vector<Second>& seconds,
                                       bool force) {
-  std::vector<TextFile> files;
+  std::vector<disc::TextFile> files;
   std::vector<std::string> changes;
   for (const Second& s : seconds) {
     refuseTarget(s.path, report.sheet, imagePaths(report), force);
-    const PortableDisc disc = makePortable(report, s.path);
+    const disc::PortableDisc disc = makePortable(report, s.path);
     files.push_back({s.path, s.text(disc)});
     if (changes.size() < disc.changes.size()) changes = disc.changes;
   }
-  writeWhole(files, force);
+  disc::writeWhole(files, force);
   return changes;
 }
 
 std::vector<Second> wantedSeconds(const Arguments& a) {
   std::vector<Second> wanted;
-  if (!a.cue.empty()) wanted.push_back({a.cue, cueText});
-  if (!a.toc.empty()) wanted.push_back({a.toc, tocText});
+  if (!a.cue.empty()) wanted.push_back({a.cue, disc::cueText});
+  if (!a.toc.empty()) wanted.push_back({a.toc, disc::tocText});
   if (wanted.size() == 2 &&
       std::filesystem::weakly_canonical(a.cue) == std::filesystem::weakly_canonical(a.toc))
-    throw velmor::Failure("--portable and --toc name the same file: give them two names.");
+    throw velmor::Failure("--portable and --toc name the same file; give them two names");
   return wanted;
 }
 
@@ -107,12 +112,19 @@ std::vector<std::string> pathsOf(const std::vector<Second>& seconds) {
   return paths;
 }
 
+void showProgress(disc::ProgressBar& bar, int64_t done, int64_t all) {
+  if (all <= 0 || !bar.due()) return;
+  const double part = static_cast<double>(done) / static_cast<double>(all);
+  bar.draw(disc::barText(part) + ' ' + std::to_string(static_cast<int>(part * 100.0)) + " % of " +
+           std::to_string(all / 1'000'000) + " MB");
+}
+
 int run(const Arguments& a) {
   const std::vector<Second> seconds = wantedSeconds(a);
-  ProgressBar bar(std::cerr, ::isatty(STDERR_FILENO) != 0);
+  disc::ProgressBar bar(true);
   CheckOptions options;
   options.readers = chosenReaders(a.readers);
-  options.progress = [&bar](int64_t done, int64_t all) { bar.show(done, all); };
+  options.progress = [&bar](int64_t done, int64_t all) { showProgress(bar, done, all); };
   const Report report = check(a.sheet, options);
   bar.clear();
   std::vector<std::string> changes;
@@ -129,7 +141,7 @@ int run(const Arguments& a) {
     printReport(report, a.strict, std::cout);
   if (!a.json && !not_written) printChanges(seconds, changes);
   // Scripts go by the exit status: a full disk must not look like a sound disc.
-  if (!std::cout.flush()) throw velmor::Failure("The report cannot be written to standard output.");
+  if (!std::cout.flush()) throw velmor::Failure("the report cannot be written to standard output");
   if (not_written) {
     std::cerr << "velmor-cdcheck: " << *not_written << '\n';
     return report.failed(a.strict) ? kFailed : kUsage;

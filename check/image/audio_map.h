@@ -25,7 +25,8 @@ inline constexpr int64_t kClippedRun = 3;
 
 class AudioMap {
  public:
-  /// Reads `image` once, from start to end.
+  /// Reads `image`, which is readable, once from start to end. A read error ends the map early (see
+  /// `brokeOff`). `progress` may be empty.
   static AudioMap scan(const ImageFile& image, const Progress& progress);
 
   int64_t sectors() const { return static_cast<int64_t>(m_silent.size()); }
@@ -34,8 +35,10 @@ class AudioMap {
     return sector >= 0 && sector < sectors() && m_silent[static_cast<size_t>(sector)];
   }
   /// The first sector from `sector` up to `end` (not included) that is not silent, else `end`.
+  /// `sector` is not beyond `end`.
   int64_t firstSound(int64_t sector, int64_t end) const;
-  /// How many sectors before `end`, down to `begin`, are silent without a break.
+  /// How many sectors before `end`, down to `begin`, are silent without a break. `begin` is not
+  /// beyond `end`.
   int64_t silentBefore(int64_t end, int64_t begin) const;
 
   /// Of both channels, by their first frame.

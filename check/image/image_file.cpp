@@ -11,7 +11,7 @@
 #include <system_error>
 #include <utility>
 
-#include "check/image/disc_units.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::check {
 
@@ -74,7 +74,7 @@ ImageFile::ImageFile(ImageFile&& other) noexcept
       m_problem(std::move(other.m_problem)) {}
 
 int64_t ImageFile::sectors() const {
-  return (m_data_bytes + kSectorBytes - 1) / kSectorBytes;
+  return (m_data_bytes + disc::kBytesPerSector - 1) / disc::kBytesPerSector;
 }
 
 void ImageFile::locateSamples(std::string_view type) {
@@ -162,11 +162,12 @@ size_t ImageFile::readBytes(int64_t offset, void* to, size_t bytes) const {
 }
 
 size_t ImageFile::readFrames(int64_t frame, int16_t* samples, size_t frames) const {
-  if (!readable() || frame < 0 || frame * kFrameBytes >= m_data_bytes) return 0;
-  const int64_t left = m_data_bytes / kFrameBytes - frame;
+  if (!readable() || frame < 0 || frame * disc::kBytesPerFrame >= m_data_bytes) return 0;
+  const int64_t left = m_data_bytes / disc::kBytesPerFrame - frame;
   frames = std::min(frames, static_cast<size_t>(left));
-  const size_t got = readBytes(m_data_offset + frame * kFrameBytes, samples, frames * kFrameBytes) /
-                     static_cast<size_t>(kFrameBytes);
+  const size_t got = readBytes(m_data_offset + frame * disc::kBytesPerFrame, samples,
+                               frames * disc::kBytesPerFrame) /
+                     static_cast<size_t>(disc::kBytesPerFrame);
   if (m_form == SampleForm::kBig) {
     for (size_t i = 0; i < got * 2; ++i) {
       const auto raw = static_cast<uint16_t>(samples[i]);

@@ -19,6 +19,8 @@ struct SectorEdge {
 /// So many zero frames in a row are a pause; fewer are a wave that passes through zero.
 inline constexpr int64_t kPauseFrames = 32;
 
+/// `image` is readable; `sector` counts from its first one. What lies beyond the image counts as
+/// silent.
 SectorEdge lookAtSector(const ImageFile& image, int64_t sector);
 
 }  // namespace velmor::check

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "check/image/disc_units.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::check {
 
@@ -15,7 +15,7 @@ struct Extremes {
 /// the vector unit: the scan must not be slower than the reading.
 inline Extremes sectorExtremes(const int16_t* samples) {
   int16_t low = samples[0], high = samples[0];
-  for (int i = 0; i < kSectorFrames * 2; ++i) {
+  for (int i = 0; i < disc::kFramesPerSector * 2; ++i) {
     low = samples[i] < low ? samples[i] : low;
     high = samples[i] > high ? samples[i] : high;
   }
@@ -26,7 +26,7 @@ inline Extremes sectorExtremes(const int16_t* samples) {
 /// loud masters touch full scale in every other sector, mostly with single samples.
 inline bool holdsPair(const int16_t* samples, int16_t level) {
   int16_t found = 0;
-  for (int i = 0; i + 2 < kSectorFrames * 2; ++i) {
+  for (int i = 0; i + 2 < disc::kFramesPerSector * 2; ++i) {
     const bool pair = (samples[i] == level) & (samples[i + 2] == level);
     found = static_cast<int16_t>(found | static_cast<int16_t>(pair));
   }
@@ -35,7 +35,7 @@ inline bool holdsPair(const int16_t* samples, int16_t level) {
 
 /// A part of a sector, in stereo frames: a whole number of vectors.
 inline constexpr int64_t kBlockFrames = 28;
-static_assert(kSectorFrames % kBlockFrames == 0);
+static_assert(disc::kFramesPerSector % kBlockFrames == 0);
 
 /// Does a sample of the block lie at full scale? In the same manner: where a sector is clipped, it
 /// is so in few places.

@@ -1,28 +1,32 @@
 #include "check/portable/start_times.h"
 
-#include "check/image/disc_units.h"
+#include <cassert>
+
+#include "disc/portable/portable_disc.h"
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::check {
 
 namespace {
 
-PlainIndex* find(PlainTrack& track, int number) {
-  for (PlainIndex& i : track.indices)
+disc::PlainIndex* find(disc::PlainTrack& track, int number) {
+  for (disc::PlainIndex& i : track.indices)
     if (i.number == number) return &i;
   return nullptr;
 }
 
 /// INDEX 00 keeps its whole seconds before INDEX 01, but for the one at the image's first sector.
-void moveTrack(PlainTrack& track, int64_t sectors, const std::string& why,
+void moveTrack(disc::PlainTrack& track, int64_t sectors, const std::string& why,
                std::vector<std::string>& changes) {
   if (sectors == 0) return;
-  PlainIndex* start = find(track, 1);
-  PlainIndex* gap = find(track, 0);
-  const std::string from = msfText(start->sector);
+  disc::PlainIndex* start = find(track, 1);
+  disc::PlainIndex* gap = find(track, 0);
+  const std::string from = disc::msfText(start->sector);
   start->sector += sectors;
   if (gap && gap->file == start->file && gap->sector > 0) gap->sector += sectors;
   changes.push_back("Track " + std::to_string(track.number) + ": INDEX 01 " + from +
-                    " is written as " + msfText(start->sector) + ": " + why + '.');
+                    " is written as " + disc::msfText(start->sector) + ": " + why + '.');
 }
 
 bool imageShowsNextSector(const AudioMap& map, int64_t sector) {
@@ -32,14 +36,15 @@ bool imageShowsNextSector(const AudioMap& map, int64_t sector) {
 
 }  // namespace
 
-void placeStarts(const Disc& disc, const ExactStarts& exact, std::vector<PlainTrack>& tracks,
+void placeStarts(const Disc& disc, const ExactStarts& exact, std::vector<disc::PlainTrack>& tracks,
                  std::vector<std::string>& changes) {
   const bool known = exact.size() == tracks.size();
   const bool truncated = timesLookTruncated(disc.sheet);
   for (size_t t = 0; t < tracks.size(); ++t) {
-    PlainIndex* start = find(tracks[t], 1);
+    disc::PlainIndex* start = find(tracks[t], 1);
+    assert(start != nullptr);
     if (known) {
-      moveTrack(tracks[t], exact[t] / kSectorFrames - start->sector,
+      moveTrack(tracks[t], exact[t] / disc::kFramesPerSector - start->sector,
                 "the render says that it starts there", changes);
     } else if (truncated && find(tracks[t], 0) && disc.audio[start->file] &&
                imageShowsNextSector(*disc.audio[start->file], start->sector)) {

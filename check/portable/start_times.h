@@ -4,11 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "check/portable/portable_disc.h"
+#include "check/portable/make_portable.h"
+#include "disc/portable/portable_disc.h"
 
 namespace velmor::check {
 
-/// Moves INDEX 00 and 01 of `tracks` to where the tracks truly start, and says so in `changes`.
+/// Moves INDEX 00 and 01 of `tracks`, which are those of `disc.sheet` and have an INDEX 01 each, to
+/// where the tracks truly start, and says so in `changes`.
 ///
 /// Known starts: INDEX 01 becomes the sector in which the start lies.
 ///
@@ -17,7 +19,7 @@ namespace velmor::check {
 /// it harmless and likely: the track has a lead-in, the sector it names is digital silence, and so
 /// is the one before, and the next one holds sound. Nothing but silence changes sides then. Where
 /// the next sector is silent as well the image tells nothing and the time stays.
-void placeStarts(const Disc& disc, const ExactStarts& exact, std::vector<PlainTrack>& tracks,
+void placeStarts(const Disc& disc, const ExactStarts& exact, std::vector<disc::PlainTrack>& tracks,
                  std::vector<std::string>& changes);
 
 }  // namespace velmor::check

@@ -1,6 +1,7 @@
 #include "check/report/findings.h"
 
 #include <algorithm>
+#include <cassert>
 #include <iterator>
 #include <tuple>
 
@@ -46,6 +47,7 @@ void Findings::add(Severity severity, std::string_view rule, Place place, std::s
 
 void Findings::addForReaders(std::string_view rule, Place place, std::string what,
                              std::string action) {
+  assert(readerVerdict(rule) != nullptr);
   Finding f{Severity::kWarning, rule, place.line, place.track, std::move(what),
             std::move(action),  {},   {},         {},          {}};
   fillReaders(f);
@@ -55,6 +57,7 @@ void Findings::addForReaders(std::string_view rule, Place place, std::string wha
 }
 
 void Findings::addHabit(std::string_view rule, Place place, std::string what, std::string action) {
+  assert(readerVerdict(rule) != nullptr);
   if (m_chosen.empty()) return;
   Finding f{Severity::kNote,   rule, place.line, place.track, std::move(what),
             std::move(action), {},   {},         {},          {}};

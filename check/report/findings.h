@@ -32,7 +32,8 @@ struct Place {
   int track = 0;
 };
 
-/// Collects findings; at most `kMostOfARule` of each rule, the rest as one count.
+/// Collects findings, to be asked for once; at most `kMostOfARule` of each rule, the rest as one
+/// count.
 class Findings {
  public:
   static constexpr int kMostOfARule = 50;
@@ -44,7 +45,8 @@ class Findings {
   void add(Severity severity, std::string_view rule, Place place, std::string what,
            std::string action, std::string_view source = {});
   /// Matters to some readers only, by the rule's verdict: a warning; with chosen readers an error
-  /// when one of them refuses it, and nothing when it is all the same to them.
+  /// when one of them refuses it, and nothing when it is all the same to them. `rule` has a verdict
+  /// in readers.cpp.
   void addForReaders(std::string_view rule, Place place, std::string what, std::string action);
   /// As above, but a note, and only when such a reader was chosen.
   void addHabit(std::string_view rule, Place place, std::string what, std::string action);

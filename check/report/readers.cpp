@@ -3,7 +3,7 @@
 #include <array>
 #include <map>
 
-#include "check/sheet/command_line.h"
+#include "disc/text/words.h"
 
 namespace velmor::check {
 
@@ -101,9 +101,9 @@ std::string_view readerName(Reader reader) {
 }
 
 std::optional<Reader> readerByName(std::string_view name) {
-  const std::string wanted = upperCase(name);
+  const std::string wanted = disc::upperCase(name);
   for (size_t i = 0; i < kNames.size(); ++i)
-    if (upperCase(kNames[i]) == wanted) return static_cast<Reader>(i);
+    if (disc::upperCase(kNames[i]) == wanted) return static_cast<Reader>(i);
   const auto program = programs().find(wanted);
   if (program == programs().end()) return std::nullopt;
   return program->second;

@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
-#include "check/rules/encoding.h"
+#include "disc/text/line_of_text.h"
 
 namespace velmor::check {
 
@@ -24,8 +24,8 @@ nlohmann::ordered_json findingJson(const Finding& f) {
           {"rule", f.rule},
           {"line", f.line},
           {"track", f.track},
-          {"what", printable(f.what)},
-          {"action", printable(f.action)},
+          {"what", disc::printable(f.what)},
+          {"action", disc::printable(f.action)},
           {"source", f.source},
           {"refused_by", names(f.refused)},
           {"damaged_by", names(f.damaged)},
@@ -47,7 +47,7 @@ nlohmann::ordered_json tracksJson(const Disc& disc) {
 }
 
 void printVerdict(const Report& report, bool strict, std::ostream& out) {
-  out << printable(report.sheet.filename().string()) << ": "
+  out << disc::printable(report.sheet.filename().string()) << ": "
       << (report.failed(strict) ? "not ready" : "ready") << ", "
       << plural(report.count(Severity::kError), "error") << ", "
       << plural(report.count(Severity::kWarning), "warning") << ", "
@@ -75,7 +75,7 @@ std::string findingLine(const Finding& f) {
     line += " With " + readerList(f.damaged) + ": " + std::string(f.damage) + '.';
   if (!f.source.empty()) line += " Rule: " + std::string(f.source) + '.';
   if (!f.action.empty()) line += " -> " + f.action;
-  return printable(line);
+  return disc::printable(line);
 }
 
 void printErrors(const Report& report, std::ostream& out) {
@@ -93,7 +93,7 @@ void printJson(const Report& report, bool strict, const std::vector<std::string>
                std::ostream& out, const std::vector<std::string>& written) {
   nlohmann::ordered_json json;
   json["schema"] = kJsonSchema;
-  json["sheet"] = printable(report.sheet.string());
+  json["sheet"] = disc::printable(report.sheet.string());
   json["ready"] = !report.failed(strict);
   json["errors"] = report.count(Severity::kError);
   json["warnings"] = report.count(Severity::kWarning);
@@ -103,9 +103,9 @@ void printJson(const Report& report, bool strict, const std::vector<std::string>
   json["findings"] = nlohmann::ordered_json::array();
   for (const Finding& f : report.findings) json["findings"].push_back(findingJson(f));
   json["changes"] = nlohmann::ordered_json::array();
-  for (const std::string& change : changes) json["changes"].push_back(printable(change));
+  for (const std::string& change : changes) json["changes"].push_back(disc::printable(change));
   if (!written.empty()) json["written"] = nlohmann::ordered_json::array();
-  for (const std::string& file : written) json["written"].push_back(printable(file));
+  for (const std::string& file : written) json["written"].push_back(disc::printable(file));
   out << json.dump(2) << '\n';
 }
 

@@ -1,8 +1,10 @@
 #include <algorithm>
 
-#include "check/image/disc_units.h"
 #include "check/image/sector_edge.h"
 #include "check/rules/rules.h"
+#include "disc/units/disc_limits.h"
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::check {
 
@@ -14,7 +16,7 @@ constexpr int64_t kLateStart = 38;
 constexpr int64_t kLongEnd = 225;
 
 std::string seconds(int64_t sectors) {
-  const int64_t hundredths = sectors * 100 / kSecondSectors;
+  const int64_t hundredths = sectors * 100 / disc::kSectorsPerSecond;
   std::string text = std::to_string(hundredths / 100) + '.';
   return text + (hundredths % 100 < 10 ? "0" : "") + std::to_string(hundredths % 100) + " s";
 }
@@ -30,7 +32,7 @@ struct PlacedTrack {
 std::vector<PlacedTrack> placedTracks(const Disc& disc) {
   std::vector<PlacedTrack> placed;
   // Beyond 99 tracks there is no disc; a hostile sheet could have each of them read the image anew.
-  const size_t tracks = std::min<size_t>(disc.places.size(), 99);
+  const size_t tracks = std::min<size_t>(disc.places.size(), disc::kMostTracks);
   for (size_t t = 0; t < tracks; ++t) {
     if (!disc.places[t]) continue;
     const TrackPlace& p = *disc.places[t];
@@ -55,7 +57,7 @@ void checkStart(const PlacedTrack& t, Findings& findings) {
   } else if (silence >= kLateStart) {
     findings.add(Severity::kWarning, "silence-at-start", t.at,
                  "the title starts with " + seconds(silence) + " of digital silence",
-                 "Move the track's start to " + msfText(sound) + ", or cut the silence.");
+                 "Move the track's start to " + disc::msfText(sound) + ", or cut the silence.");
   }
 }
 
@@ -84,15 +86,16 @@ void checkClipped(const Disc& disc, const std::vector<PlacedTrack>& placed, Find
     const auto& runs = t.map->clippedRuns();
     const auto before = [](const ClippedRun& r, int64_t frame) { return r.frame < frame; };
     const auto first =
-        std::lower_bound(runs.begin(), runs.end(), t.place->start * kSectorFrames, before);
-    const auto last = std::lower_bound(first, runs.end(), t.place->end * kSectorFrames, before);
+        std::lower_bound(runs.begin(), runs.end(), t.place->start * disc::kFramesPerSector, before);
+    const auto last =
+        std::lower_bound(first, runs.end(), t.place->end * disc::kFramesPerSector, before);
     if (first == last) continue;
     int64_t longest = 0;
     for (auto r = first; r != last; ++r) longest = std::max(longest, r->samples);
     findings.add(Severity::kWarning, "clipped", t.at,
                  std::to_string(last - first) + " runs of samples at full scale, the longest " +
                      std::to_string(longest) + ", the first at " +
-                     msfText(first->frame / kSectorFrames),
+                     disc::msfText(first->frame / disc::kFramesPerSector),
                  "Lower the level before the render if that was not meant.");
   }
   for (const auto& map : disc.audio) {

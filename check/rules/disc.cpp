@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "check/image/disc_units.h"
+#include "disc/sheet/sheet.h"
+#include "disc/units/disc_time.h"
 
 namespace velmor::check {
 
@@ -11,12 +12,12 @@ namespace {
 /// A time that no disc can have is held at an hour past the longest, so that sums stay small.
 constexpr int64_t kFarAway = 1'000'000;
 
-int64_t sectorsOf(const Msf& time) {
+int64_t sectorsOf(const disc::Msf& time) {
   return time.readable() ? std::min(time.sectors(), kFarAway) : 0;
 }
 
 /// Sectors of silence that the sheet adds around the tracks before number `track` and before it.
-int64_t addedBefore(const Sheet& sheet, size_t track) {
+int64_t addedBefore(const disc::Sheet& sheet, size_t track) {
   int64_t added = 0;
   for (size_t t = 0; t <= track && t < sheet.tracks.size(); ++t) {
     if (sheet.tracks[t].pregap) added += sectorsOf(*sheet.tracks[t].pregap);
@@ -37,22 +38,22 @@ std::vector<int64_t> fileStarts(const Disc& disc) {
   return starts;
 }
 
-std::optional<TrackPlace> placeOf(const Track& track) {
-  const Index* first = track.index(1);
+std::optional<TrackPlace> placeOf(const disc::Track& track) {
+  const disc::Index* first = track.index(1);
   if (!first || !first->time.readable()) return std::nullopt;
   TrackPlace place;
   place.file = first->file;
   place.start = sectorsOf(first->time);
   place.gap_start = place.start;
-  const Index* gap = track.index(0);
+  const disc::Index* gap = track.index(0);
   if (gap && gap->time.readable() && gap->file == first->file)
     place.gap_start = std::min(sectorsOf(gap->time), place.start);
   return place;
 }
 
 /// Where the pause (INDEX 00) of `next` begins, when that is behind `here` in the same file.
-int64_t pauseStart(const Track& next, const TrackPlace& here) {
-  const Index* gap = next.index(0);
+int64_t pauseStart(const disc::Track& next, const TrackPlace& here) {
+  const disc::Index* gap = next.index(0);
   if (!gap || !gap->time.readable() || gap->file != here.file) return here.end;
   const int64_t start = sectorsOf(gap->time);
   return start > here.start ? std::min(start, here.end) : here.end;
@@ -81,17 +82,17 @@ void setEnds(Disc& disc) {
 
 }  // namespace
 
-Disc openDisc(Sheet sheet, const std::filesystem::path& name) {
+Disc openDisc(disc::Sheet sheet, const std::filesystem::path& name) {
   Disc disc;
   disc.name = name;
   disc.sheet = std::move(sheet);
-  const Sheet& s = disc.sheet;
+  const disc::Sheet& s = disc.sheet;
   // A sheet may name hundreds of thousands of files, a process may open but few.
   constexpr size_t kMostFiles = 200;
   const size_t files = std::min(s.files.size(), kMostFiles);
   for (size_t f = 0; f < files; ++f)
     disc.images.emplace_back(name.parent_path() / s.files[f].name.bytes, s.files[f].type);
-  for (const Track& track : s.tracks) disc.places.push_back(placeOf(track));
+  for (const disc::Track& track : s.tracks) disc.places.push_back(placeOf(track));
   setEnds(disc);
   const std::vector<int64_t> starts = fileStarts(disc);
   int64_t added = 0;
@@ -108,21 +109,21 @@ Disc openDisc(Sheet sheet, const std::filesystem::path& name) {
   return disc;
 }
 
-std::vector<bool> filesInUse(const Sheet& sheet) {
+std::vector<bool> filesInUse(const disc::Sheet& sheet) {
   std::vector<bool> used(sheet.files.size());
-  for (const Track& track : sheet.tracks)
-    for (const Index& index : track.indices)
+  for (const disc::Track& track : sheet.tracks)
+    for (const disc::Index& index : track.indices)
       if (index.file < used.size()) used[index.file] = true;
   return used;
 }
 
-bool timesLookTruncated(const Sheet& sheet) {
+bool timesLookTruncated(const disc::Sheet& sheet) {
   if (sheet.files.size() != 1 || sheet.files[0].type != "BINARY") return false;
   if (sheet.ends.lf > 0 || sheet.ends.cr > 0 || (sheet.catalog && !sheet.catalog->quoted))
     return false;
-  for (const Track& track : sheet.tracks) {
+  for (const disc::Track& track : sheet.tracks) {
     if (!track.isAudio() || (track.isrc && !track.isrc->quoted)) return false;
-    for (const Index& index : track.indices)
+    for (const disc::Index& index : track.indices)
       if (index.number > 1 || !index.time.inRange() || index.time.frames % 3 == 2) return false;
   }
   return !sheet.tracks.empty();

@@ -8,7 +8,7 @@
 
 #include "check/image/audio_map.h"
 #include "check/image/image_file.h"
-#include "check/sheet/sheet.h"
+#include "disc/sheet/sheet.h"
 
 namespace velmor::check {
 
@@ -25,7 +25,7 @@ struct TrackPlace {
 
 struct Disc {
   std::filesystem::path name;  ///< of the sheet's file
-  Sheet sheet;
+  disc::Sheet sheet;
   std::vector<ImageFile> images;                  ///< one for each FILE
   std::vector<std::optional<AudioMap>> audio;     ///< one for each FILE; none: not looked into
   std::vector<std::optional<TrackPlace>> places;  ///< one for each track; none: no INDEX 01
@@ -35,15 +35,15 @@ struct Disc {
 
 /// The images that `sheet` names, opened beside it, and the tracks laid out on them. `name`: the
 /// sheet's own file.
-Disc openDisc(Sheet sheet, const std::filesystem::path& name);
+Disc openDisc(disc::Sheet sheet, const std::filesystem::path& name);
 
 /// For each FILE of `sheet`: does an index stand in it?
-std::vector<bool> filesInUse(const Sheet& sheet);
+std::vector<bool> filesInUse(const disc::Sheet& sheet);
 
 /// Does the sheet look like one whose times were truncated to milliseconds and then to sectors?
 /// Such a time can lie one sector before what it means: n/75 s becomes sector n - 1 unless n is
 /// divisible by 3, and a last digit FF with FF mod 3 = 2 never comes out for a sector boundary.
 /// Told by the shape: one BINARY file, CRLF, quoted codes, no such FF.
-bool timesLookTruncated(const Sheet& sheet);
+bool timesLookTruncated(const disc::Sheet& sheet);
 
 }  // namespace velmor::check

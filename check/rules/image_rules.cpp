@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <array>
 
-#include "check/image/disc_units.h"
 #include "check/rules/rules.h"
+#include "disc/sheet/sheet.h"
+#include "disc/text/phrases.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::check {
 
@@ -11,14 +13,15 @@ namespace {
 constexpr std::array<std::string_view, 5> kTypes = {"BINARY", "MOTOROLA", "WAVE", "AIFF", "MP3"};
 
 std::string shown(const ImageFile& image) {
-  return "'" + image.path().filename().string().substr(0, 200) + "'";
+  return disc::inQuotes(image.path().filename().string().substr(0, 200));
 }
 
-void checkFile(const File& file, const ImageFile& image, Findings& findings) {
+void checkFile(const disc::File& file, const ImageFile& image, Findings& findings) {
   const Place place{file.name.line, 0};
   if (std::find(kTypes.begin(), kTypes.end(), file.type) == kTypes.end())
     findings.add(
-        Severity::kError, "file-type", place, "FILE has the type '" + file.type.substr(0, 40) + "'",
+        Severity::kError, "file-type", place,
+        "FILE has the type " + disc::inQuotes(file.type.substr(0, 40)),
         "It is one of BINARY, MOTOROLA, WAVE, AIFF, MP3: decode other audio to one of them.",
         kSheetRules);
   if (file.name.bytes.find('"') != std::string::npos)
@@ -45,12 +48,12 @@ void checkFile(const File& file, const ImageFile& image, Findings& findings) {
   if (image.dataBytes() == 0)
     findings.add(Severity::kError, "image-empty", place, shown(image) + " holds no samples",
                  "Render it again; the render may have been broken off.");
-  if (image.dataBytes() % kSectorBytes != 0)
-    findings.add(Severity::kWarning, "image-not-whole-sectors", place,
-                 shown(image) + " has " + std::to_string(image.dataBytes() % kSectorBytes) +
-                     " bytes beyond its last whole sector of 2352",
-                 "Pad it with zeros to a whole sector, or render it again.",
-                 "Red Book (IEC 60908)");
+  if (image.dataBytes() % disc::kBytesPerSector != 0)
+    findings.add(
+        Severity::kWarning, "image-not-whole-sectors", place,
+        shown(image) + " has " + std::to_string(image.dataBytes() % disc::kBytesPerSector) +
+            " bytes beyond its last whole sector of 2352",
+        "Pad it with zeros to a whole sector, or render it again.", "Red Book (IEC 60908)");
   if (file.type == "MOTOROLA")
     findings.add(Severity::kNote, "byte-order", place,
                  "MOTOROLA says that the samples are big-endian; most images are little-endian",
@@ -62,9 +65,9 @@ void checkFile(const File& file, const ImageFile& image, Findings& findings) {
 
 void checkPastEnd(const Disc& disc, Findings& findings) {
   int number = 0;
-  for (const Track& t : disc.sheet.tracks) {
+  for (const disc::Track& t : disc.sheet.tracks) {
     ++number;
-    for (const Index& i : t.indices) {
+    for (const disc::Index& i : t.indices) {
       if (i.file >= disc.images.size() || !i.time.readable()) continue;
       const ImageFile& image = disc.images[i.file];
       if (!image.readable() || i.time.sectors() < image.sectors()) continue;
@@ -78,7 +81,7 @@ void checkPastEnd(const Disc& disc, Findings& findings) {
   }
 }
 
-void checkUse(const Sheet& sheet, Findings& findings) {
+void checkUse(const disc::Sheet& sheet, Findings& findings) {
   const std::vector<bool> used = filesInUse(sheet);
   for (size_t f = 0; f < used.size() && !sheet.tracks.empty(); ++f)
     if (!used[f])
@@ -94,9 +97,10 @@ void checkName(const Disc& disc, Findings& findings) {
   const auto folder = disc.name.parent_path().lexically_normal();
   const bool beside = image.path().lexically_normal().parent_path() == folder;
   if (!image.exists() || (beside && image.path().filename() == stem + ".bin")) return;
-  findings.addForReaders("image-named-otherwise", {disc.sheet.files[0].name.line, 0},
-                         "the image is not '" + stem.substr(0, 200) + ".bin' beside the sheet",
-                         "Give sheet and image one name in one folder.");
+  findings.addForReaders(
+      "image-named-otherwise", {disc.sheet.files[0].name.line, 0},
+      "the image is not " + disc::inQuotes(stem.substr(0, 200) + ".bin") + " beside the sheet",
+      "Give sheet and image one name in one folder.");
 }
 
 }  // namespace

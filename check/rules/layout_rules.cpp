@@ -1,7 +1,9 @@
 #include <algorithm>
 
-#include "check/image/disc_units.h"
 #include "check/rules/rules.h"
+#include "disc/sheet/sheet.h"
+#include "disc/units/disc_limits.h"
+#include "disc/units/disc_time.h"
 
 namespace velmor::check {
 
@@ -10,42 +12,40 @@ namespace {
 constexpr std::string_view kRedBook = "Red Book (IEC 60908)";
 constexpr std::string_view kAtip = "Orange Book (ATIP)";
 
-constexpr int64_t k74Minutes = 333'000;    ///< sectors
-constexpr int64_t k79Minutes57 = 359'775;  ///< sectors
-constexpr int64_t kLastLba = 398'099;      ///< of the last sector
-
-void checkNumber(const Track& t, Place place, int expected, size_t tracks, Findings& findings) {
+void checkNumber(const disc::Track& t, Place place, int expected, size_t tracks,
+                 Findings& findings) {
   if (t.number >= 0 && t.number != expected)
     findings.add(
         Severity::kError, "track-number", place,
         "TRACK " + std::to_string(t.number) + " where " + std::to_string(expected) + " is expected",
         "Number the tracks without gaps.", kRedBook);
-  else if (t.number > 99 && tracks <= 99)
+  else if (t.number > disc::kMostTracks && tracks <= disc::kMostTracks)
     findings.add(Severity::kError, "track-number", place,
                  "TRACK " + std::to_string(t.number) + "; the last number that a disc has is 99",
                  "Begin with a lower number.", kRedBook);
 }
 
-void checkNumbers(const Sheet& sheet, Findings& findings) {
+void checkNumbers(const disc::Sheet& sheet, Findings& findings) {
   if (sheet.tracks.empty()) {
     findings.add(Severity::kError, "no-tracks", {}, "the sheet has no TRACK",
                  "Check that this is a cue sheet, and that its render was finished.", kRedBook);
     return;
   }
-  if (sheet.tracks.size() > 99)
-    findings.add(Severity::kError, "too-many-tracks", {sheet.tracks[99].line, 100},
+  if (sheet.tracks.size() > disc::kMostTracks)
+    findings.add(Severity::kError, "too-many-tracks",
+                 {sheet.tracks[disc::kMostTracks].line, disc::kMostTracks + 1},
                  "the sheet has " + std::to_string(sheet.tracks.size()) + " tracks; a disc has 99",
                  "Join tracks, or make two discs.", kRedBook);
   int expected = std::max(sheet.tracks.front().number, 1);
   int counted = 0;
-  for (const Track& t : sheet.tracks) {
+  for (const disc::Track& t : sheet.tracks) {
     checkNumber(t, {t.line, ++counted}, expected, sheet.tracks.size(), findings);
     expected = (t.number < 0 ? expected : t.number) + 1;
   }
 }
 
 /// `what` begins the sentence about a time that no disc has room for.
-void checkTime(const Msf& time, const std::string& what, Place place, Findings& findings) {
+void checkTime(const disc::Msf& time, const std::string& what, Place place, Findings& findings) {
   if (!time.readable()) return;
   if (!time.inRange())
     findings.add(Severity::kError, "time-out-of-range", place,
@@ -57,17 +57,17 @@ void checkTime(const Msf& time, const std::string& what, Place place, Findings& 
                  kRedBook);
 }
 
-void checkIndices(const Track& t, int track, Findings& findings) {
+void checkIndices(const disc::Track& t, int track, Findings& findings) {
   if (t.pregap) checkTime(*t.pregap, "PREGAP lasts", {t.line, track}, findings);
-  for (const Index& i : t.indices)
+  for (const disc::Index& i : t.indices)
     checkTime(i.time, "the index lies at", {i.line, track}, findings);
   if (t.postgap) checkTime(*t.postgap, "POSTGAP lasts", {t.line, track}, findings);
   if (!t.index(1))
     findings.add(Severity::kError, "no-index-01", {t.line, track}, "the track has no INDEX 01",
                  "Give the time at which it starts.", kSheetRules);
   for (size_t i = 1; i < t.indices.size(); ++i) {
-    const Index& before = t.indices[i - 1];
-    const Index& here = t.indices[i];
+    const disc::Index& before = t.indices[i - 1];
+    const disc::Index& here = t.indices[i];
     if (here.number != before.number + 1)
       findings.add(Severity::kError, "index-order", {here.line, track},
                    "INDEX " + std::to_string(here.number) + " follows INDEX " +
@@ -80,7 +80,7 @@ void checkIndices(const Track& t, int track, Findings& findings) {
                  "Begin with INDEX 00 or 01.", kSheetRules);
 }
 
-void addOrder(const Index& before, const Index& here, int track, Findings& findings) {
+void addOrder(const disc::Index& before, const disc::Index& here, int track, Findings& findings) {
   const bool empty_gap =
       before.number == 0 && here.number == 1 && before.time.sectors() == here.time.sectors();
   if (empty_gap)
@@ -94,12 +94,12 @@ void addOrder(const Index& before, const Index& here, int track, Findings& findi
                  "Indices ascend through a file: correct the time.", kSheetRules);
 }
 
-void checkOrder(const Sheet& sheet, Findings& findings) {
-  const Index* before = nullptr;
+void checkOrder(const disc::Sheet& sheet, Findings& findings) {
+  const disc::Index* before = nullptr;
   int number = 0;
-  for (const Track& t : sheet.tracks) {
+  for (const disc::Track& t : sheet.tracks) {
     ++number;
-    for (const Index& i : t.indices) {
+    for (const disc::Index& i : t.indices) {
       if (!i.time.readable()) continue;
       const bool same_file = before && before->file == i.file;
       if (same_file && i.time.sectors() <= before->time.sectors())
@@ -107,7 +107,7 @@ void checkOrder(const Sheet& sheet, Findings& findings) {
       if (!same_file && i.time.sectors() != 0)
         findings.add(i.number == 0 || before ? Severity::kError : Severity::kWarning,
                      "file-starts-late", {i.line, number},
-                     "the first index of the file is " + msfText(i.time.sectors()) +
+                     "the first index of the file is " + disc::msfText(i.time.sectors()) +
                          "; what lies before it is in no track",
                      "Begin the file at 00:00:00, with INDEX 00 where it is a lead-in.",
                      kSheetRules);
@@ -121,7 +121,7 @@ void checkLengths(const Disc& disc, Findings& findings) {
     if (!disc.places[t] || !disc.places[t]->end_known) continue;
     const TrackPlace& place = *disc.places[t];
     const int64_t length = place.own_end - place.start;
-    if (length > 0 && length < kShortestTrack)
+    if (length > 0 && length < disc::kShortestTrackSectors)
       findings.add(Severity::kError, "track-under-4-s",
                    {disc.sheet.tracks[t].line, static_cast<int>(t) + 1},
                    "the track lasts " + std::to_string(length) + " sectors; 300 (4 s) is the least",
@@ -132,27 +132,27 @@ void checkLengths(const Disc& disc, Findings& findings) {
 void checkDiscLength(const Disc& disc, Findings& findings) {
   if (!disc.length_known || disc.length == 0) return;
   const std::string length =
-      msfText(disc.length) + " (" + std::to_string(disc.length) + " sectors)";
-  if (disc.length - 1 > kLastLba)
+      disc::msfText(disc.length) + " (" + std::to_string(disc.length) + " sectors)";
+  if (disc.length - 1 > disc::kLastSector)
     findings.add(Severity::kError, "disc-too-long", {},
                  "the disc lasts " + length + "; its last sector may be " +
-                     std::to_string(kLastLba) + " at most",
+                     std::to_string(disc::kLastSector) + " at most",
                  "Make two discs.", kAtip);
-  else if (disc.length > k79Minutes57)
+  else if (disc.length > disc::kSectorsOf79Minutes57)
     findings.add(Severity::kWarning, "over-79-57", {},
                  "the disc lasts " + length + ", more than the 79:57 of a long blank",
                  "Ask the plant, or shorten it.", kAtip);
-  else if (disc.length > k74Minutes)
+  else if (disc.length > disc::kSectorsOf74Minutes)
     findings.add(Severity::kNote, "over-74-minutes", {},
                  "the disc lasts " + length + ", more than the 74 minutes of a standard disc",
                  "Use an 80-minute blank; ask the plant.", kAtip);
 }
 
-void checkLeadIns(const Sheet& sheet, Findings& findings) {
+void checkLeadIns(const disc::Sheet& sheet, Findings& findings) {
   int number = 0;
-  for (const Track& t : sheet.tracks) {
+  for (const disc::Track& t : sheet.tracks) {
     ++number;
-    const Index* gap = t.index(0);
+    const disc::Index* gap = t.index(0);
     if (!gap) continue;
     if (number == 1) {
       findings.add(Severity::kNote, "lead-in-on-top", {gap->line, 1},
@@ -172,7 +172,7 @@ void checkLeadIns(const Sheet& sheet, Findings& findings) {
 void checkLayout(const Disc& disc, Findings& findings) {
   checkNumbers(disc.sheet, findings);
   int number = 0;
-  for (const Track& t : disc.sheet.tracks) checkIndices(t, ++number, findings);
+  for (const disc::Track& t : disc.sheet.tracks) checkIndices(t, ++number, findings);
   checkOrder(disc.sheet, findings);
   checkLengths(disc, findings);
   checkDiscLength(disc, findings);

@@ -1,24 +1,27 @@
 #include "check/rules/rules.h"
+#include "disc/sheet/sheet.h"
+#include "disc/text/phrases.h"
 
 namespace velmor::check {
 
 namespace {
 
-void addProblem(const SyntaxProblem& p, Findings& findings) {
+void addProblem(const disc::SyntaxProblem& p, Findings& findings) {
   const Place place{p.line, p.track};
   switch (p.kind) {
-    case SyntaxKind::kUnknownCommand:
-      findings.add(Severity::kWarning, "unknown-command", place,
-                   "'" + p.what + "' is no command of a cue sheet; the line is passed over",
-                   "Remove the line, or put REM before it.", kSheetRules);
+    case disc::SyntaxKind::kUnknownCommand:
+      findings.add(
+          Severity::kWarning, "unknown-command", place,
+          disc::inQuotes(p.what) + " is no command of a cue sheet; the line is passed over",
+          "Remove the line, or put REM before it.", kSheetRules);
       return;
-    case SyntaxKind::kMisplaced:
+    case disc::SyntaxKind::kMisplaced:
       findings.add(Severity::kError, "misplaced-command", place,
                    p.what + "; there is nothing it could belong to",
                    "Order the sheet as FILE, then TRACK, then the lines of the track.",
                    kSheetRules);
       return;
-    case SyntaxKind::kRepeated:
+    case disc::SyntaxKind::kRepeated:
       if (p.what == "ISRC") {
         findings.add(Severity::kError, "repeated-isrc", place, "the track has a second ISRC",
                      "A recording has one code: keep the right one.", "ISO 3901");
@@ -30,27 +33,27 @@ void addProblem(const SyntaxProblem& p, Findings& findings) {
                        "one counts",
                    "Keep one of them.");
       return;
-    case SyntaxKind::kBadNumber:
+    case disc::SyntaxKind::kBadNumber:
       findings.add(Severity::kError, "bad-number", place,
                    p.what + " has a number or a time that is none",
                    "Write tracks and indices as two digits, times as MM:SS:FF.", kSheetRules);
       return;
-    case SyntaxKind::kLineBreak:
+    case disc::SyntaxKind::kLineBreak:
       findings.add(Severity::kError, "line-break-in-value", place,
                    "the value goes on in the next line", "Put the whole value on one line.",
                    kSheetRules);
       return;
-    case SyntaxKind::kUnclosed:
+    case disc::SyntaxKind::kUnclosed:
       findings.add(Severity::kError, "quote-not-closed", place,
                    "the value begins with a quote and has none at its end", "Close the quote.",
                    kSheetRules);
       return;
-    case SyntaxKind::kCutLine:
+    case disc::SyntaxKind::kCutLine:
       findings.add(Severity::kError, "line-cut", place,
                    "the line was cut at 4095 bytes and the next command follows on it",
                    "Shorten the text and write the sheet anew.", kSheetRules);
       return;
-    case SyntaxKind::kTextAfterValue:
+    case disc::SyntaxKind::kTextAfterValue:
       findings.add(Severity::kWarning, "text-after-value", place,
                    "more text stands behind the value of " + p.what, "Remove it.");
       return;
@@ -58,7 +61,7 @@ void addProblem(const SyntaxProblem& p, Findings& findings) {
 }
 
 /// Two of three readers know no line that ends in a carriage return alone: they find one line.
-void checkLineEnds(const Sheet& sheet, Findings& findings) {
+void checkLineEnds(const disc::Sheet& sheet, Findings& findings) {
   const std::string count = std::to_string(sheet.ends.cr);
   if (sheet.ends.cr > 0 && sheet.ends.lf + sheet.ends.crlf == 0)
     findings.add(Severity::kError, "carriage-return-alone", {},
@@ -74,7 +77,7 @@ void checkLineEnds(const Sheet& sheet, Findings& findings) {
                            "End it as the others end.");
 }
 
-void checkCapitals(const Sheet& sheet, Findings& findings) {
+void checkCapitals(const disc::Sheet& sheet, Findings& findings) {
   if (sheet.lower_case_command > 0)
     findings.addForReaders("lower-case-command", {sheet.lower_case_command, 0},
                            "a command stands in small letters", "Write commands in capitals.");
@@ -86,7 +89,7 @@ void checkCapitals(const Sheet& sheet, Findings& findings) {
 }  // namespace
 
 void checkSyntax(const Disc& disc, Findings& findings) {
-  const Sheet& sheet = disc.sheet;
+  const disc::Sheet& sheet = disc.sheet;
   if (sheet.binary_bytes)
     findings.add(Severity::kError, "not-a-text", {1, 0},
                  "the sheet holds zero bytes: it is UTF-16, or no text at all",
@@ -100,7 +103,7 @@ void checkSyntax(const Disc& disc, Findings& findings) {
     findings.add(Severity::kNote, "cd-text-file", {sheet.cd_text_file->line, 0},
                  "CDTEXTFILE is named; only burning programs read it, and it is not checked here",
                  "Hand that file over too.");
-  for (const SyntaxProblem& p : sheet.problems) addProblem(p, findings);
+  for (const disc::SyntaxProblem& p : sheet.problems) addProblem(p, findings);
   if (sheet.problems_left_out > 0)
     findings.add(Severity::kError, "more-problems", {},
                  std::to_string(sheet.problems_left_out) + " more lines could not be read",

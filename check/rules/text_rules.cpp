@@ -1,34 +1,34 @@
 #include <algorithm>
 #include <functional>
 
-#include "check/rules/encoding.h"
 #include "check/rules/rules.h"
+#include "disc/cd_text/text_packs.h"
+#include "disc/sheet/sheet.h"
+#include "disc/text/encoding.h"
 
 namespace velmor::check {
 
 namespace {
 
 constexpr std::string_view kCdText = "MMC-3 annex J (CD-TEXT)";
-constexpr size_t kMostCharacters = 80;
-constexpr size_t kMostPacks = 253;
-constexpr size_t kPackBytes = 12;
 
-using FieldOf = std::optional<Text> Fields::*;
+using FieldOf = std::optional<disc::Text> disc::Fields::*;
 struct NamedField {
   std::string_view name;
   FieldOf field;
 };
-constexpr NamedField kFields[] = {{"TITLE", &Fields::title},
-                                  {"PERFORMER", &Fields::performer},
-                                  {"SONGWRITER", &Fields::songwriter}};
+constexpr NamedField kFields[] = {{"TITLE", &disc::Fields::title},
+                                  {"PERFORMER", &disc::Fields::performer},
+                                  {"SONGWRITER", &disc::Fields::songwriter}};
 
-void checkEncoding(const Text& text, const std::string& name, Place place, Findings& findings) {
-  switch (encodingOf(text.bytes)) {
-    case Encoding::kUtf8:
+void checkEncoding(const disc::Text& text, const std::string& name, Place place,
+                   Findings& findings) {
+  switch (disc::encodingOf(text.bytes)) {
+    case disc::Encoding::kUtf8:
       findings.addForReaders("utf8-text", place, name + " is UTF-8 beyond ASCII",
                              "Spell it in ASCII for everybody (--portable does).");
       return;
-    case Encoding::kLatin1:
+    case disc::Encoding::kLatin1:
       findings.addForReaders("latin1-text", place,
                              name + " has letters in an 8-bit encoding such as ISO 8859-1",
                              "Spell it in ASCII for everybody (--portable does).");
@@ -38,7 +38,7 @@ void checkEncoding(const Text& text, const std::string& name, Place place, Findi
   }
 }
 
-void checkText(const Text& text, std::string_view field, int track, Findings& findings) {
+void checkText(const disc::Text& text, std::string_view field, int track, Findings& findings) {
   const std::string name(field);
   const Place place{text.line, track};
   const std::string& b = text.bytes;
@@ -56,9 +56,9 @@ void checkText(const Text& text, std::string_view field, int track, Findings& fi
                                " ends in a backslash, which some readers take together with the "
                                "closing quote",
                            "Remove the backslash.");
-  if (characters(b) > kMostCharacters)
+  if (disc::countCharacters(b) > disc::kMostCharacters)
     findings.addForReaders("text-too-long", place,
-                           name + " has " + std::to_string(characters(b)) +
+                           name + " has " + std::to_string(disc::countCharacters(b)) +
                                " characters; some readers take 80 at most",
                            "Shorten it to 80.");
   const auto control = [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; };
@@ -69,8 +69,8 @@ void checkText(const Text& text, std::string_view field, int track, Findings& fi
 }
 
 /// A field that one track has and others have not: the packs of a field come for all or for none.
-void checkComplete(const Sheet& sheet, const NamedField& named, Findings& findings) {
-  const auto has = [&](const Track& t) {
+void checkComplete(const disc::Sheet& sheet, const NamedField& named, Findings& findings) {
+  const auto has = [&](const disc::Track& t) {
     const auto& value = t.fields.*named.field;
     return value && !value->bytes.empty();
   };
@@ -86,50 +86,52 @@ void checkComplete(const Sheet& sheet, const NamedField& named, Findings& findin
 }
 
 /// CD-TEXT packs of one field: each text ends in a zero, and the texts follow each other.
-size_t packs(const Sheet& sheet, FieldOf field) {
+size_t packs(const disc::Sheet& sheet, FieldOf field) {
   size_t bytes = 0;
   bool any = false;
-  const auto count = [&](const Fields& fields) {
+  const auto count = [&](const disc::Fields& fields) {
     const auto& value = fields.*field;
     any = any || (value && !value->bytes.empty());
-    bytes += (value ? characters(value->bytes) : 0) + 1;
+    bytes += (value ? disc::countCharacters(value->bytes) : 0) + 1;
   };
   count(sheet.fields);
-  for (const Track& t : sheet.tracks) count(t.fields);
-  return any ? (bytes + kPackBytes - 1) / kPackBytes : 0;
+  for (const disc::Track& t : sheet.tracks) count(t.fields);
+  return any ? disc::packsOfBytes(bytes) : 0;
 }
 
-void checkRoom(const Sheet& sheet, Findings& findings) {
-  constexpr size_t kSizePacks = 3;
-  size_t all = kSizePacks;
+void checkRoom(const disc::Sheet& sheet, Findings& findings) {
+  size_t all = disc::kSizePacks;
   for (const NamedField& named : kFields) all += packs(sheet, named.field);
-  const bool codes = sheet.catalog || std::any_of(sheet.tracks.begin(), sheet.tracks.end(),
-                                                  [](const Track& t) { return bool(t.isrc); });
-  if (codes) all += (14 + 13 * sheet.tracks.size() + kPackBytes - 1) / kPackBytes;
-  if (all > kMostPacks)
+  const bool codes =
+      sheet.catalog || std::any_of(sheet.tracks.begin(), sheet.tracks.end(),
+                                   [](const disc::Track& t) { return bool(t.isrc); });
+  if (codes) all += disc::packsOfBytes(14 + 13 * sheet.tracks.size());
+  if (all > disc::kMostTextPacks)
     findings.add(Severity::kWarning, "cd-text-full", {},
                  "the texts need " + std::to_string(all) + " CD-TEXT packs; a block holds " +
-                     std::to_string(kMostPacks),
+                     std::to_string(disc::kMostTextPacks),
                  "Shorten titles and names by about " +
-                     std::to_string((all - kMostPacks) * kPackBytes) + " characters in all.",
+                     std::to_string((all - disc::kMostTextPacks) * disc::kTextPackBytes) +
+                     " characters in all.",
                  kCdText);
 }
 
 }  // namespace
 
 void checkTexts(const Disc& disc, Findings& findings) {
-  const Sheet& sheet = disc.sheet;
+  const disc::Sheet& sheet = disc.sheet;
   for (const NamedField& named : kFields) {
     if (const auto& value = sheet.fields.*named.field) checkText(*value, named.name, 0, findings);
     int number = 0;
-    for (const Track& t : sheet.tracks) {
+    for (const disc::Track& t : sheet.tracks) {
       ++number;
       if (const auto& value = t.fields.*named.field)
         checkText(*value, named.name, number, findings);
     }
     checkComplete(sheet, named, findings);
   }
-  for (const Text& remark : sheet.remarks) checkEncoding(remark, "REM", {remark.line, 0}, findings);
+  for (const disc::Text& remark : sheet.remarks)
+    checkEncoding(remark, "REM", {remark.line, 0}, findings);
   checkRoom(sheet, findings);
 }
 

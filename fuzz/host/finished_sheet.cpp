@@ -2,9 +2,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "disc/sheet/sheet_parser.h"
+#include "disc/sheet/sheet_texts.h"
 #include "fuzz/kit/fuzz_target.h"
 #include "fuzz/kit/scratch_folder.h"
-#include "host/recording/texts/sheet_texts.h"
 #include "host/render/output/cue_text.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -16,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   const auto seen = velmor::render::readCueText(kPath);
   fuzz::require(!seen.complete || !seen.tracks.empty(), "a complete sheet has a track");
-  const auto recorded = velmor::recording::parseSheetTexts(fuzz::textOf(data, size));
+  const auto recorded = velmor::disc::textsOf(velmor::disc::parseSheet(fuzz::textOf(data, size)));
   fuzz::require(recorded.tracks.size() >= seen.tracks.size(),
                 "the recorder finds every track that the render wrote");
   return 0;

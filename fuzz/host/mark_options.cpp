@@ -1,7 +1,8 @@
 // What people type: each line as a time, a --marker, a --region, an ISRC and a catalogue number.
 #include <cmath>
 
-#include "disc/codes.h"
+#include "disc/codes/catalogue_number.h"
+#include "disc/codes/isrc.h"
 #include "disc/failure.h"
 #include "fuzz/kit/fuzz_target.h"
 #include "fuzz/kit/line_of_text.h"
@@ -42,12 +43,12 @@ void parse(const Parse& wanted) {
 }
 
 void takeCodes(std::string_view line) {
-  const auto isrc = velmor::render::normalisedIsrc(line);
+  const auto isrc = velmor::disc::normalisedIsrc(line);
   if (isrc) {
     fuzz::require(isrc->size() == 12, "an ISRC has 12 characters");
-    fuzz::require(velmor::render::normalisedIsrc(*isrc) == isrc, "a normal ISRC stays as it is");
+    fuzz::require(velmor::disc::normalisedIsrc(*isrc) == isrc, "a normal ISRC stays as it is");
   }
-  velmor::render::catalogueFault(line);
+  velmor::disc::catalogueFault(line);
 }
 
 }  // namespace

@@ -3,14 +3,15 @@
 
 #include <string_view>
 
+#include "disc/text/line_of_text.h"
+#include "disc/text/utf8.h"
 #include "fuzz/kit/fuzz_target.h"
-#include "host/render/input/text_encoding.h"
 
 namespace fuzz {
 
 inline void requireLineOfText(std::string_view name) {
-  require(velmor::render::isUtf8(name), "a name is UTF-8");
-  require(!velmor::render::hasControlCharacters(name), "a name is one line");
+  require(velmor::disc::isUtf8(name), "a name is UTF-8");
+  require(!velmor::disc::hasControlCharacters(name), "a name is one line");
 }
 
 }  // namespace fuzz

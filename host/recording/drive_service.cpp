@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "disc/failure.h"
 #include "host/recording/burn/burn_run.h"
 #include "host/recording/burn/medium_words.h"
 #include "host/recording/libburn/device_access.h"
@@ -104,10 +105,10 @@ bool DriveService::AcquireExclusiveAccess(void* device) {
     fail("The drive " + nameOf(*m_held) + " is still in use.");
     return false;
   }
-  std::string why;
-  m_recorder = m_bus->grab(drive->address, true, why);
-  if (m_recorder == nullptr) {
-    fail(why);
+  try {
+    m_recorder = m_bus->grab(drive->address, true);
+  } catch (const Failure& refusal) {
+    fail(refusal.what());
     return false;
   }
   m_held = drive;
@@ -161,12 +162,14 @@ std::vector<Drive> DriveService::drives() {
 
 std::string DriveService::describeDisc(const Drive& drive) {
   if (m_recorder != nullptr) return "in use for a burn";
-  std::string why;
-  const std::unique_ptr<Recorder> recorder = m_bus->grab(drive.address, false, why);
-  if (recorder == nullptr) return why;
-  std::string words = describeMedium(recorder->medium());
-  recorder->release(false);
-  return words;
+  try {
+    const std::unique_ptr<Recorder> recorder = m_bus->grab(drive.address, false);
+    std::string words = describeMedium(recorder->medium());
+    recorder->release(false);
+    return words;
+  } catch (const Failure& refusal) {
+    return refusal.what();
+  }
 }
 
 }  // namespace velmor::recording

@@ -9,7 +9,6 @@ using velmor::recording::Options;
 using velmor::recording::Service;
 
 extern "C" __attribute__((visibility("default"))) Service* velmorOpenRecording(
-    const Options& options, std::string& why) {
-  auto bus = openLibburn(why);
-  return bus != nullptr ? new DriveService(std::move(bus), options) : nullptr;
+    const Options& options) {
+  return new DriveService(openLibburn(), options);
 }

@@ -99,9 +99,9 @@ class Service : public DiscRecordingService {
   ~Service() = default;
 };
 
-/// The library's one symbol. Returns null when libburn cannot be used; `why` then has a sentence.
-/// One service at a time.
-using OpenRecordingFn = Service* (*)(const Options& options, std::string& why);
+/// The library's one symbol. Never null; throws `Failure` (disc/failure.h) when libburn cannot be
+/// used. One service at a time.
+using OpenRecordingFn = Service* (*)(const Options& options);
 inline constexpr const char* kOpenRecordingSymbol = "velmorOpenRecording";
 inline constexpr const char* kRecordingLibrary = "velmor_recording.so";
 

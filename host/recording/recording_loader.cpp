@@ -4,22 +4,21 @@
 
 namespace velmor::recording {
 
-Service* loadRecording(const std::string& path, const Options& options, std::string& why) {
+Service* loadRecording(const std::string& path, const Options& options) {
   // Never unloaded: a worker thread of libburn may still be on its way out when a burn is over.
   void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   if (library == nullptr) {
     const char* reason = dlerror();
-    why = "The recording library cannot be loaded (" +
-          std::string(reason != nullptr ? reason : path) +
-          "). It comes with the program and needs the package libburn4.";
-    return nullptr;
+    throw Failure("The recording library cannot be loaded (" +
+                  std::string(reason != nullptr ? reason : path) +
+                  "). It comes with the program and needs the package libburn4.");
   }
   const auto open = reinterpret_cast<OpenRecordingFn>(dlsym(library, kOpenRecordingSymbol));
   if (open == nullptr) {
-    why = path + " is not the recording library of this program. Install both from one build.";
-    return nullptr;
+    throw Failure(path +
+                  " is not the recording library of this program. Install both from one build.");
   }
-  return open(options, why);
+  return open(options);
 }
 
 }  // namespace velmor::recording

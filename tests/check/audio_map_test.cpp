@@ -8,7 +8,7 @@
 #include <random>
 #include <tuple>
 
-#include "check/image/disc_units.h"
+#include "disc/units/disc_units.h"
 #include "tests/check/test_images.h"
 
 namespace velmor::check::test {
@@ -40,7 +40,7 @@ std::vector<Run> scannedRuns(const AudioMap& map) {
 
 /// Quiet samples with stretches at full scale, most of them short, some longer than a sector.
 std::vector<int16_t> clippedSamples(std::mt19937& random, size_t sectors) {
-  std::vector<int16_t> samples(sectors * kSectorFrames * 2, int16_t{7});
+  std::vector<int16_t> samples(sectors * disc::kFramesPerSector * 2, int16_t{7});
   for (size_t stretch = sectors * 2; stretch > 0; --stretch) {
     const size_t length = random() % 40 == 0 ? random() % 1500 : random() % 6;
     const int16_t level = random() % 2 == 0 ? INT16_MAX : INT16_MIN;
@@ -68,8 +68,9 @@ TEST(AudioMap, FindsEveryClippedRunThatAPlainLoopFinds) {
 
 TEST(AudioMap, CallsASectorSilentOnlyWhenEverySampleIsZero) {
   TemporaryFolder folder;
-  std::string bytes(50 * kSectorBytes, '\0');
-  for (size_t s = 1; s < 50; s += 2) bytes[s * kSectorBytes + s * 47] = static_cast<char>(s);
+  std::string bytes(50 * disc::kBytesPerSector, '\0');
+  for (size_t s = 1; s < 50; s += 2)
+    bytes[s * disc::kBytesPerSector + s * 47] = static_cast<char>(s);
   bytes += std::string(400, '\0');  // a last sector that is not whole
   writeFile(folder / "image.bin", bytes);
   const AudioMap map = AudioMap::scan(ImageFile(folder / "image.bin", "BINARY"), {});

@@ -6,9 +6,10 @@
 #include <sstream>
 
 #include "check/check.h"
-#include "check/portable/portable_disc.h"
+#include "check/portable/make_portable.h"
 #include "check/report/report_text.h"
 #include "disc/failure.h"
+#include "disc/portable/portable_cue.h"
 #include "tests/check/test_images.h"
 
 namespace velmor::check::test {

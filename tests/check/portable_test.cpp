@@ -11,10 +11,12 @@
 #include <sstream>
 
 #include "check/check.h"
-#include "check/portable/plain_text.h"
-#include "check/portable/portable_disc.h"
-#include "check/portable/whole_file.h"
+#include "check/portable/make_portable.h"
+#include "check/portable/refuse_target.h"
 #include "disc/failure.h"
+#include "disc/portable/portable_cue.h"
+#include "disc/portable/portable_disc.h"
+#include "disc/portable/portable_toc.h"
 #include "tests/check/bad_cases.h"
 #include "tests/check/process.h"
 #include "tests/check/test_images.h"
@@ -138,9 +140,9 @@ TEST(PortableSheet, OfARenderWithLeadInsNamesTheSectorsWhereTheTitlesTrulyStart)
   });
 }
 
-std::vector<int64_t> startsOf(const PortableDisc& disc) {
+std::vector<int64_t> startsOf(const disc::PortableDisc& disc) {
   std::vector<int64_t> starts;
-  for (const PlainTrack& t : disc.tracks) starts.push_back(t.indices.back().sector);
+  for (const disc::PlainTrack& t : disc.tracks) starts.push_back(t.indices.back().sector);
   return starts;
 }
 
@@ -171,7 +173,7 @@ TEST(PortableSheet, TakesTheStartsThatTheRenderKnows) {
   TemporaryFolder folder;
   LeadInAlbum::write(folder.path());
   const Report report = check(folder / "image.cue", {});
-  const PortableDisc disc =
+  const disc::PortableDisc disc =
       makePortable(report, folder / "p.cue", {150 * 588, 800 * 588, 1301 * 588 + 587});
   EXPECT_EQ(startsOf(disc), (std::vector<int64_t>{150, 800, 1301}));
 }
@@ -194,17 +196,17 @@ TEST(PortableSheet, SaysEverythingThatItChanged) {
   TemporaryFolder folder;
   LeadInAlbum::write(folder.path());
   const Report report = check(folder / "image.cue", {});
-  const PortableDisc disc = makePortable(report, folder / "other.cue");
+  const disc::PortableDisc disc = makePortable(report, folder / "other.cue");
   EXPECT_THAT(
       disc.changes,
       testing::UnorderedElementsAre(
-          "CATALOG is written without quotes.", "Disc: TITLE is written as 'Nachte'.",
-          "Disc: PERFORMER is written as 'The 'L''.", "Track 2: ISRC is written without quotes.",
+          "CATALOG is written without quotes.", "Disc: TITLE is written as \"Nachte\".",
+          "Disc: PERFORMER is written as \"The 'L'\".", "Track 2: ISRC is written without quotes.",
           testing::StartsWith("Track 2: INDEX 01 00:10:49 is written as 00:10:50:"),
           testing::StartsWith("Track 3: INDEX 01 00:17:25 is written as 00:17:26:"),
-          testing::StartsWith("Track 3: TITLE 'Track 3' is added"),
-          testing::StartsWith("Track 2: PERFORMER 'The 'L'' is added"),
-          testing::StartsWith("Track 3: PERFORMER 'The 'L'' is added"),
+          testing::StartsWith("Track 3: TITLE \"Track 3\" is added"),
+          testing::StartsWith("Track 2: PERFORMER \"The 'L'\" is added"),
+          testing::StartsWith("Track 3: PERFORMER \"The 'L'\" is added"),
           testing::StartsWith("For libcdio (cd-info) rename")));
 }
 
@@ -264,7 +266,7 @@ TEST_F(TocNames, AreSaidSoThatCdrdaoFindsTheImage) {
 
 TEST_F(TocNames, AreRefusedWhereCdrdaoWouldPlayTheHeaderAsSound) {
   EXPECT_THROW(tocOf("wave.dat", "WAVE"), Failure);
-  PortableDisc disc;
+  disc::PortableDisc disc;
   disc.files = {{"a.aiff", "AIFF"}};
   disc.tracks.emplace_back().mode = "AUDIO";
   disc.tracks.back().indices.push_back({1, 0, 0});
@@ -278,7 +280,8 @@ TEST(PortableSheet, TellsOfAUpcWhoseCheckDigitIsWrong) {
     writeFile(folder / "image.cue", "CATALOG " + catalog +
                                         "\nFILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n"
                                         "INDEX 01 00:00:00\n");
-    const PortableDisc disc = makePortable(check(folder / "image.cue", {}), folder / "image.cue");
+    const disc::PortableDisc disc =
+        makePortable(check(folder / "image.cue", {}), folder / "image.cue");
     EXPECT_EQ(disc.catalog, '0' + catalog);
     return disc.changes;
   };
@@ -293,58 +296,22 @@ TEST(PortableSheet, LeavesOutFlagsThatAreNone) {
   TestImage(1500).write(folder / "image.bin");
   writeFile(folder / "image.cue",
             "FILE \"image.bin\" BINARY\nTRACK 01 AUDIO\nFLAGS dcp LOUD pre\nINDEX 01 00:00:00\n");
-  const PortableDisc disc = makePortable(check(folder / "image.cue", {}), folder / "image.cue");
+  const disc::PortableDisc disc =
+      makePortable(check(folder / "image.cue", {}), folder / "image.cue");
   EXPECT_EQ(disc.tracks.at(0).flags, "DCP PRE");
-  EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("FLAGS 'LOUD' is left out")));
+  EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("FLAGS \"LOUD\" is left out")));
 }
 
-struct Spelling {
-  const char* from;
-  const char* to;
-};
-
-class PlainTextTest : public testing::TestWithParam<Spelling> {};
-
-TEST_P(PlainTextTest, IsSpelledInAscii) {
-  EXPECT_EQ(plainText(GetParam().from).text, GetParam().to);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Text, PlainTextTest,
-    testing::Values(Spelling{"plain", "plain"}, Spelling{"", ""}, Spelling{"Caf\xC3\xA9", "Cafe"},
-                    Spelling{"Caf\xE9", "Cafe"},
-                    Spelling{"Stra\xC3\x9F"
-                             "e",
-                             "Strasse"},
-                    Spelling{"\xC5\x81\xC3\xB3"
-                             "d\xC5\xBA",
-                             "Lodz"},
-                    Spelling{"\xE2\x80\x9CHi\xE2\x80\x9D \xE2\x80\x94 no\xE2\x80\xA6",
-                             "'Hi' - no..."},
-                    Spelling{"Say \"Go\"", "Say 'Go'"}, Spelling{"a\\b", "a/b"},
-                    Spelling{"end\\", "end"}, Spelling{"e\xCC\x81", "e"},
-                    Spelling{"tab\there", "tab here"}, Spelling{"  both  ", "both"},
-                    Spelling{"\xE9\x9F\xB3", "?"}));
-
-TEST(WholeFile, ReplacesNothingUnlessForced) {
-  TemporaryFolder folder;
-  writeFile(folder / "a", "old");
-  EXPECT_THROW(refuseTarget(folder / "a", folder / "s", {}, false), Failure);
-  EXPECT_THROW(writeWhole(folder / "a", "new", false), Failure);
-  EXPECT_EQ(readFile(folder / "a"), "old");
-  refuseTarget(folder / "a", folder / "s", {}, true);
-  writeWhole(folder / "a", "new", true);
-  EXPECT_EQ(readFile(folder / "a"), "new");
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1);
-}
-
-TEST(WholeFile, NeverReplacesTheSheetOrAnImageEvenByAnotherName) {
+TEST(SecondSheet, NeverReplacesTheSheetOrAnImageEvenByAnotherName) {
   TemporaryFolder folder;
   writeFile(folder / "sheet", "s");
   writeFile(folder / "image", "i");
+  writeFile(folder / "other", "o");
   fs::create_symlink("image", folder / "link");
   EXPECT_THROW(refuseTarget(folder / "sheet", folder / "sheet", {}, true), Failure);
   EXPECT_THROW(refuseTarget(folder / "link", folder / "sheet", {folder / "image"}, true), Failure);
+  EXPECT_THROW(refuseTarget(folder / "other", folder / "sheet", {}, false), Failure);
+  EXPECT_NO_THROW(refuseTarget(folder / "other", folder / "sheet", {}, true));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "disc/version.h"
 #include "tests/check/process.h"
 #include "tests/check/test_images.h"
 
@@ -40,13 +41,18 @@ TEST_F(ProgramTest, ExitsWith0Or1Or2) {
   EXPECT_EQ(run({}).status, 2);
   EXPECT_EQ(run({"image.cue", "--wrong"}).status, 2);
   EXPECT_EQ(run({"--help"}).status, 0);
-  EXPECT_EQ(run({"--version"}).status, 0);
+}
+
+TEST_F(ProgramTest, TellsTheVersionOfTheProject) {
+  const ProcessResult told = run({"--version"});
+  EXPECT_EQ(told.status, 0);
+  EXPECT_EQ(told.out, std::string("velmor-cdcheck ") + disc::kVersion + '\n');
 }
 
 TEST_F(ProgramTest, NamesTheReadersItKnowsWhenItDoesNotKnowOne) {
   const ProcessResult result = run({"image.cue", "--for", "mpv,nero"});
   EXPECT_EQ(result.status, 2);
-  EXPECT_THAT(result.all, HasSubstr("no reader 'nero'"));
+  EXPECT_THAT(result.all, HasSubstr("no reader \"nero\""));
   EXPECT_THAT(result.all, HasSubstr("cuetools, libcue, libburn"));
 }
 
@@ -103,7 +109,7 @@ TEST_F(ProgramTest, SaysWhyNoSecondSheetCanBeMade) {
   writeFile(m_folder / "image.cue", "FILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n");
   const ProcessResult result = run({"image.cue", "--portable", "p.cue"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_THAT(result.all, HasSubstr("No second sheet can be made"));
+  EXPECT_THAT(result.all, HasSubstr("no second sheet can be made from \"image.cue\": "));
   EXPECT_FALSE(std::filesystem::exists(m_folder / "p.cue"));
 }
 
@@ -127,7 +133,7 @@ TEST_F(ProgramTest, DoesNotWaitForAPipeThatNobodyWritesTo) {
   ASSERT_EQ(::mkfifo((m_folder / "pipe.cue").c_str(), 0600), 0);
   const ProcessResult result = run({"pipe.cue"});
   EXPECT_EQ(result.status, 2);
-  EXPECT_THAT(result.all, HasSubstr("'pipe.cue' is no regular file"));
+  EXPECT_THAT(result.all, HasSubstr("\"pipe.cue\" is no regular file"));
 }
 
 TEST_F(ProgramTest, CountsWhatItLeavesOutBehindTheLinesThatItShows) {
@@ -142,7 +148,7 @@ TEST_F(ProgramTest, PrintsNoControlCharactersOfASheetWhereverItQuotesThem) {
   const std::string sheet = readFile(m_folder / "image.cue");
   writeFile(m_folder / "image.cue", sheet + "ISRC \x1B[31mX\r\n");
   const ProcessResult written = run({"image.cue", "--portable", "p.cue"});
-  EXPECT_THAT(written.out, HasSubstr("changed: Track 1: ISRC '?[31mX' is left out"));
+  EXPECT_THAT(written.out, HasSubstr("changed: Track 1: ISRC \"?[31mX\" is left out"));
   EXPECT_EQ(written.all.find('\x1B'), std::string::npos);
   writeFile(m_folder / "image.cue", sheet + "TRACK 02 \x1B[31m\r\nINDEX 01 00:08:00\r\n");
   EXPECT_EQ(run({"image.cue", "--portable", "q.cue"}).all.find('\x1B'), std::string::npos);

@@ -11,7 +11,7 @@
 #include <regex>
 #include <sstream>
 
-#include "check/rules/encoding.h"
+#include "disc/text/encoding.h"
 #include "tests/check/process.h"
 #include "tests/check/test_images.h"
 
@@ -300,7 +300,7 @@ LoadedDisc runShnsplit(const SheetOnDisk& s) {
 /// breaks as they are.
 std::vector<std::string> normal(std::vector<std::string> titles) {
   for (std::string& title : titles) {
-    if (encodingOf(title) == Encoding::kLatin1) title = fromLatin1(title);
+    if (disc::encodingOf(title) == disc::Encoding::kLatin1) title = fromLatin1(title);
     std::erase(title, '\r');
     std::replace(title.begin(), title.end(), '\n', ' ');
   }

@@ -7,7 +7,6 @@
 
 #include "check/check.h"
 #include "check/report/report_text.h"
-#include "check/rules/codes.h"
 #include "tests/check/test_images.h"
 
 namespace velmor::check::test {
@@ -265,16 +264,6 @@ TEST_F(ReportTest, EndsInTimeOnAHundredThousandTracksAndFiles) {
   std::string files;
   for (int i = 0; i < 100000; ++i) files += "FILE image.bin BINARY\n";
   EXPECT_TRUE(reportOn(files).failed(false));
-}
-
-TEST(Codes, AreJudgedByTheirForm) {
-  EXPECT_TRUE(isMcn("0731452345622"));
-  EXPECT_FALSE(isMcn("0731452345628"));
-  EXPECT_FALSE(isMcn("731452345622"));
-  EXPECT_TRUE(isIsrc("USA120500001"));
-  EXPECT_FALSE(isIsrc("U1A120500001"));
-  EXPECT_FALSE(isIsrc("usabc0500001"));
-  EXPECT_EQ(bareIsrc("us-abc-05-00001"), "USABC0500001");
 }
 
 }  // namespace

@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <cmath>
 
+#include "disc/cd_text/disc_texts.h"
 #include "disc/failure.h"
+#include "disc/sheet/sheet_texts.h"
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "host/recording/burn/disc_comparison.h"
 #include "host/recording/burn/medium_words.h"
 #include "host/recording/burn/sense.h"
-#include "host/recording/disc_time.h"
 #include "host/recording/session/prepared_tracks.h"
 
 namespace velmor::recording {
@@ -65,7 +68,7 @@ void BurnRun::report(Progress progress) {
     progress.fraction =
         static_cast<double>(progress.sectors_done) / static_cast<double>(progress.sectors_total);
   const auto done = static_cast<double>(progress.sectors_done - m_phase_first_sector);
-  if (passed.count() > 0.0) progress.speed = done / kSectorsPerSecond / passed.count();
+  if (passed.count() > 0.0) progress.speed = done / disc::kSectorsPerSecond / passed.count();
   m_options.attendant->progress(progress);
 }
 
@@ -96,7 +99,8 @@ void BurnRun::burn(const DiscTrack* tracks, int count) {
 std::vector<std::string> BurnRun::prepareTexts(const SessionPlan& plan) {
   std::vector<std::string> warnings;
   if (m_options.text_sheet.empty()) return warnings;
-  m_texts = makeDiscTexts(readSheetTexts(m_options.text_sheet), plan.tracks.size(), warnings);
+  m_texts =
+      disc::makeDiscTexts(disc::readSheetTexts(m_options.text_sheet), plan.tracks.size(), warnings);
   m_has_texts = true;
   return warnings;
 }
@@ -219,9 +223,8 @@ void BurnRun::conclude(const SectorFeed& feed, const SessionPlan& plan, const Me
   else if (!m_recorder.succeeded())
     m_outcome.failure = withReason("The burn failed.", explainMessages(m_messages, plan));
   else if (!feed.complete())
-    m_outcome.failure = "The burn failed: the drive took " +
-                        minutesSecondsFrames(feed.delivered()) + " of " +
-                        minutesSecondsFrames(plan.sectors) + ".";
+    m_outcome.failure = "The burn failed: the drive took " + disc::msfText(feed.delivered()) +
+                        " of " + disc::msfText(plan.sectors) + ".";
   Medium after = m_recorder.medium();
   after.rewritable = after.rewritable || before.rewritable;
   if (after.type.empty()) after.type = before.type;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "abi/disc_recording.h"
+#include "disc/cd_text/disc_texts.h"
 #include "host/recording/burn/recorder.h"
 #include "host/recording/recording_library.h"
 
@@ -43,7 +44,7 @@ class BurnRun {
   DiscBurnProperties m_properties;
   Options m_options;
   Outcome m_outcome;
-  DiscTexts m_texts;
+  disc::DiscTexts m_texts;
   bool m_has_texts = false;
   std::vector<RecorderMessage> m_messages;
   Phase m_phase = Phase::kPreparing;

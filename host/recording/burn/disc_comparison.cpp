@@ -8,18 +8,17 @@
 #include <vector>
 
 #include "disc/failure.h"
-#include "host/recording/disc_time.h"
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "host/recording/session/prepared_tracks.h"
 
 namespace velmor::recording {
 namespace {
 
-constexpr int kFrameBytes = 4;
-constexpr int kSectorFrames = kSectorBytes / kFrameBytes;
 constexpr int kChunkSectors = 16;
-constexpr int kMaxOffset = 5 * kSectorFrames;  // frames
-constexpr int kOffsetChunks = 64;              // chunks of music that are looked at for the offset
-constexpr int kUnreadableChunks = 4;           // a flaw spoils fewer, a drive that cannot read all
+constexpr int kMaxOffset = 5 * disc::kFramesPerSector;  // frames
+constexpr int kOffsetChunks = 64;     // chunks of music that are looked at for the offset
+constexpr int kUnreadableChunks = 4;  // a flaw spoils fewer, a drive that cannot read all
 
 /// Audio of the disc by frames.
 class DiscReader {
@@ -27,17 +26,17 @@ class DiscReader {
   DiscReader(Recorder& recorder, int64_t sectors) : m_recorder(recorder), m_sectors(sectors) {}
 
   /// Frames of the disc that exist at all.
-  int64_t frames() const { return m_sectors * kSectorFrames; }
+  int64_t frames() const { return m_sectors * disc::kFramesPerSector; }
 
   /// Frames `first` to `last` (exclusive), all of which exist; null when they cannot be read. Valid
   /// until the next call.
   const unsigned char* read(int64_t first, int64_t last) {
-    const int64_t sector = first / kSectorFrames;
-    const int64_t end = (last + kSectorFrames - 1) / kSectorFrames;
-    m_audio.resize(static_cast<size_t>((end - sector) * kSectorBytes));
+    const int64_t sector = first / disc::kFramesPerSector;
+    const int64_t end = (last + disc::kFramesPerSector - 1) / disc::kFramesPerSector;
+    m_audio.resize(static_cast<size_t>((end - sector) * disc::kBytesPerSector));
     if (!m_recorder.readAudio(sector, static_cast<int>(end - sector), m_audio.data()))
       return nullptr;
-    return m_audio.data() + (first - sector * kSectorFrames) * kFrameBytes;
+    return m_audio.data() + (first - sector * disc::kFramesPerSector) * disc::kBytesPerFrame;
   }
 
  private:
@@ -59,22 +58,22 @@ class ImageReader {
     m_audio.clear();
     while (m_feed.delivered() < std::min(m_first + kChunkSectors, m_plan.sectors)) {
       const auto track = static_cast<size_t>(m_plan.trackAt(m_feed.delivered()));
-      m_audio.resize(m_audio.size() + kSectorBytes);
-      if (!m_feed.next(track, m_audio.data() + m_audio.size() - kSectorBytes))
+      m_audio.resize(m_audio.size() + disc::kBytesPerSector);
+      if (!m_feed.next(track, m_audio.data() + m_audio.size() - disc::kBytesPerSector))
         throw Failure("The disc could not be compared. " + m_feed.failure());
     }
     return !m_audio.empty();
   }
 
-  int64_t firstFrame() const { return m_first * kSectorFrames; }
-  int64_t frames() const { return static_cast<int64_t>(m_audio.size()) / kFrameBytes; }
+  int64_t firstFrame() const { return m_first * disc::kFramesPerSector; }
+  int64_t frames() const { return static_cast<int64_t>(m_audio.size()) / disc::kBytesPerFrame; }
   int64_t sectorsDone() const { return m_feed.delivered(); }
   const unsigned char* audio() const { return m_audio.data(); }
 
   /// Silence, or one value held: it looks the same wherever it is read.
   bool isStill() const {
-    return std::memcmp(m_audio.data(), m_audio.data() + kFrameBytes,
-                       m_audio.size() - kFrameBytes) == 0;
+    return std::memcmp(m_audio.data(), m_audio.data() + disc::kBytesPerFrame,
+                       m_audio.size() - disc::kBytesPerFrame) == 0;
   }
 
  private:
@@ -94,8 +93,8 @@ bool narrow(std::vector<int>& offsets, const ImageReader& image, DiscReader& dis
   const auto differs = [&](int offset) {
     const int64_t first = image.firstFrame() + offset;
     if (first < from || first + image.frames() > to) return false;
-    return std::memcmp(audio + (first - from) * kFrameBytes, image.audio(),
-                       static_cast<size_t>(image.frames() * kFrameBytes)) != 0;
+    return std::memcmp(audio + (first - from) * disc::kBytesPerFrame, image.audio(),
+                       static_cast<size_t>(image.frames() * disc::kBytesPerFrame)) != 0;
   };
   offsets.erase(std::remove_if(offsets.begin(), offsets.end(), differs), offsets.end());
   return true;
@@ -133,9 +132,11 @@ struct Findings {
 
 /// The sector of these frames at which reading fails; their first where each can be read alone.
 int64_t unreadableSector(DiscReader& disc, int64_t from, int64_t to) {
-  const int64_t first = from / kSectorFrames;
-  for (int64_t sector = first; sector * kSectorFrames < to; ++sector)
-    if (disc.read(sector * kSectorFrames, (sector + 1) * kSectorFrames) == nullptr) return sector;
+  const int64_t first = from / disc::kFramesPerSector;
+  for (int64_t sector = first; sector * disc::kFramesPerSector < to; ++sector)
+    if (disc.read(sector * disc::kFramesPerSector, (sector + 1) * disc::kFramesPerSector) ==
+        nullptr)
+      return sector;
   return first;
 }
 
@@ -143,8 +144,8 @@ int64_t unreadableSector(DiscReader& disc, int64_t from, int64_t to) {
 /// offset.
 bool producersAgree(const SessionPlan& plan, int64_t sector, const unsigned char* audio) {
   const PlannedTrack& track = plan.tracks[static_cast<size_t>(plan.trackAt(sector))];
-  return sector < track.start ? track.producer->VerifyPreGap(audio, kSectorBytes)
-                              : track.producer->VerifyData(audio, kSectorBytes);
+  return sector < track.start ? track.producer->VerifyPreGap(audio, disc::kBytesPerSector)
+                              : track.producer->VerifyData(audio, disc::kBytesPerSector);
 }
 
 void compareChunk(const SessionPlan& plan, const ImageReader& image, DiscReader& disc, int offset,
@@ -158,16 +159,17 @@ void compareChunk(const SessionPlan& plan, const ImageReader& image, DiscReader&
     return;
   }
   for (int64_t frame = image.firstFrame(); frame < image.firstFrame() + image.frames();
-       frame += kSectorFrames) {
+       frame += disc::kFramesPerSector) {
     const int64_t first = std::max(frame + offset, from);
-    const int64_t last = std::min(frame + kSectorFrames + offset, to);
+    const int64_t last = std::min(frame + disc::kFramesPerSector + offset, to);
     if (first >= last) continue;
-    const unsigned char* read = audio + (first - from) * kFrameBytes;
+    const unsigned char* read = audio + (first - from) * disc::kBytesPerFrame;
     const unsigned char* wanted =
-        image.audio() + (first - offset - image.firstFrame()) * kFrameBytes;
-    const int64_t sector = frame / kSectorFrames;
+        image.audio() + (first - offset - image.firstFrame()) * disc::kBytesPerFrame;
+    const int64_t sector = frame / disc::kFramesPerSector;
     const bool equal =
-        std::memcmp(read, wanted, static_cast<size_t>((last - first) * kFrameBytes)) == 0 &&
+        std::memcmp(read, wanted, static_cast<size_t>((last - first) * disc::kBytesPerFrame)) ==
+            0 &&
         (offset != 0 || producersAgree(plan, sector, read));
     if (equal) continue;
     if (findings.differing++ == 0) findings.first = sector;
@@ -188,7 +190,7 @@ Findings compareAll(const SessionPlan& plan, DiscReader& disc, int offset,
 }
 
 std::string place(const SessionPlan& plan, int64_t sector) {
-  return minutesSecondsFrames(sector) + " (track " + std::to_string(plan.trackAt(sector) + 1) + ")";
+  return disc::msfText(sector) + " (track " + std::to_string(plan.trackAt(sector) + 1) + ")";
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "host/recording/burn/medium_words.h"
 
 #include "disc/failure.h"
-#include "host/recording/disc_time.h"
+#include "disc/units/disc_time.h"
 
 namespace velmor::recording {
 namespace {
@@ -19,7 +19,7 @@ std::string describeMedium(const Medium& medium) {
       return "no disc";
     case DiscState::kBlank:
       return "a blank " + type +
-             (medium.free_sectors > 0 ? ", " + minutesSecondsFrames(medium.free_sectors) + " free"
+             (medium.free_sectors > 0 ? ", " + disc::msfText(medium.free_sectors) + " free"
                                       : std::string());
     case DiscState::kAppendable:
       return "a " + type + " with a session on it, open for more";
@@ -55,9 +55,9 @@ MediumVerdict judgeMedium(const Medium& medium, bool may_overwrite) {
 
 void checkRoom(int64_t room, int64_t sectors) {
   if (room <= 0 || sectors <= room) return;
-  throw Failure("The image is " + minutesSecondsFrames(sectors) +
+  throw Failure("The image is " + disc::msfText(sectors) +
                 " long (minutes, seconds, frames) and the disc has room for " +
-                minutesSecondsFrames(room) + ": " + minutesSecondsFrames(sectors - room) +
+                disc::msfText(room) + ": " + disc::msfText(sectors - room) +
                 " too much. Take a longer disc, or shorten the programme.");
 }
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "disc/cd_text/disc_texts.h"
 #include "disc/failure.h"
 #include "host/recording/session/sector_feed.h"
 #include "host/recording/session/session_plan.h"
-#include "host/recording/texts/disc_texts.h"
 
 namespace velmor::recording {
 
@@ -49,7 +49,7 @@ struct RecorderMessage {
 /// One session, closed unless `keep_open`.
 struct Session {
   const SessionPlan* plan = nullptr;
-  const DiscTexts* texts = nullptr;  ///< null: none
+  const disc::DiscTexts* texts = nullptr;  ///< null: none
   bool simulate = false;
   bool keep_open = false;
 };
@@ -77,7 +77,8 @@ class Recorder {
   /// Whether the last blanking or writing went well, as far as the recorder knows.
   virtual bool succeeded() = 0;
 
-  /// Audio of the disc from `lba` on, which may be a little below 0. False: not readable.
+  /// Reads `sectors` sectors from `lba` on, which may be a little below 0, into `audio`, which has
+  /// room for 2352 bytes each. False: not readable.
   virtual bool readAudio(int64_t lba, int sectors, unsigned char* audio) = 0;
 
   /// What was said since the last call.
@@ -98,10 +99,9 @@ class RecorderBus {
   virtual ~RecorderBus() = default;
   /// The drives that can be opened and can write CDs.
   virtual std::vector<DriveRecord> scan() = 0;
-  /// Takes a drive, with its tray pulled in if `close_tray`. Null: not to be had; `why` says it in
-  /// a sentence.
-  virtual std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray,
-                                         std::string& why) = 0;
+  /// Takes a drive, with its tray pulled in if `close_tray`; never null. Throws `Failure` when it
+  /// cannot be taken.
+  virtual std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray) = 0;
 };
 
 }  // namespace velmor::recording

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <regex>
 
-#include "host/recording/disc_time.h"
+#include "disc/units/disc_time.h"
 
 namespace velmor::recording {
 namespace {
@@ -88,7 +88,7 @@ std::string explainMessages(const std::vector<RecorderMessage>& messages, const 
       if (!sector) return "The drive stopped: " + senseInWords(*sense) + ".";
       if (*sector < 0)
         return "The drive stopped in the silence before track 1: " + senseInWords(*sense) + ".";
-      return "The drive stopped at " + minutesSecondsFrames(*sector) + " (track " +
+      return "The drive stopped at " + disc::msfText(*sector) + " (track " +
              std::to_string(plan.trackAt(*sector) + 1) + "): " + senseInWords(*sense) + ".";
     }
     if (otherwise.empty()) otherwise = "The recorder says: " + message.text;

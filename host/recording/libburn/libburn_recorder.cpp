@@ -7,7 +7,7 @@
 #include <cmath>
 
 #include "disc/failure.h"
-#include "host/recording/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "host/recording/libburn/device_access.h"
 #include "host/recording/libburn/libburn_session.h"
 
@@ -229,7 +229,7 @@ RecorderStatus LibburnRecorder::wait() {
 }
 
 bool LibburnRecorder::readAudio(int64_t lba, int sectors, unsigned char* audio) {
-  const off_t wanted = off_t{sectors} * kSectorBytes;
+  const off_t wanted = off_t{sectors} * disc::kBytesPerSector;
   off_t got = 0;
   return burn::burn_read_audio(m_drive, static_cast<int>(lba), reinterpret_cast<char*>(audio),
                                wanted, &got, 2) > 0 &&
@@ -252,8 +252,7 @@ class LibburnBus final : public RecorderBus {
   LibburnBus& operator=(const LibburnBus&) = delete;
 
   std::vector<DriveRecord> scan() override;
-  std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray,
-                                 std::string& why) override;
+  std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray) override;
 };
 
 std::vector<DriveRecord> LibburnBus::scan() {
@@ -275,10 +274,9 @@ std::vector<DriveRecord> LibburnBus::scan() {
   return drives;
 }
 
-std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool close_tray,
-                                           std::string& why) {
-  why = accessObstacle(address);
-  if (!why.empty()) return nullptr;
+std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool close_tray) {
+  const std::string obstacle = accessObstacle(address);
+  if (!obstacle.empty()) throw Failure(obstacle);
   burn::burn_drive_info* info = nullptr;
   const int grabbed =
       burn::burn_drive_scan_and_grab(&info, mutableText(address.c_str()), close_tray ? 1 : 0);
@@ -287,10 +285,10 @@ std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool clos
     return std::make_unique<LibburnRecorder>(info);
   }
   if (info != nullptr) burn::burn_drive_info_free(info);
-  why = "The drive " + address + " could not be taken into use.";
+  std::string why = "The drive " + address + " could not be taken into use.";
   for (const RecorderMessage& message : drainMessages())
     if (message.error) why += " " + message.text;
-  return nullptr;
+  throw Failure(why);
 }
 
 bool libraryFits() {
@@ -306,15 +304,10 @@ bool libraryFits() {
 
 }  // namespace
 
-std::unique_ptr<RecorderBus> openLibburn(std::string& why) {
-  if (!libraryFits()) {
-    why = "The libburn of this machine is older than the one this program was made with.";
-    return nullptr;
-  }
-  if (burn::burn_initialize() == 0) {
-    why = "libburn could not be started.";
-    return nullptr;
-  }
+std::unique_ptr<RecorderBus> openLibburn() {
+  if (!libraryFits())
+    throw Failure("The libburn of this machine is older than the one this program was made with.");
+  if (burn::burn_initialize() == 0) throw Failure("libburn could not be started.");
   // Messages are collected and told in our own words. Signals stay the program's own business.
   burn::burn_msgs_set_severities(mutableText("WARNING"), mutableText("NEVER"), mutableText(""));
   burn::burn_preset_device_open(1, 0, 0);

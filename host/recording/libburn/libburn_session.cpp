@@ -3,8 +3,9 @@
 #include <array>
 #include <cstdlib>
 
+#include "disc/cd_text/disc_texts.h"
 #include "disc/failure.h"
-#include "host/recording/disc_time.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::recording {
 namespace {
@@ -24,7 +25,7 @@ TrackSource& sourceOf(burn::burn_source* source) {
 /// libburn would fill the track up with zeros and report success.
 int readSector(burn::burn_source* source, unsigned char* buffer, int size) {
   const TrackSource& track = sourceOf(source);
-  if (size == kSectorBytes && track.feed->next(track.track, buffer)) return size;
+  if (size == disc::kBytesPerSector && track.feed->next(track.track, buffer)) return size;
   burn::burn_drive_cancel(track.drive);
   return -1;
 }
@@ -61,13 +62,14 @@ unsigned char* payloadOf(const std::string& text) {
 }
 
 struct TextName {
-  TextKind kind;
+  disc::TextKind kind;
   const char* name;
 };
-constexpr std::array<TextName, kTextKinds> kTextNames{{{TextKind::kTitle, "TITLE"},
-                                                       {TextKind::kPerformer, "PERFORMER"},
-                                                       {TextKind::kSongwriter, "SONGWRITER"},
-                                                       {TextKind::kCode, "UPC_ISRC"}}};
+constexpr std::array<TextName, disc::kTextKinds> kTextNames{
+    {{disc::TextKind::kTitle, "TITLE"},
+     {disc::TextKind::kPerformer, "PERFORMER"},
+     {disc::TextKind::kSongwriter, "SONGWRITER"},
+     {disc::TextKind::kCode, "UPC_ISRC"}}};
 
 void require(bool done, const char* what) {
   if (!done) throw Failure(std::string("The burn could not be set up: ") + what + ".");
@@ -77,9 +79,9 @@ int lengthWithZero(const std::string& text) {
   return static_cast<int>(text.size()) + 1;
 }
 
-void addSessionTexts(burn::burn_session* session, const DiscTexts& texts) {
+void addSessionTexts(burn::burn_session* session, const disc::DiscTexts& texts) {
   for (const auto& [kind, name] : kTextNames) {
-    const TextBlock& block = texts.block(kind);
+    const disc::TextBlock& block = texts.block(kind);
     if (!block.present()) continue;
     require(burn::burn_session_set_cdtext(session, 0, 0, mutableText(name), payloadOf(block.disc),
                                           lengthWithZero(block.disc), 0) > 0,
@@ -87,9 +89,9 @@ void addSessionTexts(burn::burn_session* session, const DiscTexts& texts) {
   }
 }
 
-void addTrackTexts(burn::burn_track* track, size_t index, const DiscTexts& texts) {
+void addTrackTexts(burn::burn_track* track, size_t index, const disc::DiscTexts& texts) {
   for (const auto& [kind, name] : kTextNames) {
-    const TextBlock& block = texts.block(kind);
+    const disc::TextBlock& block = texts.block(kind);
     if (!block.present()) continue;
     require(
         burn::burn_track_set_cdtext(track, 0, 0, mutableText(name), payloadOf(block.tracks[index]),
@@ -115,7 +117,7 @@ Track makeTrack(const Session& session, size_t index, SectorFeed& feed, burn::bu
   require(track != nullptr, "there is no memory");
   burn::burn_track_define_data(track.get(), 0, 0, 1, BURN_AUDIO);
   addIndices(track.get(), planned.pregap);
-  const off_t bytes = (off_t{planned.pregap} + planned.sectors) * kSectorBytes;
+  const off_t bytes = (off_t{planned.pregap} + planned.sectors) * disc::kBytesPerSector;
   const Source source(makeSource({&feed, drive, index, bytes}));
   require(source != nullptr &&
               burn::burn_track_set_source(track.get(), source.get()) == burn::BURN_SOURCE_OK,

@@ -2,7 +2,8 @@
 
 #include <cstring>
 
-#include "host/recording/disc_time.h"
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::recording {
 
@@ -43,22 +44,23 @@ bool SectorFeed::next(size_t track, unsigned char* sector) {
 bool SectorFeed::produce(size_t track, unsigned char* sector) {
   const PlannedTrack& planned = m_plan.tracks[track];
   if (m_offset >= planned.pregap) return produceData(track, sector);
-  if (planned.producer->ProducePreGap(sector, kSectorBytes) == kSectorBytes) return true;
+  if (planned.producer->ProducePreGap(sector, disc::kBytesPerSector) == disc::kBytesPerSector)
+    return true;
   return fail("The pregap of track " + std::to_string(track + 1) + " could not be made.");
 }
 
 bool SectorFeed::produceData(size_t track, unsigned char* sector) {
-  const uint32_t count = m_plan.tracks[track].producer->ProduceData(sector, kSectorBytes);
-  if (count == kSectorBytes) return true;
+  const uint32_t count = m_plan.tracks[track].producer->ProduceData(sector, disc::kBytesPerSector);
+  if (count == disc::kBytesPerSector) return true;
   const std::string where =
-      " at " + minutesSecondsFrames(delivered()) + " (track " + std::to_string(track + 1) + ")";
-  if (count > kSectorBytes) return fail("The image could not be read" + where + ".");
+      " at " + disc::msfText(delivered()) + " (track " + std::to_string(track + 1) + ")";
+  if (count > disc::kBytesPerSector) return fail("The image could not be read" + where + ".");
   // The one sector that an image may leave unfilled is the disc's last.
   const bool last = delivered() == m_plan.sectors - 1;
   if (!last || count == 0)
     return fail("The image ends too early" + where +
                 ": it has become shorter since the burn was prepared.");
-  std::memset(sector + count, 0, kSectorBytes - count);
+  std::memset(sector + count, 0, disc::kBytesPerSector - count);
   return true;
 }
 

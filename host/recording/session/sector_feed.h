@@ -19,13 +19,15 @@ class SectorFeed {
   /// Both must outlive the feed; `cancel` may be null.
   SectorFeed(const SessionPlan& plan, const std::atomic<bool>* cancel);
 
-  /// The next sector of track `track` (from 0), its pregap first. False: the burn must stop.
+  /// Fills `sector`, 2352 bytes, with the next sector of track `track` (from 0), its pregap first.
+  /// False: the burn must stop.
   bool next(size_t track, unsigned char* sector);
 
   int64_t delivered() const { return m_delivered.load(); }  ///< sectors
   bool complete() const { return delivered() == m_plan.sectors; }
   bool failed() const { return m_failed.load(); }
   bool cancelled() const { return m_cancelled.load(); }
+  /// Why the source failed, when `failed`.
   const std::string& failure() const { return m_failure; }
 
  private:

@@ -4,7 +4,9 @@
 #include <string>
 
 #include "disc/failure.h"
-#include "host/recording/disc_time.h"
+#include "disc/units/disc_limits.h"
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::recording {
 namespace {
@@ -14,7 +16,7 @@ std::string nameOf(int index) {
 }
 
 void checkForm(const DiscTrack& track, const std::string& name) {
-  if (track.block_size != kSectorBytes || track.data_form != 0 || track.track_mode != 0 ||
+  if (track.block_size != disc::kBytesPerSector || track.data_form != 0 || track.track_mode != 0 ||
       track.block_type != 0 || track.session_format != 0)
     throw Failure("Only audio can be recorded: " + name +
                   " is not made of audio sectors of 2352 bytes.");
@@ -23,7 +25,7 @@ void checkForm(const DiscTrack& track, const std::string& name) {
 void checkLength(const DiscTrack& track, const std::string& name) {
   if (track.track_length <= 0) throw Failure("There is nothing to record in " + name + ".");
   // libburn would fill the track up with silence, and all that follows would start too late.
-  if (track.track_length < kMinTrackSectors)
+  if (track.track_length < disc::kShortestTrackSectors)
     throw Failure("The burn was not begun: " + name +
                   " is shorter than 4 seconds and would be padded, moving the tracks after it. "
                   "Move its marker, or join it with a neighbour.");
@@ -51,7 +53,7 @@ int SessionPlan::trackAt(int64_t lba) const {
 SessionPlan planSession(const DiscTrack* tracks, int count) {
   if (tracks == nullptr || count <= 0)
     throw Failure("There are no tracks to record: an audio CD has 1 to 99.");
-  if (count > kMaxTracks)
+  if (count > disc::kMostTracks)
     throw Failure("An audio CD has at most 99 tracks, and there are " + std::to_string(count) +
                   ". Remove markers, or make two discs of it.");
   SessionPlan plan;
@@ -62,15 +64,15 @@ SessionPlan planSession(const DiscTrack* tracks, int count) {
     checkLength(track, name);
     checkProducer(track, name);
     // The recorder itself writes two seconds of silence before track 1: its pregap begins there.
-    const int written =
-        i == 0 ? std::max(track.pregap_length - kLeadInPregap, 0) : track.pregap_length;
+    const int written = i == 0 ? std::max(track.pregap_length - disc::kSectorsBeforeTrack1, 0)
+                               : track.pregap_length;
     const int64_t start = plan.sectors + written;
     plan.tracks.push_back({track.producer, written, track.track_length, start});
     plan.sectors = start + track.track_length;
   }
-  if (plan.sectors > kLastLeadOut)
-    throw Failure("The image is " + minutesSecondsFrames(plan.sectors) +
-                  " long; the times of a disc end at " + minutesSecondsFrames(kLastLeadOut) + ".");
+  if (plan.sectors > disc::kLastLeadOut)
+    throw Failure("The image is " + disc::msfText(plan.sectors) +
+                  " long; the times of a disc end at " + disc::msfText(disc::kLastLeadOut) + ".");
   return plan;
 }
 

@@ -21,11 +21,12 @@ struct SessionPlan {
   int64_t sectors = 0;  ///< of all tracks with their pregaps; LBA of the lead-out
 
   /// The track (from 0) that sector `lba` belongs to; its pregap counts as its own.
+  /// 0 where there are no tracks.
   int trackAt(int64_t lba) const;
 };
 
-/// Lays out the tracks; throws `Failure` for what would be no audio disc, or would be written
-/// otherwise than it was handed over.
+/// Lays out `count` tracks, whose producers must outlive the plan; throws `Failure` for what would
+/// be no audio disc, or would be written otherwise than it was handed over.
 SessionPlan planSession(const DiscTrack* tracks, int count);
 
 }  // namespace velmor::recording

@@ -5,7 +5,8 @@
 #include <filesystem>
 #include <utility>
 
-#include "disc/disc_time.h"
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "host/render/album/disc_fields.h"
 #include "host/render/album/mark_names.h"
 #include "host/render/album/range_warnings.h"
@@ -19,7 +20,7 @@ namespace velmor::render {
 namespace {
 
 double seconds(int64_t frames) {
-  return static_cast<double>(frames) / kFramesPerSecond;
+  return static_cast<double>(frames) / disc::kSampleRate;
 }
 
 std::string inputTitle(const InputInfo& info) {
@@ -38,7 +39,7 @@ bool overlap(const Mark& a, const Mark& b) {
 
 /// Whether somebody else's mark stands where an input's own mark would go.
 bool isReplaced(const Mark& own, const std::vector<Mark>& others, const Options& options) {
-  constexpr double kOneFrame = 1.0 / kFramesPerSecond;
+  constexpr double kOneFrame = 1.0 / disc::kSampleRate;
   return std::any_of(others.begin(), others.end(), [&](const Mark& other) {
     if (!canNameTrack(other, options)) return false;
     return own.end ? overlap(own, other)
@@ -143,13 +144,13 @@ void placeInputs(Album& album, std::vector<InputInfo> infos) {
 void setRange(const Options& options, Album& album) {
   const int64_t whole = album.render_end;
   const auto frame = [](double time) {
-    return static_cast<int64_t>(std::min(time * kFramesPerSecond + 0.5, 9.0e15));
+    return static_cast<int64_t>(std::min(time * disc::kSampleRate + 0.5, 9.0e15));
   };
   if (options.start) album.render_start = frame(*options.start);
   if (options.end) album.render_end = std::min(frame(*options.end), whole);
   if (album.render_start >= whole) {
-    throw UsageError("--start lies at " + clockTime(*options.start) + ", but the inputs end at " +
-                     clockTime(seconds(whole)));
+    throw UsageError("--start lies at " + disc::clockTime(*options.start) +
+                     ", but the inputs end at " + disc::clockTime(seconds(whole)));
   }
   if (album.render_start >= album.render_end) {
     throw UsageError("there is nothing to render between --start and --end");

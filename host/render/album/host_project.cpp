@@ -5,7 +5,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "disc/disc_time.h"
+#include "disc/units/disc_time.h"
 
 namespace velmor::render {
 
@@ -32,7 +32,7 @@ const char* iniFile() {
 
 void formatTime(double seconds, char* buf, int buf_size) {
   if (buf && buf_size > 0) {
-    snprintf(buf, static_cast<size_t>(buf_size), "%s", clockTime(seconds).c_str());
+    snprintf(buf, static_cast<size_t>(buf_size), "%s", disc::clockTime(seconds).c_str());
   }
 }
 

@@ -2,9 +2,10 @@
 
 #include <cmath>
 
-#include "disc/disc_time.h"
+#include "disc/text/phrases.h"
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "host/render/album/mark_names.h"
-#include "host/render/plan/preflight_parts.h"
 
 namespace velmor::render {
 
@@ -15,11 +16,11 @@ int64_t audioEnd(const Album& album) {
 }
 
 double frameOf(double seconds) {
-  return std::round(seconds * kFramesPerSecond);
+  return std::round(seconds * disc::kSampleRate);
 }
 
 std::string clockTimeOf(int64_t frame) {
-  return clockTime(static_cast<double>(frame) / kFramesPerSecond);
+  return disc::clockTime(static_cast<double>(frame) / disc::kSampleRate);
 }
 
 /// Whether a person gave the mark and it would count in this mode.
@@ -32,13 +33,13 @@ bool isMissed(const Mark& mark, const Options& options) {
 }
 
 std::string shownMark(const Mark& mark) {
-  return inQuotes(mark.name) + " (" + mark.given_by + ")";
+  return disc::inQuotes(mark.name) + " (" + mark.given_by + ")";
 }
 
 void warnOfMarks(const std::vector<std::string>& shown, const std::string& of_one,
                  const std::string& of_several, Album& album) {
   if (shown.empty()) return;
-  album.warnings.push_back(listed(shown) + (shown.size() == 1 ? of_one : of_several));
+  album.warnings.push_back(disc::listed(shown) + (shown.size() == 1 ? of_one : of_several));
 }
 
 }  // namespace
@@ -47,7 +48,7 @@ void warnBeyondAudio(const Options& options, const std::vector<Mark>& marks, Alb
   const int64_t end = audioEnd(album);
   const auto end_frame = static_cast<double>(end);
   if (options.end && frameOf(*options.end) > end_frame) {
-    album.warnings.push_back("--end lies at " + clockTime(*options.end) +
+    album.warnings.push_back("--end lies at " + disc::clockTime(*options.end) +
                              ", but the inputs end at " + clockTimeOf(end) +
                              ", and so does the render");
   }
@@ -57,7 +58,7 @@ void warnBeyondAudio(const Options& options, const std::vector<Mark>& marks, Alb
     if (!isMissed(mark, options)) continue;
     if (frameOf(mark.start) >= end_frame) {
       beyond.push_back(shownMark(mark));
-    } else if (mark.end && frameOf(*mark.end) > end_frame + kFramesPerSector) {
+    } else if (mark.end && frameOf(*mark.end) > end_frame + disc::kFramesPerSector) {
       cut.push_back(shownMark(mark));
     }
   }

@@ -6,7 +6,7 @@
 #include <optional>
 #include <utility>
 
-#include "disc/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "host/render/album/mark_names.h"
 
 namespace velmor::render {
@@ -14,12 +14,13 @@ namespace velmor::render {
 namespace {
 
 double onFrame(double seconds) {
-  return std::round(seconds * kFramesPerSecond) / kFramesPerSecond;
+  return std::round(seconds * disc::kSampleRate) / disc::kSampleRate;
 }
 
 /// Seconds from `origin` to `seconds`, exact in frames.
 double relative(double seconds, int64_t origin) {
-  return (std::round(seconds * kFramesPerSecond) - static_cast<double>(origin)) / kFramesPerSecond;
+  return (std::round(seconds * disc::kSampleRate) - static_cast<double>(origin)) /
+         disc::kSampleRate;
 }
 
 /// The index of the last marker before `start` that names a track.
@@ -43,8 +44,8 @@ std::optional<double> regionInForce(const std::vector<Mark>& marks, double start
 
 std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int64_t end_frame,
                                TrackMode mode, bool hash_only, std::vector<Mark>& left_out) {
-  const double start = secondsOf(start_frame);
-  const double end = secondsOf(end_frame);
+  const double start = disc::secondsOf(start_frame);
+  const double end = disc::secondsOf(end_frame);
   for (Mark& mark : marks) {
     mark.start = onFrame(mark.start);
     if (mark.end) mark.end = onFrame(*mark.end);

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+#include "disc/text/utf8.h"
+
 namespace velmor::render {
 
 namespace {
@@ -10,21 +12,14 @@ namespace {
 constexpr size_t kMostBytes = 2000;
 constexpr size_t kShownBytes = 40;
 
-/// The first bytes of `text`, at most `limit`, cut between two characters of UTF-8.
-std::string beginning(const std::string& text, size_t limit) {
-  if (text.size() <= limit) return text;
-  size_t end = limit;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-  return text.substr(0, end);
-}
-
 }  // namespace
 
 std::string fitForSheet(const std::string& text, std::vector<std::string>& warnings) {
-  const std::string whole = beginning(text, kMostBytes);
+  const std::string whole(disc::beginningOf(text, kMostBytes));
   if (whole.size() < text.size()) {
-    warnings.push_back("the text \"" + beginning(text, kShownBytes) + "…\" is cut to its first " +
-                       std::to_string(whole.size()) + " bytes; the sheet holds no longer lines");
+    warnings.push_back("the text \"" + std::string(disc::beginningOf(text, kShownBytes)) +
+                       "…\" is cut to its first " + std::to_string(whole.size()) +
+                       " bytes; the sheet holds no longer lines");
   }
   std::string fit;
   for (const char c : whole) {

@@ -1,13 +1,12 @@
 #include "host/render/burn/burn_attendant.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 
-#include "disc/disc_time.h"
+#include "disc/terminal/progress_bar.h"
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "host/render/options/options.h"
-#include "host/render/terminal/progress.h"
 #include "host/render/terminal/terminal.h"
 
 namespace velmor::render {
@@ -16,8 +15,6 @@ namespace {
 
 using recording::Phase;
 using recording::Severity;
-
-constexpr std::chrono::milliseconds kBetweenDrawings{150};
 
 const char* wordFor(Phase phase) {
   switch (phase) {
@@ -49,44 +46,29 @@ std::string progressLine(const recording::Progress& progress) {
   const double part = std::clamp(progress.fraction, 0.0, 1.0);
   char text[64];
   snprintf(text, sizeof(text), " %3d %%", static_cast<int>(part * 100.0));
-  line += " [" + progressBar(part) + "]" + text;
+  line += ' ' + disc::barText(part) + text;
   if (progress.track > 0) {
     line += "  track " + std::to_string(progress.track) + " of " + std::to_string(progress.tracks);
   }
   if (progress.speed > 0.0) {
     const auto left = static_cast<double>(progress.sectors_total - progress.sectors_done);
     snprintf(text, sizeof(text), ", %.1fx, ", progress.speed);
-    line += text + clockTime(left / kSectorsPerSecond / progress.speed) + " left";
+    line += text + disc::clockTime(left / disc::kSectorsPerSecond / progress.speed) + " left";
   }
   return line;
 }
 
-BurnAttendant::BurnAttendant(bool quiet)
-    : m_quiet(quiet), m_draws(!quiet && isatty(STDERR_FILENO)) {}
+BurnAttendant::BurnAttendant(bool quiet) : m_quiet(quiet), m_bar(!quiet) {}
 
 bool BurnAttendant::mayBlank(const std::string& question) {
-  takeBarAway();
+  m_bar.clear();
   return somebodyIsThere() && askYesOrNo(question);
 }
 
 void BurnAttendant::progress(const recording::Progress& progress) {
-  const auto now = std::chrono::steady_clock::now();
-  if (!m_draws) return;
-  if (m_drawn && progress.phase == m_phase && now - m_last_drawing < kBetweenDrawings) return;
+  if (progress.phase == m_phase && !m_bar.due()) return;
   m_phase = progress.phase;
-  m_last_drawing = now;
-  m_drawn = true;
-  draw(progress);
-}
-
-void BurnAttendant::draw(const recording::Progress& progress) const {
-  fprintf(stderr, "\r\033[K%s", progressLine(progress).c_str());
-  fflush(stderr);
-}
-
-void BurnAttendant::takeBarAway() {
-  if (m_drawn) fputs("\r\033[K", stderr);
-  m_drawn = false;
+  m_bar.draw(progressLine(progress));
 }
 
 void BurnAttendant::message(Severity severity, const std::string& text) {
@@ -101,17 +83,17 @@ void BurnAttendant::message(Severity severity, const std::string& text) {
 }
 
 void BurnAttendant::say(const std::string& text) {
-  takeBarAway();
+  m_bar.clear();
   if (!m_quiet) fprintf(stderr, "%s: %s\n", kProgram, text.c_str());
 }
 
 void BurnAttendant::warn(const std::string& text) {
-  takeBarAway();
+  m_bar.clear();
   if (!m_quiet) fprintf(stderr, "%s: warning: %s\n", kProgram, text.c_str());
 }
 
 void BurnAttendant::fail(const std::string& text) {
-  takeBarAway();
+  m_bar.clear();
   fprintf(stderr, "%s: %s\n", kProgram, text.c_str());
 }
 

@@ -2,9 +2,9 @@
 // disc is erased.
 #pragma once
 
-#include <chrono>
 #include <string>
 
+#include "disc/terminal/progress_bar.h"
 #include "host/recording/recording_library.h"
 
 namespace velmor::render {
@@ -23,14 +23,9 @@ class BurnAttendant final : public recording::Attendant {
   void fail(const std::string& text);
 
  private:
-  void draw(const recording::Progress& progress) const;
-  void takeBarAway();
-
   const bool m_quiet;
-  const bool m_draws;
-  bool m_drawn = false;
+  disc::ProgressBar m_bar;
   recording::Phase m_phase = recording::Phase::kPreparing;
-  std::chrono::steady_clock::time_point m_last_drawing{};
 };
 
 /// "Burning [####......]  40 %  track 2 of 5, 16.0x, 1:03.000 left".

@@ -8,8 +8,8 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "disc/disc_time.h"
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 #include "host/render/output/report.h"
 
 namespace velmor::render {
@@ -62,7 +62,7 @@ size_t chooseDrive(const std::vector<Drive>& drives, const std::string& wanted) 
     if (*number < drives.size()) return *number;
     throw Failure("there is no drive " + wanted + ": " +
                   (drives.empty() ? "none was found"
-                                  : counted(static_cast<int64_t>(drives.size()), "drive") +
+                                  : disc::counted(static_cast<int64_t>(drives.size()), "drive") +
                                         " found, counting from 0") +
                   kLookAtTheList);
   }

@@ -15,10 +15,7 @@ recording::Service* g_service = nullptr;
 }  // namespace
 
 RecordingRoom::RecordingRoom(const recording::Options& options) {
-  std::string why;
-  m_service =
-      recording::loadRecording(libraryOfProgram(recording::kRecordingLibrary), options, why);
-  if (!m_service) throw Failure(why);
+  m_service = recording::loadRecording(libraryOfProgram(recording::kRecordingLibrary), options);
   g_service = m_service;
 }
 

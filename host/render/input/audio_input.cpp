@@ -7,13 +7,14 @@
 #include <utility>
 
 #include "disc/failure.h"
+#include "disc/text/line_of_text.h"
+#include "disc/units/disc_units.h"
 #include "host/render/input/formats/plain_pcm.h"
 #include "host/render/input/formats/source_format.h"
 #include "host/render/input/marks/embedded_marks.h"
 #include "host/render/input/marks/vorbis_comments.h"
 #include "host/render/input/resampler.h"
 #include "host/render/input/sound_file.h"
-#include "host/render/input/text_encoding.h"
 #include "host/render/input/tpdf_dither.h"
 
 namespace velmor::render {
@@ -26,7 +27,7 @@ constexpr int kDiscBits = 16;
 
 std::string textIn(SNDFILE* file, int kind) {
   const char* text = sf_get_string(file, kind);
-  return text ? asLineOfText(text) : std::string();
+  return text ? disc::asLineOfText(text) : std::string();
 }
 
 InputInfo describe(const std::string& path, const SoundFile& sound) {
@@ -260,7 +261,7 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
   if (info.frames == 0) {
     throw Failure("'" + path + "' is shorter than one frame at 44100 Hz; leave it out");
   }
-  const bool resampled = info.rate != kDiscRate;
+  const bool resampled = info.rate != disc::kSampleRate;
   const bool exact = !resampled && info.bits > 0 && info.bits <= kDiscBits;
   std::unique_ptr<AudioInput> input;
   if (!resampled) {

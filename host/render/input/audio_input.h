@@ -10,10 +10,9 @@
 #include <vector>
 
 #include "disc/failure.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::render {
-
-inline constexpr int kDiscRate = 44100;  ///< Hz
 
 /// A marker, or a region when it has an end. Seconds from the start of what it belongs to.
 struct Mark {

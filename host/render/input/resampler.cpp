@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "disc/units/disc_units.h"
 #include "host/render/input/audio_input.h"
 
 namespace velmor::render {
@@ -17,7 +18,8 @@ int64_t framesAtDiscRate(int64_t frames, int rate) {
   // Whole seconds first: the product of both would leave 64 bits for the longest files.
   const int64_t seconds = frames / rate;
   const int64_t rest = frames % rate;
-  return seconds * kDiscRate + (2 * rest * kDiscRate + rate) / (2 * static_cast<int64_t>(rate));
+  return seconds * disc::kSampleRate +
+         (2 * rest * disc::kSampleRate + rate) / (2 * static_cast<int64_t>(rate));
 }
 
 Resampler::Resampler(int rate, unsigned channels) {
@@ -25,7 +27,8 @@ Resampler::Resampler(int rate, unsigned channels) {
   const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_VHQ, 0);
   const soxr_runtime_spec_t runtime = soxr_runtime_spec(1);
   soxr_error_t error = nullptr;
-  m_soxr.reset(soxr_create(rate, kDiscRate, channels, &error, &samples, &quality, &runtime));
+  m_soxr.reset(
+      soxr_create(rate, disc::kSampleRate, channels, &error, &samples, &quality, &runtime));
   check(error);
   if (!m_soxr) throw std::runtime_error("the resampler cannot be set up");
 }

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "disc/failure.h"
+#include "disc/text/line_of_text.h"
 #include "host/render/input/audio_input.h"
 #include "host/render/input/formats/stated_length.h"
-#include "host/render/input/text_encoding.h"
 
 namespace velmor::render {
 namespace {
@@ -127,7 +127,7 @@ void SoundFile::settleMpegLength(const std::string& path) {
 }
 
 void SoundFile::refuseUnreadable(const std::string& path) const {
-  refuse(path, "is no audio file that can be read (" + asLineOfText(sf_strerror(nullptr)) +
+  refuse(path, "is no audio file that can be read (" + disc::asLineOfText(sf_strerror(nullptr)) +
                    "); convert it to WAV or FLAC");
 }
 

@@ -6,8 +6,9 @@
 #include <memory>
 #include <optional>
 
-#include "disc/disc_time.h"
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
+#include "disc/units/disc_units.h"
 #include "host/render/album/host_project.h"
 #include "host/render/module/read_ahead.h"
 #include "host/render/module/write_failure.h"
@@ -26,7 +27,7 @@ std::unique_ptr<PCM_sink> makeSink(const SinkRegistration& module, SinkConfig co
         "the module does not take this program's settings; use the module that came with it");
   }
   std::unique_ptr<PCM_sink> sink(
-      module.CreateSink(sheet_path.c_str(), &config, sizeof(config), 2, kFramesPerSecond, false));
+      module.CreateSink(sheet_path.c_str(), &config, sizeof(config), 2, disc::kSampleRate, false));
   if (!sink) {
     throw Failure("the module cannot create \"" + sheet_path +
                   "\" and the image beside it; look at the folder's permissions and free space");
@@ -41,9 +42,9 @@ void checkFormat(PCM_sink& sink) {
   int bits = 0;
   const bool told = sink.Extended(kSinkQueryFormat, &rate, &channels, nullptr) &&
                     sink.Extended(kSinkQueryBitDepth, &bits, nullptr, nullptr);
-  if (told && rate == kDiscRate && channels == 2 && bits == 16) return;
+  if (told && rate == disc::kSampleRate && channels == 2 && bits == 16) return;
   throw Failure("the module wants " + std::to_string(rate) + " Hz, " +
-                counted(channels, "channel") + " and " + counted(bits, "bit") +
+                disc::counted(channels, "channel") + " and " + disc::counted(bits, "bit") +
                 ", but this program delivers 44100 Hz, 2 channels and 16 bits");
 }
 
@@ -82,7 +83,7 @@ RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& conf
   interruptible.reset();
   sink->Extended(kSinkRenderFinished, nullptr, nullptr, nullptr);
   stopOnWriteFailure(image_path);
-  return {audio.clipping(), std::llround(sink->GetLength() * kFramesPerSecond)};
+  return {audio.clipping(), std::llround(sink->GetLength() * disc::kSampleRate)};
 }
 
 }  // namespace velmor::render

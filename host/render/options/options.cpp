@@ -7,9 +7,10 @@
 #include <filesystem>
 #include <string_view>
 
-#include "disc/codes.h"
-#include "disc/disc_time.h"
+#include "disc/codes/isrc.h"
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
+#include "disc/version.h"
 #include "host/render/album/host_project.h"
 #include "host/render/input/marks/mark_parsing.h"
 #include "host/render/terminal/usage_error.h"
@@ -157,10 +158,10 @@ void readIsrcs(const RawOptions& raw, Options& options) {
         number > static_cast<int>(options.inputs.size())) {
       std::string sentence = "--isrc \"" + text;
       sentence.append("\" names input ").append(number_text).append(", but the album has ");
-      sentence += counted(static_cast<int64_t>(options.inputs.size()), "input");
+      sentence += disc::counted(static_cast<int64_t>(options.inputs.size()), "input");
       throw UsageError(sentence.append(", counted from 1"));
     }
-    const auto code = normalisedIsrc(code_text);
+    const auto code = disc::normalisedIsrc(code_text);
     if (!code) {
       throw UsageError(
           "--isrc \"" + text +
@@ -198,7 +199,7 @@ CommandLine parseCommandLine(int argc, char** argv) {
   RawOptions raw;
   CLI::App app(kAbout, kProgram);
   app.footer(std::string(kExamples) + iniFilePath());
-  app.set_version_flag("--version", std::string(kProgram) + " " + VELMOR_VERSION);
+  app.set_version_flag("--version", std::string(kProgram) + " " + disc::kVersion);
   app.get_formatter()->column_width(38);
   addInputsAndOutput(app, line.options);
   addTrackOptions(app, line.options, raw);

@@ -15,7 +15,8 @@ struct CueText {
   bool complete = false;  ///< ends with the last track's INDEX 01, line end included
 };
 
-/// Reads a sheet of the module's own shape; not a general parser.
+/// Reads a sheet of the module's own shape, to tell whether it was written to its end; not a
+/// general parser, which is `disc::parseSheet`.
 CueText readCueText(const std::string& path);
 
 }  // namespace velmor::render

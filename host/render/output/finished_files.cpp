@@ -2,8 +2,9 @@
 
 #include <filesystem>
 
-#include "disc/disc_time.h"
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
+#include "disc/units/disc_units.h"
 #include "host/render/module/write_failure.h"
 
 namespace velmor::render {
@@ -13,11 +14,11 @@ namespace {
 void checkImage(const std::string& path, uint64_t bytes, const TrackPlan& plan,
                 int64_t counted_frames) {
   if (counted_frames != plan.counted_frames) {
-    throw Failure("the module has written " + counted(counted_frames, "frame") + " where " +
+    throw Failure("the module has written " + disc::counted(counted_frames, "frame") + " where " +
                   std::to_string(plan.counted_frames) +
                   " belong on the disc; use the module that came with this program");
   }
-  if (bytes != static_cast<uint64_t>(plan.image_frames) * kBytesPerFrame) {
+  if (bytes != static_cast<uint64_t>(plan.image_frames) * disc::kBytesPerFrame) {
     throw Failure("the image is not complete: " +
                   fileSizeLimitMet(path).value_or("its last write did not reach the disk; free "
                                                   "some space on it and render again"));

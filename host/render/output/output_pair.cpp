@@ -13,6 +13,8 @@
 #include <utility>
 
 #include "disc/failure.h"
+#include "disc/files/placement.h"
+#include "disc/text/phrases.h"
 
 namespace velmor::render {
 
@@ -33,7 +35,7 @@ fs::path portablePath(fs::path sheet) {
 }
 
 std::string inQuotes(const fs::path& path) {
-  return '"' + path.string() + '"';
+  return disc::inQuotes(path.string());
 }
 
 /// Whether another program holds the file under a lock.
@@ -53,60 +55,6 @@ bool sameFile(const fs::path& a, const fs::path& b) {
 Failure cannotPlace(const fs::path& target, const std::error_code& error) {
   return Failure("the finished disc cannot be put in its place, " + inQuotes(target) + ": " +
                  error.message());
-}
-
-/// A file put into its place, with a way back. The old file keeps a second name meanwhile, so that
-/// at no moment is there neither the old nor the new one.
-class Placement {
- public:
-  /// `backup`: where the old file's second name goes. Without `replace` a file that is there is
-  /// left alone.
-  Placement(const fs::path& made, fs::path target, fs::path backup, bool replace)
-      : m_target(std::move(target)), m_backup(std::move(backup)) {
-    std::error_code error;
-    if (replace && fs::exists(fs::symlink_status(m_target, error))) {
-      fs::create_hard_link(m_target, m_backup, error);
-      // File systems without second names: the old file moves aside for the moment.
-      if (error) fs::rename(m_target, m_backup, error);
-      if (error) throw cannotPlace(m_target, error);
-      m_has_backup = true;
-    }
-    if (!replace) {
-      fs::create_hard_link(made, m_target, error);
-      if (!error) return;
-      if (error == std::errc::file_exists) throw cannotPlace(m_target, error);
-    }
-    fs::rename(made, m_target, error);
-    if (error) {
-      takeBack();
-      throw cannotPlace(m_target, error);
-    }
-  }
-
-  /// Puts the old file back, or takes the new one away where there was none. False when that fails.
-  bool takeBack() {
-    std::error_code error;
-    if (m_has_backup) {
-      fs::rename(m_backup, m_target, error);
-    } else {
-      fs::remove(m_target, error);
-    }
-    return !error;
-  }
-
- private:
-  const fs::path m_target;
-  const fs::path m_backup;
-  bool m_has_backup = false;
-};
-
-/// False when one of the files could not be taken back.
-bool takeBack(std::deque<Placement>& placed) {
-  bool all = true;
-  for (auto placement = placed.rbegin(); placement != placed.rend(); ++placement) {
-    all = placement->takeBack() && all;
-  }
-  return all;
 }
 
 }  // namespace
@@ -218,13 +166,14 @@ void OutputPair::commit() {
                                                       {workingSheet(), m_sheet}};
   const bool has_portable = !m_portable.empty() && fs::exists(workingPortableSheet());
   if (has_portable) files.emplace_back(workingPortableSheet(), m_portable);
-  std::deque<Placement> placed;
+  std::deque<disc::Placement> placed;
   try {
     for (const auto& [made, target] : files) {
       placed.emplace_back(made, target, old_folder / target.filename(), m_force);
     }
-  } catch (const Failure& failure) {
-    if (takeBack(placed)) throw;
+  } catch (const fs::filesystem_error& refusal) {
+    const Failure failure = cannotPlace(refusal.path1(), refusal.code());
+    if (disc::takeBack(placed)) throw failure;
     const fs::path kept = std::exchange(m_folder, fs::path());
     throw Failure(std::string(failure.what()) + "; the old files are kept in " +
                   inQuotes(kept / "replaced"));

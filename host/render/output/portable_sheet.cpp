@@ -6,11 +6,13 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "check/portable/portable_disc.h"
-#include "check/portable/whole_file.h"
+#include "check/portable/make_portable.h"
 #include "check/report/report_text.h"
-#include "disc/disc_time.h"
 #include "disc/failure.h"
+#include "disc/files/whole_files.h"
+#include "disc/portable/portable_cue.h"
+#include "disc/portable/portable_disc.h"
+#include "disc/units/disc_units.h"
 #include "host/render/options/options.h"
 #include "host/render/terminal/interrupt.h"
 #include "host/render/terminal/progress.h"
@@ -25,7 +27,7 @@ check::Report checkSheet(const std::string& working, const std::string& final_pa
   Progress progress("Checking", frames, show_progress);
   check::CheckOptions options;
   options.progress = [&progress](int64_t done, int64_t) {
-    progress.show(done / kBytesPerFrame);
+    progress.show(done / disc::kBytesPerFrame);
     stopIfInterrupted();
   };
   check::Report report = check::check(working, options);
@@ -60,8 +62,8 @@ PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
     throw Failure(error.what());
   }
   try {
-    const check::PortableDisc disc = makePortable(made.of_sheet, working, startsOf(plan));
-    check::writeWhole(working, check::cueText(disc), false);
+    const disc::PortableDisc disc = check::makePortable(made.of_sheet, working, startsOf(plan));
+    disc::writeWhole(working, disc::cueText(disc), false);
     made.of_portable = checkSheet(working, made.path, plan.image_frames, show_progress);
     made.changes = disc.changes;
   } catch (const Failure& error) {

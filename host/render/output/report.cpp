@@ -3,7 +3,10 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "disc/disc_time.h"
+#include "disc/text/phrases.h"
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
+#include "disc/version.h"
 #include "host/render/options/options.h"
 
 namespace velmor::render {
@@ -19,14 +22,14 @@ std::string dumped(const Json& json) {
 }
 
 Json trackJson(const PlannedTrack& track, const CueTextTrack& text, size_t number) {
-  const int64_t sector = track.start_frame / kFramesPerSector;
+  const int64_t sector = track.start_frame / disc::kFramesPerSector;
   Json json = {{"number", number},
                {"title", text.title},
-               {"start_msf", msfOf(sector)},
+               {"start_msf", disc::msfText(sector)},
                {"start_sector", sector},
-               {"starts_inside_sector", track.start_frame % kFramesPerSector != 0},
-               {"start_seconds", secondsOf(track.start_frame)},
-               {"length_seconds", secondsOf(track.frames)}};
+               {"starts_inside_sector", track.start_frame % disc::kFramesPerSector != 0},
+               {"start_seconds", disc::secondsOf(track.start_frame)},
+               {"length_seconds", disc::secondsOf(track.frames)}};
   if (!text.performer.empty()) json["performer"] = text.performer;
   if (!text.songwriter.empty()) json["songwriter"] = text.songwriter;
   if (!text.isrc.empty()) json["isrc"] = text.isrc;
@@ -43,7 +46,7 @@ Json burnJson(const BurnResult& burn) {
 
 void printBurn(const BurnResult& burn) {
   if (burn.written > 0) {
-    printf("%s written by %s%s\n", counted(burn.written, "disc").c_str(), burn.drive.c_str(),
+    printf("%s written by %s%s\n", disc::counted(burn.written, "disc").c_str(), burn.drive.c_str(),
            burn.compared ? ", read back and equal to the image" : "");
   } else if (burn.tested) {
     printf("a test write by %s went well; no disc was written\n", burn.drive.c_str());
@@ -58,20 +61,20 @@ void printReport(const Report& report) {
   for (size_t i = 0; i < report.plan.tracks.size(); ++i) {
     const PlannedTrack& track = report.plan.tracks[i];
     const CueTextTrack& text = report.sheet.tracks[i];
-    const int64_t sector = track.start_frame / kFramesPerSector;
+    const int64_t sector = track.start_frame / disc::kFramesPerSector;
     const std::string performer = text.performer.empty() ? "" : " (" + text.performer + ")";
     const std::string isrc = text.isrc.empty() ? "" : "  [" + text.isrc + "]";
-    printf("%3zu  %-8s %7lld  %-10s  %s%s%s\n", i + 1, msfOf(sector).c_str(),
-           static_cast<long long>(sector), clockTime(secondsOf(track.frames)).c_str(),
+    printf("%3zu  %-8s %7lld  %-10s  %s%s%s\n", i + 1, disc::msfText(sector).c_str(),
+           static_cast<long long>(sector), disc::clockTime(disc::secondsOf(track.frames)).c_str(),
            text.title.c_str(), performer.c_str(), isrc.c_str());
   }
   printf("\n%s: %llu bytes\n%s: %llu bytes, %s (MM:SS:FF)\n", report.sheet_path.c_str(),
          static_cast<unsigned long long>(report.sheet_bytes), report.image_path.c_str(),
          static_cast<unsigned long long>(report.image_bytes),
-         msfOf(report.plan.image_frames / kFramesPerSector).c_str());
+         disc::msfText(report.plan.image_frames / disc::kFramesPerSector).c_str());
   for (const AlbumInput& input : report.album.inputs) {
     const InputInfo& info = input.info;
-    if (info.rate != kDiscRate) {
+    if (info.rate != disc::kSampleRate) {
       printf("%s: resampled from %d Hz\n", info.path.c_str(), info.rate);
     }
     if (info.channels > 2) {
@@ -80,8 +83,8 @@ void printReport(const Report& report) {
   }
   if (report.outcome.clipping.samples > 0) {
     printf("%s clipped, the first at %s\n",
-           counted(report.outcome.clipping.samples, "sample").c_str(),
-           clockTime(secondsOf(report.outcome.clipping.first_frame)).c_str());
+           disc::counted(report.outcome.clipping.samples, "sample").c_str(),
+           disc::clockTime(disc::secondsOf(report.outcome.clipping.first_frame)).c_str());
   }
   if (report.burn) printBurn(*report.burn);
   if (report.portable) printPortableSheet(*report.portable);
@@ -98,22 +101,22 @@ void printJsonReport(const Report& report) {
                       {"format", input.info.format},
                       {"rate", input.info.rate},
                       {"channels", input.info.channels},
-                      {"start_seconds", secondsOf(input.start)},
-                      {"length_seconds", secondsOf(input.info.frames)}});
+                      {"start_seconds", disc::secondsOf(input.start)},
+                      {"length_seconds", disc::secondsOf(input.info.frames)}});
   }
   Json clipped = {{"samples", report.outcome.clipping.samples}};
   if (report.outcome.clipping.samples > 0) {
-    clipped["first_seconds"] = secondsOf(report.outcome.clipping.first_frame);
+    clipped["first_seconds"] = disc::secondsOf(report.outcome.clipping.first_frame);
   }
   Json json = {{"schema_version", kJsonSchema},
                {"program", kProgram},
-               {"program_version", VELMOR_VERSION},
+               {"program_version", disc::kVersion},
                {"sheet", {{"path", report.sheet_path}, {"bytes", report.sheet_bytes}}},
                {"image",
                 {{"path", report.image_path},
                  {"bytes", report.image_bytes},
-                 {"sectors", report.plan.image_frames / kFramesPerSector},
-                 {"length_seconds", secondsOf(report.plan.image_frames)}}},
+                 {"sectors", report.plan.image_frames / disc::kFramesPerSector},
+                 {"length_seconds", disc::secondsOf(report.plan.image_frames)}}},
                {"tracks", tracks},
                {"inputs", inputs},
                {"clipped", clipped},

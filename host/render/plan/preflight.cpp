@@ -4,7 +4,11 @@
 
 #include <algorithm>
 
-#include "disc/disc_time.h"
+#include "disc/text/encoding.h"
+#include "disc/text/phrases.h"
+#include "disc/units/disc_limits.h"
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "host/render/album/mark_names.h"
 #include "host/render/plan/preflight_parts.h"
 
@@ -12,14 +16,8 @@ namespace velmor::render {
 
 namespace {
 
-constexpr size_t kMostTracks = 99;              // Red Book
-constexpr int64_t kShortestTrackSectors = 300;  // Red Book
-constexpr int64_t kSectorsOf74Minutes = 333000;
-constexpr int64_t kSectorsOf7957 = 359775;
-constexpr size_t kLongestText = 80;  // characters; several readers refuse more
-
 std::vector<std::string> allQuoted(std::vector<std::string> texts) {
-  for (std::string& text : texts) text = inQuotes(text);
+  for (std::string& text : texts) text = disc::inQuotes(text);
   return texts;
 }
 
@@ -30,50 +28,44 @@ void checkTracks(const SinkConfig& config, const TrackPlan& plan, Findings& find
         "with "
         "--region, or choose --track-mode markers");
   }
-  if (plan.tracks.size() > kMostTracks) {
+  if (plan.tracks.size() > disc::kMostTracks) {
     findings.errors.push_back("the marks make " + std::to_string(plan.tracks.size()) +
                               " tracks, but a CD holds 99; take some marks away");
   }
-  const int64_t last = plan.tracks.back().frames / kFramesPerSector;
-  if (last < kShortestTrackSectors && !plan.written.empty()) {
-    findings.warnings.push_back("the last track lasts " +
-                                clockTime(static_cast<double>(last) / kSectorsPerSecond) +
-                                ", but a CD track needs 4 seconds; a plant may refuse it");
+  const int64_t last = plan.tracks.back().frames / disc::kFramesPerSector;
+  if (last < disc::kShortestTrackSectors && !plan.written.empty()) {
+    findings.warnings.push_back(
+        "the last track lasts " +
+        disc::clockTime(static_cast<double>(last) / disc::kSectorsPerSecond) +
+        ", but a CD track needs 4 seconds; a plant may refuse it");
   }
 }
 
 void checkLength(const TrackPlan& plan, Findings& findings) {
-  const int64_t sectors = plan.image_frames / kFramesPerSector;
-  if (sectors > kSectorsOf7957) {
-    findings.warnings.push_back("the disc lasts " + msfOf(sectors) +
+  const int64_t sectors = plan.image_frames / disc::kFramesPerSector;
+  if (sectors > disc::kSectorsOf79Minutes57) {
+    findings.warnings.push_back("the disc lasts " + disc::msfText(sectors) +
                                 " (MM:SS:FF), longer than the 79:57 that an 80-minute disc holds");
-  } else if (sectors > kSectorsOf74Minutes) {
-    findings.warnings.push_back("the disc lasts " + msfOf(sectors) +
+  } else if (sectors > disc::kSectorsOf74Minutes) {
+    findings.warnings.push_back("the disc lasts " + disc::msfText(sectors) +
                                 " (MM:SS:FF), longer than the 74 minutes that every plant takes");
   }
 }
 
-/// Characters of a UTF-8 text.
-size_t characters(const std::string& text) {
-  return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-  }));
-}
-
 void checkText(const std::string& what, const std::string& text, Findings& findings) {
-  if (characters(text) <= kLongestText) return;
+  if (disc::countCharacters(text) <= disc::kMostCharacters) return;
   findings.warnings.push_back(what + " is longer than the 80 characters that all readers take");
 }
 
 void checkFields(const HostProject& project, Findings& findings) {
   for (const auto& [key, value] : project.metadata) {
-    checkText("the disc field " + inQuotes(key), value, findings);
+    checkText("the disc field " + disc::inQuotes(key), value, findings);
   }
   for (const Mark& mark : project.marks) {
     if (mark.end || !isTag(mark.name)) continue;
-    checkText("the tag " + inQuotes(mark.name.substr(0, 40)), mark.name.substr(5), findings);
+    checkText("the tag " + disc::inQuotes(mark.name.substr(0, 40)), mark.name.substr(5), findings);
     if (mark.name.size() == 5 && strcasecmp(mark.name.c_str(), "ISRC=") != 0) {
-      findings.warnings.push_back("the tag " + inQuotes(mark.name) +
+      findings.warnings.push_back("the tag " + disc::inQuotes(mark.name) +
                                   " is empty, which some readers refuse");
     }
   }
@@ -83,13 +75,13 @@ void checkNames(const TrackPlan& plan, Findings& findings) {
   if (!plan.dropped_markers.empty()) {
     findings.warnings.push_back(
         (plan.dropped_markers.size() == 1 ? "the marker " : "the markers ") +
-        listed(allQuoted(plan.dropped_markers)) +
+        disc::listed(allQuoted(plan.dropped_markers)) +
         (plan.dropped_markers.size() == 1 ? " makes no track: it comes"
                                           : " make no tracks: they come") +
         " within 4 seconds of a track's start");
   }
   if (!plan.joined_regions.empty()) {
-    findings.warnings.push_back(listed(allQuoted(plan.joined_regions)) +
+    findings.warnings.push_back(disc::listed(allQuoted(plan.joined_regions)) +
                                 (plan.joined_regions.size() == 1 ? " joins" : " join") +
                                 " the track before, which lasts under 4 seconds, but the name "
                                 "stays in the list: from there "
@@ -102,27 +94,11 @@ void checkNames(const TrackPlan& plan, Findings& findings) {
 
 }  // namespace
 
-std::string inQuotes(const std::string& text) {
-  return '"' + text + '"';
-}
-
-std::string listed(const std::vector<std::string>& names) {
-  constexpr size_t kShown = 5;
-  const size_t shown = std::min(names.size(), kShown);
-  const bool more = names.size() > shown;
-  std::string text;
-  for (size_t i = 0; i < shown; ++i) {
-    const bool last = i + 1 == shown && !more;
-    text += (i == 0 ? "" : last ? " and " : ", ") + names[i];
-  }
-  return more ? text + " and " + std::to_string(names.size() - shown) + " more" : text;
-}
-
 std::string tracksListed(const std::vector<size_t>& tracks) {
   std::vector<std::string> numbers;
   numbers.reserve(tracks.size());
   for (const size_t track : tracks) numbers.push_back(std::to_string(track + 1));
-  return (tracks.size() == 1 ? "track " : "tracks ") + listed(numbers);
+  return (tracks.size() == 1 ? "track " : "tracks ") + disc::listed(numbers);
 }
 
 Findings checkBeforeRender(const SinkConfig& config, const HostProject& project,

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <set>
 
-#include "disc/codes.h"
+#include "disc/codes/catalogue_number.h"
+#include "disc/codes/isrc.h"
+#include "disc/text/phrases.h"
 #include "host/render/plan/isrc_places.h"
 #include "host/render/plan/preflight_parts.h"
 
@@ -14,8 +16,8 @@ namespace {
 void checkCatalogue(const HostProject& project, Findings& findings) {
   for (const auto& [key, value] : project.metadata) {
     if (strcasecmp(key.c_str(), "CUE:DISC_CATALOG") != 0) continue;
-    if (const auto fault = catalogueFault(value)) {
-      findings.warnings.push_back("the catalogue number " + inQuotes(value) + " " + *fault);
+    if (const auto fault = disc::catalogueFault(value)) {
+      findings.warnings.push_back("the catalogue number " + disc::inQuotes(value) + " " + *fault);
     }
   }
 }
@@ -23,14 +25,14 @@ void checkCatalogue(const HostProject& project, Findings& findings) {
 void checkIsrcForms(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
   std::set<std::string> seen;
   for (const IsrcPlace& isrc : isrcs) {
-    const auto code = normalisedIsrc(isrc.code);
+    const auto code = disc::normalisedIsrc(isrc.code);
     if (!code || *code != isrc.code) {
       findings.warnings.push_back(
-          "the ISRC " + inQuotes(isrc.code) +
+          "the ISRC " + disc::inQuotes(isrc.code) +
           " has not the form of two capitals, three capitals or digits and seven digits");
     }
     if (!seen.insert(code.value_or(isrc.code)).second) {
-      findings.warnings.push_back("the ISRC " + inQuotes(isrc.code) +
+      findings.warnings.push_back("the ISRC " + disc::inQuotes(isrc.code) +
                                   " is used twice; every recording has its own");
     }
   }
@@ -41,7 +43,7 @@ void warnOfIsrcs(const std::vector<std::string>& isrcs, const char* of_one, cons
                  const char* advice, Findings& findings) {
   if (isrcs.empty()) return;
   const bool one = isrcs.size() == 1;
-  findings.warnings.push_back((one ? "the ISRC " : "the ISRCs ") + listed(isrcs) +
+  findings.warnings.push_back((one ? "the ISRC " : "the ISRCs ") + disc::listed(isrcs) +
                               (one ? of_one : of_several) + advice);
 }
 
@@ -52,10 +54,10 @@ void checkLostIsrcs(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
   for (const IsrcPlace& isrc : isrcs) {
     if (!isrc.given_to.empty()) continue;
     if (isrc.second_in) {
-      second.push_back(inQuotes(isrc.code) + " (track " + std::to_string(*isrc.second_in + 1) +
-                       ")");
+      second.push_back(disc::inQuotes(isrc.code) + " (track " +
+                       std::to_string(*isrc.second_in + 1) + ")");
     } else {
-      outside.push_back(inQuotes(isrc.code));
+      outside.push_back(disc::inQuotes(isrc.code));
     }
   }
   warnOfIsrcs(second, " is", " are",
@@ -75,7 +77,7 @@ void checkStrayIsrcs(const std::vector<IsrcPlace>& isrcs, const TrackPlan& plan,
     if (isrc.input == 0 || isrc.given_to.empty()) continue;
     const size_t track = isrc.given_to.front();
     if (plan.tracks[track].source_start >= isrc.position - kAllowance) continue;
-    stray.push_back(inQuotes(isrc.code) + " of input " + std::to_string(isrc.input) +
+    stray.push_back(disc::inQuotes(isrc.code) + " of input " + std::to_string(isrc.input) +
                     " goes to track " + std::to_string(track + 1));
   }
   warnOfIsrcs(stray, ", which begins before that input", ", which begin before those inputs",

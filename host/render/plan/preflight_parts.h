@@ -15,11 +15,6 @@ void checkStarts(const SinkConfig& config, const TrackPlan& plan, Findings& find
 /// The catalogue number and the ISRCs: their form, and whether each ISRC reaches a track.
 void checkCodes(const HostProject& project, const TrackPlan& plan, Findings& findings);
 
-std::string inQuotes(const std::string& text);
-
-/// One, two and 3 more; the first five are named.
-std::string listed(const std::vector<std::string>& names);
-
 /// "track 2", or "tracks 2, 4 and 7"; counted from 0 in `tracks`, which is not empty.
 std::string tracksListed(const std::vector<size_t>& tracks);
 

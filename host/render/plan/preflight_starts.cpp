@@ -1,4 +1,4 @@
-#include "disc/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "host/render/plan/preflight_parts.h"
 #include "host/render/plan/sheet_times.h"
 
@@ -9,7 +9,7 @@ namespace {
 void checkInsideSector(const TrackPlan& plan, Findings& findings) {
   std::vector<size_t> inside;
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
-    if (plan.tracks[i].start_frame % kFramesPerSector) inside.push_back(i);
+    if (plan.tracks[i].start_frame % disc::kFramesPerSector) inside.push_back(i);
   }
   if (inside.empty()) return;
   const std::string first = std::to_string(inside.front() + 1);
@@ -27,8 +27,8 @@ void checkEarlyStarts(const TrackPlan& plan, Findings& findings) {
   std::vector<size_t> early;
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
     const int64_t frame = plan.tracks[i].start_frame;
-    if (frame % kFramesPerSector) continue;
-    if (startSectorInSheet(plan, i) < frame / kFramesPerSector) early.push_back(i);
+    if (frame % disc::kFramesPerSector) continue;
+    if (startSectorInSheet(plan, i) < frame / disc::kFramesPerSector) early.push_back(i);
   }
   if (early.empty()) return;
   findings.warnings.push_back("INDEX 01 of " + tracksListed(early) +

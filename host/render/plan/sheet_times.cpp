@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "disc/disc_time.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::render {
 
@@ -10,8 +10,8 @@ namespace {
 
 int64_t sectorInSheet(double seconds) {
   const auto milliseconds = static_cast<int64_t>(seconds * 1000.0) % 1000;
-  return static_cast<int64_t>(seconds) * kSectorsPerSecond +
-         milliseconds * kSectorsPerSecond / 1000;
+  return static_cast<int64_t>(seconds) * disc::kSectorsPerSecond +
+         milliseconds * disc::kSectorsPerSecond / 1000;
 }
 
 }  // namespace

@@ -2,18 +2,16 @@
 
 #include <algorithm>
 
-#include "disc/disc_time.h"
+#include "disc/units/disc_limits.h"
+#include "disc/units/disc_units.h"
 #include "host/render/album/mark_names.h"
 
 namespace velmor::render {
 
 namespace {
 
-constexpr double kShortestTrack = 4.0;  // seconds (Red Book)
-constexpr int kBytesPerSector = kFramesPerSector * kBytesPerFrame;
-
 int64_t frameAt(double seconds) {
-  return static_cast<int64_t>(std::clamp(seconds * kFramesPerSecond + 0.5, -9.0e15, 9.0e15));
+  return static_cast<int64_t>(std::clamp(seconds * disc::kSampleRate + 0.5, -9.0e15, 9.0e15));
 }
 
 /// Fills the image as the module does.
@@ -35,16 +33,16 @@ class Planner {
     if (written.empty() || written.back().end != begin) written.push_back({begin, begin});
     written.back().end = end;
     m_frames += frames;
-    m_bytes += frames * kBytesPerFrame;
+    m_bytes += frames * disc::kBytesPerFrame;
   }
 
   bool isLongEnough() const {
-    return secondsOf(m_frames) - m_plan.tracks.back().start >= kShortestTrack;
+    return disc::secondsOf(m_frames) - m_plan.tracks.back().start >= disc::kShortestTrackSeconds;
   }
 
   void split(const std::string& title) {
     leadIn(m_config.track_leadin_ms);
-    m_plan.tracks.push_back({title, secondsOf(m_frames), position(), 0, 0.0, 0.0});
+    m_plan.tracks.push_back({title, disc::secondsOf(m_frames), position(), 0, 0.0, 0.0});
   }
 
   /// The last track begins at `start` in the project, where the one before it ends.
@@ -61,7 +59,7 @@ class Planner {
     m_plan.image_frames = position();
     m_plan.counted_frames = m_frames;
     if (m_config.track_mode != kTracksFromRegions) {
-      m_plan.tracks.back().source_length = secondsOf(m_frames) - m_plan.tracks.back().start;
+      m_plan.tracks.back().source_length = disc::secondsOf(m_frames) - m_plan.tracks.back().start;
     }
     for (size_t i = 0; i < m_plan.tracks.size(); ++i) {
       const bool last = i + 1 == m_plan.tracks.size();
@@ -73,21 +71,22 @@ class Planner {
 
  private:
   /// Frames in the image so far.
-  int64_t position() const { return m_bytes / kBytesPerFrame; }
+  int64_t position() const { return m_bytes / disc::kBytesPerFrame; }
 
   void silence(int64_t bytes) {
     m_bytes += bytes;
-    m_frames += bytes / kBytesPerFrame;
+    m_frames += bytes / disc::kBytesPerFrame;
   }
 
   void pad() {
-    if (const int64_t beyond = m_bytes % kBytesPerSector) silence(kBytesPerSector - beyond);
+    if (const int64_t beyond = m_bytes % disc::kBytesPerSector)
+      silence(disc::kBytesPerSector - beyond);
   }
 
   void leadIn(int ms) {
     if (ms == 0) return;
-    constexpr int64_t kMost = 2147483647 / kBytesPerSector * kBytesPerSector;
-    const int64_t bytes = int64_t{ms} * kFramesPerSecond * kBytesPerFrame / 1000;
+    constexpr int64_t kMost = 2147483647 / disc::kBytesPerSector * disc::kBytesPerSector;
+    const int64_t bytes = int64_t{ms} * disc::kSampleRate * disc::kBytesPerFrame / 1000;
     silence(bytes > 2147483647 ? kMost : bytes);
     pad();
   }
@@ -102,7 +101,7 @@ class Planner {
 std::string firstTitle(const std::vector<Mark>& marks, bool hash_only) {
   for (const Mark& mark : marks) {
     if (mark.end || !namesTrack(mark.name, hash_only)) continue;
-    return mark.start <= kShortestTrack ? trackTitle(mark.name, hash_only) : "";
+    return mark.start <= disc::kShortestTrackSeconds ? trackTitle(mark.name, hash_only) : "";
   }
   return "";
 }
@@ -116,7 +115,7 @@ void planMarkers(Planner& planner, const SinkConfig& config, const std::vector<M
   int64_t at = 0;
   for (const Mark& mark : marks) {
     if (mark.end || !namesTrack(mark.name, hash_only)) continue;
-    const bool names_first = !named && mark.start <= kShortestTrack;
+    const bool names_first = !named && mark.start <= disc::kShortestTrackSeconds;
     named = true;
     const int64_t frame = frameAt(mark.start);
     if (mark.start <= 0.0 || frame >= frames) continue;

@@ -1,25 +1,18 @@
-// A progress bar for people at a terminal.
+// How far a render is, for people at a terminal.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
 #include <string>
 
+#include "disc/terminal/progress_bar.h"
+
 namespace velmor::render {
 
-/// The bar alone, filled up to `part` of it (0 to 1).
-std::string progressBar(double part);
-
-/// Draws on standard error, a few times a second, with speed and time left; draws nothing when that
-/// is no terminal.
+/// Draws a progress bar with speed and time left; takes it away with itself.
 class Progress {
  public:
   Progress(std::string what, int64_t total_frames, bool wanted);
-  /// Takes the bar off the screen.
-  ~Progress();
-  Progress(const Progress&) = delete;
-  Progress& operator=(const Progress&) = delete;
-
   void show(int64_t frames);
 
  private:
@@ -27,9 +20,8 @@ class Progress {
 
   const std::string m_what;
   const int64_t m_total;
-  const bool m_visible;
   const Clock::time_point m_begun = Clock::now();
-  Clock::time_point m_drawn{};
+  disc::ProgressBar m_bar;
 };
 
 }  // namespace velmor::render

@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "disc/cd_text/disc_texts.h"
+#include "disc/units/disc_units.h"
 #include "tests/host/recording/attendant_double.h"
 #include "tests/host/recording/recorder_double.h"
 
@@ -249,7 +251,7 @@ TEST_F(Burn, TheWishToStopStopsItAndTellsOfTheDisc) {
   EXPECT_FALSE(outcome.written);
   EXPECT_EQ(outcome.failure, "The burn was stopped.");
   EXPECT_THAT(outcome.disc_state, HasSubstr("written in part"));
-  EXPECT_LT(m_drive.disc.size(), size_t{310} * kSectorBytes);
+  EXPECT_LT(m_drive.disc.size(), size_t{310} * disc::kBytesPerSector);
 }
 
 TEST_F(Burn, TheWishToStopBeforeItBeginsWritesNothing) {
@@ -297,13 +299,13 @@ TEST_F(Burn, TextsComeFromTheCueSheet) {
   std::filesystem::remove(path);
   EXPECT_TRUE(outcome.written);
   EXPECT_TRUE(m_drive.had_texts);
-  EXPECT_EQ(m_drive.texts.block(TextKind::kTitle).disc, "Night Drive");
+  EXPECT_EQ(m_drive.texts.block(disc::TextKind::kTitle).disc, "Night Drive");
   EXPECT_THAT(m_drive.texts.recording_codes, ElementsAre("USABC0500001"));
 }
 
 TEST_F(Burn, AMissingCueSheetIsToldBeforeAnythingIsWritten) {
   m_options.text_sheet = "/nowhere/album.cue";
-  expectRefused(run(Programme({300})), "/nowhere/album.cue cannot be read");
+  expectRefused(run(Programme({300})), "\"/nowhere/album.cue\" cannot be read");
 }
 
 TEST_F(Burn, AComparisonFollowsWhereItIsWanted) {

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "tests/host/recording/recorder_double.h"
 
 namespace velmor::recording::testing {
@@ -44,7 +46,7 @@ INSTANTIATE_TEST_SUITE_P(Frames, ReadOffset,
 
 TEST(DiscComparison, SilenceBeforeTheMusicHidesNoOffset) {
   Bytes image = noise(600);
-  std::fill(image.begin(), image.begin() + 200 * kSectorBytes, 0);
+  std::fill(image.begin(), image.begin() + 200 * disc::kBytesPerSector, 0);
   const Programme programme(image, {300, 300});
   DriveState drive;
   drive.disc = image;
@@ -53,7 +55,7 @@ TEST(DiscComparison, SilenceBeforeTheMusicHidesNoOffset) {
 }
 
 TEST(DiscComparison, SilenceAllThroughIsComparedToo) {
-  const Programme programme(Bytes(size_t{300} * kSectorBytes, 0), {300});
+  const Programme programme(Bytes(size_t{300} * disc::kBytesPerSector, 0), {300});
   DriveState drive;
   drive.disc = programme.image();
   EXPECT_EQ(compare(drive, programme).verdict, Verdict::kEqual);
@@ -70,16 +72,16 @@ TEST_P(OneWrongByte, IsFoundAndItsSectorNamed) {
   drive.disc[GetParam()] ^= 1;
   const Comparison result = compare(drive, programme);
   EXPECT_EQ(result.verdict, Verdict::kDifferent);
-  const auto sector = static_cast<int64_t>(GetParam() / kSectorBytes);
-  EXPECT_THAT(result.words, HasSubstr("in 1 sector, at " + minutesSecondsFrames(sector) +
+  const auto sector = static_cast<int64_t>(GetParam() / disc::kBytesPerSector);
+  EXPECT_THAT(result.words, HasSubstr("in 1 sector, at " + disc::msfText(sector) +
                                       (sector < 300 ? " (track 1)" : " (track 2)")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Places, OneWrongByte,
-                         ::testing::Values(size_t{150} * kSectorBytes,
-                                           size_t{300} * kSectorBytes - 1,
-                                           size_t{300} * kSectorBytes,
-                                           size_t{600} * kSectorBytes - 1));
+                         ::testing::Values(size_t{150} * disc::kBytesPerSector,
+                                           size_t{300} * disc::kBytesPerSector - 1,
+                                           size_t{300} * disc::kBytesPerSector,
+                                           size_t{600} * disc::kBytesPerSector - 1));
 
 TEST(DiscComparison, AnotherDiscIsDifferent) {
   const Programme programme({300});
@@ -95,8 +97,8 @@ TEST(DiscComparison, AnOffsetThatDoesNotHoldIsADifference) {
   DriveState drive;
   drive.disc = programme.image();
   // A frame lost in the middle: all after it comes early.
-  drive.disc.erase(drive.disc.begin() + 300 * kSectorBytes,
-                   drive.disc.begin() + 300 * kSectorBytes + 4);
+  drive.disc.erase(drive.disc.begin() + 300 * disc::kBytesPerSector,
+                   drive.disc.begin() + 300 * disc::kBytesPerSector + 4);
   drive.disc.insert(drive.disc.end(), 4, 0);
   EXPECT_EQ(compare(drive, programme).verdict, Verdict::kDifferent);
 }
@@ -110,7 +112,7 @@ TEST(DiscComparison, AFlawInTheFirstSecondIsAFlawAndNoDriveThatCannotRead) {
     drive.unreadable_to = flaw + 1;
     const Comparison flawed = compare(drive, programme);
     EXPECT_EQ(flawed.verdict, Verdict::kDifferent) << flaw;
-    EXPECT_THAT(flawed.words, HasSubstr("cannot be read at " + minutesSecondsFrames(flaw)));
+    EXPECT_THAT(flawed.words, HasSubstr("cannot be read at " + disc::msfText(flaw)));
   }
 }
 

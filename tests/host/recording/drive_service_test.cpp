@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "disc/failure.h"
 #include "tests/host/recording/attendant_double.h"
 #include "tests/host/recording/recorder_double.h"
 
@@ -26,9 +27,8 @@ class BusDouble final : public RecorderBus {
     ++m_machine.scans;
     return m_machine.drives;
   }
-  std::unique_ptr<Recorder> grab(const std::string&, bool, std::string& why) override {
-    why = m_machine.refusal;
-    if (!why.empty()) return nullptr;
+  std::unique_ptr<Recorder> grab(const std::string&, bool) override {
+    if (!m_machine.refusal.empty()) throw Failure(m_machine.refusal);
     return std::make_unique<RecorderDouble>(m_machine.state);
   }
 

@@ -6,12 +6,13 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "disc/units/disc_units.h"
 #include "host/recording/recording_library.h"
 #include "tests/host/recording/attendant_double.h"
 #include "tests/host/recording/recorder_shelf.h"
 
 extern "C" velmor::recording::Service* velmorOpenRecording(
-    const velmor::recording::Options& options, std::string& why);
+    const velmor::recording::Options& options);
 
 namespace velmor::recording::testing {
 namespace {
@@ -24,9 +25,7 @@ class EmulatedBurn : public ::testing::Test {
   EmulatedBurn() {
     m_options.attendant = &m_person;
     m_options.cancel = &m_cancel;
-    std::string why;
-    m_service = velmorOpenRecording(m_options, why);
-    if (m_service == nullptr) throw std::runtime_error(why);
+    m_service = velmorOpenRecording(m_options);
   }
   ~EmulatedBurn() override { m_service->close(); }
 
@@ -129,7 +128,7 @@ TEST_F(EmulatedBurn, PregapsLieBeforeTheirTracksWithTheProducersAudio) {
   EXPECT_EQ(disc.tracks[1].start(), 375);
   EXPECT_EQ(disc.tracks[2].start(), 675);
   Bytes expected = programme.image();
-  expected.insert(expected.begin() + 300 * kSectorBytes, 75 * kSectorBytes, 3);
+  expected.insert(expected.begin() + 300 * disc::kBytesPerSector, 75 * disc::kBytesPerSector, 3);
   EXPECT_EQ(m_shelf.audio(0), expected);
 }
 
@@ -140,7 +139,7 @@ TEST_F(EmulatedBurn, ALongPregapOfTrack1IsWhollyOnTheDisc) {
   EXPECT_TRUE(burn(programme).written);
   EXPECT_EQ(m_shelf.disc(0).tracks[0].start(), 75);
   Bytes expected = programme.image();
-  expected.insert(expected.begin(), 75 * kSectorBytes, 3);
+  expected.insert(expected.begin(), 75 * disc::kBytesPerSector, 3);
   EXPECT_EQ(m_shelf.audio(0), expected);
 }
 
@@ -313,7 +312,7 @@ TEST_F(EmulatedBurn, AFailedReadOfTheImageStopsTheBurn) {
   EXPECT_THAT(outcome.failure, HasSubstr("could not be read at 00:05:25 (track 2)"));
   EXPECT_NE(m_shelf.disc(0).state, recorder::DiscState::kComplete);
   // No silence in place of the audio that is missing, but for what fills the last write command.
-  EXPECT_LE(m_shelf.audio(0).size(), size_t{413} * kSectorBytes);
+  EXPECT_LE(m_shelf.audio(0).size(), size_t{413} * disc::kBytesPerSector);
 }
 
 TEST_F(EmulatedBurn, AnImageThatBecomesShorterStopsTheBurn) {
@@ -334,7 +333,7 @@ TEST_F(EmulatedBurn, TheWishToStopIsObeyedAndTheDiscsStateTold) {
   EXPECT_FALSE(outcome.written);
   EXPECT_EQ(outcome.failure, "The burn was stopped.");
   EXPECT_THAT(outcome.disc_state, HasSubstr("cannot be used any more"));
-  EXPECT_LT(m_shelf.audio(0).size(), size_t{6000} * kSectorBytes);
+  EXPECT_LT(m_shelf.audio(0).size(), size_t{6000} * disc::kBytesPerSector);
 }
 
 TEST_F(EmulatedBurn, AStoppedRewritableDiscCanBeUsedAgain) {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "abi/disc_recording.h"
-#include "host/recording/disc_time.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::recording::testing {
 
@@ -17,7 +17,7 @@ using Bytes = std::vector<unsigned char>;
 
 /// Noise of `sectors` sectors, the same every time.
 inline Bytes noise(int sectors, uint32_t seed = 1) {
-  Bytes image(static_cast<size_t>(sectors) * kSectorBytes);
+  Bytes image(static_cast<size_t>(sectors) * disc::kBytesPerSector);
   uint32_t state = seed;
   for (unsigned char& byte : image) {
     state = state * 1664525U + 1013904223U;
@@ -32,7 +32,7 @@ class ProducerDouble final : public DiscTrackProducer {
       : m_image(image), m_first(first_byte), m_bytes(bytes) {}
 
   uint64_t EstimateLengthOfTrack() override {
-    return estimate.value_or((m_bytes + kSectorBytes - 1) / kSectorBytes);
+    return estimate.value_or((m_bytes + disc::kBytesPerSector - 1) / disc::kBytesPerSector);
   }
   bool PrepareTrack() override {
     ++prepared;
@@ -44,11 +44,11 @@ class ProducerDouble final : public DiscTrackProducer {
     return length;
   }
   uint32_t ProduceData(void* buffer, uint32_t length) override {
-    if (m_at / kSectorBytes == fails_at_sector) return UINT32_MAX;
+    if (m_at / disc::kBytesPerSector == fails_at_sector) return UINT32_MAX;
     const size_t begin = m_first + m_at;
     const size_t there = begin < m_image.size() ? m_image.size() - begin : 0;
     size_t count = std::min({static_cast<size_t>(length), m_bytes - m_at, there});
-    if (m_at / kSectorBytes == short_at_sector) count /= 2;
+    if (m_at / disc::kBytesPerSector == short_at_sector) count /= 2;
     std::memcpy(buffer, m_image.data() + begin, count);
     m_at += count;
     return static_cast<uint32_t>(count);
@@ -83,9 +83,9 @@ class Programme {
   Programme(Bytes image, const std::vector<int>& track_sectors) : m_image(std::move(image)) {
     size_t first = 0;
     for (const int sectors : track_sectors) {
-      const size_t bytes = static_cast<size_t>(sectors) * kSectorBytes;
+      const size_t bytes = static_cast<size_t>(sectors) * disc::kBytesPerSector;
       producers.push_back(std::make_unique<ProducerDouble>(m_image, first, bytes));
-      tracks.push_back({producers.back().get(), 0, 0, 0, 0, 0, kSectorBytes, sectors});
+      tracks.push_back({producers.back().get(), 0, 0, 0, 0, 0, disc::kBytesPerSector, sectors});
       first += bytes;
     }
   }

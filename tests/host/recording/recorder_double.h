@@ -7,7 +7,9 @@
 #include <utility>
 #include <vector>
 
+#include "disc/cd_text/disc_texts.h"
 #include "disc/failure.h"
+#include "disc/units/disc_units.h"
 #include "host/recording/burn/recorder.h"
 #include "tests/host/recording/programme.h"
 
@@ -36,7 +38,7 @@ struct DriveState {
   int writings = 0;
   int cancels = 0;
   bool had_texts = false;
-  DiscTexts texts;
+  disc::DiscTexts texts;
   double speed = -1.0;
   std::vector<bool> releases;  // each with its wish to eject
 };
@@ -95,8 +97,8 @@ class RecorderDouble final : public Recorder {
   bool succeeded() override { return m_good; }
   bool readAudio(int64_t lba, int sectors, unsigned char* audio) override {
     if (lba + sectors > m_state.unreadable_from && lba < m_state.unreadable_to) return false;
-    const int64_t first = lba * kSectorBytes + int64_t{m_state.read_offset} * 4;
-    for (int64_t i = 0; i < int64_t{sectors} * kSectorBytes; ++i) {
+    const int64_t first = lba * disc::kBytesPerSector + int64_t{m_state.read_offset} * 4;
+    for (int64_t i = 0; i < int64_t{sectors} * disc::kBytesPerSector; ++i) {
       const int64_t at = first + i;
       const bool there = at >= 0 && at < static_cast<int64_t>(m_state.disc.size());
       audio[i] = there ? m_state.disc[static_cast<size_t>(at)] : 0;
@@ -122,7 +124,7 @@ class RecorderDouble final : public Recorder {
       if (!m_state.remark.empty()) m_messages.push_back({true, m_state.remark});
       return end();
     }
-    unsigned char sector[kSectorBytes] = {};
+    unsigned char sector[disc::kBytesPerSector] = {};
     const auto track = static_cast<size_t>(m_session.plan->trackAt(m_written));
     if (!m_feed->next(track, sector)) {
       if (!m_state.goes_on_with_zeros) m_good = false;
@@ -138,7 +140,8 @@ class RecorderDouble final : public Recorder {
                                       ",13): [3 0C 00] Medium error. Write error."});
       return end();
     }
-    if (!m_state.simulated) m_state.disc.insert(m_state.disc.end(), sector, sector + kSectorBytes);
+    if (!m_state.simulated)
+      m_state.disc.insert(m_state.disc.end(), sector, sector + disc::kBytesPerSector);
     ++m_written;
   }
 

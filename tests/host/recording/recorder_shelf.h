@@ -8,6 +8,8 @@
 #include <iterator>
 #include <string>
 
+#include "disc/units/disc_limits.h"
+#include "disc/units/disc_units.h"
 #include "tests/host/recording/programme.h"
 #include "tools/emulated_drive/directory/drive_directory.h"
 #include "tools/emulated_drive/interpose/station.h"
@@ -52,7 +54,7 @@ class RecorderShelf {
   Bytes audio(int i) const {
     std::ifstream file(drive(i).audioFile(), std::ios::binary);
     Bytes bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    constexpr size_t kPregap = size_t{kLeadInPregap} * kSectorBytes;
+    constexpr size_t kPregap = size_t{disc::kSectorsBeforeTrack1} * disc::kBytesPerSector;
     if (bytes.size() <= kPregap) return {};
     bytes.erase(bytes.begin(), bytes.begin() + kPregap);
     return bytes;
@@ -66,9 +68,9 @@ class RecorderShelf {
   /// One track of four seconds, closed.
   static recorder::Disc closed(recorder::Disc disc = {}) {
     disc.state = recorder::DiscState::kComplete;
-    disc.lead_out = kMinTrackSectors;
+    disc.lead_out = disc::kShortestTrackSectors;
     recorder::Track track;
-    track.pregap_start = -kLeadInPregap;
+    track.pregap_start = -disc::kSectorsBeforeTrack1;
     track.indices = {0};
     disc.tracks = {track};
     return disc;

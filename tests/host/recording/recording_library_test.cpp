@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "disc/failure.h"
 #include "host/recording/recording_loader.h"
 #include "tests/host/recording/attendant_double.h"
 #include "tests/host/recording/recorder_shelf.h"
@@ -18,9 +19,7 @@ TEST(RecordingLibrary, IsLoadedFromItsFileAndBurns) {
   AttendantDouble person;
   Options options;
   options.attendant = &person;
-  std::string why;
-  Service* service = loadRecording(kLibrary, options, why);
-  ASSERT_NE(service, nullptr) << why;
+  Service* service = loadRecording(kLibrary, options);
   const Programme programme({300, 300});
   DiscRecordingService* recording = service;
   ASSERT_EQ(recording->DeviceCount(), 2);
@@ -39,19 +38,20 @@ TEST(RecordingLibrary, IsLoadedFromItsFileAndBurns) {
 }
 
 TEST(RecordingLibrary, ThatIsMissingIsNamedWithWhatItNeeds) {
-  std::string why;
-  EXPECT_EQ(loadRecording("/nowhere/velmor_recording.so", {}, why), nullptr);
-  EXPECT_THAT(why, HasSubstr("/nowhere/velmor_recording.so"));
-  EXPECT_THAT(why, HasSubstr("libburn4"));
+  try {
+    loadRecording("/nowhere/velmor_recording.so", {});
+    FAIL() << "there is no such library";
+  } catch (const Failure& failure) {
+    EXPECT_THAT(failure.what(), HasSubstr("/nowhere/velmor_recording.so"));
+    EXPECT_THAT(failure.what(), HasSubstr("libburn4"));
+  }
 }
 
 TEST(RecordingLibrary, OnAMachineWithoutRecordersThereAreNone) {
   const RecorderShelf shelf;
   std::filesystem::remove_all(shelf.folder(0));
   std::filesystem::remove_all(shelf.folder(1));
-  std::string why;
-  Service* service = loadRecording(kLibrary, {}, why);
-  ASSERT_NE(service, nullptr) << why;
+  Service* service = loadRecording(kLibrary, {});
   EXPECT_EQ(service->DeviceCount(), 0);
   EXPECT_TRUE(service->drives().empty());
   service->close();

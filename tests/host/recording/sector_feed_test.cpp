@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "disc/units/disc_units.h"
 #include "tests/host/recording/programme.h"
 
 namespace velmor::recording::testing {
@@ -15,7 +16,7 @@ Bytes drain(SectorFeed& feed, const SessionPlan& plan) {
   Bytes disc;
   for (size_t track = 0; track < plan.tracks.size(); ++track)
     for (int i = 0; i < plan.tracks[track].pregap + plan.tracks[track].sectors; ++i) {
-      Bytes sector(kSectorBytes, 0xEE);
+      Bytes sector(disc::kBytesPerSector, 0xEE);
       if (!feed.next(track, sector.data())) return disc;
       disc.insert(disc.end(), sector.begin(), sector.end());
     }
@@ -82,10 +83,10 @@ TEST(SectorFeed, AFailedReadStopsTheBurnForGood) {
   Programme programme({300, 300});
   programme.producers[1]->fails_at_sector = 10;
   Feed f(programme);
-  EXPECT_EQ(drain(f.feed, f.plan).size(), size_t{310} * kSectorBytes);
+  EXPECT_EQ(drain(f.feed, f.plan).size(), size_t{310} * disc::kBytesPerSector);
   EXPECT_TRUE(f.feed.failed());
   EXPECT_THAT(f.feed.failure(), HasSubstr("could not be read at 00:04:10 (track 2)"));
-  Bytes sector(kSectorBytes);
+  Bytes sector(disc::kBytesPerSector);
   EXPECT_FALSE(f.feed.next(1, sector.data()));
 }
 
@@ -104,7 +105,7 @@ TEST(SectorFeed, ThePregapComesFromTheProducerBeforeItsTrack) {
   Feed f(programme);
   const Bytes disc = drain(f.feed, f.plan);
   Bytes expected = programme.image();
-  expected.insert(expected.begin() + 300 * kSectorBytes, 2 * kSectorBytes, 7);
+  expected.insert(expected.begin() + 300 * disc::kBytesPerSector, 2 * disc::kBytesPerSector, 7);
   EXPECT_EQ(disc, expected);
 }
 
@@ -113,7 +114,7 @@ TEST(SectorFeed, TheWishToStopIsHeardAtTheNextSector) {
   const SessionPlan plan = planSession(programme.tracks.data(), programme.count());
   std::atomic<bool> cancel{false};
   SectorFeed feed(plan, &cancel);
-  Bytes sector(kSectorBytes);
+  Bytes sector(disc::kBytesPerSector);
   EXPECT_TRUE(feed.next(0, sector.data()));
   cancel = true;
   EXPECT_FALSE(feed.next(0, sector.data()));
@@ -123,7 +124,7 @@ TEST(SectorFeed, TheWishToStopIsHeardAtTheNextSector) {
 
 TEST(SectorFeed, TracksInAnotherOrderAreAFailure) {
   Programme programme({300, 300, 300});
-  Bytes sector(kSectorBytes);
+  Bytes sector(disc::kBytesPerSector);
   Feed skips(programme);
   EXPECT_FALSE(skips.feed.next(2, sector.data()));
   EXPECT_TRUE(skips.feed.failed());
@@ -137,7 +138,7 @@ TEST(SectorFeed, MoreThanATrackHasIsAFailure) {
   Programme programme({300});
   Feed f(programme);
   drain(f.feed, f.plan);
-  Bytes sector(kSectorBytes);
+  Bytes sector(disc::kBytesPerSector);
   EXPECT_FALSE(f.feed.next(0, sector.data()));
   EXPECT_TRUE(f.feed.failed());
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "disc/failure.h"
+#include "disc/units/disc_units.h"
 #include "tests/host/recording/programme.h"
 
 namespace velmor::recording::testing {
@@ -106,8 +107,8 @@ TEST(SessionPlan, ATrackWithoutAProducerIsRefused) {
 
 TEST(SessionPlan, TheLeadOutBeginsAtTheLatestWhereTheDiscsTimeEnds) {
   const Bytes none;
-  ProducerDouble producer(none, 0, size_t{404'849} * kSectorBytes);
-  DiscTrack track{&producer, 0, 0, 0, 0, 0, kSectorBytes, 404'849};
+  ProducerDouble producer(none, 0, size_t{404'849} * disc::kBytesPerSector);
+  DiscTrack track{&producer, 0, 0, 0, 0, 0, disc::kBytesPerSector, 404'849};
   EXPECT_EQ(planSession(&track, 1).sectors, 404'849);
   producer.estimate = 404'850;
   track.track_length = 404'850;

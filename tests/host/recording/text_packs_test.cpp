@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "disc/cd_text/disc_texts.h"
 #include "host/recording/libburn/libburn_header.h"
-#include "host/recording/texts/disc_texts.h"
 
 namespace velmor::recording::testing {
 namespace {
@@ -14,7 +14,7 @@ unsigned char* bytesOf(const std::string& text) {
   return reinterpret_cast<unsigned char*>(const_cast<char*>(text.c_str()));
 }
 
-int packsOfLibburn(const TextBlock& block) {
+int packsOfLibburn(const disc::TextBlock& block) {
   std::string title = "TITLE";
   burn::burn_initialize();
   burn::burn_session* session = burn::burn_session_create();
@@ -34,12 +34,12 @@ int packsOfLibburn(const TextBlock& block) {
   return packs - kSummaryPacks;
 }
 
-class TextPacks : public ::testing::TestWithParam<TextBlock> {};
+class TextPacks : public ::testing::TestWithParam<disc::TextBlock> {};
 
 TEST_P(TextPacks, AreCountedAsTheyWillBeWritten) {
-  DiscTexts texts;
-  texts.block(TextKind::kTitle) = GetParam();
-  EXPECT_EQ(textPacks(texts), packsOfLibburn(GetParam()));
+  disc::DiscTexts texts;
+  texts.block(disc::TextKind::kTitle) = GetParam();
+  EXPECT_EQ(disc::textPacks(texts), packsOfLibburn(GetParam()));
 }
 
 std::vector<std::string> numbered(int count) {
@@ -51,14 +51,15 @@ std::vector<std::string> numbered(int count) {
 
 INSTANTIATE_TEST_SUITE_P(
     Blocks, TextPacks,
-    ::testing::Values(TextBlock{"", {""}}, TextBlock{"A", {"B"}}, TextBlock{"Twelve bytes", {""}},
-                      TextBlock{"Same", {"Same", "Same", "Same"}},
-                      TextBlock{"D", std::vector<std::string>(99, "The Lanterns")},
-                      TextBlock{"D", std::vector<std::string>(99, "")},
-                      TextBlock{"D", std::vector<std::string>(99, "x")},
-                      TextBlock{"D", {"Same", "Same", "", "", "Same", "Same"}},
-                      TextBlock{"Night Drive", numbered(99)},
-                      TextBlock{"", {std::string(252 * 12 - 2, 'x')}}));
+    ::testing::Values(disc::TextBlock{"", {""}}, disc::TextBlock{"A", {"B"}},
+                      disc::TextBlock{"Twelve bytes", {""}},
+                      disc::TextBlock{"Same", {"Same", "Same", "Same"}},
+                      disc::TextBlock{"D", std::vector<std::string>(99, "The Lanterns")},
+                      disc::TextBlock{"D", std::vector<std::string>(99, "")},
+                      disc::TextBlock{"D", std::vector<std::string>(99, "x")},
+                      disc::TextBlock{"D", {"Same", "Same", "", "", "Same", "Same"}},
+                      disc::TextBlock{"Night Drive", numbered(99)},
+                      disc::TextBlock{"", {std::string(252 * 12 - 2, 'x')}}));
 
 }  // namespace
 }  // namespace velmor::recording::testing

@@ -34,6 +34,11 @@ class Command : public TwoDrives {
   std::string m_out, m_err;
 };
 
+TEST_F(Command, TellsTheVersionOfTheProject) {
+  EXPECT_EQ(run("--version"), 0);
+  EXPECT_EQ(m_out, "velmor-recorder " VELMOR_VERSION "\n");
+}
+
 struct Mistake {
   const char* name;
   const char* arguments;

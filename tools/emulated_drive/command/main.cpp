@@ -9,6 +9,7 @@
 #include <fstream>
 #include <iostream>
 
+#include "disc/version.h"
 #include "tools/emulated_drive/command/disc_report.h"
 #include "tools/emulated_drive/directory/file_surface.h"
 
@@ -199,6 +200,7 @@ void addDiscOptions(CLI::App& command, Request& request) {
 
 int runCommand(int count, char** words) {
   CLI::App app{"Emulated CD recorders: drives in a directory, for programs that burn."};
+  app.set_version_flag("--version", std::string("velmor-recorder ") + disc::kVersion);
   app.footer(
       "Example:\n  velmor-recorder create /tmp/drives\n"
       "  velmor-recorder run /tmp/drives -- cdrskin dev=/dev/sr30 -sao -audio album.wav\n"

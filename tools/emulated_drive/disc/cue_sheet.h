@@ -1,5 +1,6 @@
 // The cue sheet of SEND CUE SHEET (MMC-5 section 6.33): eight bytes an entry, from the lead-in to
-// the lead-out.
+// the lead-out. The text file of that name is written by module/sink/cue_sheet.h and read by
+// disc/sheet/sheet.h.
 #pragma once
 
 #include <optional>

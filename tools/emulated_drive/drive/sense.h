@@ -1,4 +1,5 @@
 // Sense data: what a drive says when it does not do a command (SPC-3 section 4.5, MMC-5 annex F).
+// The side that reads it is host/recording/burn/sense.h, which shares nothing with this one.
 #pragma once
 
 #include <array>

@@ -4,9 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 
 namespace velmor::render {
+
+/// `bytes` as the characters they may be.
+inline std::string_view charactersOf(std::span<const std::byte> bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
 
 /// Looks into a descriptor that somebody else owns; its position stays.
 class FileBytes {

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <utility>
 
+#include "disc/text/line_of_text.h"
 #include "host/render/input/formats/flac_blocks.h"
 #include "host/render/input/marks/wav_marks.h"
-#include "host/render/input/text_encoding.h"
 
 namespace velmor::render {
 namespace {
@@ -100,7 +100,7 @@ std::vector<WavMark> aiffMarks(SNDFILE* file) {
     SF_CUE_POINT point;
     std::memcpy(&point, record.data() + sizeof count + i * sizeof point, sizeof point);
     const std::string_view name(point.name, ::strnlen(point.name, sizeof point.name));
-    marks.push_back({point.sample_offset, 0, asLineOfText(name)});
+    marks.push_back({point.sample_offset, 0, disc::asLineOfText(name)});
   }
   std::stable_sort(marks.begin(), marks.end(),
                    [](const WavMark& a, const WavMark& b) { return a.start < b.start; });

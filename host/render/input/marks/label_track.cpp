@@ -7,9 +7,10 @@
 #include <system_error>
 
 #include "disc/failure.h"
+#include "disc/text/line_of_text.h"
+#include "disc/text/utf8.h"
 #include "host/render/input/formats/readable_file.h"
 #include "host/render/input/marks/mark_parsing.h"
-#include "host/render/input/text_encoding.h"
 
 namespace velmor::render {
 namespace {
@@ -94,10 +95,10 @@ class LabelReader {
 
  private:
   void add(Mark mark, std::string_view name) {
-    mark.name = asLineOfText(name);
+    mark.name = disc::asLineOfText(name);
     mark.given_by = place();
     m_track.marks.push_back(std::move(mark));
-    if (!isUtf8(name)) {
+    if (!disc::isUtf8(name)) {
       report("has a name that is not UTF-8 and was read as Windows-1252; save the labels as UTF-8");
     }
   }

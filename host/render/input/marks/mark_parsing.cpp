@@ -5,12 +5,13 @@
 #include <cstdint>
 
 #include "disc/failure.h"
-#include "host/render/input/text_encoding.h"
+#include "disc/text/line_of_text.h"
+#include "disc/text/utf8.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::render {
 namespace {
 
-constexpr double kFramesPerSecond = 75.0;
 /// Far beyond any album, and safely inside what counts of frames can hold.
 constexpr double kLongestTime = 1e9;
 
@@ -18,7 +19,7 @@ constexpr const char* kForms = "give seconds (12.5), MM:SS.mmm or MM:SS:FF";
 
 /// Fit for a message, whatever bytes were typed.
 std::string quoted(std::string_view text) {
-  return "'" + asLineOfText(text) + "'";
+  return "'" + disc::asLineOfText(text) + "'";
 }
 
 [[noreturn]] void refuseTime(std::string_view text, const std::string& reason) {
@@ -75,8 +76,9 @@ Option splitOption(std::string_view text, const char* form) {
     throw Failure(quoted(text) + " has no '=' before its name: give " + form);
   }
   const std::string_view name = text.substr(equals + 1);
-  if (!isUtf8(name)) throw Failure("the name in " + quoted(text) + " is not UTF-8: retype it");
-  if (hasControlCharacters(name)) {
+  if (!disc::isUtf8(name))
+    throw Failure("the name in " + quoted(text) + " is not UTF-8: retype it");
+  if (disc::hasControlCharacters(name)) {
     throw Failure("the name in " + quoted(text) +
                   " has a line break or another control character: take it out");
   }
@@ -96,8 +98,8 @@ double parseTime(std::string_view text) {
   }
   const auto seconds = static_cast<double>(wholeNumber(rest.substr(0, second), text));
   const auto frames = static_cast<double>(wholeNumber(rest.substr(second + 1), text));
-  if (frames >= kFramesPerSecond) refuseTime(text, "a second has the frames 0 to 74");
-  return minutesAndSeconds(minutes, seconds, text) + frames / kFramesPerSecond;
+  if (frames >= disc::kSectorsPerSecond) refuseTime(text, "a second has the frames 0 to 74");
+  return minutesAndSeconds(minutes, seconds, text) + frames / disc::kSectorsPerSecond;
 }
 
 Mark parseMarkerOption(std::string_view text) {

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "disc/codes.h"
+#include "disc/codes/isrc.h"
+#include "disc/text/line_of_text.h"
 #include "host/render/input/formats/flac_blocks.h"
 #include "host/render/input/formats/ogg_pages.h"
-#include "host/render/input/text_encoding.h"
 
 namespace velmor::render {
 namespace {
@@ -93,11 +93,11 @@ std::optional<std::string_view> valueOf(std::string_view comment, std::string_vi
 
 void addComment(std::string_view comment, Tags& tags) {
   if (const auto composer = valueOf(comment, "COMPOSER")) {
-    const std::string name = asLineOfText(*composer);
+    const std::string name = disc::asLineOfText(*composer);
     if (!name.empty() && !tags.songwriter.empty()) tags.songwriter += ", ";
     tags.songwriter += name;
   } else if (const auto code = valueOf(comment, "ISRC"); code && tags.isrc.empty()) {
-    tags.isrc = normalisedIsrc(asLineOfText(*code)).value_or("");
+    tags.isrc = disc::normalisedIsrc(disc::asLineOfText(*code)).value_or("");
   }
 }
 

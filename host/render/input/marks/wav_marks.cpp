@@ -4,7 +4,8 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "host/render/input/text_encoding.h"
+#include "disc/text/line_of_text.h"
+#include "host/render/input/formats/file_bytes.h"
 
 namespace velmor::render {
 namespace {
@@ -34,7 +35,7 @@ uint32_t numberAt(Bytes bytes, size_t at, ByteOrder order) {
 }
 
 void setOnce(std::string& text, Bytes bytes) {
-  if (text.empty()) text = asLineOfText(charactersOf(bytes));
+  if (text.empty()) text = disc::asLineOfText(charactersOf(bytes));
 }
 
 void annotate(Annotations& annotations, std::string_view id, Bytes body, ByteOrder order) {

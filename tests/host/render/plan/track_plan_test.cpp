@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <random>
 
-#include "disc/disc_time.h"
+#include "disc/units/disc_time.h"
 #include "host/render/album/render_range.h"
 #include "host/render/plan/isrc_places.h"
 #include "host/render/plan/sheet_times.h"
@@ -81,9 +81,9 @@ void expectPlanHolds(const SinkConfig& settings, std::vector<Mark> given, int64_
     const PlannedTrack& track = plan.tracks[i];
     EXPECT_EQ(render.titles[i], track.title) << "track " << i + 1;
     EXPECT_EQ(render.indexes[i], test::sheetTime(track.start)) << "track " << i + 1;
-    EXPECT_EQ(render.indexes[i], msfOf(startSectorInSheet(plan, i))) << "track " << i + 1;
+    EXPECT_EQ(render.indexes[i], disc::msfText(startSectorInSheet(plan, i))) << "track " << i + 1;
     const auto gap = gapSectorInSheet(settings, plan, i);
-    EXPECT_EQ(render.gaps[i], gap ? msfOf(*gap) : "") << "track " << i + 1;
+    EXPECT_EQ(render.gaps[i], gap ? disc::msfText(*gap) : "") << "track " << i + 1;
     const bool silence_before = i == 0 ? settings.disc_leadin_ms : settings.track_leadin_ms;
     if (plan.written.empty()) continue;
     EXPECT_NE(render.left[static_cast<size_t>(track.start_frame)], 0) << "track " << i + 1;

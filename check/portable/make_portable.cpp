@@ -1,0 +1,247 @@
+#include "check/portable/make_portable.h"
+
+#include <algorithm>
+#include <functional>
+#include <set>
+#include <system_error>
+
+#include "check/portable/start_times.h"
+#include "disc/codes/catalogue_number.h"
+#include "disc/codes/isrc.h"
+#include "disc/portable/portable_disc.h"
+#include "disc/sheet/sheet.h"
+#include "disc/sheet/track_words.h"
+#include "disc/text/line_of_text.h"
+#include "disc/text/phrases.h"
+#include "disc/text/plain_text.h"
+#include "disc/text/words.h"
+
+namespace velmor::check {
+
+namespace {
+
+/// Errors that leave nothing to write a sheet from.
+constexpr std::string_view kHopeless[] = {
+    "no-tracks",       "no-file",           "image-missing",     "image-empty",
+    "too-many-tracks", "no-index-01",       "index-order",       "indices-descend",
+    "index-past-end",  "bad-number",        "time-out-of-range", "minutes-over-99",
+    "file-type",       "misplaced-command", "track-number",      "not-a-text",
+    "more-problems",   "too-many-files",    "file-starts-late",  "image-unreadable",
+    "not-of-its-type", "unknown-track-mode"};
+
+/// A finding's advice as the end of a message: without its capital and its full stop.
+std::string asAdvice(std::string advice) {
+  if (advice.ends_with('.')) advice.pop_back();
+  if (!advice.empty() && advice[0] >= 'A' && advice[0] <= 'Z')
+    advice[0] = static_cast<char>(advice[0] - 'A' + 'a');
+  return advice;
+}
+
+void refuseHopeless(const Report& report) {
+  for (const Finding& f : report.findings) {
+    if (f.severity != Severity::kError ||
+        std::find(std::begin(kHopeless), std::end(kHopeless), f.rule) == std::end(kHopeless))
+      continue;
+    const std::string where = f.line > 0 ? " (line " + std::to_string(f.line) + ")" : "";
+    throw Failure("no second sheet can be made from " + disc::inQuotes(report.sheet.string()) +
+                  ": " + disc::printable(f.what) + where + "; " + asAdvice(f.action));
+  }
+}
+
+class Maker {
+ public:
+  Maker(const Report& report, const std::filesystem::path& target)
+      : m_sheet(report.disc.sheet), m_report(report), m_folder(target.parent_path()) {
+    if (target.extension() == ".cue") m_name = target.filename();
+  }
+
+  disc::PortableDisc run(const ExactStarts& exact) {
+    takeCatalog();
+    takeFields(m_sheet.fields, m_made.fields, "Disc");
+    takeFiles();
+    for (const disc::Track& t : m_sheet.tracks) takeTrack(t);
+    placeStarts(m_report.disc, exact, m_made.tracks, m_made.changes);
+    dropEmptyGaps();
+    completeFields();
+    if (!m_sheet.remarks.empty())
+      say(std::to_string(m_sheet.remarks.size()) + " REM lines are left out: no disc holds them.");
+    if (m_sheet.cd_text_file) say("CDTEXTFILE is left out: most readers do not know it.");
+    return std::move(m_made);
+  }
+
+ private:
+  void say(const std::string& change) { m_made.changes.push_back(disc::printable(change)); }
+
+  void takeCatalog() {
+    if (!m_sheet.catalog) return;
+    std::string code = m_sheet.catalog->bytes;
+    if (m_sheet.catalog->quoted) say("CATALOG is written without quotes.");
+    if (code.size() == 12 && disc::allDigits(code)) {
+      say("CATALOG " + code + " is written as 0" + code + ": a UPC takes a leading 0.");
+      code.insert(code.begin(), '0');
+    }
+    if (code.size() != 13 || !disc::allDigits(code)) {
+      say("CATALOG " + disc::inQuotes(code.substr(0, 40)) + " is left out: it is not 13 digits.");
+      return;
+    }
+    m_made.catalog = code;
+    if (!disc::isCatalogueNumber(code))
+      say("CATALOG " + code + " is kept with its wrong check digit: look it up.");
+  }
+
+  void takeText(const std::optional<disc::Text>& from, std::string& to, const std::string& what) {
+    if (!from) return;
+    const disc::PlainText plain = disc::plainText(from->bytes);
+    to = plain.text;
+    if (to.empty())
+      say(what + " is left out: it is empty.");
+    else if (to != from->bytes)
+      say(what + " is written as " + disc::inQuotes(to) +
+          (plain.letters_lost ? "; \"?\" stands for letters that ASCII has not: spell it by hand."
+                              : "."));
+  }
+
+  void takeFields(const disc::Fields& from, disc::PlainFields& to, const std::string& whose) {
+    takeText(from.title, to.title, whose + ": TITLE");
+    takeText(from.performer, to.performer, whose + ": PERFORMER");
+    takeText(from.songwriter, to.songwriter, whose + ": SONGWRITER");
+  }
+
+  void takeFiles() {
+    for (size_t f = 0; f < m_sheet.files.size(); ++f) {
+      const ImageFile& image = m_report.disc.images[f];
+      disc::PlainFile file{fileName(image.path()), m_sheet.files[f].type};
+      if (file.name.find_first_of("\"\r\n") != std::string::npos)
+        throw Failure("the image's name " + disc::inQuotes(disc::printable(file.name)) +
+                      " has a quote or a line break, which no sheet can hold; rename it");
+      if (!std::all_of(file.name.begin(), file.name.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 128; }))
+        say("FILE " + disc::inQuotes(file.name) +
+            " keeps its letters, since it must name the file; rename the "
+            "image in ASCII for readers on other systems.");
+      m_made.files.push_back(std::move(file));
+    }
+    checkStems(m_made.files[0].name);
+    if (m_made.files.size() > 1)
+      say("The sheet keeps its " + std::to_string(m_made.files.size()) +
+          " files; readers that want one image will not take it.");
+  }
+
+  /// The one thing that a sheet cannot say: libcdio looks for the sheet's name with ".bin".
+  void checkStems(const std::string& file) {
+    if (m_name.empty() || file == m_name.stem().string() + ".bin") return;
+    say("For libcdio (cd-info) rename this sheet or the image: it looks for " +
+        disc::inQuotes(m_name.stem().string() + ".bin") + " beside the sheet, whatever FILE says.");
+  }
+
+  std::string fileName(const std::filesystem::path& image) const {
+    std::error_code error;
+    const auto there = std::filesystem::weakly_canonical(image, error);
+    const auto here = std::filesystem::weakly_canonical(
+        m_folder.empty() ? std::filesystem::path(".") : m_folder, error);
+    const auto relative = there.lexically_relative(std::filesystem::absolute(here, error));
+    // A link to an image elsewhere keeps the name it has beside the sheet.
+    const bool beside = std::filesystem::equivalent(
+        image.parent_path().empty() ? std::filesystem::path(".") : image.parent_path(), here,
+        error);
+    return beside || relative.empty() ? image.filename().string() : relative.string();
+  }
+
+  void takeTrack(const disc::Track& from) {
+    disc::PlainTrack to;
+    to.number = from.number;
+    to.mode = from.mode;
+    const std::string whose = "Track " + std::to_string(from.number);
+    takeFields(from.fields, to.fields, whose);
+    takeIsrc(from, to, whose);
+    takeFlags(from, to, whose);
+    if (from.pregap) to.pregap = from.pregap->sectors();
+    if (from.postgap) to.postgap = from.postgap->sectors();
+    for (const disc::Index& i : from.indices)
+      to.indices.push_back({i.number, i.time.sectors(), i.file});
+    m_made.tracks.push_back(std::move(to));
+  }
+
+  void takeFlags(const disc::Track& from, disc::PlainTrack& to, const std::string& whose) {
+    if (!from.flags) return;
+    const std::string words = disc::upperCase(from.flags->bytes);
+    for (std::string_view rest = words; !rest.empty();) {
+      const std::string_view word = disc::takeWord(rest);
+      if (disc::isFlag(word))
+        (to.flags += to.flags.empty() ? "" : " ") += word;
+      else
+        say(whose + ": FLAGS " + disc::inQuotes(word.substr(0, 40)) + " is left out: it is none.");
+    }
+    if (from.flags->quoted) say(whose + ": FLAGS is written without quotes.");
+  }
+
+  void takeIsrc(const disc::Track& from, disc::PlainTrack& to, const std::string& whose) {
+    if (!from.isrc) return;
+    const std::string& code = from.isrc->bytes;
+    const std::string bare = disc::bareIsrc(code);
+    if (!disc::isIsrc(bare)) {
+      say(whose + ": ISRC " + disc::inQuotes(code.substr(0, 40)) + " is left out: it is none.");
+    } else if (!m_isrcs.insert(bare).second) {
+      say(whose + ": ISRC " + bare +
+          " is left out: an earlier track has it. Find out whose it is.");
+    } else {
+      to.isrc = bare;
+      if (bare != code) say(whose + ": ISRC " + code + " is written as " + bare + '.');
+      if (from.isrc->quoted) say(whose + ": ISRC is written without quotes.");
+    }
+  }
+
+  void dropEmptyGaps() {
+    for (disc::PlainTrack& t : m_made.tracks) {
+      if (t.indices.size() < 2 || t.indices[0].number != 0 ||
+          t.indices[0].file != t.indices[1].file || t.indices[0].sector < t.indices[1].sector)
+        continue;
+      t.indices.erase(t.indices.begin());
+      say("Track " + std::to_string(t.number) +
+          ": INDEX 00 is left out: it is the same sector as INDEX 01.");
+    }
+  }
+
+  /// The packs of a CD-TEXT field come for every track or for none.
+  void completeFields() {
+    complete(
+        &disc::PlainFields::title, "TITLE",
+        [](const disc::PlainTrack& t) { return "Track " + std::to_string(t.number); }, "Untitled");
+    complete(&disc::PlainFields::performer, "PERFORMER", {}, "Various");
+    complete(&disc::PlainFields::songwriter, "SONGWRITER", {}, "Various");
+  }
+
+  void complete(std::string disc::PlainFields::*field, const std::string& name,
+                const std::function<std::string(const disc::PlainTrack&)>& own,
+                const std::string& for_disc) {
+    const auto has = [&](const disc::PlainTrack& t) { return !(t.fields.*field).empty(); };
+    const bool any = std::any_of(m_made.tracks.begin(), m_made.tracks.end(), has);
+    if (!any && (m_made.fields.*field).empty()) return;
+    if ((m_made.fields.*field).empty()) {
+      m_made.fields.*field = for_disc;
+      say("Disc: " + name + ' ' + disc::inQuotes(for_disc) + " is added: tracks have one.");
+    }
+    for (disc::PlainTrack& t : m_made.tracks) {
+      if (has(t)) continue;
+      t.fields.*field = own ? own(t) : m_made.fields.*field;
+      say("Track " + std::to_string(t.number) + ": " + name + ' ' +
+          disc::inQuotes(t.fields.*field) + " is added: a field is given for all or for none.");
+    }
+  }
+
+  const disc::Sheet& m_sheet;
+  const Report& m_report;
+  std::filesystem::path m_folder, m_name;  ///< of a new cue sheet; no name for a TOC
+  std::set<std::string> m_isrcs;
+  disc::PortableDisc m_made;
+};
+
+}  // namespace
+
+disc::PortableDisc makePortable(const Report& report, const std::filesystem::path& target,
+                                const ExactStarts& exact) {
+  refuseHopeless(report);
+  return Maker(report, target).run(exact);
+}
+
+}  // namespace velmor::check

@@ -1,0 +1,67 @@
+#include "disc/units/disc_time.h"
+
+#include <cassert>
+#include <cmath>
+#include <cstdio>
+
+#include "disc/units/disc_units.h"
+
+namespace velmor::disc {
+
+bool Msf::inRange() const {
+  return readable() && seconds < 60 && frames < kSectorsPerSecond;
+}
+
+int64_t Msf::sectors() const {
+  assert(readable());
+  return (minutes * 60 + seconds) * kSectorsPerSecond + frames;
+}
+
+int parseNumber(std::string_view text, size_t digits) {
+  assert(digits >= 1 && digits <= 9);
+  if (text.empty() || text.size() > digits) return -1;
+  int number = 0;
+  for (const char c : text) {
+    if (c < '0' || c > '9') return -1;
+    number = number * 10 + (c - '0');
+  }
+  return number;
+}
+
+Msf parseMsf(std::string_view text) {
+  constexpr size_t kMostDigits = 6;
+  const size_t first = text.find(':');
+  if (first == std::string_view::npos) return {};
+  const size_t second = text.find(':', first + 1);
+  if (second == std::string_view::npos) return {};
+  return {parseNumber(text.substr(0, first), kMostDigits),
+          parseNumber(text.substr(first + 1, second - first - 1), kMostDigits),
+          parseNumber(text.substr(second + 1), kMostDigits)};
+}
+
+std::string twoDigits(int64_t number) {
+  assert(number >= 0);
+  return (number < 10 ? "0" : "") + std::to_string(number);
+}
+
+std::string msfText(int64_t sectors) {
+  assert(sectors >= 0);
+  const int64_t seconds = sectors / kSectorsPerSecond;
+  return twoDigits(seconds / 60) + ':' + twoDigits(seconds % 60) + ':' +
+         twoDigits(sectors % kSectorsPerSecond);
+}
+
+std::string clockTime(double seconds) {
+  assert(seconds >= 0.0);
+  const long long ms = std::llround(seconds * 1000.0);
+  char text[64];
+  if (ms >= 3600000) {
+    snprintf(text, sizeof(text), "%lld:%02lld:%02lld.%03lld", ms / 3600000, ms / 60000 % 60,
+             ms / 1000 % 60, ms % 1000);
+  } else {
+    snprintf(text, sizeof(text), "%lld:%02lld.%03lld", ms / 60000, ms / 1000 % 60, ms % 1000);
+  }
+  return text;
+}
+
+}  // namespace velmor::disc

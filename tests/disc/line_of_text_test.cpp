@@ -1,0 +1,62 @@
+// Names and titles become one line of UTF-8.
+#include "disc/text/line_of_text.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "disc/text/utf8.h"
+
+namespace velmor::disc::test {
+namespace {
+
+TEST(Utf8, IsRecognisedByItsRules) {
+  for (const char* good :
+       {"", "plain", "\x7f", "\xc2\x80", "\xdf\xbf", "\xe0\xa0\x80", "\xed\x9f\xbf", "\xee\x80\x80",
+        "\xf0\x90\x80\x80", "\xf4\x8f\xbf\xbf"}) {
+    EXPECT_TRUE(isUtf8(good)) << good;
+  }
+  for (const char* bad :
+       {"\x80", "\xbf", "\xc0\x80", "\xc1\xbf", "\xc2", "\xc2\x41", "\xe0\x9f\xbf", "\xe1\x80",
+        "\xed\xa0\x80", "\xf0\x8f\xbf\xbf", "\xf0\x90\x80", "\xf4\x90\x80\x80", "\xf5\x80\x80\x80",
+        "\xff", "ok\xc3"}) {
+    EXPECT_FALSE(isUtf8(bad)) << bad;
+  }
+}
+
+TEST(Text, IsOneTrimmedLine) {
+  EXPECT_EQ(asLineOfText("  a\tb\r\nc \n"), "a b  c");
+  EXPECT_EQ(asLineOfText(std::string("a\0b", 3)), "a");
+  EXPECT_EQ(asLineOfText(" \n "), "");
+  EXPECT_EQ(asLineOfText(""), "");
+  EXPECT_EQ(asLineOfText("\xfc"
+                         "ber"),
+            "\xc3\xbc"
+            "ber");
+}
+
+TEST(Text, ThatIsNotUtf8IsReadAsWindows1252) {
+  EXPECT_EQ(asLineOfText("\x80"), "\xe2\x82\xac");
+  EXPECT_EQ(asLineOfText("it\x92s"), "it\xe2\x80\x99s");
+  EXPECT_EQ(asLineOfText("A \x96 B"), "A \xe2\x80\x93 B");
+  EXPECT_EQ(asLineOfText("\x8a\x9f\xff"), "\xc5\xa0\xc5\xb8\xc3\xbf");
+  EXPECT_EQ(asLineOfText("\xa0x\xa0"), "\xc2\xa0x\xc2\xa0") << "the upper part is Latin-1's";
+  for (const char* unused : {"a\x81z", "a\x8dz", "a\x8fz", "a\x90z", "a\x9dz"}) {
+    EXPECT_EQ(asLineOfText(unused), "a z");
+  }
+}
+
+TEST(Utf8, IsCutBetweenItsCharacters) {
+  EXPECT_EQ(beginningOf("\xe2\x82\xac\xe2\x82\xac", 5), "\xe2\x82\xac");
+  EXPECT_EQ(beginningOf("\xe2\x82\xac", 2), "");
+  EXPECT_EQ(beginningOf("plain", 5), "plain");
+}
+
+TEST(Printable, ShowsWhatATerminalMustNotSeeAsQuestionMarks) {
+  EXPECT_EQ(printable("\x1b[31mred \xc3\xa9"), "?[31mred \xc3\xa9");
+  EXPECT_EQ(printable("a\xff\xc3"), "a??");
+  EXPECT_EQ(printable("\xef\xbf\xbd"), "\xef\xbf\xbd") << "U+FFFD is a character as others are";
+}
+
+}  // namespace
+}  // namespace velmor::disc::test
