@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "disc/failure.h"
-#include "host/recording/disc_time.h"
+#include "host/recording/session/disc_time.h"
 #include "host/recording/session/prepared_tracks.h"
 
 namespace velmor::recording {
@@ -61,7 +61,7 @@ class ImageReader {
       const auto track = static_cast<size_t>(m_plan.trackAt(m_feed.delivered()));
       m_audio.resize(m_audio.size() + kSectorBytes);
       if (!m_feed.next(track, m_audio.data() + m_audio.size() - kSectorBytes))
-        throw Failure("The disc could not be compared. " + m_feed.failure());
+        throw Failure("the disc could not be compared: " + m_feed.failure());
     }
     return !m_audio.empty();
   }
@@ -124,7 +124,7 @@ Offset findOffset(const SessionPlan& plan, DiscReader& disc) {
 }
 
 /// What the comparison from end to end finds.
-struct Findings {
+struct Differences {
   int64_t differing = 0;  // sectors
   int64_t first = -1;     // the first of them
   bool stopped = false;
@@ -142,19 +142,19 @@ int64_t unreadableSector(DiscReader& disc, int64_t from, int64_t to) {
 /// The producers' own judgement, sector by sector; only of use where the drive reads without
 /// offset.
 bool producersAgree(const SessionPlan& plan, int64_t sector, const unsigned char* audio) {
-  const PlannedTrack& track = plan.tracks[static_cast<size_t>(plan.trackAt(sector))];
+  const SessionTrack& track = plan.tracks[static_cast<size_t>(plan.trackAt(sector))];
   return sector < track.start ? track.producer->VerifyPreGap(audio, kSectorBytes)
                               : track.producer->VerifyData(audio, kSectorBytes);
 }
 
 void compareChunk(const SessionPlan& plan, const ImageReader& image, DiscReader& disc, int offset,
-                  Findings& findings) {
+                  Differences& differences) {
   const int64_t from = std::max<int64_t>(image.firstFrame() + offset, 0);
   const int64_t to = std::min(image.firstFrame() + image.frames() + offset, disc.frames());
   if (from >= to) return;
   const unsigned char* audio = disc.read(from, to);
   if (audio == nullptr) {
-    findings.unreadable = unreadableSector(disc, from, to);
+    differences.unreadable = unreadableSector(disc, from, to);
     return;
   }
   for (int64_t frame = image.firstFrame(); frame < image.firstFrame() + image.frames();
@@ -170,21 +170,21 @@ void compareChunk(const SessionPlan& plan, const ImageReader& image, DiscReader&
         std::memcmp(read, wanted, static_cast<size_t>((last - first) * kFrameBytes)) == 0 &&
         (offset != 0 || producersAgree(plan, sector, read));
     if (equal) continue;
-    if (findings.differing++ == 0) findings.first = sector;
+    if (differences.differing++ == 0) differences.first = sector;
   }
 }
 
-Findings compareAll(const SessionPlan& plan, DiscReader& disc, int offset,
-                    const ComparisonProgress& progress) {
-  Findings findings;
+Differences compareAll(const SessionPlan& plan, DiscReader& disc, int offset,
+                       const ComparisonProgress& progress) {
+  Differences differences;
   ImageReader image(plan);
-  while (!findings.unreadable && image.nextChunk()) {
-    compareChunk(plan, image, disc, offset, findings);
+  while (!differences.unreadable && image.nextChunk()) {
+    compareChunk(plan, image, disc, offset, differences);
     if (progress(image.sectorsDone())) continue;
-    findings.stopped = true;
+    differences.stopped = true;
     break;
   }
-  return findings;
+  return differences;
 }
 
 std::string place(const SessionPlan& plan, int64_t sector) {
@@ -197,30 +197,29 @@ Comparison compareDisc(Recorder& recorder, const SessionPlan& plan,
                        const ComparisonProgress& progress) {
   using Verdict = Comparison::Verdict;
   constexpr const char* kUnread =
-      "The disc was not compared with the image: the drive does not read it back. Take it out, put "
-      "it in again and listen to it, or read it with another drive.";
+      "the disc was not compared with the image: the drive does not read it back; take it out, put "
+      "it in again and listen to it, or read it with another drive";
   try {
     DiscReader disc(recorder, plan.sectors);
     const Offset offset = findOffset(plan, disc);
     if (offset.chunks == 0 && offset.unreadable > 0) return {Verdict::kUndecided, kUnread};
-    const Findings findings = compareAll(plan, disc, offset.frames, progress);
-    if (findings.differing > 0)
+    const Differences differences = compareAll(plan, disc, offset.frames, progress);
+    if (differences.differing > 0)
       return {Verdict::kDifferent,
-              "The disc differs from the image in " + std::to_string(findings.differing) +
-                  (findings.differing == 1 ? " sector, at " : " sectors, first at ") +
-                  place(plan, findings.first) + "."};
-    if (findings.unreadable == 0 && offset.chunks == 0) return {Verdict::kUndecided, kUnread};
-    if (findings.unreadable)
+              "the disc differs from the image in " + std::to_string(differences.differing) +
+                  (differences.differing == 1 ? " sector, at " : " sectors, first at ") +
+                  place(plan, differences.first)};
+    if (differences.unreadable == 0 && offset.chunks == 0) return {Verdict::kUndecided, kUnread};
+    if (differences.unreadable)
       return {Verdict::kDifferent,
-              "The disc cannot be read at " + place(plan, *findings.unreadable) + "."};
-    if (findings.stopped)
+              "the disc cannot be read at " + place(plan, *differences.unreadable)};
+    if (differences.stopped)
       return {Verdict::kUndecided,
-              "The comparison was stopped; as far as it went the disc equals "
-              "the image."};
-    if (offset.frames == 0) return {Verdict::kEqual, "The disc equals the image."};
-    return {Verdict::kEqual, "The disc equals the image. The drive reads with an offset of " +
+              "the comparison was stopped; as far as it went the disc equals the image"};
+    if (offset.frames == 0) return {Verdict::kEqual, "the disc equals the image"};
+    return {Verdict::kEqual, "the disc equals the image; the drive reads with an offset of " +
                                  std::to_string(offset.frames) +
-                                 " frames, so that many at one end could not be compared."};
+                                 " frames, so that many at one end could not be compared"};
   } catch (const Failure& refusal) {
     return {Verdict::kUndecided, refusal.what()};
   }

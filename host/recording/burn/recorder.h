@@ -13,7 +13,7 @@
 
 namespace velmor::recording {
 
-enum class DiscState {
+enum class DiscCondition {
   kNone,  ///< the tray is empty
   kBlank,
   kAppendable,  ///< has a session and is open for another one
@@ -22,8 +22,8 @@ enum class DiscState {
   kUnknown
 };
 
-struct Medium {
-  DiscState state = DiscState::kUnknown;
+struct DiscInDrive {
+  DiscCondition state = DiscCondition::kUnknown;
   std::string type;            ///< "CD-R", "CD-RW", "DVD-R", …; empty when unknown
   bool recordable_cd = false;  ///< a CD-R or CD-RW
   bool rewritable = false;
@@ -60,7 +60,7 @@ class Recorder {
  public:
   virtual ~Recorder() = default;
 
-  virtual Medium medium() = 0;  ///< looks at the disc anew
+  virtual DiscInDrive medium() = 0;  ///< looks at the disc anew
   virtual bool canTestWrite() = 0;
   /// Multiples of playing speed; 0 is the fastest. Returns the speed that the drive will take, 0
   /// when it does not say.
@@ -98,10 +98,9 @@ class RecorderBus {
   virtual ~RecorderBus() = default;
   /// The drives that can be opened and can write CDs.
   virtual std::vector<DriveRecord> scan() = 0;
-  /// Takes a drive, with its tray pulled in if `close_tray`. Null: not to be had; `why` says it in
-  /// a sentence.
-  virtual std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray,
-                                         std::string& why) = 0;
+  /// Takes the drive with this device file, with its tray pulled in if `close_tray`. Never null;
+  /// throws `Failure` when the drive cannot be taken, e.g. because another program has it.
+  virtual std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray) = 0;
 };
 
 }  // namespace velmor::recording

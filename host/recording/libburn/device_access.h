@@ -17,15 +17,15 @@ struct DeviceFile {
   std::string group_name;
 };
 
-struct Person {
+struct ProcessIdentity {
   uid_t user = 0;
   std::vector<gid_t> groups;  ///< effective and supplementary
 };
 
-/// A sentence for what `open` refused with `error` (an errno).
-std::string explainAccess(const DeviceFile& file, const Person& person, int error);
+/// A clause for a message: what `open` refused with `error` (an errno), and what would help.
+std::string explainAccess(const DeviceFile& file, const ProcessIdentity& identity, int error);
 
-/// Tries to open `path` as a recorder is opened. Empty: it can be. Otherwise the sentence.
+/// Tries to open `path` as a recorder is opened. Empty when it can be, otherwise why not, as above.
 std::string accessObstacle(const std::string& path);
 
 /// The device files under which the system would have its optical drives, as far as they exist.

@@ -7,9 +7,9 @@
 #include <cmath>
 
 #include "disc/failure.h"
-#include "host/recording/disc_time.h"
 #include "host/recording/libburn/device_access.h"
 #include "host/recording/libburn/libburn_session.h"
+#include "host/recording/session/disc_time.h"
 
 namespace velmor::recording {
 namespace {
@@ -62,20 +62,20 @@ Activity activityOf(burn::burn_drive_status status) {
   }
 }
 
-DiscState stateOf(burn::burn_disc_status status) {
+DiscCondition stateOf(burn::burn_disc_status status) {
   switch (status) {
     case burn::BURN_DISC_BLANK:
-      return DiscState::kBlank;
+      return DiscCondition::kBlank;
     case burn::BURN_DISC_EMPTY:
-      return DiscState::kNone;
+      return DiscCondition::kNone;
     case burn::BURN_DISC_APPENDABLE:
-      return DiscState::kAppendable;
+      return DiscCondition::kAppendable;
     case burn::BURN_DISC_FULL:
-      return DiscState::kClosed;
+      return DiscCondition::kClosed;
     case burn::BURN_DISC_UNSUITABLE:
-      return DiscState::kUnsuitable;
+      return DiscCondition::kUnsuitable;
     default:
-      return DiscState::kUnknown;
+      return DiscCondition::kUnknown;
   }
 }
 
@@ -103,7 +103,7 @@ class LibburnRecorder final : public Recorder {
   LibburnRecorder(const LibburnRecorder&) = delete;
   LibburnRecorder& operator=(const LibburnRecorder&) = delete;
 
-  Medium medium() override;
+  DiscInDrive medium() override;
   bool canTestWrite() override;
   double setSpeed(double speed) override;
   void startBlanking() override;
@@ -151,22 +151,22 @@ int64_t LibburnRecorder::capacity() {
   return end > 0 ? end : 0;
 }
 
-Medium LibburnRecorder::medium() {
+DiscInDrive LibburnRecorder::medium() {
   m_disc.reset();
   if (m_changed) burn::burn_drive_re_assess(m_drive, 0);
   m_changed = false;
-  Medium medium;
+  DiscInDrive medium;
   medium.state = stateOf(discStatus());
   int profile = 0;
   std::array<char, 80> name{};
-  if (medium.state == DiscState::kNone ||
+  if (medium.state == DiscCondition::kNone ||
       burn::burn_disc_get_profile(m_drive, &profile, name.data()) <= 0)
     return medium;
   medium.type = name.data();
   medium.recordable_cd = profile == kProfileCdR || profile == kProfileCdRw;
   medium.rewritable = burn::burn_disc_erasable(m_drive) != 0;
   if (!medium.recordable_cd) return medium;
-  if (medium.state == DiscState::kBlank) medium.free_sectors = freeSectors();
+  if (medium.state == DiscCondition::kBlank) medium.free_sectors = freeSectors();
   medium.capacity_sectors = capacity();
   return medium;
 }
@@ -204,7 +204,7 @@ void LibburnRecorder::startWriting(const Session& session, SectorFeed& feed) {
   const WriteOptions options = makeWriteOptions(m_drive, session);
   std::array<char, BURN_REASONS_LEN> reasons{};
   if (burn::burn_precheck_write(options.get(), m_disc.get(), reasons.data(), 1) <= 0)
-    throw Failure(std::string("The drive does not take this burn: ") + reasons.data() + ".");
+    throw Failure(std::string("the drive does not take this burn: ") + reasons.data());
   m_changed = true;
   const SignalsToOthers quiet;
   burn::burn_disc_write(options.get(), m_disc.get());
@@ -252,8 +252,7 @@ class LibburnBus final : public RecorderBus {
   LibburnBus& operator=(const LibburnBus&) = delete;
 
   std::vector<DriveRecord> scan() override;
-  std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray,
-                                 std::string& why) override;
+  std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray) override;
 };
 
 std::vector<DriveRecord> LibburnBus::scan() {
@@ -275,10 +274,10 @@ std::vector<DriveRecord> LibburnBus::scan() {
   return drives;
 }
 
-std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool close_tray,
-                                           std::string& why) {
-  why = accessObstacle(address);
-  if (!why.empty()) return nullptr;
+std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool close_tray) {
+  if (const std::string obstacle = accessObstacle(address); !obstacle.empty()) {
+    throw Failure(obstacle);
+  }
   burn::burn_drive_info* info = nullptr;
   const int grabbed =
       burn::burn_drive_scan_and_grab(&info, mutableText(address.c_str()), close_tray ? 1 : 0);
@@ -287,10 +286,10 @@ std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool clos
     return std::make_unique<LibburnRecorder>(info);
   }
   if (info != nullptr) burn::burn_drive_info_free(info);
-  why = "The drive " + address + " could not be taken into use.";
+  std::string failure = "the drive \"" + address + "\" could not be taken into use";
   for (const RecorderMessage& message : drainMessages())
-    if (message.error) why += " " + message.text;
-  return nullptr;
+    if (message.error) failure += "; it says: " + message.text;
+  throw Failure(failure);
 }
 
 bool libraryFits() {
@@ -306,15 +305,12 @@ bool libraryFits() {
 
 }  // namespace
 
-std::unique_ptr<RecorderBus> openLibburn(std::string& why) {
+std::unique_ptr<RecorderBus> openLibburn() {
   if (!libraryFits()) {
-    why = "The libburn of this machine is older than the one this program was made with.";
-    return nullptr;
+    throw Failure(
+        "the libburn of this machine is older than the one this program was made with; update it");
   }
-  if (burn::burn_initialize() == 0) {
-    why = "libburn could not be started.";
-    return nullptr;
-  }
+  if (burn::burn_initialize() == 0) throw Failure("libburn could not be started");
   // Messages are collected and told in our own words. Signals stay the program's own business.
   burn::burn_msgs_set_severities(mutableText("WARNING"), mutableText("NEVER"), mutableText(""));
   burn::burn_preset_device_open(1, 0, 0);

@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "disc/failure.h"
-#include "host/recording/disc_time.h"
+#include "host/recording/session/disc_time.h"
 
 namespace velmor::recording {
 namespace {
@@ -70,7 +70,7 @@ constexpr std::array<TextName, kTextKinds> kTextNames{{{TextKind::kTitle, "TITLE
                                                        {TextKind::kCode, "UPC_ISRC"}}};
 
 void require(bool done, const char* what) {
-  if (!done) throw Failure(std::string("The burn could not be set up: ") + what + ".");
+  if (!done) throw Failure(std::string("the burn could not be set up: ") + what);
 }
 
 int lengthWithZero(const std::string& text) {
@@ -110,7 +110,7 @@ void addIndices(burn::burn_track* track, int pregap) {
 }
 
 Track makeTrack(const Session& session, size_t index, SectorFeed& feed, burn::burn_drive* drive) {
-  const PlannedTrack& planned = session.plan->tracks[index];
+  const SessionTrack& planned = session.plan->tracks[index];
   Track track(burn::burn_track_create());
   require(track != nullptr, "there is no memory");
   burn::burn_track_define_data(track.get(), 0, 0, 1, BURN_AUDIO);

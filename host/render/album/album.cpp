@@ -11,8 +11,8 @@
 #include "host/render/album/range_warnings.h"
 #include "host/render/album/render_range.h"
 #include "host/render/album/sheet_text.h"
-#include "host/render/input/marks/mark_parsing.h"
-#include "host/render/terminal/usage_error.h"
+#include "host/render/input/marks/label_track.h"
+#include "host/render/options/usage_error.h"
 
 namespace velmor::render {
 
@@ -36,7 +36,8 @@ bool overlap(const Mark& a, const Mark& b) {
   return a.end && b.end && a.start < *b.end && b.start < *a.end;
 }
 
-/// Whether somebody else's mark stands where an input's own mark would go.
+/// Whether one of the other marks, which the user or the files have set, stands where an input's
+/// own mark would go and makes that one superfluous.
 bool isReplaced(const Mark& own, const std::vector<Mark>& others, const Options& options) {
   constexpr double kOneFrame = 1.0 / kFramesPerSecond;
   return std::any_of(others.begin(), others.end(), [&](const Mark& other) {
@@ -170,7 +171,7 @@ Album layOutAlbum(const Options& options, std::vector<InputInfo> infos) {
   Album album;
   placeInputs(album, std::move(infos));
   setRange(options, album);
-  const DiscTexts texts = discTexts(options.texts, album.inputs);
+  const AlbumTexts texts = discTexts(options.texts, album.inputs);
   album.project.metadata = sinkMetadata(texts, album.warnings);
   std::vector<Mark> marks = allMarks(options, album, texts.performer);
   for (Mark& mark : marks) mark.name = fitForSheet(mark.name, album.warnings);

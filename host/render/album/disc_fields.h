@@ -13,10 +13,10 @@ struct AlbumInput;
 
 /// The texts given, the title, performer and songwriter filled from the inputs' tags where those
 /// agree.
-DiscTexts discTexts(const DiscTexts& given, const std::vector<AlbumInput>& inputs);
+AlbumTexts discTexts(const AlbumTexts& given, const std::vector<AlbumInput>& inputs);
 
 /// The texts as the module asks for them, keys like "CUE:DISC_TITLE".
-std::vector<std::pair<std::string, std::string>> sinkMetadata(const DiscTexts& texts,
+std::vector<std::pair<std::string, std::string>> sinkMetadata(const AlbumTexts& texts,
                                                               std::vector<std::string>& warnings);
 
 }  // namespace velmor::render

@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "disc/disc_time.h"
+#include "disc/text/phrases.h"
 #include "host/render/album/mark_names.h"
-#include "host/render/plan/preflight_parts.h"
 
 namespace velmor::render {
 
@@ -22,7 +22,8 @@ std::string clockTimeOf(int64_t frame) {
   return clockTime(static_cast<double>(frame) / kFramesPerSecond);
 }
 
-/// Whether a person gave the mark and it would count in this mode.
+/// Whether the user will miss the mark: it was given on the command line or in a label track, and
+/// its kind counts in this mode.
 bool isMissed(const Mark& mark, const Options& options) {
   if (mark.given_by.empty()) return false;
   if (isTag(mark.name)) return true;
@@ -32,13 +33,13 @@ bool isMissed(const Mark& mark, const Options& options) {
 }
 
 std::string shownMark(const Mark& mark) {
-  return inQuotes(mark.name) + " (" + mark.given_by + ")";
+  return disc::inQuotes(mark.name) + " (" + mark.given_by + ")";
 }
 
 void warnOfMarks(const std::vector<std::string>& shown, const std::string& of_one,
                  const std::string& of_several, Album& album) {
   if (shown.empty()) return;
-  album.warnings.push_back(listed(shown) + (shown.size() == 1 ? of_one : of_several));
+  album.warnings.push_back(disc::listed(shown) + (shown.size() == 1 ? of_one : of_several));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What of the marks and times that a person gave does not get on the disc.
+// Warnings about marks and times which the user gave and which do not get on the disc.
 #pragma once
 
 #include <string>

@@ -1,6 +1,7 @@
 #include "host/render/album/render_range.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <optional>
@@ -43,6 +44,7 @@ std::optional<double> regionInForce(const std::vector<Mark>& marks, double start
 
 std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int64_t end_frame,
                                TrackMode mode, bool hash_only, std::vector<Mark>& left_out) {
+  assert(start_frame < end_frame);
   const double start = secondsOf(start_frame);
   const double end = secondsOf(end_frame);
   for (Mark& mark : marks) {

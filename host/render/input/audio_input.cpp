@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 #include "host/render/input/formats/plain_pcm.h"
 #include "host/render/input/formats/source_format.h"
 #include "host/render/input/marks/embedded_marks.h"
@@ -116,7 +117,7 @@ class SourceBlocks {
   }
   [[noreturn]] void breakOff(sf_count_t got) const {
     const int rate = m_sound->info().samplerate;
-    throw Failure("'" + m_path + "' breaks off or is damaged at " +
+    throw Failure(disc::inQuotes(m_path) + " breaks off or is damaged at " +
                   minutesOf(m_position + got, rate) + " of " +
                   minutesOf(m_sound->info().frames, rate) + "; copy or export it again");
   }
@@ -258,7 +259,7 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
   auto sound = std::make_unique<SoundFile>(path);
   InputInfo info = describe(path, *sound);
   if (info.frames == 0) {
-    throw Failure("'" + path + "' is shorter than one frame at 44100 Hz; leave it out");
+    throw Failure(disc::inQuotes(path) + " is shorter than one frame at 44100 Hz; leave it out");
   }
   const bool resampled = info.rate != kDiscRate;
   const bool exact = !resampled && info.bits > 0 && info.bits <= kDiscBits;
@@ -268,11 +269,9 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
   } else {
     try {
       input = std::make_unique<ResampledInput>(std::move(info), std::move(sound));
-    } catch (const Failure&) {
-      throw;
-    } catch (const std::runtime_error& error) {
-      throw Failure("'" + path + "' cannot be brought to 44100 Hz (" + error.what() +
-                    "); convert it first");
+    } catch (const Failure& failure) {
+      throw Failure(disc::inQuotes(path) + " cannot be brought to 44100 Hz: " + failure.what() +
+                    "; convert it first");
     }
   }
   if (dither == Dither::kTpdf && !exact) input = std::make_unique<DitheredInput>(std::move(input));

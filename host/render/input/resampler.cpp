@@ -1,19 +1,21 @@
 #include "host/render/input/resampler.h"
 
-#include <stdexcept>
+#include <cassert>
 
+#include "disc/failure.h"
 #include "host/render/input/audio_input.h"
 
 namespace velmor::render {
 namespace {
 
 void check(soxr_error_t error) {
-  if (error) throw std::runtime_error(error);
+  if (error) throw Failure(error);
 }
 
 }  // namespace
 
 int64_t framesAtDiscRate(int64_t frames, int rate) {
+  assert(frames >= 0 && rate > 0);
   // Whole seconds first: the product of both would leave 64 bits for the longest files.
   const int64_t seconds = frames / rate;
   const int64_t rest = frames % rate;
@@ -21,13 +23,14 @@ int64_t framesAtDiscRate(int64_t frames, int rate) {
 }
 
 Resampler::Resampler(int rate, unsigned channels) {
+  assert(rate > 0 && (channels == 1 || channels == 2));
   const soxr_io_spec_t samples = soxr_io_spec(SOXR_FLOAT64_S, SOXR_FLOAT64_S);
   const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_VHQ, 0);
   const soxr_runtime_spec_t runtime = soxr_runtime_spec(1);
   soxr_error_t error = nullptr;
   m_soxr.reset(soxr_create(rate, kDiscRate, channels, &error, &samples, &quality, &runtime));
   check(error);
-  if (!m_soxr) throw std::runtime_error("the resampler cannot be set up");
+  if (!m_soxr) throw Failure("the resampler cannot be set up");
 }
 
 Resampler::Step Resampler::process(const double* const* in, size_t in_frames, double* const* out,

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 #include "host/render/input/audio_input.h"
 #include "host/render/input/formats/stated_length.h"
 #include "host/render/input/text_encoding.h"
@@ -64,7 +65,7 @@ int64_t countFrames(SNDFILE* handle, int channels) {
 }
 
 [[noreturn]] void refuse(const std::string& path, const std::string& reason) {
-  throw Failure("'" + path + "' " + reason);
+  throw Failure(disc::inQuotes(path) + " " + reason);
 }
 
 }  // namespace
@@ -127,8 +128,9 @@ void SoundFile::settleMpegLength(const std::string& path) {
 }
 
 void SoundFile::refuseUnreadable(const std::string& path) const {
-  refuse(path, "is no audio file that can be read (" + asLineOfText(sf_strerror(nullptr)) +
-                   "); convert it to WAV or FLAC");
+  std::string reason = asLineOfText(sf_strerror(nullptr));
+  if (!reason.empty() && reason.back() == '.') reason.pop_back();
+  refuse(path, "is no audio file that can be read: " + reason + "; convert it to WAV or FLAC");
 }
 
 }  // namespace velmor::render

@@ -1,6 +1,7 @@
 #include "host/render/module/clipping.h"
 
 #include <bit>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 
@@ -34,6 +35,7 @@ int64_t countOver(std::span<const double> samples) {
 }  // namespace
 
 void Clipping::look(std::span<const double> left, std::span<const double> right, int64_t start) {
+  assert(left.size() == right.size());
   const int64_t over = countOver(left) + countOver(right);
   if (over > 0 && first_frame < 0) {
     size_t i = 0;

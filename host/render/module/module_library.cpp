@@ -6,7 +6,7 @@
 #include <filesystem>
 
 #include "disc/failure.h"
-#include "host/render/album/host_project.h"
+#include "host/render/module/host_callbacks.h"
 
 namespace velmor::render {
 

@@ -10,7 +10,8 @@
 
 namespace velmor::render {
 
-/// Lives from load to unload. One at a time: the interface has no place for more.
+/// The module from load to unload. One at a time: the function by which the module registers itself
+/// has no argument that would tell two of them apart.
 class ModuleLibrary {
  public:
   /// Loads the module at `path` and has it register its sink; throws `Failure` when it will
@@ -29,7 +30,7 @@ class ModuleLibrary {
   const SinkRegistration* m_sink = nullptr;
 };
 
-/// Where the module is when the person does not say: beside the program.
+/// Where the module is looked for without --module: beside the program.
 std::string defaultModulePath();
 
 }  // namespace velmor::render

@@ -1,6 +1,7 @@
 #include "host/render/module/read_ahead.h"
 
 #include <algorithm>
+#include <cassert>
 #include <memory>
 #include <span>
 #include <utility>
@@ -16,6 +17,7 @@ constexpr size_t kPieceFrames = 16384;
 constexpr size_t kPiecesAhead = 6;
 
 size_t pieceFrames(int block) {
+  assert(block >= 1);
   const auto frames = static_cast<size_t>(block);
   return std::max(kPieceFrames / frames, size_t{1}) * frames;
 }

@@ -27,7 +27,7 @@ struct AudioPiece {
 class ReadAhead {
  public:
   /// `album` and `written`, what of the render the image is to hold, must outlive the object. Every
-  /// piece but the last is a multiple of `block` frames.
+  /// piece but the last is a multiple of `block` frames (at least 1).
   ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither, int block);
   ~ReadAhead();
   ReadAhead(const ReadAhead&) = delete;

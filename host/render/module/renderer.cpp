@@ -8,7 +8,7 @@
 
 #include "disc/disc_time.h"
 #include "disc/failure.h"
-#include "host/render/album/host_project.h"
+#include "host/render/module/host_callbacks.h"
 #include "host/render/module/read_ahead.h"
 #include "host/render/module/write_failure.h"
 #include "host/render/terminal/interrupt.h"

@@ -21,8 +21,8 @@ struct RenderOutcome {
 };
 
 /// Streams `album`, as `plan` lays it out, to a sink of the module that writes `sheet_path` and the
-/// image beside it, and finishes it. Throws `Failure`, `Failure` or `Interrupted`; the sink
-/// is gone then as well.
+/// image beside it, and finishes it. Throws `Failure` or `Interrupted`; the sink is gone
+/// then as well.
 RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& config,
                           const Album& album, const TrackPlan& plan, const Options& options,
                           const std::string& sheet_path);

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
@@ -10,9 +11,10 @@
 #include "disc/codes.h"
 #include "disc/disc_time.h"
 #include "disc/failure.h"
-#include "host/render/album/host_project.h"
 #include "host/render/input/marks/mark_parsing.h"
-#include "host/render/terminal/usage_error.h"
+#include "host/render/options/settings_file.h"
+#include "host/render/options/usage_error.h"
+#include "host/render/terminal/messages.h"
 
 namespace velmor::render {
 
@@ -98,7 +100,7 @@ void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
 }
 
 void addTextOptions(CLI::App& app, Options& options, RawOptions& raw) {
-  DiscTexts& texts = options.texts;
+  AlbumTexts& texts = options.texts;
   const auto text = [&app](const char* name, std::string& value, const char* about) {
     app.add_option(name, value, about)->type_name("TEXT")->group("Texts and codes");
   };
@@ -191,41 +193,50 @@ void readRaw(const RawOptions& raw, Options& options) {
   }
 }
 
+/// A sentence of the parser's as our messages go on: in lower case, unless it begins with a name in
+/// capitals, and without a full stop.
+std::string asClause(std::string sentence) {
+  if (sentence.size() > 1 && std::islower(static_cast<unsigned char>(sentence[1]))) {
+    sentence[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(sentence[0])));
+  }
+  if (!sentence.empty() && sentence.back() == '.') sentence.pop_back();
+  return sentence;
+}
+
 }  // namespace
 
-CommandLine parseCommandLine(int argc, char** argv) {
-  CommandLine line;
+std::optional<Options> parseCommandLine(int argc, char** argv) {
+  Options options;
   RawOptions raw;
   CLI::App app(kAbout, kProgram);
-  app.footer(std::string(kExamples) + iniFilePath());
+  app.footer(std::string(kExamples) + settingsFilePath());
   app.set_version_flag("--version", std::string(kProgram) + " " + VELMOR_VERSION);
   app.get_formatter()->column_width(38);
-  addInputsAndOutput(app, line.options);
-  addTrackOptions(app, line.options, raw);
-  addTextOptions(app, line.options, raw);
-  addRenderOptions(app, line.options, raw);
-  addBurnOptions(app, line.options.burn);
+  addInputsAndOutput(app, options);
+  addTrackOptions(app, options, raw);
+  addTextOptions(app, options, raw);
+  addRenderOptions(app, options, raw);
+  addBurnOptions(app, options.burn);
   try {
     app.parse(argc, argv);
-    readRaw(raw, line.options);
-    checkBurnOptions(app, line.options.burn);
+    readRaw(raw, options);
+    checkBurnOptions(app, options.burn);
   } catch (const CLI::CallForHelp&) {
     fputs(app.help().c_str(), stdout);
-    line.answered = true;
+    return std::nullopt;
   } catch (const CLI::CallForVersion& version) {
     printf("%s\n", version.what());
-    line.answered = true;
+    return std::nullopt;
   } catch (const CLI::ParseError& error) {
-    line.wrong_usage = std::string(error.what()) + "; --help lists the options";
-  } catch (const UsageError& error) {
-    line.wrong_usage = error.what();
+    throw UsageError(asClause(error.what()) + "; --help lists the options");
   } catch (const Failure& error) {  // a time, marker or region that is none
-    line.wrong_usage = error.what();
+    throw UsageError(error.what());
   }
-  // The parser sets nothing when it fails, but a failure is told in JSON too.
-  line.options.json =
-      line.options.json || std::count(argv, argv + argc, std::string_view("--json")) > 0;
-  return line;
+  return options;
+}
+
+bool asksForJson(int argc, char** argv) {
+  return std::count(argv, argv + argc, std::string_view("--json")) > 0;
 }
 
 }  // namespace velmor::render

@@ -1,8 +1,9 @@
 #include "host/render/output/delivery.h"
 
-#include <cstdio>
 #include <exception>
 #include <filesystem>
+
+#include "host/render/terminal/messages.h"
 
 namespace velmor::render {
 
@@ -11,7 +12,7 @@ Delivery::~Delivery() {
   try {
     m_output.commit();
   } catch (const std::exception& error) {
-    fprintf(stderr, "%s\n", error.what());
+    printMessage(error.what());
   }
 }
 

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 
 namespace velmor::render {
 
@@ -32,8 +33,8 @@ fs::path portablePath(fs::path sheet) {
   return sheet.replace_extension(".portable.cue");
 }
 
-std::string inQuotes(const fs::path& path) {
-  return '"' + path.string() + '"';
+std::string quotedPath(const fs::path& path) {
+  return disc::inQuotes(path.string());
 }
 
 /// Whether another program holds the file under a lock.
@@ -51,7 +52,7 @@ bool sameFile(const fs::path& a, const fs::path& b) {
 }
 
 Failure cannotPlace(const fs::path& target, const std::error_code& error) {
-  return Failure("the finished disc cannot be put in its place, " + inQuotes(target) + ": " +
+  return Failure("the finished disc cannot be put in its place, " + quotedPath(target) + ": " +
                  error.message());
 }
 
@@ -122,7 +123,7 @@ OutputPair::OutputPair(const std::string& output, bool force,
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::string pattern = (parent / ".velmor-render-XXXXXX").string();
   if (!mkdtemp(pattern.data())) {
-    throw Failure("nothing can be written to the folder " + inQuotes(parent) + ": " +
+    throw Failure("nothing can be written to the folder " + quotedPath(parent) + ": " +
                   std::string(strerror(errno)) + "; choose another with -o");
   }
   m_folder = pattern;
@@ -145,7 +146,7 @@ void OutputPair::checkName() const {
                   ", which a cue sheet cannot hold; choose another with -o");
   }
   if (name.size() <= 4 || name.size() > kLongestName) {
-    throw Failure("the output " + inQuotes(m_sheet) +
+    throw Failure("the output " + quotedPath(m_sheet) +
                   " has no usable file name; give one like album.cue with -o");
   }
 }
@@ -160,13 +161,13 @@ void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::error_code error;
   if (!fs::is_directory(parent, error)) {
-    throw Failure("there is no folder " + inQuotes(parent) +
+    throw Failure("there is no folder " + quotedPath(parent) +
                   " to write to; make it, or choose another with -o");
   }
   for (const fs::path& target : targets()) {
     for (const std::string& input : inputs) {
       if (sameFile(target, input)) {
-        throw Failure("the output " + inQuotes(target) +
+        throw Failure("the output " + quotedPath(target) +
                       " is one of the inputs and would be overwritten; choose another with -o");
       }
     }
@@ -179,18 +180,18 @@ void OutputPair::checkOld() const {
     std::error_code error;
     if (!fs::exists(fs::symlink_status(target, error))) continue;
     if (fs::is_directory(target, error)) {
-      throw Failure("the output " + inQuotes(target) + " is a folder; choose another with -o");
+      throw Failure("the output " + quotedPath(target) + " is a folder; choose another with -o");
     }
     if (fs::is_other(target, error)) {
-      throw Failure("the output " + inQuotes(target) +
+      throw Failure("the output " + quotedPath(target) +
                     " is no regular file; choose another with -o");
     }
     if (!m_force) {
-      throw Failure(inQuotes(target) +
+      throw Failure(quotedPath(target) +
                     " exists already; --force replaces it, -o chooses another place");
     }
     if (isHeld(target)) {
-      throw Failure(inQuotes(target) +
+      throw Failure(quotedPath(target) +
                     " is in use by another program; wait for it, or choose another with -o");
     }
   }
@@ -227,7 +228,7 @@ void OutputPair::commit() {
     if (takeBack(placed)) throw;
     const fs::path kept = std::exchange(m_folder, fs::path());
     throw Failure(std::string(failure.what()) + "; the old files are kept in " +
-                  inQuotes(kept / "replaced"));
+                  quotedPath(kept / "replaced"));
   }
   if (!m_portable.empty() && !has_portable) fs::remove(m_portable, error);
 }

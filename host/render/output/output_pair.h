@@ -14,7 +14,7 @@ namespace velmor::render {
 /// half-written is ever seen and an old pair stays whole.
 class OutputPair {
  public:
-  /// `output`: what the person named, with or without ".cue". Throws `Failure` when the pair
+  /// `output`: what the user named, with or without ".cue". Throws `Failure` when the pair
   /// cannot go there: a missing or read-only folder, a name that a sheet cannot hold, an input in
   /// the way, an existing pair without `force`, or one that another program holds. With `portable`
   /// the same is true of a third file, the portable sheet.

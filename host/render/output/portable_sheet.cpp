@@ -11,8 +11,9 @@
 #include "check/report/report_text.h"
 #include "disc/disc_time.h"
 #include "disc/failure.h"
-#include "host/render/options/options.h"
+#include "disc/text/phrases.h"
 #include "host/render/terminal/interrupt.h"
+#include "host/render/terminal/messages.h"
 #include "host/render/terminal/progress.h"
 
 namespace velmor::render {
@@ -53,12 +54,8 @@ PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
   PortableSheet made;
   made.path = output.portableSheet();
   const std::string working = output.workingPortableSheet();
-  try {
-    made.of_sheet =
-        checkSheet(output.workingSheet(), output.sheet(), plan.image_frames, show_progress);
-  } catch (const Failure& error) {
-    throw Failure(error.what());
-  }
+  made.of_sheet =
+      checkSheet(output.workingSheet(), output.sheet(), plan.image_frames, show_progress);
   try {
     const check::PortableDisc disc = makePortable(made.of_sheet, working, startsOf(plan));
     check::writeWhole(working, check::cueText(disc), false);
@@ -101,8 +98,8 @@ std::string portableSheetJson(const PortableSheet& portable) {
 
 int portableStatus(const PortableSheet& portable) {
   if (portable.failure.empty()) return 0;
-  fprintf(stderr, "%s: the sheet and the image are complete, but %s was not written: %s\n",
-          kProgram, portable.path.c_str(), portable.failure.c_str());
+  printMessage("the sheet and the image are complete, but " + disc::inQuotes(portable.path) +
+               " was not written: " + portable.failure);
   return 1;
 }
 

@@ -4,7 +4,8 @@
 #include <nlohmann/json.hpp>
 
 #include "disc/disc_time.h"
-#include "host/render/options/options.h"
+#include "host/render/terminal/json_schema.h"
+#include "host/render/terminal/messages.h"
 
 namespace velmor::render {
 
@@ -53,7 +54,7 @@ void printBurn(const BurnResult& burn) {
 
 }  // namespace
 
-void printReport(const Report& report) {
+void printReport(const RenderReport& report) {
   printf("  #  start     sector  length      title\n");
   for (size_t i = 0; i < report.plan.tracks.size(); ++i) {
     const PlannedTrack& track = report.plan.tracks[i];
@@ -87,7 +88,7 @@ void printReport(const Report& report) {
   if (report.portable) printPortableSheet(*report.portable);
 }
 
-void printJsonReport(const Report& report) {
+void printJsonReport(const RenderReport& report) {
   Json tracks = Json::array();
   for (size_t i = 0; i < report.plan.tracks.size(); ++i) {
     tracks.push_back(trackJson(report.plan.tracks[i], report.sheet.tracks[i], i + 1));
@@ -105,7 +106,7 @@ void printJsonReport(const Report& report) {
   if (report.outcome.clipping.samples > 0) {
     clipped["first_seconds"] = secondsOf(report.outcome.clipping.first_frame);
   }
-  Json json = {{"schema_version", kJsonSchema},
+  Json json = {{"schema_version", kJsonSchemaVersion},
                {"program", kProgram},
                {"program_version", VELMOR_VERSION},
                {"sheet", {{"path", report.sheet_path}, {"bytes", report.sheet_bytes}}},
@@ -124,7 +125,7 @@ void printJsonReport(const Report& report) {
 }
 
 void printJsonFailure(const std::string& sentence) {
-  const Json json = {{"schema_version", kJsonSchema}, {"error", sentence}};
+  const Json json = {{"schema_version", kJsonSchemaVersion}, {"error", sentence}};
   printf("%s\n", dumped(json).c_str());
 }
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/render/album/album.h"
-#include "host/render/burn/burn_desk.h"
+#include "host/render/burn/burn_dialog_driver.h"
 #include "host/render/module/renderer.h"
 #include "host/render/output/cue_text.h"
 #include "host/render/output/portable_sheet.h"
@@ -14,9 +14,7 @@
 
 namespace velmor::render {
 
-inline constexpr int kJsonSchema = 1;
-
-struct Report {
+struct RenderReport {
   const Album& album;
   const TrackPlan& plan;
   const CueText& sheet;
@@ -30,9 +28,9 @@ struct Report {
 };
 
 /// The track list, the files and what is worth knowing, for people.
-void printReport(const Report& report);
+void printReport(const RenderReport& report);
 /// The same as one JSON object.
-void printJsonReport(const Report& report);
+void printJsonReport(const RenderReport& report);
 /// A failure as a JSON object.
 void printJsonFailure(const std::string& sentence);
 

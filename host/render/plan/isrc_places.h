@@ -1,4 +1,7 @@
 // Which track each ISRC of a project ends up in.
+//
+// A host never links the module, so this repeats its rule on purpose; the rule's home is
+// module/sink/cue_sheet.cpp.
 #pragma once
 
 #include <cstddef>

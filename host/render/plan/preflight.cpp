@@ -5,12 +5,17 @@
 #include <algorithm>
 
 #include "disc/disc_time.h"
+#include "disc/text/phrases.h"
 #include "host/render/album/mark_names.h"
-#include "host/render/plan/preflight_parts.h"
+#include "host/render/plan/preflight_codes.h"
+#include "host/render/plan/preflight_starts.h"
 
 namespace velmor::render {
 
 namespace {
+
+using disc::inQuotes;
+using disc::listed;
 
 constexpr size_t kMostTracks = 99;              // Red Book
 constexpr int64_t kShortestTrackSectors = 300;  // Red Book
@@ -23,7 +28,7 @@ std::vector<std::string> allQuoted(std::vector<std::string> texts) {
   return texts;
 }
 
-void checkTracks(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
+void checkTracks(const SinkConfig& config, const TrackPlan& plan, PreflightFindings& findings) {
   if (config.track_mode == kTracksFromRegions && plan.written.empty()) {
     findings.errors.push_back(
         "there is no region with audio in the render range, so the image would be empty; add one "
@@ -42,7 +47,7 @@ void checkTracks(const SinkConfig& config, const TrackPlan& plan, Findings& find
   }
 }
 
-void checkLength(const TrackPlan& plan, Findings& findings) {
+void checkLength(const TrackPlan& plan, PreflightFindings& findings) {
   const int64_t sectors = plan.image_frames / kFramesPerSector;
   if (sectors > kSectorsOf7957) {
     findings.warnings.push_back("the disc lasts " + msfOf(sectors) +
@@ -60,12 +65,12 @@ size_t characters(const std::string& text) {
   }));
 }
 
-void checkText(const std::string& what, const std::string& text, Findings& findings) {
+void checkText(const std::string& what, const std::string& text, PreflightFindings& findings) {
   if (characters(text) <= kLongestText) return;
   findings.warnings.push_back(what + " is longer than the 80 characters that all readers take");
 }
 
-void checkFields(const HostProject& project, Findings& findings) {
+void checkFields(const HostProject& project, PreflightFindings& findings) {
   for (const auto& [key, value] : project.metadata) {
     checkText("the disc field " + inQuotes(key), value, findings);
   }
@@ -79,7 +84,7 @@ void checkFields(const HostProject& project, Findings& findings) {
   }
 }
 
-void checkNames(const TrackPlan& plan, Findings& findings) {
+void checkNames(const TrackPlan& plan, PreflightFindings& findings) {
   if (!plan.dropped_markers.empty()) {
     findings.warnings.push_back(
         (plan.dropped_markers.size() == 1 ? "the marker " : "the markers ") +
@@ -102,32 +107,9 @@ void checkNames(const TrackPlan& plan, Findings& findings) {
 
 }  // namespace
 
-std::string inQuotes(const std::string& text) {
-  return '"' + text + '"';
-}
-
-std::string listed(const std::vector<std::string>& names) {
-  constexpr size_t kShown = 5;
-  const size_t shown = std::min(names.size(), kShown);
-  const bool more = names.size() > shown;
-  std::string text;
-  for (size_t i = 0; i < shown; ++i) {
-    const bool last = i + 1 == shown && !more;
-    text += (i == 0 ? "" : last ? " and " : ", ") + names[i];
-  }
-  return more ? text + " and " + std::to_string(names.size() - shown) + " more" : text;
-}
-
-std::string tracksListed(const std::vector<size_t>& tracks) {
-  std::vector<std::string> numbers;
-  numbers.reserve(tracks.size());
-  for (const size_t track : tracks) numbers.push_back(std::to_string(track + 1));
-  return (tracks.size() == 1 ? "track " : "tracks ") + listed(numbers);
-}
-
-Findings checkBeforeRender(const SinkConfig& config, const HostProject& project,
-                           const TrackPlan& plan) {
-  Findings findings;
+PreflightFindings checkBeforeRender(const SinkConfig& config, const HostProject& project,
+                                    const TrackPlan& plan) {
+  PreflightFindings findings;
   checkTracks(config, plan, findings);
   checkLength(plan, findings);
   checkStarts(config, plan, findings);

@@ -1,17 +1,24 @@
+#include "host/render/plan/preflight_codes.h"
+
 #include <strings.h>
 
 #include <algorithm>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "disc/codes.h"
+#include "disc/text/phrases.h"
 #include "host/render/plan/isrc_places.h"
-#include "host/render/plan/preflight_parts.h"
 
 namespace velmor::render {
 
 namespace {
 
-void checkCatalogue(const HostProject& project, Findings& findings) {
+using disc::inQuotes;
+using disc::listed;
+
+void checkCatalogue(const HostProject& project, PreflightFindings& findings) {
   for (const auto& [key, value] : project.metadata) {
     if (strcasecmp(key.c_str(), "CUE:DISC_CATALOG") != 0) continue;
     if (const auto fault = catalogueFault(value)) {
@@ -20,7 +27,7 @@ void checkCatalogue(const HostProject& project, Findings& findings) {
   }
 }
 
-void checkIsrcForms(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
+void checkIsrcForms(const std::vector<IsrcPlace>& isrcs, PreflightFindings& findings) {
   std::set<std::string> seen;
   for (const IsrcPlace& isrc : isrcs) {
     const auto code = normalisedIsrc(isrc.code);
@@ -38,7 +45,7 @@ void checkIsrcForms(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
 
 /// A warning about one or more ISRCs.
 void warnOfIsrcs(const std::vector<std::string>& isrcs, const char* of_one, const char* of_several,
-                 const char* advice, Findings& findings) {
+                 const char* advice, PreflightFindings& findings) {
   if (isrcs.empty()) return;
   const bool one = isrcs.size() == 1;
   findings.warnings.push_back((one ? "the ISRC " : "the ISRCs ") + listed(isrcs) +
@@ -46,7 +53,7 @@ void warnOfIsrcs(const std::vector<std::string>& isrcs, const char* of_one, cons
 }
 
 /// Codes that the sheet does not have.
-void checkLostIsrcs(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
+void checkLostIsrcs(const std::vector<IsrcPlace>& isrcs, PreflightFindings& findings) {
   std::vector<std::string> second;
   std::vector<std::string> outside;
   for (const IsrcPlace& isrc : isrcs) {
@@ -68,7 +75,7 @@ void checkLostIsrcs(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
 
 /// Inputs whose start makes no track, so that the track before takes their code.
 void checkStrayIsrcs(const std::vector<IsrcPlace>& isrcs, const TrackPlan& plan,
-                     Findings& findings) {
+                     PreflightFindings& findings) {
   constexpr double kAllowance = 0.001;  // seconds
   std::vector<std::string> stray;
   for (const IsrcPlace& isrc : isrcs) {
@@ -84,7 +91,7 @@ void checkStrayIsrcs(const std::vector<IsrcPlace>& isrcs, const TrackPlan& plan,
 
 }  // namespace
 
-void checkCodes(const HostProject& project, const TrackPlan& plan, Findings& findings) {
+void checkCodes(const HostProject& project, const TrackPlan& plan, PreflightFindings& findings) {
   checkCatalogue(project, findings);
   const std::vector<IsrcPlace> isrcs = placesOfIsrcs(plan, project.marks);
   checkIsrcForms(isrcs, findings);

@@ -1,6 +1,7 @@
 #include "host/render/plan/track_plan.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "disc/disc_time.h"
 #include "host/render/album/mark_names.h"
@@ -168,6 +169,7 @@ void planRegions(Planner& planner, const std::vector<Mark>& marks, int64_t frame
 }  // namespace
 
 TrackPlan planTracks(const SinkConfig& config, const std::vector<Mark>& marks, int64_t frames) {
+  assert(frames >= 0);
   Planner planner(config);
   if (config.track_mode == kTracksFromMarkers) {
     planMarkers(planner, config, marks, frames);

@@ -14,12 +14,14 @@ std::string progressBar(double part);
 /// is no terminal.
 class Progress {
  public:
+  /// `what` stands before the bar; `total_frames` of audio make it full.
   Progress(std::string what, int64_t total_frames, bool wanted);
   /// Takes the bar off the screen.
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
+  /// `frames` are done. May be called as often as the work goes on.
   void show(int64_t frames);
 
  private:

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "abi/disc_recording.h"
-#include "host/recording/disc_time.h"
+#include "host/recording/session/disc_time.h"
 
 namespace velmor::recording::testing {
 

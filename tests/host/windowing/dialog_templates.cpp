@@ -1,6 +1,6 @@
 #include "tests/host/windowing/dialog_templates.h"
 
-#include "host/windowing/layer_functions.h"
+#include "host/windowing/functions/layer_functions.h"
 
 namespace velmor::windowing {
 namespace {

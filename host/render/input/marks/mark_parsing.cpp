@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 #include "host/render/input/text_encoding.h"
 
 namespace velmor::render {
@@ -14,11 +15,11 @@ constexpr double kFramesPerSecond = 75.0;
 /// Far beyond any album, and safely inside what counts of frames can hold.
 constexpr double kLongestTime = 1e9;
 
-constexpr const char* kForms = "give seconds (12.5), MM:SS.mmm or MM:SS:FF";
+constexpr const char* kForms = "it has another form; give seconds (12.5), MM:SS.mmm or MM:SS:FF";
 
 /// Fit for a message, whatever bytes were typed.
 std::string quoted(std::string_view text) {
-  return "'" + asLineOfText(text) + "'";
+  return disc::inQuotes(asLineOfText(text));
 }
 
 [[noreturn]] void refuseTime(std::string_view text, const std::string& reason) {
@@ -72,13 +73,13 @@ struct Option {
 Option splitOption(std::string_view text, const char* form) {
   const size_t equals = text.find('=');
   if (equals == std::string_view::npos) {
-    throw Failure(quoted(text) + " has no '=' before its name: give " + form);
+    throw Failure(quoted(text) + " has no \"=\" before its name; give " + form);
   }
   const std::string_view name = text.substr(equals + 1);
-  if (!isUtf8(name)) throw Failure("the name in " + quoted(text) + " is not UTF-8: retype it");
+  if (!isUtf8(name)) throw Failure("the name in " + quoted(text) + " is not UTF-8; retype it");
   if (hasControlCharacters(name)) {
     throw Failure("the name in " + quoted(text) +
-                  " has a line break or another control character: take it out");
+                  " has a line break or another control character; take it out");
   }
   return {text.substr(0, equals), name};
 }
@@ -113,14 +114,14 @@ Mark parseRegionOption(std::string_view text) {
   const Option option = splitOption(text, "START-END=NAME");
   const size_t dash = option.time.find('-');
   if (dash == std::string_view::npos) {
-    throw Failure(quoted(text) + " has no '-' between two times: give START-END=NAME");
+    throw Failure(quoted(text) + " has no \"-\" between two times; give START-END=NAME");
   }
   Mark mark;
   mark.given_by = "--region";
   mark.start = parseTime(option.time.substr(0, dash));
   mark.end = parseTime(option.time.substr(dash + 1));
   if (*mark.end <= mark.start) {
-    throw Failure("the region " + quoted(text) + " does not end after its start: swap the times");
+    throw Failure("the region " + quoted(text) + " does not end after its start; swap the times");
   }
   mark.name = option.name;
   return mark;
