@@ -51,7 +51,7 @@ std::vector<std::string> inputFiles(const Options& options) {
   return files;
 }
 
-/// The warnings, after any error that forbids the render has been thrown.
+/// Everything to warn of before the render. Throws `Failure` for the first finding that forbids it.
 std::vector<std::string> checked(const SinkConfig& config, const Album& album,
                                  const TrackPlan& plan, const OutputPair& output) {
   PreflightFindings findings = checkBeforeRender(config, album.project, plan);
@@ -79,7 +79,7 @@ void tell(const Options& options, const RenderReport& report) {
   }
 }
 
-/// The exit status of a run whose burn has been told of.
+/// The exit status of a run with a burn, whose result has been reported.
 int burnStatus(const BurnResult& burn, const std::string& image) {
   if (burn.interrupted && !burn.failure.empty()) {
     printMessage("interrupted; the image is complete: " + disc::inQuotes(image));

@@ -13,7 +13,8 @@
 namespace velmor::recording {
 namespace {
 
-/// Stopping a drive that closes its disc would spoil a disc that is all but done.
+/// Whether a burn may be stopped during this activity. A drive that is closing the disc is not
+/// stopped: the audio is complete by then, and an open disc cannot be played.
 bool mayStop(Activity activity) {
   return activity == Activity::kWaiting || activity == Activity::kLeadIn ||
          activity == Activity::kWriting;
@@ -116,7 +117,7 @@ DiscInDrive BurnRun::prepareDisc(const SessionPlan& plan) {
 
 void BurnRun::blank(const DiscInDrive& medium) {
   const std::string what = "drive \"" + m_drive + "\" holds " + describeMedium(medium);
-  // A test write leaves no trace, and blanking is one.
+  // A test write must leave the disc as it was, and blanking would change it.
   if (simulate())
     throw Failure("the " + what + ": a test needs a blank disc, and does not blank one");
   if (m_options.user_interface == nullptr ||
@@ -167,7 +168,7 @@ void BurnRun::write(const SessionPlan& plan, const DiscInDrive& before) {
   try {
     follow(feed, plan);
   } catch (...) {
-    stop();  // the recorder's worker reads from the feed as long as it runs
+    stop();  // before `feed` goes: the recorder's worker thread reads from it as long as it runs
     throw;
   }
   conclude(feed, plan, before);

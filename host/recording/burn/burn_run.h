@@ -1,4 +1,4 @@
-// One burn, from the checks before it to the words after it.
+// One burn: checks the session and the disc, blanks, writes, compares, and tells how it ended.
 #pragma once
 
 #include <chrono>
@@ -13,12 +13,14 @@ namespace velmor::recording {
 
 class BurnRun {
  public:
-  /// All of it must outlive the run. `drive` is the recorder's name for people.
+  /// `recorder` and what `options` points to must outlive the run. `drive` is the recorder's name
+  /// for messages.
   BurnRun(Recorder& recorder, const std::string& drive, const DiscBurnProperties& properties,
           const RecordingOptions& options);
 
-  /// Burns, and compares where that is wanted. What fails is in the outcome. What the user
-  /// interface throws is thrown on, once the drive has stopped.
+  /// Burns `count` tracks, and compares where that is wanted; once per object. A failure is not
+  /// thrown but stands in the outcome. What the user interface throws is thrown on, once the drive
+  /// has stopped.
   Outcome run(const DiscTrack* tracks, int count);
 
  private:

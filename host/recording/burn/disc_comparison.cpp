@@ -19,9 +19,9 @@ constexpr int kSectorFrames = kSectorBytes / kFrameBytes;
 constexpr int kChunkSectors = 16;
 constexpr int kMaxOffset = 5 * kSectorFrames;  // frames
 constexpr int kOffsetChunks = 64;              // chunks of music that are looked at for the offset
-constexpr int kUnreadableChunks = 4;           // a flaw spoils fewer, a drive that cannot read all
+constexpr int kUnreadableChunks = 4;           // after so many the drive cannot read audio at all
 
-/// Audio of the disc by frames.
+/// The disc's audio, addressed by frames instead of sectors.
 class DiscReader {
  public:
   DiscReader(Recorder& recorder, int64_t sectors) : m_recorder(recorder), m_sectors(sectors) {}
@@ -71,7 +71,8 @@ class ImageReader {
   int64_t sectorsDone() const { return m_feed.delivered(); }
   const unsigned char* audio() const { return m_audio.data(); }
 
-  /// Silence, or one value held: it looks the same wherever it is read.
+  /// Whether the chunk is silence, or holds one value: it says nothing about the offset, since it
+  /// looks the same wherever it is read.
   bool isStill() const {
     return std::memcmp(m_audio.data(), m_audio.data() + kFrameBytes,
                        m_audio.size() - kFrameBytes) == 0;
@@ -85,7 +86,8 @@ class ImageReader {
 };
 
 /// Keeps those offsets (disc frame minus image frame) under which the chunk is found on the disc;
-/// one that reaches beyond the disc's ends cannot be judged and stays. False: unreadable.
+/// an offset that would take the chunk beyond the disc's ends cannot be judged and stays. False
+/// when the disc cannot be read there.
 bool narrow(std::vector<int>& offsets, const ImageReader& image, DiscReader& disc) {
   const int64_t from = std::max<int64_t>(image.firstFrame() - kMaxOffset, 0);
   const int64_t to = std::min(image.firstFrame() + image.frames() + kMaxOffset, disc.frames());
@@ -131,7 +133,8 @@ struct Differences {
   std::optional<int64_t> unreadable;  // sector
 };
 
-/// The sector of these frames at which reading fails; their first where each can be read alone.
+/// The first of the sectors of frames `from` to `to` that cannot be read. Where each can be read by
+/// itself, although reading them together has failed, the first of all.
 int64_t unreadableSector(DiscReader& disc, int64_t from, int64_t to) {
   const int64_t first = from / kSectorFrames;
   for (int64_t sector = first; sector * kSectorFrames < to; ++sector)
@@ -139,8 +142,8 @@ int64_t unreadableSector(DiscReader& disc, int64_t from, int64_t to) {
   return first;
 }
 
-/// The producers' own judgement, sector by sector; only of use where the drive reads without
-/// offset.
+/// Whether the track's producer takes the sector for its own. Producers judge whole sectors, so
+/// they can only be asked where the drive reads without an offset.
 bool producersAgree(const SessionPlan& plan, int64_t sector, const unsigned char* audio) {
   const SessionTrack& track = plan.tracks[static_cast<size_t>(plan.trackAt(sector))];
   return sector < track.start ? track.producer->VerifyPreGap(audio, kSectorBytes)

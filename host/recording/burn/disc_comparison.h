@@ -15,7 +15,7 @@ struct Comparison {
   std::string words;  ///< the result, as a clause for a message
 };
 
-/// Told the sectors compared so far; false ends the comparison.
+/// Called with the number of sectors compared so far; answers false to end the comparison.
 using ComparisonProgress = std::function<bool(int64_t sectors)>;
 
 /// Reads the disc and the producers (which it starts over) side by side.

@@ -1,4 +1,5 @@
-// Discs in words: what lies in the drive, whether it can be burned, what became of it.
+// Discs in the words of messages: what lies in the drive, whether it can be burned, what became of
+// it. All texts are clauses in lower case without a full stop.
 #pragma once
 
 #include <string>
@@ -17,7 +18,8 @@ enum class MediumVerdict { kReady, kNeedsBlanking };
 /// `may_overwrite`.
 MediumVerdict judgeMedium(const DiscInDrive& medium, bool may_overwrite);
 
-/// Throws `Failure` when the image is longer than `room`, both in sectors. 0: room unknown.
+/// Throws `Failure` when an image of `sectors` sectors is longer than `room` sectors. A `room` of 0
+/// is unknown, and nothing is thrown.
 void checkRoom(int64_t room, int64_t sectors);
 
 /// What became of a disc on which a burn did not go to its end.

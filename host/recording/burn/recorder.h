@@ -18,7 +18,7 @@ enum class DiscCondition {
   kBlank,
   kAppendable,  ///< has a session and is open for another one
   kClosed,
-  kUnsuitable,  ///< neither readable nor writable as it is; of a recording that broke off, say
+  kUnsuitable,  ///< neither readable nor writable as it is, e.g. after a recording that broke off
   kUnknown
 };
 
@@ -54,8 +54,8 @@ struct Session {
   bool keep_open = false;
 };
 
-/// One drive under exclusive access; destroying it gives the drive back. One thread; `write` feeds
-/// itself from another one until the activity is idle again.
+/// One drive under exclusive access; destroying it gives the drive back. Used by one thread; while
+/// it writes, a thread of the recorder's own reads the feed, until the activity is idle again.
 class Recorder {
  public:
   virtual ~Recorder() = default;
@@ -66,10 +66,11 @@ class Recorder {
   /// when it does not say.
   virtual double setSpeed(double speed) = 0;
 
-  /// Begins to blank the disc; to be followed with `wait`.
+  /// Begins to blank the disc; the caller then calls `wait` until the activity is idle.
   virtual void startBlanking() = 0;
-  /// Begins to write session-at-once; to be followed with `wait`. All it is given must live until
-  /// the activity is idle. Throws `Failure` when the drive or the disc would not take it.
+  /// Begins to write session-at-once; the caller then calls `wait` until the activity is idle. All
+  /// arguments, and what `session` points to, must live until then. Throws `Failure` when the drive
+  /// or the disc would not take it.
   virtual void startWriting(const Session& session, SectorFeed& feed) = 0;
   /// Waits for a fraction of a second at most and tells what is going on.
   virtual RecorderStatus wait() = 0;
@@ -77,10 +78,11 @@ class Recorder {
   /// Whether the last blanking or writing went well, as far as the recorder knows.
   virtual bool succeeded() = 0;
 
-  /// Audio of the disc from `lba` on, which may be a little below 0. False: not readable.
+  /// Reads `sectors` sectors (above 0) of the disc from `lba` on into `audio`, 2352 bytes each;
+  /// `lba` may be a little below 0. False when they cannot be read.
   virtual bool readAudio(int64_t lba, int sectors, unsigned char* audio) = 0;
 
-  /// What was said since the last call.
+  /// What the drive and its library have said since the last call.
   virtual std::vector<RecorderMessage> takeMessages() = 0;
   /// Gives the drive back. Nothing else may be called after it.
   virtual void release(bool eject) = 0;

@@ -16,7 +16,8 @@ struct Meaning {
   const char* words;
 };
 
-// The narrower meaning stands before the wider one (SPC and MMC, sense code tables).
+// The first line that fits counts, so a line for one qualifier stands before the line for its whole
+// code (sense code tables of SPC and MMC).
 constexpr std::array kMeanings{
     Meaning{kAny, 0x3A, kAny, "there is no disc in the drive"},
     Meaning{kAny, 0x30, kAny, "the disc is of a kind that the drive cannot write"},

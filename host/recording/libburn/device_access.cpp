@@ -88,7 +88,7 @@ std::string accessObstacle(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0)
     return "\"" + path + "\" is not there any more; is the drive still plugged in?";
-  // Exclusively and without waiting for a disc, as the recorder will be opened for a burn.
+  // With the flags that libburn opens a drive with: exclusively, and without waiting for a disc.
   const int fd = open(path.c_str(), O_RDWR | O_NONBLOCK | O_EXCL | O_CLOEXEC);
   if (fd >= 0) {
     close(fd);

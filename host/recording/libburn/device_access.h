@@ -13,10 +13,11 @@ struct DeviceFile {
   uid_t owner = 0;
   gid_t group = 0;
   mode_t mode = 0;         ///< permission bits
-  std::string owner_name;  ///< or the number
+  std::string owner_name;  ///< the number where it has no name
   std::string group_name;
 };
 
+/// Whose rights a process has.
 struct ProcessIdentity {
   uid_t user = 0;
   std::vector<gid_t> groups;  ///< effective and supplementary
@@ -28,7 +29,7 @@ std::string explainAccess(const DeviceFile& file, const ProcessIdentity& identit
 /// Tries to open `path` as a recorder is opened. Empty when it can be, otherwise why not, as above.
 std::string accessObstacle(const std::string& path);
 
-/// The device files under which the system would have its optical drives, as far as they exist.
+/// The device files of the machine's optical drives, usable or not.
 std::vector<std::string> opticalDeviceFiles();
 
 }  // namespace velmor::recording

@@ -23,8 +23,9 @@ constexpr int kReadyTries = 50;
 constexpr int kReportedBlockBytes = 2048;  // libburn tells the free space of every disc in these
 constexpr int kWholeOfBlanking = 0x10000;
 
-/// While one lives, threads that are begun have all signals blocked: Ctrl-C is for the program's
-/// own thread to hear, and never for one that waits for an answer of the drive.
+/// While an object lives, all signals are blocked in the thread, and so in every thread that
+/// libburn begins meanwhile: Ctrl-C has to arrive in the program's own thread, not in one that
+/// waits for the drive.
 class SignalsToOthers {
  public:
   SignalsToOthers() {
@@ -123,13 +124,13 @@ class LibburnRecorder final : public Recorder {
   burn::burn_drive_info* m_info;
   burn::burn_drive* m_drive;
   BurnDisc m_disc;         // what is being written
-  bool m_changed = false;  // the disc, since the drive last looked at it
+  bool m_changed = false;  // the disc was written or blanked since libburn last looked at it
 };
 
 burn::burn_disc_status LibburnRecorder::discStatus() {
   burn::burn_disc_status status = burn::burn_disc_get_status(m_drive);
   for (int i = 0; i < kReadyTries && status == burn::BURN_DISC_UNREADY; ++i) {
-    usleep(kReadyMicroseconds);  // a drive that has just closed its tray
+    usleep(kReadyMicroseconds);  // the drive may have closed its tray only just now
     status = burn::burn_disc_get_status(m_drive);
   }
   return status;
@@ -142,7 +143,8 @@ int64_t LibburnRecorder::freeSectors() {
   return burn::burn_disc_available_space(m_drive, options.get()) / kReportedBlockBytes;
 }
 
-/// By the disc's own lead-in: the last address at which its lead-out may begin.
+/// What the disc holds in all, in sectors: the last address at which its lead-out may begin, as its
+/// own lead-in states it. 0 when it does not.
 int64_t LibburnRecorder::capacity() {
   int start = 0;
   int end = 0;
@@ -184,7 +186,7 @@ double LibburnRecorder::setSpeed(double speed) {
   const int kilobytes = speed > 0.0 ? static_cast<int>(std::ceil(speed * kBytesPerSecond)) : 0;
   burn::burn_drive_set_speed(m_drive, 0, kilobytes);
   burn::burn_speed_descriptor* best = nullptr;
-  // With no speed that slow the drive takes its slowest.
+  // A drive that has no speed as slow as that takes its slowest one.
   if (burn::burn_drive_get_best_speed(m_drive, kilobytes, &best, 2) <= 0 || best == nullptr)
     if (burn::burn_drive_get_best_speed(m_drive, -1, &best, 2) <= 0 || best == nullptr) return 0.0;
   return best->write_speed / kBytesPerSecond;
@@ -192,8 +194,8 @@ double LibburnRecorder::setSpeed(double speed) {
 
 void LibburnRecorder::startBlanking() {
   m_changed = true;
-  // A disc with a recording that broke off is neither blank nor full to libburn, but can be
-  // blanked.
+  // libburn takes a disc whose recording broke off for neither blank nor full, and refuses to blank
+  // it although that is possible.
   burn::burn_disc_pretend_full(m_drive);
   const SignalsToOthers quiet;
   burn::burn_disc_erase(m_drive, 1);
@@ -268,7 +270,7 @@ std::vector<DriveRecord> LibburnBus::scan() {
     if (infos[i].write_cdr == 0 && infos[i].write_cdrw == 0) continue;
     drives.push_back({address.data(), infos[i].vendor, infos[i].product, infos[i].revision});
   }
-  // A scan holds every drive it finds; other programs want them too.
+  // libburn keeps every drive that it has found open, which would lock other programs out.
   if (infos != nullptr) burn::burn_drive_info_free(infos);
   drainMessages();
   return drives;
@@ -311,7 +313,8 @@ std::unique_ptr<RecorderBus> openLibburn() {
         "the libburn of this machine is older than the one this program was made with; update it");
   }
   if (burn::burn_initialize() == 0) throw Failure("libburn could not be started");
-  // Messages are collected and told in our own words. Signals stay the program's own business.
+  // libburn is to print nothing: its messages are fetched and told in our own words. Its handler of
+  // signals stays off as well, since the program has one.
   burn::burn_msgs_set_severities(mutableText("WARNING"), mutableText("NEVER"), mutableText(""));
   burn::burn_preset_device_open(1, 0, 0);
   return std::make_unique<LibburnBus>();

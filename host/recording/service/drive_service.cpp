@@ -70,7 +70,7 @@ const DriveRecord* DriveService::find(void* device) const {
 }
 
 int DriveService::DeviceCount() {
-  // A drive under our own exclusive access cannot be found by looking.
+  // A drive that is held for a burn is not found by a scan, which needs it for itself.
   if (m_stale && m_recorder == nullptr) scan();
   return static_cast<int>(m_present.size());
 }
@@ -141,7 +141,7 @@ void DriveService::RunProgressPanel(void* burn, const DiscTrack* tracks, int cou
   m_outcome = run.run(tracks, count);
   const bool good = m_outcome.failure.empty();
   const int action = good ? done->properties.completion_action : done->properties.failure_action;
-  // To mount an audio disc means to leave it in the drive, where the desktop finds it.
+  // An audio disc has no file system to mount: it stays in the drive, where the desktop finds it.
   m_eject = action == kDiscActionEject;
 }
 

@@ -45,8 +45,9 @@ class DriveService final : public Service {
 
   std::unique_ptr<RecorderBus> m_bus;
   RecordingOptions m_options;
-  // libburn's own handles die with every look for drives; these records are what the burn engine
-  // compares by identity. They stay until the service ends.
+  // The device handles given out are addresses of these records, and the burn engine compares
+  // handles. So a record stays until the service ends, and a drive that is found again gets its old
+  // one back; libburn's own handles end with every scan.
   std::vector<std::unique_ptr<DriveRecord>> m_records;
   std::vector<DriveRecord*> m_present;
   bool m_stale = true;

@@ -53,7 +53,7 @@ bool SectorFeed::produceData(size_t track, unsigned char* sector) {
   const std::string where =
       " at " + minutesSecondsFrames(delivered()) + " (track " + std::to_string(track + 1) + ")";
   if (count > kSectorBytes) return fail("the image could not be read" + where);
-  // The one sector that an image may leave unfilled is the disc's last.
+  // Only the last sector of the disc may be short: an image need not end on a whole sector.
   const bool last = delivered() == m_plan.sectors - 1;
   if (!last || count == 0)
     return fail("the image ends too early" + where +

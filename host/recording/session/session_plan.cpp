@@ -22,7 +22,8 @@ void checkForm(const DiscTrack& track, const std::string& name) {
 
 void checkLength(const DiscTrack& track, const std::string& name) {
   if (track.track_length <= 0) throw Failure("there is nothing to record in " + name);
-  // libburn would fill the track up with silence, and all that follows would start too late.
+  // libburn would pad the track with silence to 4 seconds, and every later track would start too
+  // late.
   if (track.track_length < kMinTrackSectors)
     throw Failure("the burn was not begun: " + name +
                   " is shorter than 4 seconds and would be padded, moving the tracks after it; "

@@ -25,8 +25,8 @@ struct SessionPlan {
   int trackAt(int64_t lba) const;
 };
 
-/// Lays out the tracks; throws `Failure` for what would be no audio disc, or would be written
-/// otherwise than it was handed over.
+/// Lays out `count` tracks. Throws `Failure` when they would make no audio disc, or when libburn
+/// would write them differently from how they were handed over.
 SessionPlan planSession(const DiscTrack* tracks, int count);
 
 }  // namespace velmor::recording

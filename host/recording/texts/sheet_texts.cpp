@@ -5,9 +5,12 @@
 #include <iterator>
 
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 
 namespace velmor::recording {
 namespace {
+
+using disc::inQuotes;
 
 constexpr size_t kLongestLine = 4095;  // characters of a line that our sheets cut, its end included
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -81,11 +84,11 @@ SheetTexts parseSheetTexts(std::string_view sheet) {
 
 SheetTexts readSheetTexts(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  if (!file) throw Failure("The cue sheet " + path + " cannot be read for the CD-TEXT.");
+  if (!file) throw Failure("the cue sheet " + inQuotes(path) + " cannot be read for the CD-TEXT");
   const std::string sheet((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
   SheetTexts texts = parseSheetTexts(sheet);
   if (texts.tracks.empty())
-    throw Failure("The cue sheet " + path + " has no tracks to take CD-TEXT from.");
+    throw Failure("the cue sheet " + inQuotes(path) + " has no tracks to take CD-TEXT from");
   return texts;
 }
 

@@ -16,7 +16,8 @@ namespace {
 
 constexpr const char* kPrefix = "CUE:DISC_";
 
-/// A disc field given by its key counts as if given by its own option; of two the option wins.
+/// Moves fields like --meta TITLE=X to where --title would put them. When both are given, the
+/// option of its own wins.
 void takeKnownKeys(AlbumTexts& texts) {
   const std::pair<const char*, std::string*> known[] = {{"TITLE", &texts.title},
                                                         {"PERFORMER", &texts.performer},

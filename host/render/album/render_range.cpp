@@ -18,7 +18,7 @@ double onFrame(double seconds) {
   return std::round(seconds * kFramesPerSecond) / kFramesPerSecond;
 }
 
-/// Seconds from `origin` to `seconds`, exact in frames.
+/// Seconds from frame `origin` to `seconds`, which is rounded to a whole frame first.
 double relative(double seconds, int64_t origin) {
   return (std::round(seconds * kFramesPerSecond) - static_cast<double>(origin)) / kFramesPerSecond;
 }

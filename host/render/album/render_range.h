@@ -15,12 +15,13 @@ namespace velmor::render {
 /// depend on how the render is cut into blocks. The marker in force at the range's start moves to
 /// it, and the tags behind that marker with it, so that track 1 keeps its name; regions are cut to
 /// the range, and in regions mode the tags of the one that is cut at the start move with it. The
-/// others are added to `left_out`, where they lay.
+/// others are added to `left_out`, with their times of the timeline.
 std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start, int64_t end, TrackMode mode,
                                bool hash_only, std::vector<Mark>& left_out);
 
 /// Takes out the regions that hold no audio of their own: empty ones, and those that lie wholly in
-/// the ones before. The module would write what follows such a region. Adds a warning for each.
+/// the ones before. For such a region the module would write the audio that follows it. Adds a
+/// warning for each.
 void dropEmptyRegions(std::vector<Mark>& marks, std::vector<std::string>& warnings);
 
 }  // namespace velmor::render

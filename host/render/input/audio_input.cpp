@@ -179,7 +179,8 @@ class ResampledInput : public AudioInput {
       if (made == 0 && m_drained) break;
       done += made;
     }
-    // The library rounds the length in floating point; the rule of the length stands.
+    // The resampler may end a frame early, since it computes its length in floating point. The
+    // length that `framesAtDiscRate` gives is the one promised, so silence fills it up.
     std::fill(left + done, left + due, 0.0);
     if (!m_source.mono()) std::fill(right + done, right + due, 0.0);
     if (m_source.mono()) std::copy_n(left, due, right);
@@ -189,7 +190,8 @@ class ResampledInput : public AudioInput {
 
  private:
   static constexpr size_t kMostFrames = size_t{1} << 30;
-  /// 30 dB above full scale, which even a single sample of a much higher rate passes on.
+  /// 30 dB above full scale: still loud after the filter when a single sample at a much higher rate
+  /// has it.
   static constexpr double kLoudest = 32.0;
 
   size_t produce(const std::array<double*, 2>& out, size_t frames) {
@@ -213,8 +215,9 @@ class ResampledInput : public AudioInput {
     tame(m_left);
     tame(m_right);
   }
-  /// What is no number becomes silence; it would spread through the filter. What is infinite or
-  /// absurdly loud stays loud, yet rings for hundredths of a second at most.
+  /// A NaN becomes silence, since the filter would spread it over all that follows. Infinite and
+  /// absurdly large samples are cut to `kLoudest`: they still clip, but the filter rings for
+  /// hundredths of a second only.
   static void tame(std::vector<double>& samples) {
     for (double& sample : samples) {
       sample = std::isnan(sample) ? 0.0 : std::clamp(sample, -kLoudest, kLoudest);

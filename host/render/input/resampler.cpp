@@ -16,7 +16,8 @@ void check(soxr_error_t error) {
 
 int64_t framesAtDiscRate(int64_t frames, int rate) {
   assert(frames >= 0 && rate > 0);
-  // Whole seconds first: the product of both would leave 64 bits for the longest files.
+  // Whole seconds apart from the rest: frames times rate would overflow 64 bits for the longest
+  // files.
   const int64_t seconds = frames / rate;
   const int64_t rest = frames % rate;
   return seconds * kDiscRate + (2 * rest * kDiscRate + rate) / (2 * static_cast<int64_t>(rate));

@@ -31,7 +31,8 @@ class Resampler {
   };
   /// `in` and `out` hold one pointer per channel. Throws `Failure`.
   Step process(const double* const* in, size_t in_frames, double* const* out, size_t out_frames);
-  /// The input has ended: more of what is still inside; 0 when that is all.
+  /// Called when the input has ended: delivers at most `out_frames` frames of what the filter still
+  /// holds, and their number; 0 when nothing is left.
   size_t drain(double* const* out, size_t out_frames);
 
  private:

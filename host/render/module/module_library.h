@@ -17,7 +17,7 @@ class ModuleLibrary {
   /// Loads the module at `path` and has it register its sink; throws `Failure` when it will
   /// not.
   explicit ModuleLibrary(const std::string& path);
-  /// Tells the module of the end with a null record and unloads it.
+  /// Calls the module's entry with a null record, which tells it to unregister, and unloads it.
   ~ModuleLibrary();
   ModuleLibrary(const ModuleLibrary&) = delete;
   ModuleLibrary& operator=(const ModuleLibrary&) = delete;

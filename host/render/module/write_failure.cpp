@@ -31,8 +31,8 @@ void stopOnWriteFailure(const std::string& path) {
         "takes 10.6 MB), or choose another place with -o");
   }
   throw Failure(
-      "the image could not be written: the system reports a write error on the disk of "
-      "the output folder");
+      "the image could not be written: the system reports a write error on the disk of the output "
+      "folder; choose another place with -o");
 }
 
 }  // namespace velmor::render

@@ -11,6 +11,7 @@
 #include "disc/codes.h"
 #include "disc/disc_time.h"
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 #include "host/render/input/marks/mark_parsing.h"
 #include "host/render/options/settings_file.h"
 #include "host/render/options/usage_error.h"
@@ -142,9 +143,8 @@ std::pair<std::string, std::string> splitAssignment(const std::string& text, con
                                                     const char* form) {
   const size_t at = text.find('=');
   if (at == std::string::npos || at == 0) {
-    std::string sentence(option);
-    sentence.append(" \"").append(text).append("\" is not of the form ").append(form);
-    throw UsageError(sentence);
+    throw UsageError(std::string(option) + " " + disc::inQuotes(text) + " is not of the form " +
+                     form);
   }
   return {text.substr(0, at), text.substr(at + 1)};
 }
@@ -157,16 +157,16 @@ void readIsrcs(const RawOptions& raw, Options& options) {
     const auto [stop, error] = std::from_chars(number_text.data(), end, number);
     if (error != std::errc() || stop != end || number < 1 ||
         number > static_cast<int>(options.inputs.size())) {
-      std::string sentence = "--isrc \"" + text;
-      sentence.append("\" names input ").append(number_text).append(", but the album has ");
-      sentence += counted(static_cast<int64_t>(options.inputs.size()), "input");
-      throw UsageError(sentence.append(", counted from 1"));
+      throw UsageError("--isrc " + disc::inQuotes(text) + " names input " + number_text +
+                       ", but the album has " +
+                       counted(static_cast<int64_t>(options.inputs.size()), "input") +
+                       ", counted from 1");
     }
     const auto code = normalisedIsrc(code_text);
     if (!code) {
       throw UsageError(
-          "--isrc \"" + text +
-          "\" is no ISRC: it needs two letters, three letters or digits and seven digits");
+          "--isrc " + disc::inQuotes(text) +
+          " is no ISRC: it needs two letters, three letters or digits and seven digits");
     }
     if (!options.isrcs.emplace(number, *code).second) {
       throw UsageError("--isrc is given twice for input " + number_text);
@@ -189,7 +189,8 @@ void readRaw(const RawOptions& raw, Options& options) {
   if (!raw.start.empty()) options.start = parseTime(raw.start);
   if (!raw.end.empty()) options.end = parseTime(raw.end);
   if (options.start && options.end && *options.end <= *options.start) {
-    throw UsageError("--end " + raw.end + " does not lie after --start " + raw.start);
+    throw UsageError("--end " + disc::inQuotes(raw.end) + " does not lie after --start " +
+                     disc::inQuotes(raw.start));
   }
 }
 

@@ -1,7 +1,7 @@
 // All windows of the process, by handle, and the user of their dialogs.
 //
-// One thread by contract. Handles are numbers that are never given out twice: one that is invalid
-// or whose window is gone is recognised, never followed.
+// Used by one thread only. Handles are numbers that are never given out twice, so a handle that is
+// invalid, or whose window is gone, is recognised and never followed.
 #pragma once
 
 #include <cstdint>
@@ -26,21 +26,22 @@ class Desktop {
     LPARAM lparam;
   };
 
-  /// The only one.
+  /// The only desktop there is; it lives until the process ends.
   static Desktop& the();
 
   /// A new window, the last child of `parent` where that is not null.
   std::shared_ptr<Window> create(WindowKind kind, HWND parent);
-  /// The window of a handle, or null. Kept while held, also when destroyed meanwhile.
+  /// The window of a handle, or null. The pointer stays good when the window is destroyed
+  /// meanwhile.
   std::shared_ptr<Window> find(HWND handle) const;
   /// The first child control with that id, or null.
   std::shared_ptr<Window> item(HWND dialog, int id) const;
   bool exists(HWND handle) const { return m_windows.contains(handle); }
   size_t windowCount() const { return m_windows.size(); }
 
-  /// Sends WM_DESTROY to the dialogs among the window and what hangs on it, each before its
-  /// children; then they are gone. What a dialog procedure throws is thrown on when all are gone.
-  /// False when there is no such window or it is being destroyed already.
+  /// Destroys a window with its children and the dialogs that it owns. Each dialog gets WM_DESTROY
+  /// before its children do; what its procedure throws is thrown on when all are gone. False when
+  /// there is no such window or it is being destroyed already.
   bool destroy(HWND handle);
 
   /// Whether the window and all it lies in are shown.
@@ -78,8 +79,8 @@ class Desktop {
   DialogUser* m_user = nullptr;
 };
 
-/// A window of the host's own, the parent of a module's dialogs; gone with the object, together
-/// with everything in it.
+/// A window of the host's own, the parent of a module's dialogs. The object's end destroys it with
+/// everything in it.
 class TopWindow {
  public:
   explicit TopWindow(std::string title);

@@ -22,7 +22,7 @@ const std::string& shownText(const Window& window) {
              : window.text;
 }
 
-/// What a control answers that has no rules of its own for a message.
+/// The answer of a control to a message that its kind has no rule for.
 LRESULT answerAny(Window& window, UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_SETTEXT:
@@ -180,7 +180,7 @@ void checkAloneInGroup(Window& button) {
 }  // namespace
 
 LRESULT sendMessage(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
-  // Held while it answers: what it calls may destroy it.
+  // The pointer keeps the window while it answers: the procedure that it calls may destroy it.
   const std::shared_ptr<Window> window = Desktop::the().find(handle);
   if (!window) {
     return 0;

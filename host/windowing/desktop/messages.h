@@ -15,10 +15,11 @@ void notifyDialog(const Window& control, int code);
 /// Sets the text of an edit as a user or a program does, and tells the dialog of the change.
 void setEditText(Window& edit, const char* text);
 
-/// What a click does: toggles where the button does so by itself, then tells the dialog.
+/// Clicks a button: a check box or radio button of an automatic type changes its state, and then
+/// the dialog is told.
 void click(Window& button);
 
-/// Enter and Escape in a dialog.
+/// What the keys Enter and Escape do in a dialog.
 void pressEnter(HWND dialog);
 void pressEscape(HWND dialog);
 

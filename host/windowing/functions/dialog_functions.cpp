@@ -57,7 +57,7 @@ HWND firstFocus(const Window& dialog) {
   return nullptr;
 }
 
-/// Destroys a dialog on whose way something was thrown already.
+/// Destroys a dialog after an exception; that one is thrown on, so one from WM_DESTROY is dropped.
 void destroyQuietly(HWND dialog) {
   try {
     Desktop::the().destroy(dialog);
@@ -229,7 +229,7 @@ void QUELM_GenerateDialogFromList(const QuelmControl* rows, int count) {
   for (const HWND handle : dialog->children) {
     const auto control = Desktop::the().find(handle);
     if (!control->child) {
-      continue;  // a dialog that hangs on this one lies elsewhere
+      continue;  // a dialog that this one owns does not lie inside it
     }
     const WindowRectangle& place = control->place;
     dialog->place.width = std::max(dialog->place.width, place.x + place.width);

@@ -11,13 +11,13 @@
 namespace velmor::windowing {
 namespace {
 
-/// Answers for every function that would need a window server: nothing was done.
+/// Stands for every function that would need a window server: does nothing, and answers 0.
 intptr_t no_window_server() {
   return 0;
 }
 
-// Every name of the layer once, so that `functions` below finds its own function where it has one
-// and this answer where it has none.
+// Every name of the layer once more, out here. Inside `functions` a name means the layer's own
+// function where there is one, which hides this one; otherwise it means this one.
 #define QUELM_TYPED(name, ...) [[maybe_unused]] constexpr QuelmAnyFn name = &no_window_server;
 #define QUELM_OPAQUE(name) [[maybe_unused]] constexpr QuelmAnyFn name = &no_window_server;
 #include "abi/quelm_functions.inc"
@@ -41,7 +41,7 @@ void* lookUp(const char* name);
 namespace functions {
 namespace {
 
-// What modules call, this layer performs, with the very signature they call it with.
+// The functions that modules call must have exactly the signature that modules call them with.
 #define QUELM_TYPED(name, ...) \
   static_assert(std::is_same_v<decltype(&name), std::type_identity_t<__VA_ARGS__>>, #name);
 #define QUELM_OPAQUE(name)

@@ -17,7 +17,7 @@ constexpr double kLongestTime = 1e9;
 
 constexpr const char* kForms = "it has another form; give seconds (12.5), MM:SS.mmm or MM:SS:FF";
 
-/// Fit for a message, whatever bytes were typed.
+/// In quotes and fit for a message, whatever bytes were typed.
 std::string quoted(std::string_view text) {
   return disc::inQuotes(asLineOfText(text));
 }

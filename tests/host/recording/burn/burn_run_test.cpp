@@ -28,7 +28,8 @@ class Burn : public ::testing::Test {
     return BurnRun(recorder, "Acme Burner (/dev/sr0)", m_properties, m_options)
         .run(programme.tracks.data(), programme.count());
   }
-  /// A refusal: the drive was asked to write nothing.
+  /// A refusal: the drive was asked to write nothing. It is told as a clause that a program's name
+  /// can stand before.
   void expectRefused(const Outcome& outcome, const char* words) {
     EXPECT_THAT(outcome.failure, HasSubstr(words));
     EXPECT_FALSE(outcome.begun);
@@ -36,6 +37,7 @@ class Burn : public ::testing::Test {
     EXPECT_EQ(m_drive.writings, 0);
     EXPECT_EQ(m_drive.blankings, 0);
     EXPECT_THAT(m_person.failures, ElementsAre(outcome.failure + "; nothing was written"));
+    EXPECT_THAT(outcome.failure, ::testing::MatchesRegex("[a-z\"].*[^.]"));
   }
   void putRewritable() {
     m_drive.medium = {DiscCondition::kClosed, "CD-RW", true, true, 0, 359'849};
@@ -305,7 +307,7 @@ TEST_F(Burn, TextsComeFromTheCueSheet) {
 
 TEST_F(Burn, AMissingCueSheetIsToldBeforeAnythingIsWritten) {
   m_options.text_sheet = "/nowhere/album.cue";
-  expectRefused(run(Programme({300})), "/nowhere/album.cue cannot be read");
+  expectRefused(run(Programme({300})), "\"/nowhere/album.cue\" cannot be read");
 }
 
 TEST_F(Burn, AComparisonFollowsWhereItIsWanted) {
