@@ -14,7 +14,7 @@
 
 namespace velmor::render {
 
-/// What came of a render that ended well.
+/// The result of a render that ended well.
 struct RenderOutcome {
   Clipping clipping;           ///< of what was written
   int64_t counted_frames = 0;  ///< the image's, as the sink counts them

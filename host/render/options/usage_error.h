@@ -5,7 +5,7 @@
 
 namespace velmor::render {
 
-/// The program ends with status 2 instead of 1. The text is one sentence.
+/// The program ends with status 2 instead of 1. The text is a clause for a message.
 class UsageError : public Failure {
   using Failure::Failure;
 };

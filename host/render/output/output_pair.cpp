@@ -56,8 +56,8 @@ Failure cannotPlace(const fs::path& target, const std::error_code& error) {
                  error.message());
 }
 
-/// A file put into its place, with a way back. The old file keeps a second name meanwhile, so that
-/// at no moment is there neither the old nor the new one.
+/// Puts one file into its place, and can undo that. Until then the old file keeps a second name, so
+/// that at every moment either the old or the new file is there.
 class Placement {
  public:
   /// `backup`: where the old file's second name goes. Without `replace` a file that is there is
@@ -67,7 +67,7 @@ class Placement {
     std::error_code error;
     if (replace && fs::exists(fs::symlink_status(m_target, error))) {
       fs::create_hard_link(m_target, m_backup, error);
-      // File systems without second names: the old file moves aside for the moment.
+      // A file system without hard links: the old file is moved aside instead.
       if (error) fs::rename(m_target, m_backup, error);
       if (error) throw cannotPlace(m_target, error);
       m_has_backup = true;
@@ -211,7 +211,7 @@ std::string OutputPair::olderPortableSheet() const {
 }
 
 void OutputPair::commit() {
-  checkOld();  // a render takes its time, and another program may have come meanwhile
+  checkOld();  // again, since another program may have written there during the render
   const fs::path old_folder = m_folder / "replaced";
   std::error_code error;
   if (!fs::create_directory(old_folder, error)) throw cannotPlace(m_sheet, error);

@@ -20,7 +20,7 @@ namespace velmor::render {
 
 namespace {
 
-/// The checker on a sheet at its working place, told of by the name that it will have.
+/// The checker's report on the sheet `working`, made out to the path that it will have in the end.
 check::Report checkSheet(const std::string& working, const std::string& final_path, int64_t frames,
                          bool show_progress) {
   Progress progress("Checking", frames, show_progress);

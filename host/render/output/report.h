@@ -1,4 +1,4 @@
-// What is told at the end.
+// The report on standard output when a render is done.
 #pragma once
 
 #include <cstdint>
@@ -27,11 +27,11 @@ struct RenderReport {
   const PortableSheet* portable = nullptr;  ///< null when none was wanted
 };
 
-/// The track list, the files and what is worth knowing, for people.
+/// Prints the track list, the files and what was done to the inputs, for people.
 void printReport(const RenderReport& report);
-/// The same as one JSON object.
+/// Prints the same as one JSON object.
 void printJsonReport(const RenderReport& report);
-/// A failure as a JSON object.
+/// Prints a failure as a JSON object.
 void printJsonFailure(const std::string& sentence);
 
 }  // namespace velmor::render

@@ -19,7 +19,7 @@ struct IsrcPlace {
   double position = 0.0;         ///< project seconds
   int input = 0;                 ///< as the mark has it
   std::vector<size_t> given_to;  ///< the tracks, from 0, that bear it in the sheet
-  /// A track that it lies in and that bears another, which stands before it.
+  /// The track that the code lies in but that already bears an earlier one.
   std::optional<size_t> second_in;
 };
 

@@ -1,4 +1,4 @@
-// What will not work, said before anything is rendered.
+// Finds what will not work on the disc before anything is rendered.
 #pragma once
 
 #include "abi/sink_registration.h"

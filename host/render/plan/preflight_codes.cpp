@@ -43,7 +43,7 @@ void checkIsrcForms(const std::vector<IsrcPlace>& isrcs, PreflightFindings& find
   }
 }
 
-/// A warning about one or more ISRCs.
+/// Adds one warning about all of `isrcs`, or none when there are none.
 void warnOfIsrcs(const std::vector<std::string>& isrcs, const char* of_one, const char* of_several,
                  const char* advice, PreflightFindings& findings) {
   if (isrcs.empty()) return;
@@ -52,7 +52,7 @@ void warnOfIsrcs(const std::vector<std::string>& isrcs, const char* of_one, cons
                               (one ? of_one : of_several) + advice);
 }
 
-/// Codes that the sheet does not have.
+/// Warns of ISRCs that do not get into the sheet.
 void checkLostIsrcs(const std::vector<IsrcPlace>& isrcs, PreflightFindings& findings) {
   std::vector<std::string> second;
   std::vector<std::string> outside;
@@ -73,7 +73,7 @@ void checkLostIsrcs(const std::vector<IsrcPlace>& isrcs, PreflightFindings& find
               " left out; put it inside a region", findings);
 }
 
-/// Inputs whose start makes no track, so that the track before takes their code.
+/// Warns of the ISRCs of inputs at whose start no track begins: the track before takes the code.
 void checkStrayIsrcs(const std::vector<IsrcPlace>& isrcs, const TrackPlan& plan,
                      PreflightFindings& findings) {
   constexpr double kAllowance = 0.001;  // seconds

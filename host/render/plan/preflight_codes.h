@@ -1,4 +1,4 @@
-// The catalogue number and the ISRCs of a disc, looked at before the render.
+// Checks the catalogue number and the ISRCs of a disc before the render.
 #pragma once
 
 #include "host/render/album/host_project.h"

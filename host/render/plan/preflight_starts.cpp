@@ -35,8 +35,8 @@ void checkInsideSector(const TrackPlan& plan, PreflightFindings& findings) {
       "aligns tracks to sectors");
 }
 
-/// Two of three sectors have no whole number of milliseconds, and the sheet's times are cut to
-/// milliseconds first.
+/// The module cuts times to milliseconds before it cuts them to sectors. Two of three sectors do
+/// not begin on a whole millisecond, so their tracks end up one sector early in the sheet.
 void checkEarlyStarts(const TrackPlan& plan, PreflightFindings& findings) {
   std::vector<size_t> early;
   for (size_t i = 0; i < plan.tracks.size(); ++i) {

@@ -1,4 +1,4 @@
-// Where the sheet puts the tracks, looked at before the render.
+// Checks before the render where the sheet will put the tracks.
 #pragma once
 
 #include "abi/sink_registration.h"

@@ -17,7 +17,7 @@ int64_t frameAt(double seconds) {
   return static_cast<int64_t>(std::clamp(seconds * kFramesPerSecond + 0.5, -9.0e15, 9.0e15));
 }
 
-/// Fills the image as the module does.
+/// Counts what the module writes to the image: silence, padding and audio, in its order.
 class Planner {
  public:
   explicit Planner(const SinkConfig& config) : m_config(config) {}
@@ -156,8 +156,8 @@ void planRegions(Planner& planner, const std::vector<Mark>& marks, int64_t frame
     planner.write(start, end);
     at = std::max(end, start);
   }
-  // Titles and stretches go to the tracks in order, also where a region has joined the track
-  // before.
+  // The module gives the regions' names and stretches to the tracks one by one, also when a region
+  // has joined the track before and there are fewer tracks than regions.
   std::vector<PlannedTrack>& tracks = planner.plan().tracks;
   for (size_t i = 0; i < std::min(tracks.size(), regions.size()); ++i) {
     tracks[i].title = trackTitle(regions[i]->name, false);

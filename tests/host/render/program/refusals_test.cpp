@@ -61,6 +61,8 @@ TEST_F(Failure, WrongUsageEndsWithTwo) {
       {{m_input, "-o", m_folder / "a", "--meta", "nothing"}, "KEY=VALUE"},
       {{m_input, "-o", m_folder / "a", "--start", "5", "--end", "4"}, "--end"},
       {{m_input, "-o", m_folder / "a", "--start", "60"}, "--start"},
+      {{m_input, "-o", m_folder / "a", "--eject"}, "add --burn"},
+      {{m_input, "-o", m_folder / "a", "--burn", "--dry-run", "--copies", "2"}, "--dry-run"},
   };
   for (const auto& [arguments, words] : cases) {
     EXPECT_THAT(refused(arguments, 2), HasSubstr(words));
