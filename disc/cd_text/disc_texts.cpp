@@ -30,7 +30,7 @@ std::string convert(const std::string& text, const std::string& what,
     for (const std::string& character : converted.replaced)
       characters += (characters.empty() ? "\"" : ", \"") + character + "\"";
     warnings.push_back("CD-TEXT knows ISO 8859-1 only: " + characters + " in the " + what +
-                       " cannot be written as such.");
+                       " cannot be written as such");
   }
   return converted.text;
 }
@@ -68,7 +68,7 @@ void addCodes(DiscTexts& texts, const SheetTexts& sheet, std::vector<std::string
       warnings.push_back(std::string(where)
                              .append("the ISRC ")
                              .append(code)
-                             .append(" stands on an earlier track too."));
+                             .append(" stands on an earlier track too"));
   }
 }
 
@@ -108,9 +108,9 @@ int textPacks(const DiscTexts& texts) {
 DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks,
                         std::vector<std::string>& warnings) {
   if (sheet.tracks.size() != tracks)
-    throw Failure("The cue sheet has " + std::to_string(sheet.tracks.size()) +
+    throw Failure("the cue sheet has " + std::to_string(sheet.tracks.size()) +
                   " tracks and the burn has " + std::to_string(tracks) +
-                  ": its texts belong to another disc.");
+                  ": its texts belong to another disc");
   DiscTexts texts;
   for (const Kind& kind : kKinds) texts.block(kind.kind) = makeBlock(kind, sheet, warnings);
   addCodes(texts, sheet, warnings);

@@ -1,11 +1,13 @@
 // A whole command line, one argument a line.
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "fuzz/kit/fuzz_target.h"
 #include "fuzz/kit/script_line.h"
 #include "host/render/options/options.h"
+#include "host/render/options/usage_error.h"
 
 namespace {
 
@@ -57,11 +59,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
-  velmor::render::CommandLine line;
-  {
+  std::optional<velmor::render::Options> options;
+  try {
     const Silence silence;
-    line = velmor::render::parseCommandLine(static_cast<int>(words.size()), arguments.data());
+    options = velmor::render::parseCommandLine(static_cast<int>(words.size()), arguments.data());
+  } catch (const velmor::render::UsageError&) {
+    return 0;
   }
-  if (!line.answered && !line.wrong_usage) requireSound(line.options);
+  if (options) requireSound(*options);
   return 0;
 }

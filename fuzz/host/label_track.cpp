@@ -1,9 +1,10 @@
 // An Audacity label track of any bytes.
+#include "host/render/input/marks/label_track.h"
+
 #include <cmath>
 
 #include "fuzz/kit/fuzz_target.h"
 #include "fuzz/kit/line_of_text.h"
-#include "host/render/input/marks/mark_parsing.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const auto track = velmor::render::parseLabelTrack(fuzz::textOf(data, size));

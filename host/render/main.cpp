@@ -6,35 +6,35 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 #include "host/render/album/album.h"
 #include "host/render/burn/burn_session.h"
+#include "host/render/burn/drive_list.h"
+#include "host/render/burn/scoped_recording_service.h"
 #include "host/render/module/module_library.h"
 #include "host/render/module/renderer.h"
 #include "host/render/options/options.h"
+#include "host/render/options/usage_error.h"
 #include "host/render/output/delivery.h"
 #include "host/render/output/output_pair.h"
 #include "host/render/output/portable_sheet.h"
 #include "host/render/output/report.h"
 #include "host/render/plan/preflight.h"
 #include "host/render/terminal/interrupt.h"
+#include "host/render/terminal/messages.h"
 #include "host/render/terminal/program_files.h"
-#include "host/render/terminal/usage_error.h"
 
 namespace velmor::render {
 
 namespace {
 
-void printError(const std::string& sentence) {
-  fprintf(stderr, "%s: %s\n", kProgram, sentence.c_str());
-}
-
 void printWarnings(const Options& options, const std::vector<std::string>& warnings) {
   if (options.quiet) return;
-  for (const std::string& warning : warnings) {
-    fprintf(stderr, "%s: warning: %s\n", kProgram, warning.c_str());
-  }
+  for (const std::string& warning : warnings) printWarning(warning);
 }
 
 SinkConfig sinkConfig(const Options& options) {
@@ -52,23 +52,23 @@ std::vector<std::string> inputFiles(const Options& options) {
   return files;
 }
 
-/// The warnings, after any error that forbids the render has been thrown.
+/// Everything to warn of before the render. Throws `Failure` for the first finding that forbids it.
 std::vector<std::string> checked(const SinkConfig& config, const Album& album,
                                  const TrackPlan& plan, const OutputPair& output) {
-  Findings findings = checkBeforeRender(config, album.project, plan);
+  PreflightFindings findings = checkBeforeRender(config, album.project, plan);
   if (!findings.errors.empty()) throw Failure(findings.errors.front());
   std::vector<std::string> warnings = album.warnings;
   warnings.insert(warnings.end(), findings.warnings.begin(), findings.warnings.end());
   if (const std::string older = output.olderPortableSheet(); !older.empty()) {
-    warnings.push_back('"' + older + "\" was made for an older " +
-                       std::filesystem::path(output.image()).filename().string() +
+    warnings.push_back(disc::inQuotes(older) + " was made for an older " +
+                       disc::inQuotes(std::filesystem::path(output.image()).filename().string()) +
                        " and need not fit the new one; delete it, or replace it with "
                        "--portable-cue");
   }
   return warnings;
 }
 
-void tell(const Options& options, const Report& report) {
+void tell(const Options& options, const RenderReport& report) {
   if (options.json) {
     printJsonReport(report);
   } else if (!options.quiet) {
@@ -80,13 +80,13 @@ void tell(const Options& options, const Report& report) {
   }
 }
 
-/// The exit status of a run whose burn has been told of.
+/// The exit status of a run with a burn, whose result has been reported.
 int burnStatus(const BurnResult& burn, const std::string& image) {
   if (burn.interrupted && !burn.failure.empty()) {
-    printError("interrupted; the image is complete: " + image);
+    printMessage("interrupted; the image is complete: " + disc::inQuotes(image));
     return interruptedStatus();
   }
-  if (!burn.has_begun) printError(burn.failure + "; use the module that came with this program");
+  if (!burn.has_begun) printMessage(burn.failure + "; use the module that came with this program");
   return burn.failure.empty() ? 0 : 1;
 }
 
@@ -124,9 +124,25 @@ int run(const Options& options) {
   return burn_status != 0 ? burn_status : status;
 }
 
-int fail(const Options& options, const std::string& sentence, int status) {
-  printError(sentence);
-  if (options.json) printJsonFailure(sentence);
+void printDrives(const Options& options) {
+  const ScopedRecordingService recording({});
+  listDrives(recording.service(), options.json);
+}
+
+/// `json` is set to whether results, and so failures too, are wanted as JSON.
+int runCommandLine(int argc, char** argv, bool& json) {
+  const std::optional<Options> options = parseCommandLine(argc, argv);
+  if (!options) return 0;
+  json = options->json;
+  watchForInterrupts();
+  if (!options->list_drives) return run(*options);
+  printDrives(*options);
+  return 0;
+}
+
+int fail(bool json, const std::string& sentence, int status) {
+  printMessage(sentence);
+  if (json) printJsonFailure(sentence);
   return status;
 }
 
@@ -136,22 +152,14 @@ int fail(const Options& options, const std::string& sentence, int status) {
 
 int main(int argc, char** argv) {
   using namespace velmor::render;
-  const CommandLine line = parseCommandLine(argc, argv);
-  if (line.answered) return 0;
-  const Options& options = line.options;
-  if (line.wrong_usage) return fail(options, *line.wrong_usage, 2);
+  bool json = asksForJson(argc, argv);
   try {
-    watchForInterrupts();
-    if (options.list_drives) {
-      listDrives(options);
-      return 0;
-    }
-    return run(options);
+    return runCommandLine(argc, argv, json);
   } catch (const Interrupted& interruption) {
-    return fail(options, "interrupted; nothing was written", interruption.exitStatus());
+    return fail(json, "interrupted; nothing was written", interruption.exitStatus());
   } catch (const UsageError& error) {
-    return fail(options, error.what(), 2);
+    return fail(json, error.what(), 2);
   } catch (const std::exception& error) {
-    return fail(options, error.what(), 1);
+    return fail(json, error.what(), 1);
   }
 }

@@ -16,7 +16,8 @@
 namespace velmor::recording {
 namespace {
 
-/// Stopping a drive that closes its disc would spoil a disc that is all but done.
+/// Whether a burn may be stopped during this activity. A drive that is closing the disc is not
+/// stopped: the audio is complete by then, and an open disc cannot be played.
 bool mayStop(Activity activity) {
   return activity == Activity::kWaiting || activity == Activity::kLeadIn ||
          activity == Activity::kWriting;
@@ -41,17 +42,17 @@ Phase phaseOf(Activity activity) {
 
 /// A failure with what the drive said of it, if anything.
 std::string withReason(const std::string& failure, const std::string& reason) {
-  return reason.empty() ? failure : failure + " " + reason;
+  return reason.empty() ? failure : failure + ": " + reason;
 }
 
 }  // namespace
 
 BurnRun::BurnRun(Recorder& recorder, const std::string& drive, const DiscBurnProperties& properties,
-                 const Options& options)
+                 const RecordingOptions& options)
     : m_recorder(recorder), m_drive(drive), m_properties(properties), m_options(options) {}
 
-void BurnRun::say(Severity severity, const std::string& text) {
-  if (m_options.attendant != nullptr) m_options.attendant->message(severity, text);
+void BurnRun::say(MessageKind kind, const std::string& text) {
+  if (m_options.user_interface != nullptr) m_options.user_interface->message(kind, text);
 }
 
 void BurnRun::beginPhase(Phase phase) {
@@ -60,8 +61,8 @@ void BurnRun::beginPhase(Phase phase) {
   m_phase_first_sector = 0;
 }
 
-void BurnRun::report(Progress progress) {
-  if (m_options.attendant == nullptr) return;
+void BurnRun::report(BurnProgress progress) {
+  if (m_options.user_interface == nullptr) return;
   const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - m_phase_began;
   progress.phase = m_phase;
   if (progress.sectors_total > 0 && progress.fraction == 0.0)
@@ -69,7 +70,7 @@ void BurnRun::report(Progress progress) {
         static_cast<double>(progress.sectors_done) / static_cast<double>(progress.sectors_total);
   const auto done = static_cast<double>(progress.sectors_done - m_phase_first_sector);
   if (passed.count() > 0.0) progress.speed = done / disc::kSectorsPerSecond / passed.count();
-  m_options.attendant->progress(progress);
+  m_options.user_interface->progress(progress);
 }
 
 Outcome BurnRun::run(const DiscTrack* tracks, int count) {
@@ -77,11 +78,11 @@ Outcome BurnRun::run(const DiscTrack* tracks, int count) {
     burn(tracks, count);
   } catch (const Failure& refusal) {
     m_outcome.failure = refusal.what();
-    if (!m_outcome.begun) m_outcome.disc_state = "Nothing was written.";
+    if (!m_outcome.begun) m_outcome.disc_state = "nothing was written";
   }
   if (!m_outcome.failure.empty())
-    say(Severity::kFailure,
-        m_outcome.failure + (m_outcome.disc_state.empty() ? "" : " " + m_outcome.disc_state));
+    say(MessageKind::kFailure,
+        m_outcome.failure + (m_outcome.disc_state.empty() ? "" : "; " + m_outcome.disc_state));
   return m_outcome;
 }
 
@@ -89,9 +90,9 @@ void BurnRun::burn(const DiscTrack* tracks, int count) {
   beginPhase(Phase::kPreparing);
   const SessionPlan plan = planSession(tracks, count);
   const std::vector<std::string> warnings = prepareTexts(plan);
-  const Medium before = prepareDisc(plan);
+  const DiscInDrive before = prepareDisc(plan);
   prepareDrive();
-  for (const std::string& warning : warnings) say(Severity::kWarning, warning);
+  for (const std::string& warning : warnings) say(MessageKind::kWarning, warning);
   write(plan, before);
   if (m_outcome.written && (m_properties.verify || m_options.verify)) compare(plan);
 }
@@ -105,62 +106,62 @@ std::vector<std::string> BurnRun::prepareTexts(const SessionPlan& plan) {
   return warnings;
 }
 
-Medium BurnRun::prepareDisc(const SessionPlan& plan) {
-  Medium medium = m_recorder.medium();
+DiscInDrive BurnRun::prepareDisc(const SessionPlan& plan) {
+  DiscInDrive medium = m_recorder.medium();
   if (judgeMedium(medium, m_properties.overwrite) == MediumVerdict::kNeedsBlanking) {
     checkRoom(medium.capacity_sectors, plan.sectors);
     blank(medium);
     medium = m_recorder.medium();
     if (judgeMedium(medium, false) != MediumVerdict::kReady)
-      throw Failure("The disc is not blank although the drive has blanked it.");
+      throw Failure("the disc is not blank although the drive has blanked it; take another one");
   }
   checkRoom(medium.free_sectors, plan.sectors);
   return medium;
 }
 
-void BurnRun::blank(const Medium& medium) {
-  const std::string what = "The drive " + m_drive + " holds " + describeMedium(medium) + ".";
-  // A test write leaves no trace, and blanking is one.
-  if (simulate()) throw Failure(what + " A test needs a blank disc, and does not blank one.");
-  if (m_options.attendant == nullptr ||
-      !m_options.attendant->mayBlank(what + " Erase all that is on it?"))
-    throw Failure(what + " It was not to be erased.");
+void BurnRun::blank(const DiscInDrive& medium) {
+  const std::string what = "drive \"" + m_drive + "\" holds " + describeMedium(medium);
+  // A test write must leave the disc as it was, and blanking would change it.
+  if (simulate())
+    throw Failure("the " + what + ": a test needs a blank disc, and does not blank one");
+  if (m_options.user_interface == nullptr ||
+      !m_options.user_interface->mayBlank("The " + what + ". Erase all that is on it?"))
+    throw Failure("the " + what + ", which was not to be erased");
   beginPhase(Phase::kBlanking);
   m_recorder.takeMessages();
   m_recorder.startBlanking();
   m_outcome.begun = true;
   for (RecorderStatus status = m_recorder.wait(); status.activity != Activity::kIdle;
        status = m_recorder.wait()) {
-    Progress progress;
+    BurnProgress progress;
     progress.fraction = status.fraction;
     progress.buffer_percent = status.buffer_percent;
     report(progress);
   }
   const std::string reason = explainMessages(m_recorder.takeMessages(), SessionPlan());
   if (!m_recorder.succeeded()) {
-    m_outcome.disc_state = "What was on it may be lost.";
-    throw Failure(withReason("The disc could not be blanked.", reason));
+    m_outcome.disc_state = "what was on it may be lost";
+    throw Failure(withReason("the disc could not be blanked", reason));
   }
-  m_outcome.disc_state = "The disc was blanked, and nothing was written on it.";
+  m_outcome.disc_state = "the disc was blanked, and nothing was written on it";
 }
 
 void BurnRun::prepareDrive() {
   if (simulate() && !m_recorder.canTestWrite())
-    throw Failure("The drive " + m_drive +
-                  " cannot make a test write on this disc; it would write it in earnest.");
+    throw Failure("the drive \"" + m_drive +
+                  "\" cannot make a test write on this disc: it would write it in earnest");
   if (cancelWanted()) {
     m_outcome.cancelled = true;
-    throw Failure("The burn was stopped before it began.");
+    throw Failure("the burn was stopped before it began");
   }
   const double speed = m_recorder.setSpeed(m_options.speed);
   if (m_options.speed > 0.0 && speed > m_options.speed * 1.05)
-    say(Severity::kWarning,
-        "The drive does not write this disc so slowly; it takes its slowest "
-        "speed, about " +
-            std::to_string(std::lround(speed)) + "x.");
+    say(MessageKind::kWarning,
+        "the drive does not write this disc so slowly; it takes its slowest speed, about " +
+            std::to_string(std::lround(speed)) + "x");
 }
 
-void BurnRun::write(const SessionPlan& plan, const Medium& before) {
+void BurnRun::write(const SessionPlan& plan, const DiscInDrive& before) {
   const PreparedTracks prepared(plan);
   SectorFeed feed(plan, m_options.cancel);
   m_recorder.takeMessages();
@@ -171,7 +172,7 @@ void BurnRun::write(const SessionPlan& plan, const Medium& before) {
   try {
     follow(feed, plan);
   } catch (...) {
-    stop();  // the recorder's worker reads from the feed as long as it runs
+    stop();  // before `feed` goes: the recorder's worker thread reads from it as long as it runs
     throw;
   }
   conclude(feed, plan, before);
@@ -203,7 +204,7 @@ void BurnRun::follow(SectorFeed& feed, const SessionPlan& plan) {
       beginPhase(phaseOf(status.activity));
       m_phase_first_sector = feed.delivered();
     }
-    Progress progress;
+    BurnProgress progress;
     progress.sectors_done = feed.delivered();
     progress.sectors_total = plan.sectors;
     progress.tracks = static_cast<int>(plan.tracks.size());
@@ -214,18 +215,18 @@ void BurnRun::follow(SectorFeed& feed, const SessionPlan& plan) {
   }
 }
 
-void BurnRun::conclude(const SectorFeed& feed, const SessionPlan& plan, const Medium& before) {
+void BurnRun::conclude(const SectorFeed& feed, const SessionPlan& plan, const DiscInDrive& before) {
   if (feed.cancelled()) m_outcome.cancelled = true;
   if (feed.failed())
-    m_outcome.failure = "The burn failed. " + feed.failure();
+    m_outcome.failure = "the burn failed: " + feed.failure();
   else if (m_outcome.cancelled)
-    m_outcome.failure = "The burn was stopped.";
+    m_outcome.failure = "the burn was stopped";
   else if (!m_recorder.succeeded())
-    m_outcome.failure = withReason("The burn failed.", explainMessages(m_messages, plan));
+    m_outcome.failure = withReason("the burn failed", explainMessages(m_messages, plan));
   else if (!feed.complete())
-    m_outcome.failure = "The burn failed: the drive took " + disc::msfText(feed.delivered()) +
-                        " of " + disc::msfText(plan.sectors) + ".";
-  Medium after = m_recorder.medium();
+    m_outcome.failure = "the burn failed: the drive took " + disc::msfText(feed.delivered()) +
+                        " of " + disc::msfText(plan.sectors);
+  DiscInDrive after = m_recorder.medium();
   after.rewritable = after.rewritable || before.rewritable;
   if (after.type.empty()) after.type = before.type;
   if (!m_outcome.failure.empty()) {
@@ -234,9 +235,10 @@ void BurnRun::conclude(const SectorFeed& feed, const SessionPlan& plan, const Me
   }
   const std::string remark = explainMessages(m_messages, plan);
   if (!remark.empty())
-    say(Severity::kWarning, "The burn went through, but the drive had something to say. " + remark);
+    say(MessageKind::kWarning,
+        "the burn went through, but the drive had something to say: " + remark);
   if (cancelWanted())
-    say(Severity::kNote, "The wish to stop came when all was written; the disc was completed.");
+    say(MessageKind::kNote, "the wish to stop came when all was written; the disc was completed");
   (simulate() ? m_outcome.tested : m_outcome.written) = true;
   m_outcome.disc_state = stateAfterSuccess(before, simulate(), m_properties.appendable);
 }
@@ -245,7 +247,7 @@ void BurnRun::compare(const SessionPlan& plan) {
   beginPhase(Phase::kComparing);
   const PreparedForVerification prepared(plan);
   const auto tell = [this, &plan](int64_t done) {
-    Progress progress;
+    BurnProgress progress;
     progress.sectors_done = done;
     progress.sectors_total = plan.sectors;
     progress.tracks = static_cast<int>(plan.tracks.size());
@@ -257,15 +259,15 @@ void BurnRun::compare(const SessionPlan& plan) {
   switch (comparison.verdict) {
     case Comparison::Verdict::kEqual:
       m_outcome.compared = true;
-      say(Severity::kNote, comparison.words);
+      say(MessageKind::kNote, comparison.words);
       return;
     case Comparison::Verdict::kDifferent:
       m_outcome.written = false;
       m_outcome.failure = comparison.words;
-      m_outcome.disc_state = "The disc is written and closed, but not a good copy.";
+      m_outcome.disc_state = "the disc is written and closed, but not a good copy";
       return;
     case Comparison::Verdict::kUndecided:
-      say(Severity::kWarning, comparison.words);
+      say(MessageKind::kWarning, comparison.words);
       return;
   }
 }

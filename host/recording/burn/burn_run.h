@@ -1,4 +1,4 @@
-// One burn, from the checks before it to the words after it.
+// One burn: checks the session and the disc, blanks, writes, compares, and tells how it ended.
 #pragma once
 
 #include <chrono>
@@ -8,41 +8,43 @@
 #include "abi/disc_recording.h"
 #include "disc/cd_text/disc_texts.h"
 #include "host/recording/burn/recorder.h"
-#include "host/recording/recording_library.h"
+#include "host/recording/interface/recording_service.h"
 
 namespace velmor::recording {
 
 class BurnRun {
  public:
-  /// All of it must outlive the run. `drive` is the recorder's name for people.
+  /// `recorder` and what `options` points to must outlive the run. `drive` is the recorder's name
+  /// for messages.
   BurnRun(Recorder& recorder, const std::string& drive, const DiscBurnProperties& properties,
-          const Options& options);
+          const RecordingOptions& options);
 
-  /// Burns, and compares where that is wanted. What fails is in the outcome. What the attendant
-  /// throws is thrown on, once the drive has stopped.
+  /// Burns `count` tracks, and compares where that is wanted; once per object. A failure is not
+  /// thrown but stands in the outcome. What the user interface throws is thrown on, once the drive
+  /// has stopped.
   Outcome run(const DiscTrack* tracks, int count);
 
  private:
   bool simulate() const { return m_properties.testing || m_options.dry_run; }
   bool cancelWanted() const { return m_options.cancel != nullptr && m_options.cancel->load(); }
-  void say(Severity severity, const std::string& text);
+  void say(MessageKind kind, const std::string& text);
   void burn(const DiscTrack* tracks, int count);
   std::vector<std::string> prepareTexts(const SessionPlan& plan);
-  Medium prepareDisc(const SessionPlan& plan);
-  void blank(const Medium& medium);
+  DiscInDrive prepareDisc(const SessionPlan& plan);
+  void blank(const DiscInDrive& medium);
   void prepareDrive();
-  void write(const SessionPlan& plan, const Medium& before);
+  void write(const SessionPlan& plan, const DiscInDrive& before);
   void follow(SectorFeed& feed, const SessionPlan& plan);
   void stop();
-  void conclude(const SectorFeed& feed, const SessionPlan& plan, const Medium& before);
+  void conclude(const SectorFeed& feed, const SessionPlan& plan, const DiscInDrive& before);
   void compare(const SessionPlan& plan);
   void beginPhase(Phase phase);
-  void report(Progress progress);
+  void report(BurnProgress progress);
 
   Recorder& m_recorder;
   std::string m_drive;
   DiscBurnProperties m_properties;
-  Options m_options;
+  RecordingOptions m_options;
   Outcome m_outcome;
   disc::DiscTexts m_texts;
   bool m_has_texts = false;

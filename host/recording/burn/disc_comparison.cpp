@@ -18,9 +18,9 @@ namespace {
 constexpr int kChunkSectors = 16;
 constexpr int kMaxOffset = 5 * disc::kFramesPerSector;  // frames
 constexpr int kOffsetChunks = 64;     // chunks of music that are looked at for the offset
-constexpr int kUnreadableChunks = 4;  // a flaw spoils fewer, a drive that cannot read all
+constexpr int kUnreadableChunks = 4;  // after so many the drive cannot read audio at all
 
-/// Audio of the disc by frames.
+/// The disc's audio, addressed by frames instead of sectors.
 class DiscReader {
  public:
   DiscReader(Recorder& recorder, int64_t sectors) : m_recorder(recorder), m_sectors(sectors) {}
@@ -60,7 +60,7 @@ class ImageReader {
       const auto track = static_cast<size_t>(m_plan.trackAt(m_feed.delivered()));
       m_audio.resize(m_audio.size() + disc::kBytesPerSector);
       if (!m_feed.next(track, m_audio.data() + m_audio.size() - disc::kBytesPerSector))
-        throw Failure("The disc could not be compared. " + m_feed.failure());
+        throw Failure("the disc could not be compared: " + m_feed.failure());
     }
     return !m_audio.empty();
   }
@@ -70,7 +70,8 @@ class ImageReader {
   int64_t sectorsDone() const { return m_feed.delivered(); }
   const unsigned char* audio() const { return m_audio.data(); }
 
-  /// Silence, or one value held: it looks the same wherever it is read.
+  /// Whether the chunk is silence, or holds one value: it says nothing about the offset, since it
+  /// looks the same wherever it is read.
   bool isStill() const {
     return std::memcmp(m_audio.data(), m_audio.data() + disc::kBytesPerFrame,
                        m_audio.size() - disc::kBytesPerFrame) == 0;
@@ -84,7 +85,8 @@ class ImageReader {
 };
 
 /// Keeps those offsets (disc frame minus image frame) under which the chunk is found on the disc;
-/// one that reaches beyond the disc's ends cannot be judged and stays. False: unreadable.
+/// an offset that would take the chunk beyond the disc's ends cannot be judged and stays. False
+/// when the disc cannot be read there.
 bool narrow(std::vector<int>& offsets, const ImageReader& image, DiscReader& disc) {
   const int64_t from = std::max<int64_t>(image.firstFrame() - kMaxOffset, 0);
   const int64_t to = std::min(image.firstFrame() + image.frames() + kMaxOffset, disc.frames());
@@ -123,14 +125,15 @@ Offset findOffset(const SessionPlan& plan, DiscReader& disc) {
 }
 
 /// What the comparison from end to end finds.
-struct Findings {
+struct Differences {
   int64_t differing = 0;  // sectors
   int64_t first = -1;     // the first of them
   bool stopped = false;
   std::optional<int64_t> unreadable;  // sector
 };
 
-/// The sector of these frames at which reading fails; their first where each can be read alone.
+/// The first of the sectors of frames `from` to `to` that cannot be read. Where each can be read by
+/// itself, although reading them together has failed, the first of all.
 int64_t unreadableSector(DiscReader& disc, int64_t from, int64_t to) {
   const int64_t first = from / disc::kFramesPerSector;
   for (int64_t sector = first; sector * disc::kFramesPerSector < to; ++sector)
@@ -140,22 +143,22 @@ int64_t unreadableSector(DiscReader& disc, int64_t from, int64_t to) {
   return first;
 }
 
-/// The producers' own judgement, sector by sector; only of use where the drive reads without
-/// offset.
+/// Whether the track's producer takes the sector for its own. Producers judge whole sectors, so
+/// they can only be asked where the drive reads without an offset.
 bool producersAgree(const SessionPlan& plan, int64_t sector, const unsigned char* audio) {
-  const PlannedTrack& track = plan.tracks[static_cast<size_t>(plan.trackAt(sector))];
+  const SessionTrack& track = plan.tracks[static_cast<size_t>(plan.trackAt(sector))];
   return sector < track.start ? track.producer->VerifyPreGap(audio, disc::kBytesPerSector)
                               : track.producer->VerifyData(audio, disc::kBytesPerSector);
 }
 
 void compareChunk(const SessionPlan& plan, const ImageReader& image, DiscReader& disc, int offset,
-                  Findings& findings) {
+                  Differences& differences) {
   const int64_t from = std::max<int64_t>(image.firstFrame() + offset, 0);
   const int64_t to = std::min(image.firstFrame() + image.frames() + offset, disc.frames());
   if (from >= to) return;
   const unsigned char* audio = disc.read(from, to);
   if (audio == nullptr) {
-    findings.unreadable = unreadableSector(disc, from, to);
+    differences.unreadable = unreadableSector(disc, from, to);
     return;
   }
   for (int64_t frame = image.firstFrame(); frame < image.firstFrame() + image.frames();
@@ -172,21 +175,21 @@ void compareChunk(const SessionPlan& plan, const ImageReader& image, DiscReader&
             0 &&
         (offset != 0 || producersAgree(plan, sector, read));
     if (equal) continue;
-    if (findings.differing++ == 0) findings.first = sector;
+    if (differences.differing++ == 0) differences.first = sector;
   }
 }
 
-Findings compareAll(const SessionPlan& plan, DiscReader& disc, int offset,
-                    const ComparisonProgress& progress) {
-  Findings findings;
+Differences compareAll(const SessionPlan& plan, DiscReader& disc, int offset,
+                       const ComparisonProgress& progress) {
+  Differences differences;
   ImageReader image(plan);
-  while (!findings.unreadable && image.nextChunk()) {
-    compareChunk(plan, image, disc, offset, findings);
+  while (!differences.unreadable && image.nextChunk()) {
+    compareChunk(plan, image, disc, offset, differences);
     if (progress(image.sectorsDone())) continue;
-    findings.stopped = true;
+    differences.stopped = true;
     break;
   }
-  return findings;
+  return differences;
 }
 
 std::string place(const SessionPlan& plan, int64_t sector) {
@@ -199,30 +202,29 @@ Comparison compareDisc(Recorder& recorder, const SessionPlan& plan,
                        const ComparisonProgress& progress) {
   using Verdict = Comparison::Verdict;
   constexpr const char* kUnread =
-      "The disc was not compared with the image: the drive does not read it back. Take it out, put "
-      "it in again and listen to it, or read it with another drive.";
+      "the disc was not compared with the image: the drive does not read it back; take it out, put "
+      "it in again and listen to it, or read it with another drive";
   try {
     DiscReader disc(recorder, plan.sectors);
     const Offset offset = findOffset(plan, disc);
     if (offset.chunks == 0 && offset.unreadable > 0) return {Verdict::kUndecided, kUnread};
-    const Findings findings = compareAll(plan, disc, offset.frames, progress);
-    if (findings.differing > 0)
+    const Differences differences = compareAll(plan, disc, offset.frames, progress);
+    if (differences.differing > 0)
       return {Verdict::kDifferent,
-              "The disc differs from the image in " + std::to_string(findings.differing) +
-                  (findings.differing == 1 ? " sector, at " : " sectors, first at ") +
-                  place(plan, findings.first) + "."};
-    if (findings.unreadable == 0 && offset.chunks == 0) return {Verdict::kUndecided, kUnread};
-    if (findings.unreadable)
+              "the disc differs from the image in " + std::to_string(differences.differing) +
+                  (differences.differing == 1 ? " sector, at " : " sectors, first at ") +
+                  place(plan, differences.first)};
+    if (differences.unreadable == 0 && offset.chunks == 0) return {Verdict::kUndecided, kUnread};
+    if (differences.unreadable)
       return {Verdict::kDifferent,
-              "The disc cannot be read at " + place(plan, *findings.unreadable) + "."};
-    if (findings.stopped)
+              "the disc cannot be read at " + place(plan, *differences.unreadable)};
+    if (differences.stopped)
       return {Verdict::kUndecided,
-              "The comparison was stopped; as far as it went the disc equals "
-              "the image."};
-    if (offset.frames == 0) return {Verdict::kEqual, "The disc equals the image."};
-    return {Verdict::kEqual, "The disc equals the image. The drive reads with an offset of " +
+              "the comparison was stopped; as far as it went the disc equals the image"};
+    if (offset.frames == 0) return {Verdict::kEqual, "the disc equals the image"};
+    return {Verdict::kEqual, "the disc equals the image; the drive reads with an offset of " +
                                  std::to_string(offset.frames) +
-                                 " frames, so that many at one end could not be compared."};
+                                 " frames, so that many at one end could not be compared"};
   } catch (const Failure& refusal) {
     return {Verdict::kUndecided, refusal.what()};
   }

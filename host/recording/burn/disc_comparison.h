@@ -12,10 +12,10 @@ namespace velmor::recording {
 struct Comparison {
   enum class Verdict { kEqual, kDifferent, kUndecided };
   Verdict verdict = Verdict::kUndecided;
-  std::string words;  ///< the result as sentences
+  std::string words;  ///< the result, as a clause for a message
 };
 
-/// Told the sectors compared so far; false ends the comparison.
+/// Called with the number of sectors compared so far; answers false to end the comparison.
 using ComparisonProgress = std::function<bool(int64_t sectors)>;
 
 /// Reads the disc and the producers (which it starts over) side by side.

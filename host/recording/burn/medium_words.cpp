@@ -6,76 +6,76 @@
 namespace velmor::recording {
 namespace {
 
-std::string typeOf(const Medium& medium) {
+std::string typeOf(const DiscInDrive& medium) {
   return medium.type.empty() ? "disc" : medium.type;
 }
 
 }  // namespace
 
-std::string describeMedium(const Medium& medium) {
+std::string describeMedium(const DiscInDrive& medium) {
   const std::string type = typeOf(medium);
   switch (medium.state) {
-    case DiscState::kNone:
+    case DiscCondition::kNone:
       return "no disc";
-    case DiscState::kBlank:
+    case DiscCondition::kBlank:
       return "a blank " + type +
              (medium.free_sectors > 0 ? ", " + disc::msfText(medium.free_sectors) + " free"
                                       : std::string());
-    case DiscState::kAppendable:
+    case DiscCondition::kAppendable:
       return "a " + type + " with a session on it, open for more";
-    case DiscState::kClosed:
+    case DiscCondition::kClosed:
       return "a " + type + " that is written and closed";
-    case DiscState::kUnsuitable:
+    case DiscCondition::kUnsuitable:
       return medium.recordable_cd ? "a " + type + " with a recording that was broken off"
                                   : "a disc that the drive can neither read nor write";
-    case DiscState::kUnknown:
+    case DiscCondition::kUnknown:
       break;
   }
   return "a disc that the drive does not recognise";
 }
 
-MediumVerdict judgeMedium(const Medium& medium, bool may_overwrite) {
-  if (medium.state == DiscState::kNone)
-    throw Failure("There is no disc in the drive. Put a blank CD-R or CD-RW into it.");
+MediumVerdict judgeMedium(const DiscInDrive& medium, bool may_overwrite) {
+  if (medium.state == DiscCondition::kNone)
+    throw Failure("there is no disc in the drive; put a blank CD-R or CD-RW into it");
   if (!medium.recordable_cd &&
-      (medium.state == DiscState::kUnsuitable || medium.state == DiscState::kUnknown))
-    throw Failure("The drive cannot use its disc. Put a blank CD-R or CD-RW into it.");
-  if (medium.state == DiscState::kBlank && medium.recordable_cd) return MediumVerdict::kReady;
-  if (medium.state == DiscState::kBlank)
-    throw Failure("The drive holds " + describeMedium(medium) +
-                  ". An audio CD needs a CD-R or CD-RW.");
+      (medium.state == DiscCondition::kUnsuitable || medium.state == DiscCondition::kUnknown))
+    throw Failure("the drive cannot use its disc; put a blank CD-R or CD-RW into it");
+  if (medium.state == DiscCondition::kBlank && medium.recordable_cd) return MediumVerdict::kReady;
+  if (medium.state == DiscCondition::kBlank)
+    throw Failure("the drive holds " + describeMedium(medium) +
+                  ", but an audio CD needs a CD-R or CD-RW");
   const bool can_blank = medium.rewritable && medium.recordable_cd;
   if (can_blank && may_overwrite) return MediumVerdict::kNeedsBlanking;
   if (can_blank)
-    throw Failure("The drive holds " + describeMedium(medium) +
-                  ", which this burn may not overwrite. Put a blank disc into it.");
-  throw Failure("The drive holds " + describeMedium(medium) +
-                ". Nothing can be recorded on it; put a blank CD-R or CD-RW into the drive.");
+    throw Failure("the drive holds " + describeMedium(medium) +
+                  ", which this burn may not overwrite; put a blank disc into it");
+  throw Failure("the drive holds " + describeMedium(medium) +
+                ": nothing can be recorded on it; put a blank CD-R or CD-RW into it");
 }
 
 void checkRoom(int64_t room, int64_t sectors) {
   if (room <= 0 || sectors <= room) return;
-  throw Failure("The image is " + disc::msfText(sectors) +
+  throw Failure("the image is " + disc::msfText(sectors) +
                 " long (minutes, seconds, frames) and the disc has room for " +
                 disc::msfText(room) + ": " + disc::msfText(sectors - room) +
-                " too much. Take a longer disc, or shorten the programme.");
+                " too much; take a longer disc, or shorten the programme");
 }
 
-std::string stateAfterFailure(const Medium& medium, bool simulated) {
-  if (simulated) return "Nothing was written, it was a test: the disc is as it was.";
-  if (medium.state == DiscState::kNone) return "There is no disc in the drive.";
-  if (medium.state == DiscState::kBlank) return "The disc is still blank and can be used.";
+std::string stateAfterFailure(const DiscInDrive& medium, bool simulated) {
+  if (simulated) return "nothing was written, it was a test: the disc is as it was";
+  if (medium.state == DiscCondition::kNone) return "there is no disc in the drive";
+  if (medium.state == DiscCondition::kBlank) return "the disc is still blank and can be used";
   if (medium.rewritable)
-    return "The disc is written in part and cannot be played; being rewritable it can be blanked "
-           "and used again.";
-  return "The disc is written in part and cannot be used any more.";
+    return "the disc is written in part and cannot be played; being rewritable it can be blanked "
+           "and used again";
+  return "the disc is written in part and cannot be used any more";
 }
 
-std::string stateAfterSuccess(const Medium& medium, bool simulated, bool keep_open) {
-  if (simulated) return "Nothing was written, it was a test: the disc is as it was.";
+std::string stateAfterSuccess(const DiscInDrive& medium, bool simulated, bool keep_open) {
+  if (simulated) return "nothing was written, it was a test: the disc is as it was";
   const std::string type = typeOf(medium);
-  return keep_open ? "The " + type + " is written, and open for another session."
-                   : "The " + type + " is written and closed.";
+  return keep_open ? "the " + type + " is written, and open for another session"
+                   : "the " + type + " is written and closed";
 }
 
 }  // namespace velmor::recording

@@ -13,17 +13,17 @@
 
 namespace velmor::recording {
 
-enum class DiscState {
+enum class DiscCondition {
   kNone,  ///< the tray is empty
   kBlank,
   kAppendable,  ///< has a session and is open for another one
   kClosed,
-  kUnsuitable,  ///< neither readable nor writable as it is; of a recording that broke off, say
+  kUnsuitable,  ///< neither readable nor writable as it is, e.g. after a recording that broke off
   kUnknown
 };
 
-struct Medium {
-  DiscState state = DiscState::kUnknown;
+struct DiscInDrive {
+  DiscCondition state = DiscCondition::kUnknown;
   std::string type;            ///< "CD-R", "CD-RW", "DVD-R", …; empty when unknown
   bool recordable_cd = false;  ///< a CD-R or CD-RW
   bool rewritable = false;
@@ -54,22 +54,23 @@ struct Session {
   bool keep_open = false;
 };
 
-/// One drive under exclusive access; destroying it gives the drive back. One thread; `write` feeds
-/// itself from another one until the activity is idle again.
+/// One drive under exclusive access; destroying it gives the drive back. Used by one thread; while
+/// it writes, a thread of the recorder's own reads the feed, until the activity is idle again.
 class Recorder {
  public:
   virtual ~Recorder() = default;
 
-  virtual Medium medium() = 0;  ///< looks at the disc anew
+  virtual DiscInDrive medium() = 0;  ///< looks at the disc anew
   virtual bool canTestWrite() = 0;
   /// Multiples of playing speed; 0 is the fastest. Returns the speed that the drive will take, 0
   /// when it does not say.
   virtual double setSpeed(double speed) = 0;
 
-  /// Begins to blank the disc; to be followed with `wait`.
+  /// Begins to blank the disc; the caller then calls `wait` until the activity is idle.
   virtual void startBlanking() = 0;
-  /// Begins to write session-at-once; to be followed with `wait`. All it is given must live until
-  /// the activity is idle. Throws `Failure` when the drive or the disc would not take it.
+  /// Begins to write session-at-once; the caller then calls `wait` until the activity is idle. All
+  /// arguments, and what `session` points to, must live until then. Throws `Failure` when the drive
+  /// or the disc would not take it.
   virtual void startWriting(const Session& session, SectorFeed& feed) = 0;
   /// Waits for a fraction of a second at most and tells what is going on.
   virtual RecorderStatus wait() = 0;
@@ -77,11 +78,11 @@ class Recorder {
   /// Whether the last blanking or writing went well, as far as the recorder knows.
   virtual bool succeeded() = 0;
 
-  /// Reads `sectors` sectors from `lba` on, which may be a little below 0, into `audio`, which has
-  /// room for 2352 bytes each. False: not readable.
+  /// Reads `sectors` sectors (above 0) of the disc from `lba` on into `audio`, 2352 bytes each;
+  /// `lba` may be a little below 0. False when they cannot be read.
   virtual bool readAudio(int64_t lba, int sectors, unsigned char* audio) = 0;
 
-  /// What was said since the last call.
+  /// What the drive and its library have said since the last call.
   virtual std::vector<RecorderMessage> takeMessages() = 0;
   /// Gives the drive back. Nothing else may be called after it.
   virtual void release(bool eject) = 0;
@@ -99,8 +100,8 @@ class RecorderBus {
   virtual ~RecorderBus() = default;
   /// The drives that can be opened and can write CDs.
   virtual std::vector<DriveRecord> scan() = 0;
-  /// Takes a drive, with its tray pulled in if `close_tray`; never null. Throws `Failure` when it
-  /// cannot be taken.
+  /// Takes the drive with this device file, with its tray pulled in if `close_tray`. Never null;
+  /// throws `Failure` when the drive cannot be taken, e.g. because another program has it.
   virtual std::unique_ptr<Recorder> grab(const std::string& address, bool close_tray) = 0;
 };
 

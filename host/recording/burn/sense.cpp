@@ -16,7 +16,8 @@ struct Meaning {
   const char* words;
 };
 
-// The narrower meaning stands before the wider one (SPC and MMC, sense code tables).
+// The first line that fits counts, so a line for one qualifier stands before the line for its whole
+// code (sense code tables of SPC and MMC).
 constexpr std::array kMeanings{
     Meaning{kAny, 0x3A, kAny, "there is no disc in the drive"},
     Meaning{kAny, 0x30, kAny, "the disc is of a kind that the drive cannot write"},
@@ -85,13 +86,13 @@ std::string explainMessages(const std::vector<RecorderMessage>& messages, const 
     if (!message.error) continue;
     if (const auto sense = findSense(message.text)) {
       const auto sector = findFailedSector(message.text);
-      if (!sector) return "The drive stopped: " + senseInWords(*sense) + ".";
+      if (!sector) return "the drive stopped: " + senseInWords(*sense);
       if (*sector < 0)
-        return "The drive stopped in the silence before track 1: " + senseInWords(*sense) + ".";
-      return "The drive stopped at " + disc::msfText(*sector) + " (track " +
-             std::to_string(plan.trackAt(*sector) + 1) + "): " + senseInWords(*sense) + ".";
+        return "the drive stopped in the silence before track 1: " + senseInWords(*sense);
+      return "the drive stopped at " + disc::msfText(*sector) + " (track " +
+             std::to_string(plan.trackAt(*sector) + 1) + "): " + senseInWords(*sense);
     }
-    if (otherwise.empty()) otherwise = "The recorder says: " + message.text;
+    if (otherwise.empty()) otherwise = "the recorder says: " + message.text;
   }
   return otherwise;
 }

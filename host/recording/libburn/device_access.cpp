@@ -27,16 +27,16 @@ std::string nameOfGroup(gid_t group) {
   return entry != nullptr ? entry->gr_name : std::to_string(group);
 }
 
-Person thisPerson() {
-  Person person;
-  person.user = geteuid();
-  person.groups.push_back(getegid());
+ProcessIdentity thisProcess() {
+  ProcessIdentity identity;
+  identity.user = geteuid();
+  identity.groups.push_back(getegid());
   const int count = getgroups(0, nullptr);
-  if (count <= 0) return person;
+  if (count <= 0) return identity;
   std::vector<gid_t> groups(static_cast<size_t>(count));
   if (getgroups(count, groups.data()) == count)
-    person.groups.insert(person.groups.end(), groups.begin(), groups.end());
-  return person;
+    identity.groups.insert(identity.groups.end(), groups.begin(), groups.end());
+  return identity;
 }
 
 std::string octal(mode_t mode) {
@@ -45,50 +45,50 @@ std::string octal(mode_t mode) {
   return text.data();
 }
 
-bool isMember(const Person& person, gid_t group) {
-  return std::find(person.groups.begin(), person.groups.end(), group) != person.groups.end();
+bool isMember(const ProcessIdentity& identity, gid_t group) {
+  return std::find(identity.groups.begin(), identity.groups.end(), group) != identity.groups.end();
 }
 
-std::string explainPermission(const DeviceFile& file, const Person& person) {
-  const std::string file_words = file.path + " may not be opened for recording: it belongs to " +
-                                 file.owner_name + ", group " + file.group_name + ", permissions " +
-                                 octal(file.mode);
+std::string explainPermission(const DeviceFile& file, const ProcessIdentity& identity) {
+  const std::string file_words =
+      "\"" + file.path + "\" may not be opened for recording: it belongs to " + file.owner_name +
+      ", group " + file.group_name + ", permissions " + octal(file.mode);
   constexpr mode_t kGroupReadWrite = S_IRGRP | S_IWGRP;
   const bool group_may = (file.mode & kGroupReadWrite) == kGroupReadWrite;
-  if (group_may && !isMember(person, file.group))
+  if (group_may && !isMember(identity, file.group))
     return file_words + ", and you are not in the group " + file.group_name +
-           ". Ask for it with: sudo usermod -aG " + file.group_name + " $USER, then log in again.";
+           "; ask for it with: sudo usermod -aG " + file.group_name + " $USER, then log in again";
   if (!group_may)
-    return file_words + ", so not even its group may read and write it. Ask for: sudo chmod g+rw " +
+    return file_words + ", so not even its group may read and write it; ask for: sudo chmod g+rw " +
            file.path;
-  return file_words + ". Something other than these permissions forbids it, as a sandbox would.";
+  return file_words + "; something other than these permissions forbids it, as a sandbox would";
 }
 
 }  // namespace
 
-std::string explainAccess(const DeviceFile& file, const Person& person, int error) {
+std::string explainAccess(const DeviceFile& file, const ProcessIdentity& identity, int error) {
   switch (error) {
     case EACCES:
     case EPERM:
-      return explainPermission(file, person);
+      return explainPermission(file, identity);
     case EBUSY:
-      return file.path +
-             " is in use by another program. Close what is playing, burning or copying a disc "
-             "there, or unmount the disc.";
+      return "\"" + file.path +
+             "\" is in use by another program; close what is playing, burning or copying a disc "
+             "there, or unmount the disc";
     case ENXIO:
     case ENODEV:
     case ENOMEDIUM:
-      return "There is no drive behind " + file.path + ".";
+      return "there is no drive behind \"" + file.path + "\"";
     default:
-      return file.path + " cannot be opened: " + std::strerror(error) + ".";
+      return "\"" + file.path + "\" cannot be opened: " + std::strerror(error);
   }
 }
 
 std::string accessObstacle(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0)
-    return path + " is not there any more. Is the drive still plugged in?";
-  // Exclusively and without waiting for a disc, as the recorder will be opened for a burn.
+    return "\"" + path + "\" is not there any more; is the drive still plugged in?";
+  // With the flags that libburn opens a drive with: exclusively, and without waiting for a disc.
   const int fd = open(path.c_str(), O_RDWR | O_NONBLOCK | O_EXCL | O_CLOEXEC);
   if (fd >= 0) {
     close(fd);
@@ -101,7 +101,7 @@ std::string accessObstacle(const std::string& path) {
                         status.st_mode & 07777,
                         nameOfUser(status.st_uid),
                         nameOfGroup(status.st_gid)};
-  return explainAccess(file, thisPerson(), error);
+  return explainAccess(file, thisProcess(), error);
 }
 
 std::vector<std::string> opticalDeviceFiles() {

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "disc/failure.h"
+#include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 #include "host/recording/libburn/device_access.h"
 #include "host/recording/libburn/libburn_session.h"
@@ -23,8 +24,9 @@ constexpr int kReadyTries = 50;
 constexpr int kReportedBlockBytes = 2048;  // libburn tells the free space of every disc in these
 constexpr int kWholeOfBlanking = 0x10000;
 
-/// While one lives, threads that are begun have all signals blocked: Ctrl-C is for the program's
-/// own thread to hear, and never for one that waits for an answer of the drive.
+/// While an object lives, all signals are blocked in the thread, and so in every thread that
+/// libburn begins meanwhile: Ctrl-C has to arrive in the program's own thread, not in one that
+/// waits for the drive.
 class SignalsToOthers {
  public:
   SignalsToOthers() {
@@ -62,20 +64,20 @@ Activity activityOf(burn::burn_drive_status status) {
   }
 }
 
-DiscState stateOf(burn::burn_disc_status status) {
+DiscCondition stateOf(burn::burn_disc_status status) {
   switch (status) {
     case burn::BURN_DISC_BLANK:
-      return DiscState::kBlank;
+      return DiscCondition::kBlank;
     case burn::BURN_DISC_EMPTY:
-      return DiscState::kNone;
+      return DiscCondition::kNone;
     case burn::BURN_DISC_APPENDABLE:
-      return DiscState::kAppendable;
+      return DiscCondition::kAppendable;
     case burn::BURN_DISC_FULL:
-      return DiscState::kClosed;
+      return DiscCondition::kClosed;
     case burn::BURN_DISC_UNSUITABLE:
-      return DiscState::kUnsuitable;
+      return DiscCondition::kUnsuitable;
     default:
-      return DiscState::kUnknown;
+      return DiscCondition::kUnknown;
   }
 }
 
@@ -103,7 +105,7 @@ class LibburnRecorder final : public Recorder {
   LibburnRecorder(const LibburnRecorder&) = delete;
   LibburnRecorder& operator=(const LibburnRecorder&) = delete;
 
-  Medium medium() override;
+  DiscInDrive medium() override;
   bool canTestWrite() override;
   double setSpeed(double speed) override;
   void startBlanking() override;
@@ -123,13 +125,13 @@ class LibburnRecorder final : public Recorder {
   burn::burn_drive_info* m_info;
   burn::burn_drive* m_drive;
   BurnDisc m_disc;         // what is being written
-  bool m_changed = false;  // the disc, since the drive last looked at it
+  bool m_changed = false;  // the disc was written or blanked since libburn last looked at it
 };
 
 burn::burn_disc_status LibburnRecorder::discStatus() {
   burn::burn_disc_status status = burn::burn_disc_get_status(m_drive);
   for (int i = 0; i < kReadyTries && status == burn::BURN_DISC_UNREADY; ++i) {
-    usleep(kReadyMicroseconds);  // a drive that has just closed its tray
+    usleep(kReadyMicroseconds);  // the drive may have closed its tray only just now
     status = burn::burn_disc_get_status(m_drive);
   }
   return status;
@@ -142,7 +144,8 @@ int64_t LibburnRecorder::freeSectors() {
   return burn::burn_disc_available_space(m_drive, options.get()) / kReportedBlockBytes;
 }
 
-/// By the disc's own lead-in: the last address at which its lead-out may begin.
+/// What the disc holds in all, in sectors: the last address at which its lead-out may begin, as its
+/// own lead-in states it. 0 when it does not.
 int64_t LibburnRecorder::capacity() {
   int start = 0;
   int end = 0;
@@ -151,22 +154,22 @@ int64_t LibburnRecorder::capacity() {
   return end > 0 ? end : 0;
 }
 
-Medium LibburnRecorder::medium() {
+DiscInDrive LibburnRecorder::medium() {
   m_disc.reset();
   if (m_changed) burn::burn_drive_re_assess(m_drive, 0);
   m_changed = false;
-  Medium medium;
+  DiscInDrive medium;
   medium.state = stateOf(discStatus());
   int profile = 0;
   std::array<char, 80> name{};
-  if (medium.state == DiscState::kNone ||
+  if (medium.state == DiscCondition::kNone ||
       burn::burn_disc_get_profile(m_drive, &profile, name.data()) <= 0)
     return medium;
   medium.type = name.data();
   medium.recordable_cd = profile == kProfileCdR || profile == kProfileCdRw;
   medium.rewritable = burn::burn_disc_erasable(m_drive) != 0;
   if (!medium.recordable_cd) return medium;
-  if (medium.state == DiscState::kBlank) medium.free_sectors = freeSectors();
+  if (medium.state == DiscCondition::kBlank) medium.free_sectors = freeSectors();
   medium.capacity_sectors = capacity();
   return medium;
 }
@@ -184,7 +187,7 @@ double LibburnRecorder::setSpeed(double speed) {
   const int kilobytes = speed > 0.0 ? static_cast<int>(std::ceil(speed * kBytesPerSecond)) : 0;
   burn::burn_drive_set_speed(m_drive, 0, kilobytes);
   burn::burn_speed_descriptor* best = nullptr;
-  // With no speed that slow the drive takes its slowest.
+  // A drive that has no speed as slow as that takes its slowest one.
   if (burn::burn_drive_get_best_speed(m_drive, kilobytes, &best, 2) <= 0 || best == nullptr)
     if (burn::burn_drive_get_best_speed(m_drive, -1, &best, 2) <= 0 || best == nullptr) return 0.0;
   return best->write_speed / kBytesPerSecond;
@@ -192,8 +195,8 @@ double LibburnRecorder::setSpeed(double speed) {
 
 void LibburnRecorder::startBlanking() {
   m_changed = true;
-  // A disc with a recording that broke off is neither blank nor full to libburn, but can be
-  // blanked.
+  // libburn takes a disc whose recording broke off for neither blank nor full, and refuses to blank
+  // it although that is possible.
   burn::burn_disc_pretend_full(m_drive);
   const SignalsToOthers quiet;
   burn::burn_disc_erase(m_drive, 1);
@@ -204,7 +207,7 @@ void LibburnRecorder::startWriting(const Session& session, SectorFeed& feed) {
   const WriteOptions options = makeWriteOptions(m_drive, session);
   std::array<char, BURN_REASONS_LEN> reasons{};
   if (burn::burn_precheck_write(options.get(), m_disc.get(), reasons.data(), 1) <= 0)
-    throw Failure(std::string("The drive does not take this burn: ") + reasons.data() + ".");
+    throw Failure(std::string("the drive does not take this burn: ") + reasons.data());
   m_changed = true;
   const SignalsToOthers quiet;
   burn::burn_disc_write(options.get(), m_disc.get());
@@ -268,15 +271,16 @@ std::vector<DriveRecord> LibburnBus::scan() {
     if (infos[i].write_cdr == 0 && infos[i].write_cdrw == 0) continue;
     drives.push_back({address.data(), infos[i].vendor, infos[i].product, infos[i].revision});
   }
-  // A scan holds every drive it finds; other programs want them too.
+  // libburn keeps every drive that it has found open, which would lock other programs out.
   if (infos != nullptr) burn::burn_drive_info_free(infos);
   drainMessages();
   return drives;
 }
 
 std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool close_tray) {
-  const std::string obstacle = accessObstacle(address);
-  if (!obstacle.empty()) throw Failure(obstacle);
+  if (const std::string obstacle = accessObstacle(address); !obstacle.empty()) {
+    throw Failure(obstacle);
+  }
   burn::burn_drive_info* info = nullptr;
   const int grabbed =
       burn::burn_drive_scan_and_grab(&info, mutableText(address.c_str()), close_tray ? 1 : 0);
@@ -285,10 +289,10 @@ std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool clos
     return std::make_unique<LibburnRecorder>(info);
   }
   if (info != nullptr) burn::burn_drive_info_free(info);
-  std::string why = "The drive " + address + " could not be taken into use.";
+  std::string failure = "the drive \"" + address + "\" could not be taken into use";
   for (const RecorderMessage& message : drainMessages())
-    if (message.error) why += " " + message.text;
-  throw Failure(why);
+    if (message.error) failure += "; it says: " + message.text;
+  throw Failure(failure);
 }
 
 bool libraryFits() {
@@ -305,10 +309,13 @@ bool libraryFits() {
 }  // namespace
 
 std::unique_ptr<RecorderBus> openLibburn() {
-  if (!libraryFits())
-    throw Failure("The libburn of this machine is older than the one this program was made with.");
-  if (burn::burn_initialize() == 0) throw Failure("libburn could not be started.");
-  // Messages are collected and told in our own words. Signals stay the program's own business.
+  if (!libraryFits()) {
+    throw Failure(
+        "the libburn of this machine is older than the one this program was made with; update it");
+  }
+  if (burn::burn_initialize() == 0) throw Failure("libburn could not be started");
+  // libburn is to print nothing: its messages are fetched and told in our own words. Its handler of
+  // signals stays off as well, since the program has one.
   burn::burn_msgs_set_severities(mutableText("WARNING"), mutableText("NEVER"), mutableText(""));
   burn::burn_preset_device_open(1, 0, 0);
   return std::make_unique<LibburnBus>();

@@ -5,6 +5,7 @@
 
 #include "disc/cd_text/disc_texts.h"
 #include "disc/failure.h"
+#include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 
 namespace velmor::recording {
@@ -21,8 +22,8 @@ TrackSource& sourceOf(burn::burn_source* source) {
   return *static_cast<TrackSource*>(source->data);
 }
 
-/// On libburn's worker thread. The burn is cancelled right here: told of a failed source only,
-/// libburn would fill the track up with zeros and report success.
+/// Called on libburn's worker thread. When the feed fails, the burn is cancelled here: the return
+/// value alone would make libburn fill the track up with zeros and report success.
 int readSector(burn::burn_source* source, unsigned char* buffer, int size) {
   const TrackSource& track = sourceOf(source);
   if (size == disc::kBytesPerSector && track.feed->next(track.track, buffer)) return size;
@@ -72,7 +73,7 @@ constexpr std::array<TextName, disc::kTextKinds> kTextNames{
      {disc::TextKind::kCode, "UPC_ISRC"}}};
 
 void require(bool done, const char* what) {
-  if (!done) throw Failure(std::string("The burn could not be set up: ") + what + ".");
+  if (!done) throw Failure(std::string("the burn could not be set up: ") + what);
 }
 
 int lengthWithZero(const std::string& text) {
@@ -112,7 +113,7 @@ void addIndices(burn::burn_track* track, int pregap) {
 }
 
 Track makeTrack(const Session& session, size_t index, SectorFeed& feed, burn::burn_drive* drive) {
-  const PlannedTrack& planned = session.plan->tracks[index];
+  const SessionTrack& planned = session.plan->tracks[index];
   Track track(burn::burn_track_create());
   require(track != nullptr, "there is no memory");
   burn::burn_track_define_data(track.get(), 0, 0, 1, BURN_AUDIO);
@@ -140,7 +141,8 @@ BurnDisc makeBurnDisc(const Session& session, SectorFeed& feed, burn::burn_drive
     require(burn::burn_session_add_track(burn_session.get(), track.get(), BURN_POS_END) != 0,
             "a track was not accepted");
   }
-  // Whether the packs can be made is asked before the disc is touched.
+  // Making the CD-TEXT packs once for nothing shows before the disc is touched whether they can be
+  // made.
   if (session.texts != nullptr && session.texts->hasCdText())
     require(burn::burn_cdtext_from_session(burn_session.get(), nullptr, nullptr, 1) > 0,
             "the CD-TEXT was not accepted");
@@ -151,7 +153,8 @@ WriteOptions makeWriteOptions(burn::burn_drive* drive, const Session& session) {
   WriteOptions options(burn::burn_write_opts_new(drive));
   require(options != nullptr, "there is no memory");
   burn::burn_write_opts* o = options.get();
-  // Never left to the library: it would fall back to track-at-once, with gaps between the tracks.
+  // The write type is set explicitly: left to choose, libburn may fall back to track-at-once, which
+  // puts gaps between the tracks.
   require(burn::burn_write_opts_set_write_type(o, burn::BURN_WRITE_SAO, burn::BURN_BLOCK_SAO) != 0,
           "the drive does not write session-at-once");
   burn::burn_write_opts_set_multi(o, session.keep_open ? 1 : 0);

@@ -1,4 +1,4 @@
-// The session of a burn as libburn has it.
+// The session of a burn in libburn's own types.
 #pragma once
 
 #include <memory>
@@ -29,7 +29,7 @@ inline char* mutableText(const char* text) {
 /// cancels `drive`. Feed and drive must live until the drive is idle. Throws `Failure`.
 BurnDisc makeBurnDisc(const Session& session, SectorFeed& feed, burn::burn_drive* drive);
 
-/// How it is to be written. Throws `Failure` when the drive cannot do it.
+/// How the session is to be written. Throws `Failure` when the drive cannot write so.
 WriteOptions makeWriteOptions(burn::burn_drive* drive, const Session& session);
 
 }  // namespace velmor::recording

@@ -1,4 +1,4 @@
-// Tells the producers of a session when their tracks begin to be needed, and when no more.
+// Tells the producers of a session's audio when reading from them begins, and when it is over.
 #pragma once
 
 #include "disc/failure.h"
@@ -6,10 +6,11 @@
 
 namespace velmor::recording {
 
-/// For the length of a burn.
+/// Lives as long as a burn reads from the producers. `plan` must outlive it.
 class PreparedTracks {
  public:
-  /// Throws `Failure` when a producer is not ready; those before it are told of the end.
+  /// Prepares each track. Throws `Failure` when a producer is not ready; the ones prepared before
+  /// it are cleaned up then.
   explicit PreparedTracks(const SessionPlan& plan);
   ~PreparedTracks();
   PreparedTracks(const PreparedTracks&) = delete;
@@ -19,7 +20,8 @@ class PreparedTracks {
   const SessionPlan& m_plan;
 };
 
-/// For the length of a comparison: the producers start over.
+/// Lives as long as a comparison reads from the producers, which `restartProducers` takes back to
+/// their beginning. `plan` must outlive it.
 class PreparedForVerification {
  public:
   explicit PreparedForVerification(const SessionPlan& plan);
@@ -31,7 +33,8 @@ class PreparedForVerification {
   const SessionPlan& m_plan;
 };
 
-/// Starts all producers over once more. Throws `Failure` when one does not.
+/// Takes all producers back to the beginning of their tracks, as often as it is called. Throws
+/// `Failure` when one cannot.
 void restartProducers(const SessionPlan& plan);
 
 }  // namespace velmor::recording

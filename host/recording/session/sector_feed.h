@@ -9,18 +9,18 @@
 
 namespace velmor::recording {
 
-/// Filled by the recorder's worker thread strictly in the order of the disc; the rest may be asked
-/// by another thread, `failure` only when the worker is done.
+/// The recorder's worker thread calls `next`, strictly in the order of the disc. Another thread may
+/// call the other functions meanwhile, except for `failure`, which waits until the worker is done.
 ///
-/// A recorder that is told of a bad source goes on with zeros and reports a good disc. So the feed
-/// keeps its own record of what went wrong, and who drives the burn stops it and looks here.
+/// libburn, when a source of audio fails, writes zeros instead and reports a good disc. So the feed
+/// keeps its own record of what went wrong; `BurnRun` looks at it and stops the burn.
 class SectorFeed {
  public:
   /// Both must outlive the feed; `cancel` may be null.
   SectorFeed(const SessionPlan& plan, const std::atomic<bool>* cancel);
 
-  /// Fills `sector`, 2352 bytes, with the next sector of track `track` (from 0), its pregap first.
-  /// False: the burn must stop.
+  /// Fills `sector` (2352 bytes) with the next one of track `track` (from 0), its pregap first.
+  /// False when the burn must stop: something has failed, or it was cancelled.
   bool next(size_t track, unsigned char* sector);
 
   int64_t delivered() const { return m_delivered.load(); }  ///< sectors

@@ -9,7 +9,7 @@
 
 namespace velmor::recording {
 
-struct PlannedTrack {
+struct SessionTrack {
   DiscTrackProducer* producer = nullptr;
   int pregap = 0;     ///< sectors from INDEX 00 to INDEX 01 that the producer fills
   int sectors = 0;    ///< from INDEX 01 on
@@ -17,16 +17,16 @@ struct PlannedTrack {
 };
 
 struct SessionPlan {
-  std::vector<PlannedTrack> tracks;
+  std::vector<SessionTrack> tracks;
   int64_t sectors = 0;  ///< of all tracks with their pregaps; LBA of the lead-out
 
-  /// The track (from 0) that sector `lba` belongs to; its pregap counts as its own.
-  /// 0 where there are no tracks.
+  /// The track (from 0) that sector `lba` belongs to; its pregap counts as its own. What lies
+  /// before the first track belongs to that, what lies behind the last one to that one.
   int trackAt(int64_t lba) const;
 };
 
-/// Lays out `count` tracks, whose producers must outlive the plan; throws `Failure` for what would
-/// be no audio disc, or would be written otherwise than it was handed over.
+/// Lays out `count` tracks. Throws `Failure` when they would make no audio disc, or when libburn
+/// would write them differently from how they were handed over.
 SessionPlan planSession(const DiscTrack* tracks, int count);
 
 }  // namespace velmor::recording

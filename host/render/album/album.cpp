@@ -12,8 +12,8 @@
 #include "host/render/album/range_warnings.h"
 #include "host/render/album/render_range.h"
 #include "host/render/album/sheet_text.h"
-#include "host/render/input/marks/mark_parsing.h"
-#include "host/render/terminal/usage_error.h"
+#include "host/render/input/marks/label_track.h"
+#include "host/render/options/usage_error.h"
 
 namespace velmor::render {
 
@@ -37,7 +37,8 @@ bool overlap(const Mark& a, const Mark& b) {
   return a.end && b.end && a.start < *b.end && b.start < *a.end;
 }
 
-/// Whether somebody else's mark stands where an input's own mark would go.
+/// Whether one of the other marks, which the user or the files have set, stands where an input's
+/// own mark would go and makes that one superfluous.
 bool isReplaced(const Mark& own, const std::vector<Mark>& others, const Options& options) {
   constexpr double kOneFrame = 1.0 / disc::kSampleRate;
   return std::any_of(others.begin(), others.end(), [&](const Mark& other) {
@@ -47,8 +48,9 @@ bool isReplaced(const Mark& own, const std::vector<Mark>& others, const Options&
   });
 }
 
-/// Where the tracks that hold an input's audio begin in it: at its own mark, or, in regions mode,
-/// at every region that takes the place of that. Ascending, never empty.
+/// Where to put the tags of an input so that every track with its audio gets them: at its own mark
+/// or, in regions mode, at the start of each region that replaces that mark. Seconds of the
+/// timeline, ascending, never empty.
 std::vector<double> tagPlaces(const Mark& own, const std::vector<Mark>& others) {
   std::vector<double> places;
   for (const Mark& other : others) {
@@ -59,8 +61,9 @@ std::vector<double> tagPlaces(const Mark& own, const std::vector<Mark>& others) 
   return places;
 }
 
-/// Where an input begins to be heard, which for one that the render's start cuts is there. One that
-/// ends before is where it is. Seconds of the timeline.
+/// Where an input's audio begins in the render: at its start, or at the render's start when that
+/// lies inside the input. For an input that ends before the render begins, its start. Seconds of
+/// the timeline.
 double startInRange(const Album& album, const AlbumInput& input) {
   const bool is_cut = input.start + input.info.frames > album.render_start;
   return seconds(is_cut ? std::max(input.start, album.render_start) : input.start);
@@ -85,7 +88,8 @@ std::vector<Mark> givenMarks(const Options& options, Album& album) {
   return marks;
 }
 
-/// An input's own marks: where it starts (or what it spans), and the tags that are its alone.
+/// Adds the marks that an input brings by itself: one where it starts (in regions mode, one that it
+/// spans), and tags for the performer and the ISRC that the disc as a whole does not have.
 void addInputMarks(const Options& options, const Album& album, size_t index,
                    const std::string& disc_performer, const std::vector<Mark>& others,
                    std::vector<Mark>& marks) {
@@ -171,7 +175,7 @@ Album layOutAlbum(const Options& options, std::vector<InputInfo> infos) {
   Album album;
   placeInputs(album, std::move(infos));
   setRange(options, album);
-  const DiscTexts texts = discTexts(options.texts, album.inputs);
+  const AlbumTexts texts = discTexts(options.texts, album.inputs);
   album.project.metadata = sinkMetadata(texts, album.warnings);
   std::vector<Mark> marks = allMarks(options, album, texts.performer);
   for (Mark& mark : marks) mark.name = fitForSheet(mark.name, album.warnings);

@@ -11,7 +11,7 @@
 #include "host/render/album/host_project.h"
 #include "host/render/input/audio_input.h"
 #include "host/render/options/options.h"
-#include "host/render/terminal/usage_error.h"
+#include "host/render/options/usage_error.h"
 
 namespace velmor::render {
 

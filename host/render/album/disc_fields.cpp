@@ -16,8 +16,9 @@ namespace {
 
 constexpr const char* kPrefix = "CUE:DISC_";
 
-/// A disc field given by its key counts as if given by its own option; of two the option wins.
-void takeKnownKeys(DiscTexts& texts) {
+/// Moves fields like --meta TITLE=X to where --title would put them. When both are given, the
+/// option of its own wins.
+void takeKnownKeys(AlbumTexts& texts) {
   const std::pair<const char*, std::string*> known[] = {{"TITLE", &texts.title},
                                                         {"PERFORMER", &texts.performer},
                                                         {"SONGWRITER", &texts.songwriter},
@@ -51,8 +52,8 @@ std::string sharedTag(const std::vector<AlbumInput>& inputs, std::string Tags::*
 
 }  // namespace
 
-DiscTexts discTexts(const DiscTexts& given, const std::vector<AlbumInput>& inputs) {
-  DiscTexts texts = given;
+AlbumTexts discTexts(const AlbumTexts& given, const std::vector<AlbumInput>& inputs) {
+  AlbumTexts texts = given;
   takeKnownKeys(texts);
   const auto fill = [&](std::string& text, std::string Tags::*tag) {
     if (text.empty()) text = sharedTag(inputs, tag);
@@ -63,7 +64,7 @@ DiscTexts discTexts(const DiscTexts& given, const std::vector<AlbumInput>& input
   return texts;
 }
 
-std::vector<std::pair<std::string, std::string>> sinkMetadata(const DiscTexts& texts,
+std::vector<std::pair<std::string, std::string>> sinkMetadata(const AlbumTexts& texts,
                                                               std::vector<std::string>& warnings) {
   std::vector<std::pair<std::string, std::string>> metadata;
   const auto add = [&](const std::string& key, const std::string& text) {

@@ -11,12 +11,13 @@ namespace velmor::render {
 
 struct AlbumInput;
 
-/// The texts given, the title, performer and songwriter filled from the inputs' tags where those
-/// agree.
-DiscTexts discTexts(const DiscTexts& given, const std::vector<AlbumInput>& inputs);
+/// The given texts. A title, performer or songwriter that was not given is taken from the inputs'
+/// tags if all inputs have the same.
+AlbumTexts discTexts(const AlbumTexts& given, const std::vector<AlbumInput>& inputs);
 
-/// The texts as the module asks for them, keys like "CUE:DISC_TITLE".
-std::vector<std::pair<std::string, std::string>> sinkMetadata(const DiscTexts& texts,
+/// The texts under the keys by which the module asks for them, like "CUE:DISC_TITLE", made fit for
+/// the sheet. Adds a warning for each text that is changed or has no place in the sheet.
+std::vector<std::pair<std::string, std::string>> sinkMetadata(const AlbumTexts& texts,
                                                               std::vector<std::string>& warnings);
 
 }  // namespace velmor::render

@@ -1,4 +1,7 @@
 // What the module makes of a marker's name.
+//
+// A host never links the module, so this repeats its rule on purpose; the rule's home is
+// module/sink/marker_names.cpp.
 #pragma once
 
 #include <string>

@@ -23,7 +23,8 @@ std::string clockTimeOf(int64_t frame) {
   return disc::clockTime(static_cast<double>(frame) / disc::kSampleRate);
 }
 
-/// Whether a person gave the mark and it would count in this mode.
+/// Whether the user will miss the mark: it was given on the command line or in a label track, and
+/// its kind counts in this mode.
 bool isMissed(const Mark& mark, const Options& options) {
   if (mark.given_by.empty()) return false;
   if (isTag(mark.name)) return true;

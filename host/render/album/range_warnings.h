@@ -1,4 +1,4 @@
-// What of the marks and times that a person gave does not get on the disc.
+// Warnings about marks and times which the user gave and which do not get on the disc.
 #pragma once
 
 #include <string>
@@ -9,11 +9,11 @@
 
 namespace velmor::render {
 
-/// Adds to the album's warnings: an end past the inputs, and marks of `marks` (the timeline's) that
-/// lie or reach beyond the audio.
+/// Adds to the album's warnings: an --end past the inputs, and those of `marks` (seconds of the
+/// timeline) that lie beyond the audio or reach beyond it.
 void warnBeyondAudio(const Options& options, const std::vector<Mark>& marks, Album& album);
 
-/// The same for marks that the range leaves out though there is audio where they lie.
+/// Adds a warning for those of `left_out` that lie within the audio but outside --start and --end.
 void warnOutsideRange(const Options& options, const std::vector<Mark>& left_out, Album& album);
 
 }  // namespace velmor::render

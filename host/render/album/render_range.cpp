@@ -1,6 +1,7 @@
 #include "host/render/album/render_range.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <optional>
@@ -17,7 +18,7 @@ double onFrame(double seconds) {
   return std::round(seconds * disc::kSampleRate) / disc::kSampleRate;
 }
 
-/// Seconds from `origin` to `seconds`, exact in frames.
+/// Seconds from frame `origin` to `seconds`, which is rounded to a whole frame first.
 double relative(double seconds, int64_t origin) {
   return (std::round(seconds * disc::kSampleRate) - static_cast<double>(origin)) /
          disc::kSampleRate;
@@ -44,6 +45,7 @@ std::optional<double> regionInForce(const std::vector<Mark>& marks, double start
 
 std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int64_t end_frame,
                                TrackMode mode, bool hash_only, std::vector<Mark>& left_out) {
+  assert(start_frame < end_frame);
   const double start = disc::secondsOf(start_frame);
   const double end = disc::secondsOf(end_frame);
   for (Mark& mark : marks) {

@@ -6,21 +6,22 @@
 #include <vector>
 
 #include "abi/sink_registration.h"
-#include "host/render/input/audio_input.h"
+#include "host/render/input/marks/mark.h"
 
 namespace velmor::render {
 
-/// The marks of a range of the timeline (ascending; the range in frames), moved so that the range
-/// starts at 0 and rounded to whole frames, so that where a track begins does not depend on how the
-/// render is cut into blocks. The marker in force at the range's start moves to it, and the tags
-/// behind that marker with it, so that track 1 keeps its name; regions are cut to the range, and in
-/// regions mode the tags of the one that is cut at the start move with it. The others are added to
-/// `left_out`, where they lay.
+/// The marks of a range of the timeline (both ascending; the range in frames, not empty), moved so
+/// that the range starts at 0 and rounded to whole frames, so that where a track begins does not
+/// depend on how the render is cut into blocks. The marker in force at the range's start moves to
+/// it, and the tags behind that marker with it, so that track 1 keeps its name; regions are cut to
+/// the range, and in regions mode the tags of the one that is cut at the start move with it. The
+/// others are added to `left_out`, with their times of the timeline.
 std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start, int64_t end, TrackMode mode,
                                bool hash_only, std::vector<Mark>& left_out);
 
 /// Takes out the regions that hold no audio of their own: empty ones, and those that lie wholly in
-/// the ones before. The module would write what follows such a region. Adds a warning for each.
+/// the ones before. For such a region the module would write the audio that follows it. Adds a
+/// warning for each.
 void dropEmptyRegions(std::vector<Mark>& marks, std::vector<std::string>& warnings);
 
 }  // namespace velmor::render

@@ -8,7 +8,8 @@ namespace velmor::render {
 
 namespace {
 
-// A line of the sheet holds 4095 bytes; a longer one loses its end, and readers the sheet with it.
+// The module writes lines of at most 4095 bytes. A longer one would lose its closing quote, and
+// readers could not read the sheet any more.
 constexpr size_t kMostBytes = 2000;
 constexpr size_t kShownBytes = 40;
 

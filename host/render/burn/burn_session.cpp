@@ -5,31 +5,33 @@
 #include <utility>
 #include <vector>
 
-#include "host/render/album/host_project.h"
 #include "host/render/burn/drive_list.h"
+#include "host/render/options/settings_file.h"
 #include "host/render/terminal/interrupt.h"
-#include "host/windowing/layer_functions.h"
+#include "host/windowing/functions/layer_functions.h"
 
 namespace velmor::render {
 
 namespace {
 
-recording::Options recordingOptions(const BurnOptions& burn, const std::string& sheet,
-                                    BurnAttendant& attendant) {
-  recording::Options options;
+recording::RecordingOptions recordingOptions(const BurnOptions& burn, const std::string& sheet,
+                                             BurnConsole& console) {
+  recording::RecordingOptions options;
   options.dry_run = burn.dry_run;
   options.speed = burn.speed;
   options.verify = burn.verify;
   if (burn.cd_text) options.text_sheet = sheet;
-  options.attendant = &attendant;
+  options.user_interface = &console;
   options.cancel = &interruption();
   return options;
 }
 
-/// The dialog opens with the boxes as they last were. One that has deleted an image must not be
-/// checked for a moment over the next one. Where the settings cannot be kept there are none.
+/// The module's burn dialog opens with its check boxes as they were left the last time. Unchecks
+/// "delete files" in the settings beforehand: an earlier burn may have left it checked, and this
+/// image must not be deleted if the dialog ends before the driver has set the box. Where the
+/// settings cannot be written, they cannot have been kept either.
 void prepareSettings() {
-  const std::string file = iniFilePath();
+  const std::string file = settingsFilePath();
   std::error_code ignored;
   std::filesystem::create_directories(std::filesystem::path(file).parent_path(), ignored);
   windowing::functions::WritePrivateProfileString("velmor_cd", "deletefiles", "0", file.c_str());
@@ -39,31 +41,26 @@ void prepareSettings() {
 
 BurnSession::BurnSession(const Options& options, const std::string& sheet,
                          std::function<void()> image_is_there)
-    : m_attendant(options.quiet),
-      m_room(recordingOptions(options.burn, sheet, m_attendant)),
-      m_desk(options.burn, m_room.service(), m_attendant, std::move(image_is_there)),
-      m_seat(m_desk) {
+    : m_console(options.quiet),
+      m_recording(recordingOptions(options.burn, sheet, m_console)),
+      m_driver(options.burn, m_recording.service(), m_console, std::move(image_is_there)),
+      m_dialog_user(m_driver) {
   lookAtTheDrives(options.burn);
   prepareSettings();
 }
 
-/// Before an hour of rendering, not after it.
+/// Tells of drives that cannot be used before the render, which may take an hour, and not after it.
 void BurnSession::lookAtTheDrives(const BurnOptions& options) {
-  const std::vector<recording::Drive> drives = m_room.service().drives();
+  const std::vector<recording::ListedDrive> drives = m_recording.service().drives();
   if (!options.drive.empty()) {
-    const recording::Drive& drive = drives[chooseDrive(drives, options.drive)];
-    if (!drive.usable) m_attendant.warn(drive.obstacle);
+    const recording::ListedDrive& drive = drives[chooseDrive(drives, options.drive)];
+    if (!drive.usable) m_console.warn(drive.obstacle);
     return;
   }
-  const auto usable = [](const recording::Drive& drive) { return drive.usable; };
+  const auto usable = [](const recording::ListedDrive& drive) { return drive.usable; };
   if (std::any_of(drives.begin(), drives.end(), usable)) return;
-  m_attendant.warn("no recorder can be used now");
-  for (const recording::Drive& drive : drives) m_attendant.warn(drive.obstacle);
-}
-
-void listDrives(const Options& options) {
-  const RecordingRoom room({});
-  listDrives(room.service(), options.json);
+  m_console.warn("no recorder can be used at the moment");
+  for (const recording::ListedDrive& drive : drives) m_console.warn(drive.obstacle);
 }
 
 }  // namespace velmor::render

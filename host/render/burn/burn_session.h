@@ -1,39 +1,38 @@
-// All that a burn at the end of a render takes.
+// Everything that has to be in place while the module renders and then burns: the recording
+// service, the driver of its burn dialog, and the console.
 #pragma once
 
 #include <functional>
 #include <string>
 
 #include "disc/failure.h"
-#include "host/render/burn/burn_attendant.h"
-#include "host/render/burn/burn_desk.h"
-#include "host/render/burn/recording_room.h"
+#include "host/render/burn/burn_console.h"
+#include "host/render/burn/burn_dialog_driver.h"
+#include "host/render/burn/scoped_recording_service.h"
 #include "host/render/options/options.h"
-#include "host/windowing/dialogs/person.h"
+#include "host/windowing/dialogs/dialog_user.h"
 
 namespace velmor::render {
 
-/// While it lives the module finds the recorders, and its burn dialog is attended to.
+/// While it lives, the module finds the recorders, and its burn dialog is driven by the options.
+/// One at a time; the thread that calls the module.
 class BurnSession {
  public:
-  /// `sheet`: where CD-TEXT is taken from. `image_is_there`: as for `BurnDesk`. Throws
-  /// `Failure` when nothing can be burned on this machine or the drive asked for is not there;
-  /// one that is only not to be had now is warned of.
+  /// `sheet`: where CD-TEXT is taken from. `image_is_there`: as for `BurnDialogDriver`. `options`
+  /// must outlive the object. Throws `Failure` when nothing can be burned on this machine or the
+  /// drive asked for is not there; when it is there but cannot be used at the moment, it warns.
   BurnSession(const Options& options, const std::string& sheet,
               std::function<void()> image_is_there);
 
-  const BurnResult& result() const { return m_desk.result(); }
+  const BurnResult& result() const { return m_driver.result(); }
 
  private:
   void lookAtTheDrives(const BurnOptions& options);
 
-  BurnAttendant m_attendant;
-  RecordingRoom m_room;
-  BurnDesk m_desk;
-  windowing::PersonAtDesk m_seat;
+  BurnConsole m_console;
+  ScopedRecordingService m_recording;
+  BurnDialogDriver m_driver;
+  windowing::ScopedDialogUser m_dialog_user;
 };
-
-/// Prints the machine's recorders.
-void listDrives(const Options& options);
 
 }  // namespace velmor::render

@@ -11,12 +11,13 @@
 #include "disc/failure.h"
 #include "disc/text/phrases.h"
 #include "host/render/output/report.h"
+#include "host/render/terminal/json_schema.h"
 
 namespace velmor::render {
 
 namespace {
 
-using recording::Drive;
+using recording::ListedDrive;
 using Json = nlohmann::ordered_json;
 
 constexpr const char* kLookAtTheList = "; velmor-render --list-drives shows what is there";
@@ -29,7 +30,7 @@ std::optional<size_t> asNumber(const std::string& text) {
   return number;
 }
 
-std::string makerAndModel(const Drive& drive) {
+std::string makerAndModel(const ListedDrive& drive) {
   const std::string gap = drive.vendor.empty() || drive.product.empty() ? "" : " ";
   return drive.vendor + gap + drive.product;
 }
@@ -39,15 +40,15 @@ bool contains(const std::string& text, const std::string& part) {
   return std::search(text.begin(), text.end(), part.begin(), part.end(), equal) != text.end();
 }
 
-bool isNamed(const Drive& drive, const std::string& wanted) {
+bool isNamed(const ListedDrive& drive, const std::string& wanted) {
   return !wanted.empty() && (drive.address == wanted || contains(makerAndModel(drive), wanted));
 }
 
-std::string numberAndName(const std::vector<Drive>& drives, size_t number) {
-  return std::to_string(number) + " " + driveName(drives[number]);
+std::string numberAndName(const std::vector<ListedDrive>& drives, size_t number) {
+  return std::to_string(number) + " " + disc::inQuotes(driveName(drives[number]));
 }
 
-Json driveJson(recording::Service& service, const Drive& drive, size_t number) {
+Json driveJson(recording::Service& service, const ListedDrive& drive, size_t number) {
   Json json = {{"number", number},         {"address", drive.address},   {"vendor", drive.vendor},
                {"product", drive.product}, {"revision", drive.revision}, {"usable", drive.usable}};
   if (drive.usable) json["disc"] = service.describeDisc(drive);
@@ -57,10 +58,10 @@ Json driveJson(recording::Service& service, const Drive& drive, size_t number) {
 
 }  // namespace
 
-size_t chooseDrive(const std::vector<Drive>& drives, const std::string& wanted) {
+size_t chooseDrive(const std::vector<ListedDrive>& drives, const std::string& wanted) {
   if (const auto number = asNumber(wanted)) {
     if (*number < drives.size()) return *number;
-    throw Failure("there is no drive " + wanted + ": " +
+    throw Failure("there is no drive " + disc::inQuotes(wanted) + ": " +
                   (drives.empty() ? "none was found"
                                   : disc::counted(static_cast<int64_t>(drives.size()), "drive") +
                                         " found, counting from 0") +
@@ -71,28 +72,28 @@ size_t chooseDrive(const std::vector<Drive>& drives, const std::string& wanted) 
     if (isNamed(drives[i], wanted)) named.push_back(i);
   }
   if (named.size() == 1) return named.front();
-  if (named.empty()) throw Failure("there is no drive \"" + wanted + '"' + kLookAtTheList);
-  throw Failure("\"" + wanted + "\" may be " + numberAndName(drives, named[0]) + " or " +
+  if (named.empty()) throw Failure("there is no drive " + disc::inQuotes(wanted) + kLookAtTheList);
+  throw Failure(disc::inQuotes(wanted) + " may be " + numberAndName(drives, named[0]) + " or " +
                 numberAndName(drives, named[1]) + "; give the number with --drive");
 }
 
-std::string driveName(const Drive& drive) {
+std::string driveName(const ListedDrive& drive) {
   const std::string name = makerAndModel(drive);
   return name.empty() ? drive.address : name + " (" + drive.address + ")";
 }
 
 void listDrives(recording::Service& service, bool json) {
-  const std::vector<Drive> drives = service.drives();
+  const std::vector<ListedDrive> drives = service.drives();
   if (json) {
     Json list = Json::array();
     for (size_t i = 0; i < drives.size(); ++i) list.push_back(driveJson(service, drives[i], i));
-    const Json object = {{"schema_version", kJsonSchema}, {"drives", list}};
+    const Json object = {{"schema_version", kJsonSchemaVersion}, {"drives", list}};
     printf("%s\n", object.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
     return;
   }
   if (drives.empty()) puts("No drive was found.");
   for (size_t i = 0; i < drives.size(); ++i) {
-    const Drive& drive = drives[i];
+    const ListedDrive& drive = drives[i];
     printf("%2zu  %s: %s\n", i, driveName(drive).c_str(),
            drive.usable ? service.describeDisc(drive).c_str() : drive.obstacle.c_str());
   }

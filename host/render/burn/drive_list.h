@@ -1,4 +1,4 @@
-// The machine's recorders: named by the person, and listed for the person.
+// The machine's recorders: found by what the user calls them, and listed for the user.
 #pragma once
 
 #include <cstddef>
@@ -6,18 +6,18 @@
 #include <vector>
 
 #include "disc/failure.h"
-#include "host/recording/recording_library.h"
+#include "host/recording/interface/recording_service.h"
 
 namespace velmor::render {
 
 /// The drive that `wanted` names: its number in the list, its device file, or a part of its name in
 /// letters of either case. Throws `Failure` when that is none or more than one.
-size_t chooseDrive(const std::vector<recording::Drive>& drives, const std::string& wanted);
+size_t chooseDrive(const std::vector<recording::ListedDrive>& drives, const std::string& wanted);
 
 /// "ACME BURNER ONE (/dev/sr0)".
-std::string driveName(const recording::Drive& drive);
+std::string driveName(const recording::ListedDrive& drive);
 
-/// Prints the drives with what is in them, for people or as one JSON object.
+/// Prints the drives with what is in them on standard output, for people or as one JSON object.
 void listDrives(recording::Service& service, bool json);
 
 }  // namespace velmor::render

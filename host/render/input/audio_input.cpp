@@ -8,6 +8,7 @@
 
 #include "disc/failure.h"
 #include "disc/text/line_of_text.h"
+#include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/input/formats/plain_pcm.h"
 #include "host/render/input/formats/source_format.h"
@@ -117,7 +118,7 @@ class SourceBlocks {
   }
   [[noreturn]] void breakOff(sf_count_t got) const {
     const int rate = m_sound->info().samplerate;
-    throw Failure("'" + m_path + "' breaks off or is damaged at " +
+    throw Failure(disc::inQuotes(m_path) + " breaks off or is damaged at " +
                   minutesOf(m_position + got, rate) + " of " +
                   minutesOf(m_sound->info().frames, rate) + "; copy or export it again");
   }
@@ -179,7 +180,8 @@ class ResampledInput : public AudioInput {
       if (made == 0 && m_drained) break;
       done += made;
     }
-    // The library rounds the length in floating point; the rule of the length stands.
+    // The resampler may end a frame early, since it computes its length in floating point. The
+    // length that `framesAtDiscRate` gives is the one promised, so silence fills it up.
     std::fill(left + done, left + due, 0.0);
     if (!m_source.mono()) std::fill(right + done, right + due, 0.0);
     if (m_source.mono()) std::copy_n(left, due, right);
@@ -189,7 +191,8 @@ class ResampledInput : public AudioInput {
 
  private:
   static constexpr size_t kMostFrames = size_t{1} << 30;
-  /// 30 dB above full scale, which even a single sample of a much higher rate passes on.
+  /// 30 dB above full scale: still loud after the filter when a single sample at a much higher rate
+  /// has it.
   static constexpr double kLoudest = 32.0;
 
   size_t produce(const std::array<double*, 2>& out, size_t frames) {
@@ -213,8 +216,9 @@ class ResampledInput : public AudioInput {
     tame(m_left);
     tame(m_right);
   }
-  /// What is no number becomes silence; it would spread through the filter. What is infinite or
-  /// absurdly loud stays loud, yet rings for hundredths of a second at most.
+  /// A NaN becomes silence, since the filter would spread it over all that follows. Infinite and
+  /// absurdly large samples are cut to `kLoudest`: they still clip, but the filter rings for
+  /// hundredths of a second only.
   static void tame(std::vector<double>& samples) {
     for (double& sample : samples) {
       sample = std::isnan(sample) ? 0.0 : std::clamp(sample, -kLoudest, kLoudest);
@@ -259,7 +263,7 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
   auto sound = std::make_unique<SoundFile>(path);
   InputInfo info = describe(path, *sound);
   if (info.frames == 0) {
-    throw Failure("'" + path + "' is shorter than one frame at 44100 Hz; leave it out");
+    throw Failure(disc::inQuotes(path) + " is shorter than one frame at 44100 Hz; leave it out");
   }
   const bool resampled = info.rate != disc::kSampleRate;
   const bool exact = !resampled && info.bits > 0 && info.bits <= kDiscBits;
@@ -269,11 +273,9 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
   } else {
     try {
       input = std::make_unique<ResampledInput>(std::move(info), std::move(sound));
-    } catch (const Failure&) {
-      throw;
-    } catch (const std::runtime_error& error) {
-      throw Failure("'" + path + "' cannot be brought to 44100 Hz (" + error.what() +
-                    "); convert it first");
+    } catch (const Failure& failure) {
+      throw Failure(disc::inQuotes(path) + " cannot be brought to 44100 Hz: " + failure.what() +
+                    "; convert it first");
     }
   }
   if (dither == Dither::kTpdf && !exact) input = std::make_unique<DitheredInput>(std::move(input));

@@ -5,29 +5,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "disc/failure.h"
 #include "disc/units/disc_units.h"
+#include "host/render/input/marks/mark.h"
+#include "host/render/input/marks/tags.h"
 
 namespace velmor::render {
-
-/// A marker, or a region when it has an end. Seconds from the start of what it belongs to.
-struct Mark {
-  double start = 0.0;
-  std::optional<double> end;
-  std::string name;
-  int input = 0;  ///< whose own mark it is, an album's inputs counted from 1; 0: nobody's
-  /// Who gave it, for messages: "--marker", "line 3 of 'x.txt'"; empty: an input.
-  std::string given_by = {};
-};
-
-/// Texts found in the file; empty when absent.
-struct Tags {
-  std::string title, artist, album, songwriter, isrc;
-};
 
 enum class Dither { kNone, kTpdf };
 

@@ -8,26 +8,31 @@
 #include <memory>
 #include <type_traits>
 
+#include "disc/failure.h"
+
 namespace velmor::render {
 
-/// Frames at the disc's rate for `frames` frames at `rate` Hz: the exact quotient rounded to the
-/// nearest, halves up, so that a source ends within half a frame of where it did.
+/// Frames at the disc's rate for `frames` frames (0 or more) at `rate` Hz (above 0): the exact
+/// quotient rounded to the nearest, halves up, so that a source ends within half a frame of where
+/// it did.
 int64_t framesAtDiscRate(int64_t frames, int rate);
 
 /// One or two planar channels of doubles from `rate` to the disc's rate, linear phase, delay
 /// compensated. One thread.
 class Resampler {
  public:
-  /// Throws `std::runtime_error` with the reason, e.g. for a rate out of the library's reach.
+  /// `rate` in Hz, above 0; `channels` 1 or 2. Throws `Failure` with the library's own reason, e.g.
+  /// for a rate out of its reach.
   Resampler(int rate, unsigned channels);
 
   struct Step {
     size_t taken = 0;  ///< input frames used up
     size_t made = 0;   ///< output frames written
   };
-  /// `in` and `out` hold one pointer per channel. Throws `std::runtime_error`.
+  /// `in` and `out` hold one pointer per channel. Throws `Failure`.
   Step process(const double* const* in, size_t in_frames, double* const* out, size_t out_frames);
-  /// The input has ended: more of what is still inside; 0 when that is all.
+  /// Called when the input has ended: delivers at most `out_frames` frames of what the filter still
+  /// holds, and their number; 0 when nothing is left.
   size_t drain(double* const* out, size_t out_frames);
 
  private:

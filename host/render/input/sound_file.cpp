@@ -9,6 +9,7 @@
 
 #include "disc/failure.h"
 #include "disc/text/line_of_text.h"
+#include "disc/text/phrases.h"
 #include "host/render/input/audio_input.h"
 #include "host/render/input/formats/stated_length.h"
 
@@ -21,9 +22,9 @@ constexpr int kHighestRate = 1000000;
 
 constexpr size_t kCountingSamples = 65536;
 
-// A file that seems to go on for ever. What the decoder takes for an MPEG stream's length is,
-// without a header that counts its frames, an estimate from the file's size, and it stops there
-// though music follows. From an endless file the estimate is never too short.
+// An MPEG stream without a header that counts its frames has no stated length: the decoder
+// estimates it from the file's size, and stops there even if there is more music. So such a file is
+// shown to the decoder as if it had this size, in bytes, for which the estimate is never too short.
 constexpr sf_count_t kEndless = sf_count_t{1} << 50;
 
 int descriptorOf(void* file) {
@@ -64,7 +65,7 @@ int64_t countFrames(SNDFILE* handle, int channels) {
 }
 
 [[noreturn]] void refuse(const std::string& path, const std::string& reason) {
-  throw Failure("'" + path + "' " + reason);
+  throw Failure(disc::inQuotes(path) + " " + reason);
 }
 
 }  // namespace
@@ -86,8 +87,8 @@ SoundFile::SoundFile(const std::string& path) {
   if (m_info.frames <= 0) refuse(path, "holds no audio; leave it out or export it again");
 }
 
-// By descriptor and not by name: a name's ending must not turn a text into headerless telephone
-// audio.
+// By descriptor and not by name: libsndfile would go by the name's ending where the contents tell
+// nothing, and take a text for headerless telephone audio.
 void SoundFile::open(const std::string& path) {
   m_handle.reset();
   m_file = std::make_unique<ReadableFile>(path);
@@ -119,7 +120,8 @@ void SoundFile::openEndless(const std::string& path) {
 void SoundFile::settleMpegLength(const std::string& path) {
   const int64_t stated = m_info.frames;
   openEndless(path);
-  // The same from an endless file: counted by whoever encoded it.
+  // A length that does not depend on the size of the file is no estimate: the encoder has counted
+  // it.
   if (m_info.frames == stated) return;
   const int64_t frames = countFrames(m_handle.get(), m_info.channels);
   openEndless(path);
@@ -127,8 +129,9 @@ void SoundFile::settleMpegLength(const std::string& path) {
 }
 
 void SoundFile::refuseUnreadable(const std::string& path) const {
-  refuse(path, "is no audio file that can be read (" + disc::asLineOfText(sf_strerror(nullptr)) +
-                   "); convert it to WAV or FLAC");
+  std::string reason = disc::asLineOfText(sf_strerror(nullptr));
+  if (!reason.empty() && reason.back() == '.') reason.pop_back();
+  refuse(path, "is no audio file that can be read: " + reason + "; convert it to WAV or FLAC");
 }
 
 }  // namespace velmor::render

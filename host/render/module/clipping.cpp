@@ -1,6 +1,7 @@
 #include "host/render/module/clipping.h"
 
 #include <bit>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 
@@ -12,8 +13,9 @@ bool isOver(double x) {
   return !(std::fabs(x) <= 1.0);
 }
 
-/// Whether any sample may reach full scale, from the exponents alone: one step up takes that of 1.0
-/// and all above it, infinities and NaNs with them, into the two highest bits.
+/// Whether any sample may reach full scale, by its exponent alone. A double has 11 bits of
+/// exponent, 1023 for 1.0; one more makes 1024 or above for 1.0, for everything larger, and for
+/// infinities and NaNs, which sets one of the two highest bits.
 bool mayBeOver(std::span<const double> samples) {
   constexpr uint64_t kMagnitude = ~(uint64_t{1} << 63);
   constexpr uint64_t kExponentStep = uint64_t{1} << 52;
@@ -34,6 +36,7 @@ int64_t countOver(std::span<const double> samples) {
 }  // namespace
 
 void Clipping::look(std::span<const double> left, std::span<const double> right, int64_t start) {
+  assert(left.size() == right.size());
   const int64_t over = countOver(left) + countOver(right);
   if (over > 0 && first_frame < 0) {
     size_t i = 0;

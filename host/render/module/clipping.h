@@ -10,7 +10,8 @@ struct Clipping {
   int64_t samples = 0;       ///< beyond full scale, or no number at all
   int64_t first_frame = -1;  ///< where the first one is, from the render's start
 
-  /// Looks at a stretch that begins `start` frames from the render's start.
+  /// Looks at a stretch of both channels, equally long, that begins `start` frames from the
+  /// render's start. Stretches come in the order of the render.
   void look(std::span<const double> left, std::span<const double> right, int64_t start);
 };
 

@@ -6,7 +6,8 @@
 #include <filesystem>
 
 #include "disc/failure.h"
-#include "host/render/album/host_project.h"
+#include "disc/text/phrases.h"
+#include "host/render/module/host_callbacks.h"
 
 namespace velmor::render {
 
@@ -23,19 +24,20 @@ int registerRecord(const char* kind, void* record) {
 std::string whyRefused(const std::string& path, int asked) {
   const std::string version = std::to_string(kVelmorPluginVersion);
   if (asked == 0) {
-    return "the module \"" + path +
-           "\" is made for another version of the plug-in interface than " + version +
+    return "the module " + disc::inQuotes(path) +
+           " is made for another version of the plug-in interface than " + version +
            ", which this program speaks; use the module that came with it";
   }
-  return "the module \"" + path +
-         "\" does not start: it misses a function that this program does not offer; use the module "
+  return "the module " + disc::inQuotes(path) +
+         " does not start: it misses a function that this program does not offer; use the module "
          "that came with it";
 }
 
 }  // namespace
 
 ModuleLibrary::ModuleLibrary(const std::string& path) {
-  // Without a slash the loader would look in the system's library folders.
+  // Made absolute, since the loader looks for a name without a slash in the system's library
+  // folders.
   const std::string file = std::filesystem::absolute(path).string();
   m_handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!m_handle) {
@@ -46,7 +48,9 @@ ModuleLibrary::ModuleLibrary(const std::string& path) {
   m_entry = reinterpret_cast<VelmorPluginEntryFn>(dlsym(m_handle, "VelmorPluginEntry"));
   if (!m_entry) {
     dlclose(m_handle);
-    throw Failure("\"" + path + "\" is no module of this kind: it has no VelmorPluginEntry");
+    throw Failure(
+        disc::inQuotes(path) +
+        " is no module of this kind: it has no VelmorPluginEntry; give another with --module");
   }
   g_registered = nullptr;
   const int asked_before = hostFunctionsAskedFor();
@@ -57,7 +61,9 @@ ModuleLibrary::ModuleLibrary(const std::string& path) {
   m_entry(m_handle, nullptr);
   dlclose(m_handle);
   if (!bound) throw Failure(whyRefused(path, hostFunctionsAskedFor() - asked_before));
-  throw Failure("the module \"" + path + "\" starts but registers no render format");
+  throw Failure(
+      "the module " + disc::inQuotes(path) +
+      " starts but registers no render format; use the module that came with this program");
 }
 
 ModuleLibrary::~ModuleLibrary() {

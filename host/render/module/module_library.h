@@ -10,13 +10,14 @@
 
 namespace velmor::render {
 
-/// Lives from load to unload. One at a time: the interface has no place for more.
+/// The module from load to unload. One at a time: the function by which the module registers itself
+/// has no argument that would tell two of them apart.
 class ModuleLibrary {
  public:
   /// Loads the module at `path` and has it register its sink; throws `Failure` when it will
   /// not.
   explicit ModuleLibrary(const std::string& path);
-  /// Tells the module of the end with a null record and unloads it.
+  /// Calls the module's entry with a null record, which tells it to unregister, and unloads it.
   ~ModuleLibrary();
   ModuleLibrary(const ModuleLibrary&) = delete;
   ModuleLibrary& operator=(const ModuleLibrary&) = delete;

@@ -1,11 +1,13 @@
 #include "host/render/module/read_ahead.h"
 
 #include <algorithm>
+#include <cassert>
 #include <memory>
 #include <span>
 #include <utility>
 
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 #include "host/render/terminal/interrupt.h"
 
 namespace velmor::render {
@@ -14,8 +16,10 @@ namespace {
 
 constexpr size_t kPieceFrames = 16384;
 constexpr size_t kPiecesAhead = 6;
+constexpr const char* kEndsEarly = " ends before its stated length; copy or export it again";
 
 size_t pieceFrames(int block) {
+  assert(block >= 1);
   const auto frames = static_cast<size_t>(block);
   return std::max(kPieceFrames / frames, size_t{1}) * frames;
 }
@@ -28,7 +32,7 @@ void skip(AudioInput& input, int64_t frames) {
     stopIfInterrupted();
     const size_t wanted = std::min(kPieceFrames, static_cast<size_t>(frames));
     const size_t got = input.read(left.data(), right.data(), wanted);
-    if (got == 0) throw Failure("\"" + input.info().path + "\" ends before its stated length");
+    if (got == 0) throw Failure(disc::inQuotes(input.info().path) + kEndsEarly);
     frames -= static_cast<int64_t>(got);
   }
 }
@@ -117,7 +121,8 @@ AudioPiece ReadAhead::takeUsed() {
   return piece;
 }
 
-/// Pieces run on over the seams between inputs: the module sees one stream.
+/// Reads the inputs one after the other. A piece may hold the end of one and the beginning of the
+/// next, since the module gets one stream.
 void ReadAhead::readAll() {
   int64_t at = m_album.render_start;
   AudioPiece piece = takeUsed();
@@ -135,8 +140,8 @@ void ReadAhead::readAll() {
     if (end <= at) continue;
     const std::unique_ptr<AudioInput> input = AudioInput::open(place.info.path, m_dither);
     if (input->info().frames != place.info.frames) {
-      throw Failure("\"" + place.info.path +
-                    "\" has changed while it was being rendered; start again");
+      throw Failure(disc::inQuotes(place.info.path) +
+                    " has changed while it was being rendered; start again");
     }
     skip(*input, at - place.start);
     while (at < end) {
@@ -144,7 +149,7 @@ void ReadAhead::readAll() {
       const size_t got =
           input->read(piece.left.data() + filled, piece.right.data() + filled, wanted);
       if (got == 0) {
-        throw Failure("\"" + place.info.path + "\" ends before its stated length");
+        throw Failure(disc::inQuotes(place.info.path) + kEndsEarly);
       }
       filled += got;
       at += static_cast<int64_t>(got);

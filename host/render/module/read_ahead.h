@@ -26,8 +26,9 @@ struct AudioPiece {
 /// does not grow with the album's length.
 class ReadAhead {
  public:
-  /// `album` and `written`, what of the render the image is to hold, must outlive the object. Every
-  /// piece but the last is a multiple of `block` frames.
+  /// `album` and `written`, the stretches of the render that the image is to hold, must outlive the
+  /// object. Every
+  /// piece but the last is a multiple of `block` frames (at least 1).
   ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither, int block);
   ~ReadAhead();
   ReadAhead(const ReadAhead&) = delete;
@@ -36,7 +37,8 @@ class ReadAhead {
   /// The next piece, exchanged for a used one; false at the end. Throws what the reading thread ran
   /// into.
   bool next(AudioPiece& piece);
-  /// What of the written was found beyond full scale, complete once `next` has answered false.
+  /// The clipped samples among those that the image is to hold; complete, and to be read, once
+  /// `next` has answered false.
   const Clipping& clipping() const { return m_clipping; }
 
  private:

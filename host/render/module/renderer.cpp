@@ -10,6 +10,7 @@
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/album/host_project.h"
+#include "host/render/module/host_callbacks.h"
 #include "host/render/module/read_ahead.h"
 #include "host/render/module/write_failure.h"
 #include "host/render/terminal/interrupt.h"
@@ -29,8 +30,8 @@ std::unique_ptr<PCM_sink> makeSink(const SinkRegistration& module, SinkConfig co
   std::unique_ptr<PCM_sink> sink(
       module.CreateSink(sheet_path.c_str(), &config, sizeof(config), 2, disc::kSampleRate, false));
   if (!sink) {
-    throw Failure("the module cannot create \"" + sheet_path +
-                  "\" and the image beside it; look at the folder's permissions and free space");
+    throw Failure("the module cannot create " + disc::inQuotes(sheet_path) +
+                  " and the image beside it; look at the folder's permissions and free space");
   }
   return sink;
 }
@@ -43,9 +44,11 @@ void checkFormat(PCM_sink& sink) {
   const bool told = sink.Extended(kSinkQueryFormat, &rate, &channels, nullptr) &&
                     sink.Extended(kSinkQueryBitDepth, &bits, nullptr, nullptr);
   if (told && rate == disc::kSampleRate && channels == 2 && bits == 16) return;
-  throw Failure("the module wants " + std::to_string(rate) + " Hz, " +
-                disc::counted(channels, "channel") + " and " + disc::counted(bits, "bit") +
-                ", but this program delivers 44100 Hz, 2 channels and 16 bits");
+  throw Failure(
+      "the module wants " + std::to_string(rate) + " Hz, " + disc::counted(channels, "channel") +
+      " and " + disc::counted(bits, "bit") +
+      ", but this program delivers 44100 Hz, 2 channels and 16 bits; use the module that came with "
+      "it");
 }
 
 void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, const std::string& image_path,
@@ -56,7 +59,7 @@ void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, const std:
     const int frames = static_cast<int>(piece.left.size());
     for (int at = 0; at < frames; at += options.block) {
       sink.WriteDoubles(channels, std::min(options.block, frames - at), 2, at, 1);
-      stopIfInterrupted();  // first: an interruption lets writes fail
+      stopIfInterrupted();  // comes first, since an interruption makes writes fail too
       stopOnWriteFailure(image_path);
     }
     progress.show(piece.start + frames);

@@ -14,15 +14,15 @@
 
 namespace velmor::render {
 
-/// What came of a render that ended well.
+/// The result of a render that ended well.
 struct RenderOutcome {
   Clipping clipping;           ///< of what was written
   int64_t counted_frames = 0;  ///< the image's, as the sink counts them
 };
 
 /// Streams `album`, as `plan` lays it out, to a sink of the module that writes `sheet_path` and the
-/// image beside it, and finishes it. Throws `Failure`, `Failure` or `Interrupted`; the sink
-/// is gone then as well.
+/// image beside it, and finishes it. Throws `Failure` or `Interrupted`; the sink is gone
+/// then as well.
 RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& config,
                           const Album& album, const TrackPlan& plan, const Options& options,
                           const std::string& sheet_path);

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/render/terminal/usage_error.h"
+#include "host/render/options/usage_error.h"
 
 namespace velmor::render {
 

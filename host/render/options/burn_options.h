@@ -1,9 +1,9 @@
-// What the person wants of a burn.
+// The options of a burn.
 #pragma once
 
 #include <string>
 
-#include "host/render/terminal/usage_error.h"
+#include "host/render/options/usage_error.h"
 
 namespace CLI {
 class App;
@@ -19,14 +19,15 @@ struct BurnOptions {
   bool dry_run = false;
   bool verify = false;
   bool cd_text = false;
-  double speed = 0.0;  ///< multiples of playing speed; 0: the drive's choice
+  double speed = 0.0;  ///< multiples of playing speed; 0: as fast as the drive offers
   int copies = 1;
 };
 
 /// The options of the group "Burn", --list-drives apart.
 void addBurnOptions(CLI::App& app, BurnOptions& options);
 
-/// Throws `UsageError` for options of a burn that nobody asked for, or that contradict each other.
+/// Throws `UsageError` when there are options of a burn but no --burn, and when they contradict
+/// each other.
 void checkBurnOptions(const CLI::App& app, const BurnOptions& options);
 
 }  // namespace velmor::render

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
@@ -13,7 +14,9 @@
 #include "disc/version.h"
 #include "host/render/album/host_project.h"
 #include "host/render/input/marks/mark_parsing.h"
-#include "host/render/terminal/usage_error.h"
+#include "host/render/options/settings_file.h"
+#include "host/render/options/usage_error.h"
+#include "host/render/terminal/messages.h"
 
 namespace velmor::render {
 
@@ -99,7 +102,7 @@ void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
 }
 
 void addTextOptions(CLI::App& app, Options& options, RawOptions& raw) {
-  DiscTexts& texts = options.texts;
+  AlbumTexts& texts = options.texts;
   const auto text = [&app](const char* name, std::string& value, const char* about) {
     app.add_option(name, value, about)->type_name("TEXT")->group("Texts and codes");
   };
@@ -141,9 +144,8 @@ std::pair<std::string, std::string> splitAssignment(const std::string& text, con
                                                     const char* form) {
   const size_t at = text.find('=');
   if (at == std::string::npos || at == 0) {
-    std::string sentence(option);
-    sentence.append(" \"").append(text).append("\" is not of the form ").append(form);
-    throw UsageError(sentence);
+    throw UsageError(std::string(option) + " " + disc::inQuotes(text) + " is not of the form " +
+                     form);
   }
   return {text.substr(0, at), text.substr(at + 1)};
 }
@@ -156,16 +158,16 @@ void readIsrcs(const RawOptions& raw, Options& options) {
     const auto [stop, error] = std::from_chars(number_text.data(), end, number);
     if (error != std::errc() || stop != end || number < 1 ||
         number > static_cast<int>(options.inputs.size())) {
-      std::string sentence = "--isrc \"" + text;
-      sentence.append("\" names input ").append(number_text).append(", but the album has ");
-      sentence += disc::counted(static_cast<int64_t>(options.inputs.size()), "input");
-      throw UsageError(sentence.append(", counted from 1"));
+      throw UsageError("--isrc " + disc::inQuotes(text) + " names input " + number_text +
+                       ", but the album has " +
+                       disc::counted(static_cast<int64_t>(options.inputs.size()), "input") +
+                       ", counted from 1");
     }
     const auto code = disc::normalisedIsrc(code_text);
     if (!code) {
       throw UsageError(
-          "--isrc \"" + text +
-          "\" is no ISRC: it needs two letters, three letters or digits and seven digits");
+          "--isrc " + disc::inQuotes(text) +
+          " is no ISRC: it needs two letters, three letters or digits and seven digits");
     }
     if (!options.isrcs.emplace(number, *code).second) {
       throw UsageError("--isrc is given twice for input " + number_text);
@@ -188,45 +190,55 @@ void readRaw(const RawOptions& raw, Options& options) {
   if (!raw.start.empty()) options.start = parseTime(raw.start);
   if (!raw.end.empty()) options.end = parseTime(raw.end);
   if (options.start && options.end && *options.end <= *options.start) {
-    throw UsageError("--end " + raw.end + " does not lie after --start " + raw.start);
+    throw UsageError("--end " + disc::inQuotes(raw.end) + " does not lie after --start " +
+                     disc::inQuotes(raw.start));
   }
+}
+
+/// A sentence of the parser's as our messages go on: in lower case, unless it begins with a name in
+/// capitals, and without a full stop.
+std::string asClause(std::string sentence) {
+  if (sentence.size() > 1 && std::islower(static_cast<unsigned char>(sentence[1]))) {
+    sentence[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(sentence[0])));
+  }
+  if (!sentence.empty() && sentence.back() == '.') sentence.pop_back();
+  return sentence;
 }
 
 }  // namespace
 
-CommandLine parseCommandLine(int argc, char** argv) {
-  CommandLine line;
+std::optional<Options> parseCommandLine(int argc, char** argv) {
+  Options options;
   RawOptions raw;
   CLI::App app(kAbout, kProgram);
-  app.footer(std::string(kExamples) + iniFilePath());
+  app.footer(std::string(kExamples) + settingsFilePath());
   app.set_version_flag("--version", std::string(kProgram) + " " + disc::kVersion);
   app.get_formatter()->column_width(38);
-  addInputsAndOutput(app, line.options);
-  addTrackOptions(app, line.options, raw);
-  addTextOptions(app, line.options, raw);
-  addRenderOptions(app, line.options, raw);
-  addBurnOptions(app, line.options.burn);
+  addInputsAndOutput(app, options);
+  addTrackOptions(app, options, raw);
+  addTextOptions(app, options, raw);
+  addRenderOptions(app, options, raw);
+  addBurnOptions(app, options.burn);
   try {
     app.parse(argc, argv);
-    readRaw(raw, line.options);
-    checkBurnOptions(app, line.options.burn);
+    readRaw(raw, options);
+    checkBurnOptions(app, options.burn);
   } catch (const CLI::CallForHelp&) {
     fputs(app.help().c_str(), stdout);
-    line.answered = true;
+    return std::nullopt;
   } catch (const CLI::CallForVersion& version) {
     printf("%s\n", version.what());
-    line.answered = true;
+    return std::nullopt;
   } catch (const CLI::ParseError& error) {
-    line.wrong_usage = std::string(error.what()) + "; --help lists the options";
-  } catch (const UsageError& error) {
-    line.wrong_usage = error.what();
+    throw UsageError(asClause(error.what()) + "; --help lists the options");
   } catch (const Failure& error) {  // a time, marker or region that is none
-    line.wrong_usage = error.what();
+    throw UsageError(error.what());
   }
-  // The parser sets nothing when it fails, but a failure is told in JSON too.
-  line.options.json =
-      line.options.json || std::count(argv, argv + argc, std::string_view("--json")) > 0;
-  return line;
+  return options;
+}
+
+bool asksForJson(int argc, char** argv) {
+  return std::count(argv, argv + argc, std::string_view("--json")) > 0;
 }
 
 }  // namespace velmor::render

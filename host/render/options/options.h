@@ -1,4 +1,4 @@
-// What the person asked for.
+// What the user asked for on the command line.
 #pragma once
 
 #include <map>
@@ -9,13 +9,12 @@
 
 #include "abi/sink_registration.h"
 #include "host/render/input/audio_input.h"
+#include "host/render/input/marks/mark.h"
 #include "host/render/options/burn_options.h"
 
 namespace velmor::render {
 
-inline constexpr const char* kProgram = "velmor-render";
-
-struct DiscTexts {
+struct AlbumTexts {
   std::string title, performer, songwriter, catalogue, comment;
   std::vector<std::pair<std::string, std::string>> more;  ///< further keys as given
 };
@@ -29,7 +28,7 @@ struct Options {
   int disc_leadin_ms = 0;
   bool hash_markers_only = false;
 
-  DiscTexts texts;
+  AlbumTexts texts;
   std::map<int, std::string> isrcs;  ///< by input number, from 1; form checked, without dashes
   std::vector<Mark> marks;           ///< --marker and --region, timeline seconds
   std::string labels;                ///< label track's path, empty for none
@@ -49,13 +48,12 @@ struct Options {
   bool portable_cue = false;
 };
 
-/// The command line's options, unless there is nothing to do but leave: help or the version was
-/// printed, or the usage is wrong.
-struct CommandLine {
-  Options options;  ///< `json` is right in any case
-  bool answered = false;
-  std::optional<std::string> wrong_usage;  ///< one sentence
-};
-CommandLine parseCommandLine(int argc, char** argv);
+/// The options of a command line; nothing when it asked for help or the version, which are then
+/// printed. Throws `UsageError` for one that makes no sense.
+std::optional<Options> parseCommandLine(int argc, char** argv);
+
+/// Whether results are wanted as JSON. Holds also for a command line that is wrong otherwise: its
+/// failure is to be printed as JSON too.
+bool asksForJson(int argc, char** argv);
 
 }  // namespace velmor::render

@@ -1,4 +1,4 @@
-// A look at the sheet that the module has written.
+// The texts of the sheet that the module has written, and whether the sheet is whole.
 #pragma once
 
 #include <string>
@@ -15,8 +15,9 @@ struct CueText {
   bool complete = false;  ///< ends with the last track's INDEX 01, line end included
 };
 
-/// Reads a sheet of the module's own shape, to tell whether it was written to its end; not a
-/// general parser, which is `disc::parseSheet`.
+/// Reads the sheet at `path`, line by line in the exact shape that the module gives it: any other
+/// shape means that the sheet is damaged, so this is not the tolerant `disc::parseSheet`. A sheet
+/// that cannot be read has no tracks and is not complete.
 CueText readCueText(const std::string& path);
 
 }  // namespace velmor::render

@@ -1,8 +1,9 @@
 #include "host/render/output/delivery.h"
 
-#include <cstdio>
 #include <exception>
 #include <filesystem>
+
+#include "host/render/terminal/messages.h"
 
 namespace velmor::render {
 
@@ -11,7 +12,7 @@ Delivery::~Delivery() {
   try {
     m_output.commit();
   } catch (const std::exception& error) {
-    fprintf(stderr, "%s\n", error.what());
+    printMessage(error.what());
   }
 }
 
@@ -23,9 +24,10 @@ void Delivery::beforeBurn() {
 void Delivery::afterRender(const RenderOutcome& outcome, bool image_deleted) {
   if (!m_whole) look(outcome.counted_frames);
   const bool to_be_moved = !m_delivered && !image_deleted;
-  m_delivered = true;  // or said why not
+  m_delivered = true;  // also when `commit` throws: the destructor is not to try again
   if (to_be_moved) m_output.commit();
-  // A burn that deletes the pair knows nothing of the third file.
+  // The module deletes sheet and image after a burn. It does not know the portable sheet, which is
+  // useless without its image.
   if (image_deleted && !m_output.portableSheet().empty()) {
     std::error_code ignored;
     std::filesystem::remove(m_output.portableSheet(), ignored);

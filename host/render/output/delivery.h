@@ -1,4 +1,4 @@
-// How the finished files get to their place.
+// Checks the finished files and moves them from the working folder to their place.
 #pragma once
 
 #include <cstdint>
@@ -13,24 +13,27 @@
 
 namespace velmor::render {
 
-/// After the render, or, when they are to be burned, as soon as they are complete: they are safe
-/// then whatever becomes of the burn and of this process.
+/// Delivers after the render or, when the files are to be burned, before the burn begins: they are
+/// complete then, and stay whatever becomes of the burn and of this process.
 class Delivery {
  public:
-  /// All must outlive the object. `whole` is called when the files are whole and still in their
-  /// working place; what it adds goes along.
+  /// `output` and `plan` must outlive the object. `whole` is called when the files have been
+  /// checked and still lie in the working folder; a file that it adds there is delivered along with
+  /// them.
   Delivery(OutputPair& output, const TrackPlan& plan, std::function<void()> whole)
       : m_output(output), m_plan(plan), m_on_whole(std::move(whole)) {}
-  /// A render that broke off in its burn: what was complete stays.
+  /// Delivers files that were complete when an exception ended the burn, if that has not been done.
   ~Delivery();
   Delivery(const Delivery&) = delete;
   Delivery& operator=(const Delivery&) = delete;
 
-  /// When the burn dialog has opened. Throws `Failure` when the files are not whole, or cannot
-  /// be put into their place.
+  /// To be called when the burn dialog has opened, which is when the files are complete. Throws
+  /// `Failure` when the files are not whole, or cannot be put into their place.
   void beforeBurn();
-  /// At the end. Throws as `beforeBurn` does.
+  /// To be called at the end of the render and, if there is one, of the burn; `image_deleted` when
+  /// that has deleted sheet and image. Throws as `beforeBurn` does.
   void afterRender(const RenderOutcome& outcome, bool image_deleted);
+  /// What was found in the files; empty before they were complete.
   const FinishedFiles& files() const { return m_files; }
 
  private:

@@ -19,9 +19,11 @@ void checkImage(const std::string& path, uint64_t bytes, const TrackPlan& plan,
                   " belong on the disc; use the module that came with this program");
   }
   if (bytes != static_cast<uint64_t>(plan.image_frames) * disc::kBytesPerFrame) {
+    const std::string limit = fileSizeLimitMet(path);
     throw Failure("the image is not complete: " +
-                  fileSizeLimitMet(path).value_or("its last write did not reach the disk; free "
-                                                  "some space on it and render again"));
+                  (limit.empty() ? "its last write did not reach the disk; free some space on it "
+                                   "and render again"
+                                 : limit));
   }
 }
 

@@ -1,4 +1,4 @@
-// The files of a render when the sink has let go of them.
+// The sheet and the image of a render once the sink has closed them.
 #pragma once
 
 #include <cstdint>

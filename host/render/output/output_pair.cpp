@@ -34,7 +34,7 @@ fs::path portablePath(fs::path sheet) {
   return sheet.replace_extension(".portable.cue");
 }
 
-std::string inQuotes(const fs::path& path) {
+std::string quotedPath(const fs::path& path) {
   return disc::inQuotes(path.string());
 }
 
@@ -53,7 +53,7 @@ bool sameFile(const fs::path& a, const fs::path& b) {
 }
 
 Failure cannotPlace(const fs::path& target, const std::error_code& error) {
-  return Failure("the finished disc cannot be put in its place, " + inQuotes(target) + ": " +
+  return Failure("the finished disc cannot be put in its place, " + quotedPath(target) + ": " +
                  error.message());
 }
 
@@ -70,7 +70,7 @@ OutputPair::OutputPair(const std::string& output, bool force,
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::string pattern = (parent / ".velmor-render-XXXXXX").string();
   if (!mkdtemp(pattern.data())) {
-    throw Failure("nothing can be written to the folder " + inQuotes(parent) + ": " +
+    throw Failure("nothing can be written to the folder " + quotedPath(parent) + ": " +
                   std::string(strerror(errno)) + "; choose another with -o");
   }
   m_folder = pattern;
@@ -93,7 +93,7 @@ void OutputPair::checkName() const {
                   ", which a cue sheet cannot hold; choose another with -o");
   }
   if (name.size() <= 4 || name.size() > kLongestName) {
-    throw Failure("the output " + inQuotes(m_sheet) +
+    throw Failure("the output " + quotedPath(m_sheet) +
                   " has no usable file name; give one like album.cue with -o");
   }
 }
@@ -108,13 +108,13 @@ void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::error_code error;
   if (!fs::is_directory(parent, error)) {
-    throw Failure("there is no folder " + inQuotes(parent) +
+    throw Failure("there is no folder " + quotedPath(parent) +
                   " to write to; make it, or choose another with -o");
   }
   for (const fs::path& target : targets()) {
     for (const std::string& input : inputs) {
       if (sameFile(target, input)) {
-        throw Failure("the output " + inQuotes(target) +
+        throw Failure("the output " + quotedPath(target) +
                       " is one of the inputs and would be overwritten; choose another with -o");
       }
     }
@@ -127,18 +127,18 @@ void OutputPair::checkOld() const {
     std::error_code error;
     if (!fs::exists(fs::symlink_status(target, error))) continue;
     if (fs::is_directory(target, error)) {
-      throw Failure("the output " + inQuotes(target) + " is a folder; choose another with -o");
+      throw Failure("the output " + quotedPath(target) + " is a folder; choose another with -o");
     }
     if (fs::is_other(target, error)) {
-      throw Failure("the output " + inQuotes(target) +
+      throw Failure("the output " + quotedPath(target) +
                     " is no regular file; choose another with -o");
     }
     if (!m_force) {
-      throw Failure(inQuotes(target) +
+      throw Failure(quotedPath(target) +
                     " exists already; --force replaces it, -o chooses another place");
     }
     if (isHeld(target)) {
-      throw Failure(inQuotes(target) +
+      throw Failure(quotedPath(target) +
                     " is in use by another program; wait for it, or choose another with -o");
     }
   }
@@ -158,7 +158,7 @@ std::string OutputPair::olderPortableSheet() const {
 }
 
 void OutputPair::commit() {
-  checkOld();  // a render takes its time, and another program may have come meanwhile
+  checkOld();  // again, since another program may have written there during the render
   const fs::path old_folder = m_folder / "replaced";
   std::error_code error;
   if (!fs::create_directory(old_folder, error)) throw cannotPlace(m_sheet, error);
@@ -176,7 +176,7 @@ void OutputPair::commit() {
     if (disc::takeBack(placed)) throw failure;
     const fs::path kept = std::exchange(m_folder, fs::path());
     throw Failure(std::string(failure.what()) + "; the old files are kept in " +
-                  inQuotes(kept / "replaced"));
+                  quotedPath(kept / "replaced"));
   }
   if (!m_portable.empty() && !has_portable) fs::remove(m_portable, error);
 }

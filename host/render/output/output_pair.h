@@ -10,14 +10,15 @@
 namespace velmor::render {
 
 /// The two files of a render, and the portable sheet when one is wanted. Until `commit` they lie in
-/// a folder of their own beside the target, which goes with the object, so that nothing
-/// half-written is ever seen and an old pair stays whole.
+/// a working folder beside the target, so that nothing half-written is ever seen and an old pair
+/// stays whole. The object's end removes that folder.
 class OutputPair {
  public:
-  /// `output`: what the person named, with or without ".cue". Throws `Failure` when the pair
-  /// cannot go there: a missing or read-only folder, a name that a sheet cannot hold, an input in
-  /// the way, an existing pair without `force`, or one that another program holds. With `portable`
-  /// the same is true of a third file, the portable sheet.
+  /// `output` is the sheet as the user named it, with or without ".cue"; none of `inputs` may be
+  /// overwritten. Throws `Failure` when the pair cannot go there: a missing or read-only folder, a
+  /// name that a sheet cannot hold, an input in the way, an existing pair without `force`, or one
+  /// that another program holds. With `portable` the same is true of a third file, the portable
+  /// sheet.
   OutputPair(const std::string& output, bool force, const std::vector<std::string>& inputs,
              bool portable = false);
   ~OutputPair();
@@ -33,17 +34,17 @@ class OutputPair {
   std::string image() const { return m_image.string(); }
   std::string portableSheet() const { return m_portable.string(); }
 
-  /// The portable sheet of an image that this one takes the place of, or that was here before it;
-  /// empty when there is none, or when it is replaced as well.
+  /// The path of a portable sheet that was made for an earlier image of the same name; empty when
+  /// there is none, or when this render replaces it as well.
   std::string olderPortableSheet() const;
 
-  /// Puts the pair into its place, and the portable sheet if it was made; an older one goes in any
-  /// case, since its image does. Throws `Failure`, with everything as it was, when that fails,
-  /// or when a file has come there meanwhile that may not be replaced.
+  /// Puts the pair into its place, and the portable sheet if it was made. If one was wanted but not
+  /// made, an older one is removed, since its image is replaced. Throws `Failure`, with everything
+  /// as it was, when that fails, or when a file has come there meanwhile that may not be replaced.
   void commit();
-  /// The same for files that go on being used under their working names, as a burn does: those stay
-  /// good for as long as this object lives, for deleting too. False, with nothing done, where the
-  /// file system has no way to give a folder a second name.
+  /// The same for files that are still used under their working names, as the burn does: those
+  /// names lead to the delivered files for as long as this object lives, also for deleting. False,
+  /// with nothing done, where the file system has no way to give a folder a second name.
   bool commitAndKeepWorkingNames();
 
  private:

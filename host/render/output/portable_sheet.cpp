@@ -12,16 +12,18 @@
 #include "disc/files/whole_files.h"
 #include "disc/portable/portable_cue.h"
 #include "disc/portable/portable_disc.h"
+#include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/options/options.h"
 #include "host/render/terminal/interrupt.h"
+#include "host/render/terminal/messages.h"
 #include "host/render/terminal/progress.h"
 
 namespace velmor::render {
 
 namespace {
 
-/// The checker on a sheet at its working place, told of by the name that it will have.
+/// The checker's report on the sheet `working`, made out to the path that it will have in the end.
 check::Report checkSheet(const std::string& working, const std::string& final_path, int64_t frames,
                          bool show_progress) {
   Progress progress("Checking", frames, show_progress);
@@ -55,12 +57,8 @@ PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
   PortableSheet made;
   made.path = output.portableSheet();
   const std::string working = output.workingPortableSheet();
-  try {
-    made.of_sheet =
-        checkSheet(output.workingSheet(), output.sheet(), plan.image_frames, show_progress);
-  } catch (const Failure& error) {
-    throw Failure(error.what());
-  }
+  made.of_sheet =
+      checkSheet(output.workingSheet(), output.sheet(), plan.image_frames, show_progress);
   try {
     const disc::PortableDisc disc = check::makePortable(made.of_sheet, working, startsOf(plan));
     disc::writeWhole(working, disc::cueText(disc), false);
@@ -103,8 +101,8 @@ std::string portableSheetJson(const PortableSheet& portable) {
 
 int portableStatus(const PortableSheet& portable) {
   if (portable.failure.empty()) return 0;
-  fprintf(stderr, "%s: the sheet and the image are complete, but %s was not written: %s\n",
-          kProgram, portable.path.c_str(), portable.failure.c_str());
+  printMessage("the sheet and the image are complete, but " + disc::inQuotes(portable.path) +
+               " was not written: " + portable.failure);
   return 1;
 }
 

@@ -15,7 +15,7 @@ namespace velmor::render {
 
 struct PortableSheet {
   std::string path;
-  std::string failure;               ///< one sentence: why there is none; empty when it was made
+  std::string failure;               ///< why there is none, for a message; empty when it was made
   std::vector<std::string> changes;  ///< against the module's sheet, one sentence each
   check::Report of_sheet;            ///< the checker on the module's sheet
   check::Report of_portable;         ///< and on the second one; empty when it was not made
@@ -28,13 +28,13 @@ struct PortableSheet {
 PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
                                 bool show_progress);
 
-/// What was changed, errors of the module's sheet, and the report on the second one, on standard
-/// output.
+/// Prints what was changed, the errors of the module's sheet, and the report on the second one, on
+/// standard output.
 void printPortableSheet(const PortableSheet& portable);
-/// The same as the text of a JSON object.
+/// The same as the text of one JSON object.
 std::string portableSheetJson(const PortableSheet& portable);
-/// 1, with the reason on standard error, when there is no sheet; what the checker says of the disc
-/// fails no render.
+/// The exit status for it: 1, after the reason was printed on standard error, when the sheet was
+/// not made, otherwise 0. What the checker says of the disc makes no difference.
 int portableStatus(const PortableSheet& portable);
 
 }  // namespace velmor::render

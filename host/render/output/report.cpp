@@ -8,6 +8,8 @@
 #include "disc/units/disc_units.h"
 #include "disc/version.h"
 #include "host/render/options/options.h"
+#include "host/render/terminal/json_schema.h"
+#include "host/render/terminal/messages.h"
 
 namespace velmor::render {
 
@@ -56,7 +58,7 @@ void printBurn(const BurnResult& burn) {
 
 }  // namespace
 
-void printReport(const Report& report) {
+void printReport(const RenderReport& report) {
   printf("  #  start     sector  length      title\n");
   for (size_t i = 0; i < report.plan.tracks.size(); ++i) {
     const PlannedTrack& track = report.plan.tracks[i];
@@ -90,7 +92,7 @@ void printReport(const Report& report) {
   if (report.portable) printPortableSheet(*report.portable);
 }
 
-void printJsonReport(const Report& report) {
+void printJsonReport(const RenderReport& report) {
   Json tracks = Json::array();
   for (size_t i = 0; i < report.plan.tracks.size(); ++i) {
     tracks.push_back(trackJson(report.plan.tracks[i], report.sheet.tracks[i], i + 1));
@@ -108,7 +110,7 @@ void printJsonReport(const Report& report) {
   if (report.outcome.clipping.samples > 0) {
     clipped["first_seconds"] = disc::secondsOf(report.outcome.clipping.first_frame);
   }
-  Json json = {{"schema_version", kJsonSchema},
+  Json json = {{"schema_version", kJsonSchemaVersion},
                {"program", kProgram},
                {"program_version", disc::kVersion},
                {"sheet", {{"path", report.sheet_path}, {"bytes", report.sheet_bytes}}},
@@ -127,7 +129,7 @@ void printJsonReport(const Report& report) {
 }
 
 void printJsonFailure(const std::string& sentence) {
-  const Json json = {{"schema_version", kJsonSchema}, {"error", sentence}};
+  const Json json = {{"schema_version", kJsonSchemaVersion}, {"error", sentence}};
   printf("%s\n", dumped(json).c_str());
 }
 

@@ -1,4 +1,4 @@
-// What is told at the end.
+// The report on standard output when a render is done.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/render/album/album.h"
-#include "host/render/burn/burn_desk.h"
+#include "host/render/burn/burn_dialog_driver.h"
 #include "host/render/module/renderer.h"
 #include "host/render/output/cue_text.h"
 #include "host/render/output/portable_sheet.h"
@@ -14,9 +14,7 @@
 
 namespace velmor::render {
 
-inline constexpr int kJsonSchema = 1;
-
-struct Report {
+struct RenderReport {
   const Album& album;
   const TrackPlan& plan;
   const CueText& sheet;
@@ -29,11 +27,11 @@ struct Report {
   const PortableSheet* portable = nullptr;  ///< null when none was wanted
 };
 
-/// The track list, the files and what is worth knowing, for people.
-void printReport(const Report& report);
-/// The same as one JSON object.
-void printJsonReport(const Report& report);
-/// A failure as a JSON object.
+/// Prints the track list, the files and what was done to the inputs, for people.
+void printReport(const RenderReport& report);
+/// Prints the same as one JSON object.
+void printJsonReport(const RenderReport& report);
+/// Prints a failure as a JSON object.
 void printJsonFailure(const std::string& sentence);
 
 }  // namespace velmor::render

@@ -1,4 +1,7 @@
 // Which track each ISRC of a project ends up in.
+//
+// A host never links the module, so this repeats its rule on purpose; the rule's home is
+// module/sink/cue_sheet.cpp.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +19,7 @@ struct IsrcPlace {
   double position = 0.0;         ///< project seconds
   int input = 0;                 ///< as the mark has it
   std::vector<size_t> given_to;  ///< the tracks, from 0, that bear it in the sheet
-  /// A track that it lies in and that bears another, which stands before it.
+  /// The track that the code lies in but that already bears an earlier one.
   std::optional<size_t> second_in;
 };
 

@@ -10,18 +10,22 @@
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 #include "host/render/album/mark_names.h"
-#include "host/render/plan/preflight_parts.h"
+#include "host/render/plan/preflight_codes.h"
+#include "host/render/plan/preflight_starts.h"
 
 namespace velmor::render {
 
 namespace {
+
+using disc::inQuotes;
+using disc::listed;
 
 std::vector<std::string> allQuoted(std::vector<std::string> texts) {
   for (std::string& text : texts) text = disc::inQuotes(text);
   return texts;
 }
 
-void checkTracks(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
+void checkTracks(const SinkConfig& config, const TrackPlan& plan, PreflightFindings& findings) {
   if (config.track_mode == kTracksFromRegions && plan.written.empty()) {
     findings.errors.push_back(
         "there is no region with audio in the render range, so the image would be empty; add one "
@@ -41,7 +45,7 @@ void checkTracks(const SinkConfig& config, const TrackPlan& plan, Findings& find
   }
 }
 
-void checkLength(const TrackPlan& plan, Findings& findings) {
+void checkLength(const TrackPlan& plan, PreflightFindings& findings) {
   const int64_t sectors = plan.image_frames / disc::kFramesPerSector;
   if (sectors > disc::kSectorsOf79Minutes57) {
     findings.warnings.push_back("the disc lasts " + disc::msfText(sectors) +
@@ -52,12 +56,12 @@ void checkLength(const TrackPlan& plan, Findings& findings) {
   }
 }
 
-void checkText(const std::string& what, const std::string& text, Findings& findings) {
+void checkText(const std::string& what, const std::string& text, PreflightFindings& findings) {
   if (disc::countCharacters(text) <= disc::kMostCharacters) return;
   findings.warnings.push_back(what + " is longer than the 80 characters that all readers take");
 }
 
-void checkFields(const HostProject& project, Findings& findings) {
+void checkFields(const HostProject& project, PreflightFindings& findings) {
   for (const auto& [key, value] : project.metadata) {
     checkText("the disc field " + disc::inQuotes(key), value, findings);
   }
@@ -71,7 +75,7 @@ void checkFields(const HostProject& project, Findings& findings) {
   }
 }
 
-void checkNames(const TrackPlan& plan, Findings& findings) {
+void checkNames(const TrackPlan& plan, PreflightFindings& findings) {
   if (!plan.dropped_markers.empty()) {
     findings.warnings.push_back(
         (plan.dropped_markers.size() == 1 ? "the marker " : "the markers ") +
@@ -94,16 +98,9 @@ void checkNames(const TrackPlan& plan, Findings& findings) {
 
 }  // namespace
 
-std::string tracksListed(const std::vector<size_t>& tracks) {
-  std::vector<std::string> numbers;
-  numbers.reserve(tracks.size());
-  for (const size_t track : tracks) numbers.push_back(std::to_string(track + 1));
-  return (tracks.size() == 1 ? "track " : "tracks ") + disc::listed(numbers);
-}
-
-Findings checkBeforeRender(const SinkConfig& config, const HostProject& project,
-                           const TrackPlan& plan) {
-  Findings findings;
+PreflightFindings checkBeforeRender(const SinkConfig& config, const HostProject& project,
+                                    const TrackPlan& plan) {
+  PreflightFindings findings;
   checkTracks(config, plan, findings);
   checkLength(plan, findings);
   checkStarts(config, plan, findings);

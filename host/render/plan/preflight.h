@@ -1,21 +1,16 @@
-// What will not work, said before anything is rendered.
+// Finds what will not work on the disc before anything is rendered.
 #pragma once
-
-#include <string>
-#include <vector>
 
 #include "abi/sink_registration.h"
 #include "host/render/album/host_project.h"
+#include "host/render/plan/preflight_findings.h"
 #include "host/render/plan/track_plan.h"
 
 namespace velmor::render {
 
-struct Findings {
-  std::vector<std::string> errors;  ///< the render is refused
-  std::vector<std::string> warnings;
-};
-
-Findings checkBeforeRender(const SinkConfig& config, const HostProject& project,
-                           const TrackPlan& plan);
+/// Looks at a render of `project` that `plan` lays out: numbers and lengths of the tracks, texts,
+/// codes and the sheet's times.
+PreflightFindings checkBeforeRender(const SinkConfig& config, const HostProject& project,
+                                    const TrackPlan& plan);
 
 }  // namespace velmor::render

@@ -1,19 +1,25 @@
+#include "host/render/plan/preflight_codes.h"
+
 #include <strings.h>
 
 #include <algorithm>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "disc/codes/catalogue_number.h"
 #include "disc/codes/isrc.h"
 #include "disc/text/phrases.h"
 #include "host/render/plan/isrc_places.h"
-#include "host/render/plan/preflight_parts.h"
 
 namespace velmor::render {
 
 namespace {
 
-void checkCatalogue(const HostProject& project, Findings& findings) {
+using disc::inQuotes;
+using disc::listed;
+
+void checkCatalogue(const HostProject& project, PreflightFindings& findings) {
   for (const auto& [key, value] : project.metadata) {
     if (strcasecmp(key.c_str(), "CUE:DISC_CATALOG") != 0) continue;
     if (const auto fault = disc::catalogueFault(value)) {
@@ -22,7 +28,7 @@ void checkCatalogue(const HostProject& project, Findings& findings) {
   }
 }
 
-void checkIsrcForms(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
+void checkIsrcForms(const std::vector<IsrcPlace>& isrcs, PreflightFindings& findings) {
   std::set<std::string> seen;
   for (const IsrcPlace& isrc : isrcs) {
     const auto code = disc::normalisedIsrc(isrc.code);
@@ -38,17 +44,17 @@ void checkIsrcForms(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
   }
 }
 
-/// A warning about one or more ISRCs.
+/// Adds one warning about all of `isrcs`, or none when there are none.
 void warnOfIsrcs(const std::vector<std::string>& isrcs, const char* of_one, const char* of_several,
-                 const char* advice, Findings& findings) {
+                 const char* advice, PreflightFindings& findings) {
   if (isrcs.empty()) return;
   const bool one = isrcs.size() == 1;
   findings.warnings.push_back((one ? "the ISRC " : "the ISRCs ") + disc::listed(isrcs) +
                               (one ? of_one : of_several) + advice);
 }
 
-/// Codes that the sheet does not have.
-void checkLostIsrcs(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
+/// Warns of ISRCs that do not get into the sheet.
+void checkLostIsrcs(const std::vector<IsrcPlace>& isrcs, PreflightFindings& findings) {
   std::vector<std::string> second;
   std::vector<std::string> outside;
   for (const IsrcPlace& isrc : isrcs) {
@@ -68,9 +74,9 @@ void checkLostIsrcs(const std::vector<IsrcPlace>& isrcs, Findings& findings) {
               " left out; put it inside a region", findings);
 }
 
-/// Inputs whose start makes no track, so that the track before takes their code.
+/// Warns of the ISRCs of inputs at whose start no track begins: the track before takes the code.
 void checkStrayIsrcs(const std::vector<IsrcPlace>& isrcs, const TrackPlan& plan,
-                     Findings& findings) {
+                     PreflightFindings& findings) {
   constexpr double kAllowance = 0.001;  // seconds
   std::vector<std::string> stray;
   for (const IsrcPlace& isrc : isrcs) {
@@ -86,7 +92,7 @@ void checkStrayIsrcs(const std::vector<IsrcPlace>& isrcs, const TrackPlan& plan,
 
 }  // namespace
 
-void checkCodes(const HostProject& project, const TrackPlan& plan, Findings& findings) {
+void checkCodes(const HostProject& project, const TrackPlan& plan, PreflightFindings& findings) {
   checkCatalogue(project, findings);
   const std::vector<IsrcPlace> isrcs = placesOfIsrcs(plan, project.marks);
   checkIsrcForms(isrcs, findings);

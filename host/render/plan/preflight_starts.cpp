@@ -1,12 +1,26 @@
+#include "host/render/plan/preflight_starts.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
-#include "host/render/plan/preflight_parts.h"
 #include "host/render/plan/sheet_times.h"
 
 namespace velmor::render {
 
 namespace {
 
-void checkInsideSector(const TrackPlan& plan, Findings& findings) {
+/// "track 2", or "tracks 2, 4 and 7"; counted from 0 in `tracks`, which is not empty.
+std::string tracksListed(const std::vector<size_t>& tracks) {
+  std::vector<std::string> numbers;
+  numbers.reserve(tracks.size());
+  for (const size_t track : tracks) numbers.push_back(std::to_string(track + 1));
+  return (tracks.size() == 1 ? "track " : "tracks ") + disc::listed(numbers);
+}
+
+void checkInsideSector(const TrackPlan& plan, PreflightFindings& findings) {
   std::vector<size_t> inside;
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
     if (plan.tracks[i].start_frame % disc::kFramesPerSector) inside.push_back(i);
@@ -21,9 +35,9 @@ void checkInsideSector(const TrackPlan& plan, Findings& findings) {
       "aligns tracks to sectors");
 }
 
-/// Two of three sectors have no whole number of milliseconds, and the sheet's times are cut to
-/// milliseconds first.
-void checkEarlyStarts(const TrackPlan& plan, Findings& findings) {
+/// The module cuts times to milliseconds before it cuts them to sectors. Two of three sectors do
+/// not begin on a whole millisecond, so their tracks end up one sector early in the sheet.
+void checkEarlyStarts(const TrackPlan& plan, PreflightFindings& findings) {
   std::vector<size_t> early;
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
     const int64_t frame = plan.tracks[i].start_frame;
@@ -37,7 +51,8 @@ void checkEarlyStarts(const TrackPlan& plan, Findings& findings) {
                               "sectors");
 }
 
-void checkMeetingIndexes(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
+void checkMeetingIndexes(const SinkConfig& config, const TrackPlan& plan,
+                         PreflightFindings& findings) {
   std::vector<size_t> meeting;
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
     if (gapSectorInSheet(config, plan, i) == startSectorInSheet(plan, i)) meeting.push_back(i);
@@ -51,7 +66,7 @@ void checkMeetingIndexes(const SinkConfig& config, const TrackPlan& plan, Findin
 
 }  // namespace
 
-void checkStarts(const SinkConfig& config, const TrackPlan& plan, Findings& findings) {
+void checkStarts(const SinkConfig& config, const TrackPlan& plan, PreflightFindings& findings) {
   checkInsideSector(plan, findings);
   checkEarlyStarts(plan, findings);
   checkMeetingIndexes(config, plan, findings);

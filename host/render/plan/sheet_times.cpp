@@ -1,6 +1,7 @@
 #include "host/render/plan/sheet_times.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "disc/units/disc_units.h"
 
@@ -17,11 +18,13 @@ int64_t sectorInSheet(double seconds) {
 }  // namespace
 
 int64_t startSectorInSheet(const TrackPlan& plan, size_t track) {
+  assert(track < plan.tracks.size());
   return sectorInSheet(plan.tracks[track].start);
 }
 
 std::optional<int64_t> gapSectorInSheet(const SinkConfig& config, const TrackPlan& plan,
                                         size_t track) {
+  assert(track < plan.tracks.size());
   if (track == 0) {
     return config.disc_leadin_ms > 0 ? std::optional<int64_t>(0) : std::nullopt;
   }

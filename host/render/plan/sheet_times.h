@@ -1,4 +1,7 @@
 // The times that the module's sheet gives for a track, which are coarser than the image.
+//
+// A host never links the module, so this repeats its rule on purpose; the rule's home is
+// module/sink/cue_sheet.cpp.
 #pragma once
 
 #include <cstddef>
@@ -9,11 +12,12 @@
 
 namespace velmor::render {
 
-/// The sector of track `track` (from 0) in the sheet's INDEX 01: its start cut to milliseconds
-/// first and to sectors then.
+/// The sector of track `track` (from 0; the plan has it) in the sheet's INDEX 01: its start cut to
+/// milliseconds first and to sectors then.
 int64_t startSectorInSheet(const TrackPlan& plan, size_t track);
 
-/// The sector of its INDEX 00, nothing when the sheet has none.
+/// The sector of its INDEX 00, nothing when the sheet has none. `config` is what the plan was made
+/// with.
 std::optional<int64_t> gapSectorInSheet(const SinkConfig& config, const TrackPlan& plan,
                                         size_t track);
 

@@ -1,6 +1,7 @@
 #include "host/render/plan/track_plan.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "disc/units/disc_limits.h"
 #include "disc/units/disc_units.h"
@@ -14,7 +15,7 @@ int64_t frameAt(double seconds) {
   return static_cast<int64_t>(std::clamp(seconds * disc::kSampleRate + 0.5, -9.0e15, 9.0e15));
 }
 
-/// Fills the image as the module does.
+/// Counts what the module writes to the image: silence, padding and audio, in its order.
 class Planner {
  public:
   explicit Planner(const SinkConfig& config) : m_config(config) {}
@@ -154,8 +155,8 @@ void planRegions(Planner& planner, const std::vector<Mark>& marks, int64_t frame
     planner.write(start, end);
     at = std::max(end, start);
   }
-  // Titles and stretches go to the tracks in order, also where a region has joined the track
-  // before.
+  // The module gives the regions' names and stretches to the tracks one by one, also when a region
+  // has joined the track before and there are fewer tracks than regions.
   std::vector<PlannedTrack>& tracks = planner.plan().tracks;
   for (size_t i = 0; i < std::min(tracks.size(), regions.size()); ++i) {
     tracks[i].title = trackTitle(regions[i]->name, false);
@@ -167,6 +168,7 @@ void planRegions(Planner& planner, const std::vector<Mark>& marks, int64_t frame
 }  // namespace
 
 TrackPlan planTracks(const SinkConfig& config, const std::vector<Mark>& marks, int64_t frames) {
+  assert(frames >= 0);
   Planner planner(config);
   if (config.track_mode == kTracksFromMarkers) {
     planMarkers(planner, config, marks, frames);

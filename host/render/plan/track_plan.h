@@ -1,4 +1,7 @@
 // The tracks that the module is going to make, known before a sample is rendered.
+//
+// A host never links the module, so this repeats its rule on purpose; the rule's home is
+// module/sink/track_cutter.cpp (cuts) and module/sink/pcm_sink_iso_write.cpp (lead-ins, padding).
 #pragma once
 
 #include <cstdint>
@@ -6,7 +9,7 @@
 #include <vector>
 
 #include "abi/sink_registration.h"
-#include "host/render/input/audio_input.h"
+#include "host/render/input/marks/mark.h"
 
 namespace velmor::render {
 
@@ -38,8 +41,8 @@ struct TrackPlan {
   std::vector<std::string> joined_regions;  ///< names of regions that join the track before
 };
 
-/// Predicts the layout for `frames` frames of input under the marks of the project (render starts
-/// at 0).
+/// Predicts the layout for `frames` frames (0 or more) of input under the marks of the project,
+/// ascending by start; the render starts at 0 project seconds.
 TrackPlan planTracks(const SinkConfig& config, const std::vector<Mark>& marks, int64_t frames);
 
 }  // namespace velmor::render

@@ -2,6 +2,7 @@
 
 #include <sys/resource.h>
 
+#include <cassert>
 #include <cerrno>
 #include <csignal>
 
@@ -52,6 +53,7 @@ void stopIfInterrupted() {
 }
 
 InterruptedWritesFail::InterruptedWritesFail() {
+  assert(!g_writes_are_to_fail);
   if (getrlimit(RLIMIT_FSIZE, &g_file_limit) != 0) return;
   g_no_writes = {0, g_file_limit.rlim_max};
   g_writes_are_to_fail = 1;
@@ -68,6 +70,7 @@ const std::atomic<bool>& interruption() {
 }
 
 int interruptedStatus() {
+  assert(g_signal != 0);
   return Interrupted(g_signal).exitStatus();
 }
 

@@ -1,4 +1,5 @@
-// Ctrl-C and its kin: noted when they come, acted on where the work can stop cleanly.
+// Ctrl-C, a hang-up or a request to terminate: noted when it comes, acted on where the work can
+// stop cleanly.
 #pragma once
 
 #include <atomic>
@@ -8,7 +9,7 @@
 
 namespace velmor::render {
 
-/// The person has interrupted the run. Not a `Failure`: nothing went wrong.
+/// The user has interrupted the run. Not a `Failure`: nothing went wrong.
 class Interrupted : public std::runtime_error {
  public:
   explicit Interrupted(int signal) : std::runtime_error("interrupted"), m_signal(signal) {}
@@ -19,10 +20,11 @@ class Interrupted : public std::runtime_error {
   int m_signal;
 };
 
-/// Notes SIGINT, SIGTERM and SIGHUP from now on instead of dying of them.
+/// From now on SIGINT, SIGTERM and SIGHUP are noted instead of ending the process. Once, on the
+/// main thread, before others are begun.
 void watchForInterrupts();
 
-/// Throws `Interrupted` when one of them has come. Any thread.
+/// Throws `Interrupted` when one of these signals has come. Any thread.
 void stopIfInterrupted();
 
 /// While it lives, a signal also makes every further write of this process to a file fail, so that
@@ -36,9 +38,11 @@ class InterruptedWritesFail {
   InterruptedWritesFail& operator=(const InterruptedWritesFail&) = delete;
 };
 
-/// Becomes true when one of them comes, for those who stop in their own way.
+/// Becomes true when one of these signals comes: for work that is stopped in a way of its own, such
+/// as a burn. Any thread may read it.
 const std::atomic<bool>& interruption();
-/// 128 and the signal's number, as a shell expects it of who was interrupted.
+/// The exit status of a program that one of these signals has ended, as a shell expects it: 128 and
+/// the signal's number. A signal must have come.
 int interruptedStatus();
 
 }  // namespace velmor::render

@@ -12,6 +12,7 @@ namespace velmor::render {
 /// Draws a progress bar with speed and time left; takes it away with itself.
 class Progress {
  public:
+  /// `what` stands before the bar; `total_frames` of audio make it full.
   Progress(std::string what, int64_t total_frames, bool wanted);
   void show(int64_t frames);
 

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <string_view>
 
-#include "host/windowing/desktop.h"
-#include "host/windowing/ini/letter_case.h"
-#include "host/windowing/win32_numbers.h"
+#include "host/windowing/desktop/desktop.h"
+#include "host/windowing/win32/letter_case.h"
+#include "host/windowing/win32/win32_numbers.h"
 
 namespace velmor::windowing {
 namespace {

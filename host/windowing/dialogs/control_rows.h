@@ -2,7 +2,7 @@
 #pragma once
 
 #include "abi/quelm_types.h"
-#include "host/windowing/window.h"
+#include "host/windowing/desktop/window.h"
 
 namespace velmor::windowing {
 

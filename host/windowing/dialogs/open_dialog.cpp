@@ -1,8 +1,8 @@
 #include "host/windowing/dialogs/open_dialog.h"
 
-#include "host/windowing/desktop.h"
-#include "host/windowing/messages.h"
-#include "host/windowing/win32_numbers.h"
+#include "host/windowing/desktop/desktop.h"
+#include "host/windowing/desktop/messages.h"
+#include "host/windowing/win32/win32_numbers.h"
 
 namespace velmor::windowing {
 namespace {

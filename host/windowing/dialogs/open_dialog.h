@@ -1,4 +1,4 @@
-// A dialog on the screen, with what a person can see of it and do to it.
+// A dialog on the screen, with what a user can see of it and do to it.
 #pragma once
 
 #include <memory>
@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "abi/quelm_types.h"
-#include "host/windowing/window.h"
+#include "host/windowing/desktop/window.h"
 
 namespace velmor::windowing {
 
-/// What a person tried and cannot do: press a disabled button, pick a row that is not there.
+/// What a user tried and cannot do: press a disabled button, pick a row that is not there.
 class CannotDo : public std::logic_error {
   using std::logic_error::logic_error;
 };
@@ -45,7 +45,7 @@ class OpenDialog {
   /// Row by row; each has as many cells as there are columns.
   std::vector<std::vector<std::string>> listRows(int list_id) const;
 
-  // What a person does to it.
+  // What a user does to it.
   /// Replaces an edit's text.
   void type(int id, std::string_view text);
   /// Picks a row of a drop-down list, also the one already picked.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/windowing/ini/letter_case.h"
+#include "host/windowing/win32/letter_case.h"
 
 namespace velmor::windowing {
 namespace {

@@ -17,12 +17,13 @@ class IniFile {
  public:
   explicit IniFile(std::string_view text = {});
 
-  /// The file's text read; an empty one when the file does not exist. Nothing when it exists and
-  /// cannot be read.
+  /// The ini file at `path`, an empty one when it does not exist. Nothing when it exists and cannot
+  /// be read, so that the caller does not replace it.
   static std::optional<IniFile> load(const std::string& path);
   /// Puts the text in the file's place in one step: whoever opens the file finds the old text or
   /// the new one, also after a crash. The file's permissions stay, and so does a symbolic
-  /// link that leads to it. Two programs that change the file at once: the later one's text stays.
+  /// link that leads to it. When two programs change the file at once, the text of the later one
+  /// stays. False when nothing could be written. Defined, like `load`, in ini_storage.cpp.
   bool store(const std::string& path) const;
 
   std::vector<std::string> sections() const;
@@ -49,7 +50,8 @@ class IniFile {
 
   Range findSection(std::string_view section) const;
   bool hasSection(std::string_view section) const;
-  /// Behind the section's last entry: comments further down may well introduce the next section.
+  /// The place behind the section's last entry, before any comments that follow it: those may well
+  /// introduce the next section.
   size_t endOfEntries(const Range& range) const;
   size_t findKey(const Range& range, std::string_view key) const;
   std::string_view lineEnd() const;

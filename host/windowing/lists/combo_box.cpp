@@ -1,6 +1,6 @@
 #include "host/windowing/lists/combo_box.h"
 
-#include "host/windowing/ini/letter_case.h"
+#include "host/windowing/win32/letter_case.h"
 
 namespace velmor::windowing {
 

@@ -1,6 +1,7 @@
 // What a drop-down list holds, with the rules of its messages.
 #pragma once
 
+#include <cassert>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,7 +31,10 @@ class ComboBox {
   int select(LPARAM row);
 
   /// The row must exist.
-  const std::string& text(LPARAM row) const { return m_rows[static_cast<size_t>(row)].text; }
+  const std::string& text(LPARAM row) const {
+    assert(has(row));
+    return m_rows[static_cast<size_t>(row)].text;
+  }
   /// -1 when there is no such row.
   LPARAM data(LPARAM row) const;
   /// 0, or -1 when there is no such row.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/windowing/win32_numbers.h"
+#include "host/windowing/win32/win32_numbers.h"
 
 namespace velmor::windowing {
 namespace {

@@ -1,35 +1,35 @@
-// A person who answers as told and remembers all that was said.
+// A user interface that answers as told and remembers all that was said.
 #pragma once
 
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "host/recording/recording_library.h"
+#include "host/recording/interface/recording_service.h"
 
 namespace velmor::recording::testing {
 
-class AttendantDouble final : public Attendant {
+class AttendantDouble final : public UserInterface {
  public:
   bool mayBlank(const std::string& question) override {
     questions.push_back(question);
     return blank;
   }
-  void progress(const Progress& progress) override {
+  void progress(const BurnProgress& progress) override {
     steps.push_back(progress);
     if (on_progress) on_progress(progress);
   }
-  void message(Severity severity, const std::string& text) override {
-    (severity == Severity::kFailure   ? failures
-     : severity == Severity::kWarning ? warnings
-                                      : notes)
+  void message(MessageKind kind, const std::string& text) override {
+    (kind == MessageKind::kFailure   ? failures
+     : kind == MessageKind::kWarning ? warnings
+                                     : notes)
         .push_back(text);
   }
 
   bool blank = false;
-  std::function<void(const Progress&)> on_progress;
+  std::function<void(const BurnProgress&)> on_progress;
   std::vector<std::string> questions, failures, warnings, notes;
-  std::vector<Progress> steps;
+  std::vector<BurnProgress> steps;
 };
 
 }  // namespace velmor::recording::testing

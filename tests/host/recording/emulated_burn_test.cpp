@@ -7,12 +7,12 @@
 #include <stdexcept>
 
 #include "disc/units/disc_units.h"
-#include "host/recording/recording_library.h"
+#include "host/recording/interface/recording_service.h"
 #include "tests/host/recording/attendant_double.h"
 #include "tests/host/recording/recorder_shelf.h"
 
 extern "C" velmor::recording::Service* velmorOpenRecording(
-    const velmor::recording::Options& options);
+    const velmor::recording::RecordingOptions& options, std::string& why);
 
 namespace velmor::recording::testing {
 namespace {
@@ -23,9 +23,11 @@ using ::testing::IsEmpty;
 class EmulatedBurn : public ::testing::Test {
  protected:
   EmulatedBurn() {
-    m_options.attendant = &m_person;
+    m_options.user_interface = &m_person;
     m_options.cancel = &m_cancel;
-    m_service = velmorOpenRecording(m_options);
+    std::string why;
+    m_service = velmorOpenRecording(m_options, why);
+    if (m_service == nullptr) throw std::runtime_error(why);
   }
   ~EmulatedBurn() override { m_service->close(); }
 
@@ -47,11 +49,11 @@ class EmulatedBurn : public ::testing::Test {
     m_options.text_sheet = m_shelf.folder(0) / "album.cue";
     std::ofstream(m_options.text_sheet) << text;
   }
-  /// Nothing was written, and the person knows why.
+  /// Nothing was written, and the user has been told why.
   void expectUntouched(const Outcome& outcome, const std::string& words) {
     EXPECT_THAT(outcome.failure, HasSubstr(words));
     EXPECT_FALSE(outcome.written);
-    EXPECT_EQ(outcome.disc_state, "Nothing was written.");
+    EXPECT_EQ(outcome.disc_state, "nothing was written");
     ASSERT_EQ(m_person.failures.size(), 1U);
     EXPECT_THAT(m_person.failures[0], HasSubstr(words));
     EXPECT_THAT(m_shelf.audio(0), IsEmpty());
@@ -60,13 +62,13 @@ class EmulatedBurn : public ::testing::Test {
   RecorderShelf m_shelf;
   AttendantDouble m_person;
   std::atomic<bool> m_cancel{false};
-  Options m_options;
+  RecordingOptions m_options;
   DiscBurnProperties m_properties{false, false, true, false, kDiscActionMount, kDiscActionNone};
   Service* m_service = nullptr;
 };
 
 TEST_F(EmulatedBurn, TheMachinesRecordersAreListedWithTheirNames) {
-  const std::vector<Drive> drives = m_service->drives();
+  const std::vector<ListedDrive> drives = m_service->drives();
   ASSERT_EQ(drives.size(), 2U);
   EXPECT_EQ(drives[0].address, "/dev/sr30");
   EXPECT_EQ(drives[0].vendor, "ACME");
@@ -237,7 +239,7 @@ TEST_F(EmulatedBurn, AMediumErrorIsToldWithItsPlaceAndSpoilsTheDisc) {
   m_shelf.change(0, [](recorder::Settings& s) { s.faults.write_error_at = 400; });
   const Outcome& outcome = burn(Programme({300, 450}));
   EXPECT_FALSE(outcome.written);
-  EXPECT_THAT(outcome.failure, HasSubstr("The drive stopped at 00:05:"));
+  EXPECT_THAT(outcome.failure, HasSubstr("the drive stopped at 00:05:"));
   EXPECT_THAT(outcome.failure, HasSubstr("(track 2)"));
   EXPECT_THAT(outcome.failure, HasSubstr("the disc has a flaw there"));
   EXPECT_THAT(outcome.disc_state, HasSubstr("cannot be used any more"));
@@ -247,7 +249,7 @@ TEST_F(EmulatedBurn, AMediumErrorIsToldWithItsPlaceAndSpoilsTheDisc) {
 TEST_F(EmulatedBurn, AnEmptyTrayIsToldOf) {
   m_shelf.empty(0);
   const Outcome& outcome = burn(Programme({300}));
-  expectUntouched(outcome, "There is no disc in the drive");
+  expectUntouched(outcome, "there is no disc in the drive");
 }
 
 TEST_F(EmulatedBurn, AClosedDiscIsRefused) {
@@ -272,12 +274,12 @@ TEST_F(EmulatedBurn, ADriveThatIsTakenBeforeTheBurnIsToldOf) {
   void* device = m_service->DeviceAt(0);
   m_shelf.change(0, [](recorder::Settings& s) { s.busy = true; });
   EXPECT_FALSE(m_service->AcquireExclusiveAccess(device));
-  expectUntouched(m_service->outcome(), "/dev/sr30 is in use by another program");
+  expectUntouched(m_service->outcome(), "\"/dev/sr30\" is in use by another program");
 }
 
 TEST_F(EmulatedBurn, DrivesThatMayNotBeOpenedAreListedLastWithTheReason) {
   m_shelf.change(0, [](recorder::Settings& s) { s.deny = true; });
-  std::vector<Drive> drives = m_service->drives();
+  std::vector<ListedDrive> drives = m_service->drives();
   ASSERT_EQ(drives.size(), 2U);
   EXPECT_EQ(drives[0].address, "/dev/sr31");
   EXPECT_TRUE(drives[0].usable);
@@ -294,7 +296,7 @@ TEST_F(EmulatedBurn, DrivesThatMayNotBeOpenedAreListedLastWithTheReason) {
 TEST_F(EmulatedBurn, ARewritableDiscIsBlankedAfterAYesOnly) {
   m_shelf.insert(0, RecorderShelf::closed(RecorderShelf::rewritable()));
   const Programme programme({300, 300});
-  expectUntouched(burn(programme), "It was not to be erased");
+  expectUntouched(burn(programme), "which was not to be erased");
   EXPECT_EQ(m_shelf.disc(0).tracks.size(), 1U);
   m_person.blank = true;
   EXPECT_TRUE(burn(programme).written) << m_service->outcome().failure;
@@ -325,20 +327,20 @@ TEST_F(EmulatedBurn, AnImageThatBecomesShorterStopsTheBurn) {
 TEST_F(EmulatedBurn, TheWishToStopIsObeyedAndTheDiscsStateTold) {
   m_shelf.change(
       0, [](recorder::Settings& s) { s.faults.write_delay = std::chrono::milliseconds(5); });
-  m_person.on_progress = [this](const Progress& step) {
+  m_person.on_progress = [this](const BurnProgress& step) {
     if (step.phase == Phase::kWriting && step.sectors_done > 100) m_cancel = true;
   };
   const Outcome& outcome = burn(Programme({300, 6000}));
   EXPECT_TRUE(outcome.cancelled);
   EXPECT_FALSE(outcome.written);
-  EXPECT_EQ(outcome.failure, "The burn was stopped.");
+  EXPECT_EQ(outcome.failure, "the burn was stopped");
   EXPECT_THAT(outcome.disc_state, HasSubstr("cannot be used any more"));
   EXPECT_LT(m_shelf.audio(0).size(), size_t{6000} * disc::kBytesPerSector);
 }
 
 TEST_F(EmulatedBurn, AStoppedRewritableDiscCanBeUsedAgain) {
   m_shelf.insert(0, RecorderShelf::rewritable());
-  m_person.on_progress = [this](const Progress& step) {
+  m_person.on_progress = [this](const BurnProgress& step) {
     if (step.phase == Phase::kWriting) m_cancel = true;
   };
   m_shelf.change(
@@ -365,7 +367,7 @@ TEST_F(EmulatedBurn, ProgressGoesThroughThePhasesToTheEnd) {
   ASSERT_FALSE(m_person.steps.empty());
   int64_t done = 0;
   bool wrote = false;
-  for (const Progress& step : m_person.steps) {
+  for (const BurnProgress& step : m_person.steps) {
     EXPECT_GE(step.sectors_done, done);
     done = step.sectors_done;
     wrote = wrote || (step.phase == Phase::kWriting && step.track == 2 && step.speed > 0.0);

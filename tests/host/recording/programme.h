@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "abi/disc_recording.h"
+#include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 
 namespace velmor::recording::testing {

@@ -17,7 +17,7 @@ namespace velmor::recording::testing {
 
 /// What a drive and its disc are like, and what happens to them. Outlives the recorder.
 struct DriveState {
-  Medium medium{DiscState::kBlank, "CD-R", true, false, 359'849, 359'849};
+  DiscInDrive medium{DiscCondition::kBlank, "CD-R", true, false, 359'849, 359'849};
   bool can_test_write = true;
   double slowest_speed = 4.0;
   bool blanks_well = true;
@@ -47,7 +47,7 @@ class RecorderDouble final : public Recorder {
  public:
   explicit RecorderDouble(DriveState& state) : m_state(state) {}
 
-  Medium medium() override { return m_state.medium; }
+  DiscInDrive medium() override { return m_state.medium; }
   bool canTestWrite() override { return m_state.can_test_write; }
   double setSpeed(double speed) override {
     m_state.speed = speed;
@@ -59,7 +59,7 @@ class RecorderDouble final : public Recorder {
     m_good = m_state.blanks_well;
     if (!m_good) return;
     m_state.disc.clear();
-    m_state.medium.state = DiscState::kBlank;
+    m_state.medium.state = DiscCondition::kBlank;
     m_state.medium.free_sectors = m_state.medium.capacity_sectors;
   }
   void startWriting(const Session& session, SectorFeed& feed) override {
@@ -117,7 +117,7 @@ class RecorderDouble final : public Recorder {
     m_feed = nullptr;
     if (m_state.simulated) return;
     m_state.medium.state =
-        m_good && !m_state.kept_open ? DiscState::kClosed : DiscState::kAppendable;
+        m_good && !m_state.kept_open ? DiscCondition::kClosed : DiscCondition::kAppendable;
   }
   void writeSector() {
     if (m_written == m_session.plan->sectors) {

@@ -1,4 +1,4 @@
-// A dialog whose procedure is the test's, and a person who follows a script.
+// A dialog whose procedure is the test's, and a user who follows a script.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,9 +7,9 @@
 #include <functional>
 #include <utility>
 
-#include "host/windowing/desktop.h"
-#include "host/windowing/dialogs/person.h"
-#include "host/windowing/layer_functions.h"
+#include "host/windowing/desktop/desktop.h"
+#include "host/windowing/dialogs/dialog_user.h"
+#include "host/windowing/functions/layer_functions.h"
 #include "tests/host/windowing/dialog_templates.h"
 
 namespace velmor::windowing {
@@ -30,11 +30,11 @@ inline int commandCode(const Received& each) {
 }
 
 /// One turn at a time; whoever has no turn left walks away.
-class ScriptedPerson : public Person {
+class ScriptedUser : public DialogUser {
  public:
   using Turn = std::function<void(OpenDialog&)>;
 
-  explicit ScriptedPerson(std::deque<Turn> turns = {}) : m_turns(std::move(turns)) {}
+  explicit ScriptedUser(std::deque<Turn> turns = {}) : m_turns(std::move(turns)) {}
 
   void dialogOpened(OpenDialog& dialog) override { opened.push_back(dialog.resourceId()); }
   bool useDialog(OpenDialog& dialog) override {
@@ -76,7 +76,7 @@ class Desk : public testing::Test {
       Desktop::the().destroy(m_modeless);
     }
     EXPECT_EQ(Desktop::the().windowCount(), 0U) << "windows were left over";
-    EXPECT_EQ(Desktop::the().person(), nullptr);
+    EXPECT_EQ(Desktop::the().user(), nullptr);
     g_current = nullptr;
   }
 

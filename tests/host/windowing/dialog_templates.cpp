@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-#include "host/windowing/layer_functions.h"
+#include "host/windowing/functions/layer_functions.h"
 
 namespace velmor::windowing {
 namespace {

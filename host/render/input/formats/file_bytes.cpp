@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 
 namespace velmor::render {
 
@@ -13,12 +14,14 @@ bool FileBytes::read(int64_t at, char* to, size_t count) const {
 
 bool FileBytes::has(int64_t at, std::string_view magic) const {
   std::array<char, 16> found{};
+  assert(magic.size() <= found.size());
   return read(at, found.data(), magic.size()) &&
          std::string_view(found.data(), magic.size()) == magic;
 }
 
 std::optional<uint64_t> FileBytes::number(int64_t at, size_t width, bool little) const {
   std::array<char, 8> bytes{};
+  assert(width >= 1 && width <= bytes.size());
   if (!read(at, bytes.data(), width)) return std::nullopt;
   if (little) std::reverse(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(width));
   uint64_t value = 0;

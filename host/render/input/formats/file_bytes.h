@@ -21,9 +21,10 @@ class FileBytes {
   FileBytes(int descriptor, int64_t size) : m_descriptor(descriptor), m_size(size) {}
 
   int64_t size() const { return m_size; }
-  /// `magic`, of at most 16 bytes, stands at `at`.
+  /// Whether `magic`, of at most 16 bytes, stands at offset `at`.
   bool has(int64_t at, std::string_view magic) const;
-  /// A number of at most 8 bytes; nothing where the file has ended before its last one.
+  /// The number of `width` bytes (1 to 8) at `at`; nothing when the file ends before its last
+  /// byte.
   std::optional<uint64_t> little(int64_t at, size_t width) const { return number(at, width, true); }
   std::optional<uint64_t> big(int64_t at, size_t width) const { return number(at, width, false); }
   /// All of `count` bytes, or false.

@@ -11,8 +11,8 @@ namespace velmor::render {
 size_t plainSampleBytes(int format);
 
 /// The doubles that the decoder would give, full scale 1.0, for one channel: the first sample of
-/// `bytes` bytes lies at `from`, each next one `stride` bytes on. Four bytes must be readable at
-/// every sample, even where it has fewer.
+/// `bytes` bytes (2 to 4) lies at `from`, each next one `stride` bytes on. Four bytes must be
+/// readable at every sample, even where it has fewer.
 void decodePlainSamples(const std::byte* from, size_t bytes, size_t stride, double* out,
                         size_t count);
 

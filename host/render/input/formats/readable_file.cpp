@@ -8,13 +8,13 @@
 #include <system_error>
 
 #include "disc/failure.h"
-#include "host/render/input/audio_input.h"
+#include "disc/text/phrases.h"
 
 namespace velmor::render {
 namespace {
 
 [[noreturn]] void refuseToOpen(const std::string& path, const std::string& reason) {
-  throw Failure("cannot read '" + path + "': " + reason);
+  throw Failure("cannot read " + disc::inQuotes(path) + ": " + reason);
 }
 
 std::string reasonOf(int error) {

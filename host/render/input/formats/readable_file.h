@@ -1,4 +1,5 @@
-// Opening what a person named, with a sentence for everything that may be wrong with the name.
+// A file that the user has named, opened for reading, with a message for everything that may be
+// wrong with the name.
 #pragma once
 
 #include <cstdint>

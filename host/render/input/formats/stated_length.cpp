@@ -12,7 +12,8 @@ namespace {
 /// Beyond any real file; bounds the walk through a damaged one.
 constexpr int kMostChunks = 4096;
 
-/// Sizes that programs write which cannot go back to fill them in: just below 2^31 or 2^32.
+/// Whether the size stands for "unknown": a program that writes to a pipe cannot go back to fill it
+/// in, and writes one just below 2^31 or 2^32.
 bool isUnknownSize(uint64_t size) {
   return size >= 0xffffff00U || (size >= 0x7fffe000U && size <= 0x7fffffffU);
 }
@@ -80,8 +81,8 @@ bool cafRunsOver(const FileBytes& file) {
   return false;
 }
 
-/// One stream, or several side by side whose first pages all come first. Every stream states its
-/// last page; what comes after all of them in the file is the last page of one.
+/// An Ogg file holds one stream, or several side by side, whose first pages then all come first.
+/// Each stream marks its last page, so a whole file ends with a page that is marked so.
 Extent oggExtent(const FileBytes& file) {
   OggPages pages(file);
   bool ends = false;

@@ -11,9 +11,10 @@ enum class Extent {
   kSeveralStreams,  ///< Ogg streams one behind the other
 };
 
-/// `breaksOff` when the audio of a RIFF, RF64, AIFF, AU, W64 or CAF file runs over the file's end,
+/// `kBreaksOff` when the audio of a RIFF, RF64, AIFF, AU, W64 or CAF file runs over the file's end,
 /// or an Ogg file's last page is cut off or is not the last of its stream: the decoder would take
-/// what is there for the whole. `severalStreams` because it would take the first one for the whole.
+/// what is there for the whole. `kSeveralStreams` likewise, since the
+/// decoder would take the first stream for the whole.
 /// Headers of streams, which state the largest size they can, and kinds of file that are not known
 /// here count as whole.
 Extent extentOf(const FileBytes& file);

@@ -56,8 +56,8 @@ std::vector<WavMark> marksOf(const std::vector<Chunk>& cues, const std::vector<C
   return parseWavMarks(cues.front(), views, order);
 }
 
-// The library's own cue points lose the labels of a list that comes before the cue chunk, cannot
-// hold names of 256 bytes and know no regions, hence the chunks themselves.
+// The chunks are read here because libsndfile's own cue points lose the labels of a list that comes
+// before the cue chunk, cannot hold names of 256 bytes, and know no regions.
 std::vector<WavMark> riffMarks(SNDFILE* file, int format) {
   const bool big = (format & SF_FORMAT_ENDMASK) == SF_ENDIAN_BIG;
   return marksOf(chunksNamed(file, "cue ", 1), chunksNamed(file, "LIST", kMostLists),

@@ -5,8 +5,8 @@
 
 #include <vector>
 
-#include "host/render/input/audio_input.h"
 #include "host/render/input/formats/file_bytes.h"
+#include "host/render/input/marks/mark.h"
 
 namespace velmor::render {
 

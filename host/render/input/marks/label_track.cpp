@@ -1,4 +1,5 @@
-// Audacity label tracks: lines of start, end and text with tabs between, times in seconds.
+#include "host/render/input/marks/label_track.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 
 #include "disc/failure.h"
 #include "disc/text/line_of_text.h"
+#include "disc/text/phrases.h"
 #include "disc/text/utf8.h"
 #include "host/render/input/formats/readable_file.h"
 #include "host/render/input/marks/mark_parsing.h"
@@ -120,8 +122,8 @@ std::string contentsOf(const ReadableFile& file, const std::string& path) {
     const ssize_t got = ::read(file.descriptor(), text.data() + filled, text.size() - filled);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) {
-      throw Failure("cannot read '" + path + "': " + std::generic_category().message(errno) +
-                    "; check its volume");
+      throw Failure("cannot read " + disc::inQuotes(path) + ": " +
+                    std::generic_category().message(errno) + "; check its volume");
     }
     if (got == 0) break;
     filled += static_cast<size_t>(got);
@@ -147,9 +149,10 @@ LabelTrack parseLabelTrack(std::string_view text, const std::string& name) {
 LabelTrack readLabelTrack(const std::string& path) {
   const ReadableFile file(path);
   if (file.size() > kLargestLabelFile) {
-    throw Failure("'" + path + "' is too large for a label track; name the exported text file");
+    throw Failure(disc::inQuotes(path) +
+                  " is too large for a label track; name the exported text file");
   }
-  return parseLabelTrack(contentsOf(file, path), "'" + path + "'");
+  return parseLabelTrack(contentsOf(file, path), disc::inQuotes(path));
 }
 
 }  // namespace velmor::render

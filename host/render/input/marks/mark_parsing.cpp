@@ -6,6 +6,7 @@
 
 #include "disc/failure.h"
 #include "disc/text/line_of_text.h"
+#include "disc/text/phrases.h"
 #include "disc/text/utf8.h"
 #include "disc/units/disc_units.h"
 
@@ -15,11 +16,11 @@ namespace {
 /// Far beyond any album, and safely inside what counts of frames can hold.
 constexpr double kLongestTime = 1e9;
 
-constexpr const char* kForms = "give seconds (12.5), MM:SS.mmm or MM:SS:FF";
+constexpr const char* kForms = "it has another form; give seconds (12.5), MM:SS.mmm or MM:SS:FF";
 
-/// Fit for a message, whatever bytes were typed.
+/// In quotes and fit for a message, whatever bytes were typed.
 std::string quoted(std::string_view text) {
-  return "'" + disc::asLineOfText(text) + "'";
+  return disc::inQuotes(disc::asLineOfText(text));
 }
 
 [[noreturn]] void refuseTime(std::string_view text, const std::string& reason) {
@@ -73,14 +74,14 @@ struct Option {
 Option splitOption(std::string_view text, const char* form) {
   const size_t equals = text.find('=');
   if (equals == std::string_view::npos) {
-    throw Failure(quoted(text) + " has no '=' before its name: give " + form);
+    throw Failure(quoted(text) + " has no \"=\" before its name; give " + form);
   }
   const std::string_view name = text.substr(equals + 1);
   if (!disc::isUtf8(name))
-    throw Failure("the name in " + quoted(text) + " is not UTF-8: retype it");
+    throw Failure("the name in " + quoted(text) + " is not UTF-8; retype it");
   if (disc::hasControlCharacters(name)) {
     throw Failure("the name in " + quoted(text) +
-                  " has a line break or another control character: take it out");
+                  " has a line break or another control character; take it out");
   }
   return {text.substr(0, equals), name};
 }
@@ -115,14 +116,14 @@ Mark parseRegionOption(std::string_view text) {
   const Option option = splitOption(text, "START-END=NAME");
   const size_t dash = option.time.find('-');
   if (dash == std::string_view::npos) {
-    throw Failure(quoted(text) + " has no '-' between two times: give START-END=NAME");
+    throw Failure(quoted(text) + " has no \"-\" between two times; give START-END=NAME");
   }
   Mark mark;
   mark.given_by = "--region";
   mark.start = parseTime(option.time.substr(0, dash));
   mark.end = parseTime(option.time.substr(dash + 1));
   if (*mark.end <= mark.start) {
-    throw Failure("the region " + quoted(text) + " does not end after its start: swap the times");
+    throw Failure("the region " + quoted(text) + " does not end after its start; swap the times");
   }
   mark.name = option.name;
   return mark;

@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "host/render/album/render_range.h"
-#include "host/render/terminal/usage_error.h"
+#include "host/render/options/usage_error.h"
 #include "tests/host/render/plan/marks.h"
 
 namespace velmor::render {

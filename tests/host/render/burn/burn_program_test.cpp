@@ -33,8 +33,8 @@ TEST_F(BurnProgram, TheDiscIsTheImageAndItsTracksBeginWhereTheRenderPutThem) {
   EXPECT_EQ(report["burn"]["written"], 1);
   EXPECT_EQ(report["burn"]["drive"], "VELMOR TEST DRIVE 2");
   EXPECT_FALSE(report["burn"].contains("failure"));
-  EXPECT_THAT(m_said, testing::EndsWith("velmor-render: Burning to VELMOR TEST DRIVE 2\n"
-                                        "velmor-render: The CD-R is written and closed.\n"));
+  EXPECT_THAT(m_said, testing::EndsWith("velmor-render: burning to \"VELMOR TEST DRIVE 2\"\n"
+                                        "velmor-render: the CD-R is written and closed\n"));
   EXPECT_THAT(ini(), AllOf(HasSubstr("drive=1"), HasSubstr("deletefiles=0"), HasSubstr("eject=0")));
 }
 
@@ -101,9 +101,9 @@ TEST_F(BurnProgram, ADriveIsFoundByItsDeviceFile) {
 
 TEST_F(BurnProgram, ADriveThatIsNotThereStopsBeforeTheRender) {
   const std::pair<const char*, const char*> cases[] = {
-      {"2", "there is no drive 2: 2 drives found, counting from 0"},
+      {"2", "there is no drive \"2\": 2 drives found, counting from 0"},
       {"plotter", "there is no drive \"plotter\""},
-      {"velmor", "\"velmor\" may be 0 VELMOR TEST DRIVE 1 (/dev/sr30) or 1 VELMOR"}};
+      {"velmor", "\"velmor\" may be 0 \"VELMOR TEST DRIVE 1 (/dev/sr30)\" or 1 \"VELMOR"}};
   for (const auto& [drive, words] : cases) {
     EXPECT_EQ(render(std::string(kShort) + "--drive " + drive), 1);
     EXPECT_THAT(m_said, HasSubstr(words));
@@ -207,7 +207,7 @@ const std::vector<BurnFault::Case>& BurnFault::cases() {
        },
        "(track 2)", true},
       {"EmptyTray", [](const BurnFault& test) { test.insert(0, std::nullopt); },
-       "There is no disc in the drive", false},
+       "there is no disc in the drive", false},
       {"ClosedDisc", [](const BurnFault& test) { test.insert(0, closed()); },
        "a CD-R that is written and closed", false},
       {"SmallDisc",
@@ -223,12 +223,12 @@ const std::vector<BurnFault::Case>& BurnFault::cases() {
          disc.medium = velmor::recorder::Medium::kCdRw;
          test.insert(0, closed(disc));
        },
-       "It was not to be erased", false},
+       "which was not to be erased", false},
       {"Busy",
        [](const BurnFault& test) {
          test.change(0, [](Settings& settings) { settings.busy = true; });
        },
-       "/dev/sr30 is in use by another program", false},
+       "\"/dev/sr30\" is in use by another program", false},
       {"NoPermission",
        [](const BurnFault& test) {
          test.change(0, [](Settings& settings) { settings.deny = true; });
@@ -269,8 +269,8 @@ TEST_F(BurnProgram, WithoutAnyRecorderThePersonIsToldToSelectOne) {
   std::filesystem::remove_all(m_root / "drives");
   std::filesystem::create_directory(m_root / "drives");
   EXPECT_EQ(render(kShort), 1);
-  EXPECT_THAT(m_said, HasSubstr("warning: no recorder can be used now"));
-  EXPECT_THAT(m_said, HasSubstr("CD Burn Error: Select a recorder"));
+  EXPECT_THAT(m_said, HasSubstr("warning: no recorder can be used at the moment"));
+  EXPECT_THAT(m_said, HasSubstr("the module says \"CD Burn Error\": Select a recorder"));
   EXPECT_THAT(m_said, HasSubstr("no recorder was found"));
   EXPECT_TRUE(exists("album.bin"));
 }
@@ -279,8 +279,8 @@ TEST_F(BurnProgram, WhenNoRecorderMayBeOpenedEachIsNamedWithTheReason) {
   for (const int drive : {0, 1}) change(drive, [](Settings& settings) { settings.deny = true; });
   EXPECT_EQ(render(kShort), 1);
   EXPECT_THAT(m_said,
-              AllOf(HasSubstr("Select a recorder"), HasSubstr("/dev/sr30 may not be opened"),
-                    HasSubstr("/dev/sr31 may not be opened"), HasSubstr("group cdrom")));
+              AllOf(HasSubstr("Select a recorder"), HasSubstr("\"/dev/sr30\" may not be opened"),
+                    HasSubstr("\"/dev/sr31\" may not be opened"), HasSubstr("group cdrom")));
 }
 
 TEST_F(BurnProgram, AnImageThatIsNotWholeIsNotBurned) {

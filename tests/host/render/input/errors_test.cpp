@@ -8,7 +8,7 @@
 #include <random>
 
 #include "disc/failure.h"
-#include "host/render/input/marks/mark_parsing.h"
+#include "host/render/input/marks/label_track.h"
 #include "tests/host/render/input/sound_files.h"
 
 namespace velmor::render::test {
@@ -103,7 +103,7 @@ TEST(Failure, NamesARateThatNoRecordingHas) {
   const Folder folder;
   for (const uint32_t rate : {1U, 10U, 100U, 999U, 1000001U, 2147483647U}) {
     EXPECT_THAT(refusalOf(folder.write("a.wav", fileAtRate(rate, 3000))),
-                AllOf(HasSubstr("a.wav' states a sample rate of " + std::to_string(rate) + " Hz"),
+                AllOf(HasSubstr("a.wav\" states a sample rate of " + std::to_string(rate) + " Hz"),
                       HasSubstr("export it again")));
   }
   for (const uint32_t rate : {1000U, 5512U, 768000U, 1000000U}) {
@@ -115,7 +115,7 @@ TEST(Failure, NamesAFileOfLessThanAFrameOfTheDiscsRate) {
   const Folder folder;
   EXPECT_THAT(
       refusalOf(folder.write("a.wav", fileAtRate(96000, 1))),
-      AllOf(HasSubstr("a.wav' is shorter than one frame at 44100 Hz"), HasSubstr("leave it out")));
+      AllOf(HasSubstr("a.wav\" is shorter than one frame at 44100 Hz"), HasSubstr("leave it out")));
   EXPECT_EQ(refusalOf(folder.write("a.wav", fileAtRate(88200, 1))), "") << "a half goes up";
 }
 
@@ -133,7 +133,7 @@ TEST(Failure, NamesAFileThatBreaksOff) {
     ASSERT_EQ(refusalOf(path), "") << std::hex << format;
     const std::string bytes = contentsOf(path);
     EXPECT_THAT(refusalOf(folder.write("half", bytes.substr(0, bytes.size() / 2))),
-                AllOf(HasSubstr("half' breaks off"), HasSubstr("copy or export it again")))
+                AllOf(HasSubstr("half\" breaks off"), HasSubstr("copy or export it again")))
         << std::hex << format;
   }
 }

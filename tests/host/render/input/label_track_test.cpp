@@ -1,10 +1,11 @@
 // Label tracks of the audio editor, old and new, whole and damaged.
+#include "host/render/input/marks/label_track.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "host/render/input/marks/mark_parsing.h"
 #include "tests/host/render/input/sound_files.h"
 
 namespace velmor::render::test {
@@ -119,11 +120,11 @@ TEST(LabelTrack, IsReadFromAFileAndMayBeEmpty) {
 TEST(LabelTrack, ItsWarningsNameTheFileAndTheLine) {
   const Folder folder;
   const std::string path = folder.write("labels.txt", "1\t1\tOne\nnonsense\n");
-  EXPECT_EQ(readLabelTrack(path).marks[0].given_by, "line 1 of '" + path + "'");
+  EXPECT_EQ(readLabelTrack(path).marks[0].given_by, "line 1 of \"" + path + "\"");
   EXPECT_THAT(readLabelTrack(path).warnings,
-              ElementsAre(HasSubstr("line 2 of '" + path + "' does not begin with a time")));
+              ElementsAre(HasSubstr("line 2 of \"" + path + "\" does not begin with a time")));
   const std::string wide = folder.write("wide.txt", "\xff\xfe");
-  EXPECT_THAT(readLabelTrack(wide).warnings, ElementsAre(HasSubstr("line 1 of '" + wide + "'")));
+  EXPECT_THAT(readLabelTrack(wide).warnings, ElementsAre(HasSubstr("line 1 of \"" + wide + "\"")));
 }
 
 TEST(LabelTrack, TooLargeToBeOneIsRefused) {

@@ -54,7 +54,7 @@ TEST(OggStream, ThatIsCutBetweenTwoPagesBreaksOff) {
   ASSERT_GT(pages.size(), 6U);
   for (size_t kept = 4; kept + 1 < pages.size(); ++kept) {
     EXPECT_THAT(refusalOf(folder.write("cut.ogg", bytes.substr(0, pages[kept]))),
-                AllOf(HasSubstr("cut.ogg' breaks off"), HasSubstr("copy or export it again")))
+                AllOf(HasSubstr("cut.ogg\" breaks off"), HasSubstr("copy or export it again")))
         << kept << " pages";
   }
 }
@@ -63,7 +63,7 @@ TEST(OggStream, ThatFollowsAnotherOneIsRefusedAndNotLeftOut) {
   const Folder folder;
   const std::string chain = vorbisFile(folder, 1) + vorbisFile(folder, 2);
   const std::string refusal = refusalOf(folder.write("chain.ogg", chain));
-  EXPECT_THAT(refusal, AllOf(HasSubstr("chain.ogg'"), HasSubstr("several Ogg streams"),
+  EXPECT_THAT(refusal, AllOf(HasSubstr("chain.ogg\""), HasSubstr("several Ogg streams"),
                              HasSubstr("convert it to WAV or FLAC")));
 }
 

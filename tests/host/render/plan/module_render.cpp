@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "host/render/album/host_project.h"
+#include "host/render/module/host_callbacks.h"
 #include "host/render/module/module_library.h"
 #include "tests/host/render/input/sound_files.h"
 

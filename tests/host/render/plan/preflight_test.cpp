@@ -21,14 +21,14 @@ SinkConfig markersMode(int32_t track_ms = 0) {
   return {static_cast<int32_t>(kIsoFormatCode), 0, track_ms, 0, kTracksFromMarkers, 0};
 }
 
-Findings check(const SinkConfig& config, const std::vector<Mark>& marks, int64_t frames,
-               std::vector<std::pair<std::string, std::string>> metadata = {}) {
+PreflightFindings check(const SinkConfig& config, const std::vector<Mark>& marks, int64_t frames,
+                        std::vector<std::pair<std::string, std::string>> metadata = {}) {
   const HostProject project{marks, std::move(metadata)};
   return checkBeforeRender(config, project, planTracks(config, marks, frames));
 }
 
 TEST(Preflight, HasNothingToSayOfAGoodDisc) {
-  const Findings findings =
+  const PreflightFindings findings =
       check(markersMode(2000), {marker(0, "A"), marker(0, "ISRC=USABC2600001"), marker(60, "B")},
             kSecond * 120, {{"CUE:DISC_CATALOG", "0731452345622"}});
   EXPECT_THAT(findings.errors, IsEmpty());

@@ -113,7 +113,7 @@ TEST_F(Marks, ALabelTrackCutsAndSaysWhichLinesItCannotUse) {
   const std::string text = sheet({"--labels", m_folder / "labels.txt"});
   EXPECT_THAT(text, HasSubstr("TITLE \"A\"\r\n    INDEX 01 00:04:37"));
   EXPECT_THAT(text, HasSubstr("TITLE \"B\"\r\n    INDEX 01 00:15:00"));
-  EXPECT_THAT(m_ended.err, HasSubstr("line 2 of '" + m_folder / "labels.txt" + "'"));
+  EXPECT_THAT(m_ended.err, HasSubstr("line 2 of \"" + m_folder / "labels.txt" + "\""));
 }
 
 TEST_F(Marks, OnesBeyondTheAudioAreNamedWithWhoGaveThem) {
@@ -124,9 +124,9 @@ TEST_F(Marks, OnesBeyondTheAudioAreNamedWithWhoGaveThem) {
       m_ended.err,
       "velmor-render: warning: --end lies at 0:30.000, but the inputs end at 0:20.000, and so "
       "does the render\n"
-      "velmor-render: warning: \"B\" (line 3 of '" +
+      "velmor-render: warning: \"B\" (line 3 of \"" +
           labels +
-          "') and \"C\" (--marker) lie beyond the end of the audio at 0:20.000 and are left "
+          "\") and \"C\" (--marker) lie beyond the end of the audio at 0:20.000 and are left "
           "out; look at the times\n");
   sheet({"--region", "70-80=R", "--track-mode", "regions"});
   EXPECT_THAT(m_ended.err, HasSubstr("\"R\" (--region) lies beyond"));

@@ -59,9 +59,10 @@ TEST_F(Output, ASecondSheetOfAnOlderImageIsNamedAndStays) {
   const std::string second = readFile(m_folder / "disc.portable.cue");
   const Ended ended = render({m_input, "--force", "--end", "5", "-o", m_folder / "disc"});
   EXPECT_EQ(ended.status, 0);
-  EXPECT_EQ(ended.err, "velmor-render: warning: \"" + m_folder / "disc.portable.cue" +
-                           "\" was made for an older disc.bin and need not fit the new one; delete "
-                           "it, or replace it with --portable-cue\n");
+  EXPECT_EQ(ended.err,
+            "velmor-render: warning: \"" + m_folder / "disc.portable.cue" +
+                "\" was made for an older \"disc.bin\" and need not fit the new one; delete "
+                "it, or replace it with --portable-cue\n");
   EXPECT_EQ(readFile(m_folder / "disc.portable.cue"), second);
   EXPECT_EQ(render({m_input, "--force", "--portable-cue", "-o", m_folder / "disc"}).err, "");
   writeFile(m_folder / "disc.portable.cue", "FILE \"disc.portable.bin\" BINARY\r\n");

@@ -18,15 +18,23 @@ namespace {
 
 using testing::HasSubstr;
 
+/// The form of every message: the program's name, then a clause that begins in lower case (or with
+/// a name or an abbreviation), ends without a full stop, and has names in double quotes.
+bool hasMessageForm(const std::string& line) {
+  static const std::regex kForm("velmor-render: (?!warning)(?![A-Z][a-z])[^\n]*[^.\n]\n");
+  return std::regex_match(line, kForm) && line.find(" '") == std::string::npos;
+}
+
 class Failure : public testing::Test {
  protected:
   void SetUp() override { writeWav(m_input, 6); }
-  /// The refusal's sentence; also sees that it is one line and that nothing was left.
+  /// The refusal's message; also sees that it is one line of the usual form and that nothing was
+  /// left.
   std::string refused(const std::vector<std::string>& arguments, int status) {
     const std::vector<std::string> before = m_folder.names();
     const Ended ended = render(arguments);
     EXPECT_EQ(ended.status, status) << ended.err;
-    EXPECT_EQ(ended.err.rfind("velmor-render: ", 0), 0U) << ended.err;
+    EXPECT_TRUE(hasMessageForm(ended.err)) << ended.err;
     EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
     EXPECT_EQ(m_folder.names(), before);
     return ended.err;
@@ -53,6 +61,8 @@ TEST_F(Failure, WrongUsageEndsWithTwo) {
       {{m_input, "-o", m_folder / "a", "--meta", "nothing"}, "KEY=VALUE"},
       {{m_input, "-o", m_folder / "a", "--start", "5", "--end", "4"}, "--end"},
       {{m_input, "-o", m_folder / "a", "--start", "60"}, "--start"},
+      {{m_input, "-o", m_folder / "a", "--eject"}, "add --burn"},
+      {{m_input, "-o", m_folder / "a", "--burn", "--dry-run", "--copies", "2"}, "--dry-run"},
   };
   for (const auto& [arguments, words] : cases) {
     EXPECT_THAT(refused(arguments, 2), HasSubstr(words));

@@ -19,7 +19,7 @@ using nlohmann::json;
 using testing::EndsWith;
 using testing::HasSubstr;
 
-TEST(Report, ListsTracksFilesAndSizesAndNothingElse) {
+TEST(RenderReport, ListsTracksFilesAndSizesAndNothingElse) {
   const Scratch folder;
   writeWav(folder / "a.wav", 5);
   writeWav(folder / "b.wav", 6);
@@ -36,7 +36,7 @@ TEST(Report, ListsTracksFilesAndSizesAndNothingElse) {
                 " bytes\n" + folder / "disc.bin" + ": 2646000 bytes, 00:15:00 (MM:SS:FF)\n");
 }
 
-TEST(Report, ALeadInOfBrokenFramesStillPutsTheTrackOnItsSector) {
+TEST(RenderReport, ALeadInOfBrokenFramesStillPutsTheTrackOnItsSector) {
   const Scratch folder;
   writeWav(folder / "a.wav", 5);
   writeWav(folder / "b.wav", 5);
@@ -49,7 +49,7 @@ TEST(Report, ALeadInOfBrokenFramesStillPutsTheTrackOnItsSector) {
   for (const json& track : disc["tracks"]) EXPECT_EQ(track["starts_inside_sector"], false);
 }
 
-TEST(Report, WarningsAndFailuresAreInTheJsonWhateverTheirTexts) {
+TEST(RenderReport, WarningsAndFailuresAreInTheJsonWhateverTheirTexts) {
   const Scratch folder;
   writeWav(folder / "a.wav", 3);
   const Ended done = render({folder / "a.wav", "--title", "\xFF \"x\"", "--catalog", "1\"",
@@ -74,7 +74,7 @@ TEST(Report, WarningsAndFailuresAreInTheJsonWhateverTheirTexts) {
   }
 }
 
-TEST(Report, ADiscLongerThanDiscsAreIsSaidBeforeTheRender) {
+TEST(RenderReport, ADiscLongerThanDiscsAreIsSaidBeforeTheRender) {
   const std::pair<int, const char*> cases[] = {
       {74 * 60 + 1, "the disc lasts 74:01:00 (MM:SS:FF), longer than the 74 minutes"},
       {79 * 60 + 58, "the disc lasts 79:58:00 (MM:SS:FF), longer than the 79:57"}};
@@ -108,7 +108,7 @@ std::string onTerminal(const std::vector<std::string>& arguments) {
   return shown;
 }
 
-TEST(Report, TheProgressBarGoesWhenTheDiscIsDone) {
+TEST(RenderReport, TheProgressBarGoesWhenTheDiscIsDone) {
   const Scratch folder;
   writeWav(folder / "a.wav", 5);
   const std::string shown = onTerminal({folder / "a.wav", "-o", folder / "disc"});
@@ -118,7 +118,7 @@ TEST(Report, TheProgressBarGoesWhenTheDiscIsDone) {
   EXPECT_EQ(onTerminal({folder / "a.wav", "--quiet", "--force", "-o", folder / "disc"}), "");
 }
 
-TEST(Report, TenThousandLabelsMakeTheTracksThereIsRoomFor) {
+TEST(RenderReport, TenThousandLabelsMakeTheTracksThereIsRoomFor) {
   const Scratch folder;
   std::string labels;
   for (int i = 0; i < 10000; ++i) {
@@ -136,7 +136,7 @@ TEST(Report, TenThousandLabelsMakeTheTracksThereIsRoomFor) {
   EXPECT_THAT(ended.err, HasSubstr("more make no tracks"));
 }
 
-TEST(Report, ATitleOfThousandsOfCharactersDoesNotBreakTheSheet) {
+TEST(RenderReport, ATitleOfThousandsOfCharactersDoesNotBreakTheSheet) {
   const Scratch folder;
   writeWav(folder / "a.wav", 5);
   const Ended ended = render({folder / "a.wav", "--marker", "0=" + std::string(9000, 'x'),
@@ -147,7 +147,7 @@ TEST(Report, ATitleOfThousandsOfCharactersDoesNotBreakTheSheet) {
   EXPECT_THAT(sheet, EndsWith("x\"\r\n    INDEX 01 00:00:00\r\n"));
 }
 
-TEST(Report, CountsTheClippedSamplesThatAreOnTheDisc) {
+TEST(RenderReport, CountsTheClippedSamplesThatAreOnTheDisc) {
   const Scratch folder;
   std::vector<float> samples(44100 * 2 * 10, 0.1F);
   for (const size_t second : {0U, 3U, 7U}) samples[second * 88200] = 1.5F;
@@ -168,7 +168,7 @@ TEST(Report, CountsTheClippedSamplesThatAreOnTheDisc) {
             0);
 }
 
-TEST(Report, DitherTouchesOnlySourcesOfMoreThanSixteenBits) {
+TEST(RenderReport, DitherTouchesOnlySourcesOfMoreThanSixteenBits) {
   const Scratch folder;
   const auto image = [&](const std::string& input, const char* dither) {
     EXPECT_EQ(render({input, "--dither", dither, "--force", "-o", folder / "disc"}).status, 0);

@@ -1,0 +1,61 @@
+// The library as the program meets it: loaded from a file.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "disc/failure.h"
+#include "host/recording/loader/load_recording.h"
+#include "tests/host/recording/attendant_double.h"
+#include "tests/host/recording/recorder_shelf.h"
+
+namespace velmor::recording::testing {
+namespace {
+
+using ::testing::HasSubstr;
+
+constexpr const char* kLibrary = VELMOR_BINARY_DIR "/velmor_recording.so";
+
+TEST(RecordingLibrary, IsLoadedFromItsFileAndBurns) {
+  const RecorderShelf shelf;
+  AttendantDouble person;
+  RecordingOptions options;
+  options.user_interface = &person;
+  Service* service = loadRecording(kLibrary, options);
+  const Programme programme({300, 300});
+  DiscRecordingService* recording = service;
+  ASSERT_EQ(recording->DeviceCount(), 2);
+  void* device = recording->DeviceAt(1);
+  EXPECT_STREQ(recording->ProductName(device), "BURNER TWO");
+  ASSERT_TRUE(recording->IsValid(device));
+  ASSERT_TRUE(recording->AcquireExclusiveAccess(device));
+  void* burn = recording->BurnForDevice(device);
+  const DiscBurnProperties properties{false, false, true, false, kDiscActionMount, kDiscActionNone};
+  recording->SetProperties(burn, &properties);
+  recording->RunProgressPanel(burn, programme.tracks.data(), programme.count());
+  recording->ReleaseExclusiveAccess(device);
+  EXPECT_TRUE(service->outcome().written) << service->outcome().failure;
+  EXPECT_EQ(shelf.audio(1), programme.image());
+  service->close();
+}
+
+TEST(RecordingLibrary, ThatIsMissingIsNamedWithWhatItNeeds) {
+  try {
+    loadRecording("/nowhere/velmor_recording.so", {});
+    FAIL() << "nothing was thrown";
+  } catch (const Failure& failure) {
+    EXPECT_THAT(failure.what(), HasSubstr("/nowhere/velmor_recording.so"));
+    EXPECT_THAT(failure.what(), HasSubstr("libburn4"));
+  }
+}
+
+TEST(RecordingLibrary, OnAMachineWithoutRecordersThereAreNone) {
+  const RecorderShelf shelf;
+  std::filesystem::remove_all(shelf.folder(0));
+  std::filesystem::remove_all(shelf.folder(1));
+  Service* service = loadRecording(kLibrary, {});
+  EXPECT_EQ(service->DeviceCount(), 0);
+  EXPECT_TRUE(service->drives().empty());
+  service->close();
+}
+
+}  // namespace
+}  // namespace velmor::recording::testing
