@@ -30,7 +30,7 @@ std::string convert(const std::string& text, const std::string& what,
     for (const std::string& character : converted.replaced)
       characters += (characters.empty() ? "\"" : ", \"") + character + "\"";
     warnings.push_back("CD-TEXT knows ISO 8859-1 only: " + characters + " in the " + what +
-                       " cannot be written as such.");
+                       " cannot be written as such");
   }
   return converted.text;
 }
@@ -61,14 +61,14 @@ void addCodes(DiscTexts& texts, const SheetTexts& sheet, std::vector<std::string
   texts.media_catalog = keep(mediaCatalogNumber(sheet.catalog), "");
   std::set<std::string> seen;
   for (size_t i = 0; i < sheet.tracks.size(); ++i) {
-    const std::string where = "Track " + std::to_string(i + 1) + ": ";
+    const std::string where = "track " + std::to_string(i + 1) + ": ";
     texts.recording_codes.push_back(keep(recordingCode(sheet.tracks[i].isrc), where));
     const std::string& code = texts.recording_codes.back();
     if (!code.empty() && !seen.insert(code).second)
       warnings.push_back(std::string(where)
                              .append("the ISRC ")
                              .append(code)
-                             .append(" stands on an earlier track too."));
+                             .append(" stands on an earlier track too"));
   }
 }
 
@@ -108,9 +108,9 @@ int textPacks(const DiscTexts& texts) {
 DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks,
                         std::vector<std::string>& warnings) {
   if (sheet.tracks.size() != tracks)
-    throw Failure("The cue sheet has " + std::to_string(sheet.tracks.size()) +
+    throw Failure("the cue sheet has " + std::to_string(sheet.tracks.size()) +
                   " tracks and the burn has " + std::to_string(tracks) +
-                  ": its texts belong to another disc.");
+                  ": its texts belong to another disc");
   DiscTexts texts;
   for (const Kind& kind : kKinds) texts.block(kind.kind) = makeBlock(kind, sheet, warnings);
   addCodes(texts, sheet, warnings);
@@ -119,11 +119,11 @@ DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks,
   if (textPacks(texts) > kMostWrittenTextPacks) texts.block(TextKind::kCode) = {};
   const int packs = textPacks(texts);
   if (packs > kMostWrittenTextPacks)
-    throw Failure("The texts take " + std::to_string(packs) + " packs of CD-TEXT, and " +
+    throw Failure("the texts take " + std::to_string(packs) + " packs of CD-TEXT, and " +
                   std::to_string(kMostWrittenTextPacks) +
                   " can be written: shorten them by about " +
                   std::to_string((packs - kMostWrittenTextPacks) * kTextPackBytes) +
-                  " characters, or burn without CD-TEXT.");
+                  " characters, or burn without CD-TEXT");
   return texts;
 }
 

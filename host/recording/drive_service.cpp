@@ -44,9 +44,9 @@ void DriveService::close() {
 
 void DriveService::fail(const std::string& sentence) {
   m_outcome.failure = sentence;
-  m_outcome.disc_state = "Nothing was written.";
+  m_outcome.disc_state = "nothing was written";
   if (m_options.attendant != nullptr)
-    m_options.attendant->message(Severity::kFailure, sentence + " " + m_outcome.disc_state);
+    m_options.attendant->message(Severity::kFailure, sentence + "; " + m_outcome.disc_state);
 }
 
 void DriveService::scan() {
@@ -98,11 +98,11 @@ bool DriveService::AcquireExclusiveAccess(void* device) {
   m_outcome = {};
   const DriveRecord* drive = find(device);
   if (drive == nullptr) {
-    fail("The drive is not there any more.");
+    fail("the drive is not there any more");
     return false;
   }
   if (m_recorder != nullptr) {
-    fail("The drive " + nameOf(*m_held) + " is still in use.");
+    fail("the drive " + nameOf(*m_held) + " is still in use");
     return false;
   }
   try {
@@ -155,7 +155,7 @@ std::vector<Drive> DriveService::drives() {
     if (std::any_of(result.begin(), result.end(), listed)) continue;
     const std::string obstacle = accessObstacle(path);
     result.push_back(
-        {path, "", "", "", false, obstacle.empty() ? path + " cannot write CDs." : obstacle});
+        {path, "", "", "", false, obstacle.empty() ? path + " cannot write CDs" : obstacle});
   }
   return result;
 }

@@ -36,7 +36,8 @@ class Attendant {
   /// True when the disc may be blanked; `question` names the drive and what is on the disc.
   virtual bool mayBlank(const std::string& question) = 0;
   virtual void progress(const Progress& progress) = 0;
-  /// One sentence or a few, without a line end.
+  /// What happened, why and what to do, as all programs say it: clauses that begin in lower case
+  /// and end without a full stop.
   virtual void message(Severity severity, const std::string& text) = 0;
 
  protected:

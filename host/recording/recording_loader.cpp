@@ -10,14 +10,14 @@ Service* loadRecording(const std::string& folder, const Options& options) {
   void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   if (library == nullptr) {
     const char* reason = dlerror();
-    throw Failure("The recording library cannot be loaded (" +
+    throw Failure("the recording library cannot be loaded (" +
                   std::string(reason != nullptr ? reason : path) +
-                  "). It belongs beside the program and needs the package libburn4.");
+                  "); it belongs beside the program and needs the package libburn4");
   }
   const auto open = reinterpret_cast<OpenRecordingFn>(dlsym(library, kOpenRecordingSymbol));
   if (open == nullptr) {
     throw Failure(path +
-                  " is not the recording library of this program. Install both from one build.");
+                  " is not the recording library of this program; install both from one build");
   }
   return open(options);
 }

@@ -41,7 +41,7 @@ Phase phaseOf(Activity activity) {
 
 /// A failure with what the drive said of it, if anything.
 std::string withReason(const std::string& failure, const std::string& reason) {
-  return reason.empty() ? failure : failure + " " + reason;
+  return reason.empty() ? failure : failure + ": " + reason;
 }
 
 }  // namespace
@@ -77,11 +77,11 @@ Outcome BurnRun::run(const DiscTrack* tracks, int count) {
     burn(tracks, count);
   } catch (const Failure& refusal) {
     m_outcome.failure = refusal.what();
-    if (!m_outcome.begun) m_outcome.disc_state = "Nothing was written.";
+    if (!m_outcome.begun) m_outcome.disc_state = "nothing was written";
   }
   if (!m_outcome.failure.empty())
     say(Severity::kFailure,
-        m_outcome.failure + (m_outcome.disc_state.empty() ? "" : " " + m_outcome.disc_state));
+        m_outcome.failure + (m_outcome.disc_state.empty() ? "" : "; " + m_outcome.disc_state));
   return m_outcome;
 }
 
@@ -112,19 +112,19 @@ Medium BurnRun::prepareDisc(const SessionPlan& plan) {
     blank(medium);
     medium = m_recorder.medium();
     if (judgeMedium(medium, false) != MediumVerdict::kReady)
-      throw Failure("The disc is not blank although the drive has blanked it.");
+      throw Failure("the disc is not blank although the drive has blanked it");
   }
   checkRoom(medium.free_sectors, plan.sectors);
   return medium;
 }
 
 void BurnRun::blank(const Medium& medium) {
-  const std::string what = "The drive " + m_drive + " holds " + describeMedium(medium) + ".";
+  const std::string what = "the drive " + m_drive + " holds " + describeMedium(medium);
   // A test write leaves no trace, and blanking is one.
-  if (simulate()) throw Failure(what + " A test needs a blank disc, and does not blank one.");
+  if (simulate()) throw Failure(what + "; a test needs a blank disc, and does not blank one");
   if (m_options.attendant == nullptr ||
-      !m_options.attendant->mayBlank(what + " Erase all that is on it?"))
-    throw Failure(what + " It was not to be erased.");
+      !m_options.attendant->mayBlank(what + "; erase all that is on it?"))
+    throw Failure(what + "; it was not to be erased");
   beginPhase(Phase::kBlanking);
   m_recorder.takeMessages();
   m_recorder.startBlanking();
@@ -138,26 +138,26 @@ void BurnRun::blank(const Medium& medium) {
   }
   const std::string reason = explainMessages(m_recorder.takeMessages(), SessionPlan());
   if (!m_recorder.succeeded()) {
-    m_outcome.disc_state = "What was on it may be lost.";
-    throw Failure(withReason("The disc could not be blanked.", reason));
+    m_outcome.disc_state = "what was on it may be lost";
+    throw Failure(withReason("the disc could not be blanked", reason));
   }
-  m_outcome.disc_state = "The disc was blanked, and nothing was written on it.";
+  m_outcome.disc_state = "the disc was blanked, and nothing was written on it";
 }
 
 void BurnRun::prepareDrive() {
   if (simulate() && !m_recorder.canTestWrite())
-    throw Failure("The drive " + m_drive +
-                  " cannot make a test write on this disc; it would write it in earnest.");
+    throw Failure("the drive " + m_drive +
+                  " cannot make a test write on this disc; it would write it in earnest");
   if (cancelWanted()) {
     m_outcome.cancelled = true;
-    throw Failure("The burn was stopped before it began.");
+    throw Failure("the burn was stopped before it began");
   }
   const double speed = m_recorder.setSpeed(m_options.speed);
   if (m_options.speed > 0.0 && speed > m_options.speed * 1.05)
     say(Severity::kWarning,
-        "The drive does not write this disc so slowly; it takes its slowest "
+        "the drive does not write this disc so slowly; it takes its slowest "
         "speed, about " +
-            std::to_string(std::lround(speed)) + "x.");
+            std::to_string(std::lround(speed)) + "x");
 }
 
 void BurnRun::write(const SessionPlan& plan, const Medium& before) {
@@ -217,14 +217,14 @@ void BurnRun::follow(SectorFeed& feed, const SessionPlan& plan) {
 void BurnRun::conclude(const SectorFeed& feed, const SessionPlan& plan, const Medium& before) {
   if (feed.cancelled()) m_outcome.cancelled = true;
   if (feed.failed())
-    m_outcome.failure = "The burn failed. " + feed.failure();
+    m_outcome.failure = "the burn failed: " + feed.failure();
   else if (m_outcome.cancelled)
-    m_outcome.failure = "The burn was stopped.";
+    m_outcome.failure = "the burn was stopped";
   else if (!m_recorder.succeeded())
-    m_outcome.failure = withReason("The burn failed.", explainMessages(m_messages, plan));
+    m_outcome.failure = withReason("the burn failed", explainMessages(m_messages, plan));
   else if (!feed.complete())
-    m_outcome.failure = "The burn failed: the drive took " + disc::msfText(feed.delivered()) +
-                        " of " + disc::msfText(plan.sectors) + ".";
+    m_outcome.failure = "the burn failed: the drive took " + disc::msfText(feed.delivered()) +
+                        " of " + disc::msfText(plan.sectors);
   Medium after = m_recorder.medium();
   after.rewritable = after.rewritable || before.rewritable;
   if (after.type.empty()) after.type = before.type;
@@ -234,9 +234,9 @@ void BurnRun::conclude(const SectorFeed& feed, const SessionPlan& plan, const Me
   }
   const std::string remark = explainMessages(m_messages, plan);
   if (!remark.empty())
-    say(Severity::kWarning, "The burn went through, but the drive had something to say. " + remark);
+    say(Severity::kWarning, "the burn went through, but the drive had something to say: " + remark);
   if (cancelWanted())
-    say(Severity::kNote, "The wish to stop came when all was written; the disc was completed.");
+    say(Severity::kNote, "the wish to stop came when all was written; the disc was completed");
   (simulate() ? m_outcome.tested : m_outcome.written) = true;
   m_outcome.disc_state = stateAfterSuccess(before, simulate(), m_properties.appendable);
 }
@@ -262,7 +262,7 @@ void BurnRun::compare(const SessionPlan& plan) {
     case Comparison::Verdict::kDifferent:
       m_outcome.written = false;
       m_outcome.failure = comparison.words;
-      m_outcome.disc_state = "The disc is written and closed, but not a good copy.";
+      m_outcome.disc_state = "the disc is written and closed, but not a good copy";
       return;
     case Comparison::Verdict::kUndecided:
       say(Severity::kWarning, comparison.words);

@@ -60,7 +60,7 @@ class ImageReader {
       const auto track = static_cast<size_t>(m_plan.trackAt(m_feed.delivered()));
       m_audio.resize(m_audio.size() + disc::kBytesPerSector);
       if (!m_feed.next(track, m_audio.data() + m_audio.size() - disc::kBytesPerSector))
-        throw Failure("The disc could not be compared. " + m_feed.failure());
+        throw Failure("the disc could not be compared: " + m_feed.failure());
     }
     return !m_audio.empty();
   }
@@ -199,8 +199,8 @@ Comparison compareDisc(Recorder& recorder, const SessionPlan& plan,
                        const ComparisonProgress& progress) {
   using Verdict = Comparison::Verdict;
   constexpr const char* kUnread =
-      "The disc was not compared with the image: the drive does not read it back. Take it out, put "
-      "it in again and listen to it, or read it with another drive.";
+      "the disc was not compared with the image: the drive does not read it back; take it out, put "
+      "it in again and listen to it, or read it with another drive";
   try {
     DiscReader disc(recorder, plan.sectors);
     const Offset offset = findOffset(plan, disc);
@@ -208,21 +208,21 @@ Comparison compareDisc(Recorder& recorder, const SessionPlan& plan,
     const Findings findings = compareAll(plan, disc, offset.frames, progress);
     if (findings.differing > 0)
       return {Verdict::kDifferent,
-              "The disc differs from the image in " + std::to_string(findings.differing) +
+              "the disc differs from the image in " + std::to_string(findings.differing) +
                   (findings.differing == 1 ? " sector, at " : " sectors, first at ") +
-                  place(plan, findings.first) + "."};
+                  place(plan, findings.first)};
     if (findings.unreadable == 0 && offset.chunks == 0) return {Verdict::kUndecided, kUnread};
     if (findings.unreadable)
       return {Verdict::kDifferent,
-              "The disc cannot be read at " + place(plan, *findings.unreadable) + "."};
+              "the disc cannot be read at " + place(plan, *findings.unreadable)};
     if (findings.stopped)
       return {Verdict::kUndecided,
-              "The comparison was stopped; as far as it went the disc equals "
-              "the image."};
-    if (offset.frames == 0) return {Verdict::kEqual, "The disc equals the image."};
-    return {Verdict::kEqual, "The disc equals the image. The drive reads with an offset of " +
+              "the comparison was stopped; as far as it went the disc equals "
+              "the image"};
+    if (offset.frames == 0) return {Verdict::kEqual, "the disc equals the image"};
+    return {Verdict::kEqual, "the disc equals the image; the drive reads with an offset of " +
                                  std::to_string(offset.frames) +
-                                 " frames, so that many at one end could not be compared."};
+                                 " frames, so that many at one end could not be compared"};
   } catch (const Failure& refusal) {
     return {Verdict::kUndecided, refusal.what()};
   }

@@ -12,7 +12,7 @@ namespace velmor::recording {
 struct Comparison {
   enum class Verdict { kEqual, kDifferent, kUndecided };
   Verdict verdict = Verdict::kUndecided;
-  std::string words;  ///< the result as sentences
+  std::string words;  ///< the result as a message (see recording_library.h)
 };
 
 /// Told the sectors compared so far; false ends the comparison.

@@ -85,13 +85,13 @@ std::string explainMessages(const std::vector<RecorderMessage>& messages, const 
     if (!message.error) continue;
     if (const auto sense = findSense(message.text)) {
       const auto sector = findFailedSector(message.text);
-      if (!sector) return "The drive stopped: " + senseInWords(*sense) + ".";
+      if (!sector) return "the drive stopped: " + senseInWords(*sense);
       if (*sector < 0)
-        return "The drive stopped in the silence before track 1: " + senseInWords(*sense) + ".";
-      return "The drive stopped at " + disc::msfText(*sector) + " (track " +
-             std::to_string(plan.trackAt(*sector) + 1) + "): " + senseInWords(*sense) + ".";
+        return "the drive stopped in the silence before track 1: " + senseInWords(*sense);
+      return "the drive stopped at " + disc::msfText(*sector) + " (track " +
+             std::to_string(plan.trackAt(*sector) + 1) + "): " + senseInWords(*sense);
     }
-    if (otherwise.empty()) otherwise = "The recorder says: " + message.text;
+    if (otherwise.empty()) otherwise = "the recorder says: " + message.text;
   }
   return otherwise;
 }

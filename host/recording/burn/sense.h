@@ -27,8 +27,8 @@ std::string senseInWords(const Sense& sense);
 /// The first sector of the failed write that a message names, as in "write(5000,13)".
 std::optional<int64_t> findFailedSector(const std::string& message);
 
-/// Why a burn failed, as a sentence, from all that the recorder said while it ran. Empty when it
-/// said nothing of the kind.
+/// Why a burn failed, as part of a message, from all that the recorder said while it ran. Empty
+/// when it said nothing of the kind.
 std::string explainMessages(const std::vector<RecorderMessage>& messages, const SessionPlan& plan);
 
 }  // namespace velmor::recording

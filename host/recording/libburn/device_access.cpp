@@ -57,11 +57,11 @@ std::string explainPermission(const DeviceFile& file, const Person& person) {
   const bool group_may = (file.mode & kGroupReadWrite) == kGroupReadWrite;
   if (group_may && !isMember(person, file.group))
     return file_words + ", and you are not in the group " + file.group_name +
-           ". Ask for it with: sudo usermod -aG " + file.group_name + " $USER, then log in again.";
+           "; ask for it with: sudo usermod -aG " + file.group_name + " $USER, then log in again";
   if (!group_may)
-    return file_words + ", so not even its group may read and write it. Ask for: sudo chmod g+rw " +
+    return file_words + ", so not even its group may read and write it; ask for: sudo chmod g+rw " +
            file.path;
-  return file_words + ". Something other than these permissions forbids it, as a sandbox would.";
+  return file_words + "; something other than these permissions forbids it, as a sandbox would";
 }
 
 }  // namespace
@@ -73,21 +73,21 @@ std::string explainAccess(const DeviceFile& file, const Person& person, int erro
       return explainPermission(file, person);
     case EBUSY:
       return file.path +
-             " is in use by another program. Close what is playing, burning or copying a disc "
-             "there, or unmount the disc.";
+             " is in use by another program; close what is playing, burning or copying a disc "
+             "there, or unmount the disc";
     case ENXIO:
     case ENODEV:
     case ENOMEDIUM:
-      return "There is no drive behind " + file.path + ".";
+      return "there is no drive behind " + file.path;
     default:
-      return file.path + " cannot be opened: " + std::strerror(error) + ".";
+      return file.path + " cannot be opened: " + std::strerror(error);
   }
 }
 
 std::string accessObstacle(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0)
-    return path + " is not there any more. Is the drive still plugged in?";
+    return path + " is not there any more; is the drive still plugged in?";
   // Exclusively and without waiting for a disc, as the recorder will be opened for a burn.
   const int fd = open(path.c_str(), O_RDWR | O_NONBLOCK | O_EXCL | O_CLOEXEC);
   if (fd >= 0) {

@@ -204,7 +204,7 @@ void LibburnRecorder::startWriting(const Session& session, SectorFeed& feed) {
   const WriteOptions options = makeWriteOptions(m_drive, session);
   std::array<char, BURN_REASONS_LEN> reasons{};
   if (burn::burn_precheck_write(options.get(), m_disc.get(), reasons.data(), 1) <= 0)
-    throw Failure(std::string("The drive does not take this burn: ") + reasons.data() + ".");
+    throw Failure(std::string("the drive does not take this burn: ") + reasons.data());
   m_changed = true;
   const SignalsToOthers quiet;
   burn::burn_disc_write(options.get(), m_disc.get());
@@ -285,9 +285,9 @@ std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool clos
     return std::make_unique<LibburnRecorder>(info);
   }
   if (info != nullptr) burn::burn_drive_info_free(info);
-  std::string why = "The drive " + address + " could not be taken into use.";
+  std::string why = "the drive " + address + " could not be taken into use";
   for (const RecorderMessage& message : drainMessages())
-    if (message.error) why += " " + message.text;
+    if (message.error) why += "; " + message.text;
   throw Failure(why);
 }
 
@@ -306,8 +306,8 @@ bool libraryFits() {
 
 std::unique_ptr<RecorderBus> openLibburn() {
   if (!libraryFits())
-    throw Failure("The libburn of this machine is older than the one this program was made with.");
-  if (burn::burn_initialize() == 0) throw Failure("libburn could not be started.");
+    throw Failure("the libburn of this machine is older than the one this program was made with");
+  if (burn::burn_initialize() == 0) throw Failure("libburn could not be started");
   // Messages are collected and told in our own words. Signals stay the program's own business.
   burn::burn_msgs_set_severities(mutableText("WARNING"), mutableText("NEVER"), mutableText(""));
   burn::burn_preset_device_open(1, 0, 0);

@@ -72,7 +72,7 @@ constexpr std::array<TextName, disc::kTextKinds> kTextNames{
      {disc::TextKind::kCode, "UPC_ISRC"}}};
 
 void require(bool done, const char* what) {
-  if (!done) throw Failure(std::string("The burn could not be set up: ") + what + ".");
+  if (!done) throw Failure(std::string("the burn could not be set up: ") + what);
 }
 
 int lengthWithZero(const std::string& text) {

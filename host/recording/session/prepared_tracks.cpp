@@ -10,7 +10,7 @@ PreparedTracks::PreparedTracks(const SessionPlan& plan) : m_plan(plan) {
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
     if (plan.tracks[i].producer->PrepareTrack()) continue;
     for (size_t done = 0; done < i; ++done) plan.tracks[done].producer->CleanupTrackAfterBurn();
-    throw Failure("The audio of track " + std::to_string(i + 1) + " could not be prepared.");
+    throw Failure("the audio of track " + std::to_string(i + 1) + " could not be prepared");
   }
 }
 
@@ -27,8 +27,8 @@ PreparedForVerification::~PreparedForVerification() {
 void restartProducers(const SessionPlan& plan) {
   for (size_t i = 0; i < plan.tracks.size(); ++i)
     if (!plan.tracks[i].producer->PrepareTrackForVerification())
-      throw Failure("The audio of track " + std::to_string(i + 1) +
-                    " could not be prepared for the comparison.");
+      throw Failure("the audio of track " + std::to_string(i + 1) +
+                    " could not be prepared for the comparison");
 }
 
 }  // namespace velmor::recording

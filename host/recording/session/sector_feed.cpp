@@ -25,16 +25,16 @@ bool SectorFeed::next(size_t track, unsigned char* sector) {
   if (track == m_track + 1) {
     const PlannedTrack& done = m_plan.tracks[m_track];
     if (m_offset != done.pregap + int64_t{done.sectors})
-      return fail("The recorder left track " + std::to_string(m_track + 1) + " before its end.");
+      return fail("the recorder left track " + std::to_string(m_track + 1) + " before its end");
     m_track = track;
     m_offset = 0;
   } else if (track != m_track) {
-    return fail("The recorder asked for the tracks in another order than that of the disc.");
+    return fail("the recorder asked for the tracks in another order than that of the disc");
   }
   if (m_track >= m_plan.tracks.size() ||
       m_offset >= m_plan.tracks[m_track].pregap + int64_t{m_plan.tracks[m_track].sectors})
-    return fail("The recorder asked for more audio than track " + std::to_string(m_track + 1) +
-                " has.");
+    return fail("the recorder asked for more audio than track " + std::to_string(m_track + 1) +
+                " has");
   if (!produce(m_track, sector)) return false;
   ++m_offset;
   m_delivered.fetch_add(1);
@@ -46,7 +46,7 @@ bool SectorFeed::produce(size_t track, unsigned char* sector) {
   if (m_offset >= planned.pregap) return produceData(track, sector);
   if (planned.producer->ProducePreGap(sector, disc::kBytesPerSector) == disc::kBytesPerSector)
     return true;
-  return fail("The pregap of track " + std::to_string(track + 1) + " could not be made.");
+  return fail("the pregap of track " + std::to_string(track + 1) + " could not be made");
 }
 
 bool SectorFeed::produceData(size_t track, unsigned char* sector) {
@@ -54,12 +54,12 @@ bool SectorFeed::produceData(size_t track, unsigned char* sector) {
   if (count == disc::kBytesPerSector) return true;
   const std::string where =
       " at " + disc::msfText(delivered()) + " (track " + std::to_string(track + 1) + ")";
-  if (count > disc::kBytesPerSector) return fail("The image could not be read" + where + ".");
+  if (count > disc::kBytesPerSector) return fail("the image could not be read" + where);
   // The one sector that an image may leave unfilled is the disc's last.
   const bool last = delivered() == m_plan.sectors - 1;
   if (!last || count == 0)
-    return fail("The image ends too early" + where +
-                ": it has become shorter since the burn was prepared.");
+    return fail("the image ends too early" + where +
+                ": it has become shorter since the burn was prepared");
   std::memset(sector + count, 0, disc::kBytesPerSector - count);
   return true;
 }

@@ -18,27 +18,27 @@ std::string nameOf(int index) {
 void checkForm(const DiscTrack& track, const std::string& name) {
   if (track.block_size != disc::kBytesPerSector || track.data_form != 0 || track.track_mode != 0 ||
       track.block_type != 0 || track.session_format != 0)
-    throw Failure("Only audio can be recorded: " + name +
-                  " is not made of audio sectors of 2352 bytes.");
+    throw Failure("only audio can be recorded: " + name +
+                  " is not made of audio sectors of 2352 bytes");
 }
 
 void checkLength(const DiscTrack& track, const std::string& name) {
-  if (track.track_length <= 0) throw Failure("There is nothing to record in " + name + ".");
+  if (track.track_length <= 0) throw Failure("there is nothing to record in " + name);
   // libburn would fill the track up with silence, and all that follows would start too late.
   if (track.track_length < disc::kShortestTrackSectors)
-    throw Failure("The burn was not begun: " + name +
-                  " is shorter than 4 seconds and would be padded, moving the tracks after it. "
-                  "Move its marker, or join it with a neighbour.");
-  if (track.pregap_length < 0) throw Failure("The pregap of " + name + " has a negative length.");
+    throw Failure("the burn was not begun: " + name +
+                  " is shorter than 4 seconds and would be padded, moving the tracks after it; "
+                  "move its marker, or join it with a neighbour");
+  if (track.pregap_length < 0) throw Failure("the pregap of " + name + " has a negative length");
 }
 
 void checkProducer(const DiscTrack& track, const std::string& name) {
-  if (track.producer == nullptr) throw Failure("Nothing delivers the audio of " + name + ".");
+  if (track.producer == nullptr) throw Failure("nothing delivers the audio of " + name);
   const uint64_t estimate = track.producer->EstimateLengthOfTrack();
   if (estimate != static_cast<uint64_t>(track.track_length))
-    throw Failure("The burn was not begun: " + name + " was laid out with " +
+    throw Failure("the burn was not begun: " + name + " was laid out with " +
                   std::to_string(track.track_length) + " sectors, but its audio has " +
-                  std::to_string(estimate) + ".");
+                  std::to_string(estimate));
 }
 
 }  // namespace
@@ -52,10 +52,10 @@ int SessionPlan::trackAt(int64_t lba) const {
 
 SessionPlan planSession(const DiscTrack* tracks, int count) {
   if (tracks == nullptr || count <= 0)
-    throw Failure("There are no tracks to record: an audio CD has 1 to 99.");
+    throw Failure("there are no tracks to record: an audio CD has 1 to 99");
   if (count > disc::kMostTracks)
-    throw Failure("An audio CD has at most 99 tracks, and there are " + std::to_string(count) +
-                  ". Remove markers, or make two discs of it.");
+    throw Failure("an audio CD has at most 99 tracks, and there are " + std::to_string(count) +
+                  "; remove markers, or make two discs of it");
   SessionPlan plan;
   for (int i = 0; i < count; ++i) {
     const DiscTrack& track = tracks[i];
@@ -71,8 +71,8 @@ SessionPlan planSession(const DiscTrack* tracks, int count) {
     plan.sectors = start + track.track_length;
   }
   if (plan.sectors > disc::kLastLeadOut)
-    throw Failure("The image is " + disc::msfText(plan.sectors) +
-                  " long; the times of a disc end at " + disc::msfText(disc::kLastLeadOut) + ".");
+    throw Failure("the image is " + disc::msfText(plan.sectors) +
+                  " long; the times of a disc end at " + disc::msfText(disc::kLastLeadOut));
   return plan;
 }
 

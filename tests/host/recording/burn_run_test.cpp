@@ -37,7 +37,7 @@ class Burn : public ::testing::Test {
     EXPECT_FALSE(outcome.written);
     EXPECT_EQ(m_drive.writings, 0);
     EXPECT_EQ(m_drive.blankings, 0);
-    EXPECT_THAT(m_person.failures, ElementsAre(outcome.failure + " Nothing was written."));
+    EXPECT_THAT(m_person.failures, ElementsAre(outcome.failure + "; nothing was written"));
   }
   void putRewritable() { m_drive.medium = {DiscState::kClosed, "CD-RW", true, true, 0, 359'849}; }
 
@@ -54,7 +54,7 @@ TEST_F(Burn, ThatGoesWellMakesADiscOfTheImagesBytes) {
   EXPECT_EQ(outcome.failure, "");
   EXPECT_TRUE(outcome.written);
   EXPECT_FALSE(outcome.tested);
-  EXPECT_EQ(outcome.disc_state, "The CD-R is written and closed.");
+  EXPECT_EQ(outcome.disc_state, "the CD-R is written and closed");
   EXPECT_EQ(m_drive.disc, programme.image());
   EXPECT_FALSE(m_drive.kept_open);
   EXPECT_THAT(m_person.failures, IsEmpty());
@@ -143,7 +143,7 @@ TEST_F(Burn, ALayoutThatIsNoAudioDiscIsRefusedBeforeTheDriveIsAsked) {
 
 TEST_F(Burn, AnEmptyTrayIsRefused) {
   m_drive.medium = {DiscState::kNone, "", false, false, 0, 0};
-  expectRefused(run(Programme({300})), "There is no disc in the drive");
+  expectRefused(run(Programme({300})), "there is no disc in the drive");
 }
 
 TEST_F(Burn, AClosedDiscIsRefused) {
@@ -172,7 +172,7 @@ TEST_F(Burn, ARewritableDiscIsBlankedAfterAYes) {
 
 TEST_F(Burn, ANoLeavesTheRewritableDiscAlone) {
   putRewritable();
-  expectRefused(run(Programme({300})), "It was not to be erased");
+  expectRefused(run(Programme({300})), "it was not to be erased");
   EXPECT_EQ(m_person.questions.size(), 1U);
 }
 
@@ -210,7 +210,7 @@ TEST_F(Burn, AFailedBlankingEndsIt) {
   m_person.blank = true;
   m_drive.blanks_well = false;
   const Outcome outcome = run(Programme({300}));
-  EXPECT_EQ(outcome.failure, "The disc could not be blanked.") << "the drive did not say why";
+  EXPECT_EQ(outcome.failure, "the disc could not be blanked") << "the drive did not say why";
   EXPECT_THAT(outcome.disc_state, HasSubstr("may be lost"));
   EXPECT_EQ(m_drive.writings, 0);
 }
@@ -227,7 +227,7 @@ TEST_F(Burn, AFailedReadOfTheImageIsAFailureThoughTheRecorderReportsSuccess) {
 
 TEST_F(Burn, AFailureThatNobodyExplainsIsToldAsOne) {
   m_drive.fails_silently_at = 350;
-  EXPECT_EQ(run(Programme({300, 300})).failure, "The burn failed.");
+  EXPECT_EQ(run(Programme({300, 300})).failure, "the burn failed");
 }
 
 TEST_F(Burn, AFlawOfTheDiscIsToldWithItsPlace) {
@@ -236,10 +236,10 @@ TEST_F(Burn, AFlawOfTheDiscIsToldWithItsPlace) {
   EXPECT_TRUE(outcome.begun);
   EXPECT_FALSE(outcome.written);
   EXPECT_EQ(outcome.failure,
-            "The burn failed. The drive stopped at 00:04:50 (track 2): the disc has a flaw there: "
-            "it could not be written (sense 3 0C 00).");
+            "the burn failed: the drive stopped at 00:04:50 (track 2): the disc has a flaw there: "
+            "it could not be written (sense 3 0C 00)");
   EXPECT_THAT(outcome.disc_state, HasSubstr("cannot be used any more"));
-  EXPECT_THAT(m_person.failures, ElementsAre(outcome.failure + " " + outcome.disc_state));
+  EXPECT_THAT(m_person.failures, ElementsAre(outcome.failure + "; " + outcome.disc_state));
 }
 
 TEST_F(Burn, TheWishToStopStopsItAndTellsOfTheDisc) {
@@ -249,7 +249,7 @@ TEST_F(Burn, TheWishToStopStopsItAndTellsOfTheDisc) {
   const Outcome outcome = run(Programme({300, 450}));
   EXPECT_TRUE(outcome.cancelled);
   EXPECT_FALSE(outcome.written);
-  EXPECT_EQ(outcome.failure, "The burn was stopped.");
+  EXPECT_EQ(outcome.failure, "the burn was stopped");
   EXPECT_THAT(outcome.disc_state, HasSubstr("written in part"));
   EXPECT_LT(m_drive.disc.size(), size_t{310} * disc::kBytesPerSector);
 }

@@ -25,7 +25,7 @@ TEST(DiscComparison, EqualBytesAreEqual) {
   drive.disc = programme.image();
   const Comparison result = compare(drive, programme);
   EXPECT_EQ(result.verdict, Verdict::kEqual);
-  EXPECT_EQ(result.words, "The disc equals the image.");
+  EXPECT_EQ(result.words, "the disc equals the image");
 }
 
 class ReadOffset : public ::testing::TestWithParam<int> {};

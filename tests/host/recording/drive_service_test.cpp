@@ -122,7 +122,7 @@ TEST_F(TheService, ABusyDriveIsToldOfAndNothingIsWritten) {
   burn(m_service->DeviceAt(0), Programme({300}), m_plain);
   EXPECT_EQ(m_service->outcome().failure, m_machine.refusal);
   EXPECT_THAT(m_person.failures,
-              ::testing::ElementsAre(m_machine.refusal + " Nothing was written."));
+              ::testing::ElementsAre(m_machine.refusal + "; nothing was written"));
   EXPECT_EQ(m_machine.state.writings, 0);
 }
 

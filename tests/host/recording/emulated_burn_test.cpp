@@ -51,7 +51,7 @@ class EmulatedBurn : public ::testing::Test {
   void expectUntouched(const Outcome& outcome, const std::string& words) {
     EXPECT_THAT(outcome.failure, HasSubstr(words));
     EXPECT_FALSE(outcome.written);
-    EXPECT_EQ(outcome.disc_state, "Nothing was written.");
+    EXPECT_EQ(outcome.disc_state, "nothing was written");
     ASSERT_EQ(m_person.failures.size(), 1U);
     EXPECT_THAT(m_person.failures[0], HasSubstr(words));
     EXPECT_THAT(m_shelf.audio(0), IsEmpty());
@@ -237,7 +237,7 @@ TEST_F(EmulatedBurn, AMediumErrorIsToldWithItsPlaceAndSpoilsTheDisc) {
   m_shelf.change(0, [](recorder::Settings& s) { s.faults.write_error_at = 400; });
   const Outcome& outcome = burn(Programme({300, 450}));
   EXPECT_FALSE(outcome.written);
-  EXPECT_THAT(outcome.failure, HasSubstr("The drive stopped at 00:05:"));
+  EXPECT_THAT(outcome.failure, HasSubstr("the drive stopped at 00:05:"));
   EXPECT_THAT(outcome.failure, HasSubstr("(track 2)"));
   EXPECT_THAT(outcome.failure, HasSubstr("the disc has a flaw there"));
   EXPECT_THAT(outcome.disc_state, HasSubstr("cannot be used any more"));
@@ -247,7 +247,7 @@ TEST_F(EmulatedBurn, AMediumErrorIsToldWithItsPlaceAndSpoilsTheDisc) {
 TEST_F(EmulatedBurn, AnEmptyTrayIsToldOf) {
   m_shelf.empty(0);
   const Outcome& outcome = burn(Programme({300}));
-  expectUntouched(outcome, "There is no disc in the drive");
+  expectUntouched(outcome, "there is no disc in the drive");
 }
 
 TEST_F(EmulatedBurn, AClosedDiscIsRefused) {
@@ -294,7 +294,7 @@ TEST_F(EmulatedBurn, DrivesThatMayNotBeOpenedAreListedLastWithTheReason) {
 TEST_F(EmulatedBurn, ARewritableDiscIsBlankedAfterAYesOnly) {
   m_shelf.insert(0, RecorderShelf::closed(RecorderShelf::rewritable()));
   const Programme programme({300, 300});
-  expectUntouched(burn(programme), "It was not to be erased");
+  expectUntouched(burn(programme), "it was not to be erased");
   EXPECT_EQ(m_shelf.disc(0).tracks.size(), 1U);
   m_person.blank = true;
   EXPECT_TRUE(burn(programme).written) << m_service->outcome().failure;
@@ -331,7 +331,7 @@ TEST_F(EmulatedBurn, TheWishToStopIsObeyedAndTheDiscsStateTold) {
   const Outcome& outcome = burn(Programme({300, 6000}));
   EXPECT_TRUE(outcome.cancelled);
   EXPECT_FALSE(outcome.written);
-  EXPECT_EQ(outcome.failure, "The burn was stopped.");
+  EXPECT_EQ(outcome.failure, "the burn was stopped");
   EXPECT_THAT(outcome.disc_state, HasSubstr("cannot be used any more"));
   EXPECT_LT(m_shelf.audio(0).size(), size_t{6000} * disc::kBytesPerSector);
 }

@@ -86,7 +86,7 @@ TEST(SessionPlan, OnlyAudioSectorsAreTaken) {
                                 &DiscTrack::block_type, &DiscTrack::session_format}) {
     Programme programme({300});
     programme.tracks[0].*field = 1;
-    EXPECT_THAT(refusalOf(programme), HasSubstr("Only audio"));
+    EXPECT_THAT(refusalOf(programme), HasSubstr("only audio"));
   }
   Programme programme({300});
   programme.tracks[0].block_size = 2048;

@@ -34,8 +34,8 @@ TEST(Sense, AMediumErrorIsToldWithItsPlaceOnTheDisc) {
   EXPECT_EQ(explainMessages({{false, "a hint [5 24 00]"},
                              {true, "SCSI error on write(5000,13): [3 0C 00] Medium error"}},
                             twoTracks()),
-            "The drive stopped at 01:06:50 (track 2): the disc has a flaw there: it could not be "
-            "written (sense 3 0C 00).");
+            "the drive stopped at 01:06:50 (track 2): the disc has a flaw there: it could not be "
+            "written (sense 3 0C 00)");
 }
 
 TEST(Sense, AnUnknownCodeKeepsItsNumbers) {
@@ -49,7 +49,7 @@ TEST(Sense, TheNarrowerMeaningWins) {
 
 TEST(Sense, AMessageWithoutSenseIsPassedOn) {
   EXPECT_EQ(explainMessages({{true, "Too few memory"}}, twoTracks()),
-            "The recorder says: Too few memory");
+            "the recorder says: Too few memory");
   EXPECT_EQ(explainMessages({}, twoTracks()), "");
 }
 
@@ -73,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Access{0660, 100, EACCES, "sudo usermod -aG cdrom"},
                       Access{0640, 24, EACCES, "permissions 640, so not even its group"},
                       Access{0600, 100, EPERM, "chmod g+rw /dev/sr0"},
-                      Access{0660, 24, EACCES, "Something other than these permissions"},
+                      Access{0660, 24, EACCES, "something other than these permissions"},
                       Access{0660, 24, EBUSY, "in use by another program"},
                       Access{0660, 24, ENXIO, "no drive behind /dev/sr0"},
                       Access{0660, 24, EIO, "Input/output error"}));
@@ -108,17 +108,17 @@ INSTANTIATE_TEST_SUITE_P(
         Disc{{DiscState::kBlank, "CD-R", true, false, 1, 1}, true, "ready"},
         Disc{{DiscState::kBlank, "CD-RW", true, true, 1, 1}, false, "ready"},
         Disc{{DiscState::kNone, "", false, false, 0, 0}, true, "no disc in the drive"},
-        Disc{{DiscState::kClosed, "CD-R", true, false, 0, 1}, true, "written and closed. Nothing"},
-        Disc{{DiscState::kClosed, "CD-ROM", false, false, 0, 0}, true, "Nothing can be recorded"},
-        Disc{{DiscState::kAppendable, "CD-R", true, false, 0, 1}, true, "open for more. Nothing"},
+        Disc{{DiscState::kClosed, "CD-R", true, false, 0, 1}, true, "written and closed; nothing"},
+        Disc{{DiscState::kClosed, "CD-ROM", false, false, 0, 0}, true, "nothing can be recorded"},
+        Disc{{DiscState::kAppendable, "CD-R", true, false, 0, 1}, true, "open for more; nothing"},
         Disc{{DiscState::kClosed, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
         Disc{{DiscState::kAppendable, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
         Disc{{DiscState::kClosed, "CD-RW", true, true, 0, 1}, false, "may not overwrite"},
         Disc{{DiscState::kBlank, "DVD-R", false, false, 1, 1}, true, "needs a CD-R or CD-RW"},
-        Disc{{DiscState::kClosed, "DVD-RW", false, true, 0, 0}, true, "Nothing can be recorded"},
+        Disc{{DiscState::kClosed, "DVD-RW", false, true, 0, 0}, true, "nothing can be recorded"},
         Disc{{DiscState::kUnsuitable, "", false, false, 0, 0}, true, "cannot use its disc"},
         Disc{{DiscState::kUnsuitable, "CD-RW", true, true, 0, 1}, true, "needs blanking"},
-        Disc{{DiscState::kUnsuitable, "CD-R", true, false, 0, 1}, true, "broken off. Nothing"},
+        Disc{{DiscState::kUnsuitable, "CD-R", true, false, 0, 1}, true, "broken off; nothing"},
         Disc{{DiscState::kUnknown, "", false, false, 0, 0}, true, "cannot use its disc"}));
 
 TEST(Room, TheImageMayFillTheDiscAndNotOneSectorMore) {

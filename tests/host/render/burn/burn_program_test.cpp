@@ -34,7 +34,7 @@ TEST_F(BurnProgram, TheDiscIsTheImageAndItsTracksBeginWhereTheRenderPutThem) {
   EXPECT_EQ(report["burn"]["drive"], "VELMOR TEST DRIVE 2");
   EXPECT_FALSE(report["burn"].contains("failure"));
   EXPECT_THAT(m_said, testing::EndsWith("velmor-render: Burning to VELMOR TEST DRIVE 2\n"
-                                        "velmor-render: The CD-R is written and closed.\n"));
+                                        "velmor-render: the CD-R is written and closed\n"));
   EXPECT_THAT(ini(), AllOf(HasSubstr("drive=1"), HasSubstr("deletefiles=0"), HasSubstr("eject=0")));
 }
 
@@ -207,7 +207,7 @@ const std::vector<BurnFault::Case>& BurnFault::cases() {
        },
        "(track 2)", true},
       {"EmptyTray", [](const BurnFault& test) { test.insert(0, std::nullopt); },
-       "There is no disc in the drive", false},
+       "there is no disc in the drive", false},
       {"ClosedDisc", [](const BurnFault& test) { test.insert(0, closed()); },
        "a CD-R that is written and closed", false},
       {"SmallDisc",
@@ -223,7 +223,7 @@ const std::vector<BurnFault::Case>& BurnFault::cases() {
          disc.medium = velmor::recorder::Medium::kCdRw;
          test.insert(0, closed(disc));
        },
-       "It was not to be erased", false},
+       "it was not to be erased", false},
       {"Busy",
        [](const BurnFault& test) {
          test.change(0, [](Settings& settings) { settings.busy = true; });
