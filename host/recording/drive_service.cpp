@@ -70,7 +70,7 @@ const DriveRecord* DriveService::find(void* device) const {
 }
 
 int DriveService::DeviceCount() {
-  // A drive under our own exclusive access cannot be found by looking.
+  // A scan does not list a drive that we hold ourselves.
   if (m_stale && m_recorder == nullptr) scan();
   return static_cast<int>(m_present.size());
 }

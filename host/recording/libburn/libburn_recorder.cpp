@@ -16,25 +16,27 @@ namespace {
 
 constexpr int kProfileCdR = 0x09;
 constexpr int kProfileCdRw = 0x0A;
-constexpr double kBytesPerSecond = 176.4;  // thousands, at playing speed
+/// At playing speed; libburn counts speeds in thousands of bytes a second.
+constexpr double kKilobytesPerSecond = disc::kSampleRate * disc::kBytesPerFrame / 1000.0;
 constexpr useconds_t kPollMicroseconds = 20'000;
 constexpr useconds_t kReadyMicroseconds = 200'000;
 constexpr int kReadyTries = 50;
 constexpr int kReportedBlockBytes = 2048;  // libburn tells the free space of every disc in these
 constexpr int kWholeOfBlanking = 0x10000;
 
-/// While one lives, threads that are begun have all signals blocked: Ctrl-C is for the program's
-/// own thread to hear, and never for one that waits for an answer of the drive.
-class SignalsToOthers {
+/// Blocks all signals on this thread for its lifetime. Threads that libburn starts meanwhile
+/// inherit that, so Ctrl-C is delivered to the program's own thread and never interrupts one that
+/// waits for the drive.
+class SignalsBlocked {
  public:
-  SignalsToOthers() {
+  SignalsBlocked() {
     sigset_t all;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &m_before);
   }
-  ~SignalsToOthers() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
-  SignalsToOthers(const SignalsToOthers&) = delete;
-  SignalsToOthers& operator=(const SignalsToOthers&) = delete;
+  ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+  SignalsBlocked(const SignalsBlocked&) = delete;
+  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
 
  private:
   sigset_t m_before{};
@@ -142,7 +144,7 @@ int64_t LibburnRecorder::freeSectors() {
   return burn::burn_disc_available_space(m_drive, options.get()) / kReportedBlockBytes;
 }
 
-/// By the disc's own lead-in: the last address at which its lead-out may begin.
+/// Sectors by the ATIP in the disc's lead-in: the last address at which its lead-out may begin.
 int64_t LibburnRecorder::capacity() {
   int start = 0;
   int end = 0;
@@ -181,13 +183,13 @@ bool LibburnRecorder::canTestWrite() {
 }
 
 double LibburnRecorder::setSpeed(double speed) {
-  const int kilobytes = speed > 0.0 ? static_cast<int>(std::ceil(speed * kBytesPerSecond)) : 0;
+  const int kilobytes = speed > 0.0 ? static_cast<int>(std::ceil(speed * kKilobytesPerSecond)) : 0;
   burn::burn_drive_set_speed(m_drive, 0, kilobytes);
   burn::burn_speed_descriptor* best = nullptr;
   // With no speed that slow the drive takes its slowest.
   if (burn::burn_drive_get_best_speed(m_drive, kilobytes, &best, 2) <= 0 || best == nullptr)
     if (burn::burn_drive_get_best_speed(m_drive, -1, &best, 2) <= 0 || best == nullptr) return 0.0;
-  return best->write_speed / kBytesPerSecond;
+  return best->write_speed / kKilobytesPerSecond;
 }
 
 void LibburnRecorder::startBlanking() {
@@ -195,7 +197,7 @@ void LibburnRecorder::startBlanking() {
   // A disc with a recording that broke off is neither blank nor full to libburn, but can be
   // blanked.
   burn::burn_disc_pretend_full(m_drive);
-  const SignalsToOthers quiet;
+  const SignalsBlocked quiet;
   burn::burn_disc_erase(m_drive, 1);
 }
 
@@ -206,7 +208,7 @@ void LibburnRecorder::startWriting(const Session& session, SectorFeed& feed) {
   if (burn::burn_precheck_write(options.get(), m_disc.get(), reasons.data(), 1) <= 0)
     throw Failure(std::string("the drive does not take this burn: ") + reasons.data());
   m_changed = true;
-  const SignalsToOthers quiet;
+  const SignalsBlocked quiet;
   burn::burn_disc_write(options.get(), m_disc.get());
 }
 
@@ -260,7 +262,7 @@ std::vector<DriveRecord> LibburnBus::scan() {
   burn::burn_drive_info* infos = nullptr;
   unsigned int count = 0;
   int done = 0;
-  const SignalsToOthers quiet;
+  const SignalsBlocked quiet;
   while ((done = burn::burn_drive_scan(&infos, &count)) == 0) usleep(kPollMicroseconds);
   for (unsigned int i = 0; done > 0 && i < count; ++i) {
     std::array<char, BURN_DRIVE_ADR_LEN> address{};

@@ -151,7 +151,7 @@ WriteOptions makeWriteOptions(burn::burn_drive* drive, const Session& session) {
   WriteOptions options(burn::burn_write_opts_new(drive));
   require(options != nullptr, "there is no memory");
   burn::burn_write_opts* o = options.get();
-  // Never left to the library: it would fall back to track-at-once, with gaps between the tracks.
+  // libburn must not choose: it would fall back to track-at-once, with gaps between the tracks.
   require(burn::burn_write_opts_set_write_type(o, burn::BURN_WRITE_SAO, burn::BURN_BLOCK_SAO) != 0,
           "the drive does not write session-at-once");
   burn::burn_write_opts_set_multi(o, session.keep_open ? 1 : 0);

@@ -12,8 +12,9 @@ namespace velmor::recording {
 /// Filled by the recorder's worker thread strictly in the order of the disc; the rest may be asked
 /// by another thread, `failure` only when the worker is done.
 ///
-/// A recorder that is told of a bad source goes on with zeros and reports a good disc. So the feed
-/// keeps its own record of what went wrong, and who drives the burn stops it and looks here.
+/// libburn does not fail when its source does: it goes on with zeros and reports a good disc. So
+/// the feed keeps its own record of what went wrong; the burn stops the recorder when `failed` says
+/// so.
 class SectorFeed {
  public:
   /// Both must outlive the feed; `cancel` may be null.
