@@ -20,7 +20,7 @@ std::string readSheet(const std::filesystem::path& path) {
   std::error_code error;
   if (std::filesystem::is_directory(path, error))
     throw Failure(name + " is a folder; name the cue sheet in it");
-  // A pipe without a writer would be waited for without end.
+  // Opening a pipe that nobody writes to would block for ever.
   const auto kind = std::filesystem::status(path, error).type();
   if (kind != std::filesystem::file_type::regular && kind != std::filesystem::file_type::not_found)
     throw Failure(name + " is no regular file; name the cue sheet");
@@ -28,7 +28,8 @@ std::string readSheet(const std::filesystem::path& path) {
   if (!in)
     throw Failure("the sheet " + name +
                   " cannot be opened: " + std::generic_category().message(errno));
-  // By pieces: room for the longest sheet at once takes longer to get than a short disc to read.
+  // The sheet is read in pieces: to allocate and clear room for the longest one would take longer
+  // than to check a short disc.
   std::string bytes;
   std::array<char, size_t{64} << 10> piece{};
   while (in && bytes.size() <= kLongestSheet) {
@@ -54,7 +55,8 @@ void scanImages(Disc& disc, const CheckOptions& options) {
   }
 }
 
-/// What is no text and has no track is no sheet; what its lines lack helps nobody.
+/// A file that is no text and has no track is no cue sheet at all: of its findings only the errors
+/// stay, since remarks on its lines would help nobody.
 void keepErrorsOfNoSheet(std::vector<Finding>& findings) {
   const auto says = [&findings](std::string_view rule) {
     return std::any_of(findings.begin(), findings.end(),

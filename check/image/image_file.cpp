@@ -105,8 +105,8 @@ void ImageFile::locateInWave() {
     }
     const int64_t size = little32(c.data() + 4);
     if (named(c.data(), "fmt ")) {
-      plain = little16(c.data() + 10) == 2 && little32(c.data() + 12) == 44100 &&
-              little16(c.data() + 20) == 4 &&
+      plain = little16(c.data() + 10) == 2 && little32(c.data() + 12) == disc::kSampleRate &&
+              little16(c.data() + 20) == disc::kBytesPerFrame &&
               (little16(c.data() + 8) == 1 || little16(c.data() + 8) == 0xFFFE);
     } else if (named(c.data(), "data")) {
       if (!plain) return;

@@ -22,8 +22,9 @@ inline Extremes sectorExtremes(const int16_t* samples) {
   return {low, high};
 }
 
-/// Do two samples of one channel that follow each other both lie at `level`? In the same manner:
-/// loud masters touch full scale in every other sector, mostly with single samples.
+/// Do two samples of one channel that follow each other both lie at `level`? The loop is branchless
+/// as well, since it runs often: loud masters touch full scale in every other sector, though mostly
+/// with single samples.
 inline bool holdsPair(const int16_t* samples, int16_t level) {
   int16_t found = 0;
   for (int i = 0; i + 2 < disc::kFramesPerSector * 2; ++i) {
@@ -37,8 +38,8 @@ inline bool holdsPair(const int16_t* samples, int16_t level) {
 inline constexpr int64_t kBlockFrames = 28;
 static_assert(disc::kFramesPerSector % kBlockFrames == 0);
 
-/// Does a sample of the block lie at full scale? In the same manner: where a sector is clipped, it
-/// is so in few places.
+/// Does a sample of the block lie at full scale? Most blocks of a clipped sector do not clip, and
+/// this branchless loop passes over them quickly.
 inline bool touchesFullScale(const int16_t* block) {
   int16_t found = 0;
   for (int i = 0; i < kBlockFrames * 2; ++i) {

@@ -4,14 +4,11 @@
 #include <ostream>
 
 #include "disc/text/line_of_text.h"
+#include "disc/text/phrases.h"
 
 namespace velmor::check {
 
 namespace {
-
-std::string plural(int count, const std::string& word) {
-  return std::to_string(count) + ' ' + word + (count == 1 ? "" : "s");
-}
 
 nlohmann::ordered_json names(const std::vector<Reader>& readers) {
   auto list = nlohmann::ordered_json::array();
@@ -49,9 +46,9 @@ nlohmann::ordered_json tracksJson(const Disc& disc) {
 void printVerdict(const Report& report, bool strict, std::ostream& out) {
   out << disc::printable(report.sheet.filename().string()) << ": "
       << (report.failed(strict) ? "not ready" : "ready") << ", "
-      << plural(report.count(Severity::kError), "error") << ", "
-      << plural(report.count(Severity::kWarning), "warning") << ", "
-      << plural(report.count(Severity::kNote), "note") << '\n';
+      << disc::counted(report.count(Severity::kError), "error") << ", "
+      << disc::counted(report.count(Severity::kWarning), "warning") << ", "
+      << disc::counted(report.count(Severity::kNote), "note") << '\n';
 }
 
 }  // namespace

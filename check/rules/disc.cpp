@@ -9,7 +9,8 @@ namespace velmor::check {
 
 namespace {
 
-/// A time that no disc can have is held at an hour past the longest, so that sums stay small.
+/// Sectors, far more than a disc has. Longer times are cut to it, so that sums of hostile times do
+/// not overflow.
 constexpr int64_t kFarAway = 1'000'000;
 
 int64_t sectorsOf(const disc::Msf& time) {

@@ -12,17 +12,17 @@ DiscCode mediaCatalogNumber(std::string_view text) {
   if (code.empty() || isCatalogueNumber(code)) return {code, ""};
   if (code.size() != 13 || !allDigits(code))
     return {"",
-            "The catalog number " + inQuotes(text) + " does not have 13 digits and is left out."};
-  return {code, "The check digit of the catalog number " + code + " should be " +
-                    eanCheckDigit(code) + "; it is written as given."};
+            "the catalog number " + inQuotes(text) + " does not have 13 digits and is left out"};
+  return {code, "the check digit of the catalog number " + code + " should be " +
+                    eanCheckDigit(code) + "; it is written as given"};
 }
 
 DiscCode recordingCode(std::string_view text) {
   if (const auto code = normalisedIsrc(text)) return {*code, ""};
   if (bareIsrc(text).empty()) return {};
-  return {"", "The ISRC " + inQuotes(text) +
+  return {"", "the ISRC " + inQuotes(text) +
                   " does not have the form CCXXXYYNNNNN (two letters, three letters or digits, "
-                  "seven digits) and is left out."};
+                  "seven digits) and is left out"};
 }
 
 }  // namespace velmor::disc

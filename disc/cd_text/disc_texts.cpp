@@ -61,7 +61,7 @@ void addCodes(DiscTexts& texts, const SheetTexts& sheet, std::vector<std::string
   texts.media_catalog = keep(mediaCatalogNumber(sheet.catalog), "");
   std::set<std::string> seen;
   for (size_t i = 0; i < sheet.tracks.size(); ++i) {
-    const std::string where = "Track " + std::to_string(i + 1) + ": ";
+    const std::string where = "track " + std::to_string(i + 1) + ": ";
     texts.recording_codes.push_back(keep(recordingCode(sheet.tracks[i].isrc), where));
     const std::string& code = texts.recording_codes.back();
     if (!code.empty() && !seen.insert(code).second)
@@ -119,11 +119,11 @@ DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks,
   if (textPacks(texts) > kMostWrittenTextPacks) texts.block(TextKind::kCode) = {};
   const int packs = textPacks(texts);
   if (packs > kMostWrittenTextPacks)
-    throw Failure("The texts take " + std::to_string(packs) + " packs of CD-TEXT, and " +
+    throw Failure("the texts take " + std::to_string(packs) + " packs of CD-TEXT, and " +
                   std::to_string(kMostWrittenTextPacks) +
                   " can be written: shorten them by about " +
                   std::to_string((packs - kMostWrittenTextPacks) * kTextPackBytes) +
-                  " characters, or burn without CD-TEXT.");
+                  " characters, or burn without CD-TEXT");
   return texts;
 }
 

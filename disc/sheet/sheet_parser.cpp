@@ -187,10 +187,12 @@ class Parser {
     m_sheet.problems.push_back({kind, line, number, std::string(what)});
   }
 
+  /// A quoted value whose closing quote may come in a later line.
   struct Pending {
     int line;
-    Text*
-        value;  ///< takes the rest; stays where it is, since no track is added before; may be null
+    /// Where the rest of the value goes; null when it is dropped, being a second value. No track is
+    /// added while a value is pending, so the pointer stays valid.
+    Text* value;
   };
 
   std::string_view m_bytes;

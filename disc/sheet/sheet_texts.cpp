@@ -31,11 +31,11 @@ SheetTexts textsOf(const Sheet& sheet) {
 
 SheetTexts readSheetTexts(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  if (!file) throw Failure("The cue sheet " + inQuotes(path) + " cannot be read for the CD-TEXT.");
+  if (!file) throw Failure("the cue sheet " + inQuotes(path) + " cannot be read for the CD-TEXT");
   const std::string sheet((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
   SheetTexts texts = textsOf(parseSheet(sheet));
   if (texts.tracks.empty())
-    throw Failure("The cue sheet " + inQuotes(path) + " has no tracks to take CD-TEXT from.");
+    throw Failure("the cue sheet " + inQuotes(path) + " has no tracks to take CD-TEXT from");
   return texts;
 }
 

@@ -64,7 +64,7 @@ TEST(DiscTexts, CodesThatAreNoneAreLeftOutWithAWarning) {
   EXPECT_EQ(texts.media_catalog, "");
   EXPECT_THAT(texts.recording_codes, ElementsAre("USABC0500001", ""));
   ASSERT_EQ(warnings.size(), 2U);
-  EXPECT_THAT(warnings[1], HasSubstr("Track 2: The ISRC \"whatever\""));
+  EXPECT_THAT(warnings[1], HasSubstr("track 2: the ISRC \"whatever\""));
 }
 
 TEST(DiscTexts, TheSameIsrcTwiceIsWarnedOf) {

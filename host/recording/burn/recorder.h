@@ -1,4 +1,5 @@
-// A disc recorder as the burn meets it: the seam behind which libburn stands.
+// The disc recorder as a burn uses it: an interface that libburn_recorder implements, and a double
+// in tests.
 #pragma once
 
 #include <cstdint>

@@ -17,7 +17,8 @@ namespace {
 
 constexpr int kProfileCdR = 0x09;
 constexpr int kProfileCdRw = 0x0A;
-constexpr double kBytesPerSecond = 176.4;  // thousands, at playing speed
+/// At playing speed; libburn counts speeds in thousands of bytes a second.
+constexpr double kKilobytesPerSecond = disc::kSampleRate * disc::kBytesPerFrame / 1000.0;
 constexpr useconds_t kPollMicroseconds = 20'000;
 constexpr useconds_t kReadyMicroseconds = 200'000;
 constexpr int kReadyTries = 50;
@@ -27,16 +28,16 @@ constexpr int kWholeOfBlanking = 0x10000;
 /// While an object lives, all signals are blocked in the thread, and so in every thread that
 /// libburn begins meanwhile: Ctrl-C has to arrive in the program's own thread, not in one that
 /// waits for the drive.
-class SignalsToOthers {
+class SignalsBlocked {
  public:
-  SignalsToOthers() {
+  SignalsBlocked() {
     sigset_t all;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &m_before);
   }
-  ~SignalsToOthers() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
-  SignalsToOthers(const SignalsToOthers&) = delete;
-  SignalsToOthers& operator=(const SignalsToOthers&) = delete;
+  ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+  SignalsBlocked(const SignalsBlocked&) = delete;
+  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
 
  private:
   sigset_t m_before{};
@@ -184,13 +185,13 @@ bool LibburnRecorder::canTestWrite() {
 }
 
 double LibburnRecorder::setSpeed(double speed) {
-  const int kilobytes = speed > 0.0 ? static_cast<int>(std::ceil(speed * kBytesPerSecond)) : 0;
+  const int kilobytes = speed > 0.0 ? static_cast<int>(std::ceil(speed * kKilobytesPerSecond)) : 0;
   burn::burn_drive_set_speed(m_drive, 0, kilobytes);
   burn::burn_speed_descriptor* best = nullptr;
   // A drive that has no speed as slow as that takes its slowest one.
   if (burn::burn_drive_get_best_speed(m_drive, kilobytes, &best, 2) <= 0 || best == nullptr)
     if (burn::burn_drive_get_best_speed(m_drive, -1, &best, 2) <= 0 || best == nullptr) return 0.0;
-  return best->write_speed / kBytesPerSecond;
+  return best->write_speed / kKilobytesPerSecond;
 }
 
 void LibburnRecorder::startBlanking() {
@@ -198,7 +199,7 @@ void LibburnRecorder::startBlanking() {
   // libburn takes a disc whose recording broke off for neither blank nor full, and refuses to blank
   // it although that is possible.
   burn::burn_disc_pretend_full(m_drive);
-  const SignalsToOthers quiet;
+  const SignalsBlocked quiet;
   burn::burn_disc_erase(m_drive, 1);
 }
 
@@ -209,7 +210,7 @@ void LibburnRecorder::startWriting(const Session& session, SectorFeed& feed) {
   if (burn::burn_precheck_write(options.get(), m_disc.get(), reasons.data(), 1) <= 0)
     throw Failure(std::string("the drive does not take this burn: ") + reasons.data());
   m_changed = true;
-  const SignalsToOthers quiet;
+  const SignalsBlocked quiet;
   burn::burn_disc_write(options.get(), m_disc.get());
 }
 
@@ -263,7 +264,7 @@ std::vector<DriveRecord> LibburnBus::scan() {
   burn::burn_drive_info* infos = nullptr;
   unsigned int count = 0;
   int done = 0;
-  const SignalsToOthers quiet;
+  const SignalsBlocked quiet;
   while ((done = burn::burn_drive_scan(&infos, &count)) == 0) usleep(kPollMicroseconds);
   for (unsigned int i = 0; done > 0 && i < count; ++i) {
     std::array<char, BURN_DRIVE_ADR_LEN> address{};

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "disc/text/utf8.h"
+
 namespace velmor::windowing {
 
 /// Copies what fits into `size` bytes with the terminating zero, never a part of a UTF-8 character.
@@ -13,19 +15,10 @@ inline intptr_t copyBounded(std::string_view text, char* buffer, intptr_t size) 
   if (buffer == nullptr || size <= 0) {
     return 0;
   }
-  size_t length = text.size();
-  if (length >= static_cast<size_t>(size)) {
-    length = static_cast<size_t>(size) - 1;
-    const auto continues = [&](size_t i) {
-      return (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
-    };
-    while (length > 0 && continues(length)) {
-      --length;
-    }
-  }
-  text.copy(buffer, length);
-  buffer[length] = '\0';
-  return static_cast<intptr_t>(length);
+  const std::string_view fit = disc::beginningOf(text, static_cast<size_t>(size) - 1);
+  fit.copy(buffer, fit.size());
+  buffer[fit.size()] = '\0';
+  return static_cast<intptr_t>(fit.size());
 }
 
 }  // namespace velmor::windowing

@@ -78,7 +78,7 @@ TEST_F(BurnTerminal, ARewritableDiscIsErasedAfterAYes) {
   disc_in.medium = velmor::recorder::Medium::kCdRw;
   insert(0, closed(disc_in));
   TerminalRun run(line(kShort));
-  ASSERT_TRUE(run.waitFor("Erase all that is on it? [y/N]")) << run.output();
+  ASSERT_TRUE(run.waitFor("erase all that is on it? [y/N]")) << run.output();
   run.type("y\n");
   EXPECT_EQ(run.finish(), 0) << run.output();
   EXPECT_TRUE(burned(0) == image());

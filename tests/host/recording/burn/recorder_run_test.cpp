@@ -1,5 +1,3 @@
-#include "host/recording/burn/burn_run.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -9,6 +7,7 @@
 
 #include "disc/cd_text/disc_texts.h"
 #include "disc/units/disc_units.h"
+#include "host/recording/burn/burn_run.h"
 #include "tests/host/recording/attendant_double.h"
 #include "tests/host/recording/recorder_double.h"
 
