@@ -12,14 +12,14 @@ namespace velmor::windowing {
 namespace {
 
 /// Stands for every function that would need a window server: does nothing, and answers 0.
-intptr_t no_window_server() {
+intptr_t noWindowServer() {
   return 0;
 }
 
 // Every name of the layer once more, out here. Inside `functions` a name means the layer's own
 // function where there is one, which hides this one; otherwise it means this one.
-#define QUELM_TYPED(name, ...) [[maybe_unused]] constexpr QuelmAnyFn name = &no_window_server;
-#define QUELM_OPAQUE(name) [[maybe_unused]] constexpr QuelmAnyFn name = &no_window_server;
+#define QUELM_TYPED(name, ...) [[maybe_unused]] constexpr QuelmAnyFn name = &noWindowServer;
+#define QUELM_OPAQUE(name) [[maybe_unused]] constexpr QuelmAnyFn name = &noWindowServer;
 #include "abi/quelm_functions.inc"
 #undef QUELM_TYPED
 #undef QUELM_OPAQUE
@@ -30,7 +30,7 @@ struct LayerFunction {
 };
 
 template <typename Function>
-void* address_of(Function* function) {
+void* addressOf(Function* function) {
   return reinterpret_cast<void*>(function);
 }
 
@@ -50,8 +50,8 @@ namespace {
 #undef QUELM_OPAQUE
 
 void* find(std::string_view name) {
-#define QUELM_TYPED(function, ...) {#function, address_of(function)},
-#define QUELM_OPAQUE(function) {#function, address_of(function)},
+#define QUELM_TYPED(function, ...) {#function, addressOf(function)},
+#define QUELM_OPAQUE(function) {#function, addressOf(function)},
   static const LayerFunction kFunctions[] = {
 #include "abi/quelm_functions.inc"
   };
