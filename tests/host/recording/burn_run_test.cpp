@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/host/recording/attendant_double.h"
-#include "tests/host/recording/recorder_double.h"
+#include "tests/host/recording/scripted_attendant.h"
+#include "tests/host/recording/scripted_recorder.h"
 
 namespace velmor::recording::testing {
 namespace {
@@ -24,7 +24,7 @@ class Burn : public ::testing::Test {
     m_options.cancel = &m_cancel;
   }
   Outcome run(const Programme& programme) {
-    RecorderDouble recorder(m_drive);
+    ScriptedRecorder recorder(m_drive);
     return BurnRun(recorder, "Acme Burner (/dev/sr0)", m_properties, m_options)
         .run(programme.tracks.data(), programme.count());
   }
@@ -39,8 +39,8 @@ class Burn : public ::testing::Test {
   }
   void putRewritable() { m_drive.medium = {DiscState::kClosed, "CD-RW", true, true, 0, 359'849}; }
 
-  DriveState m_drive;
-  AttendantDouble m_person;
+  ScriptedDrive m_drive;
+  ScriptedAttendant m_person;
   std::atomic<bool> m_cancel{false};
   Options m_options;
   DiscBurnProperties m_properties{false, false, true, false, kDiscActionMount, kDiscActionNone};

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "host/recording/recording_loader.h"
-#include "tests/host/recording/attendant_double.h"
-#include "tests/host/recording/recorder_shelf.h"
+#include "tests/host/recording/emulated_drive_folder.h"
+#include "tests/host/recording/scripted_attendant.h"
 
 namespace velmor::recording::testing {
 namespace {
@@ -12,8 +12,8 @@ namespace {
 using ::testing::HasSubstr;
 
 TEST(RecordingLibrary, IsLoadedFromTheFolderOfTheProgramAndBurns) {
-  const RecorderShelf shelf;
-  AttendantDouble person;
+  const EmulatedDriveFolder drives;
+  ScriptedAttendant person;
   Options options;
   options.attendant = &person;
   std::string why;
@@ -32,7 +32,7 @@ TEST(RecordingLibrary, IsLoadedFromTheFolderOfTheProgramAndBurns) {
   recording->RunProgressPanel(burn, programme.tracks.data(), programme.count());
   recording->ReleaseExclusiveAccess(device);
   EXPECT_TRUE(service->outcome().written) << service->outcome().failure;
-  EXPECT_EQ(shelf.audio(1), programme.image());
+  EXPECT_EQ(drives.audio(1), programme.image());
   service->close();
 }
 
@@ -44,9 +44,9 @@ TEST(RecordingLibrary, ThatIsMissingIsNamedWithWhatItNeeds) {
 }
 
 TEST(RecordingLibrary, OnAMachineWithoutRecordersThereAreNone) {
-  const RecorderShelf shelf;
-  std::filesystem::remove_all(shelf.folder(0));
-  std::filesystem::remove_all(shelf.folder(1));
+  const EmulatedDriveFolder drives;
+  std::filesystem::remove_all(drives.folder(0));
+  std::filesystem::remove_all(drives.folder(1));
   std::string why;
   Service* service = loadRecording(VELMOR_BINARY_DIR, {}, why);
   ASSERT_NE(service, nullptr) << why;

@@ -106,7 +106,7 @@ TEST(SessionPlan, ATrackWithoutAProducerIsRefused) {
 
 TEST(SessionPlan, TheLeadOutBeginsAtTheLatestWhereTheDiscsTimeEnds) {
   const Bytes none;
-  ProducerDouble producer(none, 0, size_t{404'849} * kSectorBytes);
+  ImageProducer producer(none, 0, size_t{404'849} * kSectorBytes);
   DiscTrack track{&producer, 0, 0, 0, 0, 0, kSectorBytes, 404'849};
   EXPECT_EQ(planSession(&track, 1).sectors, 404'849);
   producer.estimate = 404'850;

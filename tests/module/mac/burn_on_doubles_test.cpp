@@ -10,7 +10,7 @@
 #include "tests/fake_host/files.h"
 #include "tests/fake_host/sink.h"
 #include "tests/fake_host/windowing_layer.h"
-#include "tests/module/mac/doubles/stage.h"
+#include "tests/module/mac/doubles/objective_c_calls.h"
 #include "tests/module/mac/engine_door.h"
 
 namespace {
@@ -18,7 +18,7 @@ namespace {
 using doubles::Device;
 using doubles::ProducerOf;
 using doubles::PropertiesOf;
-using doubles::TheDesk;
+using doubles::TheFrameworks;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -43,7 +43,7 @@ class LoadedOnce : public testing::Environment {
     layer_.emplace();
     void* const handle = dlopen(VELMOR_GNUSTEP_MODULE, RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(handle, nullptr) << dlerror();
-    EXPECT_THAT(TheDesk().log_lines, IsEmpty());
+    EXPECT_THAT(TheFrameworks().log_lines, IsEmpty());
     EXPECT_EQ(layer_->lookups.size(), 365U);
     TheModule().list_recorders =
         reinterpret_cast<ListRecordersFn>(dlsym(handle, "velmorTestListRecorders"));
@@ -76,14 +76,14 @@ class Burn : public testing::Test {
     image_ = ImageBytes(image_size);
     fake_host::WriteText(folder_.File("disc.bin"), image_);
     const doubles::Pool pool;
-    TheModule().burn_image(TheDesk().devices.at(static_cast<size_t>(device)).object,
+    TheModule().burn_image(TheFrameworks().devices.at(static_cast<size_t>(device)).object,
                            static_cast<int>(offsets.size()), offsets.data(),
                            folder_.File("disc.bin").c_str(), eject, test_burn);
   }
 
   // Runs `check` while the panel burns, then lets it finish.
   static void WhileBurning(std::function<void()> check) {
-    TheDesk().on_turn = [check = std::move(check)] {
+    TheFrameworks().on_turn = [check = std::move(check)] {
       check();
       doubles::FinishBurn();
     };
@@ -101,8 +101,8 @@ class Burn : public testing::Test {
                          static_cast<size_t>(count) * kSector);
   }
 
-  static int Created(const char* name) { return TheDesk().created[name]; }
-  static int Gone(const char* name) { return TheDesk().gone[name]; }
+  static int Created(const char* name) { return TheFrameworks().created[name]; }
+  static int Gone(const char* name) { return TheFrameworks().gone[name]; }
 
   fake_host::TempFolder folder_;
   std::string image_;
@@ -110,7 +110,7 @@ class Burn : public testing::Test {
 
 TEST_F(Burn, GoesThroughItsStepsInOrder) {
   Run({0, 352800}, 705600);
-  EXPECT_THAT(TheDesk().calls,
+  EXPECT_THAT(TheFrameworks().calls,
               ElementsAre("devices", "isValid second", "acquireExclusiveAccess second",
                           "burnForDevice:second",
                           "DRBurn setProperties:", "initWithProducer:", "DRTrack setProperties:",
@@ -123,9 +123,9 @@ TEST_F(Burn, GoesThroughItsStepsInOrder) {
 }
 
 TEST_F(Burn, AnApplicationInTheBackgroundLooksForTheEndOfTheSession) {
-  TheDesk().active = false;
-  TheDesk().on_turn = [] {
-    if (TheDesk().turns == 3) doubles::FinishBurn();
+  TheFrameworks().active = false;
+  TheFrameworks().on_turn = [] {
+    if (TheFrameworks().turns == 3) doubles::FinishBurn();
   };
   LoadedOnce::LayerCalls().clear();
   Run({0}, kSector);
@@ -139,7 +139,7 @@ TEST_F(Burn, AnApplicationInTheBackgroundLooksForTheEndOfTheSession) {
                                              "releaseExclusiveAccess second",
                                              "dealloc QuinloCDBurnDel",
                                              "dealloc QuinloCDBurnSource"};
-  const std::vector<std::string>& calls = TheDesk().calls;
+  const std::vector<std::string>& calls = TheFrameworks().calls;
   ASSERT_GE(calls.size(), expected.size());
   EXPECT_EQ(std::vector<std::string>(calls.end() - static_cast<long>(expected.size()), calls.end()),
             expected);
@@ -160,7 +160,7 @@ TEST_F(Burn, HasItsPropertiesInOrder) {
     doubles::SetDevices({Device{.name = "only"}});
     Run({0}, kSector, c.eject, c.test_burn, 0);
     EXPECT_THAT(
-        TheDesk().burn_properties,
+        TheFrameworks().burn_properties,
         ElementsAre(Pair("DRBurnTestingKey", c.test_burn ? "bool 1" : "bool 0"),
                     Pair("DRBurnAppendableKey", "bool 0"), Pair("DRBurnOverwriteDiscKey", "bool 1"),
                     Pair("DRBurnVerifyDiscKey", "bool 0"),
@@ -171,7 +171,7 @@ TEST_F(Burn, HasItsPropertiesInOrder) {
 
 TEST_F(Burn, TwoTracksOfTwoSecondsEachAreCutAtBlock150) {
   WhileBurning([] {
-    ASSERT_EQ(TheDesk().layout.size(), 2U);
+    ASSERT_EQ(TheFrameworks().layout.size(), 2U);
     for (int i = 0; i < 2; ++i) {
       EXPECT_EQ(ProducerOf(i).Variable("posbytes"), i * 352800);
       EXPECT_EQ(ProducerOf(i).Variable("lenbytes"), 352800);
@@ -185,7 +185,7 @@ TEST_F(Burn, TwoTracksOfTwoSecondsEachAreCutAtBlock150) {
     }
   });
   Run({0, 352800}, 705600);
-  EXPECT_EQ(TheDesk().turns, 1);
+  EXPECT_EQ(TheFrameworks().turns, 1);
 }
 
 TEST_F(Burn, OffsetsAreCutToBlocksTheFirstIsNotReadAndTheLastTrackIsRoundedUp) {
@@ -196,18 +196,18 @@ TEST_F(Burn, OffsetsAreCutToBlocksTheFirstIsNotReadAndTheLastTrackIsRoundedUp) {
     EXPECT_EQ(ProducerOf(1).EstimateLength(), 3U);
   });
   Run({999999, 3 * kSector - 1}, 4 * kSector + 1);
-  EXPECT_EQ(TheDesk().turns, 1);
+  EXPECT_EQ(TheFrameworks().turns, 1);
 }
 
 TEST_F(Burn, TheLayoutHasRoomForItsTracksAndForOneAtLeast) {
   for (const int count : {0, 1, 3}) {
     doubles::SetDevices({Device{.name = "only"}});
-    WhileBurning([count] { EXPECT_EQ(TheDesk().layout.size(), static_cast<size_t>(count)); });
+    WhileBurning([count] { EXPECT_EQ(TheFrameworks().layout.size(), static_cast<size_t>(count)); });
     std::vector<int> offsets(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i) offsets[static_cast<size_t>(i)] = i * kSector;
     Run(offsets, 3 * kSector, false, false, 0);
-    EXPECT_EQ(TheDesk().turns, 1) << "the panel is shown for " << count << " tracks";
-    EXPECT_THAT(TheDesk().array_capacities,
+    EXPECT_EQ(TheFrameworks().turns, 1) << "the panel is shown for " << count << " tracks";
+    EXPECT_THAT(TheFrameworks().array_capacities,
                 Contains(static_cast<unsigned long>(std::max(count, 1))).Times(1));
   }
 }
@@ -222,7 +222,7 @@ TEST_F(Burn, TracksMayBeAskedInAnyOrder) {
     EXPECT_EQ(ProducerOf(0).Variable("rdpos"), 2 * kSector);
   });
   Run({0, 2 * kSector}, 5 * kSector);
-  EXPECT_EQ(TheDesk().turns, 1);
+  EXPECT_EQ(TheFrameworks().turns, 1);
 }
 
 TEST_F(Burn, AnImageThatEndsInsideABlockGivesAShortLastRead) {
@@ -232,7 +232,7 @@ TEST_F(Burn, AnImageThatEndsInsideABlockGivesAShortLastRead) {
     EXPECT_EQ(Data(0, kSector), "");
   });
   Run({0}, kSector + 100);
-  EXPECT_EQ(TheDesk().turns, 1);
+  EXPECT_EQ(TheFrameworks().turns, 1);
 }
 
 TEST_F(Burn, VerificationStartsATrackAnew) {
@@ -249,7 +249,7 @@ TEST_F(Burn, VerificationStartsATrackAnew) {
     }
   });
   Run({0, 2 * kSector}, 4 * kSector);
-  EXPECT_EQ(TheDesk().turns, 1);
+  EXPECT_EQ(TheFrameworks().turns, 1);
 }
 
 TEST_F(Burn, TheProducersOtherAnswers) {
@@ -262,15 +262,15 @@ TEST_F(Burn, TheProducersOtherAnswers) {
     EXPECT_EQ(ProducerOf(0).Variable("rdpos"), 0);
   });
   Run({0}, kSector);
-  EXPECT_EQ(TheDesk().turns, 1);
-  EXPECT_FALSE(TheDesk().delegate_reports_itself) << "the panel reports the burn's end";
+  EXPECT_EQ(TheFrameworks().turns, 1);
+  EXPECT_FALSE(TheFrameworks().delegate_reports_itself) << "the panel reports the burn's end";
 }
 
 // The layout, the burn and the dictionaries are the pool's; everything else was given back.
 TEST_F(Burn, LeavesNothingBehindAndGivesNothingBackTwice) {
   for (const bool active : {true, false}) {
     doubles::SetDevices({Device{.name = "only"}});
-    TheDesk().active = active;
+    TheFrameworks().active = active;
     WhileBurning([] {
       for (const char* name : {"QuinloCDBurnSource", "DRTrack", "QuinloCDBurnDel", "DRBurn"}) {
         EXPECT_EQ(Gone(name), 0) << name;
@@ -281,7 +281,7 @@ TEST_F(Burn, LeavesNothingBehindAndGivesNothingBackTwice) {
     EXPECT_EQ(Created("DRTrack"), 3);
     EXPECT_EQ(Created("QuinloCDBurnDel"), 1);
     EXPECT_EQ(Created("DRBurn"), 1);
-    EXPECT_EQ(TheDesk().created, TheDesk().gone);
+    EXPECT_EQ(TheFrameworks().created, TheFrameworks().gone);
   }
 }
 
@@ -296,8 +296,8 @@ class BurnRefused : public Burn, public testing::WithParamInterface<Failure> {};
 TEST_P(BurnRefused, EndsWithoutAPanelAndWithoutTheRecorder) {
   doubles::SetDevices({GetParam().device});
   Run({0}, kSector, false, false, 0);
-  EXPECT_EQ(TheDesk().calls, GetParam().calls);
-  EXPECT_EQ(TheDesk().created, TheDesk().gone);
+  EXPECT_EQ(TheFrameworks().calls, GetParam().calls);
+  EXPECT_EQ(TheFrameworks().created, TheFrameworks().gone);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -316,11 +316,11 @@ TEST_F(Burn, ARecorderThatIsNotListedIsNotAskedAnything) {
   const int offset = 0;
   void* const stranger = &image_;
   for (const bool has_list : {true, false}) {
-    TheDesk().calls.clear();
-    TheDesk().has_device_list = has_list;
+    TheFrameworks().calls.clear();
+    TheFrameworks().has_device_list = has_list;
     const doubles::Pool pool;
     TheModule().burn_image(stranger, 1, &offset, "/dev/null", false, false);
-    EXPECT_THAT(TheDesk().calls, ElementsAre("devices"));
+    EXPECT_THAT(TheFrameworks().calls, ElementsAre("devices"));
   }
 }
 
@@ -345,9 +345,9 @@ TEST_F(Listing, ShowsVendorAndProductAndKeepsTheRecorderItself) {
               ElementsAre("ACME X1", "X2", "ACME"));
   ASSERT_EQ(combo_.item_data.size(), 3U);
   for (size_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(combo_.item_data[i], reinterpret_cast<intptr_t>(TheDesk().devices[i].object));
+    EXPECT_EQ(combo_.item_data[i], reinterpret_cast<intptr_t>(TheFrameworks().devices[i].object));
   }
-  EXPECT_THAT(TheDesk().calls, ElementsAre("devices", "info a", "info b", "info c"));
+  EXPECT_THAT(TheFrameworks().calls, ElementsAre("devices", "info a", "info b", "info c"));
 }
 
 TEST_F(Listing, LeavesOutARecorderWithoutADescriptionOrWithoutNames) {
@@ -361,7 +361,7 @@ TEST_F(Listing, LeavesOutARecorderWithoutADescriptionOrWithoutNames) {
 TEST_F(Listing, IsEmptyWithoutRecorders) {
   EXPECT_THAT(List({}), IsEmpty());
   doubles::SetDevices({Device{.name = "hidden"}});
-  TheDesk().has_device_list = false;
+  TheFrameworks().has_device_list = false;
   const doubles::Pool pool;
   TheModule().list_recorders(&combo_);
   EXPECT_THAT(combo_.items, IsEmpty());

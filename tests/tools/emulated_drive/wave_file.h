@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 inline void append(std::string& bytes, uint32_t value, int size) {
   for (int i = 0; i < size; ++i) {
@@ -30,4 +30,4 @@ inline std::string wave(const std::string& audio) {
   return file + audio;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

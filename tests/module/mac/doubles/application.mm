@@ -1,9 +1,9 @@
 // Doubles of AppKit's classes.
 #import <AppKit/AppKit.h>
 
-#include "tests/module/mac/doubles/desk.h"
+#include "tests/module/mac/doubles/framework_state.h"
 
-using doubles::TheDesk;
+using doubles::TheFrameworks;
 
 NSApplication* NSApp;
 static id g_delegate;
@@ -19,8 +19,8 @@ static std::string className(id object) {
 
 @implementation NSWindow
 - (void)setDelegate:(id)delegate {
-  TheDesk().Note("setDelegate:" + className(delegate));
-  TheDesk().panel_delegate = delegate;
+  TheFrameworks().Note("setDelegate:" + className(delegate));
+  TheFrameworks().panel_delegate = delegate;
 }
 @end
 
@@ -35,36 +35,36 @@ static std::string className(id object) {
   g_delegate = delegate;
 }
 - (BOOL)isActive {
-  TheDesk().Note("isActive");
-  return TheDesk().active ? YES : NO;
+  TheFrameworks().Note("isActive");
+  return TheFrameworks().active ? YES : NO;
 }
 - (void)takeTurn {
-  ++TheDesk().turns;
-  TheDesk().on_turn();
+  ++TheFrameworks().turns;
+  TheFrameworks().on_turn();
 }
 - (NSModalResponse)runModalForWindow:(NSWindow*)window {
-  TheDesk().Note("runModalForWindow:" + className(window));
-  TheDesk().stopped = false;  // a stop from before the run is lost
-  while (!TheDesk().stopped) [self takeTurn];
+  TheFrameworks().Note("runModalForWindow:" + className(window));
+  TheFrameworks().stopped = false;  // a stop from before the run is lost
+  while (!TheFrameworks().stopped) [self takeTurn];
   return NSModalResponseStop;
 }
 - (NSModalSession)beginModalSessionForWindow:(NSWindow*)window {
-  TheDesk().Note("beginModalSessionForWindow:" + className(window));
-  TheDesk().stopped = false;
+  TheFrameworks().Note("beginModalSessionForWindow:" + className(window));
+  TheFrameworks().stopped = false;
   return reinterpret_cast<NSModalSession>(self);
 }
 - (NSModalResponse)runModalSession:(NSModalSession)session {
   const bool ours = session == reinterpret_cast<NSModalSession>(self);
-  TheDesk().Note(ours ? "runModalSession:" : "runModalSession: of another");
+  TheFrameworks().Note(ours ? "runModalSession:" : "runModalSession: of another");
   [self takeTurn];
-  return TheDesk().stopped ? NSModalResponseStop : NSModalResponseContinue;
+  return TheFrameworks().stopped ? NSModalResponseStop : NSModalResponseContinue;
 }
 - (void)endModalSession:(NSModalSession)session {
   const bool ours = session == reinterpret_cast<NSModalSession>(self);
-  TheDesk().Note(ours ? "endModalSession:" : "endModalSession: of another");
+  TheFrameworks().Note(ours ? "endModalSession:" : "endModalSession: of another");
 }
 - (void)stopModal {
-  TheDesk().Note("stopModal");
-  TheDesk().stopped = true;
+  TheFrameworks().Note("stopModal");
+  TheFrameworks().stopped = true;
 }
 @end

@@ -1,19 +1,20 @@
-// Doubles of DiscRecording's classes. They answer from the desk and write down what they are asked.
+// Doubles of DiscRecording's classes. They answer from `TheFrameworks` and write down what they are
+// asked.
 #import <DiscRecording/DiscRecording.h>
 #import <DiscRecordingUI/DiscRecordingUI.h>
 
-#include "tests/module/mac/doubles/desk.h"
+#include "tests/module/mac/doubles/framework_state.h"
 #import "tests/module/mac/doubles/named_constant.h"
 
 using doubles::Device;
 using doubles::Properties;
-using doubles::TheDesk;
+using doubles::TheFrameworks;
 
 @implementation NamedConstant
 // Dictionaries copy their keys as they take them: that is how the order is known.
 - (id)copyWithZone:(NSZone*)zone {
   (void)zone;
-  TheDesk().inserted_keys.push_back(name);
+  TheFrameworks().inserted_keys.push_back(name);
   return [self retain];
 }
 @end
@@ -28,20 +29,20 @@ static std::string textOf(id value) {
 static Properties propertiesOf(NSDictionary* dictionary) {
   Properties properties;
   NSArray* const keys = [dictionary allKeys];
-  for (const std::string& name : TheDesk().inserted_keys) {
+  for (const std::string& name : TheFrameworks().inserted_keys) {
     for (NSUInteger i = 0; i < [keys count]; ++i) {
       NamedConstant* const key = [keys objectAtIndex:i];
       if (name == key->name)
         properties.emplace_back(name, textOf([dictionary objectForKey:static_cast<id>(key)]));
     }
   }
-  TheDesk().inserted_keys.clear();
+  TheFrameworks().inserted_keys.clear();
   return properties;
 }
 
 static const Device& deviceOf(id object) {
   static const Device stranger{.name = "a stranger"};
-  for (const Device& device : TheDesk().devices) {
+  for (const Device& device : TheFrameworks().devices) {
     if (device.object == object) return device;
   }
   return stranger;
@@ -49,19 +50,20 @@ static const Device& deviceOf(id object) {
 
 @implementation DRDevice
 + (NSArray*)devices {
-  TheDesk().Note("devices");
-  if (!TheDesk().has_device_list) return nil;
+  TheFrameworks().Note("devices");
+  if (!TheFrameworks().has_device_list) return nil;
   NSMutableArray* const list = [NSMutableArray array];
-  for (const Device& device : TheDesk().devices) [list addObject:static_cast<id>(device.object)];
+  for (const Device& device : TheFrameworks().devices)
+    [list addObject:static_cast<id>(device.object)];
   return list;
 }
 - (BOOL)isValid {
-  TheDesk().Note("isValid " + deviceOf(self).name);
+  TheFrameworks().Note("isValid " + deviceOf(self).name);
   return deviceOf(self).valid ? YES : NO;
 }
 - (NSDictionary*)info {
   const Device& device = deviceOf(self);
-  TheDesk().Note("info " + device.name);
+  TheFrameworks().Note("info " + device.name);
   if (!device.has_description) return nil;
   NSMutableDictionary* const info = [NSMutableDictionary dictionary];
   if (device.vendor) {
@@ -72,31 +74,31 @@ static const Device& deviceOf(id object) {
     [info setObject:[NSString stringWithUTF8String:device.product->c_str()]
              forKey:DRDeviceProductNameKey];
   }
-  TheDesk().inserted_keys.clear();
+  TheFrameworks().inserted_keys.clear();
   return info;
 }
 - (BOOL)acquireExclusiveAccess {
-  TheDesk().Note("acquireExclusiveAccess " + deviceOf(self).name);
+  TheFrameworks().Note("acquireExclusiveAccess " + deviceOf(self).name);
   return deviceOf(self).grants_access ? YES : NO;
 }
 - (void)releaseExclusiveAccess {
-  TheDesk().Note("releaseExclusiveAccess " + deviceOf(self).name);
+  TheFrameworks().Note("releaseExclusiveAccess " + deviceOf(self).name);
 }
 @end
 
 @implementation DRBurn
 + (DRBurn*)burnForDevice:(DRDevice*)device {
-  TheDesk().Note("burnForDevice:" + deviceOf(device).name);
+  TheFrameworks().Note("burnForDevice:" + deviceOf(device).name);
   if (!deviceOf(device).gives_burn) return nil;
-  ++TheDesk().created["DRBurn"];
+  ++TheFrameworks().created["DRBurn"];
   return [[[DRBurn alloc] init] autorelease];
 }
 - (void)setProperties:(NSDictionary*)properties {
-  TheDesk().Note("DRBurn setProperties:");
-  TheDesk().burn_properties = propertiesOf(properties);
+  TheFrameworks().Note("DRBurn setProperties:");
+  TheFrameworks().burn_properties = propertiesOf(properties);
 }
 - (void)dealloc {
-  ++TheDesk().gone["DRBurn"];
+  ++TheFrameworks().gone["DRBurn"];
   [super dealloc];
 }
 @end
@@ -104,18 +106,18 @@ static const Device& deviceOf(id object) {
 @implementation DRTrack
 - (id)initWithProducer:(id)producer {
   self = [super init];
-  ++TheDesk().created["DRTrack"];
-  TheDesk().Note("initWithProducer:");
-  TheDesk().producers[self] = [producer retain];
+  ++TheFrameworks().created["DRTrack"];
+  TheFrameworks().Note("initWithProducer:");
+  TheFrameworks().producers[self] = [producer retain];
   return self;
 }
 - (void)setProperties:(NSDictionary*)properties {
-  TheDesk().Note("DRTrack setProperties:");
-  TheDesk().track_properties[self] = propertiesOf(properties);
+  TheFrameworks().Note("DRTrack setProperties:");
+  TheFrameworks().track_properties[self] = propertiesOf(properties);
 }
 - (void)dealloc {
-  ++TheDesk().gone["DRTrack"];
-  [static_cast<id>(TheDesk().producers[self]) release];
+  ++TheFrameworks().gone["DRTrack"];
+  [static_cast<id>(TheFrameworks().producers[self]) release];
   [super dealloc];
 }
 @end
@@ -124,17 +126,17 @@ static DRBurnProgressPanel* g_panel;
 
 @implementation DRBurnProgressPanel
 + (DRBurnProgressPanel*)progressPanel {
-  TheDesk().Note("progressPanel");
+  TheFrameworks().Note("progressPanel");
   if (!g_panel) g_panel = [[DRBurnProgressPanel alloc] init];
   return g_panel;
 }
 - (void)setVerboseProgressStatus:(BOOL)verbose {
-  TheDesk().Note(verbose ? "setVerboseProgressStatus:YES" : "setVerboseProgressStatus:NO");
+  TheFrameworks().Note(verbose ? "setVerboseProgressStatus:YES" : "setVerboseProgressStatus:NO");
 }
 - (void)beginProgressPanelForBurn:(DRBurn*)burn layout:(id)layout {
-  TheDesk().Note(burn ? "beginProgressPanelForBurn:layout:" : "begin without a burn");
+  TheFrameworks().Note(burn ? "beginProgressPanelForBurn:layout:" : "begin without a burn");
   for (NSUInteger i = 0; i < [layout count]; ++i) {
-    TheDesk().layout.push_back([layout objectAtIndex:i]);
+    TheFrameworks().layout.push_back([layout objectAtIndex:i]);
   }
 }
 @end

@@ -1,4 +1,4 @@
-#include "tools/emulated_drive/interpose/device.h"
+#include "tools/emulated_drive/interpose/emulated_device.h"
 
 #include <sys/stat.h>
 
@@ -7,7 +7,7 @@
 
 #include "tools/emulated_drive/interpose/trace.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
@@ -27,7 +27,7 @@ std::array<std::int64_t, 3> stampOf(const std::string& file) {
 
 }  // namespace
 
-Device::Device(const DriveDirectory& directory, int number)
+EmulatedDevice::EmulatedDevice(const DriveDirectory& directory, int number)
     : m_directory(directory),
       m_path(directory.settings().device),
       m_number(number),
@@ -39,17 +39,17 @@ Device::Device(const DriveDirectory& directory, int number)
   m_drive.load(m_directory.disc(), m_directory.trayOpen());
 }
 
-bool Device::hasDisc() const {
+bool EmulatedDevice::hasDisc() const {
   std::error_code error;
   return std::filesystem::exists(m_directory.discFile(), error);
 }
 
-Device::Stamps Device::stamps() const {
+EmulatedDevice::Stamps EmulatedDevice::stamps() const {
   return {stampOf(m_directory.settingsFile()), stampOf(m_directory.discFile()),
           stampOf(m_directory.trayFile())};
 }
 
-void Device::takeIn(const Stamps& now) {
+void EmulatedDevice::takeIn(const Stamps& now) {
   if (now.settings != m_seen.settings) {
     m_drive.setFaults(m_directory.settings().faults);
   }
@@ -62,7 +62,7 @@ void Device::takeIn(const Stamps& now) {
   m_seen = now;
 }
 
-void Device::writeBack() {
+void EmulatedDevice::writeBack() {
   if (m_drive.generation() == m_written) {
     return;
   }
@@ -72,7 +72,7 @@ void Device::writeBack() {
   m_seen = stamps();
 }
 
-Reply Device::execute(ByteView cdb, ByteView data_out) {
+Reply EmulatedDevice::execute(ByteView cdb, ByteView data_out) {
   const std::lock_guard lock(m_mutex);
   if (const Stamps now = stamps(); now != m_seen) {
     takeIn(now);
@@ -86,4 +86,4 @@ Reply Device::execute(ByteView cdb, ByteView data_out) {
   return reply;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

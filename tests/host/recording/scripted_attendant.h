@@ -9,7 +9,7 @@
 
 namespace velmor::recording::testing {
 
-class AttendantDouble final : public Attendant {
+class ScriptedAttendant final : public Attendant {
  public:
   bool mayBlank(const std::string& question) override {
     questions.push_back(question);

@@ -12,7 +12,7 @@
 namespace burn_test {
 
 /// While it lives it is the recording service of the process: one at a time.
-class RecordingDouble final : public DiscRecordingService {
+class ScriptedRecordingService final : public DiscRecordingService {
  public:
   struct Device {
     std::optional<std::string> vendor, product;  ///< nullopt: unknown
@@ -20,10 +20,10 @@ class RecordingDouble final : public DiscRecordingService {
     bool is_null = false;  ///< there, but without a handle
   };
 
-  RecordingDouble();
-  ~RecordingDouble();
-  RecordingDouble(const RecordingDouble&) = delete;
-  RecordingDouble& operator=(const RecordingDouble&) = delete;
+  ScriptedRecordingService();
+  ~ScriptedRecordingService();
+  ScriptedRecordingService(const ScriptedRecordingService&) = delete;
+  ScriptedRecordingService& operator=(const ScriptedRecordingService&) = delete;
 
   Device& Add(std::optional<std::string> vendor, std::optional<std::string> product);
   void* Handle(size_t device) { return &devices[device]; }

@@ -1,15 +1,15 @@
-#include "tools/emulated_drive/disc/msf.h"
+#include "tools/emulated_drive/disc/msf_address.h"
 
 #include <cstdio>
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 constexpr int32_t kHundredMinutes = 450000;  // frames
 constexpr int32_t kNinetyMinutes = 405000;   // frames
 }  // namespace
 
-Msf msfOf(int32_t lba) {
+MsfAddress msfOf(int32_t lba) {
   int32_t frames = lba + kFirstPregap;
   if (frames < 0) {
     frames += kHundredMinutes;
@@ -18,11 +18,11 @@ Msf msfOf(int32_t lba) {
           static_cast<uint8_t>(frames % 75)};
 }
 
-Msf durationOf(int32_t sectors) {
+MsfAddress durationOf(int32_t sectors) {
   return msfOf(sectors - kFirstPregap);
 }
 
-std::optional<int32_t> lbaOf(Msf msf) {
+std::optional<int32_t> lbaOf(MsfAddress msf) {
   if (msf.minute > 99 || msf.second > 59 || msf.frame > 74) {
     return std::nullopt;
   }
@@ -30,10 +30,10 @@ std::optional<int32_t> lbaOf(Msf msf) {
   return frames - kFirstPregap - (frames >= kNinetyMinutes ? kHundredMinutes : 0);
 }
 
-std::string text(Msf msf) {
+std::string text(MsfAddress msf) {
   char buffer[16];
   std::snprintf(buffer, sizeof buffer, "%02d:%02d:%02d", msf.minute, msf.second, msf.frame);
   return buffer;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -11,19 +11,19 @@
 #include "tools/emulated_drive/directory/drive_directory.h"
 #include "tools/emulated_drive/directory/file_surface.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
-class Device {
+class EmulatedDevice {
  public:
   /// `number` tells the drives of a process apart. Throws `DirectoryError`.
-  Device(const DriveDirectory& directory, int number);
+  EmulatedDevice(const DriveDirectory& directory, int number);
 
-  /// Takes in what has changed in the folder, does the command, writes back what it changed, and
-  /// lasts as long as a slow drive makes it.
+  /// Reads what has changed in the folder, does the command and stores what it changed; then sleeps
+  /// for as long as a slow drive takes.
   Reply execute(ByteView cdb, ByteView data_out);
 
   /// As the folder says at this moment.
-  [[nodiscard]] Settings settings() const { return m_directory.settings(); }
+  [[nodiscard]] DriveSettings settings() const { return m_directory.settings(); }
   [[nodiscard]] bool hasDisc() const;
   [[nodiscard]] bool trayOpen() const { return m_directory.trayOpen(); }
 
@@ -50,9 +50,9 @@ class Device {
   unsigned m_minor;
   std::mutex m_mutex;
   FileSurface m_surface;
-  Drive m_drive;
+  EmulatedDrive m_drive;
   Stamps m_seen;
   unsigned m_written = 0;  // generation of the drive that the folder holds
 };
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "disc/failure.h"
-#include "tests/tools/emulated_drive/drive_on_bench.h"
+#include "tests/tools/emulated_drive/emulated_drive_case.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 namespace {
 
 using Entries = std::vector<CueEntry>;
@@ -13,17 +13,18 @@ using Entries = std::vector<CueEntry>;
 struct Failure {
   const char* name;
   void (*spoil)(Entries&);
-  Sense sense = kInvalidFieldInParameters;
+  SenseData sense = kInvalidFieldInParameters;
 };
 
-class ACueSheetIsRefused : public DriveOnBench, public ::testing::WithParamInterface<Failure> {};
+class ACueSheetIsRefused : public EmulatedDriveCase,
+                           public ::testing::WithParamInterface<Failure> {};
 
 TEST_P(ACueSheetIsRefused, AndNothingIsBegun) {
   Entries entries = twoTracks();
   GetParam().spoil(entries);
   EXPECT_EQ(sendCue(entries).sense, GetParam().sense);
   EXPECT_EQ(write(-150, 1).sense, kCommandSequence);
-  EXPECT_EQ(m_drive.disc()->state, DiscState::kBlank);
+  EXPECT_EQ(m_drive.disc()->state, DiscStatus::kBlank);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -75,24 +76,24 @@ INSTANTIATE_TEST_SUITE_P(
                 kAddressOutOfRange}),
     [](const auto& refusal) { return std::string(refusal.param.name); });
 
-TEST_F(DriveOnBench, ADiscThatIsExactlyFullIsTaken) {
+TEST_F(EmulatedDriveCase, ADiscThatIsExactlyFullIsTaken) {
   Entries entries = twoTracks();
   entries.back() = cueIndex(0, 0xAA, 1, 1, 359845);
   EXPECT_FALSE(sendCue(entries).sense);
 }
 
-TEST_F(DriveOnBench, ASheetThatIsNoWholeNumberOfEntriesIsRefused) {
-  Bytes sheet = flat(twoTracks());
+TEST_F(EmulatedDriveCase, ASheetThatIsNoWholeNumberOfEntriesIsRefused) {
+  ByteBuffer sheet = flat(twoTracks());
   sheet.pop_back();
   EXPECT_EQ(sendCue(sheet).sense, kParameterListLength);
 }
 
-TEST_F(DriveOnBench, ASheetShorterThanAnnouncedIsATransferFault) {
-  const Bytes sheet = flat(twoTracks());
+TEST_F(EmulatedDriveCase, ASheetShorterThanAnnouncedIsATransferFault) {
+  const ByteBuffer sheet = flat(twoTracks());
   EXPECT_EQ(send({0x5D, 0, 0, 0, 0, 0, 0, 0, 200}, sheet).sense, kDataPhaseError);
 }
 
-TEST_F(DriveOnBench, NinetyNineTracksAreTaken) {
+TEST_F(EmulatedDriveCase, NinetyNineTracksAreTaken) {
   Entries entries = {{0x01, 0, 0, 0x01, 0, 0, 0, 0}, cueIndex(0, 1, 0, 0, -150)};
   for (int track = 1; track <= 99; ++track) {
     entries.push_back(cueIndex(0, static_cast<uint8_t>(track), 1, 0, (track - 1) * 300));
@@ -101,14 +102,14 @@ TEST_F(DriveOnBench, NinetyNineTracksAreTaken) {
   EXPECT_FALSE(sendCue(entries).sense);
 }
 
-TEST_F(DriveOnBench, APauseMayBeTakenOutOfTheFourSecondsBeforeIt) {
+TEST_F(EmulatedDriveCase, APauseMayBeTakenOutOfTheFourSecondsBeforeIt) {
   Entries entries = twoTracks();
   entries[3] = cueIndex(2, 2, 0, 0x00, 299);
   entries[4] = cueIndex(2, 2, 1, 0x00, 300);
   EXPECT_FALSE(sendCue(entries).sense);
 }
 
-TEST_F(DriveOnBench, CodesOfTheSheetReachTheDisc) {
+TEST_F(EmulatedDriveCase, CodesOfTheSheetReachTheDisc) {
   Entries entries = twoTracks();
   const Entries codes = {{0x02, '4', '0', '0', '6', '3', '8', '1'},
                          {0x02, '3', '3', '3', '9', '3', '1', 0},
@@ -119,15 +120,15 @@ TEST_F(DriveOnBench, CodesOfTheSheetReachTheDisc) {
   ASSERT_FALSE(sendCue(entries).sense);
   writeUpTo(kTwoTracksEnd);
   synchronize();
-  const Bytes mcn = send({0x42, 0, 0x40, 2, 0, 0, 0, 0, 24}).data;
+  const ByteBuffer mcn = send({0x42, 0, 0x40, 2, 0, 0, 0, 0, 24}).data;
   EXPECT_EQ(std::string(mcn.begin() + 9, mcn.begin() + 22), "4006381333931");
   EXPECT_EQ(mcn[8], 0x80);
-  const Bytes none = send({0x42, 0, 0x40, 3, 0, 0, 1, 0, 24}).data;
+  const ByteBuffer none = send({0x42, 0, 0x40, 3, 0, 0, 1, 0, 24}).data;
   EXPECT_EQ(none[8], 0);
-  const Bytes isrc = send({0x42, 0, 0x40, 3, 0, 0, 2, 0, 24}).data;
+  const ByteBuffer isrc = send({0x42, 0, 0x40, 3, 0, 0, 2, 0, 24}).data;
   EXPECT_EQ(std::string(isrc.begin() + 9, isrc.begin() + 21), "DEABC2000001");
   EXPECT_EQ(isrc[8], 0x80);
 }
 
 }  // namespace
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

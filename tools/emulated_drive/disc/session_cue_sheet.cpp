@@ -1,16 +1,17 @@
-#include "tools/emulated_drive/disc/cue_sheet.h"
+#include "tools/emulated_drive/disc/session_cue_sheet.h"
 
 #include <algorithm>
 #include <cctype>
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
 constexpr std::size_t kEntryBytes = 8;
 constexpr int kMostTracks = 99;
 
-/// Bytes the host sends for a sector of this data form; nothing for a form an audio recorder lacks.
+/// Bytes the host sends for a sector of this data form; nothing for a form a drive without data
+/// discs lacks.
 std::optional<int32_t> blockBytesOf(uint8_t form) {
   switch (form) {
     case 0x00:
@@ -29,13 +30,13 @@ std::optional<int32_t> blockBytesOf(uint8_t form) {
 /// Builds the layout entry by entry; every member returns false on an entry a drive refuses.
 class Builder {
  public:
-  explicit Builder(const Disc& disc) : m_disc(disc) {}
+  explicit Builder(const EmulatedDisc& disc) : m_disc(disc) {}
 
   bool add(const uint8_t* entry, const uint8_t* second);
   /// True when the lead-out has been seen and the tracks are long enough.
   bool finish();
   [[nodiscard]] bool closed() const { return m_closed; }
-  CueSheet sheet;
+  SessionCueSheet sheet;
 
  private:
   bool addCode(const uint8_t* entry, const uint8_t* second);
@@ -43,7 +44,7 @@ class Builder {
   bool addIndex(const uint8_t* entry, int32_t lba);
   bool addRegion(int32_t start, uint8_t form);
 
-  const Disc& m_disc;
+  const EmulatedDisc& m_disc;
   bool m_lead_in_seen = false;
   bool m_closed = false;
   bool m_pregap_open = false;  // index 0 came, index 1 has not
@@ -116,7 +117,7 @@ bool Builder::addIndex(const uint8_t* entry, int32_t lba) {
         (!first && number != sheet.tracks.back().number + 1)) {
       return false;
     }
-    Track track;
+    RecordedTrack track;
     track.number = number;
     track.control = entry[0] >> 4;
     track.pregap_start = lba;
@@ -167,7 +168,7 @@ bool Builder::finish() {
   if (!m_closed) {
     return false;
   }
-  const std::vector<Track>& tracks = sheet.tracks;
+  const std::vector<RecordedTrack>& tracks = sheet.tracks;
   for (std::size_t i = 0; i < tracks.size(); ++i) {
     // The next track's pause counts in: wodim takes one sector of it out of the end of each track,
     // and drives do not mind.
@@ -181,7 +182,7 @@ bool Builder::finish() {
 
 }  // namespace
 
-const CueRegion* CueSheet::regionAt(int32_t lba) const {
+const CueRegion* SessionCueSheet::regionAt(int32_t lba) const {
   for (const CueRegion& region : regions) {
     if (lba >= region.start && lba < region.end) {
       return &region;
@@ -190,7 +191,8 @@ const CueRegion* CueSheet::regionAt(int32_t lba) const {
   return nullptr;
 }
 
-std::variant<CueSheet, Sense> readCueSheet(ByteView bytes, const Disc& disc) {
+std::variant<SessionCueSheet, SenseData> readSessionCueSheet(ByteView bytes,
+                                                             const EmulatedDisc& disc) {
   if (bytes.empty() || bytes.size() % kEntryBytes != 0) {
     return kParameterListLength;
   }
@@ -215,4 +217,4 @@ std::variant<CueSheet, Sense> readCueSheet(ByteView bytes, const Disc& disc) {
   return std::move(builder.sheet);
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/module/mac/doubles/desk.h"
+#include "tests/module/mac/doubles/framework_state.h"
 
 namespace doubles {
 
@@ -20,7 +20,8 @@ enum class Application {
 /// Makes the application object, the constants and the log's handler, and counts the instances of
 /// the module's two classes from now on. Once, before the module.
 void SetUpProcess(Application application);
-/// Clears the desk and puts these devices on it; a burn then finishes at the first turn.
+/// Forgets the script and the record, and makes these devices the list; a burn then finishes at the
+/// first turn.
 void SetDevices(const std::vector<Device>& devices);
 
 /// An autorelease pool, as an event loop has around each event.

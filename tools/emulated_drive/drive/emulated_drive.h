@@ -1,5 +1,6 @@
-// A CD recorder that understands the MMC command set: audio, session-at-once. It makes no system
-// calls; whoever owns it carries command blocks in and data out. One thread at a time.
+// The drive itself: it understands the MMC command set as far as audio needs it, session-at-once.
+// It makes no system calls; its owner hands in command blocks and takes the data they ask for. One
+// thread at a time.
 #pragma once
 
 #include <chrono>
@@ -8,15 +9,15 @@
 #include <variant>
 
 #include "tools/emulated_drive/disc/cd_text_lead_in.h"
-#include "tools/emulated_drive/disc/cue_sheet.h"
-#include "tools/emulated_drive/disc/disc.h"
+#include "tools/emulated_drive/disc/emulated_disc.h"
+#include "tools/emulated_drive/disc/session_cue_sheet.h"
 #include "tools/emulated_drive/drive/mode_pages.h"
-#include "tools/emulated_drive/drive/sense.h"
+#include "tools/emulated_drive/drive/sense_data.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 /// What INQUIRY tells; longer texts are cut.
-struct Identity {
+struct DriveIdentity {
   std::string vendor = "VELMOR";           ///< 8 characters
   std::string product = "EMULATED CD-RW";  ///< 16 characters
   std::string revision = "1.0";            ///< 4 characters
@@ -32,59 +33,59 @@ struct Faults {
 
 /// A command's end. `sense` absent: GOOD status. `delay` is for the caller to sleep.
 struct Reply {
-  std::optional<Sense> sense;
-  Bytes data;  ///< to the host, already cut to the allocation length
+  std::optional<SenseData> sense;
+  ByteBuffer data;  ///< to the host, already cut to the allocation length
   std::chrono::milliseconds delay{0};
 
-  // Not explicit: a command function ends by returning what it has to say.
+  // Not explicit, so that a command function can return its data or its refusal as it is.
   Reply() = default;
-  Reply(Bytes answer) : data(std::move(answer)) {}  // NOLINT(google-explicit-constructor)
-  Reply(const Sense& refusal) : sense(refusal) {}   // NOLINT(google-explicit-constructor)
+  Reply(ByteBuffer answer) : data(std::move(answer)) {}  // NOLINT(google-explicit-constructor)
+  Reply(const SenseData& refusal) : sense(refusal) {}    // NOLINT(google-explicit-constructor)
 };
 
-class Drive {
+class EmulatedDrive {
  public:
   /// `surface` outlives the drive and holds the audio of whatever disc is in the tray.
-  Drive(Identity identity, AudioSurface& surface);
+  EmulatedDrive(DriveIdentity identity, AudioSurface& surface);
 
-  /// Does one command. `dataOut` is what the host sends along. CDBs shorter than their command are
+  /// Does one command. `data_out` is what the host sends along. CDBs shorter than their command are
   /// refused.
   Reply execute(ByteView cdb, ByteView data_out = {});
 
   /// Puts a disc in (or takes it out with nothing); the next command gets a unit attention.
-  void changeMedium(std::optional<Disc> disc);
+  void changeMedium(std::optional<EmulatedDisc> disc);
   /// As `changeMedium`, without the unit attention: the state the drive had when it was switched
   /// on.
-  void load(std::optional<Disc> disc, bool tray_open);
+  void load(std::optional<EmulatedDisc> disc, bool tray_open);
   void setFaults(const Faults& faults) { m_faults = faults; }
   void openTray(bool open) { m_tray_open = open; }
 
-  [[nodiscard]] const std::optional<Disc>& disc() const { return m_disc; }
+  [[nodiscard]] const std::optional<EmulatedDisc>& disc() const { return m_disc; }
   [[nodiscard]] bool trayOpen() const { return m_tray_open; }
   /// Grows with every change of the disc's description or of the tray.
   [[nodiscard]] unsigned generation() const { return m_generation; }
 
  private:
   struct Recording {
-    CueSheet sheet;
+    SessionCueSheet sheet;
     CdTextLeadIn cd_text;
     int32_t next = 0;  ///< next writable address
     bool test = false;
-    bool begun = false;   ///< the laser has marked the disc
-    bool flushed = true;  ///< nothing waits in the buffer: may be given up without a word
+    bool begun = false;   ///< something is on the disc, which is no longer blank
+    bool flushed = true;  ///< no sector waits in the buffer, so the recording can be given up
   };
-  using Command = Reply (Drive::*)(ByteView cdb, ByteView data_out);
-  struct Entry {
+  using CommandMethod = Reply (EmulatedDrive::*)(ByteView cdb, ByteView data_out);
+  struct CommandDescription {
     uint8_t code;
     std::size_t bytes;       ///< of the command block
     bool needs_medium;       ///< refused while the tray is empty or open
     bool despite_attention;  ///< answered although a unit attention waits
-    Command command;
+    CommandMethod command;
   };
-  static const Entry* find(uint8_t code);
+  static const CommandDescription* find(uint8_t code);
 
   // drive.cpp: state of the unit
-  std::optional<Sense> notReady();
+  std::optional<SenseData> notReady();
   Reply testUnitReady(ByteView, ByteView);
   Reply requestSense(ByteView cdb, ByteView);
   Reply accept(ByteView, ByteView);
@@ -135,23 +136,23 @@ class Drive {
   void markBegun();
   void closeSession();
 
-  Identity m_identity;
+  DriveIdentity m_identity;
   AudioSurface& m_surface;
   Faults m_faults;
   ModePages m_modes;
-  std::optional<Disc> m_disc;
+  std::optional<EmulatedDisc> m_disc;
   std::optional<Recording> m_recording;
-  std::optional<Sense> m_attention;  ///< told once to the next command
+  std::optional<SenseData> m_attention;  ///< told once to the next command
   bool m_tray_open = false;
   bool m_removal_prevented = false;
   int m_becoming_ready = 0;  ///< polls until the medium is ready
   int m_blanking_polls = 0;  ///< polls until an immediate BLANK has ended
-  uint8_t m_media_event =
-      0;  ///< GET EVENT STATUS NOTIFICATION: 0 none, 1 eject request, 2 new, 3 gone
+  /// For GET EVENT STATUS NOTIFICATION: 0 none, 1 eject request, 2 new medium, 3 medium removed.
+  uint8_t m_media_event = 0;
   unsigned m_generation = 0;
 };
 
 /// `data` cut to what the host has room for.
-Bytes cut(Bytes data, std::size_t allocation);
+ByteBuffer cut(ByteBuffer data, std::size_t allocation);
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -1,4 +1,4 @@
-// A recorder directory of a test's own, with an album to burn.
+// A folder of drives of a test's own, with an album to burn.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 
 #include "tools/emulated_drive/directory/drive_directory.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 inline std::string contentOf(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
@@ -34,20 +34,20 @@ inline std::string noise(unsigned seed, int sectors) {
 }
 
 /// Two drives with blank discs in a fresh directory, gone at the end of the test.
-class TwoDrives : public ::testing::Test {
+class TwoEmulatedDrives : public ::testing::Test {
  protected:
   void SetUp() override {
-    char name[] = "/tmp/velmor-recorder-XXXXXX";
+    char name[] = "/tmp/velmor-emulated-drive-XXXXXX";
     ASSERT_NE(::mkdtemp(name), nullptr);
     m_root = name;
     for (int i = 0; i < 2; ++i) {
       const DriveDirectory directory(m_root / "drives" / ("drive0" + std::to_string(i)));
       std::filesystem::create_directories(directory.path());
-      Settings settings;
+      DriveSettings settings;
       settings.device = device(i);
       settings.identity.product = "TEST DRIVE " + std::to_string(i + 1);
       directory.saveSettings(settings);
-      directory.saveDisc(Disc{});
+      directory.saveDisc(EmulatedDisc{});
       m_drives.push_back(directory);
     }
   }
@@ -62,12 +62,12 @@ class TwoDrives : public ::testing::Test {
     const std::size_t pregap = std::size_t{kFirstPregap} * kSectorBytes;
     return all.size() < pregap ? std::string() : all.substr(pregap);
   }
-  [[nodiscard]] Disc disc(int drive) const {
+  [[nodiscard]] EmulatedDisc disc(int drive) const {
     return m_drives[static_cast<std::size_t>(drive)].disc().value();
   }
-  void change(int drive, void (*what)(Settings&)) const {
+  void change(int drive, void (*what)(DriveSettings&)) const {
     const DriveDirectory& directory = m_drives[static_cast<std::size_t>(drive)];
-    Settings settings = directory.settings();
+    DriveSettings settings = directory.settings();
     what(settings);
     directory.saveSettings(settings);
   }
@@ -76,4 +76,4 @@ class TwoDrives : public ::testing::Test {
   std::vector<DriveDirectory> m_drives;
 };
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

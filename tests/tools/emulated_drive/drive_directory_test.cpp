@@ -3,11 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/tools/emulated_drive/recorder_directory.h"
+#include "tests/tools/emulated_drive/two_emulated_drives.h"
 #include "tools/emulated_drive/directory/disc_text.h"
 #include "tools/emulated_drive/directory/file_surface.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 namespace {
 
 namespace fs = std::filesystem;
@@ -30,7 +30,7 @@ struct Flaw {
   const char* said;
 };
 
-class ADiscDescription : public TwoDrives, public ::testing::WithParamInterface<Flaw> {};
+class ADiscDescription : public TwoEmulatedDrives, public ::testing::WithParamInterface<Flaw> {};
 
 constexpr const char* kTrackOne = "track = 1 0 -150 DEABC2000001 0\n";
 constexpr const char* kTrackTwo = "track = 2 2 300 - 375 500\n";
@@ -44,7 +44,7 @@ std::string described() {
 TEST_F(ADiscDescription, IsReadBackAsItWasWritten) {
   const fs::path file = m_root / "disc.txt";
   store(file, described());
-  const Disc disc = readDisc(file);
+  const EmulatedDisc disc = readDisc(file);
   EXPECT_EQ(disc.tracks.at(0).isrc, "DEABC2000001");
   EXPECT_EQ(disc.tracks.at(1).indices, (std::vector<int32_t>{375, 500}));
   store(file, discText(disc));
@@ -92,7 +92,7 @@ TEST_F(ADiscDescription, OfAClosedDiscHasTracks) {
   EXPECT_THAT(complaint(m_root / "disc.txt"), HasSubstr("tracks and a lead-out behind them"));
 }
 
-class AFolder : public TwoDrives {};
+class AFolder : public TwoEmulatedDrives {};
 
 TEST_F(AFolder, SaysWhenItsDiscCannotBeTakenAway) {
   fs::create_directories(m_drives[0].audioFile() / "in the way");
@@ -107,7 +107,7 @@ TEST_F(AFolder, SaysWhenItsTrayCannotBeClosed) {
 TEST_F(AFolder, KeepsNoDraftOfAFileThatCannotBeReplaced) {
   fs::remove(m_drives[0].discFile());
   fs::create_directories(m_drives[0].discFile() / "in the way");
-  EXPECT_THROW(m_drives[0].saveDisc(Disc{}), DirectoryError);
+  EXPECT_THROW(m_drives[0].saveDisc(EmulatedDisc{}), DirectoryError);
   for (const auto& entry : fs::directory_iterator(m_drives[0].path())) {
     EXPECT_THAT(entry.path().filename(), ::testing::AnyOf("drive.conf", "disc.txt"));
   }
@@ -115,23 +115,23 @@ TEST_F(AFolder, KeepsNoDraftOfAFileThatCannotBeReplaced) {
 
 TEST_F(AFolder, HasNoAudioFileForHavingBeenReadFrom) {
   FileSurface surface(m_drives[0].audioFile());
-  Bytes sector(kSectorBytes, 0xFF);
+  ByteBuffer sector(kSectorBytes, 0xFF);
   EXPECT_TRUE(surface.read(0, sector));
-  EXPECT_EQ(sector, Bytes(kSectorBytes));
+  EXPECT_EQ(sector, ByteBuffer(kSectorBytes));
   EXPECT_FALSE(fs::exists(m_drives[0].audioFile()));
-  EXPECT_TRUE(surface.write(0, Bytes(kSectorBytes, 0x55)));
+  EXPECT_TRUE(surface.write(0, ByteBuffer(kSectorBytes, 0x55)));
   EXPECT_TRUE(surface.read(0, sector));
-  EXPECT_EQ(sector, Bytes(kSectorBytes, 0x55));
+  EXPECT_EQ(sector, ByteBuffer(kSectorBytes, 0x55));
 }
 
 TEST_F(AFolder, TellsTheDriveWhenItsAudioFileFails) {
   fs::create_directories(m_drives[0].audioFile());
   FileSurface surface(m_drives[0].audioFile());
-  Bytes sector(kSectorBytes);
+  ByteBuffer sector(kSectorBytes);
   EXPECT_FALSE(surface.read(0, sector));
   EXPECT_FALSE(surface.write(0, sector));
   EXPECT_FALSE(surface.erase());
 }
 
 }  // namespace
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -5,17 +5,18 @@
 
 #include <map>
 
-#include "tools/emulated_drive/drive/drive.h"
+#include "tools/emulated_drive/drive/emulated_drive.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 /// Sectors in memory; one that was never written is silent.
 class MemorySurface final : public AudioSurface {
  public:
   bool write(int32_t lba, ByteView sectors) override {
     for (std::size_t at = 0; at < sectors.size(); at += kSectorBytes) {
-      m_sectors[lba++] = Bytes(sectors.begin() + static_cast<std::ptrdiff_t>(at),
-                               sectors.begin() + static_cast<std::ptrdiff_t>(at + kSectorBytes));
+      m_sectors[lba++] =
+          ByteBuffer(sectors.begin() + static_cast<std::ptrdiff_t>(at),
+                     sectors.begin() + static_cast<std::ptrdiff_t>(at + kSectorBytes));
     }
     return true;
   }
@@ -34,13 +35,13 @@ class MemorySurface final : public AudioSurface {
   [[nodiscard]] std::size_t written() const { return m_sectors.size(); }
 
  private:
-  std::map<int32_t, Bytes> m_sectors;
+  std::map<int32_t, ByteBuffer> m_sectors;
 };
 
 using CueEntry = std::array<uint8_t, 8>;
 
 inline CueEntry cueIndex(uint8_t control, uint8_t track, uint8_t index, uint8_t form, int32_t lba) {
-  const Msf msf = msfOf(lba);
+  const MsfAddress msf = msfOf(lba);
   return {static_cast<uint8_t>(control << 4 | 1),
           track,
           index,
@@ -51,8 +52,8 @@ inline CueEntry cueIndex(uint8_t control, uint8_t track, uint8_t index, uint8_t 
           msf.frame};
 }
 
-inline Bytes flat(const std::vector<CueEntry>& entries) {
-  Bytes bytes;
+inline ByteBuffer flat(const std::vector<CueEntry>& entries) {
+  ByteBuffer bytes;
   for (const CueEntry& entry : entries) {
     bytes.insert(bytes.end(), entry.begin(), entry.end());
   }
@@ -71,8 +72,8 @@ inline std::vector<CueEntry> twoTracks(uint8_t lead_in_form = 0x01) {
 inline constexpr int32_t kTwoTracksEnd = 775;
 
 /// A sector whose bytes tell its address.
-inline Bytes sectorsFrom(int32_t lba, int count) {
-  Bytes bytes;
+inline ByteBuffer sectorsFrom(int32_t lba, int count) {
+  ByteBuffer bytes;
   for (int32_t at = lba; at < lba + count; ++at) {
     for (int32_t i = 0; i < kSectorBytes; ++i) {
       bytes.push_back(static_cast<uint8_t>(at * 31 + i));
@@ -81,19 +82,19 @@ inline Bytes sectorsFrom(int32_t lba, int count) {
   return bytes;
 }
 
-class DriveOnBench : public ::testing::Test {
+class EmulatedDriveCase : public ::testing::Test {
  protected:
-  DriveOnBench() { insert({}); }
+  EmulatedDriveCase() { insert({}); }
 
-  void insert(const Disc& disc) { m_drive.load(disc, false); }
+  void insert(const EmulatedDisc& disc) { m_drive.load(disc, false); }
 
-  Reply send(Bytes cdb, const Bytes& data = {}) {
+  Reply send(ByteBuffer cdb, const ByteBuffer& data = {}) {
     cdb.resize(std::max<std::size_t>(cdb.size(), 12));
     return m_drive.execute(cdb, data);
   }
   Reply testUnitReady() { return send({0x00}); }
   Reply modeSelect(uint8_t write_type, bool test = false, uint8_t block_type = 8) {
-    Bytes list(8 + 52);
+    ByteBuffer list(8 + 52);
     list[8] = 0x05;
     list[9] = 50;
     list[10] = static_cast<uint8_t>(write_type | (test ? 0x10 : 0));
@@ -101,13 +102,13 @@ class DriveOnBench : public ::testing::Test {
     return send({0x55, 0x10, 0, 0, 0, 0, 0, 0, static_cast<uint8_t>(list.size())}, list);
   }
   Reply sendCue(const std::vector<CueEntry>& entries) { return sendCue(flat(entries)); }
-  Reply sendCue(const Bytes& sheet) {
+  Reply sendCue(const ByteBuffer& sheet) {
     return send({0x5D, 0, 0, 0, 0, 0, 0, static_cast<uint8_t>(sheet.size() >> 8),
                  static_cast<uint8_t>(sheet.size())},
                 sheet);
   }
-  Reply write(int32_t lba, int count, const Bytes& data) {
-    Bytes cdb(10);
+  Reply write(int32_t lba, int count, const ByteBuffer& data) {
+    ByteBuffer cdb(10);
     cdb[0] = 0x2A;
     storeBig32(&cdb[2], static_cast<uint32_t>(lba));
     storeBig16(&cdb[7], static_cast<uint16_t>(count));
@@ -117,7 +118,7 @@ class DriveOnBench : public ::testing::Test {
   Reply synchronize() { return send({0x35}); }
   Reply readCd(int32_t lba, int count, uint8_t flags = 0x10, uint8_t sub_channel = 0,
                uint8_t type = 1) {
-    Bytes cdb(12);
+    ByteBuffer cdb(12);
     cdb[0] = 0xBE;
     cdb[1] = static_cast<uint8_t>(type << 2);
     storeBig32(&cdb[2], static_cast<uint32_t>(lba));
@@ -142,17 +143,17 @@ class DriveOnBench : public ::testing::Test {
     ASSERT_FALSE(sendCue(twoTracks()).sense);
     writeUpTo(kTwoTracksEnd);
     ASSERT_FALSE(synchronize().sense);
-    ASSERT_EQ(m_drive.disc()->state, DiscState::kComplete);
+    ASSERT_EQ(m_drive.disc()->state, DiscStatus::kComplete);
   }
 
   MemorySurface m_surface;
-  Drive m_drive{Identity{}, m_surface};
+  EmulatedDrive m_drive{DriveIdentity{}, m_surface};
 };
 
-inline void PrintTo(const Sense& sense, std::ostream* out) {
+inline void PrintTo(const SenseData& sense, std::ostream* out) {
   char text[16];
   std::snprintf(text, sizeof text, "%X/%02X/%02X", sense.key, sense.code, sense.qualifier);
   *out << text;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

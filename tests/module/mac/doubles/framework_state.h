@@ -26,7 +26,7 @@ struct Device {
 /// number, "bool 1" for a truth value, the constant's name for a constant.
 using Properties = std::vector<std::pair<std::string, std::string>>;
 
-struct Desk {
+struct FrameworkState {
   // Script.
   std::vector<Device> devices;
   bool has_device_list = true;  ///< false: nil instead of a list
@@ -55,7 +55,7 @@ struct Desk {
   void Note(std::string call) { calls.push_back(std::move(call)); }
 };
 
-/// The process's desk.
-Desk& TheDesk();
+/// What the doubles of this process answer from.
+FrameworkState& TheFrameworks();
 
 }  // namespace doubles

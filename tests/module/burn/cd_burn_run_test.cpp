@@ -13,7 +13,7 @@
 #include "tests/fake_host/plugin_host.h"
 #include "tests/fake_host/windowing_layer.h"
 #include "tests/module/burn/image_file.h"
-#include "tests/module/burn/recording_double.h"
+#include "tests/module/burn/scripted_recording_service.h"
 
 namespace burn_test {
 namespace {
@@ -53,7 +53,7 @@ class BurnRun : public testing::Test {
     return cuts;
   }
 
-  RecordingDouble recorders;
+  ScriptedRecordingService recorders;
 };
 
 TEST_F(BurnRun, TwoTracksShareTheImageAtTheSecondsOffset) {
@@ -156,7 +156,7 @@ class BurnWithout : public testing::Test {
 
   WindowingLayer windowing;
   fake_host::PluginHost host;
-  RecordingDouble recorders;
+  ScriptedRecordingService recorders;
   const ImageFile image{1764000};
 };
 

@@ -14,7 +14,7 @@
 namespace velmor::recording::testing {
 
 /// What a drive and its disc are like, and what happens to them. Outlives the recorder.
-struct DriveState {
+struct ScriptedDrive {
   Medium medium{DiscState::kBlank, "CD-R", true, false, 359'849, 359'849};
   bool can_test_write = true;
   double slowest_speed = 4.0;
@@ -41,9 +41,9 @@ struct DriveState {
   std::vector<bool> releases;  // each with its wish to eject
 };
 
-class RecorderDouble final : public Recorder {
+class ScriptedRecorder final : public Recorder {
  public:
-  explicit RecorderDouble(DriveState& state) : m_state(state) {}
+  explicit ScriptedRecorder(ScriptedDrive& state) : m_state(state) {}
 
   Medium medium() override { return m_state.medium; }
   bool canTestWrite() override { return m_state.can_test_write; }
@@ -142,7 +142,7 @@ class RecorderDouble final : public Recorder {
     ++m_written;
   }
 
-  DriveState& m_state;
+  ScriptedDrive& m_state;
   Session m_session;
   SectorFeed* m_feed = nullptr;
   int64_t m_written = 0;

@@ -1,4 +1,4 @@
-#include "tests/module/mac/doubles/stage.h"
+#include "tests/module/mac/doubles/objective_c_calls.h"
 
 #import <AppKit/AppKit.h>
 #import <DiscRecording/DiscRecording.h>
@@ -14,7 +14,7 @@
 
 extern "C" QuelmLookupFn quelmGetAPPAPIFunc();
 
-@interface NSApplication (Stage)
+@interface NSApplication (ModuleLoading)
 - (void)setDelegate:(id)delegate;
 @end
 
@@ -46,7 +46,7 @@ void keepLogLine(NSString* text) {
   // "2026-01-01 00:00:00.000 program[1:1] the line"
   const std::string line = [text UTF8String];
   const size_t prefix = line.find("] ");
-  TheDesk().log_lines.push_back(prefix == std::string::npos ? line : line.substr(prefix + 2));
+  TheFrameworks().log_lines.push_back(prefix == std::string::npos ? line : line.substr(prefix + 2));
 }
 
 IMP g_root_alloc;
@@ -61,7 +61,7 @@ bool isOfTheModule(Class counted) {
 // more than this runtime can do for what clang compiles.
 id countedAlloc(id class_object, SEL selector) {
   const Class counted = reinterpret_cast<Class>(class_object);
-  if (isOfTheModule(counted)) ++TheDesk().created[class_getName(counted)];
+  if (isOfTheModule(counted)) ++TheFrameworks().created[class_getName(counted)];
   return reinterpret_cast<id (*)(id, SEL)>(g_root_alloc)(class_object, selector);
 }
 
@@ -69,14 +69,14 @@ id countedAlloc(id class_object, SEL selector) {
 id countedDealloc(id object, SEL selector) {
   const Class counted = object_getClass(object);
   if (isOfTheModule(counted)) {
-    ++TheDesk().gone[class_getName(counted)];
-    TheDesk().Note(std::string("dealloc ") + class_getName(counted));
+    ++TheFrameworks().gone[class_getName(counted)];
+    TheFrameworks().Note(std::string("dealloc ") + class_getName(counted));
   }
   return reinterpret_cast<id (*)(id, SEL)>(g_root_dealloc)(object, selector);
 }
 
 id notedArray(id class_object, SEL selector, NSUInteger capacity) {
-  TheDesk().array_capacities.push_back(capacity);
+  TheFrameworks().array_capacities.push_back(capacity);
   return reinterpret_cast<id (*)(id, SEL, NSUInteger)>(g_array_with_capacity)(class_object,
                                                                               selector, capacity);
 }
@@ -105,11 +105,11 @@ void SetUpProcess(Application application) {
 }
 
 void SetDevices(const std::vector<Device>& devices) {
-  for (const Device& device : TheDesk().devices) [static_cast<id>(device.object) release];
-  TheDesk() = Desk();
-  TheDesk().devices = devices;
-  for (Device& device : TheDesk().devices) device.object = [[DRDevice alloc] init];
-  TheDesk().on_turn = FinishBurn;
+  for (const Device& device : TheFrameworks().devices) [static_cast<id>(device.object) release];
+  TheFrameworks() = FrameworkState();
+  TheFrameworks().devices = devices;
+  for (Device& device : TheFrameworks().devices) device.object = [[DRDevice alloc] init];
+  TheFrameworks().on_turn = FinishBurn;
 }
 
 Pool::Pool() : pool_([[NSAutoreleasePool alloc] init]) {}
@@ -119,8 +119,9 @@ Pool::~Pool() {
 }
 
 void FinishBurn() {
-  const id delegate = static_cast<id>(TheDesk().panel_delegate);
-  TheDesk().delegate_reports_itself = [delegate burnProgressPanel:nil burnDidFinish:nil] != NO;
+  const id delegate = static_cast<id>(TheFrameworks().panel_delegate);
+  TheFrameworks().delegate_reports_itself = [delegate burnProgressPanel:nil
+                                                          burnDidFinish:nil] != NO;
   [delegate burnProgressPanelDidFinish:nil];
 }
 
@@ -207,11 +208,12 @@ bool Producer::CleanUpAfterVerification() const {
 }
 
 Producer ProducerOf(int index) {
-  return Producer(TheDesk().producers.at(TheDesk().layout.at(static_cast<size_t>(index))));
+  return Producer(
+      TheFrameworks().producers.at(TheFrameworks().layout.at(static_cast<size_t>(index))));
 }
 
 const Properties& PropertiesOf(int index) {
-  return TheDesk().track_properties.at(TheDesk().layout.at(static_cast<size_t>(index)));
+  return TheFrameworks().track_properties.at(TheFrameworks().layout.at(static_cast<size_t>(index)));
 }
 
 }  // namespace doubles

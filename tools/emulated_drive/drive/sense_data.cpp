@@ -1,10 +1,10 @@
-#include "tools/emulated_drive/drive/sense.h"
+#include "tools/emulated_drive/drive/sense_data.h"
 
 #include "tools/emulated_drive/disc/bytes.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
-std::array<uint8_t, kSenseBytes> senseBytes(const Sense& sense) {
+std::array<uint8_t, kSenseBytes> senseBytes(const SenseData& sense) {
   std::array<uint8_t, kSenseBytes> bytes{};
   bytes[0] = 0x70;
   bytes[2] = sense.key;
@@ -22,4 +22,4 @@ std::array<uint8_t, kSenseBytes> senseBytes(const Sense& sense) {
   return bytes;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -1,4 +1,4 @@
-// Two emulated recorders in a folder of their own, for one test.
+// Two emulated drives in a folder of their own, for one test.
 #pragma once
 
 #include <cstdlib>
@@ -10,41 +10,43 @@
 
 #include "tests/host/recording/programme.h"
 #include "tools/emulated_drive/directory/drive_directory.h"
-#include "tools/emulated_drive/interpose/station.h"
+#include "tools/emulated_drive/interpose/device_table.h"
 
 namespace velmor::recording::testing {
 
-class RecorderShelf {
+class EmulatedDriveFolder {
  public:
-  RecorderShelf() {
+  EmulatedDriveFolder() {
     std::string pattern = std::filesystem::temp_directory_path() / "velmor_recorders_XXXXXX";
     m_root = mkdtemp(pattern.data());
     for (int i = 0; i < 2; ++i) {
       std::filesystem::create_directory(folder(i));
-      recorder::Settings settings;
+      emulated_drive::DriveSettings settings;
       settings.device = address(i);
       settings.identity = {"ACME", i == 0 ? "BURNER ONE" : "BURNER TWO", "1.0"};
       drive(i).saveSettings(settings);
-      drive(i).saveDisc(recorder::Disc());
+      drive(i).saveDisc(emulated_drive::EmulatedDisc());
     }
-    setenv(recorder::kDirectoryVariable, m_root.c_str(), 1);
+    setenv(emulated_drive::kDirectoryVariable, m_root.c_str(), 1);
   }
-  ~RecorderShelf() {
-    unsetenv(recorder::kDirectoryVariable);
+  ~EmulatedDriveFolder() {
+    unsetenv(emulated_drive::kDirectoryVariable);
     std::filesystem::remove_all(m_root);
   }
-  RecorderShelf(const RecorderShelf&) = delete;
-  RecorderShelf& operator=(const RecorderShelf&) = delete;
+  EmulatedDriveFolder(const EmulatedDriveFolder&) = delete;
+  EmulatedDriveFolder& operator=(const EmulatedDriveFolder&) = delete;
 
   static std::string address(int i) { return "/dev/sr" + std::to_string(30 + i); }
   std::filesystem::path folder(int i) const { return m_root / ("drive" + std::to_string(i)); }
-  recorder::DriveDirectory drive(int i) const { return recorder::DriveDirectory(folder(i)); }
+  emulated_drive::DriveDirectory drive(int i) const {
+    return emulated_drive::DriveDirectory(folder(i));
+  }
 
-  recorder::Disc disc(int i) const { return drive(i).disc().value(); }
-  void insert(int i, const recorder::Disc& disc) const { drive(i).saveDisc(disc); }
+  emulated_drive::EmulatedDisc disc(int i) const { return drive(i).disc().value(); }
+  void insert(int i, const emulated_drive::EmulatedDisc& disc) const { drive(i).saveDisc(disc); }
   void empty(int i) const { drive(i).saveDisc(std::nullopt); }
-  void change(int i, const std::function<void(recorder::Settings&)>& edit) const {
-    recorder::Settings settings = drive(i).settings();
+  void change(int i, const std::function<void(emulated_drive::DriveSettings&)>& edit) const {
+    emulated_drive::DriveSettings settings = drive(i).settings();
     edit(settings);
     drive(i).saveSettings(settings);
   }
@@ -58,16 +60,16 @@ class RecorderShelf {
     return bytes;
   }
 
-  static recorder::Disc rewritable() {
-    recorder::Disc disc;
-    disc.medium = recorder::Medium::kCdRw;
+  static emulated_drive::EmulatedDisc rewritable() {
+    emulated_drive::EmulatedDisc disc;
+    disc.medium = emulated_drive::MediumType::kCdRw;
     return disc;
   }
   /// One track of four seconds, closed.
-  static recorder::Disc closed(recorder::Disc disc = {}) {
-    disc.state = recorder::DiscState::kComplete;
+  static emulated_drive::EmulatedDisc closed(emulated_drive::EmulatedDisc disc = {}) {
+    disc.state = emulated_drive::DiscStatus::kComplete;
     disc.lead_out = kMinTrackSectors;
-    recorder::Track track;
+    emulated_drive::RecordedTrack track;
     track.pregap_start = -kLeadInPregap;
     track.indices = {0};
     disc.tracks = {track};

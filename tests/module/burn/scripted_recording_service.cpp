@@ -1,4 +1,4 @@
-#include "tests/module/burn/recording_double.h"
+#include "tests/module/burn/scripted_recording_service.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@ namespace burn_test {
 
 namespace {
 
-RecordingDouble* current = nullptr;
+ScriptedRecordingService* current = nullptr;
 
 const char* TextOrNull(const std::optional<std::string>& text) {
   return text ? text->c_str() : nullptr;
@@ -16,22 +16,22 @@ const char* TextOrNull(const std::optional<std::string>& text) {
 
 }  // namespace
 
-RecordingDouble::RecordingDouble() {
+ScriptedRecordingService::ScriptedRecordingService() {
   if (current != nullptr) ADD_FAILURE() << "two recording services in one process";
   current = this;
 }
 
-RecordingDouble::~RecordingDouble() {
+ScriptedRecordingService::~ScriptedRecordingService() {
   current = nullptr;
 }
 
-RecordingDouble::Device& RecordingDouble::Add(std::optional<std::string> vendor,
-                                              std::optional<std::string> product) {
+ScriptedRecordingService::Device& ScriptedRecordingService::Add(
+    std::optional<std::string> vendor, std::optional<std::string> product) {
   devices.push_back({std::move(vendor), std::move(product)});
   return devices.back();
 }
 
-size_t RecordingDouble::NumberOf(void* device) const {
+size_t ScriptedRecordingService::NumberOf(void* device) const {
   for (size_t i = 0; i < devices.size(); ++i) {
     if (&devices[i] == device) return i;
   }
@@ -39,16 +39,16 @@ size_t RecordingDouble::NumberOf(void* device) const {
   return 0;
 }
 
-void RecordingDouble::Note(const std::string& call, void* device) {
+void ScriptedRecordingService::Note(const std::string& call, void* device) {
   journal.push_back(call + " " + std::to_string(NumberOf(device)));
 }
 
-int RecordingDouble::DeviceCount() {
+int ScriptedRecordingService::DeviceCount() {
   journal.emplace_back("DeviceCount");
   return static_cast<int>(devices.size());
 }
 
-void* RecordingDouble::DeviceAt(int index) {
+void* ScriptedRecordingService::DeviceAt(int index) {
   journal.push_back("DeviceAt " + std::to_string(index));
   const auto i = static_cast<size_t>(index);
   if (index < 0 || i >= devices.size()) {
@@ -58,42 +58,42 @@ void* RecordingDouble::DeviceAt(int index) {
   return devices[i].is_null ? nullptr : &devices[i];
 }
 
-const char* RecordingDouble::VendorName(void* device) {
+const char* ScriptedRecordingService::VendorName(void* device) {
   Note("VendorName", device);
   return TextOrNull(devices[NumberOf(device)].vendor);
 }
 
-const char* RecordingDouble::ProductName(void* device) {
+const char* ScriptedRecordingService::ProductName(void* device) {
   Note("ProductName", device);
   return TextOrNull(devices[NumberOf(device)].product);
 }
 
-bool RecordingDouble::IsValid(void* device) {
+bool ScriptedRecordingService::IsValid(void* device) {
   Note("IsValid", device);
   return devices[NumberOf(device)].valid;
 }
 
-bool RecordingDouble::AcquireExclusiveAccess(void* device) {
+bool ScriptedRecordingService::AcquireExclusiveAccess(void* device) {
   Note("AcquireExclusiveAccess", device);
   return grants_access;
 }
 
-void RecordingDouble::ReleaseExclusiveAccess(void* device) {
+void ScriptedRecordingService::ReleaseExclusiveAccess(void* device) {
   Note("ReleaseExclusiveAccess", device);
 }
 
-void* RecordingDouble::BurnForDevice(void* device) {
+void* ScriptedRecordingService::BurnForDevice(void* device) {
   Note("BurnForDevice", device);
   return gives_burn ? &burn_ : nullptr;
 }
 
-void RecordingDouble::SetProperties(void* burn, const DiscBurnProperties* set) {
+void ScriptedRecordingService::SetProperties(void* burn, const DiscBurnProperties* set) {
   journal.emplace_back("SetProperties");
   EXPECT_EQ(burn, &burn_);
   properties = *set;
 }
 
-void RecordingDouble::RunProgressPanel(void* burn, const DiscTrack* given, int count) {
+void ScriptedRecordingService::RunProgressPanel(void* burn, const DiscTrack* given, int count) {
   journal.emplace_back("RunProgressPanel");
   EXPECT_EQ(burn, &burn_);
   ++panels;

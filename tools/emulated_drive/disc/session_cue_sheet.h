@@ -1,5 +1,5 @@
 // The cue sheet of SEND CUE SHEET (MMC-5 section 6.33): eight bytes an entry, from the lead-in to
-// the lead-out.
+// the lead-out. Not the text file of the same name, which module/sink/cue_sheet.h writes.
 #pragma once
 
 #include <optional>
@@ -7,10 +7,10 @@
 #include <variant>
 #include <vector>
 
-#include "tools/emulated_drive/disc/disc.h"
-#include "tools/emulated_drive/drive/sense.h"
+#include "tools/emulated_drive/disc/emulated_disc.h"
+#include "tools/emulated_drive/drive/sense_data.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 /// A stretch of the disc whose sectors the host sends in one form.
 struct CueRegion {
@@ -22,9 +22,9 @@ struct CueRegion {
 };
 
 /// A session as announced by the host.
-struct CueSheet {
+struct SessionCueSheet {
   std::vector<CueRegion> regions;  ///< ascending, without holes, from the lead-in on
-  std::vector<Track> tracks;
+  std::vector<RecordedTrack> tracks;
   int32_t lead_out = 0;
   std::string mcn;
 
@@ -32,6 +32,7 @@ struct CueSheet {
 };
 
 /// Reads and checks a cue sheet for `disc`; the sense data says what is wrong with it.
-std::variant<CueSheet, Sense> readCueSheet(ByteView bytes, const Disc& disc);
+std::variant<SessionCueSheet, SenseData> readSessionCueSheet(ByteView bytes,
+                                                             const EmulatedDisc& disc);
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -1,4 +1,4 @@
-#include "tools/emulated_drive/interpose/station.h"
+#include "tools/emulated_drive/interpose/device_table.h"
 
 #include <sys/stat.h>
 
@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 thread_local int g_direct_calls = 0;
@@ -36,13 +36,13 @@ bool DirectCalls::active() {
   return g_direct_calls > 0;
 }
 
-Station& Station::instance() {
-  static Station* const kStation =
-      new Station;  // outlives every static that may still close a file
-  return *kStation;
+DeviceTable& DeviceTable::instance() {
+  static DeviceTable* const kTable =
+      new DeviceTable;  // outlives every static that may still close a file
+  return *kTable;
 }
 
-void Station::refresh() {
+void DeviceTable::refresh() {
   const char* value = std::getenv(kDirectoryVariable);
   const std::string root = value != nullptr ? value : "";
   if (root == m_root) {
@@ -56,31 +56,32 @@ void Station::refresh() {
   int number = 0;
   for (const DriveDirectory& directory : DriveDirectory::all(root)) {
     try {
-      m_devices.push_back(std::make_shared<Device>(directory, number));
+      m_devices.push_back(std::make_shared<EmulatedDevice>(directory, number));
       ++number;
     } catch (const std::exception& error) {
       // A library below the program has no other way to speak.
-      std::fprintf(stderr, "velmor-recorder: %s\n", error.what());
+      std::fprintf(stderr, "velmor-emulated-drive: %s\n", error.what());
     }
   }
   if (m_devices.empty()) {
-    std::fprintf(stderr,
-                 "velmor-recorder: %s holds no drive; \"velmor-recorder create\" makes one\n",
-                 root.c_str());
+    std::fprintf(
+        stderr,
+        "velmor-emulated-drive: %s holds no drive; \"velmor-emulated-drive create\" makes one\n",
+        root.c_str());
   }
 }
 
-bool Station::active() {
+bool DeviceTable::active() {
   const std::lock_guard lock(m_mutex);
   refresh();
   return !m_root.empty();
 }
 
-std::shared_ptr<Device> Station::byPath(const std::string& path) {
+std::shared_ptr<EmulatedDevice> DeviceTable::byPath(const std::string& path) {
   const std::lock_guard lock(m_mutex);
   refresh();
   const std::string name = presentName(path);
-  for (const std::shared_ptr<Device>& device : m_devices) {
+  for (const std::shared_ptr<EmulatedDevice>& device : m_devices) {
     if (device->path() == name) {
       return device;
     }
@@ -88,7 +89,7 @@ std::shared_ptr<Device> Station::byPath(const std::string& path) {
   return nullptr;
 }
 
-std::shared_ptr<Device> Station::byDescriptor(int descriptor) {
+std::shared_ptr<EmulatedDevice> DeviceTable::byDescriptor(int descriptor) {
   const std::lock_guard lock(m_mutex);
   const auto found = m_open.find(descriptor);
   if (found == m_open.end()) {
@@ -103,17 +104,17 @@ std::shared_ptr<Device> Station::byDescriptor(int descriptor) {
   return found->second.device;
 }
 
-void Station::attach(int descriptor, std::shared_ptr<Device> device) {
+void DeviceTable::attach(int descriptor, std::shared_ptr<EmulatedDevice> device) {
   const std::lock_guard lock(m_mutex);
   m_open[descriptor] = {std::move(device), fileBehind(descriptor)};
 }
 
-void Station::detach(int descriptor) {
+void DeviceTable::detach(int descriptor) {
   const std::lock_guard lock(m_mutex);
   m_open.erase(descriptor);
 }
 
-bool isRecorderName(const std::string& path) {
+bool isOpticalDeviceName(const std::string& path) {
   constexpr const char* kFamilies[] = {"/dev/sr",    "/dev/scd",  "/dev/sg",  "/dev/pktcdvd",
                                        "/dev/cdrom", "/dev/cdrw", "/dev/dvd", "/dev/hd"};
   for (const std::string family : kFamilies) {
@@ -124,4 +125,4 @@ bool isRecorderName(const std::string& path) {
   return false;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -61,8 +61,8 @@ class ScriptedPerson : public Person {
   std::deque<Turn> m_turns;
 };
 
-/// Every test starts and ends with an empty desktop and nobody before it.
-class Desk : public testing::Test {
+/// A test with dialogs: it starts and ends without a window and without anybody to use one.
+class DialogCase : public testing::Test {
  protected:
   using Procedure = std::function<LRESULT(const Received&)>;
 
@@ -127,7 +127,7 @@ class Desk : public testing::Test {
   Procedure m_on_message;
 
  private:
-  static inline Desk* g_current = nullptr;
+  static inline DialogCase* g_current = nullptr;
   HWND m_modeless = nullptr;
 };
 
