@@ -3,27 +3,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "tests/kit/scratch_folder.h"
+
 namespace fake_host {
 
-/// A fresh folder, removed with everything in it at destruction.
-class TempFolder {
- public:
-  TempFolder();
-  ~TempFolder();
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-
-  const std::filesystem::path& path() const { return path_; }
-  /// The path of `name` in the folder, as a host would hand it over.
-  std::string File(const std::string& name) const { return (path_ / name).string(); }
-
- private:
-  std::filesystem::path path_;
-};
+using TempFolder = test_kit::ScratchFolder;
 
 /// The whole file; a file that cannot be read fails the test and gives an empty text.
 std::string ReadText(const std::string& path);

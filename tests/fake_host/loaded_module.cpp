@@ -9,7 +9,7 @@
 namespace fake_host {
 
 LoadedModule::LoadedModule() {
-  const std::string copy = folder_.File("module.so");
+  const std::string copy = folder_.file("module.so");
   std::filesystem::copy_file(File(), copy);
   handle_ = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle_ == nullptr) {

@@ -28,7 +28,7 @@ class Session {
 
   /// Has the module make a sink on `name` in the folder; empty when the module gives none.
   Sink CreateSink(const std::string& name, const Settings& settings = {});
-  std::string File(const std::string& name) const { return folder.File(name); }
+  std::string File(const std::string& name) const { return folder.file(name); }
 };
 
 /// A session with the module loaded and bound.

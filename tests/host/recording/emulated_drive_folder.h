@@ -9,6 +9,7 @@
 #include <string>
 
 #include "tests/host/recording/programme.h"
+#include "tests/kit/scratch_folder.h"
 #include "tools/emulated_drive/directory/drive_directory.h"
 #include "tools/emulated_drive/interpose/device_table.h"
 
@@ -17,8 +18,6 @@ namespace velmor::recording::testing {
 class EmulatedDriveFolder {
  public:
   EmulatedDriveFolder() {
-    std::string pattern = std::filesystem::temp_directory_path() / "velmor_recorders_XXXXXX";
-    m_root = mkdtemp(pattern.data());
     for (int i = 0; i < 2; ++i) {
       std::filesystem::create_directory(folder(i));
       emulated_drive::DriveSettings settings;
@@ -27,12 +26,9 @@ class EmulatedDriveFolder {
       drive(i).saveSettings(settings);
       drive(i).saveDisc(emulated_drive::EmulatedDisc());
     }
-    setenv(emulated_drive::kDirectoryVariable, m_root.c_str(), 1);
+    setenv(emulated_drive::kDirectoryVariable, m_root.path().c_str(), 1);
   }
-  ~EmulatedDriveFolder() {
-    unsetenv(emulated_drive::kDirectoryVariable);
-    std::filesystem::remove_all(m_root);
-  }
+  ~EmulatedDriveFolder() { unsetenv(emulated_drive::kDirectoryVariable); }
   EmulatedDriveFolder(const EmulatedDriveFolder&) = delete;
   EmulatedDriveFolder& operator=(const EmulatedDriveFolder&) = delete;
 
@@ -77,7 +73,7 @@ class EmulatedDriveFolder {
   }
 
  private:
-  std::filesystem::path m_root;
+  test_kit::ScratchFolder m_root;
 };
 
 }  // namespace velmor::recording::testing

@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "tests/kit/other_process.h"
 #include "tests/module/burn/open_dialog_case.h"
-#include "tests/module/support/other_process.h"
 
 namespace burn_test {
 namespace {
@@ -18,8 +18,8 @@ using fake_host::FileExists;
 using fake_host::OpenDescriptors;
 using fake_host::Window;
 using fake_host::WindowingLayer;
-using support_test::AnotherProcessCanLock;
-using support_test::LockHolder;
+using test_kit::anotherProcessCanLock;
+using test_kit::LockHolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -277,14 +277,14 @@ TEST_F(Burn, AnEmptiedImageGivesNothing) {
 
 TEST_F(Burn, HoldsTheImageUnderASharedLockForAsLongAsItLasts) {
   AlbumAnd([this](Window& dialog) {
-    EXPECT_TRUE(AnotherProcessCanLock(File("disc.bin"), LOCK_EX)) << "before";
+    EXPECT_TRUE(anotherProcessCanLock(File("disc.bin"), LOCK_EX)) << "before";
     recorders.on_panel = [this](const DiscTrack*, int) {
-      EXPECT_TRUE(AnotherProcessCanLock(File("disc.bin"), LOCK_SH));
-      EXPECT_FALSE(AnotherProcessCanLock(File("disc.bin"), LOCK_EX));
+      EXPECT_TRUE(anotherProcessCanLock(File("disc.bin"), LOCK_SH));
+      EXPECT_FALSE(anotherProcessCanLock(File("disc.bin"), LOCK_EX));
     };
     Press(dialog, kOk);
     EXPECT_EQ(recorders.panels, 1);
-    EXPECT_TRUE(AnotherProcessCanLock(File("disc.bin"), LOCK_EX)) << "after";
+    EXPECT_TRUE(anotherProcessCanLock(File("disc.bin"), LOCK_EX)) << "after";
   });
 }
 
@@ -292,7 +292,7 @@ TEST_F(Burn, ReleasesTheLockAlsoWhenThereIsNoBurn) {
   recorders.gives_burn = false;
   AlbumAnd([this](Window& dialog) {
     Press(dialog, kOk);
-    EXPECT_TRUE(AnotherProcessCanLock(File("disc.bin"), LOCK_EX));
+    EXPECT_TRUE(anotherProcessCanLock(File("disc.bin"), LOCK_EX));
   });
 }
 
@@ -383,7 +383,7 @@ TEST_F(BurnThrown, ByThePanelGivesTheRecorderAndTheImageBack) {
   ExpectThrownFrom([](Window& dialog) { Press(dialog, kOk); });
   EXPECT_EQ(recorders.journal.back(), "ReleaseExclusiveAccess 0");
   EXPECT_EQ(OpenDescriptors(), before);
-  EXPECT_TRUE(AnotherProcessCanLock(image, LOCK_EX));
+  EXPECT_TRUE(anotherProcessCanLock(image, LOCK_EX));
 }
 
 TEST_F(BurnThrown, ByTheBurnLeavesTheDialogUsable) {

@@ -113,7 +113,7 @@ TEST_F(BurnRun, OffsetsOutOfOrderMakeNegativeLengths) {
 
 TEST_F(BurnRun, LengthsOf32BitsWrapOnAnImageOfSeveralGigabytes) {
   const fake_host::TempFolder folder;
-  const std::string path = folder.File("huge.bin");
+  const std::string path = folder.file("huge.bin");
   fake_host::WriteText(path, "");
   constexpr int64_t kBytes = 5'000'000'000;
   std::filesystem::resize_file(path, kBytes);  // no more than a hole

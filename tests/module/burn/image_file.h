@@ -15,7 +15,7 @@ struct ImageFile {
   }
 
   fake_host::TempFolder folder;
-  const std::string path = folder.File("disc.bin");
+  const std::string path = folder.file("disc.bin");
   const std::string bytes;
 };
 

@@ -11,14 +11,14 @@
 #include <random>
 
 #include "module/burn/track_offsets.h"
+#include "tests/kit/system_calls.h"
 #include "tests/module/burn/image_file.h"
-#include "tests/module/support/system_calls.h"
 
 namespace burn_test {
 namespace {
 
-using support_test::Call;
-using support_test::SystemCalls;
+using test_kit::Call;
+using test_kit::SystemCalls;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -27,7 +27,7 @@ constexpr int kStaggeredFill = 16384;
 
 std::vector<int64_t> Fills(const SystemCalls& calls) {
   std::vector<int64_t> sizes;
-  for (const auto& record : calls.Records(Call::kPread)) sizes.push_back(record.size);
+  for (const auto& record : calls.records(Call::kPread)) sizes.push_back(record.size);
   return sizes;
 }
 
@@ -102,9 +102,9 @@ TEST_F(TrackSource, ASequenceOfSectorsIsReadInFillsOf32768Bytes) {
   Ask(0, kSector);  // the first fill has a length of its own
   SystemCalls calls;
   for (int i = 1; i < 140; ++i) Ask(0, kSector);
-  EXPECT_EQ(calls.Count(Call::kPread), calls.SystemCallCount()) << "nothing but reads";
+  EXPECT_EQ(calls.count(Call::kPread), calls.systemCallCount()) << "nothing but reads";
   EXPECT_THAT(Fills(calls), testing::Each(kFill));
-  EXPECT_LE(calls.Count(Call::kPread), 140 * kSector / kFill + 1);
+  EXPECT_LE(calls.count(Call::kPread), 140 * kSector / kFill + 1);
 }
 
 TEST_F(TrackSource, TheFirstFillAfterASeekIsAlternatelyWholeAndHalf) {
@@ -127,14 +127,14 @@ TEST_F(TrackSource, ASeekInsideTheBufferIsNoSystemCall) {
     EXPECT_EQ(Ask(track, 100).size(), 100u);
     sources[track]->rdpos = 0;
   }
-  EXPECT_EQ(calls.SystemCallCount(), 0);
+  EXPECT_EQ(calls.systemCallCount(), 0);
 }
 
 TEST_F(TrackSource, AReadThatFailsIsAShortAnswerWhileBuffered) {
   Cut({1000});
   Ask(0, kSector);
   SystemCalls calls;
-  calls.Fail(Call::kPread, EIO);
+  calls.fail(Call::kPread, EIO);
   std::string block(60000, '\0');
   const uint32_t got = sources[0]->ProduceData(block.data(), 60000);
   EXPECT_LT(got, 60000u);
@@ -144,18 +144,18 @@ TEST_F(TrackSource, AReadThatFailsIsAShortAnswerWhileBuffered) {
 
 TEST_F(TrackSource, AReadThatFailsWithoutABufferIsAnAnswerAboveTheAskedLength) {
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
   YDK_FileRead unbuffered(image.path.c_str());
-  calls.Fail(Call::kRealloc, 0, 0, -1);
-  calls.Fail(Call::kMalloc, 0, 0, -1);
+  calls.fail(Call::kRealloc, 0, 0, -1);
+  calls.fail(Call::kMalloc, 0, 0, -1);
   CDBurnTrackSource source;
   source.file = &unbuffered;
   source.lenbytes = 10 * kSector;
   char block[kSector];
   ASSERT_EQ(source.ProduceData(block, kSector), uint32_t{kSector});
-  ASSERT_EQ(calls.Records(Call::kPread).back().size, kSector) << "it is unbuffered";
-  calls.Fail(Call::kPread, EIO);
+  ASSERT_EQ(calls.records(Call::kPread).back().size, kSector) << "it is unbuffered";
+  calls.fail(Call::kPread, EIO);
   EXPECT_EQ(source.ProduceData(block, kSector), UINT32_MAX) << "a failure, never data";
   EXPECT_EQ(unbuffered.GetPosition(), kSector - 1) << "a failed read moves it back by one byte";
   EXPECT_EQ(source.rdpos, kSector - 1);

@@ -74,11 +74,11 @@ class Burn : public testing::Test {
   void Run(const std::vector<int>& offsets, size_t image_size, bool eject = false,
            bool test_burn = false, int device = 1) {
     image_ = ImageBytes(image_size);
-    fake_host::WriteText(folder_.File("disc.bin"), image_);
+    fake_host::WriteText(folder_.file("disc.bin"), image_);
     const doubles::Pool pool;
     TheModule().burn_image(TheFrameworks().devices.at(static_cast<size_t>(device)).object,
                            static_cast<int>(offsets.size()), offsets.data(),
-                           folder_.File("disc.bin").c_str(), eject, test_burn);
+                           folder_.file("disc.bin").c_str(), eject, test_burn);
   }
 
   // Runs `check` while the panel burns, then lets it finish.

@@ -178,7 +178,7 @@ class BinaryInterface : public testing::Test {
   }
   void* MakeSink(int32_t track_leadin_ms = 0) {
     int32_t blob[6] = {0x69736F20, 0, track_leadin_ms, 0, 0, 0};
-    return raw::registered->create_sink(folder_.File("disc.cue").c_str(), blob, sizeof blob, 2,
+    return raw::registered->create_sink(folder_.file("disc.cue").c_str(), blob, sizeof blob, 2,
                                         44100, false);
   }
 
@@ -212,7 +212,7 @@ TEST_F(BinaryInterface, ARenderRunsThroughTheFifteenSlots) {
   char text[64] = {0};
   sink.Call<void>(raw::kGetOutputInfoString, &text[0], int{sizeof text});
   EXPECT_STREQ(text, "Audio CD Image 44100Hz 2ch");
-  EXPECT_EQ(sink.Call<const char*>(raw::kGetFileName), folder_.File("disc.cue"));
+  EXPECT_EQ(sink.Call<const char*>(raw::kGetFileName), folder_.file("disc.cue"));
   EXPECT_EQ(sink.Call<int>(raw::kGetNumChannels), 2);
   EXPECT_EQ(sink.Call<int>(raw::kWantMidi), 0);
   sink.Call<void>(raw::kWriteMidi, static_cast<void*>(nullptr), 0, 44100.0);
@@ -239,11 +239,11 @@ TEST_F(BinaryInterface, ARenderRunsThroughTheFifteenSlots) {
   EXPECT_EQ(sink.Call<int>(raw::kExtended, 0x80001, none, none, none), 1);
   sink.Call<void>(raw::kDeletingDestructor);
 
-  EXPECT_EQ(fake_host::ReadText(folder_.File("disc.cue")),
+  EXPECT_EQ(fake_host::ReadText(folder_.file("disc.cue")),
             expected::Sheet({"FILE \"disc.bin\" BINARY", "  TRACK 01 AUDIO",
                              "    INDEX 01 00:00:00", "  TRACK 02 AUDIO", "    TITLE \"Second\"",
                              "    INDEX 00 00:05:00", "    INDEX 01 00:06:00"}));
-  const std::vector<int16_t> image = fake_host::ReadSamples(folder_.File("disc.bin"));
+  const std::vector<int16_t> image = fake_host::ReadSamples(folder_.file("disc.bin"));
   ASSERT_EQ(image.size(), 7U * 44100 * 2);
   for (size_t frame = 0; frame < image.size() / 2; ++frame) {
     const bool silent = frame >= 5 * 44100 && frame < 6 * 44100;

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "tests/fake_host/system_calls.h"
+#include "tests/fake_host/system_call_script.h"
 #include "tests/module/sink/render_case.h"
 
 namespace sink_test {
@@ -64,7 +64,7 @@ TEST_F(CueSheet, OfAWholeAlbumReadsAsItShould) {
                 Marker(two + 4, "ISRC=USABC0500009"),
                 Marker(three, "Coda")};
   fake_host::SystemCallScript calls;
-  calls.SwallowWritesTo(".bin");
+  calls.swallowWritesTo(".bin");
   std::filesystem::create_directory(File("out"));
   EXPECT_EQ(
       RenderTo("out/night.cue", 400 * kSecond, {.disc_leadin_ms = 2000, .track_leadin_ms = 2000}),
@@ -288,7 +288,7 @@ TEST_F(CueSheet, TimesAreTruncatedToMillisecondsAndThenToFrames) {
 
 TEST_F(CueSheet, MinutesGoOnPastNinetyNine) {
   fake_host::SystemCallScript calls;
-  calls.SwallowWritesTo(".bin");
+  calls.swallowWritesTo(".bin");
   EXPECT_THAT(Render(0, {.disc_leadin_ms = 6000 * 1000}),
               EndsWith("    INDEX 00 00:00:00\r\n    INDEX 01 100:00:00\r\n"));
 }

@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "tests/fake_host/allocation.h"
-#include "tests/fake_host/system_calls.h"
+#include "tests/fake_host/system_call_script.h"
 #include "tests/module/sink/render_case.h"
 
 namespace sink_test {
@@ -159,7 +159,7 @@ TEST_F(HostileInput, ALongTrackLeadInIsAsLongAsAsked) {
 TEST_F(HostileInput, ADiscLeadInPastTwoGibibytesIsCappedAtWholeSectors) {
   for (const int ms : {2000000000, INT_MAX}) {
     SystemCallScript calls;
-    calls.SwallowWritesTo(".bin");
+    calls.swallowWritesTo(".bin");
     {
       const fake_host::MemoryLimit limit(64 * kMebibyte);
       Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = ms});
@@ -185,7 +185,7 @@ TEST_F(HostileInput, TheCapBeginsWhereTheBytesNoLongerFit) {
   };
   for (const Case& c : {Case{12173943, 2147483545}, Case{12173944, kLongestSilence}}) {
     SystemCallScript calls;
-    calls.SwallowWritesTo(".bin");
+    calls.swallowWritesTo(".bin");
     Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = c.ms});
     ASSERT_TRUE(sink);
     sink.Delete();
@@ -195,7 +195,7 @@ TEST_F(HostileInput, TheCapBeginsWhereTheBytesNoLongerFit) {
 
 TEST_F(HostileInput, ATrackLeadInPastTwoGibibytesIsCappedAtWholeSectors) {
   SystemCallScript calls;
-  calls.SwallowWritesTo(".bin");
+  calls.swallowWritesTo(".bin");
   host.marks = {Marker(5.0, "Two")};
   Sink sink = CreateSink("disc.cue", {.track_leadin_ms = 2000000000});
   ASSERT_TRUE(sink);
@@ -289,7 +289,7 @@ TEST_F(HostileInput, WhicheverAllocationFailsThereIsAUsableSinkOrNone) {
       const fake_host::FailingAllocation failing(nth);
       EXPECT_NO_THROW(
           made = registration().CreateSink(file.c_str(), &config, sizeof config, 2, 44100, false));
-      fired = failing.Fired();
+      fired = failing.fired();
     }
     Sink sink(made);
     if (!sink) {
@@ -323,7 +323,7 @@ TEST_F(HostileInput, WhicheverAllocationFailsARenderGoesOn) {
       EXPECT_NO_THROW(sink->WriteDoubles(channels, 10 * 44100, 2, 0, 0));
       EXPECT_NO_THROW(sink.Finish());
       EXPECT_NO_THROW(sink.Delete());
-      fired = failing.Fired();
+      fired = failing.fired();
     }
     EXPECT_EQ(fake_host::SizeOfFile(File("disc.bin")) % 2352, 0);
     if (!fired) break;

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/fake_host/system_calls.h"
+#include "tests/fake_host/system_call_script.h"
 #include "tests/module/sink/render_case.h"
 
 namespace sink_test {
@@ -63,7 +63,7 @@ TEST_F(Images, AreWrittenInWholeBuffersOneAfterTheOther) {
   Sink sink = CreateSink("disc.cue", {.track_mode = 2});
   ASSERT_TRUE(sink);
   sink.WriteSignal(100000, {.lengths = {1000, 37}});
-  EXPECT_EQ(calls.Count(fake_host::SystemCall::kPwrite), 3);
+  EXPECT_EQ(calls.count(fake_host::SystemCall::kPwrite), 3);
   sink.Delete();
   ASSERT_EQ(calls.pwrites.size(), 4U);
   for (size_t i = 0; i < 4; ++i) {

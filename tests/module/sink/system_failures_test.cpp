@@ -6,7 +6,7 @@
 
 #include <cerrno>
 
-#include "tests/fake_host/system_calls.h"
+#include "tests/fake_host/system_call_script.h"
 #include "tests/module/sink/render_case.h"
 
 namespace sink_test {
@@ -35,9 +35,9 @@ class SystemFailures : public BoundSession, public testing::Test {
     host.disk_counters.clear();
     Sink sink = Create();
     SystemCallScript calls;
-    calls.FailAt(SystemCall::kPwrite, 1, error);
+    calls.failAt(SystemCall::kPwrite, 1, error);
     sink.WriteSame(kBufferFrames);
-    EXPECT_EQ(calls.Count(SystemCall::kPwrite), 1);
+    EXPECT_EQ(calls.count(SystemCall::kPwrite), 1);
     return host.disk_counters;
   }
 };
@@ -53,8 +53,8 @@ TEST_F(SystemFailures, BothFilesAreOpenedForWritingAndClosedOnExec) {
     EXPECT_EQ(open.mode, 0644U);
   }
   EXPECT_THAT(calls.flock_operations, ElementsAre(LOCK_EX | LOCK_NB, LOCK_EX | LOCK_NB));
-  EXPECT_EQ(calls.Count(SystemCall::kFtruncate), 2);
-  EXPECT_EQ(calls.Count(SystemCall::kFstat), 0) << "only appending asks for the size";
+  EXPECT_EQ(calls.count(SystemCall::kFtruncate), 2);
+  EXPECT_EQ(calls.count(SystemCall::kFstat), 0) << "only appending asks for the size";
   calls.flock_operations.clear();
   sink.Finish();
   EXPECT_THAT(calls.flock_operations, ElementsAre(LOCK_UN, LOCK_UN));
@@ -65,9 +65,9 @@ TEST_F(SystemFailures, AFileThatDoesNotOpenMakesNoSink) {
   for (const int nth : {1, 2}) {
     for (const int error : {EACCES, EMFILE, ENOSPC, EROFS}) {
       SystemCallScript calls;
-      calls.FailAt(SystemCall::kOpen, nth, error);
+      calls.failAt(SystemCall::kOpen, nth, error);
       EXPECT_FALSE(Create()) << nth << " " << error;
-      EXPECT_EQ(calls.Count(SystemCall::kOpen), nth) << "the image is not opened without a sheet";
+      EXPECT_EQ(calls.count(SystemCall::kOpen), nth) << "the image is not opened without a sheet";
       EXPECT_EQ(OpenDescriptors(), before);
     }
   }
@@ -80,18 +80,18 @@ TEST_F(SystemFailures, AFileHeldByAnotherMakesNoSinkAndKeepsItsContents) {
     fake_host::WriteText(File("disc.cue"), "sheet");
     fake_host::WriteText(File("disc.bin"), "image");
     SystemCallScript calls;
-    calls.FailAt(SystemCall::kFlock, nth, EWOULDBLOCK);
+    calls.failAt(SystemCall::kFlock, nth, EWOULDBLOCK);
     EXPECT_FALSE(Create());
     EXPECT_EQ(OpenDescriptors(), before);
     EXPECT_EQ(ReadText(File("disc.bin")), "image") << nth;
     EXPECT_EQ(ReadText(File("disc.cue")), nth == 1 ? "sheet" : "") << nth;
-    EXPECT_EQ(calls.Count(SystemCall::kFtruncate), nth - 1);
+    EXPECT_EQ(calls.count(SystemCall::kFtruncate), nth - 1);
   }
 }
 
 TEST_F(SystemFailures, AFileSystemWithoutExclusiveLocksGetsASharedOne) {
   SystemCallScript calls;
-  calls.FailAt(SystemCall::kFlock, 1, ENOLCK);
+  calls.failAt(SystemCall::kFlock, 1, ENOLCK);
   Sink sink = Create();
   ASSERT_TRUE(sink);
   EXPECT_THAT(calls.flock_operations,
@@ -104,7 +104,7 @@ TEST_F(SystemFailures, AFileSystemWithoutExclusiveLocksGetsASharedOne) {
 TEST_F(SystemFailures, AFileSystemWithoutLocksIsWrittenWithoutThem) {
   for (const int error : {ENOLCK, EOPNOTSUPP, EBADF, EINVAL}) {
     SystemCallScript calls;
-    calls.FailFrom(SystemCall::kFlock, 1, error);
+    calls.failFrom(SystemCall::kFlock, 1, error);
     Sink sink = Create();
     ASSERT_TRUE(sink) << error;
     EXPECT_THAT(calls.flock_operations, ElementsAre(LOCK_EX | LOCK_NB, LOCK_SH | LOCK_NB,
@@ -119,14 +119,14 @@ TEST_F(SystemFailures, AFileSystemWithoutLocksIsWrittenWithoutThem) {
 
 TEST_F(SystemFailures, ASharedLockThatIsHeldElsewhereStillLetsTheFileBeWritten) {
   SystemCallScript calls;
-  calls.FailAt(SystemCall::kFlock, 1, ENOLCK);
-  calls.FailAt(SystemCall::kFlock, 2, EWOULDBLOCK);
+  calls.failAt(SystemCall::kFlock, 1, ENOLCK);
+  calls.failAt(SystemCall::kFlock, 2, EWOULDBLOCK);
   EXPECT_TRUE(Create());
 }
 
 TEST_F(SystemFailures, AFileThatCannotBeEmptiedIsWrittenAllTheSame) {
   SystemCallScript calls;
-  calls.FailFrom(SystemCall::kFtruncate, 1, EINVAL);
+  calls.failFrom(SystemCall::kFtruncate, 1, EINVAL);
   Sink sink = Create();
   ASSERT_TRUE(sink);
   sink.WriteSignal(588);
@@ -148,7 +148,7 @@ TEST_F(SystemFailures, AShortWriteIsOutOfSpaceAndWhatFollowsGoesBehindWhatLanded
     host.disk_counters.clear();
     Sink sink = Create();
     SystemCallScript calls;
-    calls.ShortenWrite(1, taken);
+    calls.shortenWrite(1, taken);
     sink.WriteSignal(2 * kBufferFrames);
     sink.Delete();
     EXPECT_THAT(host.disk_counters, ElementsAre(Pair(0, kOutOfSpace))) << taken;
@@ -160,7 +160,7 @@ TEST_F(SystemFailures, AShortWriteIsOutOfSpaceAndWhatFollowsGoesBehindWhatLanded
 TEST_F(SystemFailures, AFailedBufferIsLostAndTheNextTakesItsPlace) {
   Sink sink = Create();
   SystemCallScript calls;
-  calls.FailAt(SystemCall::kPwrite, 2, EIO);
+  calls.failAt(SystemCall::kPwrite, 2, EIO);
   sink.WriteSignal(3 * kBufferFrames);
   sink.Delete();
   ExpectImage(File("disc.bin"),
@@ -170,7 +170,7 @@ TEST_F(SystemFailures, AFailedBufferIsLostAndTheNextTakesItsPlace) {
 TEST_F(SystemFailures, AFullDiskIsReportedOncePerFlushAndTheCountersRunOn) {
   Sink sink = Create();
   SystemCallScript calls;
-  calls.FailFrom(SystemCall::kPwrite, 1, ENOSPC);
+  calls.failFrom(SystemCall::kPwrite, 1, ENOSPC);
   sink.WriteSame(5 * kBufferFrames + 7);
   EXPECT_EQ(host.disk_counters.size(), 5U);
   EXPECT_THAT(host.disk_counters, Each(Pair(0, kOutOfSpace)));
@@ -183,7 +183,7 @@ TEST_F(SystemFailures, AFullDiskIsReportedOncePerFlushAndTheCountersRunOn) {
 
 TEST_F(SystemFailures, AFullDiskDuringTheDiscLeadInIsReportedAndTheSinkIsMade) {
   SystemCallScript calls;
-  calls.FailFrom(SystemCall::kPwrite, 1, ENOSPC);
+  calls.failFrom(SystemCall::kPwrite, 1, ENOSPC);
   Sink sink = CreateSink("disc.cue", {.disc_leadin_ms = 2000});
   ASSERT_TRUE(sink);
   EXPECT_EQ(host.disk_counters.size(), 2U) << "352800 bytes are two buffers and a rest";
@@ -196,7 +196,7 @@ TEST_F(SystemFailures, ThePositionForTheSectorIsWhereTheNextByteGoes) {
   // Half of the first buffer is lost: the padding closes the sector of what really lies there.
   Sink sink = Create();
   SystemCallScript calls;
-  calls.ShortenWrite(1, 1000);
+  calls.shortenWrite(1, 1000);
   sink.WriteSame(kBufferFrames);
   sink.Finish();
   EXPECT_EQ(SizeOfFile(File("disc.bin")), 2352);

@@ -9,10 +9,13 @@
 #include <string>
 #include <vector>
 
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::Call;
+using test_kit::SystemCalls;
 
 struct OrderCase {
   const char* a;
@@ -172,7 +175,7 @@ TEST_F(AssocArray, RemovingDuplicatesKeepsTheFirstOfEachRun) {
   for (const auto& [key, value] : pairs) array.AppendUnsorted(key, value);
   SystemCalls calls;
   array.RemoveDuplicateKeys();
-  EXPECT_EQ(calls.Count(Call::kRealloc) + calls.Count(Call::kMalloc), 0);
+  EXPECT_EQ(calls.count(Call::kRealloc) + calls.count(Call::kMalloc), 0);
   EXPECT_EQ(g_disposed, (Disposed{"key A", "value 2", "key C", "value 5", "key c", "value 6"}));
   ASSERT_EQ(array.GetSize(), 4);
   for (const auto& [key, value] :
@@ -243,8 +246,8 @@ TEST_F(AssocArray, GrowthWithoutMemoryInsertsNothing) {
   for (int i = 0; i < 250; ++i) array.Insert(std::to_string(i + 1000).c_str(), i);
   {
     SystemCalls calls;
-    calls.Fail(Call::kRealloc, ENOMEM);
-    calls.Fail(Call::kMalloc, ENOMEM);
+    calls.fail(Call::kRealloc, ENOMEM);
+    calls.fail(Call::kMalloc, ENOMEM);
     array.Insert("new", 1);
     array.AppendUnsorted("zz", 2);
     array.Insert("1003", 77);  // replacing needs no memory

@@ -14,11 +14,18 @@
 #include <vector>
 
 #include "tests/fake_host/files.h"
-#include "tests/module/support/other_process.h"
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/other_process.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::anotherProcessCanLock;
+using test_kit::Call;
+using test_kit::CallRecord;
+using test_kit::LockHolder;
+using test_kit::startedProgramInherits;
+using test_kit::SystemCalls;
 
 using fake_host::Noise;
 
@@ -44,13 +51,13 @@ class FileRead : public testing::Test {
   std::unique_ptr<YDK_FileRead> Open() { return std::make_unique<YDK_FileRead>(path.c_str()); }
 
   fake_host::TempFolder folder;
-  const std::string path = folder.File("disc.bin");
+  const std::string path = folder.file("disc.bin");
   std::string content;
 };
 
 std::vector<int64_t> Fills(const SystemCalls& calls) {
   std::vector<int64_t> sizes;
-  for (const CallRecord& record : calls.Records(Call::kPread)) sizes.push_back(record.size);
+  for (const CallRecord& record : calls.records(Call::kPread)) sizes.push_back(record.size);
   return sizes;
 }
 
@@ -79,7 +86,7 @@ TEST_F(FileRead, TellsTheSize) {
 }
 
 TEST_F(FileRead, AMissingFileGivesAReaderThatAnswersNothing) {
-  YDK_FileRead reader(folder.File("none.bin").c_str());
+  YDK_FileRead reader(folder.file("none.bin").c_str());
   EXPECT_FALSE(reader.IsOpen());
   EXPECT_TRUE(reader.SetPosition(0)) << "true tells of the failure";
   EXPECT_TRUE(reader.SetPosition(5));
@@ -94,8 +101,8 @@ TEST_F(FileRead, OpensForReadingOnly) {
   Write("x");
   SystemCalls calls;
   auto reader = Open();
-  EXPECT_EQ(calls.Last(Call::kOpen).size, O_RDONLY | O_CLOEXEC);
-  EXPECT_FALSE(StartedProgramInherits(path));
+  EXPECT_EQ(calls.last(Call::kOpen).size, O_RDONLY | O_CLOEXEC);
+  EXPECT_FALSE(startedProgramInherits(path));
 }
 
 struct SeekCase {
@@ -136,7 +143,7 @@ TEST_F(FileRead, RequestsOfNoBytesReachNoFile) {
   char byte = 'x';
   EXPECT_EQ(reader->Read(&byte, 0), 0);
   EXPECT_EQ(reader->Read(&byte, -1), 0);
-  EXPECT_EQ(calls.SystemCallCount(), 0);
+  EXPECT_EQ(calls.systemCallCount(), 0);
 }
 
 TEST_F(FileRead, AfterASeekTheFirstFillIsWholeAndHalfInTurn) {
@@ -175,9 +182,9 @@ TEST_F(FileRead, TheTurnIsSharedByAllReaders) {
   bool as_ruled = false;
   {
     fake_host::TempFolder own;
-    fake_host::WriteText(own.File("disc.bin"), std::string(100000, 'x'));
-    YDK_FileRead first(own.File("disc.bin").c_str());
-    YDK_FileRead second(own.File("disc.bin").c_str());
+    fake_host::WriteText(own.file("disc.bin"), std::string(100000, 'x'));
+    YDK_FileRead first(own.file("disc.bin").c_str());
+    YDK_FileRead second(own.file("disc.bin").c_str());
     SystemCalls calls;
     Read(first, 1);
     Read(second, 1);
@@ -196,7 +203,7 @@ TEST_F(FileRead, FillsThatFollowOnAreWhole) {
   auto reader = Open();
   SystemCalls calls;
   Read(*reader, 150000);
-  const auto fills = calls.Records(Call::kPread);
+  const auto fills = calls.records(Call::kPread);
   ASSERT_GE(fills.size(), 5u);
   int64_t offset = 0;
   for (size_t i = 0; i < fills.size(); ++i) {
@@ -221,7 +228,7 @@ TEST_F(FileRead, ASeekInsideTheBufferReachesNoFile) {
     EXPECT_EQ(reader->GetPosition(), to);
     EXPECT_EQ(Read(*reader, 1), content.substr(static_cast<size_t>(to), 1));
   }
-  EXPECT_EQ(calls.SystemCallCount(), 0);
+  EXPECT_EQ(calls.systemCallCount(), 0);
 }
 
 TEST_F(FileRead, TheByteBeforeAndTheByteAfterTheBufferAreReadAnew) {
@@ -231,12 +238,12 @@ TEST_F(FileRead, TheByteBeforeAndTheByteAfterTheBufferAreReadAnew) {
     auto reader = Open();
     reader->SetPosition(50000);
     Read(*reader, 100);
-    const int64_t to = before ? 49999 : 50000 + calls.Last(Call::kPread).size;
-    calls.Forget();
+    const int64_t to = before ? 49999 : 50000 + calls.last(Call::kPread).size;
+    calls.forget();
     ASSERT_FALSE(reader->SetPosition(to));
     EXPECT_EQ(Read(*reader, 1), content.substr(static_cast<size_t>(to), 1));
-    ASSERT_EQ(calls.Count(Call::kPread), 1);
-    EXPECT_EQ(calls.Last(Call::kPread).offset, to);
+    ASSERT_EQ(calls.count(Call::kPread), 1);
+    EXPECT_EQ(calls.last(Call::kPread).offset, to);
   }
 }
 
@@ -245,13 +252,13 @@ TEST_F(FileRead, AfterASeekInsideTheBufferTheNextFillFollowsTheBuffer) {
   SystemCalls calls;
   auto reader = Open();
   Read(*reader, 100);
-  const int64_t end = calls.Last(Call::kPread).size;
+  const int64_t end = calls.last(Call::kPread).size;
   reader->SetPosition(10);
-  calls.Forget();
+  calls.forget();
   EXPECT_EQ(Read(*reader, 40000), content.substr(10, 40000));
-  ASSERT_FALSE(calls.Records(Call::kPread).empty());
-  EXPECT_EQ(calls.Records(Call::kPread)[0].offset, end);
-  EXPECT_EQ(calls.Records(Call::kPread)[0].size, kFill) << "such a seek staggers nothing";
+  ASSERT_FALSE(calls.records(Call::kPread).empty());
+  EXPECT_EQ(calls.records(Call::kPread)[0].offset, end);
+  EXPECT_EQ(calls.records(Call::kPread)[0].size, kFill) << "such a seek staggers nothing";
 }
 
 TEST_F(FileRead, ASeekToThePositionItHasChangesNothing) {
@@ -261,7 +268,7 @@ TEST_F(FileRead, ASeekToThePositionItHasChangesNothing) {
   SystemCalls calls;
   ASSERT_FALSE(reader->SetPosition(100));
   EXPECT_EQ(Read(*reader, 100), content.substr(100, 100));
-  EXPECT_EQ(calls.SystemCallCount(), 0);
+  EXPECT_EQ(calls.systemCallCount(), 0);
 }
 
 TEST_F(FileRead, AnyMixOfSeeksAndReadsGivesTheFilesBytes) {
@@ -292,17 +299,17 @@ TEST_F(FileRead, HoldsASharedLockWhileOpen) {
     auto first = Open();
     auto second = Open();
     EXPECT_TRUE(first->IsOpen() && second->IsOpen());
-    EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_SH));
-    EXPECT_FALSE(AnotherProcessCanLock(path, LOCK_EX));
+    EXPECT_TRUE(anotherProcessCanLock(path, LOCK_SH));
+    EXPECT_FALSE(anotherProcessCanLock(path, LOCK_EX));
   }
-  EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_EX));
+  EXPECT_TRUE(anotherProcessCanLock(path, LOCK_EX));
 }
 
 TEST_F(FileRead, LocksWithoutWaitingAndUnlocks) {
   Write("x");
   SystemCalls calls;
   Open().reset();
-  const auto locks = calls.Records(Call::kFlock);
+  const auto locks = calls.records(Call::kFlock);
   ASSERT_EQ(locks.size(), 2u);
   EXPECT_EQ(locks[0].size, LOCK_SH | LOCK_NB);
   EXPECT_EQ(locks[1].size, LOCK_UN);
@@ -322,14 +329,14 @@ TEST_F(FileRead, FollowsTheSizeOfAFileThatAnotherProcessWrites) {
 
   SystemCalls calls;
   Read(*reader, 1);
-  EXPECT_EQ(calls.Count(Call::kFstat), 1);
+  EXPECT_EQ(calls.count(Call::kFstat), 1);
   reader->SetPosition(3);
-  EXPECT_EQ(calls.Count(Call::kFstat), 2);
-  calls.Fail(Call::kFstat, EIO);
+  EXPECT_EQ(calls.count(Call::kFstat), 2);
+  calls.fail(Call::kFstat, EIO);
   EXPECT_EQ(reader->GetSize(), 5000) << "the last size known";
-  calls.Forget();
+  calls.forget();
   reader.reset();
-  EXPECT_EQ(calls.Count(Call::kFlock), 0) << "there is no lock to release";
+  EXPECT_EQ(calls.count(Call::kFlock), 0) << "there is no lock to release";
 }
 
 TEST_F(FileRead, ReadsTheSizeOnceWhenItHoldsTheLock) {
@@ -340,14 +347,14 @@ TEST_F(FileRead, ReadsTheSizeOnceWhenItHoldsTheLock) {
   EXPECT_EQ(reader->GetSize(), 1000);
   reader->SetPosition(4000);
   EXPECT_EQ(reader->GetPosition(), 1000);
-  EXPECT_EQ(calls.Count(Call::kFstat), 0);
+  EXPECT_EQ(calls.count(Call::kFstat), 0);
 }
 
 class UnbufferedRead : public FileRead {
  protected:
   UnbufferedRead() {
-    calls.Fail(Call::kRealloc, ENOMEM);
-    calls.Fail(Call::kMalloc, ENOMEM);
+    calls.fail(Call::kRealloc, ENOMEM);
+    calls.fail(Call::kMalloc, ENOMEM);
   }
   SystemCalls calls;
 };
@@ -368,7 +375,7 @@ TEST_F(UnbufferedRead, AFailedOneMovesThePositionBackByOne) {
   Write(Noise(1000));
   auto reader = Open();
   Read(*reader, 10);
-  calls.Fail(Call::kPread, EIO, 2, 3);
+  calls.fail(Call::kPread, EIO, 2, 3);
   char byte = 'x';
   EXPECT_EQ(reader->Read(&byte, 1), -1);
   EXPECT_EQ(reader->GetPosition(), 9);
@@ -383,9 +390,9 @@ TEST_F(FileRead, AFailedFillEndsTheRequestWithWhatThereIs) {
   Write(Noise(200000));
   auto reader = Open();
   SystemCalls calls;
-  calls.Fail(Call::kPread, EIO, 2, 2);
+  calls.fail(Call::kPread, EIO, 2, 2);
   const std::string piece = Read(*reader, 100000);
-  EXPECT_EQ(static_cast<int64_t>(piece.size()), calls.Records(Call::kPread)[0].size);
+  EXPECT_EQ(static_cast<int64_t>(piece.size()), calls.records(Call::kPread)[0].size);
   EXPECT_TRUE(piece == content.substr(0, piece.size()));
   EXPECT_EQ(reader->GetPosition(), static_cast<int64_t>(piece.size()));
   EXPECT_EQ(Read(*reader, 10), content.substr(piece.size(), 10)) << "reading goes on afterwards";
@@ -395,7 +402,7 @@ TEST_F(FileRead, AFailedFirstFillGivesNothing) {
   Write(Noise(1000));
   auto reader = Open();
   SystemCalls calls;
-  calls.Fail(Call::kPread, EIO);
+  calls.fail(Call::kPread, EIO);
   char byte = 'x';
   EXPECT_EQ(reader->Read(&byte, 1), 0);
   EXPECT_EQ(reader->GetPosition(), 0);
@@ -405,15 +412,15 @@ TEST_F(FileRead, ShortFillsAreContinued) {
   Write(Noise(100000));
   auto reader = Open();
   SystemCalls calls;
-  calls.Shorten(Call::kPread, 1, 13);
+  calls.shorten(Call::kPread, 1, 13);
   EXPECT_TRUE(Read(*reader, 70000) == content.substr(0, 70000));
-  EXPECT_EQ(calls.Records(Call::kPread)[1].offset, 13);
+  EXPECT_EQ(calls.records(Call::kPread)[1].offset, 13);
 }
 
 TEST_F(FileRead, WithoutAnEndToSeekToTheSizeIsZero) {
   Write(Noise(1000));
   SystemCalls calls;
-  calls.Fail(Call::kLseek, ESPIPE, 1, 1);
+  calls.fail(Call::kLseek, ESPIPE, 1, 1);
   auto reader = Open();
   EXPECT_TRUE(reader->IsOpen());
   EXPECT_EQ(reader->GetSize(), 0);
@@ -422,7 +429,7 @@ TEST_F(FileRead, WithoutAnEndToSeekToTheSizeIsZero) {
 /// The advice given, as (advice, offset, length).
 std::vector<CallRecord> Advice(const SystemCalls& calls, int advice) {
   std::vector<CallRecord> records;
-  for (const CallRecord& record : calls.Records(Call::kFadvise)) {
+  for (const CallRecord& record : calls.records(Call::kFadvise)) {
     if (record.size == advice) records.push_back(record);
   }
   return records;
@@ -432,7 +439,7 @@ TEST_F(FileRead, GivesPagesOfALocalFileBackInWholeStepsBehindIt) {
   Write("");
   ASSERT_EQ(truncate(path.c_str(), 3 * kStep), 0);
   SystemCalls calls;
-  calls.PretendFileSystem(kExt4);
+  calls.pretendFileSystem(kExt4);
   auto reader = Open();
   ASSERT_EQ(Advice(calls, POSIX_FADV_SEQUENTIAL).size(), 1u);
   std::vector<char> piece(2352 * 13);
@@ -447,7 +454,7 @@ TEST_F(FileRead, GivesPagesOfALocalFileBackInWholeStepsBehindIt) {
       EXPECT_EQ(record.offset, end) << "a step was left out";
       end = record.offset + record.length;
     }
-    const CallRecord last = calls.Last(Call::kPread);
+    const CallRecord last = calls.last(Call::kPread);
     ASSERT_LE(end, last.offset + last.result) << "pages ahead of the position were given back";
     given_back = end;
   }
@@ -459,7 +466,7 @@ TEST_F(FileRead, GivesNothingBackOfAFileThatWasJumpedOver) {
   Write("");
   ASSERT_EQ(truncate(path.c_str(), 8 * kStep), 0);
   SystemCalls calls;
-  calls.PretendFileSystem(kExt4);
+  calls.pretendFileSystem(kExt4);
   auto reader = Open();
   Read(*reader, 100);
   reader->SetPosition(7 * kStep + 100);
@@ -479,10 +486,10 @@ class ReadCaching : public FileRead, public testing::WithParamInterface<FileSyst
 TEST_P(ReadCaching, IsLeftToTheSystemOnTheNetwork) {
   Write(Noise(1000));
   SystemCalls calls;
-  calls.PretendFileSystem(GetParam().magic);
+  calls.pretendFileSystem(GetParam().magic);
   auto reader = Open();
   Read(*reader, 1000);
-  EXPECT_EQ(calls.Count(Call::kFadvise) > 0, GetParam().local) << std::hex << GetParam().magic;
+  EXPECT_EQ(calls.count(Call::kFadvise) > 0, GetParam().local) << std::hex << GetParam().magic;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -500,9 +507,9 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(FileRead, AFileSystemThatCannotBeAskedCountsAsLocal) {
   Write(Noise(1000));
   SystemCalls calls;
-  calls.Fail(Call::kFstatfs, EIO);
+  calls.fail(Call::kFstatfs, EIO);
   auto reader = Open();
-  EXPECT_GT(calls.Count(Call::kFadvise), 0);
+  EXPECT_GT(calls.count(Call::kFadvise), 0);
 }
 
 TEST_F(FileRead, NoFailingCallLeavesADescriptorOpen) {
@@ -512,7 +519,7 @@ TEST_F(FileRead, NoFailingCallLeavesADescriptorOpen) {
                           Call::kLseek, Call::kFadvise, Call::kRealloc, Call::kMalloc}) {
     for (int nth = 1;; ++nth) {
       SystemCalls calls;
-      calls.Fail(call, EIO, nth, nth);
+      calls.fail(call, EIO, nth, nth);
       {
         auto reader = Open();
         std::vector<char> piece(60000);
@@ -522,7 +529,7 @@ TEST_F(FileRead, NoFailingCallLeavesADescriptorOpen) {
         reader->Read(piece.data(), 60000);
       }
       EXPECT_EQ(fake_host::OpenDescriptors(), before);
-      if (calls.Count(call) < nth) break;
+      if (calls.count(call) < nth) break;
       ASSERT_LT(nth, 30);
     }
   }

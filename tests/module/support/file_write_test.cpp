@@ -14,11 +14,17 @@
 
 #include "abi/host_functions.h"
 #include "tests/fake_host/files.h"
-#include "tests/module/support/other_process.h"
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/other_process.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::anotherProcessCanLock;
+using test_kit::Call;
+using test_kit::LockHolder;
+using test_kit::startedProgramInherits;
+using test_kit::SystemCalls;
 
 using fake_host::Noise;
 using fake_host::ReadText;
@@ -56,7 +62,7 @@ class FileWrite : public testing::Test {
   }
 
   fake_host::TempFolder folder;
-  const std::string path = folder.File("disc.bin");
+  const std::string path = folder.file("disc.bin");
 };
 
 int Put(YDK_FileWrite& writer, const std::string& bytes) {
@@ -69,8 +75,8 @@ TEST_F(FileWrite, CreatesTheFileForWritingOnly) {
   auto writer = Open();
   umask(mask);
   ASSERT_GE(writer->fd, 0);
-  EXPECT_EQ(calls.Count(Call::kOpen), 1);
-  EXPECT_EQ(calls.Last(Call::kOpen).size, O_WRONLY | O_CREAT | O_CLOEXEC);
+  EXPECT_EQ(calls.count(Call::kOpen), 1);
+  EXPECT_EQ(calls.last(Call::kOpen).size, O_WRONLY | O_CREAT | O_CLOEXEC);
   struct stat status {};
   ASSERT_EQ(stat(path.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777, 0644u);
@@ -82,12 +88,12 @@ TEST_F(FileWrite, ANullNameLeavesItClosed) {
   YDK_FileWrite writer(nullptr, 0, 8192, 16, 16, false, false);
   EXPECT_EQ(writer.fd, -1);
   EXPECT_EQ(writer.GetPosition(), -1);
-  EXPECT_EQ(calls.SystemCallCount(), 0);
-  EXPECT_EQ(calls.Count(Call::kRealloc) + calls.Count(Call::kMalloc), 0);
+  EXPECT_EQ(calls.systemCallCount(), 0);
+  EXPECT_EQ(calls.count(Call::kRealloc) + calls.count(Call::kMalloc), 0);
 }
 
 TEST_F(FileWrite, AMissingFolderLeavesItClosed) {
-  YDK_FileWrite writer(folder.File("none/disc.bin").c_str(), 0, 8192, 16, 16, false, false);
+  YDK_FileWrite writer(folder.file("none/disc.bin").c_str(), 0, 8192, 16, 16, false, false);
   EXPECT_EQ(writer.fd, -1);
   EXPECT_EQ(writer.GetPosition(), -1);
 }
@@ -115,11 +121,11 @@ TEST_F(FileWrite, AppendingWithoutKnowingTheSizeStartsAtTheBeginning) {
   WriteText(path, kOldBytes);
   {
     SystemCalls calls;
-    calls.Fail(Call::kFstat, EIO);
+    calls.fail(Call::kFstat, EIO);
     auto writer = Open(kAppending);
     ASSERT_GE(writer->fd, 0);
     EXPECT_EQ(writer->GetPosition(), 0);
-    EXPECT_EQ(calls.Count(Call::kFtruncate), 0);
+    EXPECT_EQ(calls.count(Call::kFtruncate), 0);
     Put(*writer, "0123456789");
   }
   EXPECT_EQ(ReadText(path), "0123456789" + kOldBytes.substr(10));
@@ -129,7 +135,7 @@ TEST_F(FileWrite, AFileThatCannotBeEmptiedIsStillWritten) {
   WriteText(path, kOldBytes);
   {
     SystemCalls calls;
-    calls.Fail(Call::kFtruncate, EIO);
+    calls.fail(Call::kFtruncate, EIO);
     auto writer = Open();
     ASSERT_GE(writer->fd, 0);
     Put(*writer, "0123456789");
@@ -146,9 +152,9 @@ TEST_F(FileWrite, KeepsASecondWriterOffAndTheFileWhole) {
     EXPECT_EQ(second->GetPosition(), -1);
   }
   EXPECT_EQ(ReadText(path), "frames");
-  EXPECT_FALSE(AnotherProcessCanLock(path, LOCK_SH));
+  EXPECT_FALSE(anotherProcessCanLock(path, LOCK_SH));
   first.reset();
-  EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_EX));
+  EXPECT_TRUE(anotherProcessCanLock(path, LOCK_EX));
   EXPECT_GE(Open()->fd, 0);
 }
 
@@ -171,14 +177,14 @@ TEST_F(FileWrite, WithoutALockWritesWhatOthersHaveLocked) {
     ASSERT_GE(writer->fd, 0);
     Put(*writer, "other");
   }
-  EXPECT_EQ(calls.Count(Call::kFlock), 0);
+  EXPECT_EQ(calls.count(Call::kFlock), 0);
   EXPECT_EQ(ReadText(path), "other");
 }
 
 TEST_F(FileWrite, LocksExclusivelyWithoutWaitingAndUnlocks) {
   SystemCalls calls;
   Open().reset();
-  const auto locks = calls.Records(Call::kFlock);
+  const auto locks = calls.records(Call::kFlock);
   ASSERT_EQ(locks.size(), 2u);
   EXPECT_EQ(locks[0].size, LOCK_EX | LOCK_NB);
   EXPECT_EQ(locks[1].size, LOCK_UN);
@@ -187,16 +193,16 @@ TEST_F(FileWrite, LocksExclusivelyWithoutWaitingAndUnlocks) {
 TEST_F(FileWrite, AFileSystemWithoutExclusiveLocksGetsASharedOne) {
   for (const int error : {ENOLCK, EINVAL, EINTR, EOPNOTSUPP, EBADF}) {
     SystemCalls calls;
-    calls.Fail(Call::kFlock, error, 1, 1);
+    calls.fail(Call::kFlock, error, 1, 1);
     auto writer = Open();
     EXPECT_GE(writer->fd, 0) << error;
-    EXPECT_TRUE(AnotherProcessCanLock(path, LOCK_SH));
-    EXPECT_FALSE(AnotherProcessCanLock(path, LOCK_EX));
-    calls.Forget();
-    calls.Fail(Call::kFlock, 0, 0, -1);
+    EXPECT_TRUE(anotherProcessCanLock(path, LOCK_SH));
+    EXPECT_FALSE(anotherProcessCanLock(path, LOCK_EX));
+    calls.forget();
+    calls.fail(Call::kFlock, 0, 0, -1);
     writer.reset();
-    ASSERT_EQ(calls.Count(Call::kFlock), 1) << error;
-    EXPECT_EQ(calls.Last(Call::kFlock).size, LOCK_UN);
+    ASSERT_EQ(calls.count(Call::kFlock), 1) << error;
+    EXPECT_EQ(calls.last(Call::kFlock).size, LOCK_UN);
   }
 }
 
@@ -204,27 +210,27 @@ TEST_F(FileWrite, AFileSystemWithoutAnyLocksIsWrittenWithoutOne) {
   // Even "would block" from the shared attempt leaves the file open.
   for (const int second_error : {ENOLCK, EWOULDBLOCK}) {
     SystemCalls calls;
-    calls.Fail(Call::kFlock, second_error == ENOLCK ? ENOLCK : ENOSYS);
+    calls.fail(Call::kFlock, second_error == ENOLCK ? ENOLCK : ENOSYS);
     auto writer = Open();
     EXPECT_GE(writer->fd, 0);
-    const auto locks = calls.Records(Call::kFlock);
+    const auto locks = calls.records(Call::kFlock);
     ASSERT_EQ(locks.size(), 2u);
     EXPECT_EQ(locks[0].size, LOCK_EX | LOCK_NB);
     EXPECT_EQ(locks[1].size, LOCK_SH | LOCK_NB);
-    calls.Forget();
+    calls.forget();
     Put(*writer, "frames");
     writer.reset();
-    EXPECT_EQ(calls.Count(Call::kFlock), 0) << "nothing is held that could be released";
+    EXPECT_EQ(calls.count(Call::kFlock), 0) << "nothing is held that could be released";
     EXPECT_EQ(ReadText(path), "frames");
   }
 }
 
 TEST_F(FileWrite, AHeldLockIsNotTriedAgainAsAShared) {
   SystemCalls calls;
-  calls.Fail(Call::kFlock, EWOULDBLOCK);
+  calls.fail(Call::kFlock, EWOULDBLOCK);
   EXPECT_EQ(Open()->fd, -1);
-  EXPECT_EQ(calls.Count(Call::kFlock), 1);
-  EXPECT_EQ(calls.Count(Call::kFtruncate), 0);
+  EXPECT_EQ(calls.count(Call::kFlock), 1);
+  EXPECT_EQ(calls.count(Call::kFtruncate), 0);
 }
 
 TEST_F(FileWrite, SwitchingCachingOffChangesNoCallHere) {
@@ -234,8 +240,8 @@ TEST_F(FileWrite, SwitchingCachingOffChangesNoCallHere) {
     auto writer = Open({.async_mode = async_mode});
     Put(*writer, Noise(200000));
     writer.reset();
-    EXPECT_EQ(calls.Count(Call::kFcntl) + calls.Count(Call::kFadvise), 0);
-    counts.push_back(calls.SystemCallCount());
+    EXPECT_EQ(calls.count(Call::kFcntl) + calls.count(Call::kFadvise), 0);
+    counts.push_back(calls.systemCallCount());
     EXPECT_EQ(ReadText(path), Noise(200000));
   }
   EXPECT_EQ(counts, std::vector<int>(4, counts[0]));
@@ -243,10 +249,10 @@ TEST_F(FileWrite, SwitchingCachingOffChangesNoCallHere) {
 
 TEST_F(FileWrite, IsNotInheritedByStartedPrograms) {
   const int inheritable = open(path.c_str(), O_RDONLY | O_CREAT, 0644);
-  EXPECT_TRUE(StartedProgramInherits(path)) << "the look-up itself does not work";
+  EXPECT_TRUE(startedProgramInherits(path)) << "the look-up itself does not work";
   close(inheritable);
   auto writer = Open();
-  EXPECT_FALSE(StartedProgramInherits(path));
+  EXPECT_FALSE(startedProgramInherits(path));
 }
 
 struct BufferCase {
@@ -263,15 +269,15 @@ TEST_P(WriteBuffer, IsWrittenWhenFull) {
   SystemCalls calls;
   if (c.buffer == 0) {
     EXPECT_EQ(writer->Write("x", 1), 1);
-    EXPECT_EQ(calls.Count(Call::kPwrite), 1);
+    EXPECT_EQ(calls.count(Call::kPwrite), 1);
     return;
   }
   const std::string all_but_one = Noise(static_cast<size_t>(c.buffer) - 1);
   Put(*writer, all_but_one);
-  EXPECT_EQ(calls.Count(Call::kPwrite), 0);
+  EXPECT_EQ(calls.count(Call::kPwrite), 0);
   writer->Write("x", 1);
-  EXPECT_EQ(calls.Count(Call::kPwrite), 1);
-  EXPECT_EQ(calls.Last(Call::kPwrite).size, c.buffer);
+  EXPECT_EQ(calls.count(Call::kPwrite), 1);
+  EXPECT_EQ(calls.last(Call::kPwrite).size, c.buffer);
   EXPECT_EQ(ReadText(path), all_but_one + "x");
 }
 
@@ -290,8 +296,8 @@ TEST_F(FileWrite, ABufferBeyondAnIntDoesNotOverflow) {
                                      {INT_MAX - 4094, 1}}) {
     {
       SystemCalls calls;
-      calls.Fail(Call::kRealloc, ENOMEM);
-      calls.Fail(Call::kMalloc, ENOMEM);
+      calls.fail(Call::kRealloc, ENOMEM);
+      calls.fail(Call::kMalloc, ENOMEM);
       auto writer = Open({.block_size = size, .min_blocks = blocks});
       ASSERT_GE(writer->fd, 0);
       Put(*writer, "frames");
@@ -302,12 +308,12 @@ TEST_F(FileWrite, ABufferBeyondAnIntDoesNotOverflow) {
 
 TEST_F(FileWrite, WithoutMemoryForItsBufferWritesAtOnce) {
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
   auto writer = Open();
   ASSERT_GE(writer->fd, 0);
   EXPECT_EQ(Put(*writer, "frames"), 6);
-  EXPECT_EQ(calls.Count(Call::kPwrite), 1);
+  EXPECT_EQ(calls.count(Call::kPwrite), 1);
   EXPECT_EQ(ReadText(path), "frames");
 }
 
@@ -316,14 +322,14 @@ TEST_F(FileWrite, OneLongWriteFlushesOnceAndKeepsTheRest) {
   SystemCalls calls;
   auto writer = Open();
   EXPECT_EQ(Put(*writer, bytes), 200000);
-  ASSERT_EQ(calls.Count(Call::kPwrite), 1);
-  EXPECT_EQ(calls.Last(Call::kPwrite).size, 131072);
+  ASSERT_EQ(calls.count(Call::kPwrite), 1);
+  EXPECT_EQ(calls.last(Call::kPwrite).size, 131072);
   EXPECT_EQ(writer->GetPosition(), 200000);
   EXPECT_EQ(ReadText(path), bytes.substr(0, 131072));
   writer.reset();
-  ASSERT_EQ(calls.Count(Call::kPwrite), 2);
-  EXPECT_EQ(calls.Last(Call::kPwrite).size, 68928);
-  EXPECT_EQ(calls.Last(Call::kPwrite).offset, 131072);
+  ASSERT_EQ(calls.count(Call::kPwrite), 2);
+  EXPECT_EQ(calls.last(Call::kPwrite).size, 68928);
+  EXPECT_EQ(calls.last(Call::kPwrite).offset, 131072);
   EXPECT_EQ(ReadText(path), bytes);
   EXPECT_TRUE(g_reports.empty());
 }
@@ -336,7 +342,7 @@ TEST_F(FileWrite, NothingIsWrittenForNoBytes) {
   EXPECT_EQ(writer->Write(nullptr, 0), 0);
   EXPECT_EQ(writer->GetPosition(), 0);
   writer.reset();
-  EXPECT_EQ(calls.Count(Call::kPwrite), 0);
+  EXPECT_EQ(calls.count(Call::kPwrite), 0);
 }
 
 TEST_F(FileWrite, AnySequenceOfLengthsGivesTheBytesInOrder) {
@@ -366,7 +372,7 @@ class WriteError : public FileWrite, public testing::WithParamInterface<ErrorCas
 
 TEST_P(WriteError, OfAFlushIsToldToTheDiskCountersOnly) {
   SystemCalls calls;
-  calls.Fail(Call::kPwrite, GetParam().error);
+  calls.fail(Call::kPwrite, GetParam().error);
   auto writer = Open(kSmallestBuffer);
   EXPECT_EQ(Put(*writer, Noise(16384 * 3 + 5)), 16384 * 3 + 5);
   EXPECT_EQ(g_reports, Reports(3, {0, GetParam().code}));
@@ -378,7 +384,7 @@ TEST_P(WriteError, OfAFlushIsToldToTheDiskCountersOnly) {
 
 TEST_P(WriteError, OfAnUnbufferedWriteIsReturnedToo) {
   SystemCalls calls;
-  calls.Fail(Call::kPwrite, GetParam().error, 2, 2);
+  calls.fail(Call::kPwrite, GetParam().error, 2, 2);
   auto writer = Open(kUnbuffered);
   EXPECT_EQ(Put(*writer, "pre"), 3);
   EXPECT_EQ(Put(*writer, "gap"), -1);
@@ -405,12 +411,12 @@ TEST_F(FileWrite, AfterAShortFlushLaterBytesFollowWhatLanded) {
   SystemCalls calls;
   for (const int landed : {0, 1, 16383}) {
     g_reports.clear();
-    calls.Forget();
-    calls.Shorten(Call::kPwrite, 1, landed);
+    calls.forget();
+    calls.shorten(Call::kPwrite, 1, landed);
     auto writer = Open(kSmallestBuffer);
     EXPECT_EQ(Put(*writer, bytes), 16384 * 2);
     EXPECT_EQ(g_reports, (Reports{{0, kDiskOutOfSpace}}));
-    EXPECT_EQ(calls.Last(Call::kPwrite).offset, landed);
+    EXPECT_EQ(calls.last(Call::kPwrite).offset, landed);
     writer.reset();
     EXPECT_EQ(ReadText(path), bytes.substr(0, static_cast<size_t>(landed)) + bytes.substr(16384));
   }
@@ -418,7 +424,7 @@ TEST_F(FileWrite, AfterAShortFlushLaterBytesFollowWhatLanded) {
 
 TEST_F(FileWrite, AShortUnbufferedWriteSaysHowMuchLanded) {
   SystemCalls calls;
-  calls.Shorten(Call::kPwrite, 1, 2);
+  calls.shorten(Call::kPwrite, 1, 2);
   auto writer = Open(kUnbuffered);
   EXPECT_EQ(Put(*writer, "abcdef"), 2);
   EXPECT_EQ(writer->GetPosition(), 2);
@@ -441,12 +447,12 @@ TEST_F(FileWrite, NoFailingCallLeavesADescriptorOpen) {
     for (const int error : {EIO, EWOULDBLOCK, ENOSPC}) {
       for (int nth = 1;; ++nth) {
         SystemCalls calls;
-        calls.Fail(call, error, nth, nth);
+        calls.fail(call, error, nth, nth);
         for (const bool append : {false, true}) {
           auto writer = Open({.append = append});
           Put(*writer, Noise(140000));
         }
-        if (calls.Count(call) < nth) break;
+        if (calls.count(call) < nth) break;
         ASSERT_LT(nth, 20);
       }
       EXPECT_EQ(fake_host::OpenDescriptors(), before);

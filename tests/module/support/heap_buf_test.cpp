@@ -6,19 +6,23 @@
 #include <climits>
 #include <cstring>
 
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::Call;
+using test_kit::CallRecord;
+using test_kit::SystemCalls;
 
 /// Bytes of the block that an empty buffer takes for `size`.
 int64_t FirstAllocation(int granularity, int size) {
   SystemCalls calls;
   YDK_HeapBuf buf(granularity);
   buf.Resize(size);
-  EXPECT_EQ(calls.AllocationCount(), 1);
-  return calls.Count(Call::kRealloc) ? calls.Last(Call::kRealloc).size
-                                     : calls.Last(Call::kMalloc).size;
+  EXPECT_EQ(calls.allocationCount(), 1);
+  return calls.count(Call::kRealloc) ? calls.last(Call::kRealloc).size
+                                     : calls.last(Call::kMalloc).size;
 }
 
 struct GrowthCase {
@@ -71,9 +75,9 @@ TEST(HeapBuf, GrowsInsideItsBlockWithoutAllocating) {
   void* block = buf.Resize(10000);
   SystemCalls calls;
   for (int size = 10001; size <= 12192; ++size) EXPECT_EQ(buf.Resize(size), block);
-  EXPECT_EQ(calls.AllocationCount(), 0);
+  EXPECT_EQ(calls.allocationCount(), 0);
   buf.Resize(12193);
-  EXPECT_EQ(calls.AllocationCount(), 1);
+  EXPECT_EQ(calls.allocationCount(), 1);
 }
 
 TEST(HeapBuf, ResizingToTheSameSizeAllocatesNothing) {
@@ -83,7 +87,7 @@ TEST(HeapBuf, ResizingToTheSameSizeAllocatesNothing) {
     void* block = buf.Resize(7500, false);
     SystemCalls calls;
     EXPECT_EQ(buf.Resize(7500, shrink), block);
-    EXPECT_EQ(calls.AllocationCount(), 0);
+    EXPECT_EQ(calls.allocationCount(), 0);
   }
 }
 
@@ -93,7 +97,7 @@ TEST(HeapBuf, ResizingToTheSameSizeAllocatesNothingEvenFarBelowTheThreshold) {
   void* block = buf.Resize(10, false);
   SystemCalls calls;
   EXPECT_EQ(buf.Resize(10, true), block);
-  EXPECT_EQ(calls.AllocationCount(), 0);
+  EXPECT_EQ(calls.allocationCount(), 0);
 }
 
 TEST(HeapBuf, ANegativeSizeFreesTheBlock) {
@@ -103,7 +107,7 @@ TEST(HeapBuf, ANegativeSizeFreesTheBlock) {
   EXPECT_EQ(buf.GetSize(), 0);
   SystemCalls calls;
   buf.Resize(10);
-  EXPECT_EQ(calls.AllocationCount(), 1) << "the old block was kept";
+  EXPECT_EQ(calls.allocationCount(), 1) << "the old block was kept";
 }
 
 TEST(HeapBuf, SizeZeroWithoutShrinkingKeepsTheBlock) {
@@ -115,7 +119,7 @@ TEST(HeapBuf, SizeZeroWithoutShrinkingKeepsTheBlock) {
   SystemCalls calls;
   EXPECT_EQ(buf.Resize(0, true), nullptr) << "the size has not changed, so nothing has";
   EXPECT_EQ(buf.Resize(50), block);
-  EXPECT_EQ(calls.AllocationCount(), 0);
+  EXPECT_EQ(calls.allocationCount(), 0);
 }
 
 TEST(HeapBuf, ABlockOfThreePagesIsKeptForEverySizeButZero) {
@@ -123,10 +127,10 @@ TEST(HeapBuf, ABlockOfThreePagesIsKeptForEverySizeButZero) {
   void* block = buf.Resize(10000);
   SystemCalls calls;
   for (const int size : {9999, 6096, 4096, 100, 1}) EXPECT_EQ(buf.Resize(size, true), block);
-  EXPECT_EQ(calls.AllocationCount(), 0);
+  EXPECT_EQ(calls.allocationCount(), 0);
   EXPECT_EQ(buf.Resize(0, true), nullptr);
   buf.Resize(1);
-  EXPECT_EQ(calls.AllocationCount(), 1);
+  EXPECT_EQ(calls.allocationCount(), 1);
 }
 
 struct ShrinkCase {
@@ -145,10 +149,10 @@ TEST_P(Shrinking, ReallocatesBelowTheThresholdOnly) {
   memset(block, 0x5A, static_cast<size_t>(c.size));
   SystemCalls calls;
   EXPECT_EQ(buf.Resize(c.threshold, true), block);
-  EXPECT_EQ(calls.AllocationCount(), 0);
+  EXPECT_EQ(calls.allocationCount(), 0);
   const auto* bytes = static_cast<const char*>(buf.Resize(c.threshold - 1, true));
-  ASSERT_EQ(calls.AllocationCount(), 1);
-  EXPECT_EQ(calls.Last(Call::kRealloc).size, c.reallocated);
+  ASSERT_EQ(calls.allocationCount(), 1);
+  EXPECT_EQ(calls.last(Call::kRealloc).size, c.reallocated);
   EXPECT_EQ(buf.GetSize(), c.threshold - 1);
   EXPECT_EQ(bytes[c.threshold - 2], 0x5A);
 }
@@ -160,7 +164,7 @@ TEST_P(Shrinking, NeverReallocatesUnlessAllowed) {
   SystemCalls calls;
   EXPECT_EQ(buf.Resize(c.threshold - 1, false), block);
   EXPECT_EQ(buf.Resize(1, false), block);
-  EXPECT_EQ(calls.AllocationCount(), 0);
+  EXPECT_EQ(calls.allocationCount(), 0);
 }
 
 // Half of the block, or the block less four granularities where that is smaller.
@@ -186,28 +190,28 @@ TEST(HeapBuf, AFailedReallocIsMadeUpForByAFreshBlock) {
   YDK_HeapBuf buf(128);
   strcpy(static_cast<char*>(buf.Resize(20)), "pregap");
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kRealloc, ENOMEM);
   auto* text = static_cast<char*>(buf.Resize(1000));
-  EXPECT_EQ(calls.Count(Call::kRealloc), 1);
-  EXPECT_EQ(calls.Count(Call::kMalloc), 1);
-  EXPECT_EQ(calls.Last(Call::kMalloc).size, 1500);
+  EXPECT_EQ(calls.count(Call::kRealloc), 1);
+  EXPECT_EQ(calls.count(Call::kMalloc), 1);
+  EXPECT_EQ(calls.last(Call::kMalloc).size, 1500);
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(buf.GetSize(), 1000);
   EXPECT_STREQ(text, "pregap");
   memset(text, 1, 1000);
-  calls.Forget();
+  calls.forget();
   buf.Resize(1500);
-  EXPECT_EQ(calls.AllocationCount(), 0) << "the fresh block's size is not known";
+  EXPECT_EQ(calls.allocationCount(), 0) << "the fresh block's size is not known";
 }
 
 TEST(HeapBuf, AFreshBlockForFewerBytesTakesOnlyThoseOver) {
   YDK_HeapBuf buf(128);
   memset(buf.Resize(10000), 7, 10000);
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kRealloc, ENOMEM);
   const auto* bytes = static_cast<const char*>(buf.Resize(100, true));
   ASSERT_NE(bytes, nullptr);
-  EXPECT_EQ(calls.Last(Call::kMalloc).size, 228);
+  EXPECT_EQ(calls.last(Call::kMalloc).size, 228);
   EXPECT_EQ(bytes[99], 7);
 }
 
@@ -216,8 +220,8 @@ TEST(HeapBuf, WithoutMemoryEverythingStaysAsItWas) {
   char* old = static_cast<char*>(buf.Resize(20));
   strcpy(old, "pregap");
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
   EXPECT_EQ(buf.Resize(1000), old);
   EXPECT_EQ(buf.GetSize(), 20);
   EXPECT_EQ(buf.Get(), old);
@@ -228,8 +232,8 @@ TEST(HeapBuf, WithoutMemoryEverythingStaysAsItWas) {
 
 TEST(HeapBuf, WithoutMemoryAnEmptyBufferStaysEmpty) {
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
   YDK_HeapBuf buf;
   EXPECT_EQ(buf.Resize(10), nullptr);
   EXPECT_EQ(buf.GetSize(), 0);
@@ -240,8 +244,8 @@ TEST(HeapBuf, AFailedShrinkKeepsSizeAndBlock) {
   YDK_HeapBuf buf(128);
   void* old = buf.Resize(10000);
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
   EXPECT_EQ(buf.Resize(100, true), old);
   EXPECT_EQ(buf.GetSize(), 10000);
 }
@@ -252,12 +256,12 @@ TEST(HeapBuf, SizesNearTwoGigabytesNeverAskForABlockSmallerThanTheSize) {
          {1431655764, 1431655766, 2143289344, INT_MAX - 4096, INT_MAX - 1, INT_MAX}) {
       YDK_HeapBuf buf(granularity);
       SystemCalls calls;
-      calls.Fail(Call::kRealloc, ENOMEM);
-      calls.Fail(Call::kMalloc, ENOMEM);
+      calls.fail(Call::kRealloc, ENOMEM);
+      calls.fail(Call::kMalloc, ENOMEM);
       EXPECT_EQ(buf.Resize(size), nullptr);
       EXPECT_EQ(buf.GetSize(), 0);
       for (const Call call : {Call::kRealloc, Call::kMalloc}) {
-        for (const CallRecord& record : calls.Records(call)) {
+        for (const CallRecord& record : calls.records(call)) {
           EXPECT_GE(record.size, size) << granularity;
           EXPECT_LE(record.size, INT_MAX) << granularity << " " << size;
         }

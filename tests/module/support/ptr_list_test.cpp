@@ -6,10 +6,13 @@
 #include <vector>
 
 #include "module/support/ydk_string.h"
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::Call;
+using test_kit::SystemCalls;
 
 /// Tells of its end.
 class Tracked {
@@ -86,8 +89,8 @@ TEST(PtrList, TakesNothingWithoutMemory) {
   int item = 0;
   YDK_PtrList<int> list(8);
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
   EXPECT_EQ(list.Add(&item), nullptr);
   EXPECT_EQ(list.GetSize(), 0);
 }

@@ -6,10 +6,13 @@
 #include <climits>
 #include <cstdint>
 
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::Call;
+using test_kit::SystemCalls;
 
 TEST(TypedBuf, CountsElementsNotBytes) {
   YDK_TypedBuf<double> times;
@@ -27,7 +30,7 @@ TEST(TypedBuf, GrowsByTheRuleOfItsBytes) {
   SystemCalls calls;
   YDK_TypedBuf<short> samples(4096);
   samples.Resize(5000);
-  EXPECT_EQ(calls.Last(Call::kRealloc).size, 12192);
+  EXPECT_EQ(calls.last(Call::kRealloc).size, 12192);
 }
 
 TEST(TypedBuf, KeepsItsElements) {
@@ -44,8 +47,8 @@ TEST(TypedBuf, StaysAsItWasWithoutMemory) {
   times.Resize(1);
   times.Get()[0] = 2.5;
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
   times.Resize(1000);
   EXPECT_EQ(times.GetSize(), 1);
   EXPECT_EQ(times.Get()[0], 2.5);
@@ -58,7 +61,7 @@ TEST(TypedBuf, RefusesCountsWhoseBytesAnIntCannotHold) {
     SystemCalls calls;
     times.Resize(count);
     EXPECT_EQ(times.GetSize(), 2) << count;
-    EXPECT_EQ(calls.Count(Call::kRealloc) + calls.Count(Call::kMalloc), 0) << count;
+    EXPECT_EQ(calls.count(Call::kRealloc) + calls.count(Call::kMalloc), 0) << count;
   }
 }
 

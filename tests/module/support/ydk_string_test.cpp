@@ -6,14 +6,17 @@
 #include <climits>
 #include <string>
 
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
 
+using test_kit::Call;
+using test_kit::SystemCalls;
+
 void FailAllocations(SystemCalls& calls) {
-  calls.Fail(Call::kRealloc, ENOMEM);
-  calls.Fail(Call::kMalloc, ENOMEM);
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
 }
 
 TEST(String, ThatWasNeverSetReadsAsEmpty) {
@@ -83,7 +86,7 @@ TEST(String, AppendingNothingToANeverSetOneGivesItABlock) {
     const char* shared = YDK_String().Get();
     SystemCalls calls;
     text.Append(nothing);
-    EXPECT_EQ(calls.AllocationCount(), 1);
+    EXPECT_EQ(calls.allocationCount(), 1);
     EXPECT_NE(text.Get(), shared);
     EXPECT_STREQ(text.Get(), "");
     EXPECT_EQ(text.GetLength(), 0);
@@ -102,7 +105,7 @@ TEST(String, SettingNothingKeepsTheBlock) {
   text.Set("Night Drive");
   EXPECT_EQ(text.Get(), block);
   EXPECT_STREQ(text.Get(), "Night Drive");
-  EXPECT_EQ(calls.AllocationCount(), 0);
+  EXPECT_EQ(calls.allocationCount(), 0);
 }
 
 TEST(String, AShorterTextKeepsTheBlockOfALongerOne) {
@@ -115,7 +118,7 @@ TEST(String, AShorterTextKeepsTheBlockOfALongerOne) {
   EXPECT_STREQ(text.Get(), "ab");
   text.Append(std::string(4998, 'y').c_str());
   EXPECT_EQ(text.Get(), block);
-  EXPECT_EQ(calls.AllocationCount(), 0);
+  EXPECT_EQ(calls.allocationCount(), 0);
 }
 
 struct PutCase {
@@ -174,9 +177,9 @@ TEST(String, AppendsAPieceOfItselfWhenTheBlockHasToMove) {
   YDK_String text(1);
   text.Set("0123456789");
   SystemCalls calls;
-  calls.Fail(Call::kRealloc, ENOMEM);  // the fresh block lies elsewhere, and the old one is freed
+  calls.fail(Call::kRealloc, ENOMEM);  // the fresh block lies elsewhere, and the old one is freed
   text.Append(text.Get() + 4, 6);
-  EXPECT_EQ(calls.Count(Call::kMalloc), 1);
+  EXPECT_EQ(calls.count(Call::kMalloc), 1);
   EXPECT_STREQ(text.Get(), "0123456789456789");
 }
 

@@ -7,8 +7,8 @@
 
 #include <chrono>
 
+#include "tests/kit/child_process.h"
 #include "tests/tools/emulated_drive/two_emulated_drives.h"
-#include "tests/tools/emulated_drive/wave_file.h"
 
 namespace velmor::emulated_drive {
 namespace {
@@ -24,9 +24,9 @@ class Clients : public TwoEmulatedDrives {
     for (unsigned i = 0; i < std::size(lengths); ++i) {
       m_tracks.push_back(noise(i, lengths[i]));
       m_album += m_tracks.back();
-      store(m_root / ("track" + std::to_string(i + 1) + ".wav"), wave(m_tracks.back()));
+      writeFile(m_root / ("track" + std::to_string(i + 1) + ".wav"), wavFile(m_tracks.back()));
     }
-    store(m_root / "album.toc", R"(CD_DA
+    writeFile(m_root / "album.toc", R"(CD_DA
 CATALOG "4006381333931"
 CD_TEXT { LANGUAGE_MAP { 0 : EN } LANGUAGE 0 { TITLE "Night" PERFORMER "The Band" } }
 TRACK AUDIO
@@ -49,14 +49,13 @@ INDEX 00:02:00
 
   /// Runs a shell line that sees the drives, in the test's directory. `output` is what it said.
   int run(const std::string& line) {
-    store(m_root / "line.sh", "cd '" + m_root.string() + "'\nexec 2>&1\n" + line + "\n");
-    const std::string command = std::string("'" VELMOR_BINARY_DIR "/velmor-emulated-drive' run '") +
-                                (m_root / "drives").string() + "' -- timeout 30 sh '" +
-                                (m_root / "line.sh").string() + "' >'" +
-                                (m_root / "output").string() + "' 2>&1 </dev/null";
-    const int status = std::system(command.c_str());
-    m_output = contentOf(m_root / "output");
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    writeFile(m_root / "line.sh", "exec 2>&1\n" + line + "\n");
+    const test_kit::EndedProcess ended =
+        test_kit::runProcess({VELMOR_BINARY_DIR "/velmor-emulated-drive", "run", m_root / "drives",
+                              "--", "sh", m_root / "line.sh"},
+                             {.folder = m_root, .limit = std::chrono::seconds(30)});
+    m_output = ended.all;
+    return ended.status;
   }
   int cdrdao(const std::string& what, const std::string& rest, int drive = 1) {
     return run("cdrdao " + what + " --device " + device(drive) + " --driver generic-mmc:0x10 " +

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include "tests/kit/child_process.h"
 #include "tests/tools/emulated_drive/two_emulated_drives.h"
 
 namespace velmor::emulated_drive {
@@ -21,13 +22,11 @@ class EmulatedDriveCommand : public TwoEmulatedDrives {
   /// Runs velmor-emulated-drive in the test's directory, whose drives lie in "drives". Answers its
   /// exit status; `out` and `err` are what it said.
   int run(const std::string& arguments) {
-    const std::string line = "cd '" + m_root.string() +
-                             "' && '" VELMOR_BINARY_DIR "/velmor-emulated-drive' " + arguments +
-                             " >out 2>err </dev/null";
-    const int status = std::system(line.c_str());
-    m_out = contentOf(m_root / "out");
-    m_err = contentOf(m_root / "err");
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    const test_kit::EndedProcess ended = test_kit::runShell(
+        "'" VELMOR_BINARY_DIR "/velmor-emulated-drive' " + arguments, {.folder = m_root});
+    m_out = ended.out;
+    m_err = ended.err;
+    return ended.status;
   }
   DriveSettings settings(std::size_t drive) const { return m_drives[drive].settings(); }
 
@@ -44,6 +43,7 @@ class AnEmulatedDriveCommand : public EmulatedDriveCommand,
                                public ::testing::WithParamInterface<Mistake> {};
 
 TEST_P(AnEmulatedDriveCommand, IsRefused) {
+  writeFile(m_root / "a-file", "");
   const std::string before = contentOf(m_drives[0].settingsFile());
   EXPECT_EQ(run(GetParam().arguments), 1);
   EXPECT_EQ(m_err, "velmor-emulated-drive: " + std::string(GetParam().said) + "\n");
@@ -57,7 +57,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         Mistake{"ThereAreDrivesAlready", "create drives",
                 "drives: holds drives already; take another directory"},
-        Mistake{"AFileIsInTheWay", "create err", "err/drive00: cannot be made: Not a directory"},
+        Mistake{"AFileIsInTheWay", "create a-file",
+                "a-file/drive00: cannot be made: Not a directory"},
         Mistake{"ThereAreNoDrives", "show .", ".: no drives here; \"create\" makes them"},
         Mistake{"ThereIsNoDirectory", "show nowhere",
                 "nowhere: no drives here; \"create\" makes them"},
@@ -93,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& mistake) { return std::string(mistake.param.name); });
 
 TEST_F(EmulatedDriveCommand, ASettingsFileThatCannotBeReadIsNamedWithItsLine) {
-  store(m_drives[1].settingsFile(), "# mine\ndevice = /dev/sr31\nbusy\n");
+  writeFile(m_drives[1].settingsFile(), "# mine\ndevice = /dev/sr31\nbusy\n");
   EXPECT_EQ(run("show drives"), 1);
   EXPECT_EQ(m_err,
             "velmor-emulated-drive: drives/drive01/drive.conf:3: a line reads \"key = value\"\n");
@@ -168,7 +169,7 @@ TEST_F(EmulatedDriveCommand, AudioIsExtractedByDiscAndByTrack) {
   recorded.lead_out = 700;
   m_drives[0].saveDisc(recorded);
   const std::string audio = noise(1, 700);
-  store(m_drives[0].audioFile(), std::string(std::size_t{150} * kSectorBytes, '\0') + audio);
+  writeFile(m_drives[0].audioFile(), std::string(std::size_t{150} * kSectorBytes, '\0') + audio);
   ASSERT_EQ(run("extract drives 0 album.raw"), 0) << m_err;
   EXPECT_EQ(m_out, "700 sectors\n");
   EXPECT_TRUE(contentOf(m_root / "album.raw") == audio);
@@ -204,7 +205,7 @@ TEST_F(EmulatedDriveCommand, ADirectoryWithoutDrivesIsToldToTheProgramsUser) {
 }
 
 TEST_F(EmulatedDriveCommand, ADriveThatCannotBeReadIsLeftOutAndSaidSo) {
-  store(m_drives[1].settingsFile(), "busy = maybe\n");
+  writeFile(m_drives[1].settingsFile(), "busy = maybe\n");
   EXPECT_EQ(run("run drives -- test -e /dev/sr30"), 0);
   EXPECT_THAT(m_err, HasSubstr("drive01/drive.conf:1: \"busy = maybe\": expected yes or no"));
   EXPECT_EQ(run("run drives -- test -e /dev/sr31"), 1);

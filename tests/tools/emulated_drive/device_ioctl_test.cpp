@@ -187,7 +187,7 @@ TEST_F(AnOpenDrive, MovesItsTrayUnlessItIsLocked) {
 }
 
 TEST_F(AnOpenDrive, WhoseFolderCannotBeReadFailsAsADeviceDoes) {
-  store(m_drives[0].discFile(), "medium = vinyl\n");
+  writeFile(m_drives[0].discFile(), "medium = vinyl\n");
   ::testing::internal::CaptureStderr();
   sg_io_hdr_t header = reading(m_test_unit_ready, sizeof m_test_unit_ready);
   EXPECT_EQ(reasonOf(SG_IO, &header), EIO);

@@ -43,11 +43,11 @@ std::string described() {
 
 TEST_F(ADiscDescription, IsReadBackAsItWasWritten) {
   const fs::path file = m_root / "disc.txt";
-  store(file, described());
+  writeFile(file, described());
   const EmulatedDisc disc = readDisc(file);
   EXPECT_EQ(disc.tracks.at(0).isrc, "DEABC2000001");
   EXPECT_EQ(disc.tracks.at(1).indices, (std::vector<int32_t>{375, 500}));
-  store(file, discText(disc));
+  writeFile(file, discText(disc));
   EXPECT_EQ(discText(readDisc(file)), discText(disc));
 }
 
@@ -56,7 +56,7 @@ TEST_P(ADiscDescription, IsRefused) {
   std::string text = described();
   const std::string instead = flaw.instead;
   text.replace(instead.empty() ? text.size() : text.find(instead), instead.size(), flaw.line);
-  store(m_root / "disc.txt", text);
+  writeFile(m_root / "disc.txt", text);
   const std::string said = complaint(m_root / "disc.txt");
   EXPECT_THAT(said, HasSubstr(flaw.said));
   EXPECT_THAT(said, HasSubstr((m_root / "disc.txt").string() + ":"));
@@ -88,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& flaw) { return std::string(flaw.param.name); });
 
 TEST_F(ADiscDescription, OfAClosedDiscHasTracks) {
-  store(m_root / "disc.txt", "lead-out = 775\nstate = complete\n");
+  writeFile(m_root / "disc.txt", "lead-out = 775\nstate = complete\n");
   EXPECT_THAT(complaint(m_root / "disc.txt"), HasSubstr("tracks and a lead-out behind them"));
 }
 

@@ -18,6 +18,7 @@
 
 #include <algorithm>
 
+#include "tests/kit/child_process.h"
 #include "tests/tools/emulated_drive/two_emulated_drives.h"
 
 namespace velmor::emulated_drive {
@@ -156,19 +157,19 @@ TEST_F(LinkedIn, ASecondExclusiveOpenFindsTheDriveBusy) {
 TEST_F(LinkedIn, AnotherProgramFindsTheDriveBusyWhileThisOneHoldsIt) {
   const int held = ::open("/dev/sr30", O_RDWR | O_NONBLOCK | O_EXCL);
   ASSERT_GE(held, 0);
-  const std::string output = m_root / "output";
   const auto disk_info = [&] {
-    const std::string command =
-        "'" VELMOR_BINARY_DIR "/velmor-emulated-drive' run '" + (m_root / "drives").string() +
-        "' -- cdrdao disk-info --device /dev/sr30 --driver generic-mmc >'" + output + "' 2>&1";
-    return std::system(command.c_str());
+    return test_kit::runProcess({VELMOR_BINARY_DIR "/velmor-emulated-drive", "run",
+                                 m_root / "drives", "--", "cdrdao", "disk-info", "--device",
+                                 "/dev/sr30", "--driver", "generic-mmc"});
   };
   // cdrdao then makes do with an open that is not exclusive, and says so.
-  EXPECT_EQ(disk_info(), 0);
-  EXPECT_THAT(contentOf(output), ::testing::HasSubstr("currently in use"));
+  const test_kit::EndedProcess shared = disk_info();
+  EXPECT_EQ(shared.status, 0);
+  EXPECT_THAT(shared.all, ::testing::HasSubstr("currently in use"));
   ::close(held);
-  EXPECT_EQ(disk_info(), 0);
-  EXPECT_THAT(contentOf(output), ::testing::Not(::testing::HasSubstr("currently in use")));
+  const test_kit::EndedProcess alone = disk_info();
+  EXPECT_EQ(alone.status, 0);
+  EXPECT_THAT(alone.all, ::testing::Not(::testing::HasSubstr("currently in use")));
 }
 
 TEST_F(LinkedIn, AnEmptyDriveOpensOnlyForThoseWhoDoNotWaitForADisc) {
@@ -267,7 +268,7 @@ TEST_F(LinkedIn, ADescriptorThatWasClosedUnseenIsNoDriveAnyMore) {
   ASSERT_NE(stream, nullptr);
   std::fclose(stream);  // libc closes it by a call of its own
   const std::string plain = m_root / "plain";
-  store(plain, "text");
+  writeFile(plain, "text");
   const int again = ::open(plain.c_str(), O_RDONLY);
   ASSERT_EQ(again, descriptor) << "the number is given out again";
   struct stat info {};

@@ -1,27 +1,23 @@
-// A folder of drives of a test's own, with an album to burn.
+// Two emulated drives in a folder of a test's own, and audio to burn.
 #pragma once
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
-#include <fstream>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "tests/kit/scratch_folder.h"
+#include "tests/kit/wav.h"
+#include "tests/kit/whole_files.h"
 #include "tools/emulated_drive/directory/drive_directory.h"
 
 namespace velmor::emulated_drive {
 
-inline std::string contentOf(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-inline void store(const std::filesystem::path& file, const std::string& content) {
-  std::ofstream(file, std::ios::binary) << content;
-}
+using test_kit::contentOf;
+using test_kit::wavFile;
+using test_kit::writeFile;
 
 /// Audio that no other sector resembles.
 inline std::string noise(unsigned seed, int sectors) {
@@ -37,9 +33,6 @@ inline std::string noise(unsigned seed, int sectors) {
 class TwoEmulatedDrives : public ::testing::Test {
  protected:
   void SetUp() override {
-    char name[] = "/tmp/velmor-emulated-drive-XXXXXX";
-    ASSERT_NE(::mkdtemp(name), nullptr);
-    m_root = name;
     for (int i = 0; i < 2; ++i) {
       const DriveDirectory directory(m_root / "drives" / ("drive0" + std::to_string(i)));
       std::filesystem::create_directories(directory.path());
@@ -51,7 +44,6 @@ class TwoEmulatedDrives : public ::testing::Test {
       m_drives.push_back(directory);
     }
   }
-  void TearDown() override { std::filesystem::remove_all(m_root); }
 
   static std::string device(int drive) { return "/dev/sr" + std::to_string(30 + drive); }
 
@@ -72,7 +64,8 @@ class TwoEmulatedDrives : public ::testing::Test {
     directory.saveSettings(settings);
   }
 
-  std::filesystem::path m_root;
+  const test_kit::ScratchFolder m_scratch;
+  const std::filesystem::path m_root = m_scratch.path();
   std::vector<DriveDirectory> m_drives;
 };
 

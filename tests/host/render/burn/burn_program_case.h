@@ -1,12 +1,11 @@
 // The program, the module, the recording library and libburn, with two emulated drives.
 #pragma once
 
-#include <sys/wait.h>
-
 #include <nlohmann/json.hpp>
 
+#include "tests/kit/child_process.h"
+#include "tests/kit/whole_files.h"
 #include "tests/tools/emulated_drive/two_emulated_drives.h"
-#include "tests/tools/emulated_drive/wave_file.h"
 
 namespace burn_test {
 
@@ -17,9 +16,8 @@ class BurnProgramCase : public velmor::emulated_drive::TwoEmulatedDrives {
   void SetUp() override {
     TwoEmulatedDrives::SetUp();
     for (unsigned i = 0; i < 3; ++i) {
-      velmor::emulated_drive::store(
-          m_root / ("song" + std::to_string(i + 1) + ".wav"),
-          velmor::emulated_drive::wave(velmor::emulated_drive::noise(i, 320)));
+      test_kit::writeFile(m_root / ("song" + std::to_string(i + 1) + ".wav"),
+                          test_kit::wavFile(velmor::emulated_drive::noise(i, 320)));
     }
   }
 
@@ -32,29 +30,26 @@ class BurnProgramCase : public velmor::emulated_drive::TwoEmulatedDrives {
            "' VELMOR_EMULATED_DRIVE_DIR='" + (m_root / "drives").string() + "'; ";
   }
   /// Runs the program with nobody at the terminal; its exit status. What it printed is in
-  /// `printed` and `said`.
+  /// `m_printed` and `m_said`.
   int render(const std::string& arguments, const std::string& before = "") {
     return shell(before + "'" + std::string(kProgram) + "' " + arguments);
   }
   int shell(const std::string& line) {
-    velmor::emulated_drive::store(m_root / "line.sh", environment() + line + "\n");
-    const std::string command = "timeout 60 sh '" + (m_root / "line.sh").string() + "' >'" +
-                                (m_root / "printed").string() + "' 2>'" +
-                                (m_root / "said").string() + "' </dev/null";
-    const int status = std::system(command.c_str());
-    m_printed = velmor::emulated_drive::contentOf(m_root / "printed");
-    m_said = velmor::emulated_drive::contentOf(m_root / "said");
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    const test_kit::EndedProcess ended =
+        test_kit::runShell(environment() + line, {.limit = std::chrono::seconds(60)});
+    m_printed = ended.out;
+    m_said = ended.err;
+    return ended.status;
   }
   /// The same line for a terminal.
   std::vector<std::string> line(const std::string& arguments) const {
     return {"/bin/sh", "-c", environment() + "exec '" + std::string(kProgram) + "' " + arguments};
   }
 
-  std::string image() const { return velmor::emulated_drive::contentOf(m_root / "album.bin"); }
+  std::string image() const { return test_kit::contentOf(m_root / "album.bin"); }
   bool exists(const std::string& name) const { return std::filesystem::exists(m_root / name); }
   std::string ini() const {
-    return velmor::emulated_drive::contentOf(m_root / "config" / "velmor" / "velmor-render.ini");
+    return test_kit::contentOf(m_root / "config" / "velmor" / "velmor-render.ini");
   }
   std::vector<int32_t> starts(int drive) const {
     std::vector<int32_t> starts;

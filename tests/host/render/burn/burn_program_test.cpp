@@ -74,7 +74,7 @@ TEST_F(BurnProgram, AnotherProgramReadsTracksTextsAndAudioBack) {
                   "extract_audio_to=audio cdtext_to_v07t=text"),
             0)
       << m_said;
-  const std::string toc = m_printed + m_said + velmor::emulated_drive::contentOf(m_root / "text");
+  const std::string toc = m_printed + m_said + test_kit::contentOf(m_root / "text");
   EXPECT_THAT(toc, HasSubstr("track:   2 lba:       320"));
   EXPECT_THAT(toc, HasSubstr("track:   3 lba:       640"));
   EXPECT_THAT(toc, HasSubstr("track:lout lba:       960"));
@@ -84,7 +84,7 @@ TEST_F(BurnProgram, AnotherProgramReadsTracksTextsAndAudioBack) {
   std::string audio;
   for (int track = 1; track <= 3; ++track) {
     const std::string name = "audio/0" + std::to_string(track) + ".wav";
-    audio += velmor::emulated_drive::contentOf(m_root / name).substr(44);
+    audio += test_kit::contentOf(m_root / name).substr(44);
   }
   EXPECT_TRUE(audio == image());
 }
@@ -140,8 +140,8 @@ TEST_F(BurnProgram, DeletesTheImageAfterAGoodBurn) {
 }
 
 TEST_F(BurnProgram, ReplacedFilesDoNotComeBackWhenTheImageIsDeleted) {
-  velmor::emulated_drive::store(m_root / "album.cue", "old");
-  velmor::emulated_drive::store(m_root / "album.bin", "old");
+  test_kit::writeFile(m_root / "album.cue", "old");
+  test_kit::writeFile(m_root / "album.bin", "old");
   ASSERT_EQ(render(std::string(kShort) + "--delete-image --force"), 0) << m_said;
   EXPECT_FALSE(exists("album.cue"));
   EXPECT_FALSE(exists("album.bin"));
@@ -245,7 +245,7 @@ TEST_P(BurnFault, IsToldAndCostsNoImage) {
   EXPECT_EQ(render(std::string(kAlbum) + "--drive /dev/sr30 --delete-image"), 1);
   EXPECT_THAT(m_said, HasSubstr(fault.words));
   EXPECT_THAT(m_said, Not(HasSubstr("Try again"))) << "nobody is there to answer";
-  EXPECT_TRUE(image() == velmor::emulated_drive::contentOf(m_root / "expected.bin"));
+  EXPECT_TRUE(image() == test_kit::contentOf(m_root / "expected.bin"));
   EXPECT_TRUE(exists("album.cue"));
   if (!fault.spoils_the_disc) {
     EXPECT_EQ(burned(0), "");

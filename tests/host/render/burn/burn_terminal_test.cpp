@@ -3,11 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "tests/host/render/burn/burn_program_case.h"
-#include "tests/host/render/burn/terminal_run.h"
+#include "tests/kit/terminal_run.h"
 
 namespace burn_test {
 namespace {
 
+using test_kit::TerminalRun;
 using testing::HasSubstr;
 using velmor::emulated_drive::DiscStatus;
 using velmor::emulated_drive::DriveSettings;

@@ -3,13 +3,13 @@
 
 #include <string>
 
-namespace support_test {
+namespace test_kit {
 
 /// Whether another process could take this lock (LOCK_SH or LOCK_EX) on the file now.
-bool AnotherProcessCanLock(const std::string& path, int operation);
+bool anotherProcessCanLock(const std::string& path, int operation);
 
 /// Whether a program started now would inherit a descriptor of the file.
-bool StartedProgramInherits(const std::string& path);
+bool startedProgramInherits(const std::string& path);
 
 /// Another process that holds a lock on the file while this lives.
 class LockHolder {
@@ -20,8 +20,8 @@ class LockHolder {
   LockHolder& operator=(const LockHolder&) = delete;
 
  private:
-  int process_ = -1;
-  int until_ = -1;  ///< write end of the pipe whose closing ends the process
+  int m_process = -1;
+  int m_until = -1;  ///< write end of the pipe whose closing ends the process
 };
 
-}  // namespace support_test
+}  // namespace test_kit

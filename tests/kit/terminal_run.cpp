@@ -1,4 +1,4 @@
-#include "tests/host/render/burn/terminal_run.h"
+#include "tests/kit/terminal_run.h"
 
 #include <poll.h>
 #include <pty.h>
@@ -8,7 +8,7 @@
 
 #include <cstdlib>
 
-namespace burn_test {
+namespace test_kit {
 
 namespace {
 
@@ -72,4 +72,4 @@ int TerminalRun::finish() {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-}  // namespace burn_test
+}  // namespace test_kit

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace burn_test {
+namespace test_kit {
 
 /// Runs a program on a terminal of its own. One at a time per object.
 class TerminalRun {
@@ -35,4 +35,4 @@ class TerminalRun {
   std::string m_output;
 };
 
-}  // namespace burn_test
+}  // namespace test_kit

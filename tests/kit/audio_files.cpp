@@ -1,15 +1,14 @@
-#include "tests/host/render/program/audio_files.h"
+#include "tests/kit/audio_files.h"
 
-#include <sndfile.h>
-#include <stdlib.h>
-
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <stdexcept>
 
-namespace render_test {
+namespace test_kit {
 
 namespace {
 
@@ -19,7 +18,35 @@ void setTag(SNDFILE* file, int field, const std::string& text) {
   if (!text.empty()) sf_set_string(file, field, text.c_str());
 }
 
+SNDFILE* create(const std::string& path, const AudioShape& shape) {
+  SF_INFO info{};
+  info.format = shape.format;
+  info.samplerate = shape.rate;
+  info.channels = shape.channels;
+  SNDFILE* const file = sf_open(path.c_str(), SFM_WRITE, &info);
+  if (!file) throw std::runtime_error(path + ": " + sf_strerror(nullptr));
+  return file;
+}
+
+void finish(SNDFILE* file, const std::string& path, bool written) {
+  if (sf_close(file) != 0 || !written) throw std::runtime_error(path + ": not written whole");
+}
+
 }  // namespace
+
+void writeShorts(const std::string& path, const AudioShape& shape,
+                 std::span<const int16_t> samples) {
+  SNDFILE* const file = create(path, shape);
+  const auto count = static_cast<sf_count_t>(samples.size());
+  finish(file, path, sf_write_short(file, samples.data(), count) == count);
+}
+
+void writeDoubles(const std::string& path, const AudioShape& shape,
+                  std::span<const double> samples) {
+  SNDFILE* const file = create(path, shape);
+  const auto count = static_cast<sf_count_t>(samples.size());
+  finish(file, path, sf_write_double(file, samples.data(), count) == count);
+}
 
 std::vector<int16_t> noise(int frames, int channels, unsigned seed) {
   std::mt19937 random(seed);
@@ -61,12 +88,14 @@ bool writeAudio(const std::string& path, int format, int rate, int channels,
 std::vector<int16_t> writeWav(const std::string& path, double seconds, unsigned seed,
                               const AudioTags& tags) {
   std::vector<int16_t> samples = noise(static_cast<int>(seconds * kRate), 2, seed);
-  if (!writeAudio(path, SF_FORMAT_WAV | SF_FORMAT_PCM_16, kRate, 2, samples, tags)) abort();
+  if (!writeAudio(path, SF_FORMAT_WAV | SF_FORMAT_PCM_16, kRate, 2, samples, tags)) {
+    throw std::runtime_error(path + ": not written");
+  }
   return samples;
 }
 
 void writeSparseWav(const std::string& path, int64_t seconds) {
-  if (!writeAudio(path, SF_FORMAT_WAV | SF_FORMAT_PCM_16, kRate, 2, {})) abort();
+  writeShorts(path, {}, {});
   const auto bytes = static_cast<uint32_t>(seconds * kRate * 4);
   const auto header = static_cast<uint32_t>(std::filesystem::file_size(path));
   std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
@@ -78,14 +107,9 @@ void writeSparseWav(const std::string& path, int64_t seconds) {
 }
 
 void writeFloatWav(const std::string& path, const std::vector<float>& samples) {
-  SF_INFO info{};
-  info.format = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
-  info.samplerate = kRate;
-  info.channels = 2;
-  SNDFILE* const file = sf_open(path.c_str(), SFM_WRITE, &info);
-  if (!file) abort();
-  sf_writef_float(file, samples.data(), static_cast<sf_count_t>(samples.size()) / 2);
-  sf_close(file);
+  SNDFILE* const file = create(path, {SF_FORMAT_WAV | SF_FORMAT_FLOAT, kRate, 2});
+  const auto count = static_cast<sf_count_t>(samples.size());
+  finish(file, path, sf_write_float(file, samples.data(), count) == count);
 }
 
-}  // namespace render_test
+}  // namespace test_kit
