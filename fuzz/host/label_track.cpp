@@ -1,8 +1,8 @@
 // An Audacity label track of any bytes.
 #include <cmath>
 
+#include "fuzz/host/line_of_text.h"
 #include "fuzz/kit/fuzz_target.h"
-#include "fuzz/kit/line_of_text.h"
 #include "host/render/input/marks/mark_parsing.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

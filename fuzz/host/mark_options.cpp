@@ -3,8 +3,8 @@
 
 #include "disc/codes.h"
 #include "disc/failure.h"
+#include "fuzz/host/line_of_text.h"
 #include "fuzz/kit/fuzz_target.h"
-#include "fuzz/kit/line_of_text.h"
 #include "fuzz/kit/script_line.h"
 #include "host/render/input/marks/mark_parsing.h"
 

@@ -1,4 +1,8 @@
-// All windows of the process, by handle, and who sits before them.
+// All windows of the process, by handle, and who uses them.
+//
+// This windowing layer behaves: messages are dispatched, controls keep their state, dialogs run
+// until they are ended. The one that only records what the module calls is
+// tests/fake_host/windowing_layer.h.
 //
 // One thread by contract. Handles are numbers that are never given out twice: one that is invalid
 // or whose window is gone is recognised, never followed.

@@ -198,7 +198,7 @@ void addDiscOptions(CLI::App& command, Request& request) {
 }  // namespace
 
 int runCommand(int count, char** words) {
-  CLI::App app{"Emulated CD recorders: drives in a directory, for programs that burn."};
+  CLI::App app{"Emulated CD drives in a directory, for programs that burn."};
   app.footer(
       "Example:\n  velmor-emulated-drive create /tmp/drives\n"
       "  velmor-emulated-drive run /tmp/drives -- cdrskin dev=/dev/sr30 -sao -audio album.wav\n"

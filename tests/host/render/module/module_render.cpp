@@ -1,4 +1,4 @@
-#include "tests/host/render/plan/module_render.h"
+#include "tests/host/render/module/module_render.h"
 
 #include <gtest/gtest.h>
 
