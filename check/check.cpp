@@ -68,16 +68,6 @@ void keepErrorsOfNoSheet(std::vector<Finding>& findings) {
 
 }  // namespace
 
-int Report::count(Severity severity) const {
-  return static_cast<int>(
-      std::count_if(findings.begin(), findings.end(),
-                    [severity](const Finding& f) { return f.severity == severity; }));
-}
-
-bool Report::failed(bool strict) const {
-  return count(Severity::kError) > 0 || (strict && count(Severity::kWarning) > 0);
-}
-
 Report check(const std::filesystem::path& sheet, const CheckOptions& options) {
   Report report;
   report.sheet = sheet;

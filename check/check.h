@@ -6,9 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "check/report/findings.h"
-#include "check/rules/disc.h"
-#include "disc/failure.h"
+#include "check/report/readers.h"
+#include "check/report/report.h"
 
 namespace velmor::check {
 
@@ -16,16 +15,6 @@ struct CheckOptions {
   std::vector<Reader> readers;  ///< those that matter; empty: all
   /// Called while samples are read, with bytes done and bytes in all. On the calling thread.
   std::function<void(int64_t done, int64_t all)> progress;
-};
-
-struct Report {
-  std::filesystem::path sheet;
-  Disc disc;
-  std::vector<Finding> findings;  ///< most serious first
-
-  int count(Severity severity) const;
-  /// Errors, or with `strict` warnings too.
-  bool failed(bool strict) const;
 };
 
 /// A longer file is no cue sheet.

@@ -4,7 +4,7 @@
 bash scripts/setup.sh >&2
 source scripts/common.sh
 say "Building"
-configure_and_build release velmor_cd velmor-render velmor-recorder | tail -n 1
+configure_and_build release velmor_cd velmor-render velmor-emulated-drive | tail -n 1
 
 folder=$PWD/build/demo
 rm -rf "$folder"

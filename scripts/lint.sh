@@ -31,7 +31,7 @@ tidy() {
 # same sources as the one to link.
 sources_of() {
   grep -oP "\"file\": \"\K\\Q$PWD\\E/$2" "$1/compile_commands.json" |
-    grep -vE "^$PWD/build/[^/]*/(tests|fuzz)/|velmor_recorder_preload" | sort -u
+    grep -vE "^$PWD/build/[^/]*/(tests|fuzz)/|velmor_emulated_drive_preload" | sort -u
 }
 
 say "clang-tidy"

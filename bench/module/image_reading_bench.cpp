@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "abi/track_source.h"
-#include "bench/module/scratch_folder.h"
 #include "module/support/cd_units.h"
 #include "module/support/file_read.h"
+#include "tests/kit/scratch_folder.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ constexpr int kBytes = kSectors * kSectorBytes;
 constexpr int kRead = 32768;
 constexpr uint32_t kRequest = 13 * kSectorBytes;
 
-std::string makeImage(const ScratchFolder& folder) {
+std::string makeImage(const test_kit::ScratchFolder& folder) {
   const std::string path = folder.file("album.bin");
   const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
   const std::vector<char> sector(kSectorBytes, 7);
@@ -46,7 +46,7 @@ void readBare(const std::string& path) {
 }
 
 void readThroughTheProducer(benchmark::State& state) {
-  const ScratchFolder folder;
+  const test_kit::ScratchFolder folder;
   const std::string path = makeImage(folder);
   std::vector<char> buffer(kRequest);
   for (auto _ : state) {
@@ -65,14 +65,14 @@ void readThroughTheProducer(benchmark::State& state) {
 }
 
 void readBareLoop(benchmark::State& state) {
-  const ScratchFolder folder;
+  const test_kit::ScratchFolder folder;
   const std::string path = makeImage(folder);
   for (auto _ : state) readBare(path);
   state.SetBytesProcessed(state.iterations() * kBytes);
 }
 
 void seekInsideTheBuffer(benchmark::State& state) {
-  const ScratchFolder folder;
+  const test_kit::ScratchFolder folder;
   const std::string path = makeImage(folder);
   YDK_FileRead image(path.c_str());
   char byte = 0;

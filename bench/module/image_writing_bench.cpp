@@ -13,11 +13,11 @@
 
 #include "abi/host_functions.h"
 #include "abi/sink_registration.h"
-#include "bench/module/scratch_folder.h"
 #include "module/plugin/sink_registration.h"
 #include "module/sink/sample_conversion.h"
 #include "module/support/cd_units.h"
 #include "module/support/file_write.h"
+#include "tests/kit/scratch_folder.h"
 
 namespace {
 
@@ -65,7 +65,7 @@ struct Audio {
 };
 
 void imageThroughTheSink(benchmark::State& state) {
-  const ScratchFolder folder;
+  const test_kit::ScratchFolder folder;
   Audio audio;
   g_markers = 0;
   for (auto _ : state) {
@@ -78,7 +78,7 @@ void imageThroughTheSink(benchmark::State& state) {
 
 /// What the sink does to every block, with the conversion that processors without AVX2 get.
 void imageWithBaselineConversion(benchmark::State& state) {
-  const ScratchFolder folder;
+  const test_kit::ScratchFolder folder;
   const std::string path = folder.file("album.bin");
   const Audio audio;
   std::vector<int16_t> converted(2 * kBlock);
@@ -94,7 +94,7 @@ void imageWithBaselineConversion(benchmark::State& state) {
 }
 
 void imageBareWrites(benchmark::State& state) {
-  const ScratchFolder folder;
+  const test_kit::ScratchFolder folder;
   const std::string path = folder.file("album.bin");
   const std::vector<char> piece(kWrite, 1);
   const auto total = int64_t{kBlocks} * kBlock * 4;
@@ -112,7 +112,7 @@ void imageBareWrites(benchmark::State& state) {
 
 /// The cost of a block behind `state.range(0)` markers.
 void blockBehindMarkers(benchmark::State& state) {
-  const ScratchFolder folder;
+  const test_kit::ScratchFolder folder;
   Audio audio;
   g_markers = static_cast<int>(state.range(0));
   PCM_sink* sink = makeSink(folder.file("album.cue"));

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "check/check.h"
+#include "check/report/report.h"
 #include "disc/failure.h"
 #include "disc/portable/portable_disc.h"
 

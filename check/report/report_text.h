@@ -4,7 +4,7 @@
 #include <iosfwd>
 #include <string>
 
-#include "check/check.h"
+#include "check/report/report.h"
 
 namespace velmor::check {
 

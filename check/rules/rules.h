@@ -3,8 +3,8 @@
 
 #include <string_view>
 
+#include "check/image/opened_disc.h"
 #include "check/report/findings.h"
-#include "check/rules/disc.h"
 
 namespace velmor::check {
 

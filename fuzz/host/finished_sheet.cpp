@@ -5,11 +5,11 @@
 #include "disc/sheet/sheet_parser.h"
 #include "disc/sheet/sheet_texts.h"
 #include "fuzz/kit/fuzz_target.h"
-#include "fuzz/kit/scratch_folder.h"
 #include "host/render/output/cue_text.h"
+#include "tests/kit/scratch_folder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const fuzz::ScratchFolder kFolder;
+  static const test_kit::ScratchFolder kFolder;
   static const std::string kPath = (kFolder.path() / "album.cue").string();
   const int file = open(kPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
   if (file < 0 || write(file, data, size) != static_cast<ssize_t>(size)) abort();

@@ -3,8 +3,8 @@
 
 #include <cmath>
 
+#include "fuzz/host/line_of_text.h"
 #include "fuzz/kit/fuzz_target.h"
-#include "fuzz/kit/line_of_text.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const auto track = velmor::render::parseLabelTrack(fuzz::textOf(data, size));

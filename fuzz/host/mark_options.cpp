@@ -4,8 +4,8 @@
 #include "disc/codes/catalogue_number.h"
 #include "disc/codes/isrc.h"
 #include "disc/failure.h"
+#include "fuzz/host/line_of_text.h"
 #include "fuzz/kit/fuzz_target.h"
-#include "fuzz/kit/line_of_text.h"
 #include "fuzz/kit/script_line.h"
 #include "host/render/input/marks/mark_parsing.h"
 

@@ -4,8 +4,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include "fuzz/host/line_of_text.h"
 #include "fuzz/kit/fuzz_target.h"
-#include "fuzz/kit/line_of_text.h"
 #include "host/render/input/marks/vorbis_comments.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

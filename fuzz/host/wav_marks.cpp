@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "fuzz/host/line_of_text.h"
 #include "fuzz/kit/fuzz_target.h"
-#include "fuzz/kit/line_of_text.h"
 
 namespace {
 

@@ -12,9 +12,10 @@
 #include "abi/quelm_provider.h"
 #include "abi/sink_registration.h"
 #include "fuzz/kit/fuzz_target.h"
-#include "fuzz/kit/scratch_folder.h"
+#include "fuzz/kit/working_folder.h"
 #include "fuzz/module/finished_disc.h"
 #include "fuzz/module/render_script.h"
+#include "tests/kit/scratch_folder.h"
 
 namespace {
 
@@ -221,14 +222,14 @@ extern "C" QuelmLookupFn quelmGetAPPAPIFunc() {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const fuzz::ScratchFolder kFolder;
+  static const test_kit::ScratchFolder kFolder;
   const RenderScript script = fuzz::parseRenderScript(fuzz::textOf(data, size));
   g_script = &script;
   g_write_failed = false;
   SinkRegistration& registration = boundSink();
   const int files_before = openFiles();
   {
-    const fuzz::StandingIn standing(kFolder);
+    const fuzz::WorkingFolder standing(kFolder);
     render(registration);
   }
   require(openFiles() == files_before, "a render leaves no file open");

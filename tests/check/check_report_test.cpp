@@ -166,7 +166,7 @@ TEST_F(ReportTest, TakesAFolderForNoImage) {
 
 TEST_F(ReportTest, SaysOfAContainerThatWasBrokenOffThatItHoldsNoSamples) {
   const std::string track1 = track(1, "INDEX 01 00:00:00");
-  writeFile(m_folder / "a.wav", waveHeader(4).substr(0, 36));
+  writeFile(m_folder / "a.wav", wavHeader(4).substr(0, 36));
   EXPECT_THAT(rulesOf(reportOn("FILE a.wav WAVE\n" + track1)), Contains("image-empty"));
   writeFile(m_folder / "a.aiff", std::string("FORM\0\0\0\4AIFF", 12));
   EXPECT_THAT(rulesOf(reportOn("FILE a.aiff AIFF\n" + track1)), Contains("image-empty"));

@@ -38,7 +38,7 @@ class ForeignSheetTest : public testing::TestWithParam<ForeignSheet> {
     const ForeignSheet& sheet = GetParam();
     const TestImage image(1500);
     writeFile(m_folder / sheet.image,
-              (sheet.wave ? waveHeader(image.bytes().size()) : "") + image.bytes());
+              (sheet.wave ? wavHeader(image.bytes().size()) : "") + image.bytes());
     writeFile(m_folder / (name() + ".cue"), readFile(goldenFolder() / (name() + ".cue")));
   }
 

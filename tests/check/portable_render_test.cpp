@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "check/check.h"
-#include "tests/check/process.h"
+#include "tests/check/reader_process.h"
 #include "tests/check/test_images.h"
 
 namespace velmor::check::test {
@@ -20,8 +20,8 @@ class PortableRenderTest : public testing::Test {
  protected:
   PortableRenderTest() {
     const TestImage sound(1000);
-    writeFile(m_folder / "one.wav", waveHeader(sound.bytes().size()) + sound.bytes());
-    writeFile(m_folder / "two.wav", waveHeader(sound.bytes().size()) + sound.bytes());
+    writeFile(m_folder / "one.wav", wavHeader(sound.bytes().size()) + sound.bytes());
+    writeFile(m_folder / "two.wav", wavHeader(sound.bytes().size()) + sound.bytes());
   }
 
   ProcessResult render(const std::vector<std::string>& more) {
@@ -101,7 +101,7 @@ TEST_F(PortableRenderTest, IsMadeOnlyWhenAskedFor) {
 
 TEST_F(PortableRenderTest, TellsOfClippingWithoutFailingTheRender) {
   const TestImage loud = TestImage(1000).level(588 * 10, 300, 32767);
-  writeFile(m_folder / "one.wav", waveHeader(loud.bytes().size()) + loud.bytes());
+  writeFile(m_folder / "one.wav", wavHeader(loud.bytes().size()) + loud.bytes());
   const ProcessResult run = render({"--portable-cue"});
   EXPECT_EQ(run.status, 0) << run.all;
   EXPECT_THAT(run.out, HasSubstr("[clipped]"));

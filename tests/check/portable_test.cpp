@@ -18,7 +18,7 @@
 #include "disc/portable/portable_disc.h"
 #include "disc/portable/portable_toc.h"
 #include "tests/check/bad_cases.h"
-#include "tests/check/process.h"
+#include "tests/check/reader_process.h"
 #include "tests/check/test_images.h"
 
 namespace velmor::check::test {
@@ -245,7 +245,7 @@ class TocNames : public testing::Test {
   /// The TOC for a disc of one image of that name and type.
   std::string tocOf(const std::string& image, const std::string& type) {
     const TestImage sound(1500);
-    const std::string header = type == "WAVE" ? waveHeader(sound.bytes().size()) : "";
+    const std::string header = type == "WAVE" ? wavHeader(sound.bytes().size()) : "";
     writeFile(m_folder / image, header + sound.bytes());
     writeFile(m_folder / "image.cue", "FILE \"" + image + "\" " + type +
                                           "\nTRACK 01 AUDIO\nINDEX 01 00:00:00\nTRACK 02 AUDIO\n"

@@ -7,7 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "disc/version.h"
-#include "tests/check/process.h"
+#include "tests/check/reader_process.h"
 #include "tests/check/test_images.h"
 
 namespace velmor::check::test {

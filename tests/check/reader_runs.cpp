@@ -12,7 +12,7 @@
 #include <sstream>
 
 #include "disc/text/encoding.h"
-#include "tests/check/process.h"
+#include "tests/check/reader_process.h"
 #include "tests/check/test_images.h"
 
 namespace velmor::check::test {
@@ -270,7 +270,7 @@ LoadedDisc runBchunk(const SheetOnDisk& s) {
 void writeWave(const SheetOnDisk& s, const std::string& to) {
   const fs::path image = fs::path(s.folder) / s.image;
   std::ifstream in(image, std::ios::binary);
-  std::ofstream(to, std::ios::binary) << waveHeader(fs::file_size(image)) << in.rdbuf();
+  std::ofstream(to, std::ios::binary) << wavHeader(fs::file_size(image)) << in.rdbuf();
 }
 
 LoadedDisc runShnsplit(const SheetOnDisk& s) {

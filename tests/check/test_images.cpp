@@ -1,36 +1,10 @@
 #include "tests/check/test_images.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
 
 namespace velmor::check::test {
 
 namespace fs = std::filesystem;
-
-TemporaryFolder::TemporaryFolder() {
-  std::string name = (fs::temp_directory_path() / "cdcheck.XXXXXX").string();
-  if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-  m_path = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  fs::remove_all(m_path, ignored);
-}
-
-std::string readFile(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw std::runtime_error("cannot read " + path.string());
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void writeFile(const fs::path& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
 
 fs::path casesFolder() {
   return fs::path(VELMOR_SOURCE_DIR) / "tests/check/cases";
@@ -57,26 +31,6 @@ TestImage& TestImage::level(int64_t from_frame, int64_t frames, int16_t level) {
 
 std::string TestImage::bytes() const {
   return {reinterpret_cast<const char*>(m_samples.data()), m_samples.size() * 2};
-}
-
-std::string waveHeader(uintmax_t bytes) {
-  const auto size = static_cast<uint32_t>(bytes);
-  std::string header = "RIFF";
-  const auto put = [&header](uint32_t value, int width) {
-    for (int i = 0; i < width; ++i) header += static_cast<char>(value >> 8 * i);
-  };
-  put(size + 36, 4);
-  header += "WAVEfmt ";
-  put(16, 4);
-  put(1, 2);  // PCM
-  put(2, 2);
-  put(44100, 4);
-  put(176400, 4);
-  put(4, 2);
-  put(16, 2);
-  header += "data";
-  put(size, 4);
-  return header;
 }
 
 void TestImage::write(const fs::path& path) const {

@@ -6,25 +6,17 @@
 #include <string>
 #include <vector>
 
+#include "tests/kit/scratch_folder.h"
+#include "tests/kit/wav.h"
+#include "tests/kit/whole_files.h"
+
 namespace velmor::check::test {
 
-/// A fresh folder, gone at the end.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+using test_kit::readFile;
+using test_kit::wavHeader;
+using test_kit::writeFile;
+using TemporaryFolder = test_kit::ScratchFolder;
 
-  const std::filesystem::path& path() const { return m_path; }
-  std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
-
- private:
-  std::filesystem::path m_path;
-};
-
-std::string readFile(const std::filesystem::path& path);
-void writeFile(const std::filesystem::path& path, const std::string& bytes);
 /// The folder of the committed sheets.
 std::filesystem::path casesFolder();
 
@@ -43,9 +35,6 @@ class TestImage {
  private:
   std::vector<int16_t> m_samples;
 };
-
-/// What makes a WAVE file of so many bytes of 16-bit stereo samples when it stands before them.
-std::string waveHeader(uintmax_t bytes);
 
 /// Digital silence that takes no room on the disk.
 void writeSparse(const std::filesystem::path& path, int64_t bytes);

@@ -1,32 +1,18 @@
 #include "tests/fake_host/files.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
-#include <fstream>
-#include <sstream>
+#include <filesystem>
+
+#include "tests/kit/whole_files.h"
 
 namespace fake_host {
 
 namespace fs = std::filesystem;
 
-TempFolder::TempFolder() {
-  std::string pattern = (fs::temp_directory_path() / "velmor-test-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) ADD_FAILURE() << "no temporary folder " << pattern;
-  m_path = pattern;
-}
-
-TempFolder::~TempFolder() {
-  std::error_code ignored;
-  fs::remove_all(m_path, ignored);
-}
-
 std::string readText(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) ADD_FAILURE() << "cannot read " << path;
-  std::ostringstream text;
-  text << in.rdbuf();
-  return std::move(text).str();
+  if (!fs::is_regular_file(path)) ADD_FAILURE() << "cannot read " << path;
+  return test_kit::contentOf(path);
 }
 
 std::vector<int16_t> readSamples(const std::string& path) {
@@ -42,7 +28,7 @@ std::vector<int16_t> readSamples(const std::string& path) {
 }
 
 void writeText(const std::string& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
+  test_kit::writeFile(path, text);
 }
 
 std::string noise(size_t count, unsigned seed) {

@@ -3,27 +3,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "tests/kit/scratch_folder.h"
+
 namespace fake_host {
 
-/// A fresh folder, removed with everything in it at destruction.
-class TempFolder {
- public:
-  TempFolder();
-  ~TempFolder();
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-
-  const std::filesystem::path& path() const { return m_path; }
-  /// The path of `name` in the folder, as a host would hand it over.
-  std::string file(const std::string& name) const { return (m_path / name).string(); }
-
- private:
-  std::filesystem::path m_path;
-};
+using TempFolder = test_kit::ScratchFolder;
 
 /// The whole file; a file that cannot be read fails the test and gives an empty text.
 std::string readText(const std::string& path);

@@ -12,7 +12,7 @@
 
 namespace fake_host {
 
-/// Script `windowing` before `Load`, and `host` before `Bind`.
+/// Script `windowing` before `load`, and `host` before `bind`.
 class Session {
  public:
   TempFolder folder;

@@ -6,7 +6,7 @@
 
 namespace fake_host {
 
-/// Diverts descriptor 2 to a file until `Lines` is called or the object ends.
+/// Diverts descriptor 2 to a file until `lines` is called or the object ends.
 class StandardErrorCapture {
  public:
   StandardErrorCapture();

@@ -1,4 +1,6 @@
-// A windowing layer without a screen: dialogs are built and driven in memory, calls are recorded.
+// A windowing layer that records: dialogs stay in memory, every call is written down, any function
+// can be withheld, and nothing happens that the test does not script. The layer that behaves as
+// windows do, with messages and a person, is that of velmor-render in host/windowing.
 #pragma once
 
 #include <functional>

@@ -10,7 +10,8 @@
 
 namespace velmor::recording {
 
-/// Sense key, additional sense code and its qualifier (SPC).
+/// Sense key, additional sense code and its qualifier (SPC). The drive's side of the wire, for
+/// tests only, is `SenseData` in tools/emulated_drive/drive/sense_data.h.
 struct Sense {
   int key = 0;
   int code = 0;

@@ -10,7 +10,6 @@
 
 #include "disc/failure.h"
 #include "disc/text/phrases.h"
-#include "host/render/output/report.h"
 #include "host/render/terminal/json_schema.h"
 
 namespace velmor::render {

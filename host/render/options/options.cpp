@@ -12,7 +12,6 @@
 #include "disc/failure.h"
 #include "disc/text/phrases.h"
 #include "disc/version.h"
-#include "host/render/album/host_project.h"
 #include "host/render/input/marks/mark_parsing.h"
 #include "host/render/options/settings_file.h"
 #include "host/render/options/usage_error.h"

@@ -1,5 +1,9 @@
 // All windows of the process, by handle, and the user of their dialogs.
 //
+// This windowing layer behaves: messages are dispatched, controls keep their state, dialogs run
+// until they are ended. The one that only records what the module calls is
+// tests/fake_host/windowing_layer.h.
+//
 // Used by one thread only. Handles are numbers that are never given out twice, so a handle that is
 // invalid, or whose window is gone, is recognised and never followed.
 #pragma once

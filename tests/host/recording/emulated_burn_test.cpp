@@ -1,4 +1,4 @@
-// From the burn engine's calls through libburn to the disc in an emulated recorder.
+// From the burn engine's calls through libburn to the disc in an emulated drive.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 
 #include "disc/units/disc_units.h"
 #include "host/recording/interface/recording_service.h"
-#include "tests/host/recording/attendant_double.h"
-#include "tests/host/recording/recorder_shelf.h"
+#include "tests/host/recording/emulated_drive_folder.h"
+#include "tests/host/recording/scripted_user_interface.h"
 
 extern "C" velmor::recording::Service* velmorOpenRecording(
     const velmor::recording::RecordingOptions& options, std::string& why);
@@ -46,7 +46,7 @@ class EmulatedBurn : public ::testing::Test {
     return m_service->outcome();
   }
   void writeSheet(const std::string& text) {
-    m_options.text_sheet = m_shelf.folder(0) / "album.cue";
+    m_options.text_sheet = m_drives.folder(0) / "album.cue";
     std::ofstream(m_options.text_sheet) << text;
   }
   /// Nothing was written, and the user has been told why.
@@ -56,11 +56,11 @@ class EmulatedBurn : public ::testing::Test {
     EXPECT_EQ(outcome.disc_state, "nothing was written");
     ASSERT_EQ(m_person.failures.size(), 1U);
     EXPECT_THAT(m_person.failures[0], HasSubstr(words));
-    EXPECT_THAT(m_shelf.audio(0), IsEmpty());
+    EXPECT_THAT(m_drives.audio(0), IsEmpty());
   }
 
-  RecorderShelf m_shelf;
-  AttendantDouble m_person;
+  EmulatedDriveFolder m_drives;
+  ScriptedUserInterface m_person;
   std::atomic<bool> m_cancel{false};
   RecordingOptions m_options;
   DiscBurnProperties m_properties{false, false, true, false, kDiscActionMount, kDiscActionNone};
@@ -83,9 +83,9 @@ TEST_F(EmulatedBurn, TheDiscHasTheImagesBytesAndItsTracksStartWhereTheyShould) {
   const Outcome& outcome = burn(programme);
   EXPECT_EQ(outcome.failure, "");
   EXPECT_TRUE(outcome.written);
-  EXPECT_EQ(m_shelf.audio(0), programme.image());
-  const recorder::Disc disc = m_shelf.disc(0);
-  EXPECT_EQ(disc.state, recorder::DiscState::kComplete);
+  EXPECT_EQ(m_drives.audio(0), programme.image());
+  const emulated_drive::EmulatedDisc disc = m_drives.disc(0);
+  EXPECT_EQ(disc.state, emulated_drive::DiscStatus::kComplete);
   ASSERT_EQ(disc.tracks.size(), 3U);
   EXPECT_EQ(disc.tracks[0].start(), 0);
   EXPECT_EQ(disc.tracks[1].start(), 300);
@@ -99,15 +99,15 @@ TEST_F(EmulatedBurn, TheDiscHasTheImagesBytesAndItsTracksStartWhereTheyShould) {
 TEST_F(EmulatedBurn, TheSecondDriveIsTheSecondOne) {
   const Programme programme({300});
   EXPECT_TRUE(burn(programme, 1).written);
-  EXPECT_EQ(m_shelf.audio(1), programme.image());
-  EXPECT_EQ(m_shelf.disc(0).state, recorder::DiscState::kBlank);
+  EXPECT_EQ(m_drives.audio(1), programme.image());
+  EXPECT_EQ(m_drives.disc(0).state, emulated_drive::DiscStatus::kBlank);
 }
 
 TEST_F(EmulatedBurn, NinetyNineTracksFit) {
   const Programme programme(std::vector<int>(99, 300));
   EXPECT_TRUE(burn(programme).written);
-  EXPECT_EQ(m_shelf.disc(0).tracks.size(), 99U);
-  EXPECT_EQ(m_shelf.audio(0), programme.image());
+  EXPECT_EQ(m_drives.disc(0).tracks.size(), 99U);
+  EXPECT_EQ(m_drives.audio(0), programme.image());
 }
 
 TEST_F(EmulatedBurn, AnUnfilledEndIsSilence) {
@@ -115,7 +115,7 @@ TEST_F(EmulatedBurn, AnUnfilledEndIsSilence) {
   image.resize(image.size() - 2351);
   EXPECT_TRUE(burn(Programme(image, {400, 300})).written);
   image.resize(image.size() + 2351, 0);
-  EXPECT_EQ(m_shelf.audio(0), image);
+  EXPECT_EQ(m_drives.audio(0), image);
 }
 
 TEST_F(EmulatedBurn, PregapsLieBeforeTheirTracksWithTheProducersAudio) {
@@ -124,14 +124,14 @@ TEST_F(EmulatedBurn, PregapsLieBeforeTheirTracksWithTheProducersAudio) {
   programme.tracks[1].pregap_length = 75;
   programme.producers[1]->pregap_byte = 3;
   EXPECT_TRUE(burn(programme).written);
-  const recorder::Disc disc = m_shelf.disc(0);
+  const emulated_drive::EmulatedDisc disc = m_drives.disc(0);
   EXPECT_EQ(disc.tracks[0].start(), 0);
   EXPECT_EQ(disc.tracks[1].pregap_start, 300);
   EXPECT_EQ(disc.tracks[1].start(), 375);
   EXPECT_EQ(disc.tracks[2].start(), 675);
   Bytes expected = programme.image();
   expected.insert(expected.begin() + 300 * disc::kBytesPerSector, 75 * disc::kBytesPerSector, 3);
-  EXPECT_EQ(m_shelf.audio(0), expected);
+  EXPECT_EQ(m_drives.audio(0), expected);
 }
 
 TEST_F(EmulatedBurn, ALongPregapOfTrack1IsWhollyOnTheDisc) {
@@ -139,10 +139,10 @@ TEST_F(EmulatedBurn, ALongPregapOfTrack1IsWhollyOnTheDisc) {
   programme.tracks[0].pregap_length = 225;
   programme.producers[0]->pregap_byte = 3;
   EXPECT_TRUE(burn(programme).written);
-  EXPECT_EQ(m_shelf.disc(0).tracks[0].start(), 75);
+  EXPECT_EQ(m_drives.disc(0).tracks[0].start(), 75);
   Bytes expected = programme.image();
   expected.insert(expected.begin(), 75 * disc::kBytesPerSector, 3);
-  EXPECT_EQ(m_shelf.audio(0), expected);
+  EXPECT_EQ(m_drives.audio(0), expected);
 }
 
 TEST_F(EmulatedBurn, ATestWriteStoresNothing) {
@@ -151,8 +151,8 @@ TEST_F(EmulatedBurn, ATestWriteStoresNothing) {
   EXPECT_EQ(outcome.failure, "");
   EXPECT_TRUE(outcome.tested);
   EXPECT_FALSE(outcome.written);
-  EXPECT_EQ(m_shelf.disc(0).state, recorder::DiscState::kBlank);
-  EXPECT_THAT(m_shelf.audio(0), IsEmpty());
+  EXPECT_EQ(m_drives.disc(0).state, emulated_drive::DiscStatus::kBlank);
+  EXPECT_THAT(m_drives.audio(0), IsEmpty());
 }
 
 TEST_F(EmulatedBurn, CatalogNumberIsrcAndTextsStandOnTheDisc) {
@@ -162,7 +162,7 @@ TEST_F(EmulatedBurn, CatalogNumberIsrcAndTextsStandOnTheDisc) {
       "  TRACK 01 AUDIO\r\n    TITLE \"Café\"\r\n    ISRC \"USABC0500001\"\r\n"
       "  TRACK 02 AUDIO\r\n    TITLE \"Coda\"\r\n    ISRC \"USABC0500002\"\r\n");
   EXPECT_TRUE(burn(Programme({300, 300})).written);
-  const recorder::Disc disc = m_shelf.disc(0);
+  const emulated_drive::EmulatedDisc disc = m_drives.disc(0);
   EXPECT_EQ(disc.mcn, "4006381333931");
   EXPECT_EQ(disc.tracks[0].isrc, "USABC0500001");
   EXPECT_EQ(disc.tracks[1].isrc, "USABC0500002");
@@ -175,14 +175,14 @@ TEST_F(EmulatedBurn, CatalogNumberIsrcAndTextsStandOnTheDisc) {
 
 TEST_F(EmulatedBurn, WithoutASheetThereAreNoTexts) {
   EXPECT_TRUE(burn(Programme({300})).written);
-  EXPECT_THAT(m_shelf.disc(0).cd_text, IsEmpty());
-  EXPECT_EQ(m_shelf.disc(0).mcn, "");
+  EXPECT_THAT(m_drives.disc(0).cd_text, IsEmpty());
+  EXPECT_EQ(m_drives.disc(0).mcn, "");
 }
 
 TEST_F(EmulatedBurn, AFullBlockOfTextsIsTaken) {
   writeSheet("  TRACK 01 AUDIO\r\n    TITLE \"" + std::string(252 * 12 - 2, 'x') + "\"\r\n");
   EXPECT_TRUE(burn(Programme({300})).written) << m_service->outcome().failure;
-  EXPECT_EQ(m_shelf.disc(0).cd_text.size(), 255U);
+  EXPECT_EQ(m_drives.disc(0).cd_text.size(), 255U);
 }
 
 TEST_F(EmulatedBurn, TheDiscIsReadBackAndCompared) {
@@ -194,7 +194,7 @@ TEST_F(EmulatedBurn, TheDiscIsReadBackAndCompared) {
 
 TEST_F(EmulatedBurn, ASectorThatCannotBeReadBackIsNoGoodDisc) {
   m_options.verify = true;
-  m_shelf.change(0, [](recorder::Settings& s) { s.faults.read_error_at = 500; });
+  m_drives.change(0, [](emulated_drive::DriveSettings& s) { s.faults.read_error_at = 500; });
   const Outcome& outcome = burn(Programme({300, 450}));
   EXPECT_FALSE(outcome.written);
   EXPECT_THAT(outcome.failure, HasSubstr("cannot be read at 00:06:"));
@@ -214,29 +214,29 @@ TEST_F(EmulatedBurn, ASpeedThatTheDriveHasIsTakenWithoutAWord) {
 }
 
 TEST_F(EmulatedBurn, ListingPullsNoTrayIn) {
-  m_shelf.drive(0).saveTray(true);
+  m_drives.drive(0).saveTray(true);
   EXPECT_EQ(m_service->describeDisc(m_service->drives()[0]), "no disc");
-  EXPECT_TRUE(m_shelf.drive(0).trayOpen());
+  EXPECT_TRUE(m_drives.drive(0).trayOpen());
 }
 
 TEST_F(EmulatedBurn, ABurnPullsTheTrayIn) {
-  m_shelf.drive(0).saveTray(true);
+  m_drives.drive(0).saveTray(true);
   EXPECT_TRUE(burn(Programme({300})).written) << m_service->outcome().failure;
 }
 
 TEST_F(EmulatedBurn, EjectsWhenItIsAskedTo) {
   m_properties.completion_action = kDiscActionEject;
   EXPECT_TRUE(burn(Programme({300})).written);
-  EXPECT_TRUE(m_shelf.drive(0).trayOpen());
+  EXPECT_TRUE(m_drives.drive(0).trayOpen());
 }
 
 TEST_F(EmulatedBurn, LeavesTheDiscInTheDriveOtherwise) {
   EXPECT_TRUE(burn(Programme({300})).written);
-  EXPECT_FALSE(m_shelf.drive(0).trayOpen());
+  EXPECT_FALSE(m_drives.drive(0).trayOpen());
 }
 
 TEST_F(EmulatedBurn, AMediumErrorIsToldWithItsPlaceAndSpoilsTheDisc) {
-  m_shelf.change(0, [](recorder::Settings& s) { s.faults.write_error_at = 400; });
+  m_drives.change(0, [](emulated_drive::DriveSettings& s) { s.faults.write_error_at = 400; });
   const Outcome& outcome = burn(Programme({300, 450}));
   EXPECT_FALSE(outcome.written);
   EXPECT_THAT(outcome.failure, HasSubstr("the drive stopped at 00:05:"));
@@ -247,38 +247,38 @@ TEST_F(EmulatedBurn, AMediumErrorIsToldWithItsPlaceAndSpoilsTheDisc) {
 }
 
 TEST_F(EmulatedBurn, AnEmptyTrayIsToldOf) {
-  m_shelf.empty(0);
+  m_drives.empty(0);
   const Outcome& outcome = burn(Programme({300}));
   expectUntouched(outcome, "there is no disc in the drive");
 }
 
 TEST_F(EmulatedBurn, AClosedDiscIsRefused) {
-  m_shelf.insert(0, RecorderShelf::closed());
+  m_drives.insert(0, EmulatedDriveFolder::closed());
   expectUntouched(burn(Programme({300})), "written and closed");
 }
 
 TEST_F(EmulatedBurn, ATooSmallDiscIsRefusedAndTheLastSectorIsUsed) {
-  recorder::Disc small;
+  emulated_drive::EmulatedDisc small;
   small.capacity = 750;
-  m_shelf.insert(0, small);
+  m_drives.insert(0, small);
   expectUntouched(burn(Programme({300, 451})), "room for 00:10:00: 00:00:01 too much");
-  EXPECT_EQ(m_shelf.disc(0).state, recorder::DiscState::kBlank);
+  EXPECT_EQ(m_drives.disc(0).state, emulated_drive::DiscStatus::kBlank);
   const Programme fits({300, 450});
   EXPECT_TRUE(burn(fits).written) << m_service->outcome().failure;
-  EXPECT_EQ(m_shelf.audio(0), fits.image());
+  EXPECT_EQ(m_drives.audio(0), fits.image());
 }
 
 TEST_F(EmulatedBurn, ADriveThatIsTakenBeforeTheBurnIsToldOf) {
   m_service->refresh();
   ASSERT_EQ(m_service->DeviceCount(), 2);
   void* device = m_service->DeviceAt(0);
-  m_shelf.change(0, [](recorder::Settings& s) { s.busy = true; });
+  m_drives.change(0, [](emulated_drive::DriveSettings& s) { s.busy = true; });
   EXPECT_FALSE(m_service->AcquireExclusiveAccess(device));
   expectUntouched(m_service->outcome(), "\"/dev/sr30\" is in use by another program");
 }
 
 TEST_F(EmulatedBurn, DrivesThatMayNotBeOpenedAreListedLastWithTheReason) {
-  m_shelf.change(0, [](recorder::Settings& s) { s.deny = true; });
+  m_drives.change(0, [](emulated_drive::DriveSettings& s) { s.deny = true; });
   std::vector<ListedDrive> drives = m_service->drives();
   ASSERT_EQ(drives.size(), 2U);
   EXPECT_EQ(drives[0].address, "/dev/sr31");
@@ -288,22 +288,22 @@ TEST_F(EmulatedBurn, DrivesThatMayNotBeOpenedAreListedLastWithTheReason) {
   EXPECT_THAT(drives[1].obstacle, HasSubstr("group"));
   m_service->refresh();
   EXPECT_EQ(m_service->DeviceCount(), 1);
-  m_shelf.change(0, [](recorder::Settings& s) { s.deny = false, s.busy = true; });
+  m_drives.change(0, [](emulated_drive::DriveSettings& s) { s.deny = false, s.busy = true; });
   drives = m_service->drives();
   EXPECT_THAT(drives[1].obstacle, HasSubstr("in use by another program"));
 }
 
 TEST_F(EmulatedBurn, ARewritableDiscIsBlankedAfterAYesOnly) {
-  m_shelf.insert(0, RecorderShelf::closed(RecorderShelf::rewritable()));
+  m_drives.insert(0, EmulatedDriveFolder::closed(EmulatedDriveFolder::rewritable()));
   const Programme programme({300, 300});
   expectUntouched(burn(programme), "which was not to be erased");
-  EXPECT_EQ(m_shelf.disc(0).tracks.size(), 1U);
+  EXPECT_EQ(m_drives.disc(0).tracks.size(), 1U);
   m_person.blank = true;
   EXPECT_TRUE(burn(programme).written) << m_service->outcome().failure;
   ASSERT_EQ(m_person.questions.size(), 2U);
   EXPECT_THAT(m_person.questions[1], HasSubstr("a CD-RW that is written and closed"));
-  EXPECT_EQ(m_shelf.audio(0), programme.image());
-  EXPECT_EQ(m_shelf.disc(0).tracks.size(), 2U);
+  EXPECT_EQ(m_drives.audio(0), programme.image());
+  EXPECT_EQ(m_drives.disc(0).tracks.size(), 2U);
 }
 
 TEST_F(EmulatedBurn, AFailedReadOfTheImageStopsTheBurn) {
@@ -312,9 +312,9 @@ TEST_F(EmulatedBurn, AFailedReadOfTheImageStopsTheBurn) {
   const Outcome& outcome = burn(programme);
   EXPECT_FALSE(outcome.written);
   EXPECT_THAT(outcome.failure, HasSubstr("could not be read at 00:05:25 (track 2)"));
-  EXPECT_NE(m_shelf.disc(0).state, recorder::DiscState::kComplete);
+  EXPECT_NE(m_drives.disc(0).state, emulated_drive::DiscStatus::kComplete);
   // No silence in place of the audio that is missing, but for what fills the last write command.
-  EXPECT_LE(m_shelf.audio(0).size(), size_t{413} * disc::kBytesPerSector);
+  EXPECT_LE(m_drives.audio(0).size(), size_t{413} * disc::kBytesPerSector);
 }
 
 TEST_F(EmulatedBurn, AnImageThatBecomesShorterStopsTheBurn) {
@@ -325,8 +325,9 @@ TEST_F(EmulatedBurn, AnImageThatBecomesShorterStopsTheBurn) {
 }
 
 TEST_F(EmulatedBurn, TheWishToStopIsObeyedAndTheDiscsStateTold) {
-  m_shelf.change(
-      0, [](recorder::Settings& s) { s.faults.write_delay = std::chrono::milliseconds(5); });
+  m_drives.change(0, [](emulated_drive::DriveSettings& s) {
+    s.faults.write_delay = std::chrono::milliseconds(5);
+  });
   m_person.on_progress = [this](const BurnProgress& step) {
     if (step.phase == Phase::kWriting && step.sectors_done > 100) m_cancel = true;
   };
@@ -335,34 +336,36 @@ TEST_F(EmulatedBurn, TheWishToStopIsObeyedAndTheDiscsStateTold) {
   EXPECT_FALSE(outcome.written);
   EXPECT_EQ(outcome.failure, "the burn was stopped");
   EXPECT_THAT(outcome.disc_state, HasSubstr("cannot be used any more"));
-  EXPECT_LT(m_shelf.audio(0).size(), size_t{6000} * disc::kBytesPerSector);
+  EXPECT_LT(m_drives.audio(0).size(), size_t{6000} * disc::kBytesPerSector);
 }
 
 TEST_F(EmulatedBurn, AStoppedRewritableDiscCanBeUsedAgain) {
-  m_shelf.insert(0, RecorderShelf::rewritable());
+  m_drives.insert(0, EmulatedDriveFolder::rewritable());
   m_person.on_progress = [this](const BurnProgress& step) {
     if (step.phase == Phase::kWriting) m_cancel = true;
   };
-  m_shelf.change(
-      0, [](recorder::Settings& s) { s.faults.write_delay = std::chrono::milliseconds(5); });
+  m_drives.change(0, [](emulated_drive::DriveSettings& s) {
+    s.faults.write_delay = std::chrono::milliseconds(5);
+  });
   EXPECT_THAT(burn(Programme({6000})).disc_state, HasSubstr("blanked and used again"));
-  m_shelf.change(0, [](recorder::Settings& s) { s.faults.write_delay = {}; });
+  m_drives.change(0, [](emulated_drive::DriveSettings& s) { s.faults.write_delay = {}; });
   m_cancel = false;
   m_person.on_progress = nullptr;
   m_person.blank = true;
   const Programme again({300});
   EXPECT_TRUE(burn(again).written) << m_service->outcome().failure;
-  EXPECT_EQ(m_shelf.audio(0), again.image());
+  EXPECT_EQ(m_drives.audio(0), again.image());
 }
 
 TEST_F(EmulatedBurn, ADriveThatBecomesReadyLateIsWaitedFor) {
-  m_shelf.change(0, [](recorder::Settings& s) { s.faults.becoming_ready_polls = 2; });
+  m_drives.change(0, [](emulated_drive::DriveSettings& s) { s.faults.becoming_ready_polls = 2; });
   EXPECT_TRUE(burn(Programme({300})).written) << m_service->outcome().failure;
 }
 
 TEST_F(EmulatedBurn, ProgressGoesThroughThePhasesToTheEnd) {
-  m_shelf.change(
-      0, [](recorder::Settings& s) { s.faults.write_delay = std::chrono::milliseconds(2); });
+  m_drives.change(0, [](emulated_drive::DriveSettings& s) {
+    s.faults.write_delay = std::chrono::milliseconds(2);
+  });
   EXPECT_TRUE(burn(Programme({300, 2000})).written);
   ASSERT_FALSE(m_person.steps.empty());
   int64_t done = 0;
@@ -378,10 +381,10 @@ TEST_F(EmulatedBurn, ProgressGoesThroughThePhasesToTheEnd) {
 TEST_F(EmulatedBurn, OneServiceBurnsManyDiscs) {
   const Programme programme({300});
   for (int i = 0; i < 5; ++i) {
-    m_shelf.insert(0, {});
+    m_drives.insert(0, {});
     for (const auto& producer : programme.producers) producer->PrepareTrackForVerification();
     ASSERT_TRUE(burn(programme).written) << m_service->outcome().failure;
-    ASSERT_EQ(m_shelf.audio(0), programme.image());
+    ASSERT_EQ(m_drives.audio(0), programme.image());
   }
 }
 

@@ -27,9 +27,9 @@ inline Bytes noise(int sectors, uint32_t seed = 1) {
   return image;
 }
 
-class ProducerDouble final : public DiscTrackProducer {
+class ImageProducer final : public DiscTrackProducer {
  public:
-  ProducerDouble(const Bytes& image, size_t first_byte, size_t bytes)
+  ImageProducer(const Bytes& image, size_t first_byte, size_t bytes)
       : m_image(image), m_first(first_byte), m_bytes(bytes) {}
 
   uint64_t EstimateLengthOfTrack() override {
@@ -85,7 +85,7 @@ class Programme {
     size_t first = 0;
     for (const int sectors : track_sectors) {
       const size_t bytes = static_cast<size_t>(sectors) * disc::kBytesPerSector;
-      producers.push_back(std::make_unique<ProducerDouble>(m_image, first, bytes));
+      producers.push_back(std::make_unique<ImageProducer>(m_image, first, bytes));
       tracks.push_back({producers.back().get(), 0, 0, 0, 0, 0, disc::kBytesPerSector, sectors});
       first += bytes;
     }
@@ -97,7 +97,7 @@ class Programme {
   const Bytes& image() const { return m_image; }
   int count() const { return static_cast<int>(tracks.size()); }
 
-  std::vector<std::unique_ptr<ProducerDouble>> producers;
+  std::vector<std::unique_ptr<ImageProducer>> producers;
   std::vector<DiscTrack> tracks;
 
  private:

@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "tests/kit/other_process.h"
 #include "tests/module/burn/open_dialog_case.h"
-#include "tests/module/support/other_process.h"
 
 namespace burn_test {
 namespace {
@@ -18,8 +18,8 @@ using fake_host::fileExists;
 using fake_host::openDescriptors;
 using fake_host::Window;
 using fake_host::WindowingLayer;
-using support_test::anotherProcessCanLock;
-using support_test::LockHolder;
+using test_kit::anotherProcessCanLock;
+using test_kit::LockHolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;

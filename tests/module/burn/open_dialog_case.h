@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "tests/fake_host/session.h"
-#include "tests/module/burn/recording_double.h"
+#include "tests/module/burn/scripted_recording_service.h"
 
 namespace burn_test {
 
@@ -72,7 +72,7 @@ class OpenDialogCase : public fake_host::BoundSession, public testing::Test {
     return "MessageBox(\"" + text + "\", \"CD Burn Error\", 0)";
   }
 
-  RecordingDouble m_recorders;
+  ScriptedRecordingService m_recorders;
 };
 
 }  // namespace burn_test

@@ -12,14 +12,14 @@
 
 #include "module/burn/track_offsets.h"
 #include "module/support/file_read.h"
+#include "tests/kit/system_calls.h"
 #include "tests/module/burn/image_file.h"
-#include "tests/module/support/system_calls.h"
 
 namespace burn_test {
 namespace {
 
-using support_test::Call;
-using support_test::SystemCalls;
+using test_kit::Call;
+using test_kit::SystemCalls;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -10,7 +10,7 @@
 #include "tests/fake_host/files.h"
 #include "tests/fake_host/sink.h"
 #include "tests/fake_host/windowing_layer.h"
-#include "tests/module/mac/doubles/stage.h"
+#include "tests/module/mac/doubles/objective_c_calls.h"
 #include "tests/module/mac/engine_door.h"
 
 namespace {
@@ -18,7 +18,7 @@ namespace {
 using doubles::Device;
 using doubles::producerOf;
 using doubles::propertiesOf;
-using doubles::theDesk;
+using doubles::theFrameworks;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -43,7 +43,7 @@ class LoadedOnce : public testing::Environment {
     m_layer.emplace();
     void* const handle = dlopen(VELMOR_GNUSTEP_MODULE, RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(handle, nullptr) << dlerror();
-    EXPECT_THAT(theDesk().log_lines, IsEmpty());
+    EXPECT_THAT(theFrameworks().log_lines, IsEmpty());
     EXPECT_EQ(m_layer->lookups.size(), 365U);
     theModule().list_recorders =
         reinterpret_cast<ListRecordersFn>(dlsym(handle, "velmorTestListRecorders"));
@@ -76,14 +76,14 @@ class Burn : public testing::Test {
     m_image = imageBytes(image_size);
     fake_host::writeText(m_folder.file("disc.bin"), m_image);
     const doubles::Pool pool;
-    theModule().burn_image(theDesk().devices.at(static_cast<size_t>(device)).object,
+    theModule().burn_image(theFrameworks().devices.at(static_cast<size_t>(device)).object,
                            static_cast<int>(offsets.size()), offsets.data(),
                            m_folder.file("disc.bin").c_str(), eject, test_burn);
   }
 
   // Runs `check` while the panel burns, then lets it finish.
   static void whileBurning(std::function<void()> check) {
-    theDesk().on_turn = [check = std::move(check)] {
+    theFrameworks().on_turn = [check = std::move(check)] {
       check();
       doubles::finishBurn();
     };
@@ -101,8 +101,8 @@ class Burn : public testing::Test {
                           static_cast<size_t>(count) * kSector);
   }
 
-  static int created(const char* name) { return theDesk().created[name]; }
-  static int gone(const char* name) { return theDesk().gone[name]; }
+  static int created(const char* name) { return theFrameworks().created[name]; }
+  static int gone(const char* name) { return theFrameworks().gone[name]; }
 
   fake_host::TempFolder m_folder;
   std::string m_image;
@@ -110,7 +110,7 @@ class Burn : public testing::Test {
 
 TEST_F(Burn, GoesThroughItsStepsInOrder) {
   run({0, 352800}, 705600);
-  EXPECT_THAT(theDesk().calls,
+  EXPECT_THAT(theFrameworks().calls,
               ElementsAre("devices", "isValid second", "acquireExclusiveAccess second",
                           "burnForDevice:second",
                           "DRBurn setProperties:", "initWithProducer:", "DRTrack setProperties:",
@@ -123,9 +123,9 @@ TEST_F(Burn, GoesThroughItsStepsInOrder) {
 }
 
 TEST_F(Burn, AnApplicationInTheBackgroundLooksForTheEndOfTheSession) {
-  theDesk().active = false;
-  theDesk().on_turn = [] {
-    if (theDesk().turns == 3) doubles::finishBurn();
+  theFrameworks().active = false;
+  theFrameworks().on_turn = [] {
+    if (theFrameworks().turns == 3) doubles::finishBurn();
   };
   LoadedOnce::layerCalls().clear();
   run({0}, kSector);
@@ -139,7 +139,7 @@ TEST_F(Burn, AnApplicationInTheBackgroundLooksForTheEndOfTheSession) {
                                              "releaseExclusiveAccess second",
                                              "dealloc QuinloCDBurnDel",
                                              "dealloc QuinloCDBurnSource"};
-  const std::vector<std::string>& calls = theDesk().calls;
+  const std::vector<std::string>& calls = theFrameworks().calls;
   ASSERT_GE(calls.size(), expected.size());
   EXPECT_EQ(std::vector<std::string>(calls.end() - static_cast<long>(expected.size()), calls.end()),
             expected);
@@ -160,7 +160,7 @@ TEST_F(Burn, HasItsPropertiesInOrder) {
     doubles::setDevices({Device{.name = "only"}});
     run({0}, kSector, c.eject, c.test_burn, 0);
     EXPECT_THAT(
-        theDesk().burn_properties,
+        theFrameworks().burn_properties,
         ElementsAre(Pair("DRBurnTestingKey", c.test_burn ? "bool 1" : "bool 0"),
                     Pair("DRBurnAppendableKey", "bool 0"), Pair("DRBurnOverwriteDiscKey", "bool 1"),
                     Pair("DRBurnVerifyDiscKey", "bool 0"),
@@ -171,7 +171,7 @@ TEST_F(Burn, HasItsPropertiesInOrder) {
 
 TEST_F(Burn, TwoTracksOfTwoSecondsEachAreCutAtBlock150) {
   whileBurning([] {
-    ASSERT_EQ(theDesk().layout.size(), 2U);
+    ASSERT_EQ(theFrameworks().layout.size(), 2U);
     for (int i = 0; i < 2; ++i) {
       EXPECT_EQ(producerOf(i).variable("posbytes"), i * 352800);
       EXPECT_EQ(producerOf(i).variable("lenbytes"), 352800);
@@ -185,7 +185,7 @@ TEST_F(Burn, TwoTracksOfTwoSecondsEachAreCutAtBlock150) {
     }
   });
   run({0, 352800}, 705600);
-  EXPECT_EQ(theDesk().turns, 1);
+  EXPECT_EQ(theFrameworks().turns, 1);
 }
 
 TEST_F(Burn, OffsetsAreCutToBlocksTheFirstIsNotReadAndTheLastTrackIsRoundedUp) {
@@ -196,18 +196,18 @@ TEST_F(Burn, OffsetsAreCutToBlocksTheFirstIsNotReadAndTheLastTrackIsRoundedUp) {
     EXPECT_EQ(producerOf(1).estimateLength(), 3U);
   });
   run({999999, 3 * kSector - 1}, 4 * kSector + 1);
-  EXPECT_EQ(theDesk().turns, 1);
+  EXPECT_EQ(theFrameworks().turns, 1);
 }
 
 TEST_F(Burn, TheLayoutHasRoomForItsTracksAndForOneAtLeast) {
   for (const int count : {0, 1, 3}) {
     doubles::setDevices({Device{.name = "only"}});
-    whileBurning([count] { EXPECT_EQ(theDesk().layout.size(), static_cast<size_t>(count)); });
+    whileBurning([count] { EXPECT_EQ(theFrameworks().layout.size(), static_cast<size_t>(count)); });
     std::vector<int> offsets(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i) offsets[static_cast<size_t>(i)] = i * kSector;
     run(offsets, 3 * kSector, false, false, 0);
-    EXPECT_EQ(theDesk().turns, 1) << "the panel is shown for " << count << " tracks";
-    EXPECT_THAT(theDesk().array_capacities,
+    EXPECT_EQ(theFrameworks().turns, 1) << "the panel is shown for " << count << " tracks";
+    EXPECT_THAT(theFrameworks().array_capacities,
                 Contains(static_cast<unsigned long>(std::max(count, 1))).Times(1));
   }
 }
@@ -222,7 +222,7 @@ TEST_F(Burn, TracksMayBeAskedInAnyOrder) {
     EXPECT_EQ(producerOf(0).variable("rdpos"), 2 * kSector);
   });
   run({0, 2 * kSector}, 5 * kSector);
-  EXPECT_EQ(theDesk().turns, 1);
+  EXPECT_EQ(theFrameworks().turns, 1);
 }
 
 TEST_F(Burn, AnImageThatEndsInsideABlockGivesAShortLastRead) {
@@ -232,7 +232,7 @@ TEST_F(Burn, AnImageThatEndsInsideABlockGivesAShortLastRead) {
     EXPECT_EQ(data(0, kSector), "");
   });
   run({0}, kSector + 100);
-  EXPECT_EQ(theDesk().turns, 1);
+  EXPECT_EQ(theFrameworks().turns, 1);
 }
 
 TEST_F(Burn, VerificationStartsATrackAnew) {
@@ -249,7 +249,7 @@ TEST_F(Burn, VerificationStartsATrackAnew) {
     }
   });
   run({0, 2 * kSector}, 4 * kSector);
-  EXPECT_EQ(theDesk().turns, 1);
+  EXPECT_EQ(theFrameworks().turns, 1);
 }
 
 TEST_F(Burn, TheProducersOtherAnswers) {
@@ -262,15 +262,15 @@ TEST_F(Burn, TheProducersOtherAnswers) {
     EXPECT_EQ(producerOf(0).variable("rdpos"), 0);
   });
   run({0}, kSector);
-  EXPECT_EQ(theDesk().turns, 1);
-  EXPECT_FALSE(theDesk().delegate_reports_itself) << "the panel reports the burn's end";
+  EXPECT_EQ(theFrameworks().turns, 1);
+  EXPECT_FALSE(theFrameworks().delegate_reports_itself) << "the panel reports the burn's end";
 }
 
 // The layout, the burn and the dictionaries are the pool's; everything else was given back.
 TEST_F(Burn, LeavesNothingBehindAndGivesNothingBackTwice) {
   for (const bool active : {true, false}) {
     doubles::setDevices({Device{.name = "only"}});
-    theDesk().active = active;
+    theFrameworks().active = active;
     whileBurning([] {
       for (const char* name : {"QuinloCDBurnSource", "DRTrack", "QuinloCDBurnDel", "DRBurn"}) {
         EXPECT_EQ(gone(name), 0) << name;
@@ -281,7 +281,7 @@ TEST_F(Burn, LeavesNothingBehindAndGivesNothingBackTwice) {
     EXPECT_EQ(created("DRTrack"), 3);
     EXPECT_EQ(created("QuinloCDBurnDel"), 1);
     EXPECT_EQ(created("DRBurn"), 1);
-    EXPECT_EQ(theDesk().created, theDesk().gone);
+    EXPECT_EQ(theFrameworks().created, theFrameworks().gone);
   }
 }
 
@@ -296,8 +296,8 @@ class BurnRefused : public Burn, public testing::WithParamInterface<Failure> {};
 TEST_P(BurnRefused, EndsWithoutAPanelAndWithoutTheRecorder) {
   doubles::setDevices({GetParam().device});
   run({0}, kSector, false, false, 0);
-  EXPECT_EQ(theDesk().calls, GetParam().calls);
-  EXPECT_EQ(theDesk().created, theDesk().gone);
+  EXPECT_EQ(theFrameworks().calls, GetParam().calls);
+  EXPECT_EQ(theFrameworks().created, theFrameworks().gone);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -316,11 +316,11 @@ TEST_F(Burn, ARecorderThatIsNotListedIsNotAskedAnything) {
   const int offset = 0;
   void* const stranger = &m_image;
   for (const bool has_list : {true, false}) {
-    theDesk().calls.clear();
-    theDesk().has_device_list = has_list;
+    theFrameworks().calls.clear();
+    theFrameworks().has_device_list = has_list;
     const doubles::Pool pool;
     theModule().burn_image(stranger, 1, &offset, "/dev/null", false, false);
-    EXPECT_THAT(theDesk().calls, ElementsAre("devices"));
+    EXPECT_THAT(theFrameworks().calls, ElementsAre("devices"));
   }
 }
 
@@ -345,9 +345,9 @@ TEST_F(Listing, ShowsVendorAndProductAndKeepsTheRecorderItself) {
               ElementsAre("ACME X1", "X2", "ACME"));
   ASSERT_EQ(m_combo.item_data.size(), 3U);
   for (size_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(m_combo.item_data[i], reinterpret_cast<intptr_t>(theDesk().devices[i].object));
+    EXPECT_EQ(m_combo.item_data[i], reinterpret_cast<intptr_t>(theFrameworks().devices[i].object));
   }
-  EXPECT_THAT(theDesk().calls, ElementsAre("devices", "info a", "info b", "info c"));
+  EXPECT_THAT(theFrameworks().calls, ElementsAre("devices", "info a", "info b", "info c"));
 }
 
 TEST_F(Listing, LeavesOutARecorderWithoutADescriptionOrWithoutNames) {
@@ -361,7 +361,7 @@ TEST_F(Listing, LeavesOutARecorderWithoutADescriptionOrWithoutNames) {
 TEST_F(Listing, IsEmptyWithoutRecorders) {
   EXPECT_THAT(list({}), IsEmpty());
   doubles::setDevices({Device{.name = "hidden"}});
-  theDesk().has_device_list = false;
+  theFrameworks().has_device_list = false;
   const doubles::Pool pool;
   theModule().list_recorders(&m_combo);
   EXPECT_THAT(m_combo.items, IsEmpty());

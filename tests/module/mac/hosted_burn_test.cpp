@@ -17,8 +17,8 @@ constexpr int kDriveBox = 1015;
 constexpr int kEjectBox = 1016;
 constexpr int kSector = 2352;
 
-// A recorder that takes every track whole, block by block, in the order its test wants.
-class RecorderDouble final : public DiscRecordingService {
+// A recording service that takes every track whole, block by block, in the order its test wants.
+class TrackTakingService final : public DiscRecordingService {
  public:
   struct Track {
     int length;
@@ -93,7 +93,7 @@ class RecorderDouble final : public DiscRecordingService {
   char m_burn = 0;
 };
 
-RecorderDouble* g_recorder;
+TrackTakingService* g_recorder;
 
 }  // namespace
 
@@ -124,7 +124,7 @@ class HostedBurn : public fake_host::BoundSession, public testing::Test {
     sink.finish();
   }
 
-  RecorderDouble m_recorder;
+  TrackTakingService m_recorder;
   std::vector<std::string> m_entries;
 };
 

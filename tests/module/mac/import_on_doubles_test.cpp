@@ -8,7 +8,7 @@
 #include <iostream>
 
 #include "tests/fake_host/windowing_layer.h"
-#include "tests/module/mac/doubles/stage.h"
+#include "tests/module/mac/doubles/objective_c_calls.h"
 
 namespace {
 
@@ -37,7 +37,7 @@ struct Case {
     std::cerr << dlerror() << '\n';
     std::_Exit(1);
   }
-  const auto& lines = doubles::theDesk().log_lines;
+  const auto& lines = doubles::theFrameworks().log_lines;
   if (lines != c.lines) std::cerr << "log: " << testing::PrintToString(lines) << '\n';
   if (layer.lookups.size() != c.lookups) std::cerr << "lookups: " << layer.lookups.size() << '\n';
   const bool hook_answers = reinterpret_cast<int (*)()>(dlsym(handle, "QUELM_dllMain"))() == 1;

@@ -8,6 +8,7 @@
 #include "tests/fake_host/session.h"
 #include "tests/fake_host/standard_error.h"
 #include "tests/fake_host/system_log.h"
+#include "tests/kit/child_process.h"
 
 namespace {
 
@@ -92,17 +93,10 @@ TEST(Import, AProviderWithoutALookupFunctionIsNone) {
 }
 
 TEST(Import, AProcessWithoutTheProvidersSymbolHasNone) {
-  const std::string command =
-      std::string("'") + LOAD_WITHOUT_PROVIDER + "' '" + fake_host::LoadedModule::file() + "' 2>&1";
-  std::FILE* child = popen(command.c_str(), "r");
-  ASSERT_NE(child, nullptr);
-  std::string output;
-  std::array<char, 256> piece = {};
-  while (std::fgets(piece.data(), static_cast<int>(piece.size()), child) != nullptr) {
-    output += piece.data();
-  }
-  EXPECT_EQ(pclose(child), 0);
-  EXPECT_EQ(output, "QUELM API provider not found\n");
+  const test_kit::EndedProcess loading =
+      test_kit::runProcess({LOAD_WITHOUT_PROVIDER, fake_host::LoadedModule::file()});
+  EXPECT_EQ(loading.status, 0);
+  EXPECT_EQ(loading.all, "QUELM API provider not found\n");
 }
 
 TEST(Import, EachMissingNameIsLoggedAndTheOthersAreBound) {

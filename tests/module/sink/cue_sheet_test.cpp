@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "tests/fake_host/system_calls.h"
+#include "tests/fake_host/system_call_script.h"
 #include "tests/module/sink/render_case.h"
 
 namespace sink_test {

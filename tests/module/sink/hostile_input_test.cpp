@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "tests/fake_host/allocation.h"
-#include "tests/fake_host/system_calls.h"
+#include "tests/fake_host/system_call_script.h"
 #include "tests/module/sink/render_case.h"
 
 namespace sink_test {

@@ -9,10 +9,13 @@
 #include <string>
 #include <vector>
 
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::Call;
+using test_kit::SystemCalls;
 
 struct OrderCase {
   const char* a;

@@ -14,11 +14,17 @@
 
 #include "abi/host_functions.h"
 #include "tests/fake_host/files.h"
-#include "tests/module/support/other_process.h"
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/other_process.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::anotherProcessCanLock;
+using test_kit::Call;
+using test_kit::LockHolder;
+using test_kit::startedProgramInherits;
+using test_kit::SystemCalls;
 
 using fake_host::noise;
 using fake_host::readText;

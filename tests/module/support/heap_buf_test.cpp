@@ -6,10 +6,14 @@
 #include <climits>
 #include <cstring>
 
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::Call;
+using test_kit::CallRecord;
+using test_kit::SystemCalls;
 
 /// Bytes of the block that an empty buffer takes for `size`.
 int64_t firstAllocation(int granularity, int size) {

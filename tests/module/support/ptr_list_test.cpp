@@ -6,10 +6,13 @@
 #include <vector>
 
 #include "module/support/ydk_string.h"
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::Call;
+using test_kit::SystemCalls;
 
 /// Tells of its end.
 class Tracked {

@@ -6,10 +6,13 @@
 #include <climits>
 #include <cstdint>
 
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::Call;
+using test_kit::SystemCalls;
 
 TEST(TypedBuf, CountsElementsNotBytes) {
   YDK_TypedBuf<double> times;

@@ -6,10 +6,13 @@
 #include <climits>
 #include <string>
 
-#include "tests/module/support/system_calls.h"
+#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {
+
+using test_kit::Call;
+using test_kit::SystemCalls;
 
 void failAllocations(SystemCalls& calls) {
   calls.fail(Call::kRealloc, ENOMEM);

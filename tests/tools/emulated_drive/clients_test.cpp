@@ -7,26 +7,26 @@
 
 #include <chrono>
 
-#include "tests/tools/emulated_drive/recorder_directory.h"
-#include "tests/tools/emulated_drive/wave_file.h"
+#include "tests/kit/child_process.h"
+#include "tests/tools/emulated_drive/two_emulated_drives.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-class Clients : public TwoDrives {
+class Clients : public TwoEmulatedDrives {
  protected:
   void SetUp() override {
-    TwoDrives::SetUp();
+    TwoEmulatedDrives::SetUp();
     const int lengths[] = {350, 300, 420};
     for (unsigned i = 0; i < std::size(lengths); ++i) {
       m_tracks.push_back(noise(i, lengths[i]));
       m_album += m_tracks.back();
-      store(m_root / ("track" + std::to_string(i + 1) + ".wav"), wave(m_tracks.back()));
+      writeFile(m_root / ("track" + std::to_string(i + 1) + ".wav"), wavFile(m_tracks.back()));
     }
-    store(m_root / "album.toc", R"(CD_DA
+    writeFile(m_root / "album.toc", R"(CD_DA
 CATALOG "4006381333931"
 CD_TEXT { LANGUAGE_MAP { 0 : EN } LANGUAGE 0 { TITLE "Night" PERFORMER "The Band" } }
 TRACK AUDIO
@@ -49,14 +49,13 @@ INDEX 00:02:00
 
   /// Runs a shell line that sees the drives, in the test's directory. `output` is what it said.
   int run(const std::string& line) {
-    store(m_root / "line.sh", "cd '" + m_root.string() + "'\nexec 2>&1\n" + line + "\n");
-    const std::string command = std::string("'" VELMOR_BINARY_DIR "/velmor-recorder' run '") +
-                                (m_root / "drives").string() + "' -- timeout 30 sh '" +
-                                (m_root / "line.sh").string() + "' >'" +
-                                (m_root / "output").string() + "' 2>&1 </dev/null";
-    const int status = std::system(command.c_str());
-    m_output = contentOf(m_root / "output");
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    writeFile(m_root / "line.sh", "exec 2>&1\n" + line + "\n");
+    const test_kit::EndedProcess ended =
+        test_kit::runProcess({VELMOR_BINARY_DIR "/velmor-emulated-drive", "run", m_root / "drives",
+                              "--", "sh", m_root / "line.sh"},
+                             {.folder = m_root, .limit = std::chrono::seconds(30)});
+    m_output = ended.all;
+    return ended.status;
   }
   int cdrdao(const std::string& what, const std::string& rest, int drive = 1) {
     return run("cdrdao " + what + " --device " + device(drive) + " --driver generic-mmc:0x10 " +
@@ -68,7 +67,7 @@ INDEX 00:02:00
 
   std::vector<int32_t> starts(int drive) const {
     std::vector<int32_t> found;
-    for (const Track& track : disc(drive).tracks) {
+    for (const RecordedTrack& track : disc(drive).tracks) {
       found.push_back(track.start());
     }
     return found;
@@ -85,7 +84,7 @@ TEST_F(Clients, CdrskinBurnsAnAlbumByteForByte) {
   EXPECT_TRUE(burned(1) == m_album);
   EXPECT_THAT(starts(1), ElementsAre(0, 350, 650));
   EXPECT_EQ(disc(1).lead_out, 1070);
-  EXPECT_EQ(disc(0).state, DiscState::kBlank);
+  EXPECT_EQ(disc(0).state, DiscStatus::kBlank);
 }
 
 TEST_F(Clients, WodimBurnsAnAlbumByteForByte) {
@@ -158,17 +157,17 @@ TEST_F(Clients, CdInfoReadsTracksCodesAndTexts) {
 
 TEST_F(Clients, ATestWriteLeavesTheDiscBlank) {
   ASSERT_EQ(burnWithCdrdao("--simulate"), 0) << m_output;
-  EXPECT_EQ(disc(1).state, DiscState::kBlank);
+  EXPECT_EQ(disc(1).state, DiscStatus::kBlank);
   EXPECT_EQ(burned(1), "");
 }
 
 TEST_F(Clients, ARewritableDiscIsBlankedAndBurnedAgain) {
-  Disc rewritable;
-  rewritable.medium = Medium::kCdRw;
+  EmulatedDisc rewritable;
+  rewritable.medium = MediumType::kCdRw;
   m_drives[1].saveDisc(rewritable);
   ASSERT_EQ(burnWithCdrdao(), 0) << m_output;
   ASSERT_EQ(run("cdrskin dev=/dev/sr31 blank=fast"), 0) << m_output;
-  EXPECT_EQ(disc(1).state, DiscState::kBlank);
+  EXPECT_EQ(disc(1).state, DiscStatus::kBlank);
   ASSERT_EQ(burnWithCdrdao(), 0) << m_output;
   EXPECT_TRUE(burned(1) == m_album);
 }
@@ -189,10 +188,10 @@ TEST_F(Clients, WodimListsBothDrivesUnderTheirFormerNames) {
 }
 
 TEST_F(Clients, ABadSectorFailsTheBurn) {
-  change(1, [](Settings& settings) { settings.faults.write_error_at = 500; });
+  change(1, [](DriveSettings& settings) { settings.faults.write_error_at = 500; });
   EXPECT_NE(burnWithCdrdao(), 0);
   EXPECT_THAT(m_output, HasSubstr("Medium Error"));
-  EXPECT_EQ(disc(1).state, DiscState::kIncomplete);
+  EXPECT_EQ(disc(1).state, DiscStatus::kIncomplete);
 }
 
 TEST_F(Clients, AnEmptyTrayFailsTheBurn) {
@@ -209,15 +208,17 @@ TEST_F(Clients, AClosedDiscFailsTheBurn) {
 }
 
 TEST_F(Clients, ASmallDiscFailsTheBurnBeforeAnythingIsWritten) {
-  Disc small;
+  EmulatedDisc small;
   small.capacity = 1000;
   m_drives[1].saveDisc(small);
   EXPECT_NE(burnWithCdrdao(), 0) << m_output;
-  EXPECT_EQ(disc(1).state, DiscState::kBlank);
+  EXPECT_EQ(disc(1).state, DiscStatus::kBlank);
 }
 
 TEST_F(Clients, ASlowDriveTakesItsTime) {
-  change(1, [](Settings& settings) { settings.faults.write_delay = std::chrono::milliseconds(5); });
+  change(1, [](DriveSettings& settings) {
+    settings.faults.write_delay = std::chrono::milliseconds(5);
+  });
   const auto before = std::chrono::steady_clock::now();
   ASSERT_EQ(burnWithCdrdao(), 0) << m_output;
   // 1220 sectors in commands of at most 64 KiB are at least 45 writes.
@@ -226,13 +227,13 @@ TEST_F(Clients, ASlowDriveTakesItsTime) {
 }
 
 TEST_F(Clients, ABusyDriveIsNotOpened) {
-  change(1, [](Settings& settings) { settings.busy = true; });
+  change(1, [](DriveSettings& settings) { settings.busy = true; });
   EXPECT_NE(burnWithCdrdao(), 0);
   EXPECT_THAT(m_output, HasSubstr("resource busy"));
 }
 
 TEST_F(Clients, ADriveWithoutPermissionIsNotOpened) {
-  change(1, [](Settings& settings) { settings.deny = true; });
+  change(1, [](DriveSettings& settings) { settings.deny = true; });
   EXPECT_NE(burnWithCdrdao(), 0);
   EXPECT_THAT(m_output, HasSubstr("ermission denied"));
   EXPECT_EQ(run("cdrskin --devices"), 0);
@@ -246,4 +247,4 @@ TEST_F(Clients, RealDrivesAreHiddenWhileEmulationIsOn) {
 }
 
 }  // namespace
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -1,13 +1,14 @@
-// velmor-recorder on the command line: what it makes, what it shows, and what it says when it
+// velmor-emulated-drive on the command line: what it makes, what it shows, and what it says when it
 // cannot.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include "tests/tools/emulated_drive/recorder_directory.h"
+#include "tests/kit/child_process.h"
+#include "tests/tools/emulated_drive/two_emulated_drives.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 namespace {
 
 namespace fs = std::filesystem;
@@ -16,52 +17,53 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-class Command : public TwoDrives {
+class EmulatedDriveCommand : public TwoEmulatedDrives {
  protected:
-  /// Runs velmor-recorder in the test's directory, whose drives lie in "drives". Answers its exit
-  /// status; `out` and `err` are what it said.
+  /// Runs velmor-emulated-drive in the test's directory, whose drives lie in "drives". Answers its
+  /// exit status; `out` and `err` are what it said.
   int run(const std::string& arguments) {
-    const std::string line = "cd '" + m_root.string() +
-                             "' && '" VELMOR_BINARY_DIR "/velmor-recorder' " + arguments +
-                             " >out 2>err </dev/null";
-    const int status = std::system(line.c_str());
-    m_out = contentOf(m_root / "out");
-    m_err = contentOf(m_root / "err");
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    const test_kit::EndedProcess ended = test_kit::runShell(
+        "'" VELMOR_BINARY_DIR "/velmor-emulated-drive' " + arguments, {.folder = m_root});
+    m_out = ended.out;
+    m_err = ended.err;
+    return ended.status;
   }
-  Settings settings(std::size_t drive) const { return m_drives[drive].settings(); }
+  DriveSettings settings(std::size_t drive) const { return m_drives[drive].settings(); }
 
   std::string m_out, m_err;
 };
 
-TEST_F(Command, TellsTheVersionOfTheProject) {
+TEST_F(EmulatedDriveCommand, TellsTheVersionOfTheProject) {
   EXPECT_EQ(run("--version"), 0);
-  EXPECT_EQ(m_out, "velmor-recorder " VELMOR_VERSION "\n");
+  EXPECT_EQ(m_out, "velmor-emulated-drive " VELMOR_VERSION "\n");
 }
 
 struct Mistake {
   const char* name;
   const char* arguments;
-  const char* said;  // after "velmor-recorder: ", with nothing behind it
+  const char* said;  // after "velmor-emulated-drive: ", with nothing behind it
 };
 
-class ACommand : public Command, public ::testing::WithParamInterface<Mistake> {};
+class AnEmulatedDriveCommand : public EmulatedDriveCommand,
+                               public ::testing::WithParamInterface<Mistake> {};
 
-TEST_P(ACommand, IsRefused) {
+TEST_P(AnEmulatedDriveCommand, IsRefused) {
+  writeFile(m_root / "a-file", "");
   const std::string before = contentOf(m_drives[0].settingsFile());
   EXPECT_EQ(run(GetParam().arguments), 1);
-  EXPECT_EQ(m_err, "velmor-recorder: " + std::string(GetParam().said) + "\n");
+  EXPECT_EQ(m_err, "velmor-emulated-drive: " + std::string(GetParam().said) + "\n");
   EXPECT_EQ(m_out, "");
   EXPECT_EQ(contentOf(m_drives[0].settingsFile()), before);
-  EXPECT_EQ(disc(0).state, DiscState::kBlank);
+  EXPECT_EQ(disc(0).state, DiscStatus::kBlank);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Because, ACommand,
+    Because, AnEmulatedDriveCommand,
     ::testing::Values(
         Mistake{"ThereAreDrivesAlready", "create drives",
                 "drives: holds drives already; take another directory"},
-        Mistake{"AFileIsInTheWay", "create err", "err/drive00: cannot be made: Not a directory"},
+        Mistake{"AFileIsInTheWay", "create a-file",
+                "a-file/drive00: cannot be made: Not a directory"},
         Mistake{"ThereAreNoDrives", "show .", ".: no drives here; \"create\" makes them"},
         Mistake{"ThereIsNoDirectory", "show nowhere",
                 "nowhere: no drives here; \"create\" makes them"},
@@ -96,13 +98,14 @@ INSTANTIATE_TEST_SUITE_P(
                 "./no-such-program: cannot be run: No such file or directory"}),
     [](const auto& mistake) { return std::string(mistake.param.name); });
 
-TEST_F(Command, ASettingsFileThatCannotBeReadIsNamedWithItsLine) {
-  store(m_drives[1].settingsFile(), "# mine\ndevice = /dev/sr31\nbusy\n");
+TEST_F(EmulatedDriveCommand, ASettingsFileThatCannotBeReadIsNamedWithItsLine) {
+  writeFile(m_drives[1].settingsFile(), "# mine\ndevice = /dev/sr31\nbusy\n");
   EXPECT_EQ(run("show drives"), 1);
-  EXPECT_EQ(m_err, "velmor-recorder: drives/drive01/drive.conf:3: a line reads \"key = value\"\n");
+  EXPECT_EQ(m_err,
+            "velmor-emulated-drive: drives/drive01/drive.conf:3: a line reads \"key = value\"\n");
 }
 
-TEST_F(Command, AWordThatIsNoCommandIsRefused) {
+TEST_F(EmulatedDriveCommand, AWordThatIsNoCommandIsRefused) {
   EXPECT_NE(run(""), 0);
   EXPECT_THAT(m_err, HasSubstr("subcommand is required"));
   EXPECT_NE(run("insert drives 0 --medium dvd"), 0);
@@ -112,7 +115,7 @@ TEST_F(Command, AWordThatIsNoCommandIsRefused) {
   EXPECT_FALSE(fs::exists(m_root / "elsewhere"));
 }
 
-TEST_F(Command, ANewDirectoryHasDrivesWithBlankDiscs) {
+TEST_F(EmulatedDriveCommand, ANewDirectoryHasDrivesWithBlankDiscs) {
   ASSERT_EQ(run("create new --drives 2 --first-device 4 --medium cd-rw --minutes 10"), 0) << m_err;
   EXPECT_EQ(m_out, "drive00 /dev/sr4\ndrive01 /dev/sr5\n");
   ASSERT_EQ(run("show new"), 0);
@@ -123,7 +126,7 @@ TEST_F(Command, ANewDirectoryHasDrivesWithBlankDiscs) {
             "  CD-RW, room for 10:00:00 (45000 sectors), blank\n");
 }
 
-TEST_F(Command, ADiscIsPutInAndTakenOut) {
+TEST_F(EmulatedDriveCommand, ADiscIsPutInAndTakenOut) {
   ASSERT_EQ(run("insert drives /dev/sr31 --closed --capacity 1000"), 0) << m_err;
   ASSERT_EQ(run("show drives 1"), 0);
   EXPECT_EQ(m_out,
@@ -139,7 +142,7 @@ TEST_F(Command, ADiscIsPutInAndTakenOut) {
   EXPECT_EQ(m_out, "drive01: /dev/sr31, VELMOR TEST DRIVE 2\n  no disc\n");
 }
 
-TEST_F(Command, FaultsAreShownAndHealed) {
+TEST_F(EmulatedDriveCommand, FaultsAreShownAndHealed) {
   ASSERT_EQ(run("set drives 0 write-error-at=500 read-error-at=-10 write-delay-ms=5 busy=yes "
                 "deny=yes becoming-ready-polls=3"),
             0)
@@ -164,14 +167,14 @@ TEST_F(Command, FaultsAreShownAndHealed) {
   EXPECT_THAT(m_out, Not(HasSubstr("fault")));
 }
 
-TEST_F(Command, AudioIsExtractedByDiscAndByTrack) {
-  Disc recorded = disc(0);
-  recorded.state = DiscState::kComplete;
+TEST_F(EmulatedDriveCommand, AudioIsExtractedByDiscAndByTrack) {
+  EmulatedDisc recorded = disc(0);
+  recorded.state = DiscStatus::kComplete;
   recorded.tracks = {{1, 0, -150, {0}, ""}, {2, 0, 300, {375}, ""}};
   recorded.lead_out = 700;
   m_drives[0].saveDisc(recorded);
   const std::string audio = noise(1, 700);
-  store(m_drives[0].audioFile(), std::string(std::size_t{150} * kSectorBytes, '\0') + audio);
+  writeFile(m_drives[0].audioFile(), std::string(std::size_t{150} * kSectorBytes, '\0') + audio);
   ASSERT_EQ(run("extract drives 0 album.raw"), 0) << m_err;
   EXPECT_EQ(m_out, "700 sectors\n");
   EXPECT_TRUE(contentOf(m_root / "album.raw") == audio);
@@ -181,36 +184,37 @@ TEST_F(Command, AudioIsExtractedByDiscAndByTrack) {
   ASSERT_EQ(run("extract drives 0 two.raw --track 2"), 0) << m_err;
   EXPECT_TRUE(contentOf(m_root / "two.raw") == audio.substr(std::size_t{375} * kSectorBytes));
   EXPECT_EQ(run("extract drives 0 three.raw --track 3"), 1);
-  EXPECT_EQ(m_err, "velmor-recorder: --track 3: the disc has tracks 1 to 2\n");
+  EXPECT_EQ(m_err, "velmor-emulated-drive: --track 3: the disc has tracks 1 to 2\n");
   EXPECT_EQ(run("extract drives 0 nowhere/album.raw"), 1);
-  EXPECT_EQ(m_err, "velmor-recorder: nowhere/album.raw: cannot be written\n");
+  EXPECT_EQ(m_err, "velmor-emulated-drive: nowhere/album.raw: cannot be written\n");
 }
 
-TEST_F(Command, ARecordingThatBrokeOffIsCalledSo) {
-  Disc broken = disc(0);
-  broken.state = DiscState::kIncomplete;
+TEST_F(EmulatedDriveCommand, ARecordingThatBrokeOffIsCalledSo) {
+  EmulatedDisc broken = disc(0);
+  broken.state = DiscStatus::kIncomplete;
   m_drives[0].saveDisc(broken);
   ASSERT_EQ(run("show drives 0"), 0);
   EXPECT_THAT(m_out, HasSubstr("incomplete: a recording was begun and not finished"));
 }
 
-TEST_F(Command, AProgramThatSeesTheDrivesKeepsItsExitStatus) {
+TEST_F(EmulatedDriveCommand, AProgramThatSeesTheDrivesKeepsItsExitStatus) {
   EXPECT_EQ(run("run drives -- sh -c 'exit 7'"), 7);
   EXPECT_EQ(m_err, "");
 }
 
-TEST_F(Command, ADirectoryWithoutDrivesIsToldToTheProgramsUser) {
+TEST_F(EmulatedDriveCommand, ADirectoryWithoutDrivesIsToldToTheProgramsUser) {
   EXPECT_EQ(run("run . -- test -e /dev/sr30"), 1);
-  EXPECT_THAT(m_err, AllOf(StartsWith("velmor-recorder: "),
-                           HasSubstr("holds no drive; \"velmor-recorder create\" makes one")));
+  EXPECT_THAT(m_err,
+              AllOf(StartsWith("velmor-emulated-drive: "),
+                    HasSubstr("holds no drive; \"velmor-emulated-drive create\" makes one")));
 }
 
-TEST_F(Command, ADriveThatCannotBeReadIsLeftOutAndSaidSo) {
-  store(m_drives[1].settingsFile(), "busy = maybe\n");
+TEST_F(EmulatedDriveCommand, ADriveThatCannotBeReadIsLeftOutAndSaidSo) {
+  writeFile(m_drives[1].settingsFile(), "busy = maybe\n");
   EXPECT_EQ(run("run drives -- test -e /dev/sr30"), 0);
   EXPECT_THAT(m_err, HasSubstr("drive01/drive.conf:1: \"busy = maybe\": expected yes or no"));
   EXPECT_EQ(run("run drives -- test -e /dev/sr31"), 1);
 }
 
 }  // namespace
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -12,28 +12,28 @@
 #include <array>
 #include <cerrno>
 
-#include "tests/tools/emulated_drive/recorder_directory.h"
+#include "tests/tools/emulated_drive/two_emulated_drives.h"
 #include "tools/emulated_drive/interpose/trace.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 namespace {
 
 namespace fs = std::filesystem;
 
 /// The first drive, open.
-class AnOpenDrive : public TwoDrives {
+class AnOpenDrive : public TwoEmulatedDrives {
  protected:
   void SetUp() override {
-    TwoDrives::SetUp();
-    ::setenv("VELMOR_RECORDER_DIR", (m_root / "drives").c_str(), 1);
+    TwoEmulatedDrives::SetUp();
+    ::setenv("VELMOR_EMULATED_DRIVE_DIR", (m_root / "drives").c_str(), 1);
     m_drive = ::open("/dev/sr30", O_RDWR | O_NONBLOCK);
     ASSERT_GE(m_drive, 0);
   }
   void TearDown() override {
     ::close(m_drive);
-    ::unsetenv("VELMOR_RECORDER_DIR");
+    ::unsetenv("VELMOR_EMULATED_DRIVE_DIR");
     ::unsetenv(kTraceVariable);
-    TwoDrives::TearDown();
+    TwoEmulatedDrives::TearDown();
   }
   void traceInto(const fs::path& file) { ::setenv(kTraceVariable, file.c_str(), 1); }
 
@@ -55,8 +55,8 @@ class AnOpenDrive : public TwoDrives {
     return header;
   }
   void closeTheDiscWithTwoTracks() {
-    Disc recorded = disc(0);
-    recorded.state = DiscState::kComplete;
+    EmulatedDisc recorded = disc(0);
+    recorded.state = DiscStatus::kComplete;
     recorded.tracks = {{1, 0, -150, {0}, ""}, {2, 2, 300, {375}, ""}};
     recorded.lead_out = 700;
     recorded.mcn = "4006381333931";
@@ -187,7 +187,7 @@ TEST_F(AnOpenDrive, MovesItsTrayUnlessItIsLocked) {
 }
 
 TEST_F(AnOpenDrive, WhoseFolderCannotBeReadFailsAsADeviceDoes) {
-  store(m_drives[0].discFile(), "medium = vinyl\n");
+  writeFile(m_drives[0].discFile(), "medium = vinyl\n");
   ::testing::internal::CaptureStderr();
   sg_io_hdr_t header = reading(m_test_unit_ready, sizeof m_test_unit_ready);
   EXPECT_EQ(reasonOf(SG_IO, &header), EIO);
@@ -229,4 +229,4 @@ TEST_F(AnOpenDrive, IsNotTracedIntoAnEmptyNameAndNotDisturbedByAnImpossibleOne) 
 }
 
 }  // namespace
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

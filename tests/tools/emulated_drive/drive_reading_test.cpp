@@ -2,33 +2,33 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/tools/emulated_drive/drive_on_bench.h"
+#include "tests/tools/emulated_drive/emulated_drive_case.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 namespace {
 
-class ABurnedDisc : public DriveOnBench {
+class ABurnedDisc : public EmulatedDriveCase {
  protected:
   void SetUp() override { burnTwoTracks(); }
 };
 
 TEST_F(ABurnedDisc, HasItsTracksInTheTableOfContents) {
-  const Bytes toc = readToc(0).data;
-  const Bytes expected = {0, 26,   1, 2,              // length, first and last track
-                          0, 0x10, 1, 0, 0, 0, 0, 0,  //
-                          0, 0x12, 2, 0, 0, 0, 1, 0x77, 0, 0x12, 0xAA, 0, 0, 0, 3, 7};
+  const ByteBuffer toc = readToc(0).data;
+  const ByteBuffer expected = {0, 26,   1, 2,              // length, first and last track
+                               0, 0x10, 1, 0, 0, 0, 0, 0,  //
+                               0, 0x12, 2, 0, 0, 0, 1, 0x77, 0, 0x12, 0xAA, 0, 0, 0, 3, 7};
   EXPECT_EQ(toc, expected);
 }
 
 TEST_F(ABurnedDisc, TellsTimesInsteadOfAddressesWhenAsked) {
-  const Bytes toc = readToc(0, 2, true).data;
-  const Bytes expected = {0, 18,   1, 2,  //
-                          0, 0x12, 2, 0, 0, 0, 7, 0, 0, 0x12, 0xAA, 0, 0, 0, 12, 25};
+  const ByteBuffer toc = readToc(0, 2, true).data;
+  const ByteBuffer expected = {0, 18,   1, 2,  //
+                               0, 0x12, 2, 0, 0, 0, 7, 0, 0, 0x12, 0xAA, 0, 0, 0, 12, 25};
   EXPECT_EQ(toc, expected);
 }
 
 TEST_F(ABurnedDisc, HasItsLeadOutAlone) {
-  const Bytes toc = readToc(0, 0xAA).data;
+  const ByteBuffer toc = readToc(0, 0xAA).data;
   EXPECT_EQ(toc.size(), 12u);
   EXPECT_EQ(toc[6], 0xAA);
 }
@@ -42,7 +42,7 @@ TEST_F(ABurnedDisc, GivesNoMoreThanTheHostHasRoomFor) {
 }
 
 TEST_F(ABurnedDisc, HasOneSession) {
-  const Bytes information = readToc(1).data;
+  const ByteBuffer information = readToc(1).data;
   ASSERT_EQ(information.size(), 12u);
   EXPECT_EQ(information[2], 1);
   EXPECT_EQ(information[3], 1);
@@ -50,7 +50,7 @@ TEST_F(ABurnedDisc, HasOneSession) {
 }
 
 TEST_F(ABurnedDisc, HasPointsForFirstLastLeadOutAndTracksInItsLeadIn) {
-  const Bytes full = readToc(2).data;
+  const ByteBuffer full = readToc(2).data;
   ASSERT_EQ(full.size(), 4u + 5 * 11);
   const uint8_t points[] = {0xA0, 0xA1, 0xA2, 1, 2};
   for (std::size_t i = 0; i < std::size(points); ++i) {
@@ -67,7 +67,7 @@ TEST_F(ABurnedDisc, WithoutCdTextHasNone) {
 }
 
 TEST_F(ABurnedDisc, StillTellsItsMake) {
-  const Bytes atip = readToc(4).data;
+  const ByteBuffer atip = readToc(4).data;
   ASSERT_EQ(atip.size(), 28u);
   EXPECT_EQ(atip[8], 97);
   EXPECT_EQ(atip[12], 79);
@@ -106,7 +106,7 @@ TEST_F(ABurnedDisc, NamesTheSectorThatCannotBeRead) {
   m_drive.setFaults(faults);
   EXPECT_FALSE(readCd(10, 10).sense);
   const Reply reply = readCd(15, 10);
-  EXPECT_EQ(reply.sense, (Sense{0x3, 0x11, 0x06}));  // audio has the CIRC and no layer above it
+  EXPECT_EQ(reply.sense, (SenseData{0x3, 0x11, 0x06}));  // audio has the CIRC and no layer above it
   EXPECT_EQ(reply.sense->sector, 20);
 }
 
@@ -122,7 +122,7 @@ TEST_F(ABurnedDisc, CountsDownInThePregapAndUpInTheTrack) {
       {375, {0x21, 2, 1, 0, 0, 0, 0, 0, 0x07, 0}},
   };
   for (const auto& [lba, q] : expected) {
-    const Bytes data = readCd(lba, 1, 0x00, 2).data;
+    const ByteBuffer data = readCd(lba, 1, 0x00, 2).data;
     ASSERT_EQ(data.size(), 16u);
     EXPECT_TRUE(std::equal(q, q + 10, data.begin())) << lba;
   }
@@ -136,10 +136,10 @@ TEST_F(ABurnedDisc, TellsThePChannelBesideTheFormattedQ) {
 }
 
 TEST_F(ABurnedDisc, CarriesTheSameQInTheRawSubChannels) {
-  const Bytes q = readCd(310, 1, 0x00, 2).data;
-  const Bytes raw = readCd(310, 1, 0x00, 1).data;
+  const ByteBuffer q = readCd(310, 1, 0x00, 2).data;
+  const ByteBuffer raw = readCd(310, 1, 0x00, 1).data;
   ASSERT_EQ(raw.size(), 96u);
-  Bytes gathered(12);
+  ByteBuffer gathered(12);
   for (std::size_t i = 0; i < raw.size(); ++i) {
     gathered[i / 8] = static_cast<uint8_t>(gathered[i / 8] << 1 | (raw[i] >> 6 & 1));
     EXPECT_EQ(raw[i] & 0x80, 0x80) << "P marks the pregap";
@@ -148,14 +148,14 @@ TEST_F(ABurnedDisc, CarriesTheSameQInTheRawSubChannels) {
 }
 
 TEST_F(ABurnedDisc, GivesAudioAndSubChannelSideBySide) {
-  const Bytes data = readCd(7, 2, 0xF8, 2).data;
+  const ByteBuffer data = readCd(7, 2, 0xF8, 2).data;
   ASSERT_EQ(data.size(), 2u * (2352 + 16));
-  const Bytes second = sectorsFrom(8, 1);
+  const ByteBuffer second = sectorsFrom(8, 1);
   EXPECT_TRUE(std::equal(second.begin(), second.end(), data.begin() + 2352 + 16));
 }
 
 TEST_F(ABurnedDisc, DescribesItselfAsClosed) {
-  const Bytes information = send({0x51, 0, 0, 0, 0, 0, 0, 0, 34}).data;
+  const ByteBuffer information = send({0x51, 0, 0, 0, 0, 0, 0, 0, 34}).data;
   ASSERT_EQ(information.size(), 34u);
   EXPECT_EQ(information[2] & 0x1F, 0x0E);
   EXPECT_EQ(information[3], 1);
@@ -163,13 +163,13 @@ TEST_F(ABurnedDisc, DescribesItselfAsClosed) {
 }
 
 TEST_F(ABurnedDisc, DescribesItsTracks) {
-  const Bytes second = send({0x52, 1, 0, 0, 0, 2, 0, 0, 36}).data;
+  const ByteBuffer second = send({0x52, 1, 0, 0, 0, 2, 0, 0, 36}).data;
   ASSERT_EQ(second.size(), 36u);
   EXPECT_EQ(second[2], 2);
   EXPECT_EQ(second[5] & 0x0F, 2);
   EXPECT_EQ(loadBig32(&second[8]), 375u);
   EXPECT_EQ(loadBig32(&second[24]), 400u);
-  const Bytes first = send({0x52, 0, 0, 0, 0, 10, 0, 0, 36}).data;
+  const ByteBuffer first = send({0x52, 0, 0, 0, 0, 10, 0, 0, 36}).data;
   EXPECT_EQ(first[2], 1);
   EXPECT_EQ(loadBig32(&first[24]), 300u);
   EXPECT_EQ(send({0x52, 1, 0, 0, 0, 3, 0, 0, 36}).sense, kInvalidFieldInCommand);
@@ -177,35 +177,35 @@ TEST_F(ABurnedDisc, DescribesItsTracks) {
 }
 
 TEST_F(ABurnedDisc, HasItsCapacityInBlocksOfData) {
-  const Bytes capacity = send({0x25}).data;
+  const ByteBuffer capacity = send({0x25}).data;
   EXPECT_EQ(loadBig32(capacity.data()), 774u);
   EXPECT_EQ(loadBig32(&capacity[4]), 2048u);
 }
 
-TEST_F(DriveOnBench, ABlankDiscDescribesItself) {
-  const Bytes information = send({0x51, 0, 0, 0, 0, 0, 0, 0, 34}).data;
+TEST_F(EmulatedDriveCase, ABlankDiscDescribesItself) {
+  const ByteBuffer information = send({0x51, 0, 0, 0, 0, 0, 0, 0, 34}).data;
   EXPECT_EQ(information[2] & 0x1F, 0x00);
   EXPECT_EQ(information[21], 79);
   EXPECT_EQ(information[22], 59);
   EXPECT_EQ(information[23], 70);
-  const Bytes track = send({0x52, 1, 0, 0, 0, 0xFF, 0, 0, 36}).data;
+  const ByteBuffer track = send({0x52, 1, 0, 0, 0, 0xFF, 0, 0, 36}).data;
   EXPECT_EQ(track[6] & 0x40, 0x40);
   EXPECT_EQ(track[7] & 1, 1);
   EXPECT_EQ(loadBig32(&track[16]), 359845u);
 }
 
-TEST_F(DriveOnBench, ABlankDiscHasNoTableOfContents) {
+TEST_F(EmulatedDriveCase, ABlankDiscHasNoTableOfContents) {
   for (const uint8_t format : {uint8_t{0}, uint8_t{1}, uint8_t{2}, uint8_t{5}}) {
     EXPECT_EQ(readToc(format).sense, kInvalidFieldInCommand) << int{format};
   }
   EXPECT_FALSE(readToc(4).sense);
 }
 
-TEST_F(DriveOnBench, TheOldPlaceOfTheTocFormatIsUnderstood) {
+TEST_F(EmulatedDriveCase, TheOldPlaceOfTheTocFormatIsUnderstood) {
   EXPECT_EQ(send({0x43, 0, 0, 0, 0, 0, 0, 0, 4, 0x80}).sense, kInvalidFieldInCommand);
   burnTwoTracks();
   EXPECT_EQ(send({0x43, 0, 0, 0, 0, 0, 0, 1, 0, 0x80}).data, readToc(2).data);
 }
 
 }  // namespace
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -2,16 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/tools/emulated_drive/drive_on_bench.h"
+#include "tests/tools/emulated_drive/emulated_drive_case.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 namespace {
 
-TEST_F(DriveOnBench, WritingWithoutACueSheetIsOutOfSequence) {
+TEST_F(EmulatedDriveCase, WritingWithoutACueSheetIsOutOfSequence) {
   EXPECT_EQ(write(-150, 1).sense, kCommandSequence);
 }
 
-TEST_F(DriveOnBench, OnlyTheNextWritableAddressTakesData) {
+TEST_F(EmulatedDriveCase, OnlyTheNextWritableAddressTakesData) {
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   EXPECT_EQ(write(0, 1).sense, kInvalidAddressForWrite);
   ASSERT_FALSE(write(-150, 10).sense);
@@ -20,13 +20,13 @@ TEST_F(DriveOnBench, OnlyTheNextWritableAddressTakesData) {
   EXPECT_FALSE(write(-140, 1).sense);
 }
 
-TEST_F(DriveOnBench, ARefusedWriteLeavesTheNextAddressAlone) {
+TEST_F(EmulatedDriveCase, ARefusedWriteLeavesTheNextAddressAlone) {
   ASSERT_FALSE(sendCue(twoTracks()).sense);
-  EXPECT_EQ(write(-150, 2, Bytes(2 * 2048)).sense, kDataPhaseError);
+  EXPECT_EQ(write(-150, 2, ByteBuffer(2 * 2048)).sense, kDataPhaseError);
   EXPECT_FALSE(write(-150, 2).sense);
 }
 
-TEST_F(DriveOnBench, NothingFitsBehindTheAnnouncedLeadOut) {
+TEST_F(EmulatedDriveCase, NothingFitsBehindTheAnnouncedLeadOut) {
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   writeUpTo(kTwoTracksEnd - 5);
   EXPECT_EQ(write(kTwoTracksEnd - 5, 6).sense, kAddressOutOfRange);
@@ -34,44 +34,44 @@ TEST_F(DriveOnBench, NothingFitsBehindTheAnnouncedLeadOut) {
   EXPECT_EQ(write(kTwoTracksEnd, 1).sense, kAddressOutOfRange);
 }
 
-TEST_F(DriveOnBench, TheSessionClosesOnlyWhenTheCacheIsFlushedAtTheLeadOut) {
+TEST_F(EmulatedDriveCase, TheSessionClosesOnlyWhenTheCacheIsFlushedAtTheLeadOut) {
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   writeUpTo(kTwoTracksEnd - 1);
   EXPECT_FALSE(synchronize().sense);
-  EXPECT_EQ(m_drive.disc()->state, DiscState::kIncomplete);
+  EXPECT_EQ(m_drive.disc()->state, DiscStatus::kIncomplete);
   ASSERT_FALSE(write(kTwoTracksEnd - 1, 1).sense);
-  EXPECT_EQ(m_drive.disc()->state, DiscState::kIncomplete);
+  EXPECT_EQ(m_drive.disc()->state, DiscStatus::kIncomplete);
   EXPECT_FALSE(synchronize().sense);
-  EXPECT_EQ(m_drive.disc()->state, DiscState::kComplete);
+  EXPECT_EQ(m_drive.disc()->state, DiscStatus::kComplete);
 }
 
-TEST_F(DriveOnBench, WrittenSectorsAreReadBackByteForByte) {
+TEST_F(EmulatedDriveCase, WrittenSectorsAreReadBackByteForByte) {
   burnTwoTracks();
   for (const int32_t lba : {0, 299, 300, 774}) {
     EXPECT_EQ(readCd(lba, 1).data, sectorsFrom(lba, 1)) << lba;
   }
 }
 
-TEST_F(DriveOnBench, ATestWriteChecksEverythingAndStoresNothing) {
+TEST_F(EmulatedDriveCase, ATestWriteChecksEverythingAndStoresNothing) {
   ASSERT_FALSE(modeSelect(2, true).sense);
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   EXPECT_EQ(write(0, 1).sense, kInvalidAddressForWrite);
   writeUpTo(kTwoTracksEnd);
   EXPECT_FALSE(synchronize().sense);
-  EXPECT_EQ(m_drive.disc()->state, DiscState::kBlank);
+  EXPECT_EQ(m_drive.disc()->state, DiscStatus::kBlank);
   EXPECT_EQ(m_surface.written(), 0u);
   EXPECT_EQ(m_drive.generation(), 0u);
   ASSERT_FALSE(modeSelect(2, false).sense);
   burnTwoTracks();
 }
 
-TEST_F(DriveOnBench, AClosedDiscTakesNothingMore) {
+TEST_F(EmulatedDriveCase, AClosedDiscTakesNothingMore) {
   burnTwoTracks();
   EXPECT_EQ(sendCue(twoTracks()).sense, kWriteProtected);
   EXPECT_EQ(write(775, 1).sense, kWriteProtected);
 }
 
-TEST_F(DriveOnBench, AnInterruptedRecordingSpoilsTheDisc) {
+TEST_F(EmulatedDriveCase, AnInterruptedRecordingSpoilsTheDisc) {
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   writeUpTo(100);
   ASSERT_FALSE(synchronize().sense);
@@ -82,7 +82,7 @@ TEST_F(DriveOnBench, AnInterruptedRecordingSpoilsTheDisc) {
   EXPECT_EQ(send({0x5B, 0, 2}).sense, kIncompleteTrackInSession);
 }
 
-TEST_F(DriveOnBench, ModesAndTrayStayPutWhileSectorsWait) {
+TEST_F(EmulatedDriveCase, ModesAndTrayStayPutWhileSectorsWait) {
   ASSERT_FALSE(sendCue(twoTracks()).sense);
   ASSERT_FALSE(write(-150, 1).sense);
   EXPECT_EQ(modeSelect(2).sense, kCommandSequence);
@@ -90,7 +90,7 @@ TEST_F(DriveOnBench, ModesAndTrayStayPutWhileSectorsWait) {
   EXPECT_FALSE(m_drive.trayOpen());
 }
 
-TEST_F(DriveOnBench, ABadSectorEndsTheRecordingAndIsNamed) {
+TEST_F(EmulatedDriveCase, ABadSectorEndsTheRecordingAndIsNamed) {
   Faults faults;
   faults.write_error_at = 40;
   m_drive.setFaults(faults);
@@ -99,11 +99,11 @@ TEST_F(DriveOnBench, ABadSectorEndsTheRecordingAndIsNamed) {
   const Reply reply = write(40, 13);
   EXPECT_EQ(reply.sense, kWriteError);
   EXPECT_EQ(reply.sense->sector, 40);
-  EXPECT_EQ(m_drive.disc()->state, DiscState::kIncomplete);
+  EXPECT_EQ(m_drive.disc()->state, DiscStatus::kIncomplete);
   EXPECT_EQ(write(40, 13).sense, kWriteProtected);
 }
 
-TEST_F(DriveOnBench, ABadSectorInMidCommandIsNamedToo) {
+TEST_F(EmulatedDriveCase, ABadSectorInMidCommandIsNamedToo) {
   Faults faults;
   faults.write_error_at = -145;
   m_drive.setFaults(faults);
@@ -114,7 +114,7 @@ TEST_F(DriveOnBench, ABadSectorInMidCommandIsNamedToo) {
   EXPECT_EQ(loadBig32(&senseBytes(*reply.sense)[3]), static_cast<uint32_t>(-145));
 }
 
-TEST_F(DriveOnBench, ATestWriteDoesNotFindBadSectors) {
+TEST_F(EmulatedDriveCase, ATestWriteDoesNotFindBadSectors) {
   Faults faults;
   faults.write_error_at = 40;
   m_drive.setFaults(faults);
@@ -123,7 +123,7 @@ TEST_F(DriveOnBench, ATestWriteDoesNotFindBadSectors) {
   writeUpTo(kTwoTracksEnd);
 }
 
-TEST_F(DriveOnBench, ASlowDriveTellsHowLongEachWriteTakes) {
+TEST_F(EmulatedDriveCase, ASlowDriveTellsHowLongEachWriteTakes) {
   Faults faults;
   faults.write_delay = std::chrono::milliseconds(7);
   m_drive.setFaults(faults);
@@ -132,7 +132,7 @@ TEST_F(DriveOnBench, ASlowDriveTellsHowLongEachWriteTakes) {
   EXPECT_EQ(testUnitReady().delay.count(), 0);
 }
 
-TEST_F(DriveOnBench, APauseTheDriveMakesItselfIsNotSent) {
+TEST_F(EmulatedDriveCase, APauseTheDriveMakesItselfIsNotSent) {
   std::vector<CueEntry> entries = twoTracks();
   entries[1][3] = 0x01;
   ASSERT_FALSE(sendCue(entries).sense);
@@ -140,22 +140,22 @@ TEST_F(DriveOnBench, APauseTheDriveMakesItselfIsNotSent) {
   EXPECT_FALSE(write(0, 1).sense);
 }
 
-TEST_F(DriveOnBench, SectorsWithSubChannelsCarry96BytesMore) {
+TEST_F(EmulatedDriveCase, SectorsWithSubChannelsCarry96BytesMore) {
   std::vector<CueEntry> entries = twoTracks();
   entries[1][3] = 0x40;
   ASSERT_FALSE(sendCue(entries).sense);
   EXPECT_EQ(write(-150, 1).sense, kDataPhaseError);
-  EXPECT_FALSE(write(-150, 149, Bytes(149 * 2448)).sense);
+  EXPECT_FALSE(write(-150, 149, ByteBuffer(149 * 2448)).sense);
   // The block size changes at LBA 0: one command cannot carry both.
-  EXPECT_EQ(write(-1, 2, Bytes(2448 + 2352)).sense, kInvalidFieldInCommand);
+  EXPECT_EQ(write(-1, 2, ByteBuffer(2448 + 2352)).sense, kInvalidFieldInCommand);
 }
 
-TEST_F(DriveOnBench, CdTextInTheLeadInIsReadBackOnceHoweverOftenItRepeats) {
+TEST_F(EmulatedDriveCase, CdTextInTheLeadInIsReadBackOnceHoweverOftenItRepeats) {
   CdTextPack pack{0x80, 0, 0, 0, 'A', 'l', 'b', 'u', 'm', 0, 'O', 'n', 'e', 0, 'T', 'w'};
   storeBig16(&pack[16], packCheckSum(pack.data()));
   CdTextPack bad = pack;
   bad[5] ^= 1;
-  Bytes block;
+  ByteBuffer block;
   for (const CdTextPack& each : {pack, bad, pack, pack}) {
     for (std::size_t i = 0; i < kPackBytes; i += 3) {
       const uint32_t bits = loadBig24(&each[i]);
@@ -172,20 +172,20 @@ TEST_F(DriveOnBench, CdTextInTheLeadInIsReadBackOnceHoweverOftenItRepeats) {
   }
   writeUpTo(kTwoTracksEnd);
   synchronize();
-  const Bytes answer = readToc(5).data;
+  const ByteBuffer answer = readToc(5).data;
   ASSERT_EQ(answer.size(), 4 + kPackBytes);
   EXPECT_TRUE(std::equal(pack.begin(), pack.end(), answer.begin() + 4));
 }
 
-TEST_F(DriveOnBench, OnlyARewritableDiscIsBlanked) {
+TEST_F(EmulatedDriveCase, OnlyARewritableDiscIsBlanked) {
   burnTwoTracks();
   EXPECT_EQ(send({0xA1, 1}).sense, kMediumNotErasable);
-  EXPECT_EQ(m_drive.disc()->state, DiscState::kComplete);
+  EXPECT_EQ(m_drive.disc()->state, DiscStatus::kComplete);
 }
 
-TEST_F(DriveOnBench, ABlankedDiscIsWrittenAnew) {
-  Disc disc;
-  disc.medium = Medium::kCdRw;
+TEST_F(EmulatedDriveCase, ABlankedDiscIsWrittenAnew) {
+  EmulatedDisc disc;
+  disc.medium = MediumType::kCdRw;
   insert(disc);
   burnTwoTracks();
   EXPECT_EQ(sendCue(twoTracks()).sense, kWriteProtected);
@@ -194,9 +194,9 @@ TEST_F(DriveOnBench, ABlankedDiscIsWrittenAnew) {
   burnTwoTracks();
 }
 
-TEST_F(DriveOnBench, AnImmediateBlankRunsOnWhileTheUnitIsPolled) {
-  Disc disc;
-  disc.medium = Medium::kCdRw;
+TEST_F(EmulatedDriveCase, AnImmediateBlankRunsOnWhileTheUnitIsPolled) {
+  EmulatedDisc disc;
+  disc.medium = MediumType::kCdRw;
   insert(disc);
   ASSERT_FALSE(send({0xA1, 0x11}).sense);
   const Reply running = testUnitReady();
@@ -206,26 +206,26 @@ TEST_F(DriveOnBench, AnImmediateBlankRunsOnWhileTheUnitIsPolled) {
   EXPECT_FALSE(testUnitReady().sense);
 }
 
-TEST_F(DriveOnBench, UnknownKindsOfBlankingAreRefused) {
+TEST_F(EmulatedDriveCase, UnknownKindsOfBlankingAreRefused) {
   EXPECT_EQ(send({0xA1, 4}).sense, kInvalidFieldInCommand);
 }
 
-TEST_F(DriveOnBench, ClosingIsForAWholeSession) {
+TEST_F(EmulatedDriveCase, ClosingIsForAWholeSession) {
   EXPECT_EQ(send({0x5B, 0, 2}).sense, kIncompleteTrackInSession);
   EXPECT_EQ(send({0x5B, 0, 5}).sense, kInvalidFieldInCommand);
   burnTwoTracks();
   EXPECT_FALSE(send({0x5B, 0, 2}).sense);
 }
 
-TEST_F(DriveOnBench, ReservingATrackBelongsToAnotherWayOfWriting) {
+TEST_F(EmulatedDriveCase, ReservingATrackBelongsToAnotherWayOfWriting) {
   EXPECT_EQ(send({0x53}).sense, kCommandSequence);
 }
 
-TEST_F(DriveOnBench, TheBufferIsEmptyWhenAWriteReturns) {
-  const Bytes answer = send({0x5C, 0, 0, 0, 0, 0, 0, 0, 12}).data;
+TEST_F(EmulatedDriveCase, TheBufferIsEmptyWhenAWriteReturns) {
+  const ByteBuffer answer = send({0x5C, 0, 0, 0, 0, 0, 0, 0, 12}).data;
   ASSERT_EQ(answer.size(), 12u);
   EXPECT_EQ(loadBig32(&answer[4]), loadBig32(&answer[8]));
 }
 
 }  // namespace
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -18,9 +18,10 @@
 
 #include <algorithm>
 
-#include "tests/tools/emulated_drive/recorder_directory.h"
+#include "tests/kit/child_process.h"
+#include "tests/tools/emulated_drive/two_emulated_drives.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 namespace {
 
 namespace lb = burn;
@@ -44,11 +45,11 @@ off_t sizeOf(lb::burn_source* source) {
   return static_cast<off_t>(static_cast<MemoryTrack*>(source->data)->audio->size());
 }
 
-class LinkedIn : public TwoDrives {
+class LinkedIn : public TwoEmulatedDrives {
  protected:
   void SetUp() override {
-    TwoDrives::SetUp();
-    ::setenv("VELMOR_RECORDER_DIR", (m_root / "drives").c_str(), 1);
+    TwoEmulatedDrives::SetUp();
+    ::setenv("VELMOR_EMULATED_DRIVE_DIR", (m_root / "drives").c_str(), 1);
     ASSERT_EQ(lb::burn_initialize(), 1);
     char id[] = "";
     char never[] = "NEVER";
@@ -56,8 +57,8 @@ class LinkedIn : public TwoDrives {
   }
   void TearDown() override {
     lb::burn_finish();
-    ::unsetenv("VELMOR_RECORDER_DIR");
-    TwoDrives::TearDown();
+    ::unsetenv("VELMOR_EMULATED_DRIVE_DIR");
+    TwoEmulatedDrives::TearDown();
   }
 
   /// True when libburn says that all went well.
@@ -133,9 +134,9 @@ TEST_F(LinkedIn, LibburnBurnsAnAlbumByteForByte) {
 }
 
 TEST_F(LinkedIn, LibburnLearnsOfABadSector) {
-  change(1, [](Settings& settings) { settings.faults.write_error_at = 123; });
+  change(1, [](DriveSettings& settings) { settings.faults.write_error_at = 123; });
   EXPECT_FALSE(burnTracks("/dev/sr31", {noise(1, 300)}));
-  EXPECT_EQ(disc(1).state, DiscState::kIncomplete);
+  EXPECT_EQ(disc(1).state, DiscStatus::kIncomplete);
 }
 
 TEST_F(LinkedIn, ASecondExclusiveOpenFindsTheDriveBusy) {
@@ -156,19 +157,19 @@ TEST_F(LinkedIn, ASecondExclusiveOpenFindsTheDriveBusy) {
 TEST_F(LinkedIn, AnotherProgramFindsTheDriveBusyWhileThisOneHoldsIt) {
   const int held = ::open("/dev/sr30", O_RDWR | O_NONBLOCK | O_EXCL);
   ASSERT_GE(held, 0);
-  const std::string output = m_root / "output";
   const auto disk_info = [&] {
-    const std::string command =
-        "'" VELMOR_BINARY_DIR "/velmor-recorder' run '" + (m_root / "drives").string() +
-        "' -- cdrdao disk-info --device /dev/sr30 --driver generic-mmc >'" + output + "' 2>&1";
-    return std::system(command.c_str());
+    return test_kit::runProcess({VELMOR_BINARY_DIR "/velmor-emulated-drive", "run",
+                                 m_root / "drives", "--", "cdrdao", "disk-info", "--device",
+                                 "/dev/sr30", "--driver", "generic-mmc"});
   };
   // cdrdao then makes do with an open that is not exclusive, and says so.
-  EXPECT_EQ(disk_info(), 0);
-  EXPECT_THAT(contentOf(output), ::testing::HasSubstr("currently in use"));
+  const test_kit::EndedProcess shared = disk_info();
+  EXPECT_EQ(shared.status, 0);
+  EXPECT_THAT(shared.all, ::testing::HasSubstr("currently in use"));
   ::close(held);
-  EXPECT_EQ(disk_info(), 0);
-  EXPECT_THAT(contentOf(output), ::testing::Not(::testing::HasSubstr("currently in use")));
+  const test_kit::EndedProcess alone = disk_info();
+  EXPECT_EQ(alone.status, 0);
+  EXPECT_THAT(alone.all, ::testing::Not(::testing::HasSubstr("currently in use")));
 }
 
 TEST_F(LinkedIn, AnEmptyDriveOpensOnlyForThoseWhoDoNotWaitForADisc) {
@@ -229,7 +230,7 @@ TEST_F(LinkedIn, AChangeOfDiscReachesAnOpenDrive) {
   m_drives[0].saveDisc(std::nullopt);
   EXPECT_EQ(test_unit_ready(), 0x628);
   EXPECT_EQ(test_unit_ready(), 0x23A);
-  m_drives[0].saveDisc(Disc{});
+  m_drives[0].saveDisc(EmulatedDisc{});
   EXPECT_EQ(test_unit_ready(), 0x628);
   EXPECT_EQ(test_unit_ready(), 0);
   ::close(descriptor);
@@ -238,7 +239,7 @@ TEST_F(LinkedIn, AChangeOfDiscReachesAnOpenDrive) {
 TEST_F(LinkedIn, ABurnAfterAChangeOfDiscIsOnTheNewDisc) {
   ASSERT_TRUE(burnTracks("/dev/sr31", {noise(1, 300)}));
   m_drives[1].saveDisc(std::nullopt);
-  m_drives[1].saveDisc(Disc{});
+  m_drives[1].saveDisc(EmulatedDisc{});
   ASSERT_TRUE(burnTracks("/dev/sr31", {noise(2, 300)}));
   EXPECT_TRUE(burned(1) == noise(2, 300));
 }
@@ -267,7 +268,7 @@ TEST_F(LinkedIn, ADescriptorThatWasClosedUnseenIsNoDriveAnyMore) {
   ASSERT_NE(stream, nullptr);
   std::fclose(stream);  // libc closes it by a call of its own
   const std::string plain = m_root / "plain";
-  store(plain, "text");
+  writeFile(plain, "text");
   const int again = ::open(plain.c_str(), O_RDONLY);
   ASSERT_EQ(again, descriptor) << "the number is given out again";
   struct stat info {};
@@ -277,4 +278,4 @@ TEST_F(LinkedIn, ADescriptorThatWasClosedUnseenIsNoDriveAnyMore) {
 }
 
 }  // namespace
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -1,6 +1,6 @@
 #include "tools/emulated_drive/command/cd_text_reading.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
@@ -69,4 +69,4 @@ std::map<std::pair<uint8_t, int>, std::string> cdTextsOf(const std::vector<CdTex
   return texts;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "tools/emulated_drive/disc/disc.h"
+#include "tools/emulated_drive/disc/emulated_disc.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 /// Of block 0, by pack type (80h title, 81h performer, …) and track (0: the disc), as UTF-8. Texts
 /// are taken as ISO 8859-1; a lone tab repeats the text of the track before.
@@ -17,4 +17,4 @@ std::map<std::pair<uint8_t, int>, std::string> cdTextsOf(const std::vector<CdTex
 /// "title", "performer", …; empty for packs that hold no text.
 std::string cdTextName(uint8_t pack_type);
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -4,11 +4,11 @@
 
 #include "tools/emulated_drive/command/cd_text_reading.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
-void reportFaults(const Settings& settings, std::ostream& out) {
+void reportFaults(const DriveSettings& settings, std::ostream& out) {
   const Faults& faults = settings.faults;
   if (settings.busy) {
     out << "  fault: the drive is busy\n";
@@ -30,11 +30,11 @@ void reportFaults(const Settings& settings, std::ostream& out) {
   }
 }
 
-void reportTracks(const Disc& disc, std::ostream& out) {
+void reportTracks(const EmulatedDisc& disc, std::ostream& out) {
   out << "  track  pregap    start     length    ISRC          flags\n";
-  for (const Track& track : disc.tracks) {
-    const Msf pregap = msfOf(track.pregap_start);
-    const Msf length = durationOf(disc.endOf(track) - track.start());
+  for (const RecordedTrack& track : disc.tracks) {
+    const MsfAddress pregap = msfOf(track.pregap_start);
+    const MsfAddress length = durationOf(disc.endOf(track) - track.start());
     out << "  " << std::setw(5) << track.number << "  "
         << (track.pregap_start == track.start() ? "-       " : text(pregap)) << "  "
         << text(msfOf(track.start())) << "  " << text(length) << "  " << std::left << std::setw(12)
@@ -50,7 +50,7 @@ void reportTracks(const Disc& disc, std::ostream& out) {
   out << "  MCN: " << (disc.mcn.empty() ? "none" : disc.mcn) << "\n";
 }
 
-void reportTexts(const Disc& disc, std::ostream& out) {
+void reportTexts(const EmulatedDisc& disc, std::ostream& out) {
   if (disc.cd_text.empty()) {
     out << "  CD-TEXT: none\n";
     return;
@@ -62,17 +62,17 @@ void reportTexts(const Disc& disc, std::ostream& out) {
   }
 }
 
-void reportDisc(const Disc& disc, std::ostream& out) {
-  out << "  " << (disc.medium == Medium::kCdRw ? "CD-RW" : "CD-R") << ", room for "
+void reportDisc(const EmulatedDisc& disc, std::ostream& out) {
+  out << "  " << (disc.medium == MediumType::kCdRw ? "CD-RW" : "CD-R") << ", room for "
       << text(durationOf(disc.capacity)) << " (" << disc.capacity << " sectors), ";
   switch (disc.state) {
-    case DiscState::kBlank:
+    case DiscStatus::kBlank:
       out << "blank\n";
       break;
-    case DiscState::kIncomplete:
+    case DiscStatus::kIncomplete:
       out << "incomplete: a recording was begun and not finished\n";
       break;
-    case DiscState::kComplete:
+    case DiscStatus::kComplete:
       out << "closed: one session\n";
       reportTracks(disc, out);
       reportTexts(disc, out);
@@ -83,14 +83,14 @@ void reportDisc(const Disc& disc, std::ostream& out) {
 }  // namespace
 
 void report(const DriveDirectory& directory, std::ostream& out) {
-  const Settings settings = directory.settings();
+  const DriveSettings settings = directory.settings();
   out << directory.path().filename().string() << ": " << settings.device << ", "
       << settings.identity.vendor << " " << settings.identity.product << "\n";
   reportFaults(settings, out);
   if (directory.trayOpen()) {
     out << "  the tray is open\n";
   }
-  const std::optional<Disc> disc = directory.disc();
+  const std::optional<EmulatedDisc> disc = directory.disc();
   if (disc) {
     reportDisc(*disc, out);
   } else {
@@ -98,4 +98,4 @@ void report(const DriveDirectory& directory, std::ostream& out) {
   }
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -5,9 +5,9 @@
 
 #include "tools/emulated_drive/directory/drive_directory.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 /// The drive, what is wrong with it on purpose, and the disc in its tray.
 void report(const DriveDirectory& directory, std::ostream& out);
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -1,5 +1,5 @@
-// velmor-recorder: makes drives, puts discs in, shows what was burned, and runs programs that shall
-// see the drives.
+// velmor-emulated-drive: makes emulated drives, puts discs in, shows what was burned, and runs
+// programs that see the drives.
 
 #include <unistd.h>
 
@@ -9,18 +9,17 @@
 #include <fstream>
 #include <iostream>
 
-#include "disc/version.h"
 #include "tools/emulated_drive/command/disc_report.h"
 #include "tools/emulated_drive/directory/file_surface.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace fs = std::filesystem;
 
 namespace {
 
 constexpr int32_t kSectorsPerMinute = 75 * 60;
-constexpr const char* kPreloadLibrary = "libvelmor_recorder_preload.so";
+constexpr const char* kPreloadLibrary = "libvelmor_emulated_drive_preload.so";
 
 /// What the person asked for, in the words of the command line.
 struct Request {
@@ -48,10 +47,10 @@ DriveDirectory driveOf(const Request& request) {
                        (names.empty() ? "none: make some with \"create\"" : names));
 }
 
-Disc newDisc(const Request& request) {
+EmulatedDisc newDisc(const Request& request) {
   constexpr double kMostMinutes = 89.9;
-  Disc disc;
-  disc.medium = request.medium == "cd-rw" ? Medium::kCdRw : Medium::kCdR;
+  EmulatedDisc disc;
+  disc.medium = request.medium == "cd-rw" ? MediumType::kCdRw : MediumType::kCdR;
   if (!(request.minutes >= 0 && request.minutes <= kMostMinutes)) {  // what is no number is not
     throw DirectoryError("--minutes: a disc holds 0 to 89.9 minutes");
   }
@@ -62,9 +61,9 @@ Disc newDisc(const Request& request) {
     disc.capacity = request.capacity;
   }
   if (request.closed) {
-    disc.state = DiscState::kComplete;
+    disc.state = DiscStatus::kComplete;
     disc.lead_out = kShortestTrack;
-    Track silence;
+    RecordedTrack silence;
     silence.pregap_start = -kFirstPregap;
     silence.indices = {0};
     disc.tracks.push_back(silence);
@@ -72,7 +71,7 @@ Disc newDisc(const Request& request) {
   return disc;
 }
 
-void insert(const DriveDirectory& directory, const Disc& disc) {
+void insert(const DriveDirectory& directory, const EmulatedDisc& disc) {
   directory.saveDisc(std::nullopt);  // the disc before and its audio
   directory.saveDisc(disc);
   directory.saveTray(false);
@@ -92,7 +91,7 @@ int create(const Request& request) {
       throw DirectoryError(path.string() + ": cannot be made: " + error.message());
     }
     const DriveDirectory directory(path);
-    Settings settings;
+    DriveSettings settings;
     settings.device = "/dev/sr" + std::to_string(request.first_device + i);
     settings.identity.product = "RECORDER " + std::to_string(i + 1);
     insert(directory, newDisc(request));
@@ -119,7 +118,7 @@ int show(const Request& request) {
 
 int change(const Request& request) {
   const DriveDirectory directory = driveOf(request);
-  Settings settings = directory.settings();
+  DriveSettings settings = directory.settings();
   for (const std::string& setting : request.settings) {
     const std::size_t equals = setting.find('=');
     if (equals == std::string::npos) {
@@ -133,8 +132,8 @@ int change(const Request& request) {
 
 int extract(const Request& request) {
   const DriveDirectory directory = driveOf(request);
-  const std::optional<Disc> disc = directory.disc();
-  if (!disc || disc->state != DiscState::kComplete) {
+  const std::optional<EmulatedDisc> disc = directory.disc();
+  if (!disc || disc->state != DiscStatus::kComplete) {
     throw DirectoryError(directory.path().string() + ": holds no closed disc to take audio from");
   }
   int32_t from = 0;
@@ -146,13 +145,13 @@ int extract(const Request& request) {
                            std::to_string(disc->tracks.front().number) + " to " +
                            std::to_string(disc->tracks.back().number));
     }
-    const Track& track = disc->tracks[static_cast<std::size_t>(index)];
+    const RecordedTrack& track = disc->tracks[static_cast<std::size_t>(index)];
     from = track.start();
     to = disc->endOf(track);
   }
   std::ofstream out(request.output, std::ios::binary | std::ios::trunc);
   FileSurface surface(directory.audioFile());
-  Bytes sector(kSectorBytes);
+  ByteBuffer sector(kSectorBytes);
   for (int32_t lba = from; lba < to && out; ++lba) {
     if (!surface.read(lba, sector)) {
       throw DirectoryError(directory.audioFile().string() + ": cannot be read");
@@ -170,13 +169,13 @@ int extract(const Request& request) {
 int run(const Request& request) {
   const fs::path library = fs::read_symlink("/proc/self/exe").parent_path() / kPreloadLibrary;
   if (!fs::exists(library)) {
-    throw DirectoryError(library.string() + ": missing; it is built beside velmor-recorder");
+    throw DirectoryError(library.string() + ": missing; it is built beside velmor-emulated-drive");
   }
   const char* before = std::getenv("LD_PRELOAD");
   const bool others = before != nullptr && *before != '\0';
   const std::string preload = library.string() + (others ? ":" + std::string(before) : "");
   ::setenv("LD_PRELOAD", preload.c_str(), 1);
-  ::setenv("VELMOR_RECORDER_DIR", fs::absolute(request.root).c_str(), 1);
+  ::setenv("VELMOR_EMULATED_DRIVE_DIR", fs::absolute(request.root).c_str(), 1);
   std::vector<char*> arguments;
   for (const std::string& word : request.program) {
     arguments.push_back(const_cast<char*>(word.c_str()));
@@ -199,18 +198,18 @@ void addDiscOptions(CLI::App& command, Request& request) {
 }  // namespace
 
 int runCommand(int count, char** words) {
-  CLI::App app{"Emulated CD recorders: drives in a directory, for programs that burn."};
-  app.set_version_flag("--version", std::string("velmor-recorder ") + disc::kVersion);
+  CLI::App app{"Emulated CD drives in a directory, for programs that burn."};
+  app.set_version_flag("--version", "velmor-emulated-drive " VELMOR_VERSION);
   app.footer(
-      "Example:\n  velmor-recorder create /tmp/drives\n"
-      "  velmor-recorder run /tmp/drives -- cdrskin dev=/dev/sr30 -sao -audio album.wav\n"
-      "  velmor-recorder show /tmp/drives");
+      "Example:\n  velmor-emulated-drive create /tmp/drives\n"
+      "  velmor-emulated-drive run /tmp/drives -- cdrskin dev=/dev/sr30 -sao -audio album.wav\n"
+      "  velmor-emulated-drive show /tmp/drives");
   app.require_subcommand(1);
   Request request;
   int (*action)(const Request&) = nullptr;
   const auto add = [&](const char* name, const char* about, int (*what)(const Request&)) {
     CLI::App* command = app.add_subcommand(name, about);
-    command->add_option("directory", request.root, "the recorder directory")->required();
+    command->add_option("directory", request.root, "the folder of drives")->required();
     command->callback([&action, what] { action = what; });
     return command;
   };
@@ -252,13 +251,13 @@ int runCommand(int count, char** words) {
   return action(request);
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive
 
 int main(int count, char** words) {
   try {
-    return velmor::recorder::runCommand(count, words);
+    return velmor::emulated_drive::runCommand(count, words);
   } catch (const std::exception& error) {
-    std::cerr << "velmor-recorder: " << error.what() << "\n";
+    std::cerr << "velmor-emulated-drive: " << error.what() << "\n";
     return 1;
   }
 }

@@ -7,7 +7,7 @@
 
 #include "tools/emulated_drive/directory/key_value_text.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
@@ -55,9 +55,9 @@ std::string mcnOf(const KeyValue& item) {
 }
 
 /// "number control pregap isrc index1 index2 …", a dash for no ISRC.
-Track trackOf(const KeyValue& item) {
+RecordedTrack trackOf(const KeyValue& item) {
   std::istringstream in(item.value);
-  Track track;
+  RecordedTrack track;
   int control = 0;
   in >> track.number >> control >> track.pregap_start >> track.isrc;
   track.control = static_cast<uint8_t>(control & 0x0F);
@@ -75,8 +75,8 @@ Track trackOf(const KeyValue& item) {
   return track;
 }
 
-void addTrack(const KeyValue& item, std::vector<Track>& tracks) {
-  const Track track = trackOf(item);
+void addTrack(const KeyValue& item, std::vector<RecordedTrack>& tracks) {
+  const RecordedTrack track = trackOf(item);
   if (!tracks.empty() && track.number != tracks.back().number + 1) {
     refuse(item, "the next track's number");
   }
@@ -89,21 +89,21 @@ void addTrack(const KeyValue& item, std::vector<Track>& tracks) {
   tracks.push_back(track);
 }
 
-DiscState stateOf(const KeyValue& item) {
+DiscStatus stateOf(const KeyValue& item) {
   for (std::size_t i = 0; i < std::size(kStates); ++i) {
     if (item.value == kStates[i]) {
-      return static_cast<DiscState>(i);
+      return static_cast<DiscStatus>(i);
     }
   }
   refuse(item, "blank, incomplete or complete");
 }
 
-void apply(const KeyValue& item, Disc& disc) {
+void apply(const KeyValue& item, EmulatedDisc& disc) {
   if (item.key == "medium") {
     if (item.value != "cd-r" && item.value != "cd-rw") {
       refuse(item, "cd-r or cd-rw");
     }
-    disc.medium = item.value == "cd-rw" ? Medium::kCdRw : Medium::kCdR;
+    disc.medium = item.value == "cd-rw" ? MediumType::kCdRw : MediumType::kCdR;
   } else if (item.key == "state") {
     disc.state = stateOf(item);
   } else if (item.key == "capacity") {
@@ -125,13 +125,13 @@ void apply(const KeyValue& item, Disc& disc) {
 
 }  // namespace
 
-std::string discText(const Disc& disc) {
+std::string discText(const EmulatedDisc& disc) {
   std::ostringstream out;
-  out << "medium = " << (disc.medium == Medium::kCdRw ? "cd-rw" : "cd-r") << "\n"
+  out << "medium = " << (disc.medium == MediumType::kCdRw ? "cd-rw" : "cd-r") << "\n"
       << "state = " << kStates[static_cast<std::size_t>(disc.state)] << "\n"
       << "capacity = " << disc.capacity << "\n"
       << "lead-in = " << disc.lead_in << "\n";
-  if (disc.state == DiscState::kComplete) {
+  if (disc.state == DiscStatus::kComplete) {
     out << "lead-out = " << disc.lead_out << "\n";
   }
   if (!disc.mcn.empty()) {
@@ -140,7 +140,7 @@ std::string discText(const Disc& disc) {
   if (!disc.tracks.empty()) {
     out << "# number, control, pregap, ISRC, indices (sectors)\n";
   }
-  for (const Track& track : disc.tracks) {
+  for (const RecordedTrack& track : disc.tracks) {
     out << "track = " << track.number << " " << int{track.control} << " " << track.pregap_start
         << " " << (track.isrc.empty() ? "-" : track.isrc);
     for (const int32_t lba : track.indices) {
@@ -154,18 +154,18 @@ std::string discText(const Disc& disc) {
   return out.str();
 }
 
-Disc readDisc(const std::filesystem::path& file) {
-  Disc disc;
+EmulatedDisc readDisc(const std::filesystem::path& file) {
+  EmulatedDisc disc;
   KeyValue last;
   for (const KeyValue& item : readKeyValues(file)) {
     apply(item, disc);
     last = item;
   }
-  if (disc.state == DiscState::kComplete &&
+  if (disc.state == DiscStatus::kComplete &&
       (disc.tracks.empty() || disc.lead_out <= disc.tracks.back().indices.back())) {
     refuse(last, "a complete disc to have tracks and a lead-out behind them");
   }
   return disc;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

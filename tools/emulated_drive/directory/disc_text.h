@@ -4,12 +4,12 @@
 #include <filesystem>
 #include <string>
 
-#include "tools/emulated_drive/disc/disc.h"
+#include "tools/emulated_drive/disc/emulated_disc.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
-std::string discText(const Disc& disc);
+std::string discText(const EmulatedDisc& disc);
 /// Throws `DirectoryError`.
-Disc readDisc(const std::filesystem::path& file);
+EmulatedDisc readDisc(const std::filesystem::path& file);
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -6,7 +6,7 @@
 #include "tools/emulated_drive/directory/disc_text.h"
 #include "tools/emulated_drive/directory/key_value_text.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace fs = std::filesystem;
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kMostMilliseconds = 60000;
 
-void apply(const KeyValue& item, Settings& settings) {
+void apply(const KeyValue& item, DriveSettings& settings) {
   const auto bounded = [&](int32_t most) {
     const int32_t value = numberOf(item);
     if (value < 0 || value > most) {
@@ -58,7 +58,7 @@ void apply(const KeyValue& item, Settings& settings) {
 }  // namespace
 
 void applySetting(const std::string& key, const std::string& value, const std::string& where,
-                  Settings& settings) {
+                  DriveSettings& settings) {
   apply({key, value, where}, settings);
 }
 
@@ -75,15 +75,15 @@ std::vector<DriveDirectory> DriveDirectory::all(const fs::path& root) {
   return drives;
 }
 
-Settings DriveDirectory::settings() const {
-  Settings settings;
+DriveSettings DriveDirectory::settings() const {
+  DriveSettings settings;
   for (const KeyValue& item : readKeyValues(settingsFile())) {
     apply(item, settings);
   }
   return settings;
 }
 
-void DriveDirectory::saveSettings(const Settings& settings) const {
+void DriveDirectory::saveSettings(const DriveSettings& settings) const {
   std::ostringstream out;
   out << "device = " << settings.device << "\n"
       << "vendor = " << settings.identity.vendor << "\n"
@@ -102,7 +102,7 @@ void DriveDirectory::saveSettings(const Settings& settings) const {
   replaceFile(settingsFile(), out.str());
 }
 
-std::optional<Disc> DriveDirectory::disc() const {
+std::optional<EmulatedDisc> DriveDirectory::disc() const {
   std::error_code error;
   if (!fs::exists(discFile(), error)) {
     return std::nullopt;
@@ -110,7 +110,7 @@ std::optional<Disc> DriveDirectory::disc() const {
   return readDisc(discFile());
 }
 
-void DriveDirectory::saveDisc(const std::optional<Disc>& disc) const {
+void DriveDirectory::saveDisc(const std::optional<EmulatedDisc>& disc) const {
   if (disc) {
     replaceFile(discFile(), discText(*disc));
     return;
@@ -132,4 +132,4 @@ void DriveDirectory::saveTray(bool open) const {
   }
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -5,7 +5,8 @@
 //   disc.txt     the disc; absent: no disc
 //   audio.bin    its sectors from LBA -150 on
 //   tray-open    present while the tray is out
-//   door         stands behind the descriptors of the device; carries their locks
+//   door         the file that is really open behind a descriptor of the device; locks on the
+//                device are locks on it
 #pragma once
 
 #include <filesystem>
@@ -13,42 +14,42 @@
 #include <string>
 #include <vector>
 
-#include "tools/emulated_drive/drive/drive.h"
+#include "tools/emulated_drive/drive/emulated_drive.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 /// A settings or disc file that cannot be read: what, where, what to do.
 class DirectoryError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-struct Settings {
+struct DriveSettings {
   std::string device = "/dev/sr30";  ///< the path that programs open
-  Identity identity;
+  DriveIdentity identity;
   Faults faults;
   bool busy = false;  ///< every open fails as if another program held the drive
   bool deny = false;  ///< every open fails for lack of permission
 };
 
-/// Sets one key of drive.conf; "none" takes a bad sector away. Throws `DirectoryError`, which
-/// begins with `where`.
+/// Sets one key of drive.conf; the value "none" removes a bad sector. Throws `DirectoryError`,
+/// whose text begins with `where`.
 void applySetting(const std::string& key, const std::string& value, const std::string& where,
-                  Settings& settings);
+                  DriveSettings& settings);
 
 /// One drive's folder. Holds no descriptor and no state but the path.
 class DriveDirectory {
  public:
   explicit DriveDirectory(std::filesystem::path path) : m_path(std::move(path)) {}
 
-  /// The drives of a recorder directory, in the order of their folder names. A folder without
+  /// The drives of a folder of drives, in the order of their folder names. A folder without
   /// drive.conf is none.
   static std::vector<DriveDirectory> all(const std::filesystem::path& root);
 
   /// All but `trayOpen` throw `DirectoryError`.
-  [[nodiscard]] Settings settings() const;
-  void saveSettings(const Settings& settings) const;
-  [[nodiscard]] std::optional<Disc> disc() const;
-  void saveDisc(const std::optional<Disc>& disc) const;
+  [[nodiscard]] DriveSettings settings() const;
+  void saveSettings(const DriveSettings& settings) const;
+  [[nodiscard]] std::optional<EmulatedDisc> disc() const;
+  void saveDisc(const std::optional<EmulatedDisc>& disc) const;
 
   [[nodiscard]] bool trayOpen() const;
   void saveTray(bool open) const;
@@ -64,4 +65,4 @@ class DriveDirectory {
   std::filesystem::path m_path;
 };
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

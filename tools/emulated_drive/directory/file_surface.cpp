@@ -4,12 +4,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cassert>
 #include <cerrno>
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 off_t offsetOf(int32_t lba) {
+  assert(lba >= -kFirstPregap);
   return static_cast<off_t>(lba + kFirstPregap) * kSectorBytes;
 }
 }  // namespace
@@ -33,6 +35,7 @@ bool FileSurface::open(int flags) {
 }
 
 bool FileSurface::write(int32_t lba, ByteView sectors) {
+  assert(sectors.size() % kSectorBytes == 0);
   if (!open(O_CREAT)) {
     return false;
   }
@@ -49,6 +52,7 @@ bool FileSurface::write(int32_t lba, ByteView sectors) {
 }
 
 bool FileSurface::read(int32_t lba, std::span<uint8_t> sectors) {
+  assert(sectors.size() % kSectorBytes == 0);
   if (!open(0)) {
     std::fill(sectors.begin(), sectors.end(), uint8_t{0});
     return errno == ENOENT;  // nothing was ever written
@@ -73,4 +77,4 @@ bool FileSurface::erase() {
   return open(O_CREAT) && ::ftruncate(m_descriptor, 0) == 0;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

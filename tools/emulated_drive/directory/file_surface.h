@@ -3,9 +3,9 @@
 
 #include <filesystem>
 
-#include "tools/emulated_drive/disc/disc.h"
+#include "tools/emulated_drive/disc/emulated_disc.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 /// Opens the file at the first sector and keeps it open; the file is made when something is
 /// written.
@@ -29,4 +29,4 @@ class FileSurface final : public AudioSurface {
   int m_descriptor = -1;
 };
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -7,7 +7,7 @@
 
 #include "tools/emulated_drive/directory/drive_directory.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
@@ -23,7 +23,7 @@ std::string trimmed(const std::string& text) {
 std::vector<KeyValue> readKeyValues(const std::filesystem::path& file) {
   std::ifstream in(file);
   if (!in) {
-    throw DirectoryError(file.string() + ": cannot be read; is it a recorder directory?");
+    throw DirectoryError(file.string() + ": cannot be read; is it a folder of drives?");
   }
   std::vector<KeyValue> items;
   std::string line;
@@ -91,4 +91,4 @@ bool switchOf(const KeyValue& item) {
   return item.value == "yes";
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 struct KeyValue {
   std::string key, value;
@@ -25,4 +25,4 @@ int32_t numberOf(const KeyValue& item);
 bool switchOf(const KeyValue& item);
 [[noreturn]] void refuse(const KeyValue& item, const std::string& expected);
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

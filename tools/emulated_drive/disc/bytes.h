@@ -6,9 +6,9 @@
 #include <span>
 #include <vector>
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
-using Bytes = std::vector<uint8_t>;
+using ByteBuffer = std::vector<uint8_t>;
 using ByteView = std::span<const uint8_t>;
 
 inline uint16_t loadBig16(const uint8_t* from) {
@@ -29,4 +29,4 @@ inline void storeBig32(uint8_t* to, uint32_t value) {
   storeBig16(to + 2, static_cast<uint16_t>(value));
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -1,8 +1,10 @@
 #include "tools/emulated_drive/disc/cd_text_lead_in.h"
 
+#include <cassert>
+
 #include "tools/emulated_drive/disc/crc16.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 constexpr std::size_t kSymbolsPerPack = 24;
@@ -27,6 +29,7 @@ uint16_t packCheckSum(const uint8_t* pack) {
 }
 
 void CdTextLeadIn::take(ByteView blocks) {
+  assert(blocks.size() % kLeadInBlockBytes == 0);
   for (std::size_t at = 0; at + kSymbolsPerPack <= blocks.size(); at += kSymbolsPerPack) {
     takePack(packFrom(blocks.data() + at));
   }
@@ -45,4 +48,4 @@ void CdTextLeadIn::takePack(const CdTextPack& pack) {
   }
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

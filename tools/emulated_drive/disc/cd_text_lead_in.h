@@ -4,9 +4,9 @@
 
 #include <vector>
 
-#include "tools/emulated_drive/disc/disc.h"
+#include "tools/emulated_drive/disc/emulated_disc.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 inline constexpr std::size_t kLeadInBlockBytes = 96;
 
@@ -29,4 +29,4 @@ class CdTextLeadIn {
 /// The CRC of a pack's first 16 bytes: polynomial x^16 + x^12 + x^5 + 1, stored inverted.
 uint16_t packCheckSum(const uint8_t* pack);
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -3,7 +3,7 @@
 
 #include "tools/emulated_drive/disc/bytes.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 /// With all bits inverted, as it is stored on the disc.
 inline uint16_t invertedCrc16(ByteView bytes) {
@@ -17,4 +17,4 @@ inline uint16_t invertedCrc16(ByteView bytes) {
   return static_cast<uint16_t>(~crc);
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -1,8 +1,10 @@
 #include "tools/emulated_drive/disc/q_frame.h"
 
+#include <cassert>
+
 #include "tools/emulated_drive/disc/crc16.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
@@ -10,24 +12,25 @@ uint8_t decimal(int value) {
   return static_cast<uint8_t>(value / 10 << 4 | value % 10);
 }
 
-void storeTime(uint8_t* to, Msf msf) {
+void storeTime(uint8_t* to, MsfAddress msf) {
   to[0] = decimal(msf.minute);
   to[1] = decimal(msf.second);
   to[2] = decimal(msf.frame);
 }
 
 /// The P sub-channel marks the pregaps.
-bool isPause(const Track* track, int32_t lba) {
+bool isPause(const RecordedTrack* track, int32_t lba) {
   return track != nullptr && lba < track->start();
 }
 
 }  // namespace
 
-std::array<uint8_t, 16> qFrameOf(const Disc& disc, int32_t lba) {
+std::array<uint8_t, 16> qFrameOf(const EmulatedDisc& disc, int32_t lba) {
+  assert(!disc.tracks.empty() && lba >= disc.tracks.front().pregap_start);
   constexpr std::size_t kChecked = 10;
   std::array<uint8_t, 16> frame{};
-  const Track* track = disc.trackAt(lba);
-  const Track& owner = track != nullptr ? *track : disc.tracks.back();
+  const RecordedTrack* track = disc.trackAt(lba);
+  const RecordedTrack& owner = track != nullptr ? *track : disc.tracks.back();
   int index = track != nullptr ? 0 : 1;
   int32_t relative = lba - disc.lead_out;
   if (track != nullptr) {
@@ -47,4 +50,4 @@ std::array<uint8_t, 16> qFrameOf(const Disc& disc, int32_t lba) {
   return frame;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -1,10 +1,11 @@
 // What the drive is and can do: INQUIRY, GET CONFIGURATION, mode pages, events, performance.
 
 #include <algorithm>
+#include <cassert>
 
-#include "tools/emulated_drive/drive/drive.h"
+#include "tools/emulated_drive/drive/emulated_drive.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
@@ -27,10 +28,11 @@ struct Feature {
   uint8_t version;
   bool persistent;
   bool current;
-  Bytes data;
+  ByteBuffer data;
 };
 
-void append(Bytes& all, const Feature& feature) {
+void append(ByteBuffer& all, const Feature& feature) {
+  assert(feature.data.size() % 4 == 0);
   uint8_t head[4];
   storeBig16(head, feature.code);
   head[2] = static_cast<uint8_t>(feature.version << 2 | (feature.persistent ? 2 : 0) |
@@ -40,8 +42,8 @@ void append(Bytes& all, const Feature& feature) {
   all.insert(all.end(), feature.data.begin(), feature.data.end());
 }
 
-Bytes profileList(uint16_t current) {
-  Bytes list;
+ByteBuffer profileList(uint16_t current) {
+  ByteBuffer list;
   for (const uint16_t profile : {kProfileCdRw, kProfileCdR, kProfileCdRom}) {
     list.insert(list.end(), {static_cast<uint8_t>(profile >> 8), static_cast<uint8_t>(profile),
                              static_cast<uint8_t>(profile == current ? 1 : 0), 0});
@@ -68,18 +70,18 @@ std::vector<Feature> features(uint16_t profile, bool readable, bool writable) {
 
 }  // namespace
 
-uint16_t Drive::currentProfile() const {
+uint16_t EmulatedDrive::currentProfile() const {
   if (!m_disc || m_tray_open) {
     return 0;
   }
-  return m_disc->medium == Medium::kCdRw ? kProfileCdRw : kProfileCdR;
+  return m_disc->medium == MediumType::kCdRw ? kProfileCdRw : kProfileCdR;
 }
 
-Reply Drive::inquiry(ByteView cdb, ByteView) {
+Reply EmulatedDrive::inquiry(ByteView cdb, ByteView) {
   if ((cdb[1] & 1) != 0 || cdb[2] != 0) {
     return kInvalidFieldInCommand;  // no vital product data
   }
-  Bytes data(96);
+  ByteBuffer data(96);
   data[0] = 0x05;  // CD/DVD device
   data[1] = 0x80;  // removable
   data[2] = 0x05;  // SPC-3
@@ -91,16 +93,16 @@ Reply Drive::inquiry(ByteView cdb, ByteView) {
   return cut(std::move(data), loadBig16(&cdb[3]));
 }
 
-Reply Drive::getConfiguration(ByteView cdb, ByteView) {
+Reply EmulatedDrive::getConfiguration(ByteView cdb, ByteView) {
   const uint8_t which = cdb[1] & 3;
   const uint16_t from = loadBig16(&cdb[2]);
   if (which == 3) {
     return kInvalidFieldInCommand;
   }
   const uint16_t profile = currentProfile();
-  const bool complete = profile != 0 && m_disc->state == DiscState::kComplete;
-  const bool writable = profile != 0 && m_disc->state == DiscState::kBlank;
-  Bytes data(8);
+  const bool complete = profile != 0 && m_disc->state == DiscStatus::kComplete;
+  const bool writable = profile != 0 && m_disc->state == DiscStatus::kBlank;
+  ByteBuffer data(8);
   for (const Feature& feature : features(profile, complete, writable)) {
     const bool wanted = which == 2   ? feature.code == from
                         : which == 1 ? feature.code >= from && feature.current
@@ -114,12 +116,12 @@ Reply Drive::getConfiguration(ByteView cdb, ByteView) {
   return cut(std::move(data), loadBig16(&cdb[7]));
 }
 
-Reply Drive::getEventStatus(ByteView cdb, ByteView) {
+Reply EmulatedDrive::getEventStatus(ByteView cdb, ByteView) {
   constexpr uint8_t kMediaClass = 4;
   if ((cdb[1] & 1) == 0) {
     return kInvalidFieldInCommand;  // only polling
   }
-  Bytes data(4);
+  ByteBuffer data(4);
   data[3] = 1 << kMediaClass;
   if ((cdb[4] & (1 << kMediaClass)) == 0) {
     storeBig16(data.data(), 2);
@@ -135,22 +137,22 @@ Reply Drive::getEventStatus(ByteView cdb, ByteView) {
   return cut(std::move(data), loadBig16(&cdb[7]));
 }
 
-Reply Drive::getPerformance(ByteView cdb, ByteView) {
+Reply EmulatedDrive::getPerformance(ByteView cdb, ByteView) {
   constexpr uint8_t kNominal = 0x00;
   constexpr uint8_t kWriteSpeeds = 0x03;
   const std::size_t room = loadBig16(&cdb[8]);
   const uint32_t end = m_disc ? static_cast<uint32_t>(m_disc->capacity) : 0;
-  Bytes data(8);
+  ByteBuffer data(8);
   if (cdb[10] == kWriteSpeeds) {
     for (const uint32_t speed : kSpeeds) {
-      Bytes one(16);
+      ByteBuffer one(16);
       storeBig32(&one[4], end);
       storeBig32(&one[8], kSpeeds[0]);
       storeBig32(&one[12], speed);
       data.insert(data.end(), one.begin(), one.end());
     }
   } else if (cdb[10] == kNominal && (cdb[1] & 3) == 0) {
-    Bytes one(16);
+    ByteBuffer one(16);
     storeBig32(&one[4], kSpeeds[0]);
     storeBig32(&one[8], end);
     storeBig32(&one[12], kSpeeds[0]);
@@ -164,27 +166,27 @@ Reply Drive::getPerformance(ByteView cdb, ByteView) {
   return cut(std::move(data), 8 + 16 * descriptors);
 }
 
-Reply Drive::mechanismStatus(ByteView cdb, ByteView) {
-  Bytes data(8);
+Reply EmulatedDrive::mechanismStatus(ByteView cdb, ByteView) {
+  ByteBuffer data(8);
   data[1] = m_tray_open ? 0x10 : 0;
   return cut(std::move(data), loadBig16(&cdb[8]));
 }
 
-Reply Drive::modeSense6(ByteView cdb, ByteView) {
+Reply EmulatedDrive::modeSense6(ByteView cdb, ByteView) {
   return senseModes(cdb, kShortModeHeader, cdb[4]);
 }
 
-Reply Drive::modeSense10(ByteView cdb, ByteView) {
+Reply EmulatedDrive::modeSense10(ByteView cdb, ByteView) {
   return senseModes(cdb, kLongModeHeader, loadBig16(&cdb[7]));
 }
 
-Reply Drive::senseModes(ByteView cdb, std::size_t header, std::size_t room) {
+Reply EmulatedDrive::senseModes(ByteView cdb, std::size_t header, std::size_t room) {
   auto found = m_modes.sense(cdb[2] & 0x3F, cdb[2] >> 6);
-  if (const Sense* refusal = std::get_if<Sense>(&found)) {
+  if (const SenseData* refusal = std::get_if<SenseData>(&found)) {
     return *refusal;
   }
-  const Bytes& pages = std::get<Bytes>(found);
-  Bytes data(header);
+  const ByteBuffer& pages = std::get<ByteBuffer>(found);
+  ByteBuffer data(header);
   data.insert(data.end(), pages.begin(), pages.end());
   if (header == kShortModeHeader) {
     data[0] = static_cast<uint8_t>(data.size() - 1);
@@ -194,15 +196,16 @@ Reply Drive::senseModes(ByteView cdb, std::size_t header, std::size_t room) {
   return cut(std::move(data), room);
 }
 
-Reply Drive::modeSelect6(ByteView cdb, ByteView data_out) {
+Reply EmulatedDrive::modeSelect6(ByteView cdb, ByteView data_out) {
   return selectModes(cdb, kShortModeHeader, cdb[4], data_out);
 }
 
-Reply Drive::modeSelect10(ByteView cdb, ByteView data_out) {
+Reply EmulatedDrive::modeSelect10(ByteView cdb, ByteView data_out) {
   return selectModes(cdb, kLongModeHeader, loadBig16(&cdb[7]), data_out);
 }
 
-Reply Drive::selectModes(ByteView cdb, std::size_t header, std::size_t length, ByteView data_out) {
+Reply EmulatedDrive::selectModes(ByteView cdb, std::size_t header, std::size_t length,
+                                 ByteView data_out) {
   if ((cdb[1] & 0x11) != 0x10) {
     return kInvalidFieldInCommand;  // pages only, and none can be saved
   }
@@ -223,8 +226,8 @@ Reply Drive::selectModes(ByteView cdb, std::size_t header, std::size_t length, B
   if (!giveUpRecording()) {
     return kCommandSequence;
   }
-  const std::optional<Sense> refusal = m_modes.select(list.subspan(header + descriptors));
+  const std::optional<SenseData> refusal = m_modes.select(list.subspan(header + descriptors));
   return refusal ? Reply(*refusal) : Reply();
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

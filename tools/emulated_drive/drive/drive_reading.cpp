@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "tools/emulated_drive/disc/q_frame.h"
-#include "tools/emulated_drive/disc/toc.h"
-#include "tools/emulated_drive/drive/drive.h"
+#include "tools/emulated_drive/disc/toc_answers.h"
+#include "tools/emulated_drive/drive/emulated_drive.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
@@ -18,7 +18,7 @@ void storeNoTime(uint8_t* to) {
 }
 
 void storeTime(uint8_t* to, int32_t lba) {
-  const Msf msf = msfOf(lba);
+  const MsfAddress msf = msfOf(lba);
   to[0] = 0;
   to[1] = msf.minute;
   to[2] = msf.second;
@@ -27,23 +27,23 @@ void storeTime(uint8_t* to, int32_t lba) {
 
 /// The track a READ TRACK INFORMATION command means: a number, or nothing. The track after the last
 /// (and FFh) is the one still to be written.
-std::optional<int> trackAsked(const Disc& disc, uint8_t address_type, uint32_t address) {
+std::optional<int> trackAsked(const EmulatedDisc& disc, uint8_t address_type, uint32_t address) {
   constexpr uint32_t kInvisible = 0xFF;
-  const bool complete = disc.state == DiscState::kComplete;
+  const bool complete = disc.state == DiscStatus::kComplete;
   switch (address_type) {
     case 0: {  // the track that holds a sector
       const int32_t lba = static_cast<int32_t>(address);
       if (!complete) {
         return lba >= -kFirstPregap && lba < disc.capacity ? std::optional<int>(1) : std::nullopt;
       }
-      const Track* track = disc.trackAt(lba);
+      const RecordedTrack* track = disc.trackAt(lba);
       return track != nullptr ? std::optional<int>(track->number) : std::nullopt;
     }
     case 1:
       if (!complete) {
         return address == 1 || address == kInvisible ? std::optional<int>(1) : std::nullopt;
       }
-      for (const Track& track : disc.tracks) {
+      for (const RecordedTrack& track : disc.tracks) {
         if (static_cast<uint32_t>(track.number) == address) {
           return track.number;
         }
@@ -60,8 +60,8 @@ std::optional<int> trackAsked(const Disc& disc, uint8_t address_type, uint32_t a
 }
 
 /// 96 bytes, one bit of each sub-channel in every byte: P and Q as given, R to W empty.
-Bytes interleaved(const std::array<uint8_t, 16>& q) {
-  Bytes bytes(96);
+ByteBuffer interleaved(const std::array<uint8_t, 16>& q) {
+  ByteBuffer bytes(96);
   const bool pause = (q.back() & kPauseFlag) != 0;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const int bit = q[i / 8] >> (7 - i % 8) & 1;
@@ -71,7 +71,7 @@ Bytes interleaved(const std::array<uint8_t, 16>& q) {
 }
 
 /// What READ CD adds to the sector at `lba` for its sub-channel selection.
-Bytes subChannelOf(const Disc& disc, int32_t lba, uint8_t selection) {
+ByteBuffer subChannelOf(const EmulatedDisc& disc, int32_t lba, uint8_t selection) {
   constexpr uint8_t kNone = 0;
   constexpr uint8_t kRaw = 1;
   constexpr uint8_t kFormattedQ = 2;
@@ -83,21 +83,21 @@ Bytes subChannelOf(const Disc& disc, int32_t lba, uint8_t selection) {
     return interleaved(q);
   }
   // R to W carry nothing in the programme area.
-  return selection == kFormattedQ ? Bytes(q.begin(), q.end()) : Bytes(96);
+  return selection == kFormattedQ ? ByteBuffer(q.begin(), q.end()) : ByteBuffer(96);
 }
 
 }  // namespace
 
-Reply Drive::readDiscInformation(ByteView cdb, ByteView) {
+Reply EmulatedDrive::readDiscInformation(ByteView cdb, ByteView) {
   if ((cdb[1] & 7) != 0) {
     return kInvalidFieldInCommand;  // track and POW resources are not counted here
   }
-  const Disc& disc = *m_disc;
-  const bool complete = disc.state == DiscState::kComplete;
-  Bytes data(34);
+  const EmulatedDisc& disc = *m_disc;
+  const bool complete = disc.state == DiscStatus::kComplete;
+  ByteBuffer data(34);
   storeBig16(data.data(), 32);
-  data[2] = complete ? 0x0E : disc.state == DiscState::kIncomplete ? 0x05 : 0x00;
-  data[2] |= disc.medium == Medium::kCdRw ? 0x10 : 0;
+  data[2] = complete ? 0x0E : disc.state == DiscStatus::kIncomplete ? 0x05 : 0x00;
+  data[2] |= disc.medium == MediumType::kCdRw ? 0x10 : 0;
   data[3] = complete ? static_cast<uint8_t>(disc.tracks.front().number) : 1;
   data[4] = 1;  // sessions
   data[5] = data[3];
@@ -114,26 +114,26 @@ Reply Drive::readDiscInformation(ByteView cdb, ByteView) {
   return cut(std::move(data), loadBig16(&cdb[7]));
 }
 
-Reply Drive::readTrackInformation(ByteView cdb, ByteView) {
-  const Disc& disc = *m_disc;
+Reply EmulatedDrive::readTrackInformation(ByteView cdb, ByteView) {
+  const EmulatedDisc& disc = *m_disc;
   const std::optional<int> asked = trackAsked(disc, cdb[1] & 3, loadBig32(&cdb[2]));
   if (!asked) {
     return kInvalidFieldInCommand;
   }
-  Bytes data(36);
+  ByteBuffer data(36);
   storeBig16(data.data(), 34);
   data[2] = static_cast<uint8_t>(*asked);
   data[3] = 1;     // session
   data[6] = 0x0F;  // data mode: none, it is audio
-  if (disc.state == DiscState::kComplete) {
+  if (disc.state == DiscStatus::kComplete) {
     const auto at = static_cast<std::size_t>(*asked - disc.tracks.front().number);
-    const Track& track = disc.tracks[at];
+    const RecordedTrack& track = disc.tracks[at];
     data[5] = track.control;
     storeBig32(&data[8], static_cast<uint32_t>(track.start()));
     storeBig32(&data[24], static_cast<uint32_t>(disc.endOf(track) - track.start()));
   } else {
     data[5] = 0x04;
-    const bool blank_disc = disc.state == DiscState::kBlank;
+    const bool blank_disc = disc.state == DiscStatus::kBlank;
     data[6] |= blank_disc ? 0x40 : 0;
     data[5] |= blank_disc ? 0 : 0x20;  // damaged
     if (blank_disc || m_recording) {
@@ -147,19 +147,19 @@ Reply Drive::readTrackInformation(ByteView cdb, ByteView) {
   return cut(std::move(data), loadBig16(&cdb[7]));
 }
 
-Reply Drive::readToc(ByteView cdb, ByteView) {
+Reply EmulatedDrive::readToc(ByteView cdb, ByteView) {
   const bool msf = (cdb[1] & 2) != 0;
   uint8_t format = cdb[2] & 0x0F;
   if (format == 0) {
     format = cdb[9] >> 6;  // where the field was before MMC
   }
-  const Disc& disc = *m_disc;
+  const EmulatedDisc& disc = *m_disc;
   const std::size_t room = loadBig16(&cdb[7]);
   if (format == 4) {
     return cut(atipOf(disc), room);
   }
-  const bool no_session = disc.state != DiscState::kComplete;
-  Bytes data;
+  const bool no_session = disc.state != DiscStatus::kComplete;
+  ByteBuffer data;
   if (!no_session && format == 0) {
     data = tocOf(disc, cdb[6], msf);
   } else if (!no_session && format == 1) {
@@ -175,19 +175,19 @@ Reply Drive::readToc(ByteView cdb, ByteView) {
   return cut(std::move(data), room);
 }
 
-Reply Drive::readSubChannel(ByteView cdb, ByteView) {
+Reply EmulatedDrive::readSubChannel(ByteView cdb, ByteView) {
   constexpr uint8_t kNoAudioStatus = 0x15;
-  const Disc& disc = *m_disc;
+  const EmulatedDisc& disc = *m_disc;
   const std::size_t room = loadBig16(&cdb[7]);
-  Bytes data(4);
+  ByteBuffer data(4);
   data[1] = kNoAudioStatus;
   if ((cdb[2] & 0x40) == 0) {
     return cut(std::move(data), room);  // the header alone
   }
-  if (disc.state != DiscState::kComplete) {
+  if (disc.state != DiscStatus::kComplete) {
     return kInvalidFieldInCommand;
   }
-  const Track& first = disc.tracks.front();
+  const RecordedTrack& first = disc.tracks.front();
   if (cdb[3] == 1) {  // current position: the pick-up rests at the first track
     data.resize(16);
     data[4] = 1;
@@ -209,7 +209,7 @@ Reply Drive::readSubChannel(ByteView cdb, ByteView) {
     if (number < 0 || number >= static_cast<int>(disc.tracks.size())) {
       return kInvalidFieldInCommand;
     }
-    const Track& track = disc.tracks[static_cast<std::size_t>(number)];
+    const RecordedTrack& track = disc.tracks[static_cast<std::size_t>(number)];
     data.resize(24);
     data[4] = 3;
     data[5] = static_cast<uint8_t>(3 << 4 | track.control);
@@ -223,25 +223,25 @@ Reply Drive::readSubChannel(ByteView cdb, ByteView) {
   return cut(std::move(data), room);
 }
 
-Reply Drive::readCapacity(ByteView, ByteView) {
+Reply EmulatedDrive::readCapacity(ByteView, ByteView) {
   constexpr uint32_t kBlockBytes = 2048;
-  Bytes data(8);
-  const bool complete = m_disc->state == DiscState::kComplete;
+  ByteBuffer data(8);
+  const bool complete = m_disc->state == DiscStatus::kComplete;
   storeBig32(data.data(), complete ? static_cast<uint32_t>(m_disc->lead_out - 1) : 0);
   storeBig32(&data[4], kBlockBytes);
   return data;
 }
 
-Reply Drive::readData10(ByteView cdb, ByteView) {
+Reply EmulatedDrive::readData10(ByteView cdb, ByteView) {
   return refuseData(loadBig32(&cdb[2]), loadBig16(&cdb[7]));
 }
 
-Reply Drive::readData12(ByteView cdb, ByteView) {
+Reply EmulatedDrive::readData12(ByteView cdb, ByteView) {
   return refuseData(loadBig32(&cdb[2]), loadBig32(&cdb[6]));
 }
 
-Reply Drive::refuseData(uint32_t lba, uint32_t count) {
-  const bool complete = m_disc->state == DiscState::kComplete;
+Reply EmulatedDrive::refuseData(uint32_t lba, uint32_t count) {
+  const bool complete = m_disc->state == DiscStatus::kComplete;
   const auto end = static_cast<uint32_t>(m_disc->lead_out);
   if (!complete || lba >= end || count > end - lba) {
     return kAddressOutOfRange;
@@ -249,11 +249,11 @@ Reply Drive::refuseData(uint32_t lba, uint32_t count) {
   return count == 0 ? Reply() : Reply(kIllegalModeForTrack);  // all tracks are audio
 }
 
-Reply Drive::readCd(ByteView cdb, ByteView) {
+Reply EmulatedDrive::readCd(ByteView cdb, ByteView) {
   return readSectors(static_cast<int32_t>(loadBig32(&cdb[2])), loadBig24(&cdb[6]), cdb);
 }
 
-Reply Drive::readCdMsf(ByteView cdb, ByteView) {
+Reply EmulatedDrive::readCdMsf(ByteView cdb, ByteView) {
   const std::optional<int32_t> from = lbaOf({cdb[3], cdb[4], cdb[5]});
   const std::optional<int32_t> to = lbaOf({cdb[6], cdb[7], cdb[8]});
   if (!from || !to || *to < *from) {
@@ -262,7 +262,7 @@ Reply Drive::readCdMsf(ByteView cdb, ByteView) {
   return readSectors(*from, static_cast<uint32_t>(*to - *from), cdb);
 }
 
-Reply Drive::readSectors(int32_t lba, uint32_t count, ByteView cdb) {
+Reply EmulatedDrive::readSectors(int32_t lba, uint32_t count, ByteView cdb) {
   constexpr uint8_t kAnyType = 0;
   constexpr uint8_t kAudioType = 1;
   constexpr uint32_t kMostSectors = 4096;  // far above what a transfer carries
@@ -273,8 +273,8 @@ Reply Drive::readSectors(int32_t lba, uint32_t count, ByteView cdb) {
   if (type > 5 || sub_channel == 3 || sub_channel > 4 || error_field == 3) {
     return kInvalidFieldInCommand;
   }
-  const Disc& disc = *m_disc;
-  const bool complete = disc.state == DiscState::kComplete;
+  const EmulatedDisc& disc = *m_disc;
+  const bool complete = disc.state == DiscStatus::kComplete;
   if (!complete || lba < 0 || lba >= disc.lead_out || count > kMostSectors ||
       static_cast<int32_t>(count) > disc.lead_out - lba) {
     return kAddressOutOfRange;
@@ -283,11 +283,11 @@ Reply Drive::readSectors(int32_t lba, uint32_t count, ByteView cdb) {
     return kIllegalModeForTrack;
   }
   constexpr std::size_t kErrorBytes[] = {0, 294, 296};
-  Bytes sector(kSectorBytes);
-  Bytes data;
+  ByteBuffer sector(kSectorBytes);
+  ByteBuffer data;
   for (int32_t at = lba; at < lba + static_cast<int32_t>(count); ++at) {
     if (m_faults.read_error_at == at || !m_surface.read(at, sector)) {
-      Sense sense = kUnrecoveredReadError;
+      SenseData sense = kUnrecoveredReadError;
       sense.sector = at;
       return sense;
     }
@@ -295,10 +295,10 @@ Reply Drive::readSectors(int32_t lba, uint32_t count, ByteView cdb) {
       data.insert(data.end(), sector.begin(), sector.end());
     }
     data.resize(data.size() + kErrorBytes[error_field]);
-    const Bytes beside = subChannelOf(disc, at, sub_channel);
+    const ByteBuffer beside = subChannelOf(disc, at, sub_channel);
     data.insert(data.end(), beside.begin(), beside.end());
   }
   return data;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -2,16 +2,16 @@
 
 #include <algorithm>
 
-#include "tools/emulated_drive/drive/drive.h"
+#include "tools/emulated_drive/drive/emulated_drive.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 constexpr uint32_t kBufferBytes = 2048 * 1024;
 }  // namespace
 
-Reply Drive::sendCueSheet(ByteView cdb, ByteView data_out) {
-  if (m_disc->state != DiscState::kBlank) {
+Reply EmulatedDrive::sendCueSheet(ByteView cdb, ByteView data_out) {
+  if (m_disc->state != DiscStatus::kBlank) {
     return kWriteProtected;
   }
   if (m_modes.writeType() != kSessionAtOnce || !giveUpRecording()) {
@@ -21,12 +21,12 @@ Reply Drive::sendCueSheet(ByteView cdb, ByteView data_out) {
   if (data_out.size() < length) {
     return kDataPhaseError;
   }
-  auto read = readCueSheet(data_out.first(length), *m_disc);
-  if (const Sense* refusal = std::get_if<Sense>(&read)) {
+  auto read = readSessionCueSheet(data_out.first(length), *m_disc);
+  if (const SenseData* refusal = std::get_if<SenseData>(&read)) {
     return *refusal;
   }
   Recording recording;
-  recording.sheet = std::move(std::get<CueSheet>(read));
+  recording.sheet = std::move(std::get<SessionCueSheet>(read));
   recording.next = recording.sheet.regions.front().start;
   recording.test = m_modes.testWrite();
   m_recording = std::move(recording);
@@ -34,7 +34,7 @@ Reply Drive::sendCueSheet(ByteView cdb, ByteView data_out) {
   return {};
 }
 
-bool Drive::giveUpRecording() {
+bool EmulatedDrive::giveUpRecording() {
   if (m_recording && !m_recording->flushed) {
     return false;
   }
@@ -42,7 +42,7 @@ bool Drive::giveUpRecording() {
   return true;
 }
 
-void Drive::skipGeneratedRegions() {
+void EmulatedDrive::skipGeneratedRegions() {
   const CueRegion* region = m_recording->sheet.regionAt(m_recording->next);
   while (region != nullptr && region->block_bytes == 0) {
     m_recording->next = region->end;
@@ -50,17 +50,17 @@ void Drive::skipGeneratedRegions() {
   }
 }
 
-Reply Drive::write10(ByteView cdb, ByteView data_out) {
+Reply EmulatedDrive::write10(ByteView cdb, ByteView data_out) {
   return write(static_cast<int32_t>(loadBig32(&cdb[2])), loadBig16(&cdb[7]), data_out);
 }
 
-Reply Drive::write12(ByteView cdb, ByteView data_out) {
+Reply EmulatedDrive::write12(ByteView cdb, ByteView data_out) {
   return write(static_cast<int32_t>(loadBig32(&cdb[2])), loadBig32(&cdb[6]), data_out);
 }
 
-Reply Drive::write(int32_t lba, uint32_t count, ByteView data_out) {
+Reply EmulatedDrive::write(int32_t lba, uint32_t count, ByteView data_out) {
   if (!m_recording) {
-    return m_disc->state == DiscState::kBlank ? kCommandSequence : kWriteProtected;
+    return m_disc->state == DiscStatus::kBlank ? kCommandSequence : kWriteProtected;
   }
   if (lba != m_recording->next) {
     return kInvalidAddressForWrite;
@@ -89,8 +89,8 @@ Reply Drive::write(int32_t lba, uint32_t count, ByteView data_out) {
   return reply;
 }
 
-Reply Drive::writeMainData(int32_t lba, uint32_t count, const CueRegion& region,
-                           ByteView data_out) {
+Reply EmulatedDrive::writeMainData(int32_t lba, uint32_t count, const CueRegion& region,
+                                   ByteView data_out) {
   const int32_t end = lba + static_cast<int32_t>(count);
   const bool test = m_recording->test;
   if (!test) {
@@ -99,7 +99,7 @@ Reply Drive::writeMainData(int32_t lba, uint32_t count, const CueRegion& region,
   if (!region.mainData()) {
     m_recording->cd_text.take(data_out);
   } else {
-    Bytes audio;
+    ByteBuffer audio;
     const auto block = static_cast<std::size_t>(region.block_bytes);
     for (std::size_t at = 0; at < data_out.size(); at += block) {
       const ByteView sector = data_out.subspan(at, kSectorBytes);
@@ -109,7 +109,7 @@ Reply Drive::writeMainData(int32_t lba, uint32_t count, const CueRegion& region,
     const bool spoiled = bad && *bad >= lba && *bad < end;
     if (!test && (spoiled || !m_surface.write(lba, audio))) {
       m_recording.reset();
-      Sense sense = kWriteError;
+      SenseData sense = kWriteError;
       sense.sector = spoiled ? *bad : lba;
       return sense;
     }
@@ -120,15 +120,15 @@ Reply Drive::writeMainData(int32_t lba, uint32_t count, const CueRegion& region,
   return {};
 }
 
-void Drive::markBegun() {
+void EmulatedDrive::markBegun() {
   if (!m_recording->begun) {
     m_recording->begun = true;
-    m_disc->state = DiscState::kIncomplete;
+    m_disc->state = DiscStatus::kIncomplete;
     ++m_generation;
   }
 }
 
-Reply Drive::synchronizeCache(ByteView, ByteView) {
+Reply EmulatedDrive::synchronizeCache(ByteView, ByteView) {
   if (!m_recording) {
     return {};
   }
@@ -143,8 +143,8 @@ Reply Drive::synchronizeCache(ByteView, ByteView) {
   return {};
 }
 
-void Drive::closeSession() {
-  m_disc->state = DiscState::kComplete;
+void EmulatedDrive::closeSession() {
+  m_disc->state = DiscStatus::kComplete;
   m_disc->tracks = m_recording->sheet.tracks;
   m_disc->lead_out = m_recording->sheet.lead_out;
   m_disc->mcn = m_recording->sheet.mcn;
@@ -152,7 +152,7 @@ void Drive::closeSession() {
   ++m_generation;
 }
 
-Reply Drive::closeTrackSession(ByteView cdb, ByteView) {
+Reply EmulatedDrive::closeTrackSession(ByteView cdb, ByteView) {
   constexpr uint8_t kTrack = 1;
   constexpr uint8_t kSession = 2;
   const uint8_t function = cdb[2] & 7;
@@ -160,22 +160,22 @@ Reply Drive::closeTrackSession(ByteView cdb, ByteView) {
     return kInvalidFieldInCommand;
   }
   // Session-at-once closes by itself; a session that is not whole cannot be closed by force.
-  return m_disc->state == DiscState::kComplete ? Reply() : Reply(kIncompleteTrackInSession);
+  return m_disc->state == DiscStatus::kComplete ? Reply() : Reply(kIncompleteTrackInSession);
 }
 
-Reply Drive::reserveTrack(ByteView, ByteView) {
+Reply EmulatedDrive::reserveTrack(ByteView, ByteView) {
   return kCommandSequence;  // reservations belong to track-at-once
 }
 
-Reply Drive::readBufferCapacity(ByteView cdb, ByteView) {
-  Bytes data(12);
+Reply EmulatedDrive::readBufferCapacity(ByteView cdb, ByteView) {
+  ByteBuffer data(12);
   storeBig16(data.data(), 10);
   storeBig32(&data[4], kBufferBytes);
   storeBig32(&data[8], kBufferBytes);  // every WRITE has reached the disc when it returns
   return cut(std::move(data), loadBig16(&cdb[7]));
 }
 
-Reply Drive::blank(ByteView cdb, ByteView) {
+Reply EmulatedDrive::blank(ByteView cdb, ByteView) {
   constexpr uint8_t kWholeDisc = 0;
   constexpr uint8_t kMinimal = 1;
   constexpr int kPolls = 2;
@@ -184,7 +184,7 @@ Reply Drive::blank(ByteView cdb, ByteView) {
   if (type != kWholeDisc && type != kMinimal) {
     return kInvalidFieldInCommand;
   }
-  if (m_disc->medium != Medium::kCdRw) {
+  if (m_disc->medium != MediumType::kCdRw) {
     return kMediumNotErasable;
   }
   if (!giveUpRecording()) {
@@ -199,4 +199,4 @@ Reply Drive::blank(ByteView cdb, ByteView) {
   return {};
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

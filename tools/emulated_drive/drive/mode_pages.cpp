@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
@@ -15,24 +15,24 @@ constexpr uint8_t kDefault = 2;
 constexpr uint8_t kSaved = 3;
 constexpr uint16_t kBufferKilobytes = 2048;
 
-Bytes recoveryPage() {
-  Bytes page(12);
+ByteBuffer recoveryPage() {
+  ByteBuffer page(12);
   page[0] = kRecoveryPage;
   page[1] = 10;
   page[3] = 5;  // read retries
   return page;
 }
 
-Bytes recoveryMask() {
-  Bytes page = recoveryPage();
+ByteBuffer recoveryMask() {
+  ByteBuffer page = recoveryPage();
   page[2] = 0xFF;
   page[3] = 0xFF;
   page[8] = 0xFF;  // write retries
   return page;
 }
 
-Bytes writePage() {
-  Bytes page(52);
+ByteBuffer writePage() {
+  ByteBuffer page(52);
   page[0] = kWritePage;
   page[1] = 50;
   page[2] = 0x40 | kSessionAtOnce;  // buffer underrun protection on
@@ -41,17 +41,17 @@ Bytes writePage() {
   return page;
 }
 
-Bytes writeMask() {
-  Bytes page(52, 0xFF);
+ByteBuffer writeMask() {
+  ByteBuffer page(52, 0xFF);
   page[0] = kWritePage;
   page[1] = 50;
   page[2] = 0x7F;
   return page;
 }
 
-Bytes capabilitiesPage() {
+ByteBuffer capabilitiesPage() {
   constexpr std::size_t kFixed = 32;
-  Bytes page(kFixed + 4 * std::size(kSpeeds));
+  ByteBuffer page(kFixed + 4 * std::size(kSpeeds));
   page[0] = kCapabilitiesPage;
   page[1] = static_cast<uint8_t>(page.size() - 2);
   page[2] = 0x03;  // reads CD-R, CD-RW
@@ -77,13 +77,13 @@ bool validWritePage(ByteView page) {
   const uint8_t write_type = page[2] & 0x0F;
   const uint8_t block_type = page[4] & 0x0F;
   const bool testable = write_type == kSessionAtOnce;
-  // Raw writing, track-at-once and packets are not what this recorder does; block types 4 to 7 and
+  // Raw writing, track-at-once and packets are nothing that this drive does; block types 4 to 7 and
   // 11, 12, 14 are reserved or belong to others.
   constexpr uint16_t kBlockTypes = 1 << 0 | 1 << 1 | 1 << 2 | 1 << 3 | 1 << 8 | 1 << 10;
   return testable && ((kBlockTypes >> block_type) & 1) != 0;
 }
 
-void append(Bytes& all, const Bytes& page) {
+void append(ByteBuffer& all, const ByteBuffer& page) {
   all.insert(all.end(), page.begin(), page.end());
 }
 
@@ -91,14 +91,15 @@ void append(Bytes& all, const Bytes& page) {
 
 ModePages::ModePages() : m_recovery(recoveryPage()), m_write(writePage()) {}
 
-std::variant<Bytes, Sense> ModePages::sense(uint8_t page, uint8_t control) const {
+std::variant<ByteBuffer, SenseData> ModePages::sense(uint8_t page, uint8_t control) const {
   if (control == kSaved) {
     return kSavingNotSupported;
   }
-  const auto choose = [control](const Bytes& current, const Bytes& mask, const Bytes& initial) {
+  const auto choose = [control](const ByteBuffer& current, const ByteBuffer& mask,
+                                const ByteBuffer& initial) {
     return control == kChangeable ? mask : control == kDefault ? initial : current;
   };
-  Bytes found;
+  ByteBuffer found;
   if (page == kRecoveryPage || page == kAllPages) {
     append(found, choose(m_recovery, recoveryMask(), recoveryPage()));
   }
@@ -106,7 +107,7 @@ std::variant<Bytes, Sense> ModePages::sense(uint8_t page, uint8_t control) const
     append(found, choose(m_write, writeMask(), writePage()));
   }
   if (page == kCapabilitiesPage || page == kAllPages) {
-    Bytes none(capabilitiesPage().size());
+    ByteBuffer none(capabilitiesPage().size());
     none[0] = kCapabilitiesPage;
     none[1] = static_cast<uint8_t>(none.size() - 2);
     append(found, choose(capabilitiesPage(), none, capabilitiesPage()));
@@ -117,9 +118,9 @@ std::variant<Bytes, Sense> ModePages::sense(uint8_t page, uint8_t control) const
   return found;
 }
 
-std::optional<Sense> ModePages::select(ByteView pages) {
-  Bytes recovery = m_recovery;
-  Bytes write = m_write;
+std::optional<SenseData> ModePages::select(ByteView pages) {
+  ByteBuffer recovery = m_recovery;
+  ByteBuffer write = m_write;
   while (!pages.empty()) {
     if (pages.size() < 2 || pages.size() < 2u + pages[1]) {
       return kParameterListLength;
@@ -127,7 +128,7 @@ std::optional<Sense> ModePages::select(ByteView pages) {
     const ByteView page = pages.first(2u + pages[1]);
     pages = pages.subspan(page.size());
     const uint8_t code = page[0] & 0x3F;
-    Bytes* target = code == kRecoveryPage ? &recovery : code == kWritePage ? &write : nullptr;
+    ByteBuffer* target = code == kRecoveryPage ? &recovery : code == kWritePage ? &write : nullptr;
     if (target == nullptr || target->size() != page.size()) {
       return kInvalidFieldInParameters;
     }
@@ -150,4 +151,4 @@ bool ModePages::testWrite() const {
   return (m_write[2] & 0x10) != 0;
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

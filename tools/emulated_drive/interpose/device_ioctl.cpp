@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <cstring>
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
@@ -24,7 +24,7 @@ int fail(int reason) {
   return -1;
 }
 
-void fillSense(const Sense& sense, sg_io_hdr_t& header) {
+void fillSense(const SenseData& sense, sg_io_hdr_t& header) {
   const auto bytes = senseBytes(sense);
   header.status = kCheckCondition;
   header.masked_status = kCheckCondition >> 1;
@@ -37,7 +37,7 @@ void fillSense(const Sense& sense, sg_io_hdr_t& header) {
   }
 }
 
-int sgIo(Device& device, sg_io_hdr_t& header) {
+int sgIo(EmulatedDevice& device, sg_io_hdr_t& header) {
   if (header.interface_id != 'S' || header.iovec_count != 0) {
     return fail(EINVAL);
   }
@@ -72,7 +72,7 @@ int sgIo(Device& device, sg_io_hdr_t& header) {
 }
 
 /// CDROM_SEND_PACKET: the same commands through the CD-ROM layer.
-int sendPacket(Device& device, cdrom_generic_command& command) {
+int sendPacket(EmulatedDevice& device, cdrom_generic_command& command) {
   constexpr std::size_t kPacketBytes = 12;
   const bool out = command.data_direction == CGC_DATA_WRITE;
   const std::size_t length = command.buffer == nullptr ? 0 : command.buflen;
@@ -92,12 +92,12 @@ int sendPacket(Device& device, cdrom_generic_command& command) {
   return fail(EIO);
 }
 
-int driveStatus(Device& device) {
+int driveStatus(EmulatedDevice& device) {
   return device.trayOpen() ? CDS_TRAY_OPEN : device.hasDisc() ? CDS_DISC_OK : CDS_NO_DISC;
 }
 
 /// Where the drive hangs: a host of its own, so that no two share an address.
-int addressOf(Device& device, sg_scsi_id& id) {
+int addressOf(EmulatedDevice& device, sg_scsi_id& id) {
   id = {};
   id.host_no = device.number();
   id.scsi_type = TYPE_ROM;
@@ -108,7 +108,7 @@ struct LunAddress {
   uint32_t id, host_id;
 };
 
-int lunAddressOf(Device& device, LunAddress& address) {
+int lunAddressOf(EmulatedDevice& device, LunAddress& address) {
   address = {static_cast<uint32_t>(device.number()) << 24, 0};
   return 0;
 }
@@ -123,23 +123,23 @@ int storeInt(void* argument, int value) {
 
 /// A request whose argument is a record of the caller's.
 template <typename Record>
-int answer(Device& device, void* argument, int (*how)(Device&, Record&)) {
+int answer(EmulatedDevice& device, void* argument, int (*how)(EmulatedDevice&, Record&)) {
   return argument == nullptr ? fail(EFAULT) : how(device, *static_cast<Record*>(argument));
 }
 
-int runCommand(Device& device, ByteView cdb) {
+int runCommand(EmulatedDevice& device, ByteView cdb) {
   return device.execute(cdb, {}).sense ? fail(EIO) : 0;
 }
 
 /// READ TOC in format 0 as times, the whole table; nothing when the disc has none.
-Bytes tableOfContents(Device& device) {
+ByteBuffer tableOfContents(EmulatedDevice& device) {
   constexpr uint8_t kReadToc[] = {0x43, 2, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0};
   const Reply reply = device.execute(kReadToc, {});
-  return reply.sense ? Bytes() : reply.data;
+  return reply.sense ? ByteBuffer() : reply.data;
 }
 
-int tocHeader(Device& device, cdrom_tochdr& header) {
-  const Bytes toc = tableOfContents(device);
+int tocHeader(EmulatedDevice& device, cdrom_tochdr& header) {
+  const ByteBuffer toc = tableOfContents(device);
   if (toc.empty()) {
     return fail(EIO);
   }
@@ -148,10 +148,10 @@ int tocHeader(Device& device, cdrom_tochdr& header) {
   return 0;
 }
 
-int tocEntry(Device& device, cdrom_tocentry& entry) {
+int tocEntry(EmulatedDevice& device, cdrom_tocentry& entry) {
   constexpr std::size_t kHeaderBytes = 4;
   constexpr std::size_t kEntryBytes = 8;
-  const Bytes toc = tableOfContents(device);
+  const ByteBuffer toc = tableOfContents(device);
   for (std::size_t at = kHeaderBytes; at < toc.size(); at += kEntryBytes) {
     if (toc[at + 2] != entry.cdte_track) {
       continue;
@@ -159,7 +159,7 @@ int tocEntry(Device& device, cdrom_tocentry& entry) {
     entry.cdte_adr = toc[at + 1] >> 4 & 0x0F;
     entry.cdte_ctrl = toc[at + 1] & 0x0F;
     entry.cdte_datamode = 0;
-    const Msf msf{toc[at + 5], toc[at + 6], toc[at + 7]};
+    const MsfAddress msf{toc[at + 5], toc[at + 6], toc[at + 7]};
     if (entry.cdte_format == CDROM_MSF) {
       entry.cdte_addr.msf = {msf.minute, msf.second, msf.frame};
     } else {
@@ -170,7 +170,7 @@ int tocEntry(Device& device, cdrom_tocentry& entry) {
   return fail(toc.empty() ? EIO : EINVAL);
 }
 
-int catalogNumber(Device& device, cdrom_mcn& number) {
+int catalogNumber(EmulatedDevice& device, cdrom_mcn& number) {
   constexpr uint8_t kReadMcn[] = {0x42, 0, 0x40, 2, 0, 0, 0, 0, 24, 0};
   constexpr std::size_t kDigits = 13;
   const Reply reply = device.execute(kReadMcn, {});
@@ -184,7 +184,7 @@ int catalogNumber(Device& device, cdrom_mcn& number) {
 
 }  // namespace
 
-int deviceIoctl(Device& device, unsigned long request, void* argument) {
+int deviceIoctl(EmulatedDevice& device, unsigned long request, void* argument) {
   switch (request) {
     case SG_IO:
       return answer(device, argument, sgIo);
@@ -231,4 +231,4 @@ int deviceIoctl(Device& device, unsigned long request, void* argument) {
   }
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

@@ -21,9 +21,9 @@
 #include <filesystem>
 
 #include "tools/emulated_drive/interpose/device_ioctl.h"
-#include "tools/emulated_drive/interpose/station.h"
+#include "tools/emulated_drive/interpose/device_table.h"
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
@@ -36,13 +36,14 @@ template <typename Function>
 Function libc(Function /*type*/, const char* name) {
   void* found = ::dlsym(RTLD_NEXT, name);
   if (found == nullptr) {
-    std::fprintf(stderr, "velmor-recorder: this system's C library has no %s\n", name);
+    std::fprintf(stderr, "velmor-emulated-drive: this system's C library has no %s\n", name);
     std::abort();
   }
   return reinterpret_cast<Function>(found);
 }
 
-/// What the emulator asks on its way shows in no errno of the program's.
+/// Restores errno at its end: what the emulator asks of the system must not change the errno that
+/// the program sees.
 class ErrnoKept {
  public:
   ErrnoKept() = default;
@@ -54,12 +55,13 @@ class ErrnoKept {
   int m_before = errno;
 };
 
-/// How a path is met while emulation is on.
-enum class Kind { kForeign, kHidden, kDevice };
+/// What a path leads to while emulation is on: a real file, a real drive that is hidden, or an
+/// emulated drive.
+enum class PathKind { kForeign, kHidden, kDevice };
 
-struct Place {
-  Kind kind = Kind::kForeign;
-  std::shared_ptr<Device> device;
+struct PathTarget {
+  PathKind kind = PathKind::kForeign;
+  std::shared_ptr<EmulatedDevice> device;
 };
 
 enum class Links { kFollowed, kKept };
@@ -79,27 +81,27 @@ std::string settled(const char* path, Links links) {
   return name.lexically_normal();
 }
 
-Place placeOf(const char* path, Links links = Links::kFollowed) {
-  // Most paths are not below /dev: those are told apart without looking further.
+PathTarget targetOf(const char* path, Links links = Links::kFollowed) {
+  // Most paths are not below /dev and need no look at the drives.
   if (DirectCalls::active() || std::string_view(path).substr(0, 5) != "/dev/") {
     return {};
   }
   const ErrnoKept kept;
   const DirectCalls direct;
-  Station& station = Station::instance();
-  if (!station.active()) {
+  DeviceTable& devices = DeviceTable::instance();
+  if (!devices.active()) {
     return {};
   }
   const std::string name = settled(path, links);
-  if (std::shared_ptr<Device> device = station.byPath(name)) {
-    return {Kind::kDevice, std::move(device)};
+  if (std::shared_ptr<EmulatedDevice> device = devices.byPath(name)) {
+    return {PathKind::kDevice, std::move(device)};
   }
-  return {isRecorderName(name) ? Kind::kHidden : Kind::kForeign, nullptr};
+  return {isOpticalDeviceName(name) ? PathKind::kHidden : PathKind::kForeign, nullptr};
 }
 
-std::shared_ptr<Device> deviceOf(int descriptor) {
+std::shared_ptr<EmulatedDevice> deviceOf(int descriptor) {
   const ErrnoKept kept;
-  return DirectCalls::active() ? nullptr : Station::instance().byDescriptor(descriptor);
+  return DirectCalls::active() ? nullptr : DeviceTable::instance().byDescriptor(descriptor);
 }
 
 int fail(int reason) {
@@ -108,8 +110,8 @@ int fail(int reason) {
 }
 
 /// What the kernel would say to opening this device, 0 for nothing.
-int refusalToOpen(const Device& device, int flags) {
-  const Settings settings = device.settings();
+int refusalToOpen(const EmulatedDevice& device, int flags) {
+  const DriveSettings settings = device.settings();
   if (settings.deny) {
     return EACCES;
   }
@@ -120,7 +122,7 @@ int refusalToOpen(const Device& device, int flags) {
   return medium_awaited && (!device.hasDisc() || device.trayOpen()) ? ENOMEDIUM : 0;
 }
 
-bool isDenied(const Device& device) {
+bool isDenied(const EmulatedDevice& device) {
   const ErrnoKept kept;
   const DirectCalls direct;
   try {
@@ -130,7 +132,7 @@ bool isDenied(const Device& device) {
   }
 }
 
-int openDevice(const std::shared_ptr<Device>& device, int flags) {
+int openDevice(const std::shared_ptr<EmulatedDevice>& device, int flags) {
   const DirectCalls direct;
   const int before = errno;
   try {
@@ -138,7 +140,7 @@ int openDevice(const std::shared_ptr<Device>& device, int flags) {
       return fail(reason);
     }
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "velmor-recorder: %s\n", error.what());
+    std::fprintf(stderr, "velmor-emulated-drive: %s\n", error.what());
     return fail(EIO);
   }
   // A real file stands behind the descriptor, so that locks work between programs as on a device.
@@ -151,13 +153,13 @@ int openDevice(const std::shared_ptr<Device>& device, int flags) {
     ::close(descriptor);
     return fail(EBUSY);
   }
-  Station::instance().attach(descriptor, device);
+  DeviceTable::instance().attach(descriptor, device);
   errno = before;
   return descriptor;
 }
 
 template <typename Stat>
-int statDevice(const Device& device, Stat* info) {
+int statDevice(const EmulatedDevice& device, Stat* info) {
   *info = {};
   info->st_mode = kDeviceMode;
   info->st_nlink = 1;
@@ -172,13 +174,13 @@ int statDevice(const Device& device, Stat* info) {
 /// One stat by path: emulated, hidden or passed on to `next`.
 template <typename Stat, typename Next>
 int statPath(const char* path, Stat* info, Next next, Links links = Links::kFollowed) {
-  const Place place = placeOf(path, links);
+  const PathTarget place = targetOf(path, links);
   switch (place.kind) {
-    case Kind::kDevice:
+    case PathKind::kDevice:
       return statDevice(*place.device, info);
-    case Kind::kHidden:
+    case PathKind::kHidden:
       return fail(ENOENT);
-    case Kind::kForeign:
+    case PathKind::kForeign:
       break;
   }
   return next();
@@ -186,19 +188,19 @@ int statPath(const char* path, Stat* info, Next next, Links links = Links::kFoll
 
 template <typename Stat, typename Next>
 int statDescriptor(int descriptor, Stat* info, Next next) {
-  const std::shared_ptr<Device> device = deviceOf(descriptor);
+  const std::shared_ptr<EmulatedDevice> device = deviceOf(descriptor);
   return device ? statDevice(*device, info) : next();
 }
 
 template <typename Next>
 int openPath(const char* path, int flags, Next next) {
-  const Place place = placeOf(path);
+  const PathTarget place = targetOf(path);
   switch (place.kind) {
-    case Kind::kDevice:
+    case PathKind::kDevice:
       return openDevice(place.device, flags);
-    case Kind::kHidden:
+    case PathKind::kHidden:
       return fail(ENOENT);
-    case Kind::kForeign:
+    case PathKind::kForeign:
       break;
   }
   return next();
@@ -212,9 +214,9 @@ mode_t modeOf(int flags, va_list arguments) {
 
 }  // namespace
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive
 
-using namespace velmor::recorder;  // NOLINT: the definitions below must lie outside
+using namespace velmor::emulated_drive;  // NOLINT: the definitions below must lie outside
 
 extern "C" {
 
@@ -259,7 +261,7 @@ int __open64_2(const char* path, int flags) {
 int close(int descriptor) {
   static const auto kNext = libc(&::close, "close");
   if (deviceOf(descriptor)) {
-    Station::instance().detach(descriptor);
+    DeviceTable::instance().detach(descriptor);
   }
   return kNext(descriptor);
 }
@@ -270,7 +272,7 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
   va_start(arguments, request);
   void* argument = va_arg(arguments, void*);
   va_end(arguments);
-  const std::shared_ptr<Device> device = deviceOf(descriptor);
+  const std::shared_ptr<EmulatedDevice> device = deviceOf(descriptor);
   if (!device) {
     return kNext(descriptor, request, argument);
   }
@@ -281,20 +283,20 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
     errno = result < 0 ? errno : before;
     return result;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "velmor-recorder: %s\n", error.what());
+    std::fprintf(stderr, "velmor-emulated-drive: %s\n", error.what());
     return fail(EIO);
   }
 }
 
 int access(const char* path, int mode) noexcept {
   static const auto kNext = libc(&::access, "access");
-  const Place place = placeOf(path);
+  const PathTarget place = targetOf(path);
   switch (place.kind) {
-    case Kind::kDevice:
+    case PathKind::kDevice:
       return mode != F_OK && isDenied(*place.device) ? fail(EACCES) : 0;
-    case Kind::kHidden:
+    case PathKind::kHidden:
       return fail(ENOENT);
-    case Kind::kForeign:
+    case PathKind::kForeign:
       break;
   }
   return kNext(path, mode);

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace velmor::recorder {
+namespace velmor::emulated_drive {
 
 namespace {
 
@@ -45,4 +45,4 @@ void trace(const std::string& device, ByteView cdb, std::size_t bytes_out, const
   }
 }
 
-}  // namespace velmor::recorder
+}  // namespace velmor::emulated_drive

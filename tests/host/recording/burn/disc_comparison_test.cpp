@@ -5,7 +5,7 @@
 
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
-#include "tests/host/recording/recorder_double.h"
+#include "tests/host/recording/scripted_recorder.h"
 
 namespace velmor::recording::testing {
 namespace {
@@ -13,15 +13,15 @@ namespace {
 using ::testing::HasSubstr;
 using Verdict = Comparison::Verdict;
 
-Comparison compare(DriveState& drive, const Programme& programme) {
+Comparison compare(ScriptedDrive& drive, const Programme& programme) {
   const SessionPlan plan = planSession(programme.tracks.data(), programme.count());
-  RecorderDouble recorder(drive);
+  ScriptedRecorder recorder(drive);
   return compareDisc(recorder, plan, [](int64_t) { return true; });
 }
 
 TEST(DiscComparison, EqualBytesAreEqual) {
   const Programme programme({300, 333});
-  DriveState drive;
+  ScriptedDrive drive;
   drive.disc = programme.image();
   const Comparison result = compare(drive, programme);
   EXPECT_EQ(result.verdict, Verdict::kEqual);
@@ -32,7 +32,7 @@ class ReadOffset : public ::testing::TestWithParam<int> {};
 
 TEST_P(ReadOffset, OfTheDriveIsFoundAndHeldThroughout) {
   const Programme programme({300, 333});
-  DriveState drive;
+  ScriptedDrive drive;
   drive.disc = programme.image();
   drive.read_offset = GetParam();
   const Comparison result = compare(drive, programme);
@@ -48,7 +48,7 @@ TEST(DiscComparison, SilenceBeforeTheMusicHidesNoOffset) {
   Bytes image = noise(600);
   std::fill(image.begin(), image.begin() + 200 * disc::kBytesPerSector, 0);
   const Programme programme(image, {300, 300});
-  DriveState drive;
+  ScriptedDrive drive;
   drive.disc = image;
   drive.read_offset = 48;
   EXPECT_EQ(compare(drive, programme).verdict, Verdict::kEqual);
@@ -56,7 +56,7 @@ TEST(DiscComparison, SilenceBeforeTheMusicHidesNoOffset) {
 
 TEST(DiscComparison, SilenceAllThroughIsComparedToo) {
   const Programme programme(Bytes(size_t{300} * disc::kBytesPerSector, 0), {300});
-  DriveState drive;
+  ScriptedDrive drive;
   drive.disc = programme.image();
   EXPECT_EQ(compare(drive, programme).verdict, Verdict::kEqual);
   drive.disc[1'000'00] = 1;
@@ -67,7 +67,7 @@ class OneWrongByte : public ::testing::TestWithParam<size_t> {};
 
 TEST_P(OneWrongByte, IsFoundAndItsSectorNamed) {
   const Programme programme({300, 300});
-  DriveState drive;
+  ScriptedDrive drive;
   drive.disc = programme.image();
   drive.disc[GetParam()] ^= 1;
   const Comparison result = compare(drive, programme);
@@ -85,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(Places, OneWrongByte,
 
 TEST(DiscComparison, AnotherDiscIsDifferent) {
   const Programme programme({300});
-  DriveState drive;
+  ScriptedDrive drive;
   drive.disc = noise(300, 99);
   const Comparison result = compare(drive, programme);
   EXPECT_EQ(result.verdict, Verdict::kDifferent);
@@ -94,7 +94,7 @@ TEST(DiscComparison, AnotherDiscIsDifferent) {
 
 TEST(DiscComparison, AnOffsetThatDoesNotHoldIsADifference) {
   const Programme programme({300, 300});
-  DriveState drive;
+  ScriptedDrive drive;
   drive.disc = programme.image();
   // A frame lost in the middle: all after it comes early.
   drive.disc.erase(drive.disc.begin() + 300 * disc::kBytesPerSector,
@@ -105,7 +105,7 @@ TEST(DiscComparison, AnOffsetThatDoesNotHoldIsADifference) {
 
 TEST(DiscComparison, AFlawInTheFirstSecondIsAFlawAndNoDriveThatCannotRead) {
   const Programme programme({300, 300});
-  DriveState drive;
+  ScriptedDrive drive;
   drive.disc = programme.image();
   for (const int64_t flaw : {0, 3, 20}) {
     drive.unreadable_from = flaw;
@@ -118,7 +118,7 @@ TEST(DiscComparison, AFlawInTheFirstSecondIsAFlawAndNoDriveThatCannotRead) {
 
 TEST(DiscComparison, ADiscThatBreaksOffIsDifferentAndOneThatCannotBeReadIsUndecided) {
   const Programme programme({300, 300});
-  DriveState drive;
+  ScriptedDrive drive;
   drive.disc = programme.image();
   drive.unreadable_from = 500;
   const Comparison broken = compare(drive, programme);
@@ -131,9 +131,9 @@ TEST(DiscComparison, ADiscThatBreaksOffIsDifferentAndOneThatCannotBeReadIsUndeci
 TEST(DiscComparison, CanBeStopped) {
   const Programme programme({300});
   const SessionPlan plan = planSession(programme.tracks.data(), programme.count());
-  DriveState drive;
+  ScriptedDrive drive;
   drive.disc = programme.image();
-  RecorderDouble recorder(drive);
+  ScriptedRecorder recorder(drive);
   const Comparison result = compareDisc(recorder, plan, [](int64_t done) { return done < 100; });
   EXPECT_EQ(result.verdict, Verdict::kUndecided);
   EXPECT_THAT(result.words, HasSubstr("stopped"));
@@ -142,7 +142,7 @@ TEST(DiscComparison, CanBeStopped) {
 TEST(DiscComparison, AnImageThatCannotBeReadAgainIsUndecided) {
   const Programme programme({300});
   programme.producers[0]->fails_at_sector = 20;
-  DriveState drive;
+  ScriptedDrive drive;
   drive.disc = programme.image();
   EXPECT_EQ(compare(drive, programme).verdict, Verdict::kUndecided);
 }

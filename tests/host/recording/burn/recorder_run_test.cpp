@@ -8,8 +8,8 @@
 #include "disc/cd_text/disc_texts.h"
 #include "disc/units/disc_units.h"
 #include "host/recording/burn/burn_run.h"
-#include "tests/host/recording/attendant_double.h"
-#include "tests/host/recording/recorder_double.h"
+#include "tests/host/recording/scripted_recorder.h"
+#include "tests/host/recording/scripted_user_interface.h"
 
 namespace velmor::recording::testing {
 namespace {
@@ -25,7 +25,7 @@ class Burn : public ::testing::Test {
     m_options.cancel = &m_cancel;
   }
   Outcome run(const Programme& programme) {
-    RecorderDouble recorder(m_drive);
+    ScriptedRecorder recorder(m_drive);
     return BurnRun(recorder, "Acme Burner (/dev/sr0)", m_properties, m_options)
         .run(programme.tracks.data(), programme.count());
   }
@@ -44,8 +44,8 @@ class Burn : public ::testing::Test {
     m_drive.medium = {DiscCondition::kClosed, "CD-RW", true, true, 0, 359'849};
   }
 
-  DriveState m_drive;
-  AttendantDouble m_person;
+  ScriptedDrive m_drive;
+  ScriptedUserInterface m_person;
   std::atomic<bool> m_cancel{false};
   RecordingOptions m_options;
   DiscBurnProperties m_properties{false, false, true, false, kDiscActionMount, kDiscActionNone};

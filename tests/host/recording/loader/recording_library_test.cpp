@@ -4,8 +4,8 @@
 
 #include "disc/failure.h"
 #include "host/recording/loader/load_recording.h"
-#include "tests/host/recording/attendant_double.h"
-#include "tests/host/recording/recorder_shelf.h"
+#include "tests/host/recording/emulated_drive_folder.h"
+#include "tests/host/recording/scripted_user_interface.h"
 
 namespace velmor::recording::testing {
 namespace {
@@ -15,8 +15,8 @@ using ::testing::HasSubstr;
 constexpr const char* kLibrary = VELMOR_BINARY_DIR "/velmor_recording.so";
 
 TEST(RecordingLibrary, IsLoadedFromItsFileAndBurns) {
-  const RecorderShelf shelf;
-  AttendantDouble person;
+  const EmulatedDriveFolder drives;
+  ScriptedUserInterface person;
   RecordingOptions options;
   options.user_interface = &person;
   Service* service = loadRecording(kLibrary, options);
@@ -33,7 +33,7 @@ TEST(RecordingLibrary, IsLoadedFromItsFileAndBurns) {
   recording->RunProgressPanel(burn, programme.tracks.data(), programme.count());
   recording->ReleaseExclusiveAccess(device);
   EXPECT_TRUE(service->outcome().written) << service->outcome().failure;
-  EXPECT_EQ(shelf.audio(1), programme.image());
+  EXPECT_EQ(drives.audio(1), programme.image());
   service->close();
 }
 
@@ -48,9 +48,9 @@ TEST(RecordingLibrary, ThatIsMissingIsNamedWithWhatItNeeds) {
 }
 
 TEST(RecordingLibrary, OnAMachineWithoutRecordersThereAreNone) {
-  const RecorderShelf shelf;
-  std::filesystem::remove_all(shelf.folder(0));
-  std::filesystem::remove_all(shelf.folder(1));
+  const EmulatedDriveFolder drives;
+  std::filesystem::remove_all(drives.folder(0));
+  std::filesystem::remove_all(drives.folder(1));
   Service* service = loadRecording(kLibrary, {});
   EXPECT_EQ(service->DeviceCount(), 0);
   EXPECT_TRUE(service->drives().empty());

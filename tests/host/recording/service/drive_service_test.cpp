@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "disc/failure.h"
-#include "tests/host/recording/attendant_double.h"
-#include "tests/host/recording/recorder_double.h"
+#include "tests/host/recording/scripted_recorder.h"
+#include "tests/host/recording/scripted_user_interface.h"
 
 namespace velmor::recording::testing {
 namespace {
@@ -15,21 +15,21 @@ using ::testing::HasSubstr;
 /// A machine with drives that come and go.
 struct Machine {
   std::vector<DriveRecord> drives;
-  DriveState state;
+  ScriptedDrive state;
   std::string refusal;  // of the next attempt to take a drive
   int scans = 0;
 };
 
-class BusDouble final : public RecorderBus {
+class ScriptedRecorderBus final : public RecorderBus {
  public:
-  explicit BusDouble(Machine& machine) : m_machine(machine) {}
+  explicit ScriptedRecorderBus(Machine& machine) : m_machine(machine) {}
   std::vector<DriveRecord> scan() override {
     ++m_machine.scans;
     return m_machine.drives;
   }
   std::unique_ptr<Recorder> grab(const std::string&, bool) override {
     if (!m_machine.refusal.empty()) throw Failure(m_machine.refusal);
-    return std::make_unique<RecorderDouble>(m_machine.state);
+    return std::make_unique<ScriptedRecorder>(m_machine.state);
   }
 
  private:
@@ -41,7 +41,7 @@ class TheService : public ::testing::Test {
   TheService() {
     m_machine.drives = {{"/dev/sr0", "ACME", "Burner", "1.0"}, {"/dev/sr1", "", "Other", ""}};
     m_options.user_interface = &m_person;
-    m_service = new DriveService(std::make_unique<BusDouble>(m_machine), m_options);
+    m_service = new DriveService(std::make_unique<ScriptedRecorderBus>(m_machine), m_options);
   }
   ~TheService() override { m_service->close(); }
 
@@ -57,7 +57,7 @@ class TheService : public ::testing::Test {
   }
 
   Machine m_machine;
-  AttendantDouble m_person;
+  ScriptedUserInterface m_person;
   RecordingOptions m_options;
   DriveService* m_service = nullptr;
   const DiscBurnProperties m_plain{false, false, true, false, kDiscActionMount, kDiscActionNone};

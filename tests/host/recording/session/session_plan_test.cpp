@@ -107,7 +107,7 @@ TEST(SessionPlan, ATrackWithoutAProducerIsRefused) {
 
 TEST(SessionPlan, TheLeadOutBeginsAtTheLatestWhereTheDiscsTimeEnds) {
   const Bytes none;
-  ProducerDouble producer(none, 0, size_t{404'849} * disc::kBytesPerSector);
+  ImageProducer producer(none, 0, size_t{404'849} * disc::kBytesPerSector);
   DiscTrack track{&producer, 0, 0, 0, 0, 0, disc::kBytesPerSector, 404'849};
   EXPECT_EQ(planSession(&track, 1).sectors, 404'849);
   producer.estimate = 404'850;

@@ -12,9 +12,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using velmor::recorder::Disc;
-using velmor::recorder::DiscState;
-using velmor::recorder::Settings;
+using velmor::emulated_drive::DiscStatus;
+using velmor::emulated_drive::DriveSettings;
+using velmor::emulated_drive::EmulatedDisc;
 
 class BurnProgram : public BurnProgramCase {};
 
@@ -28,8 +28,8 @@ TEST_F(BurnProgram, TheDiscIsTheImageAndItsTracksBeginWhereTheRenderPutThem) {
   EXPECT_THAT(starts(1), ElementsAre(0, report["tracks"][1]["start_sector"].get<int>(),
                                      report["tracks"][2]["start_sector"].get<int>()));
   EXPECT_EQ(disc(1).lead_out, report["image"]["sectors"].get<int>());
-  EXPECT_EQ(disc(1).state, DiscState::kComplete);
-  EXPECT_EQ(disc(0).state, DiscState::kBlank);
+  EXPECT_EQ(disc(1).state, DiscStatus::kComplete);
+  EXPECT_EQ(disc(0).state, DiscStatus::kBlank);
   EXPECT_EQ(report["burn"]["written"], 1);
   EXPECT_EQ(report["burn"]["drive"], "VELMOR TEST DRIVE 2");
   EXPECT_FALSE(report["burn"].contains("failure"));
@@ -70,11 +70,11 @@ TEST_F(BurnProgram, AnotherProgramReadsTracksTextsAndAudioBack) {
   EXPECT_EQ(disc(1).mcn, "4006381333931");
   EXPECT_EQ(disc(1).tracks[1].isrc, "DEABC2000002");
   ASSERT_EQ(shell("mkdir audio; exec '" VELMOR_BINARY_DIR
-                  "/velmor-recorder' run drives -- cdrskin dev=/dev/sr31 -toc "
+                  "/velmor-emulated-drive' run drives -- cdrskin dev=/dev/sr31 -toc "
                   "extract_audio_to=audio cdtext_to_v07t=text"),
             0)
       << m_said;
-  const std::string toc = m_printed + m_said + velmor::recorder::contentOf(m_root / "text");
+  const std::string toc = m_printed + m_said + test_kit::contentOf(m_root / "text");
   EXPECT_THAT(toc, HasSubstr("track:   2 lba:       320"));
   EXPECT_THAT(toc, HasSubstr("track:   3 lba:       640"));
   EXPECT_THAT(toc, HasSubstr("track:lout lba:       960"));
@@ -84,19 +84,19 @@ TEST_F(BurnProgram, AnotherProgramReadsTracksTextsAndAudioBack) {
   std::string audio;
   for (int track = 1; track <= 3; ++track) {
     const std::string name = "audio/0" + std::to_string(track) + ".wav";
-    audio += velmor::recorder::contentOf(m_root / name).substr(44);
+    audio += test_kit::contentOf(m_root / name).substr(44);
   }
   EXPECT_TRUE(audio == image());
 }
 
 TEST_F(BurnProgram, ADriveIsFoundByAPartOfItsNameInEitherCase) {
   ASSERT_EQ(render(std::string(kShort) + "--drive 'drive 2'"), 0) << m_said;
-  EXPECT_EQ(disc(1).state, DiscState::kComplete);
+  EXPECT_EQ(disc(1).state, DiscStatus::kComplete);
 }
 
 TEST_F(BurnProgram, ADriveIsFoundByItsDeviceFile) {
   ASSERT_EQ(render(std::string(kShort) + "--drive /dev/sr31"), 0) << m_said;
-  EXPECT_EQ(disc(1).state, DiscState::kComplete);
+  EXPECT_EQ(disc(1).state, DiscStatus::kComplete);
 }
 
 TEST_F(BurnProgram, ADriveThatIsNotThereStopsBeforeTheRender) {
@@ -113,10 +113,10 @@ TEST_F(BurnProgram, ADriveThatIsNotThereStopsBeforeTheRender) {
 
 TEST_F(BurnProgram, WithoutAChoiceTheDriveOfLastTimeIsTaken) {
   ASSERT_EQ(render(std::string(kShort) + "--drive 1"), 0) << m_said;
-  insert(1, Disc());
+  insert(1, EmulatedDisc());
   ASSERT_EQ(render(std::string(kShort) + "--force"), 0) << m_said;
-  EXPECT_EQ(disc(1).state, DiscState::kComplete);
-  EXPECT_EQ(disc(0).state, DiscState::kBlank);
+  EXPECT_EQ(disc(1).state, DiscStatus::kComplete);
+  EXPECT_EQ(disc(0).state, DiscStatus::kBlank);
 }
 
 TEST_F(BurnProgram, EjectsWhenAskedTo) {
@@ -126,7 +126,7 @@ TEST_F(BurnProgram, EjectsWhenAskedTo) {
 
 TEST_F(BurnProgram, DoesNotEjectBecauseItDidLastTime) {
   ASSERT_EQ(render(std::string(kShort) + "--eject"), 0) << m_said;
-  insert(0, Disc());
+  insert(0, EmulatedDisc());
   ASSERT_EQ(render(std::string(kShort) + "--force"), 0) << m_said;
   EXPECT_FALSE(m_drives[0].trayOpen());
 }
@@ -140,8 +140,8 @@ TEST_F(BurnProgram, DeletesTheImageAfterAGoodBurn) {
 }
 
 TEST_F(BurnProgram, ReplacedFilesDoNotComeBackWhenTheImageIsDeleted) {
-  velmor::recorder::store(m_root / "album.cue", "old");
-  velmor::recorder::store(m_root / "album.bin", "old");
+  test_kit::writeFile(m_root / "album.cue", "old");
+  test_kit::writeFile(m_root / "album.bin", "old");
   ASSERT_EQ(render(std::string(kShort) + "--delete-image --force"), 0) << m_said;
   EXPECT_FALSE(exists("album.cue"));
   EXPECT_FALSE(exists("album.bin"));
@@ -157,7 +157,7 @@ TEST_F(BurnProgram, AFailedBurnDeletesNothingAlsoAfterOneThatDid) {
 
 TEST_F(BurnProgram, ADryRunStoresAndDeletesNothing) {
   ASSERT_EQ(render(std::string(kShort) + "--dry-run --delete-image --json"), 0) << m_said;
-  EXPECT_EQ(disc(0).state, DiscState::kBlank);
+  EXPECT_EQ(disc(0).state, DiscStatus::kBlank);
   EXPECT_EQ(burned(0), "");
   EXPECT_TRUE(exists("album.bin"));
   const Json burn = Json::parse(m_printed)["burn"];
@@ -181,7 +181,7 @@ TEST_F(BurnProgram, QuietSaysNothingOfAGoodBurn) {
 TEST_F(BurnProgram, CopiesWithNobodyToChangeTheDiscEndAfterTheFirst) {
   EXPECT_EQ(render(std::string(kShort) + "--copies 2 --delete-image"), 1);
   EXPECT_THAT(m_said, HasSubstr("copy 2 of 2 was not begun: no other disc was put in"));
-  EXPECT_EQ(disc(0).state, DiscState::kComplete);
+  EXPECT_EQ(disc(0).state, DiscStatus::kComplete);
   EXPECT_TRUE(m_drives[0].trayOpen()) << "the first disc is handed out";
   EXPECT_TRUE(exists("album.bin")) << "one copy is missing";
 }
@@ -203,7 +203,7 @@ const std::vector<BurnFault::Case>& BurnFault::cases() {
   static const std::vector<Case> kCases = {
       {"MediumError",
        [](const BurnFault& test) {
-         test.change(0, [](Settings& settings) { settings.faults.write_error_at = 500; });
+         test.change(0, [](DriveSettings& settings) { settings.faults.write_error_at = 500; });
        },
        "(track 2)", true},
       {"EmptyTray", [](const BurnFault& test) { test.insert(0, std::nullopt); },
@@ -212,26 +212,26 @@ const std::vector<BurnFault::Case>& BurnFault::cases() {
        "a CD-R that is written and closed", false},
       {"SmallDisc",
        [](const BurnFault& test) {
-         Disc small;
+         EmulatedDisc small;
          small.capacity = 900;
          test.insert(0, small);
        },
        "00:00:60 too much", false},
       {"RewritableWithNobodyToAsk",
        [](const BurnFault& test) {
-         Disc disc;
-         disc.medium = velmor::recorder::Medium::kCdRw;
+         EmulatedDisc disc;
+         disc.medium = velmor::emulated_drive::MediumType::kCdRw;
          test.insert(0, closed(disc));
        },
        "which was not to be erased", false},
       {"Busy",
        [](const BurnFault& test) {
-         test.change(0, [](Settings& settings) { settings.busy = true; });
+         test.change(0, [](DriveSettings& settings) { settings.busy = true; });
        },
        "\"/dev/sr30\" is in use by another program", false},
       {"NoPermission",
        [](const BurnFault& test) {
-         test.change(0, [](Settings& settings) { settings.deny = true; });
+         test.change(0, [](DriveSettings& settings) { settings.deny = true; });
        },
        "sudo usermod -aG cdrom", false},
   };
@@ -245,12 +245,12 @@ TEST_P(BurnFault, IsToldAndCostsNoImage) {
   EXPECT_EQ(render(std::string(kAlbum) + "--drive /dev/sr30 --delete-image"), 1);
   EXPECT_THAT(m_said, HasSubstr(fault.words));
   EXPECT_THAT(m_said, Not(HasSubstr("Try again"))) << "nobody is there to answer";
-  EXPECT_TRUE(image() == velmor::recorder::contentOf(m_root / "expected.bin"));
+  EXPECT_TRUE(image() == test_kit::contentOf(m_root / "expected.bin"));
   EXPECT_TRUE(exists("album.cue"));
   if (!fault.spoils_the_disc) {
     EXPECT_EQ(burned(0), "");
   }
-  EXPECT_EQ(disc(1).state, DiscState::kBlank) << "no other drive is taken instead";
+  EXPECT_EQ(disc(1).state, DiscStatus::kBlank) << "no other drive is taken instead";
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, BurnFault, testing::Range(size_t{0}, BurnFault::cases().size()),
@@ -259,7 +259,7 @@ INSTANTIATE_TEST_SUITE_P(Each, BurnFault, testing::Range(size_t{0}, BurnFault::c
                          });
 
 TEST_F(BurnProgram, AnImageIsToldOfAsPutOutWhenTheSpoiledDiscIsEjected) {
-  change(0, [](Settings& settings) { settings.faults.write_error_at = 100; });
+  change(0, [](DriveSettings& settings) { settings.faults.write_error_at = 100; });
   EXPECT_EQ(render(std::string(kShort) + "--eject"), 1);
   EXPECT_TRUE(m_drives[0].trayOpen());
   EXPECT_THAT(m_said, HasSubstr("cannot be used any more"));
@@ -276,7 +276,8 @@ TEST_F(BurnProgram, WithoutAnyRecorderThePersonIsToldToSelectOne) {
 }
 
 TEST_F(BurnProgram, WhenNoRecorderMayBeOpenedEachIsNamedWithTheReason) {
-  for (const int drive : {0, 1}) change(drive, [](Settings& settings) { settings.deny = true; });
+  for (const int drive : {0, 1})
+    change(drive, [](DriveSettings& settings) { settings.deny = true; });
   EXPECT_EQ(render(kShort), 1);
   EXPECT_THAT(m_said,
               AllOf(HasSubstr("Select a recorder"), HasSubstr("\"/dev/sr30\" may not be opened"),
@@ -288,7 +289,7 @@ TEST_F(BurnProgram, AnImageThatIsNotWholeIsNotBurned) {
   EXPECT_EQ(render(kAlbum, "prlimit --fsize=2242560 "), 1);
   EXPECT_THAT(m_said, HasSubstr("the image is not complete"));
   EXPECT_THAT(m_said, Not(HasSubstr("Burning")));
-  EXPECT_EQ(disc(0).state, DiscState::kBlank);
+  EXPECT_EQ(disc(0).state, DiscStatus::kBlank);
   EXPECT_EQ(burned(0), "");
   EXPECT_FALSE(exists("album.bin"));
 }
@@ -305,7 +306,7 @@ TEST_F(BurnProgram, ListsTheDrivesWithTheirDiscs) {
 }
 
 TEST_F(BurnProgram, ListsDrivesThatCannotBeUsedWithTheReason) {
-  change(0, [](Settings& settings) { settings.deny = true; });
+  change(0, [](DriveSettings& settings) { settings.deny = true; });
   ASSERT_EQ(render("--list-drives --json"), 0) << m_said;
   const Json drives_listed = Json::parse(m_printed)["drives"];
   ASSERT_EQ(drives_listed.size(), 2u);

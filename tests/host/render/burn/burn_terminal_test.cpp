@@ -3,15 +3,16 @@
 #include <gtest/gtest.h>
 
 #include "tests/host/render/burn/burn_program_case.h"
-#include "tests/host/render/burn/terminal_run.h"
+#include "tests/kit/terminal_run.h"
 
 namespace burn_test {
 namespace {
 
+using test_kit::TerminalRun;
 using testing::HasSubstr;
-using velmor::recorder::Disc;
-using velmor::recorder::DiscState;
-using velmor::recorder::Settings;
+using velmor::emulated_drive::DiscStatus;
+using velmor::emulated_drive::DriveSettings;
+using velmor::emulated_drive::EmulatedDisc;
 
 class BurnTerminal : public BurnProgramCase {};
 
@@ -22,7 +23,7 @@ TEST_F(BurnTerminal, AFailedBurnIsTriedAgainWithoutAnotherRender) {
   EXPECT_TRUE(exists("album.bin")) << "the image is safe before the burn";
   run.type("y\n");
   ASSERT_TRUE(run.waitFor("Try again? [y/N]")) << run.output();
-  insert(0, Disc());
+  insert(0, EmulatedDisc());
   run.type("yes\n");
   EXPECT_EQ(run.finish(), 0) << run.output();
   EXPECT_TRUE(burned(0) == image());
@@ -38,14 +39,14 @@ TEST_F(BurnTerminal, AFailedBurnIsNotTriedAgainByDefault) {
 }
 
 TEST_F(BurnTerminal, ARecorderThatCanBeOpenedAfterTheFirstTryIsFound) {
-  for (const int drive : {0, 1}) change(drive, [](Settings& s) { s.deny = true; });
+  for (const int drive : {0, 1}) change(drive, [](DriveSettings& s) { s.deny = true; });
   TerminalRun run(line(kShort));
   ASSERT_TRUE(run.waitFor("Select a recorder")) << run.output();
   ASSERT_TRUE(run.waitFor("Try again? [y/N]")) << run.output();
-  change(1, [](Settings& s) { s.deny = false; });
+  change(1, [](DriveSettings& s) { s.deny = false; });
   run.type("y\n");
   EXPECT_EQ(run.finish(), 0) << run.output();
-  EXPECT_EQ(disc(1).state, DiscState::kComplete);
+  EXPECT_EQ(disc(1).state, DiscStatus::kComplete);
 }
 
 TEST_F(BurnTerminal, CopiesAreBurnedOneAfterTheOther) {
@@ -55,11 +56,11 @@ TEST_F(BurnTerminal, CopiesAreBurnedOneAfterTheOther) {
         << run.output();
     EXPECT_TRUE(burned(0) == image()) << "copy " << copy - 1;
     EXPECT_TRUE(m_drives[0].trayOpen()) << "the finished one is handed out";
-    insert(0, Disc());
+    insert(0, EmulatedDisc());
     run.type("\n");
   }
   EXPECT_EQ(run.finish(), 0) << run.output();
-  EXPECT_EQ(disc(0).state, DiscState::kComplete);
+  EXPECT_EQ(disc(0).state, DiscStatus::kComplete);
   EXPECT_FALSE(m_drives[0].trayOpen()) << "the last one is left in the drive";
   EXPECT_THAT(run.output(), HasSubstr("3 discs written"));
   EXPECT_FALSE(exists("album.bin"));
@@ -74,18 +75,18 @@ TEST_F(BurnTerminal, CopiesEndWhenThePersonHasEnough) {
 }
 
 TEST_F(BurnTerminal, ARewritableDiscIsErasedAfterAYes) {
-  Disc disc_in;
-  disc_in.medium = velmor::recorder::Medium::kCdRw;
+  EmulatedDisc disc_in;
+  disc_in.medium = velmor::emulated_drive::MediumType::kCdRw;
   insert(0, closed(disc_in));
   TerminalRun run(line(kShort));
-  ASSERT_TRUE(run.waitFor("erase all that is on it? [y/N]")) << run.output();
+  ASSERT_TRUE(run.waitFor("Erase all that is on it? [y/N]")) << run.output();
   run.type("y\n");
   EXPECT_EQ(run.finish(), 0) << run.output();
   EXPECT_TRUE(burned(0) == image());
 }
 
 TEST_F(BurnTerminal, CtrlCStopsTheBurnAndTellsWhatBecameOfTheDisc) {
-  change(0, [](Settings& s) { s.faults.write_delay = std::chrono::milliseconds(50); });
+  change(0, [](DriveSettings& s) { s.faults.write_delay = std::chrono::milliseconds(50); });
   TerminalRun run(line(std::string(kAlbum) + "--delete-image"));
   ASSERT_TRUE(run.waitFor("Burning [")) << run.output();
   run.type("\x03");
@@ -94,7 +95,7 @@ TEST_F(BurnTerminal, CtrlCStopsTheBurnAndTellsWhatBecameOfTheDisc) {
   EXPECT_THAT(run.output(), HasSubstr("cannot be used any more"));
   EXPECT_THAT(run.output(), HasSubstr("interrupted; the image is complete: \"album.bin\""));
   EXPECT_EQ(image().size(), size_t{960} * 2352);
-  EXPECT_NE(disc(0).state, DiscState::kComplete);
+  EXPECT_NE(disc(0).state, DiscStatus::kComplete);
 }
 
 TEST_F(BurnTerminal, CtrlCAtAQuestionIsANo) {
@@ -107,7 +108,7 @@ TEST_F(BurnTerminal, CtrlCAtAQuestionIsANo) {
 }
 
 TEST_F(BurnTerminal, TheProgressShowsTheTrack) {
-  change(0, [](Settings& s) { s.faults.write_delay = std::chrono::milliseconds(10); });
+  change(0, [](DriveSettings& s) { s.faults.write_delay = std::chrono::milliseconds(10); });
   TerminalRun run(line(kAlbum));
   EXPECT_TRUE(run.waitFor("Burning [")) << run.output();
   EXPECT_TRUE(run.waitFor(" of 3")) << run.output();

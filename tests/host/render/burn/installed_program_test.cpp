@@ -9,9 +9,10 @@ namespace {
 class InstalledProgram : public BurnProgramCase {};
 
 TEST_F(InstalledProgram, BurnsThroughThePreloadedRecorder) {
-  ASSERT_EQ(shell("exec '" VELMOR_BINARY_DIR "/velmor-recorder' run drives -- '" VELMOR_BINARY_DIR
-                  "/velmor-render' song1.wav -o album.cue --burn --drive 1"),
-            0)
+  ASSERT_EQ(
+      shell("exec '" VELMOR_BINARY_DIR "/velmor-emulated-drive' run drives -- '" VELMOR_BINARY_DIR
+            "/velmor-render' song1.wav -o album.cue --burn --drive 1"),
+      0)
       << m_said;
   EXPECT_TRUE(burned(1) == image());
 }

@@ -131,7 +131,7 @@ TEST(Failure, NamesAFileThatBreaksOff) {
     const std::string path = folder.path("whole");
     writeShorts(path, {format, 44100, 2}, samples);
     ASSERT_EQ(refusalOf(path), "") << std::hex << format;
-    const std::string bytes = contentsOf(path);
+    const std::string bytes = readFile(path);
     EXPECT_THAT(refusalOf(folder.write("half", bytes.substr(0, bytes.size() / 2))),
                 AllOf(HasSubstr("half\" breaks off"), HasSubstr("copy or export it again")))
         << std::hex << format;
@@ -152,7 +152,7 @@ TEST(Failure, NamesDamageInACompressedFile) {
   const Folder folder;
   const std::string path = folder.path("a.flac");
   writeShorts(path, {SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 44100, 2}, noise(2 * 60000));
-  std::string bytes = contentsOf(path);
+  std::string bytes = readFile(path);
   for (size_t i = 0; i < 40; ++i) bytes[bytes.size() / 2 + i] = '\x55';
   EXPECT_THAT(refusalOf(folder.write("bad.flac", bytes)), HasSubstr("is damaged at"));
 }
@@ -175,7 +175,7 @@ TEST(Failure, OfACafStreamOfUnknownSizeSpeaksOfNoBreak) {
   const Folder folder;
   const std::string path = folder.path("a.caf");
   writeShorts(path, {SF_FORMAT_CAF | SF_FORMAT_PCM_16, 44100, 2}, noise(2 * 5000));
-  std::string bytes = contentsOf(path);
+  std::string bytes = readFile(path);
   const size_t data = bytes.find("data");
   ASSERT_NE(data, std::string::npos);
   // -1: "to the end of the file"
@@ -187,7 +187,7 @@ TEST(Input, AFlacStreamOfUnknownLengthIsReadToItsEnd) {
   const Folder folder;
   const std::string path = folder.path("a.flac");
   writeShorts(path, {SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 44100, 2}, noise(2 * 50000));
-  std::string bytes = contentsOf(path);
+  std::string bytes = readFile(path);
   // The stream's header: 36 bits of frame count from the low half of byte 21 on; 0 is "unknown".
   bytes[21] = static_cast<char>(bytes[21] & 0xf0);
   for (size_t i = 22; i < 26; ++i) bytes[i] = '\0';
@@ -202,7 +202,7 @@ TEST(Failure, SurvivesEveryCutOfEveryHeader) {
                            SF_FORMAT_RF64, SF_FORMAT_CAF, SF_FORMAT_FLAC}) {
     const std::string path = folder.path("whole");
     writeShorts(path, {format | SF_FORMAT_PCM_16, 44100, 2}, noise(200));
-    const std::string bytes = contentsOf(path);
+    const std::string bytes = readFile(path);
     for (size_t length = 1; length < std::min<size_t>(bytes.size(), 160); length += 3) {
       EXPECT_NE(refusalOf(folder.write("cut", bytes.substr(0, length))), "")
           << std::hex << format << " after " << std::dec << length << " bytes";

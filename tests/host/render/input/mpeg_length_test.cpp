@@ -55,7 +55,7 @@ TEST_P(MpegLength, IsTheEncodersCountWhereThereIsOne) {
 TEST_P(MpegLength, IsCountedWhereThereIsNone) {
   const Folder folder;
   writeMpeg(folder.path("a.mp3"), GetParam());
-  const std::string bare = withoutItsCount(contentsOf(folder.path("a.mp3")));
+  const std::string bare = withoutItsCount(readFile(folder.path("a.mp3")));
   ASSERT_FALSE(bare.empty());
   const auto input = AudioInput::open(folder.write("bare.mp3", bare), Dither::kNone);
   // All of the sound, and at most the encoder's padding of a few frames of 1152 samples.

@@ -23,7 +23,7 @@ std::string vorbisFile(const Folder& folder, uint32_t seed) {
   std::vector<int16_t> samples(2 * kStreamFrames);
   for (int16_t& sample : samples) sample = static_cast<int16_t>(random() % 20000U);
   writeShorts(folder.path("made"), {SF_FORMAT_OGG | SF_FORMAT_VORBIS, 44100, 2}, samples);
-  return contentsOf(folder.path("made"));
+  return readFile(folder.path("made"));
 }
 
 /// Where each page begins, and the end of the last.

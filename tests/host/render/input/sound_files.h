@@ -1,8 +1,6 @@
 // Audio files made for a test, in a folder of its own.
 #pragma once
 
-#include <sndfile.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -12,35 +10,36 @@
 
 #include "disc/failure.h"
 #include "host/render/input/audio_input.h"
+#include "tests/kit/audio_files.h"
+#include "tests/kit/scratch_folder.h"
+#include "tests/kit/wav.h"
+#include "tests/kit/whole_files.h"
 
 namespace velmor::render::test {
 
-/// A fresh folder, removed with everything in it.
+using test_kit::big16;
+using test_kit::big32;
+using test_kit::dataChunk;
+using test_kit::formatChunk;
+using test_kit::little16;
+using test_kit::little32;
+using test_kit::readFile;
+using test_kit::riffChunk;
+using test_kit::riffFile;
+using test_kit::writeDoubles;
+using test_kit::writeShorts;
+using Shape = test_kit::AudioShape;
+
+/// A scratch folder whose files are named and written as text.
 class Folder {
  public:
-  Folder();
-  ~Folder();
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  std::string path(std::string_view name) const { return m_path + "/" + std::string(name); }
+  std::string path(std::string_view name) const { return m_folder.file(std::string(name)); }
   /// Writes `bytes` into `name`; returns its path.
   std::string write(std::string_view name, std::string_view bytes) const;
 
  private:
-  std::string m_path;
+  test_kit::ScratchFolder m_folder;
 };
-
-struct Shape {
-  int format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
-  int rate = 44100;
-  int channels = 2;
-};
-
-/// Interleaved integer samples of 16 bits, written as such.
-void writeShorts(const std::string& path, const Shape& shape, std::span<const int16_t> samples);
-/// Interleaved samples of full scale 1.0.
-void writeDoubles(const std::string& path, const Shape& shape, std::span<const double> samples);
 
 struct Stereo {
   std::vector<double> left, right;
@@ -65,22 +64,6 @@ std::string errorOf(Action action) {
 /// The sentence with which `path` is refused, when it is opened or read; empty when it is read
 /// whole.
 std::string refusalOf(const std::string& path);
-
-std::string contentsOf(const std::string& path);
-
-/// Chunks of RIFF files.
-std::string little16(uint32_t value);
-std::string little32(uint32_t value);
-std::string big16(uint32_t value);
-std::string big32(uint32_t value);
-/// Id, size, body and, when the body is odd, a pad byte.
-std::string riffChunk(std::string_view id, std::string_view body);
-/// A RIFF file of `chunks`, in this order.
-std::string riffFile(std::string_view chunks);
-/// The format chunk of 16-bit stereo at 44100 Hz.
-std::string formatChunk();
-/// The data chunk of that many silent frames.
-std::string dataChunk(size_t frames);
 
 struct CuePoint {
   uint32_t id, frame;

@@ -132,7 +132,7 @@ std::string page(const std::string& header, const std::string& lengths, const st
 std::string vorbisWith(const Folder& folder, const Comments& comments) {
   writeShorts(folder.path("made"), {SF_FORMAT_OGG | SF_FORMAT_VORBIS, 44100, 2},
               std::vector<int16_t>(8000, 5));
-  const std::string bytes = contentsOf(folder.path("made"));
+  const std::string bytes = readFile(folder.path("made"));
   const size_t second = bytes.find("OggS", 4);
   const size_t third = bytes.find("OggS", second + 4);
   const std::string packet = "\3vorbis" + block(comments) + '\1';

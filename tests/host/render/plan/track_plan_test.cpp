@@ -9,8 +9,8 @@
 #include "host/render/album/render_range.h"
 #include "host/render/plan/isrc_places.h"
 #include "host/render/plan/sheet_times.h"
+#include "tests/host/render/module/module_render.h"
 #include "tests/host/render/plan/marks.h"
-#include "tests/host/render/plan/module_render.h"
 
 namespace velmor::render {
 namespace {

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <optional>
 
-#include "tests/host/render/program/audio_files.h"
 #include "tests/host/render/program/program.h"
 
 namespace render_test {

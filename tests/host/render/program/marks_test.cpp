@@ -4,7 +4,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tests/host/render/program/audio_files.h"
 #include "tests/host/render/program/program.h"
 
 namespace render_test {

@@ -15,7 +15,6 @@
 #include <chrono>
 #include <thread>
 
-#include "tests/host/render/program/audio_files.h"
 #include "tests/host/render/program/program.h"
 
 namespace render_test {

@@ -3,50 +3,45 @@
 
 #include <sys/types.h>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "tests/kit/audio_files.h"
+#include "tests/kit/child_process.h"
+#include "tests/kit/scratch_folder.h"
+#include "tests/kit/whole_files.h"
+
 namespace render_test {
 
-/// A folder of its own for one test; gone with the object.
-class Scratch {
+using test_kit::asImage;
+using test_kit::AudioTags;
+using test_kit::noise;
+using test_kit::writeAudio;
+using test_kit::writeFile;
+using test_kit::writeFloatWav;
+using test_kit::writeSparseWav;
+using test_kit::writeWav;
+using Ended = test_kit::EndedProcess;
+
+/// A scratch folder whose files are named as arguments.
+class Scratch : public test_kit::ScratchFolder {
  public:
-  Scratch();
-  ~Scratch();
-  Scratch(const Scratch&) = delete;
-  Scratch& operator=(const Scratch&) = delete;
-
-  std::string operator/(const std::string& name) const { return (m_path / name).string(); }
-  /// The names of everything in it, sorted.
-  std::vector<std::string> names() const;
-
- private:
-  std::filesystem::path m_path;
+  std::string operator/(const std::string& name) const { return file(name); }
 };
 
-struct Ended {
-  int status = -1;  ///< exit status, or 128 and the signal
-  std::string out, err;
-  long peak_kilobytes = 0;
-};
-
-/// A started program with its output going to files.
+/// A started program whose home folder is fresh and empty.
 class Running {
  public:
   /// `limits`: run in the child before the program starts.
   Running(const std::string& program, const std::vector<std::string>& arguments,
           void (*limits)() = nullptr);
-  ~Running();
-  Running(const Running&) = delete;
-  Running& operator=(const Running&) = delete;
 
-  pid_t pid() const { return m_pid; }
-  Ended wait();
+  pid_t pid() const { return m_process.pid(); }
+  Ended wait() { return m_process.wait(); }
 
  private:
-  Scratch m_output;
-  pid_t m_pid = -1;
+  Scratch m_home;
+  test_kit::ChildProcess m_process;
 };
 
 /// velmor-render with these arguments, to its end.
@@ -56,7 +51,7 @@ Ended run(const std::string& program, const std::vector<std::string>& arguments)
 /// Whether a program of that name is installed.
 bool isInstalled(const std::string& program);
 
+/// The file's bytes; empty when there is no such file.
 std::string readFile(const std::string& path);
-void writeFile(const std::string& path, const std::string& bytes);
 
 }  // namespace render_test

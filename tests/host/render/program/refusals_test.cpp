@@ -10,7 +10,6 @@
 #include <set>
 
 #include "disc/failure.h"
-#include "tests/host/render/program/audio_files.h"
 #include "tests/host/render/program/program.h"
 
 namespace render_test {

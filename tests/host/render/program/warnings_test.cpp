@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/host/render/program/audio_files.h"
 #include "tests/host/render/program/program.h"
 
 namespace render_test {

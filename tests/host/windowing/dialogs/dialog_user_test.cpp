@@ -1,14 +1,14 @@
 #include <gtest/gtest.h>
 
 #include "host/windowing/win32/win32_numbers.h"
-#include "tests/host/windowing/desk.h"
+#include "tests/host/windowing/dialog_case.h"
 
 namespace velmor::windowing {
 namespace {
 
 using namespace functions;
 
-using ModalDialog = Desk;
+using ModalDialog = DialogCase;
 
 TEST_F(ModalDialog, RunsUntilItsProcedureEndsItAndAnswersTheResult) {
   m_on_message = [](const Received& each) -> LRESULT {
@@ -171,7 +171,7 @@ class ThrowingPerson : public ScriptedUser {
   Thrower m_thrower;
 };
 
-class ThrownThrough : public Desk, public testing::WithParamInterface<Thrower> {};
+class ThrownThrough : public DialogCase, public testing::WithParamInterface<Thrower> {};
 
 TEST_P(ThrownThrough, AModalDialogLeavesNoWindowAndTellsItsProcedure) {
   m_on_message = [](const Received& each) -> LRESULT {
@@ -202,7 +202,7 @@ INSTANTIATE_TEST_SUITE_P(Everywhere, ThrownThrough,
                          testing::Values(Thrower::kStart, Thrower::kOpened, Thrower::kTurn,
                                          Thrower::kCommand, Thrower::kMessageBox));
 
-using MessageBoxes = Desk;
+using MessageBoxes = DialogCase;
 
 TEST_F(MessageBoxes, ShowWhatTheyAreGivenAndAnswerThePersonsButton) {
   const HWND dialog = open(kBurn);
@@ -242,10 +242,10 @@ TEST_F(MessageBoxes, AreNotAgreedToByNobody) {
   }
 }
 
-class Keys : public Desk {
+class Keys : public DialogCase {
  protected:
   void SetUp() override {
-    Desk::SetUp();
+    DialogCase::SetUp();
     m_dialog = open(kBurn);
   }
   HWND m_dialog = nullptr;
@@ -289,17 +289,17 @@ TEST_F(Keys, EscapeIsCancelUnlessItsButtonIsDisabled) {
   EXPECT_EQ(codesOf(IDCANCEL).size(), 2U) << "a dialog without such a button is told just so";
 }
 
-class APersonCannot : public Desk {
+class APersonCannot : public DialogCase {
  protected:
   void SetUp() override {
-    Desk::SetUp();
+    DialogCase::SetUp();
     m_dialog = OpenDialog(open(kBurn));
     SendMessage(GetDlgItem(m_dialog.handle(), 1015), CB_ADDSTRING, 0, textParam("drive"));
     m_received.clear();
   }
   void TearDown() override {
     EXPECT_TRUE(m_received.empty()) << "nothing must have happened";
-    Desk::TearDown();
+    DialogCase::TearDown();
   }
   OpenDialog m_dialog{nullptr};
 };
@@ -341,7 +341,7 @@ TEST_F(APersonCannot, TypeIntoAReadOnlyEdit) {
   EXPECT_THROW(m_dialog.type(5, "x"), CannotDo);
 }
 
-using Seats = Desk;
+using Seats = DialogCase;
 
 TEST_F(Seats, ARelievedPersonComesBack) {
   ScriptedUser first;
@@ -358,10 +358,10 @@ TEST_F(Seats, ARelievedPersonComesBack) {
 }
 
 /// A dialog that burns, as a module writes one: errors in message boxes, settings on destruction.
-class BurnDialog : public Desk {
+class BurnDialog : public DialogCase {
  protected:
   void SetUp() override {
-    Desk::SetUp();
+    DialogCase::SetUp();
     m_on_message = [this](const Received& each) { return answer(each); };
   }
 

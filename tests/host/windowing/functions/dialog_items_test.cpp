@@ -1,17 +1,17 @@
 #include <gtest/gtest.h>
 
 #include "host/windowing/win32/win32_numbers.h"
-#include "tests/host/windowing/desk.h"
+#include "tests/host/windowing/dialog_case.h"
 
 namespace velmor::windowing {
 namespace {
 
 using namespace functions;
 
-class DialogItems : public Desk {
+class DialogItems : public DialogCase {
  protected:
   void SetUp() override {
-    Desk::SetUp();
+    DialogCase::SetUp();
     m_panel = open(kPanel);
   }
   HWND m_panel = nullptr;

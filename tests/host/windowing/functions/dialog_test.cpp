@@ -1,14 +1,14 @@
 #include <gtest/gtest.h>
 
 #include "host/windowing/win32/win32_numbers.h"
-#include "tests/host/windowing/desk.h"
+#include "tests/host/windowing/dialog_case.h"
 
 namespace velmor::windowing {
 namespace {
 
 using namespace functions;
 
-using DialogCreation = Desk;
+using DialogCreation = DialogCase;
 
 TEST_F(DialogCreation, TheTemplatesRowsBecomeControlsInTheirOrder) {
   OpenDialog dialog(open(kBurn));
@@ -133,7 +133,7 @@ TEST_F(DialogCreation, ADialogDestroyedByItsOwnStartIsNotHandedOut) {
   EXPECT_EQ(run(kBurn), 0);
 }
 
-using DialogDestruction = Desk;
+using DialogDestruction = DialogCase;
 
 TEST_F(DialogDestruction, TheControlsStillAnswerWhileTheDialogIsTold) {
   const HWND dialog = open(kBurn);
@@ -195,7 +195,7 @@ TEST_F(DialogDestruction, WhatTheProcedureThrowsIsThrownOnWhenTheWindowsAreGone)
   EXPECT_EQ(Desktop::the().windowCount(), 0U);
 }
 
-using WindowState = Desk;
+using WindowState = DialogCase;
 
 TEST_F(WindowState, UserDataStylesAndPropertiesAreKept) {
   const HWND dialog = open(kBurn);
@@ -252,7 +252,7 @@ TEST_F(WindowState, ChildrenAreVisitedUntilTheVisitorHasEnough) {
   EXPECT_EQ(EnumChildWindows(dialog, count, reinterpret_cast<LPARAM>(&left)), 0);
 }
 
-using Messages = Desk;
+using Messages = DialogCase;
 
 TEST_F(Messages, OtherMessagesReachTheDialogProcedureAndItsAnswerComesBack) {
   const HWND dialog = open(kPanel);

@@ -10,6 +10,8 @@
 #include <fstream>
 
 #include "host/windowing/functions/layer_functions.h"
+#include "tests/kit/scratch_folder.h"
+#include "tests/kit/whole_files.h"
 
 namespace velmor::windowing {
 namespace {
@@ -21,21 +23,9 @@ using functions::WritePrivateProfileString;
 
 class IniFileTest : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "velmor-ini-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    m_folder = pattern;
-    m_path = (m_folder / "host.ini").string();
-  }
-  void TearDown() override {
-    fs::permissions(m_folder, fs::perms::owner_all);
-    fs::remove_all(m_folder);
-  }
+  void TearDown() override { fs::permissions(m_folder.path(), fs::perms::owner_all); }
   void put(std::string_view text) const { std::ofstream(m_path, std::ios::binary) << text; }
-  std::string content() const {
-    std::ifstream file(m_path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string content() const { return test_kit::contentOf(m_path); }
   BOOL write(const char* key, const char* value) const {
     return WritePrivateProfileString("velmor_cd", key, value, m_path.c_str());
   }
@@ -48,11 +38,11 @@ class IniFileTest : public testing::Test {
     return buffer;
   }
   size_t files() const {
-    return static_cast<size_t>(std::distance(fs::directory_iterator(m_folder), {}));
+    return static_cast<size_t>(std::distance(fs::directory_iterator(m_folder.path()), {}));
   }
 
-  fs::path m_folder;
-  std::string m_path;
+  const test_kit::ScratchFolder m_folder;
+  std::string m_path = m_folder.file("host.ini");
 };
 
 TEST_F(IniFileTest, SettingsAreWrittenInOrderAndReadBack) {

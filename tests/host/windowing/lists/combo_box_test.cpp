@@ -1,17 +1,17 @@
 #include <gtest/gtest.h>
 
 #include "host/windowing/win32/win32_numbers.h"
-#include "tests/host/windowing/desk.h"
+#include "tests/host/windowing/dialog_case.h"
 
 namespace velmor::windowing {
 namespace {
 
 using functions::SendMessage;
 
-class ComboBoxTest : public Desk {
+class ComboBoxTest : public DialogCase {
  protected:
   void SetUp() override {
-    Desk::SetUp();
+    DialogCase::SetUp();
     m_dialog = open(kBurn);
     m_combo = functions::GetDlgItem(m_dialog, 1015);
     ASSERT_NE(m_combo, nullptr);

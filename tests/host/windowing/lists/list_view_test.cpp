@@ -1,17 +1,17 @@
 #include <gtest/gtest.h>
 
 #include "host/windowing/win32/win32_numbers.h"
-#include "tests/host/windowing/desk.h"
+#include "tests/host/windowing/dialog_case.h"
 
 namespace velmor::windowing {
 namespace {
 
 using namespace functions;
 
-class ListViewTest : public Desk {
+class ListViewTest : public DialogCase {
  protected:
   void SetUp() override {
-    Desk::SetUp();
+    DialogCase::SetUp();
     m_dialog = open(kBurn);
     m_list = GetDlgItem(m_dialog, 1018);
     column(0, "Track #", 60);

@@ -1,9 +1,9 @@
 // Doubles of AppKit's classes.
 #import <AppKit/AppKit.h>
 
-#include "tests/module/mac/doubles/desk.h"
+#include "tests/module/mac/doubles/framework_state.h"
 
-using doubles::theDesk;
+using doubles::theFrameworks;
 
 NSApplication* NSApp;
 static id g_delegate;
@@ -19,8 +19,8 @@ static std::string className(id object) {
 
 @implementation NSWindow
 - (void)setDelegate:(id)delegate {
-  theDesk().note("setDelegate:" + className(delegate));
-  theDesk().panel_delegate = delegate;
+  theFrameworks().note("setDelegate:" + className(delegate));
+  theFrameworks().panel_delegate = delegate;
 }
 @end
 
@@ -35,36 +35,36 @@ static std::string className(id object) {
   g_delegate = delegate;
 }
 - (BOOL)isActive {
-  theDesk().note("isActive");
-  return theDesk().active ? YES : NO;
+  theFrameworks().note("isActive");
+  return theFrameworks().active ? YES : NO;
 }
 - (void)takeTurn {
-  ++theDesk().turns;
-  theDesk().on_turn();
+  ++theFrameworks().turns;
+  theFrameworks().on_turn();
 }
 - (NSModalResponse)runModalForWindow:(NSWindow*)window {
-  theDesk().note("runModalForWindow:" + className(window));
-  theDesk().stopped = false;  // a stop from before the run is lost
-  while (!theDesk().stopped) [self takeTurn];
+  theFrameworks().note("runModalForWindow:" + className(window));
+  theFrameworks().stopped = false;  // a stop from before the run is lost
+  while (!theFrameworks().stopped) [self takeTurn];
   return NSModalResponseStop;
 }
 - (NSModalSession)beginModalSessionForWindow:(NSWindow*)window {
-  theDesk().note("beginModalSessionForWindow:" + className(window));
-  theDesk().stopped = false;
+  theFrameworks().note("beginModalSessionForWindow:" + className(window));
+  theFrameworks().stopped = false;
   return reinterpret_cast<NSModalSession>(self);
 }
 - (NSModalResponse)runModalSession:(NSModalSession)session {
   const bool ours = session == reinterpret_cast<NSModalSession>(self);
-  theDesk().note(ours ? "runModalSession:" : "runModalSession: of another");
+  theFrameworks().note(ours ? "runModalSession:" : "runModalSession: of another");
   [self takeTurn];
-  return theDesk().stopped ? NSModalResponseStop : NSModalResponseContinue;
+  return theFrameworks().stopped ? NSModalResponseStop : NSModalResponseContinue;
 }
 - (void)endModalSession:(NSModalSession)session {
   const bool ours = session == reinterpret_cast<NSModalSession>(self);
-  theDesk().note(ours ? "endModalSession:" : "endModalSession: of another");
+  theFrameworks().note(ours ? "endModalSession:" : "endModalSession: of another");
 }
 - (void)stopModal {
-  theDesk().note("stopModal");
-  theDesk().stopped = true;
+  theFrameworks().note("stopModal");
+  theFrameworks().stopped = true;
 }
 @end

@@ -1,19 +1,20 @@
-// Doubles of DiscRecording's classes. They answer from the desk and write down what they are asked.
+// Doubles of DiscRecording's classes. They answer from `theFrameworks` and write down what they are
+// asked.
 #import <DiscRecording/DiscRecording.h>
 #import <DiscRecordingUI/DiscRecordingUI.h>
 
-#include "tests/module/mac/doubles/desk.h"
+#include "tests/module/mac/doubles/framework_state.h"
 #import "tests/module/mac/doubles/named_constant.h"
 
 using doubles::Device;
 using doubles::Properties;
-using doubles::theDesk;
+using doubles::theFrameworks;
 
 @implementation NamedConstant
 // Dictionaries copy their keys as they take them: that is how the order is known.
 - (id)copyWithZone:(NSZone*)zone {
   (void)zone;
-  theDesk().inserted_keys.push_back(name);
+  theFrameworks().inserted_keys.push_back(name);
   return [self retain];
 }
 @end
@@ -28,7 +29,7 @@ static std::string textOf(id value) {
 static Properties propertiesOf(NSDictionary* dictionary) {
   Properties properties;
   NSArray* const keys = [dictionary allKeys];
-  for (const std::string& name : theDesk().inserted_keys) {
+  for (const std::string& name : theFrameworks().inserted_keys) {
     for (NSUInteger i = 0; i < [keys count]; ++i) {
       NamedConstant* const key = [keys objectAtIndex:i];
       if (name == key->name) {
@@ -36,13 +37,13 @@ static Properties propertiesOf(NSDictionary* dictionary) {
       }
     }
   }
-  theDesk().inserted_keys.clear();
+  theFrameworks().inserted_keys.clear();
   return properties;
 }
 
 static const Device& deviceOf(id object) {
   static const Device stranger{.name = "a stranger"};
-  for (const Device& device : theDesk().devices) {
+  for (const Device& device : theFrameworks().devices) {
     if (device.object == object) return device;
   }
   return stranger;
@@ -50,19 +51,20 @@ static const Device& deviceOf(id object) {
 
 @implementation DRDevice
 + (NSArray*)devices {
-  theDesk().note("devices");
-  if (!theDesk().has_device_list) return nil;
+  theFrameworks().note("devices");
+  if (!theFrameworks().has_device_list) return nil;
   NSMutableArray* const list = [NSMutableArray array];
-  for (const Device& device : theDesk().devices) [list addObject:static_cast<id>(device.object)];
+  for (const Device& device : theFrameworks().devices)
+    [list addObject:static_cast<id>(device.object)];
   return list;
 }
 - (BOOL)isValid {
-  theDesk().note("isValid " + deviceOf(self).name);
+  theFrameworks().note("isValid " + deviceOf(self).name);
   return deviceOf(self).valid ? YES : NO;
 }
 - (NSDictionary*)info {
   const Device& device = deviceOf(self);
-  theDesk().note("info " + device.name);
+  theFrameworks().note("info " + device.name);
   if (!device.has_description) return nil;
   NSMutableDictionary* const info = [NSMutableDictionary dictionary];
   if (device.vendor) {
@@ -73,31 +75,31 @@ static const Device& deviceOf(id object) {
     [info setObject:[NSString stringWithUTF8String:device.product->c_str()]
              forKey:DRDeviceProductNameKey];
   }
-  theDesk().inserted_keys.clear();
+  theFrameworks().inserted_keys.clear();
   return info;
 }
 - (BOOL)acquireExclusiveAccess {
-  theDesk().note("acquireExclusiveAccess " + deviceOf(self).name);
+  theFrameworks().note("acquireExclusiveAccess " + deviceOf(self).name);
   return deviceOf(self).grants_access ? YES : NO;
 }
 - (void)releaseExclusiveAccess {
-  theDesk().note("releaseExclusiveAccess " + deviceOf(self).name);
+  theFrameworks().note("releaseExclusiveAccess " + deviceOf(self).name);
 }
 @end
 
 @implementation DRBurn
 + (DRBurn*)burnForDevice:(DRDevice*)device {
-  theDesk().note("burnForDevice:" + deviceOf(device).name);
+  theFrameworks().note("burnForDevice:" + deviceOf(device).name);
   if (!deviceOf(device).gives_burn) return nil;
-  ++theDesk().created["DRBurn"];
+  ++theFrameworks().created["DRBurn"];
   return [[[DRBurn alloc] init] autorelease];
 }
 - (void)setProperties:(NSDictionary*)properties {
-  theDesk().note("DRBurn setProperties:");
-  theDesk().burn_properties = propertiesOf(properties);
+  theFrameworks().note("DRBurn setProperties:");
+  theFrameworks().burn_properties = propertiesOf(properties);
 }
 - (void)dealloc {
-  ++theDesk().gone["DRBurn"];
+  ++theFrameworks().gone["DRBurn"];
   [super dealloc];
 }
 @end
@@ -105,18 +107,18 @@ static const Device& deviceOf(id object) {
 @implementation DRTrack
 - (id)initWithProducer:(id)producer {
   self = [super init];
-  ++theDesk().created["DRTrack"];
-  theDesk().note("initWithProducer:");
-  theDesk().producers[self] = [producer retain];
+  ++theFrameworks().created["DRTrack"];
+  theFrameworks().note("initWithProducer:");
+  theFrameworks().producers[self] = [producer retain];
   return self;
 }
 - (void)setProperties:(NSDictionary*)properties {
-  theDesk().note("DRTrack setProperties:");
-  theDesk().track_properties[self] = propertiesOf(properties);
+  theFrameworks().note("DRTrack setProperties:");
+  theFrameworks().track_properties[self] = propertiesOf(properties);
 }
 - (void)dealloc {
-  ++theDesk().gone["DRTrack"];
-  [static_cast<id>(theDesk().producers[self]) release];
+  ++theFrameworks().gone["DRTrack"];
+  [static_cast<id>(theFrameworks().producers[self]) release];
   [super dealloc];
 }
 @end
@@ -125,17 +127,17 @@ static DRBurnProgressPanel* g_panel;
 
 @implementation DRBurnProgressPanel
 + (DRBurnProgressPanel*)progressPanel {
-  theDesk().note("progressPanel");
+  theFrameworks().note("progressPanel");
   if (!g_panel) g_panel = [[DRBurnProgressPanel alloc] init];
   return g_panel;
 }
 - (void)setVerboseProgressStatus:(BOOL)verbose {
-  theDesk().note(verbose ? "setVerboseProgressStatus:YES" : "setVerboseProgressStatus:NO");
+  theFrameworks().note(verbose ? "setVerboseProgressStatus:YES" : "setVerboseProgressStatus:NO");
 }
 - (void)beginProgressPanelForBurn:(DRBurn*)burn layout:(id)layout {
-  theDesk().note(burn ? "beginProgressPanelForBurn:layout:" : "begin without a burn");
+  theFrameworks().note(burn ? "beginProgressPanelForBurn:layout:" : "begin without a burn");
   for (NSUInteger i = 0; i < [layout count]; ++i) {
-    theDesk().layout.push_back([layout objectAtIndex:i]);
+    theFrameworks().layout.push_back([layout objectAtIndex:i]);
   }
 }
 @end

@@ -1,0 +1,35 @@
+// The one place where tests fork.
+#pragma once
+
+#include <sys/resource.h>
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+namespace test_kit {
+
+/// Runs `body` in a child, which ends with the status that it returns. Other threads do not exist
+/// in the child: `body` takes no memory and no lock.
+template <typename Body>
+pid_t forkInto(Body body) {
+  const pid_t child = ::fork();
+  if (child < 0) throw std::runtime_error("cannot fork");
+  if (child == 0) ::_exit(body());
+  return child;
+}
+
+/// 128 and the number of the signal for a process that a signal ended.
+inline int exitStatusOf(int wait_status) {
+  return WIFEXITED(wait_status) ? WEXITSTATUS(wait_status) : 128 + WTERMSIG(wait_status);
+}
+
+/// Waits for the child's end; its exit status, and what it used.
+inline int waitFor(pid_t child, rusage* used = nullptr) {
+  int status = 0;
+  ::wait4(child, &status, 0, used);
+  return exitStatusOf(status);
+}
+
+}  // namespace test_kit

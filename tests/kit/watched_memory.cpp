@@ -1,0 +1,97 @@
+// The allocator's functions, watched.
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "tests/kit/real_memory.h"
+#include "tests/kit/watched_call.h"
+
+namespace test_kit {
+
+namespace {
+
+template <typename Real>
+void* allocate(Call call, size_t size, const void* caller, Real real) {
+  const WatchedCall watched(call, caller);
+  void* block = nullptr;
+  watched.run({.size = static_cast<int64_t>(size)}, [&] {
+    block = real();
+    return block != nullptr ? 1 : 0;
+  });
+  return block;
+}
+
+/// Whoever calls it: the C++ library's strings take their memory here on behalf of the code that
+/// uses them.
+void* allocateForNew(size_t size) {
+  return allocate(Call::kNew, size, nullptr, [&] { return realMalloc(size == 0 ? 1 : size); });
+}
+
+void* allocateOrThrow(size_t size) {
+  void* block = allocateForNew(size);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+
+}  // namespace
+
+}  // namespace test_kit
+
+using namespace test_kit;  // NOLINT: the definitions below must lie outside
+
+extern "C" {
+
+void* malloc(size_t size) noexcept {
+  return allocate(Call::kMalloc, size, __builtin_return_address(0),
+                  [&] { return realMalloc(size); });
+}
+
+void* calloc(size_t count, size_t size) noexcept {
+  return allocate(Call::kCalloc, count * size, __builtin_return_address(0),
+                  [&] { return realCalloc(count, size); });
+}
+
+void* realloc(void* block, size_t size) noexcept {
+  return allocate(Call::kRealloc, size, __builtin_return_address(0),
+                  [&] { return realRealloc(block, size); });
+}
+
+char* strdup(const char* text) noexcept {
+  const size_t size = std::strlen(text) + 1;
+  void* copy =
+      allocate(Call::kStrdup, size, __builtin_return_address(0), [&] { return realMalloc(size); });
+  return copy != nullptr ? static_cast<char*>(std::memcpy(copy, text, size)) : nullptr;
+}
+
+}  // extern "C"
+
+void* operator new(size_t size) {
+  return allocateOrThrow(size);
+}
+void* operator new[](size_t size) {
+  return allocateOrThrow(size);
+}
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+  return allocateForNew(size);
+}
+void* operator new[](size_t size, const std::nothrow_t&) noexcept {
+  return allocateForNew(size);
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, size_t) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t&) noexcept {
+  std::free(memory);
+}
