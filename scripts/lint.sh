@@ -10,6 +10,9 @@ bash scripts/format.sh --check
 say "Rooms"
 python3 scripts/include_table.py
 
+say "Paths in the pages"
+python3 scripts/doc_paths.py
+
 say "Shell scripts"
 shellcheck -x -s bash dev .ci/run scripts/*.sh
 
@@ -45,12 +48,12 @@ fi
 [ -f build/sanitize/compile_commands.json ] || cmake --preset sanitize >/dev/null
 mapfile -t files < <(sources_of build/sanitize '(build/sanitize/)?(disc|check|host|tools)/[^"]+\.c(pp|xx)')
 [ ${#files[@]} -gt 0 ] || fail "no source to lint: the sanitizer build is not configured"
-# The module's rooms, each as one file as well. That sources are included is the way here, and no fault.
+# The rooms of the module, each as one file as well. That sources are included is the way here, and no fault.
 mkdir -p build/lint
 rooms=()
-for room in plugin sink burn resources support platform; do
-  git ls-files -co --exclude-standard "module/$room/*.cpp" | grep -v '_mac\.cpp$' | sed 's/.*/#include "&"/' >"build/lint/$room.cpp"
-  rooms+=("build/lint/$room.cpp")
+for room in abi module/plugin module/sink module/burn module/resources module/support module/platform; do
+  git ls-files -co --exclude-standard "$room/*.cpp" | grep -v '_mac\.cpp$' | sed 's/.*/#include "&"/' >"build/lint/${room//\//_}.cpp"
+  rooms+=("build/lint/${room//\//_}.cpp")
 done
-tidy "${rooms[@]}" -- --checks=-bugprone-suspicious-include --config-file=.clang-tidy -- -std=c++20 -I.
+tidy "${rooms[@]}" -- --checks=-bugprone-suspicious-include -- -std=c++20 -I.
 tidy "${files[@]}" -- --checks=-bugprone-suspicious-include -p build/sanitize

@@ -11,9 +11,9 @@ inline constexpr int kCombo = CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP;
 inline constexpr int kCheckBox = BS_AUTOCHECKBOX | WS_TABSTOP;
 
 /// Lets the layer build the rows after the first, all-null one into `window`.
-template <int N>
-void createControls(HWND window, int flags, const QuelmControl (&rows)[N]) {
+template <int kRows>
+void createControls(HWND window, int flags, const QuelmControl (&rows)[kRows]) {
   QUELM_MakeSetCurParms(kDialogScale, kDialogScale, 0.0F, 0.0F, window, false,
                         !(flags & kQuelmNoAutoSize));
-  QUELM_GenerateDialogFromList(rows + 1, N - 1);
+  QUELM_GenerateDialogFromList(rows + 1, kRows - 1);
 }

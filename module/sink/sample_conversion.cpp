@@ -84,8 +84,9 @@ void convertFramesSse2(const double* left, const double* right, int frames, int1
 }
 
 void convertFrames(const double* left, const double* right, int spacing, int frames, int16_t* out) {
-  static const ConvertFramesFn fastest = processorHasAvx2() ? convertFramesAvx2 : convertFramesSse2;
-  const ConvertFramesFn convert = roundsToNearest() ? fastest : convertFramesPlain;
+  static const ConvertFramesFn kFastest =
+      processorHasAvx2() ? convertFramesAvx2 : convertFramesSse2;
+  const ConvertFramesFn convert = roundsToNearest() ? kFastest : convertFramesPlain;
   if (spacing == 1) {
     convert(left, right, frames, out);
     return;

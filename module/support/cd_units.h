@@ -1,4 +1,7 @@
 // The units of an audio CD, and how times become frames and bytes.
+//
+// The module's own: the programs have theirs in disc/units/, and share nothing with the module that
+// they check.
 #pragma once
 
 #include <cassert>

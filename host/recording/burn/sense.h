@@ -1,5 +1,5 @@
 // What a drive means by its sense data, for people. The side that sends it in tests is
-// tools/emulated_drive/drive/sense.h, which shares nothing with this one.
+// tools/emulated_drive/drive/sense_data.h, which shares nothing with this one.
 #pragma once
 
 #include <optional>

@@ -2,7 +2,8 @@
 //
 // The model keeps the whole image in memory, writes nothing and shares no code with the module; it
 // knows the module's configuration record only. Times are seconds, a frame is one stereo pair of
-// 4 bytes, a sector 588 frames.
+// 4 bytes, a sector 588 frames. It repeats the module's rules on purpose: their homes are
+// module/sink/track_cutter.cpp, module/sink/pcm_sink_iso_write.cpp and module/sink/cue_sheet.cpp.
 #pragma once
 
 #include <cstdint>

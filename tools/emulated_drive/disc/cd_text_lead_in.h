@@ -1,5 +1,6 @@
 // CD-TEXT as it lies in the lead-in: the packs repeat in the R to W sub-channels, four packs a
-// sector, six bits in every byte the host sends (MMC-3 annex J).
+// sector, six bits in every byte the host sends (MMC-3 annex J). How many packs the
+// programs' texts take is counted in disc/cd_text/text_packs.h, apart from this on purpose.
 #pragma once
 
 #include <vector>

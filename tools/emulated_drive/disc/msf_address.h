@@ -1,5 +1,6 @@
 // Sector addresses: logical (LBA 0 is the first sector after the two seconds before track 1) and as
-// minutes, seconds and frames, 75 frames to a second.
+// minutes, seconds and frames, 75 frames to a second. The programs' own are disc/units/disc_time.h
+// and disc/units/disc_units.h, which a drive that is to catch their mistakes does not use.
 #pragma once
 
 #include <cstdint>

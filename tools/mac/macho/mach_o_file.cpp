@@ -12,7 +12,7 @@ namespace macho {
 namespace {
 
 constexpr uint32_t kMagic64 = 0xFEEDFACF;
-constexpr uint32_t kCpuX86_64 = 0x01000007;
+constexpr uint32_t kCpuIntel64 = 0x01000007;
 
 // Load commands.
 constexpr uint32_t kSymbolTable = 0x2;
@@ -36,7 +36,7 @@ class Reader {
   explicit Reader(MachOFile& file) : m_file(file) {}
 
   void read() {
-    if (half(0) != kMagic64 || half(4) != kCpuX86_64) {
+    if (half(0) != kMagic64 || half(4) != kCpuIntel64) {
       throw std::runtime_error("not a Mach-O file for x86-64");
     }
     m_file.file_type = half(12);
