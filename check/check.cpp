@@ -26,8 +26,8 @@ std::string readSheet(const std::filesystem::path& path) {
     throw Failure(name + " is no regular file; name the cue sheet");
   std::ifstream in(path, std::ios::binary);
   if (!in)
-    throw Failure("the sheet " + name +
-                  " cannot be opened: " + std::generic_category().message(errno));
+    throw Failure("the sheet " + name + " cannot be opened: " +
+                  std::generic_category().message(errno) + "; check its name and folder");
   // The sheet is read in pieces: to allocate and clear room for the longest one would take longer
   // than to check a short disc.
   std::string bytes;
@@ -36,7 +36,8 @@ std::string readSheet(const std::filesystem::path& path) {
     in.read(piece.data(), static_cast<std::streamsize>(piece.size()));
     bytes.append(piece.data(), static_cast<size_t>(in.gcount()));
   }
-  if (in.bad()) throw Failure("the sheet " + name + " cannot be read to its end");
+  if (in.bad())
+    throw Failure("the sheet " + name + " cannot be read to its end; copy it to another disk");
   if (bytes.size() > kLongestSheet)
     throw Failure(name + " is over 16 MiB and no cue sheet; name the .cue, not the image");
   return bytes;

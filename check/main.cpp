@@ -1,10 +1,12 @@
 // velmor-cdcheck: will this disc load elsewhere?
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <filesystem>
 #include <iostream>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "check/check.h"
@@ -36,15 +38,15 @@ struct Arguments {
 };
 
 void describe(CLI::App& app, Arguments& a) {
-  app.add_option("SHEET", a.sheet, "The cue sheet to check; its images are read too")->required();
-  app.add_flag("--json", a.json, "Print the report as one JSON object");
-  app.add_flag("--strict", a.strict, "Warnings count as errors");
+  app.add_option("SHEET", a.sheet, "the cue sheet to check; its images are read too")->required();
+  app.add_flag("--json", a.json, "print the report as one JSON object");
+  app.add_flag("--strict", a.strict, "warnings count as errors");
   app.add_option("--for", a.readers,
-                 "Only these readers matter; what they refuse is an error. Of: " + readerNames())
+                 "only these readers matter; what they refuse is an error. Of: " + readerNames())
       ->delimiter(',');
-  app.add_option("--portable", a.cue, "Write a second sheet that all readers take to this file");
-  app.add_option("--toc", a.toc, "Write a table of contents for cdrdao to this file");
-  app.add_flag("--force", a.force, "Replace the files named by --portable and --toc");
+  app.add_option("--portable", a.cue, "write a second sheet that all readers take to this file");
+  app.add_option("--toc", a.toc, "write a table of contents for cdrdao to this file");
+  app.add_flag("--force", a.force, "replace the files named by --portable and --toc");
   app.set_version_flag("--version", std::string("velmor-cdcheck ") + disc::kVersion);
   app.footer(
       "Exit status: 0 nothing wrong, 1 errors (with --strict warnings too), 2 wrong usage or a\n"
@@ -90,12 +92,19 @@ std::vector<std::string> writeSeconds(const Report& report, const std::vector<Se
   return changes;
 }
 
+/// A path that cannot be followed names no file that another one could name too.
+bool sameName(const std::filesystem::path& a, const std::filesystem::path& b) {
+  std::error_code of_a, of_b;
+  const auto whole_a = std::filesystem::weakly_canonical(a, of_a);
+  const auto whole_b = std::filesystem::weakly_canonical(b, of_b);
+  return !of_a && !of_b && whole_a == whole_b;
+}
+
 std::vector<Second> wantedSeconds(const Arguments& a) {
   std::vector<Second> wanted;
   if (!a.cue.empty()) wanted.push_back({a.cue, disc::cueText});
   if (!a.toc.empty()) wanted.push_back({a.toc, disc::tocText});
-  if (wanted.size() == 2 &&
-      std::filesystem::weakly_canonical(a.cue) == std::filesystem::weakly_canonical(a.toc))
+  if (wanted.size() == 2 && sameName(a.cue, a.toc))
     throw velmor::Failure("--portable and --toc name the same file; give them two names");
   return wanted;
 }
@@ -141,7 +150,9 @@ int run(const Arguments& a) {
     printReport(report, a.strict, std::cout);
   if (!a.json && !not_written) printChanges(seconds, changes);
   // Scripts go by the exit status: a full disk must not look like a sound disc.
-  if (!std::cout.flush()) throw velmor::Failure("the report cannot be written to standard output");
+  if (!std::cout.flush())
+    throw velmor::Failure("the report cannot be written to standard output: " +
+                          std::generic_category().message(errno) + "; give it another place");
   if (not_written) {
     std::cerr << "velmor-cdcheck: " << *not_written << '\n';
     return report.failed(a.strict) ? kFailed : kUsage;
@@ -163,7 +174,8 @@ int main(int argc, char** argv) {
     return run(arguments);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
-    std::cerr << "velmor-cdcheck: " << error.what() << "; --help lists the options\n";
+    std::cerr << "velmor-cdcheck: " << disc::asClause(error.what())
+              << "; --help lists the options\n";
     return kUsage;
   } catch (const std::exception& error) {
     std::cerr << "velmor-cdcheck: " << error.what() << '\n';

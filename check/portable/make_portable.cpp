@@ -29,14 +29,6 @@ constexpr std::string_view kHopeless[] = {
     "more-problems",   "too-many-files",    "file-starts-late",  "image-unreadable",
     "not-of-its-type", "unknown-track-mode"};
 
-/// A finding's advice as the end of a message: without its capital and its full stop.
-std::string asAdvice(std::string advice) {
-  if (advice.ends_with('.')) advice.pop_back();
-  if (!advice.empty() && advice[0] >= 'A' && advice[0] <= 'Z')
-    advice[0] = static_cast<char>(advice[0] - 'A' + 'a');
-  return advice;
-}
-
 void refuseHopeless(const Report& report) {
   for (const Finding& f : report.findings) {
     if (f.severity != Severity::kError ||
@@ -44,7 +36,7 @@ void refuseHopeless(const Report& report) {
       continue;
     const std::string where = f.line > 0 ? " (line " + std::to_string(f.line) + ")" : "";
     throw Failure("no second sheet can be made from " + disc::inQuotes(report.sheet.string()) +
-                  ": " + disc::printable(f.what) + where + "; " + asAdvice(f.action));
+                  ": " + disc::printable(f.what) + where + "; " + disc::asClause(f.action));
   }
 }
 

@@ -24,7 +24,7 @@ const std::map<std::string_view, Reader>& programs() {
 
 using enum Reader;
 
-/// Seen in Debian 12's packages of these programs; tests/cdcheck runs those that are installed.
+/// Seen in Debian 12's packages of these programs; tests/check runs those that are installed.
 const std::map<std::string_view, ReaderVerdict>& verdicts() {
   static const std::map<std::string_view, ReaderVerdict> kVerdicts = {
       {"catalog-quoted", {{kLibcdio, k3b}, {kLibburn, kLibmirage}, "the number is lost or cut"}},

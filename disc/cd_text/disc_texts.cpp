@@ -6,6 +6,7 @@
 #include "disc/cd_text/disc_codes.h"
 #include "disc/failure.h"
 #include "disc/text/latin1.h"
+#include "disc/text/phrases.h"
 
 namespace velmor::disc {
 namespace {
@@ -28,7 +29,7 @@ std::string convert(const std::string& text, const std::string& what,
   if (!converted.replaced.empty()) {
     std::string characters;
     for (const std::string& character : converted.replaced)
-      characters += (characters.empty() ? "\"" : ", \"") + character + "\"";
+      characters += (characters.empty() ? "" : ", ") + inQuotes(character);
     warnings.push_back("CD-TEXT knows ISO 8859-1 only: " + characters + " in the " + what +
                        " cannot be written as such");
   }

@@ -60,6 +60,8 @@ bool Placement::takeBack() {
   std::error_code error;
   if (m_has_backup) {
     fs::rename(m_backup, m_target, error);
+    // Where both are still names of the one old file, the system lets both stand.
+    if (!error) forgetBackup();
   } else {
     fs::remove(m_target, error);
   }

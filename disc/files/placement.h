@@ -10,10 +10,9 @@ namespace velmor::disc {
 class Placement {
  public:
   /// Gives `made` the place of `target`, which lies in the same file system; `made` may keep its
-  /// own name beside that. With `replace` an old file keeps
-  /// the second name `backup` meanwhile, so that at no moment is there neither the old nor the new
-  /// one; without it a file that is there is left alone. Throws `std::filesystem::filesystem_error`
-  /// with everything as it was.
+  /// own name beside that. With `replace` an old file keeps the second name `backup` meanwhile, so
+  /// that at no moment is there neither the old nor the new one; without it a file that is there is
+  /// left alone. Throws `std::filesystem::filesystem_error` with everything as it was.
   Placement(const std::filesystem::path& made, std::filesystem::path target,
             std::filesystem::path backup, bool replace);
 

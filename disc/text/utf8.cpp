@@ -1,5 +1,6 @@
 #include "disc/text/utf8.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace velmor::disc {
@@ -50,9 +51,12 @@ bool isUtf8(std::string_view text) {
 
 std::string_view beginningOf(std::string_view text, size_t limit) {
   if (text.size() <= limit) return text;
-  size_t end = limit;
-  while (end > 0 && continues(text[end])) --end;
-  return text.substr(0, end);
+  // The one character that reaches across the limit, if there is one, begins within three bytes of
+  // it.
+  for (size_t back = 1; back <= std::min<size_t>(limit, 3); ++back) {
+    if (characterAt(text, limit - back).bytes > back) return text.substr(0, limit - back);
+  }
+  return text.substr(0, limit);
 }
 
 }  // namespace velmor::disc

@@ -20,7 +20,8 @@ Character characterAt(std::string_view text, size_t at);
 /// Every byte of `text` belongs to a character.
 bool isUtf8(std::string_view text);
 
-/// The first bytes of `text`, at most `limit`, cut between two characters.
+/// The first bytes of `text`, at most `limit`, cut between two characters; where the bytes are no
+/// UTF-8, between any two.
 std::string_view beginningOf(std::string_view text, size_t limit);
 
 }  // namespace velmor::disc

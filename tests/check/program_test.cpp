@@ -170,8 +170,26 @@ TEST_F(ProgramTest, DoesNotCallAReportDoneThatNobodyGot) {
         runProcess({"sh", "-c", VELMOR_CDCHECK " image.cue" + options + " > /dev/full"},
                    m_folder.path().string());
     EXPECT_EQ(full.status, 2) << options;
-    EXPECT_THAT(full.all, HasSubstr("cannot be written"));
+    EXPECT_THAT(full.all, HasSubstr("cannot be written to standard output: No space left"));
   }
+}
+
+TEST_F(ProgramTest, SaysWhatIsWrongWithItsUseInTheFormOfAllMessages) {
+  EXPECT_EQ(run({"image.cue", "--wrong"}).all,
+            "velmor-cdcheck: the following argument was not expected: --wrong; --help lists the "
+            "options\n");
+  EXPECT_EQ(run({"none.cue"}).all,
+            "velmor-cdcheck: the sheet \"none.cue\" cannot be opened: No such file or directory; "
+            "check its name and folder\n");
+}
+
+TEST_F(ProgramTest, RefusesASecondSheetBehindLinksThatLeadInACircle) {
+  std::filesystem::create_symlink("circle", m_folder / "circle");
+  const ProcessResult refused =
+      run({"image.cue", "--portable", "circle/p.cue", "--toc", "circle/p.toc"});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_THAT(refused.all, HasSubstr("velmor-cdcheck: \"circle/p.cue\" cannot be written: Too many "
+                                     "levels of symbolic links; choose another place\n"));
 }
 
 TEST_F(ProgramTest, DrawsNoProgressBarIntoAPipe) {

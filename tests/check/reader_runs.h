@@ -44,7 +44,7 @@ struct Asked {
   LoadedDisc loaded;
 };
 
-/// Asks all installed readers but those of `leaveOut` at once, each in a folder of its own with
+/// Asks all installed readers but those of `leave_out` at once, each in a folder of its own with
 /// links to the files that `prepare` made.
 std::vector<Asked> askReaders(
     const std::function<SheetOnDisk(const std::filesystem::path&)>& prepare,

@@ -54,6 +54,14 @@ TEST(DiscLimits, AreThoseOfTheBooks) {
   EXPECT_EQ(msfText(kLastLeadOut + kSectorsBeforeTrack1), "89:59:74");
 }
 
+TEST(Phrases, TurnASentenceIntoAClauseWithoutItsCapitalAndItsFullStop) {
+  EXPECT_EQ(asClause("Render it again."), "render it again");
+  EXPECT_EQ(asClause("A subcommand is required"), "a subcommand is required");
+  EXPECT_EQ(asClause("INDEX 01 is missing."), "INDEX 01 is missing");
+  EXPECT_EQ(asClause("--drive needs a number"), "--drive needs a number");
+  EXPECT_EQ(asClause(""), "");
+}
+
 TEST(Phrases, CountAndList) {
   EXPECT_EQ(counted(1, "sample"), "1 sample");
   EXPECT_EQ(counted(0, "sample"), "0 samples");

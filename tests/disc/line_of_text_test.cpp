@@ -50,6 +50,13 @@ TEST(Utf8, IsCutBetweenItsCharacters) {
   EXPECT_EQ(beginningOf("\xe2\x82\xac\xe2\x82\xac", 5), "\xe2\x82\xac");
   EXPECT_EQ(beginningOf("\xe2\x82\xac", 2), "");
   EXPECT_EQ(beginningOf("plain", 5), "plain");
+  EXPECT_EQ(beginningOf("a\xe2\x82\xac\xe2\x82\xac", 3), "a");
+  EXPECT_EQ(beginningOf("\xf0\x90\x80\x80", 3), "");
+}
+
+TEST(Utf8, IsNotLookedForInBytesThatAreNone) {
+  EXPECT_EQ(beginningOf("\xa0\xa1\xa2\xa3\xa4\xa5", 4), "\xa0\xa1\xa2\xa3");
+  EXPECT_EQ(beginningOf("\xe2\x82\xac\x82\x83", 4), "\xe2\x82\xac\x82");
 }
 
 TEST(Printable, ShowsWhatATerminalMustNotSeeAsQuestionMarks) {

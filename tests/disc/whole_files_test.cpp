@@ -92,5 +92,14 @@ TEST(Placements, HaveAWayBack) {
   EXPECT_EQ(filesIn(folder), 1);
 }
 
+TEST(Placements, LeaveNoBackupOfAFileThatWasNeverReplaced) {
+  TemporaryFolder folder;
+  writeFile(folder / "target", "old");
+  EXPECT_THROW(Placement(folder / "gone", folder / "target", folder / "backup", true),
+               fs::filesystem_error);
+  EXPECT_EQ(readFile(folder / "target"), "old");
+  EXPECT_EQ(filesIn(folder), 1);
+}
+
 }  // namespace
 }  // namespace velmor::disc::test

@@ -46,7 +46,8 @@ Mark region(double position, double end, std::optional<std::string> name) {
   return {.is_region = true, .position = position, .end = end, .name = std::move(name)};
 }
 
-// The functions as the module calls them; plain functions, so they find the host by `current_host`.
+// The functions as the module calls them; plain functions, so they find the host by
+// `g_current_host`.
 struct HostFunctions {
   static HWND getMainHwnd() {
     const HostCall in_call;

@@ -309,17 +309,6 @@ LRESULT WindowingLayer::send(Window& dialog, UINT message, WPARAM wparam, LPARAM
   return dialog.procedure(&dialog, message, wparam, lparam);
 }
 
-const std::vector<std::string>& WindowingLayer::importedNames() {
-  static const std::vector<std::string> names = {
-#define QUELM_TYPED(name, ...) #name,
-#define QUELM_OPAQUE(name) #name,
-#include "abi/quelm_functions.inc"
-#undef QUELM_TYPED
-#undef QUELM_OPAQUE
-  };
-  return names;
-}
-
 }  // namespace fake_host
 
 // What the module asks for while it is being loaded.

@@ -90,8 +90,6 @@ class WindowingLayer {
 
   /// Takes the user's or the host's message to a dialog's procedure.
   static LRESULT send(Window& dialog, UINT message, WPARAM wparam = 0, LPARAM lparam = 0);
-  /// The 364 names the module imports, in the order of its table.
-  static const std::vector<std::string>& importedNames();
 
  private:
   friend struct LayerFunctions;

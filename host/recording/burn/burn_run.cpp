@@ -6,6 +6,7 @@
 #include "disc/cd_text/disc_texts.h"
 #include "disc/failure.h"
 #include "disc/sheet/sheet_texts.h"
+#include "disc/text/phrases.h"
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 #include "host/recording/burn/disc_comparison.h"
@@ -120,7 +121,7 @@ DiscInDrive BurnRun::prepareDisc(const SessionPlan& plan) {
 }
 
 void BurnRun::blank(const DiscInDrive& medium) {
-  const std::string what = "drive \"" + m_drive + "\" holds " + describeMedium(medium);
+  const std::string what = "drive " + disc::inQuotes(m_drive) + " holds " + describeMedium(medium);
   // A test write must leave the disc as it was, and blanking would change it.
   if (simulate())
     throw Failure("the " + what + ": a test needs a blank disc, and does not blank one");
@@ -148,8 +149,8 @@ void BurnRun::blank(const DiscInDrive& medium) {
 
 void BurnRun::prepareDrive() {
   if (simulate() && !m_recorder.canTestWrite())
-    throw Failure("the drive \"" + m_drive +
-                  "\" cannot make a test write on this disc: it would write it in earnest");
+    throw Failure("the drive " + disc::inQuotes(m_drive) +
+                  " cannot make a test write on this disc: it would write it in earnest");
   if (cancelWanted()) {
     m_outcome.cancelled = true;
     throw Failure("the burn was stopped before it began");

@@ -12,6 +12,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "disc/text/phrases.h"
+
 namespace velmor::recording {
 namespace {
 
@@ -51,8 +53,8 @@ bool isMember(const ProcessIdentity& identity, gid_t group) {
 
 std::string explainPermission(const DeviceFile& file, const ProcessIdentity& identity) {
   const std::string file_words =
-      "\"" + file.path + "\" may not be opened for recording: it belongs to " + file.owner_name +
-      ", group " + file.group_name + ", permissions " + octal(file.mode);
+      disc::inQuotes(file.path) + " may not be opened for recording: it belongs to " +
+      file.owner_name + ", group " + file.group_name + ", permissions " + octal(file.mode);
   constexpr mode_t kGroupReadWrite = S_IRGRP | S_IWGRP;
   const bool group_may = (file.mode & kGroupReadWrite) == kGroupReadWrite;
   if (group_may && !isMember(identity, file.group))
@@ -72,22 +74,22 @@ std::string explainAccess(const DeviceFile& file, const ProcessIdentity& identit
     case EPERM:
       return explainPermission(file, identity);
     case EBUSY:
-      return "\"" + file.path +
-             "\" is in use by another program; close what is playing, burning or copying a disc "
+      return disc::inQuotes(file.path) +
+             " is in use by another program; close what is playing, burning or copying a disc "
              "there, or unmount the disc";
     case ENXIO:
     case ENODEV:
     case ENOMEDIUM:
-      return "there is no drive behind \"" + file.path + "\"";
+      return "there is no drive behind " + disc::inQuotes(file.path);
     default:
-      return "\"" + file.path + "\" cannot be opened: " + std::strerror(error);
+      return disc::inQuotes(file.path) + " cannot be opened: " + std::strerror(error);
   }
 }
 
 std::string accessObstacle(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0)
-    return "\"" + path + "\" is not there any more; is the drive still plugged in?";
+    return disc::inQuotes(path) + " is not there any more; is the drive still plugged in?";
   // With the flags that libburn opens a drive with: exclusively, and without waiting for a disc.
   const int fd = open(path.c_str(), O_RDWR | O_NONBLOCK | O_EXCL | O_CLOEXEC);
   if (fd >= 0) {

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 #include "host/recording/libburn/device_access.h"
@@ -290,7 +291,7 @@ std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool clos
     return std::make_unique<LibburnRecorder>(info);
   }
   if (info != nullptr) burn::burn_drive_info_free(info);
-  std::string failure = "the drive \"" + address + "\" could not be taken into use";
+  std::string failure = "the drive " + disc::inQuotes(address) + " could not be taken into use";
   for (const RecorderMessage& message : drainMessages())
     if (message.error) failure += "; it says: " + message.text;
   throw Failure(failure);

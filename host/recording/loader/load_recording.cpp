@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 
 namespace velmor::recording {
 
@@ -17,8 +18,8 @@ Service* loadRecording(const std::string& path, const RecordingOptions& options)
   }
   const auto open = reinterpret_cast<OpenRecordingFn>(dlsym(library, kOpenRecordingSymbol));
   if (open == nullptr) {
-    throw Failure("\"" + path +
-                  "\" is not the recording library of this program; install both from one build");
+    throw Failure(disc::inQuotes(path) +
+                  " is not the recording library of this program; install both from one build");
   }
   std::string why;
   Service* service = open(options, why);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "disc/failure.h"
+#include "disc/text/phrases.h"
 #include "host/recording/burn/burn_run.h"
 #include "host/recording/burn/medium_words.h"
 #include "host/recording/libburn/device_access.h"
@@ -102,7 +103,7 @@ bool DriveService::AcquireExclusiveAccess(void* device) {
     return false;
   }
   if (m_recorder != nullptr) {
-    fail("the drive \"" + nameOf(*m_held) + "\" is still in use");
+    fail("the drive " + disc::inQuotes(nameOf(*m_held)) + " is still in use");
     return false;
   }
   try {
@@ -155,7 +156,7 @@ std::vector<ListedDrive> DriveService::drives() {
     if (std::any_of(result.begin(), result.end(), listed)) continue;
     const std::string obstacle = accessObstacle(path);
     result.push_back({path, "", "", "", false,
-                      obstacle.empty() ? "\"" + path + "\" cannot write CDs" : obstacle});
+                      obstacle.empty() ? disc::inQuotes(path) + " cannot write CDs" : obstacle});
   }
   return result;
 }

@@ -19,10 +19,6 @@ namespace velmor::render {
 
 namespace {
 
-double seconds(int64_t frames) {
-  return static_cast<double>(frames) / disc::kSampleRate;
-}
-
 std::string inputTitle(const InputInfo& info) {
   return info.tags.title.empty() ? std::filesystem::path(info.path).stem().string()
                                  : info.tags.title;
@@ -66,7 +62,7 @@ std::vector<double> tagPlaces(const Mark& own, const std::vector<Mark>& others) 
 /// the timeline.
 double startInRange(const Album& album, const AlbumInput& input) {
   const bool is_cut = input.start + input.info.frames > album.render_start;
-  return seconds(is_cut ? std::max(input.start, album.render_start) : input.start);
+  return disc::secondsOf(is_cut ? std::max(input.start, album.render_start) : input.start);
 }
 
 std::vector<Mark> givenMarks(const Options& options, Album& album) {
@@ -79,8 +75,8 @@ std::vector<Mark> givenMarks(const Options& options, Album& album) {
   if (options.embedded_markers) {
     for (const AlbumInput& input : album.inputs) {
       for (Mark mark : input.info.marks) {
-        mark.start += seconds(input.start);
-        if (mark.end) *mark.end += seconds(input.start);
+        mark.start += disc::secondsOf(input.start);
+        if (mark.end) *mark.end += disc::secondsOf(input.start);
         marks.push_back(std::move(mark));
       }
     }
@@ -96,9 +92,10 @@ void addInputMarks(const Options& options, const Album& album, size_t index,
   const AlbumInput& input = album.inputs[index];
   Mark own;
   own.input = static_cast<int>(index) + 1;
-  own.start = seconds(input.start);
+  own.start = disc::secondsOf(input.start);
   own.name = inputTitle(input.info);
-  if (options.track_mode == kTracksFromRegions) own.end = seconds(input.start + input.info.frames);
+  if (options.track_mode == kTracksFromRegions)
+    own.end = disc::secondsOf(input.start + input.info.frames);
   if (options.track_mode == kTracksFromMarkers) {
     if (options.hash_markers_only) {
       own.name.insert(0, 1, '#');
@@ -154,7 +151,7 @@ void setRange(const Options& options, Album& album) {
   if (options.end) album.render_end = std::min(frame(*options.end), whole);
   if (album.render_start >= whole) {
     throw UsageError("--start lies at " + disc::clockTime(*options.start) +
-                     ", but the inputs end at " + disc::clockTime(seconds(whole)));
+                     ", but the inputs end at " + disc::clockTime(disc::secondsOf(whole)));
   }
   if (album.render_start >= album.render_end) {
     throw UsageError("there is nothing to render between --start and --end");

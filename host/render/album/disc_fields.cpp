@@ -7,6 +7,7 @@
 #include <iterator>
 #include <utility>
 
+#include "disc/text/phrases.h"
 #include "host/render/album/album.h"
 #include "host/render/album/sheet_text.h"
 
@@ -78,8 +79,8 @@ std::vector<std::pair<std::string, std::string>> sinkMetadata(const AlbumTexts& 
   add("CATALOG", texts.catalogue);
   add("REM", texts.comment);
   for (const auto& [key, text] : texts.more) {
-    warnings.push_back("the sheet has no place for the field \"" + key +
-                       "\"; it knows TITLE, PERFORMER, SONGWRITER, CATALOG and REM");
+    warnings.push_back("the sheet has no place for the field " + disc::inQuotes(key) +
+                       "; it knows TITLE, PERFORMER, SONGWRITER, CATALOG and REM");
     add(key, text);
   }
   return metadata;

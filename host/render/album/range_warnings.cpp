@@ -20,7 +20,7 @@ double frameOf(double seconds) {
 }
 
 std::string clockTimeOf(int64_t frame) {
-  return disc::clockTime(static_cast<double>(frame) / disc::kSampleRate);
+  return disc::clockTime(disc::secondsOf(frame));
 }
 
 /// Whether the user will miss the mark: it was given on the command line or in a label track, and

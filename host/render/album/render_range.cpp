@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/album/mark_names.h"
 
@@ -88,8 +89,8 @@ void dropEmptyRegions(std::vector<Mark>& marks, std::vector<std::string>& warnin
       covered = *mark.end;
       return false;
     }
-    warnings.push_back("the region \"" + mark.name +
-                       "\" holds no audio that the regions before it do not, and is left out");
+    warnings.push_back("the region " + disc::inQuotes(mark.name) +
+                       " holds no audio that the regions before it do not, and is left out");
     return true;
   };
   std::vector<Mark> kept;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "disc/text/phrases.h"
 #include "disc/text/utf8.h"
 
 namespace velmor::render {
@@ -18,8 +19,9 @@ constexpr size_t kShownBytes = 40;
 std::string fitForSheet(const std::string& text, std::vector<std::string>& warnings) {
   const std::string whole(disc::beginningOf(text, kMostBytes));
   if (whole.size() < text.size()) {
-    warnings.push_back("the text \"" + std::string(disc::beginningOf(text, kShownBytes)) +
-                       "…\" is cut to its first " + std::to_string(whole.size()) +
+    warnings.push_back("the text " +
+                       disc::inQuotes(std::string(disc::beginningOf(text, kShownBytes)) + "…") +
+                       " is cut to its first " + std::to_string(whole.size()) +
                        " bytes; the sheet holds no longer lines");
   }
   std::string fit;
@@ -30,8 +32,8 @@ std::string fitForSheet(const std::string& text, std::vector<std::string>& warni
   // A backslash before the closing quote makes several readers lose every track behind it.
   if (!fit.empty() && fit.back() == '\\') fit.back() = '/';
   if (fit != whole) {
-    warnings.push_back("\"" + fit +
-                       "\" is written instead of a text with a quote, a line break or a backslash "
+    warnings.push_back(disc::inQuotes(fit) +
+                       " is written instead of a text with a quote, a line break or a backslash "
                        "at its end, which would break the sheet");
   }
   return fit;

@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
@@ -194,16 +193,6 @@ void readRaw(const RawOptions& raw, Options& options) {
   }
 }
 
-/// A sentence of the parser's as our messages go on: in lower case, unless it begins with a name in
-/// capitals, and without a full stop.
-std::string asClause(std::string sentence) {
-  if (sentence.size() > 1 && std::islower(static_cast<unsigned char>(sentence[1]))) {
-    sentence[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(sentence[0])));
-  }
-  if (!sentence.empty() && sentence.back() == '.') sentence.pop_back();
-  return sentence;
-}
-
 }  // namespace
 
 std::optional<Options> parseCommandLine(int argc, char** argv) {
@@ -229,7 +218,7 @@ std::optional<Options> parseCommandLine(int argc, char** argv) {
     printf("%s\n", version.what());
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
-    throw UsageError(asClause(error.what()) + "; --help lists the options");
+    throw UsageError(disc::asClause(error.what()) + "; --help lists the options");
   } catch (const Failure& error) {  // a time, marker or region that is none
     throw UsageError(error.what());
   }

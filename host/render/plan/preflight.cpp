@@ -29,8 +29,7 @@ void checkTracks(const SinkConfig& config, const TrackPlan& plan, PreflightFindi
   if (config.track_mode == kTracksFromRegions && plan.written.empty()) {
     findings.errors.push_back(
         "there is no region with audio in the render range, so the image would be empty; add one "
-        "with "
-        "--region, or choose --track-mode markers");
+        "with --region, or choose --track-mode markers");
   }
   if (plan.tracks.size() > disc::kMostTracks) {
     findings.errors.push_back("the marks make " + std::to_string(plan.tracks.size()) +

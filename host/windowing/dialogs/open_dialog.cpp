@@ -1,5 +1,6 @@
 #include "host/windowing/dialogs/open_dialog.h"
 
+#include "disc/text/phrases.h"
 #include "host/windowing/desktop/desktop.h"
 #include "host/windowing/desktop/messages.h"
 #include "host/windowing/win32/win32_numbers.h"
@@ -30,7 +31,7 @@ std::shared_ptr<Window> OpenDialog::control(int id) const {
   const auto window = dialog();
   auto found = Desktop::the().item(m_dialog, id);
   if (!found) {
-    throw CannotDo("the dialog \"" + window->text + "\" has no " + controlName(id));
+    throw CannotDo("the dialog " + disc::inQuotes(window->text) + " has no " + controlName(id));
   }
   return found;
 }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <string>
 
+#include "disc/text/phrases.h"
 #include "host/windowing/desktop/desktop.h"
 #include "host/windowing/dialogs/dialog_user.h"
 #include "host/windowing/functions/layer_functions.h"
@@ -35,7 +36,8 @@ int functions::MessageBox(HWND owner, const char* text, const char* caption, int
   message.type = type;
   const int answer = user->readMessage(message);
   if (std::ranges::find(buttons, answer) == buttons.end()) {
-    throw CannotDo("the message \"" + message.text + "\" has no button " + std::to_string(answer));
+    throw CannotDo("the message " + disc::inQuotes(message.text) + " has no button " +
+                   std::to_string(answer));
   }
   return answer;
 }

@@ -61,56 +61,65 @@ INSTANTIATE_TEST_SUITE_P(
     Because, AnEmulatedDriveCommand,
     ::testing::Values(
         Mistake{"ThereAreDrivesAlready", "create drives",
-                "drives: holds drives already; take another directory"},
+                "\"drives\" holds drives already; take another folder"},
         Mistake{"AFileIsInTheWay", "create a-file",
-                "a-file/drive00: cannot be made: Not a directory"},
-        Mistake{"ThereAreNoDrives", "show .", ".: no drives here; \"create\" makes them"},
+                "\"a-file/drive00\" cannot be made: Not a directory"},
+        Mistake{"ThereAreNoDrives", "show .",
+                "there are no drives in \".\"; \"create\" makes some"},
         Mistake{"ThereIsNoDirectory", "show nowhere",
-                "nowhere: no drives here; \"create\" makes them"},
+                "there are no drives in \"nowhere\"; \"create\" makes some"},
         Mistake{"ThereIsNoSuchDrive", "insert drives 2",
-                "drives: no drive \"2\"; there is drive00, drive01"},
+                "there is no drive \"2\" in \"drives\"; it has drive00, drive01"},
         Mistake{"ThereIsNoDriveAtAll", "eject . 0",
-                ".: no drive \"0\"; there is none: make some with \"create\""},
+                "there is no drive \"0\" in \".\"; \"create\" makes some"},
         Mistake{"NoDiscIsThatLong", "insert drives 0 --minutes 90",
-                "--minutes: a disc holds 0 to 89.9 minutes"},
+                "--minutes is out of range: a disc holds 0 to 89.9 minutes"},
         Mistake{"NoDiscIsThatShort", "insert drives 0 --minutes=-1",
-                "--minutes: a disc holds 0 to 89.9 minutes"},
+                "--minutes is out of range: a disc holds 0 to 89.9 minutes"},
         Mistake{"TheMinutesAreNoNumber", "insert drives 0 --minutes nan",
-                "--minutes: a disc holds 0 to 89.9 minutes"},
-        Mistake{"ASettingHasNoValue", "set drives 0 busy", "\"busy\": a setting reads key=value"},
+                "--minutes is out of range: a disc holds 0 to 89.9 minutes"},
+        Mistake{"ASettingHasNoValue", "set drives 0 busy",
+                "the setting \"busy\" has no value; give key=value"},
         Mistake{"ASwitchIsNeitherOnNorOff", "set drives 0 vendor=ACME busy=maybe",
-                "set: \"busy = maybe\": expected yes or no"},
+                "\"busy = maybe\" in the command line is not understood: expected yes or no"},
         Mistake{"ASectorIsNoNumber", "set drives 0 read-error-at=12x",
-                "set: \"read-error-at = 12x\": expected a whole number"},
-        Mistake{"ADelayIsNegative", "set drives 0 write-delay-ms=-1",
-                "set: \"write-delay-ms = -1\": expected 0 to 60000"},
+                "\"read-error-at = 12x\" in the command line is not understood: expected a whole "
+                "number"},
+        Mistake{
+            "ADelayIsNegative", "set drives 0 write-delay-ms=-1",
+            "\"write-delay-ms = -1\" in the command line is not understood: expected 0 to 60000"},
         Mistake{"ThePollsAreTooMany", "set drives 0 becoming-ready-polls=1001",
-                "set: \"becoming-ready-polls = 1001\": expected 0 to 1000"},
+                "\"becoming-ready-polls = 1001\" in the command line is not understood: expected 0 "
+                "to 1000"},
         Mistake{"TheDeviceIsNone", "set drives 0 device=/tmp/sr0",
-                "set: \"device = /tmp/sr0\": expected a path below /dev"},
+                "\"device = /tmp/sr0\" in the command line is not understood: expected a path "
+                "below /dev"},
         Mistake{"ASettingIsUnknown", "set drives 0 colour=red",
-                "set: \"colour = red\": expected device, vendor, product, revision, "
+                "\"colour = red\" in the command line is not understood: expected device, vendor, "
+                "product, revision, "
                 "write-error-at, read-error-at, write-delay-ms, becoming-ready-polls, busy or "
                 "deny as the key"},
         Mistake{"NothingWasBurned", "extract drives 0 album.raw",
-                "drives/drive00: holds no closed disc to take audio from"},
+                "\"drives/drive00\" holds no closed disc to take audio from; burn one first"},
         Mistake{"TheProgramIsMissing", "run drives -- ./no-such-program",
-                "./no-such-program: cannot be run: No such file or directory"}),
+                "\"./no-such-program\" cannot be run: No such file or directory"}),
     [](const auto& mistake) { return std::string(mistake.param.name); });
 
 TEST_F(EmulatedDriveCommand, ASettingsFileThatCannotBeReadIsNamedWithItsLine) {
   writeFile(m_drives[1].settingsFile(), "# mine\ndevice = /dev/sr31\nbusy\n");
   EXPECT_EQ(run("show drives"), 1);
-  EXPECT_EQ(m_err,
-            "velmor-emulated-drive: drives/drive01/drive.conf:3: a line reads \"key = value\"\n");
+  EXPECT_EQ(
+      m_err,
+      "velmor-emulated-drive: line 3 of \"drives/drive01/drive.conf\" has no \"=\"; write key = "
+      "value\n");
 }
 
 TEST_F(EmulatedDriveCommand, AWordThatIsNoCommandIsRefused) {
-  EXPECT_NE(run(""), 0);
-  EXPECT_THAT(m_err, HasSubstr("subcommand is required"));
-  EXPECT_NE(run("insert drives 0 --medium dvd"), 0);
+  EXPECT_EQ(run(""), 2);
+  EXPECT_EQ(m_err, "velmor-emulated-drive: a subcommand is required; --help lists what there is\n");
+  EXPECT_EQ(run("insert drives 0 --medium dvd"), 2);
   EXPECT_THAT(m_err, HasSubstr("--medium: dvd not in {cd-r,cd-rw}"));
-  EXPECT_NE(run("create elsewhere --drives 9"), 0);
+  EXPECT_EQ(run("create elsewhere --drives 9"), 2);
   EXPECT_THAT(m_err, HasSubstr("9 not in range"));
   EXPECT_FALSE(fs::exists(m_root / "elsewhere"));
 }
@@ -184,9 +193,11 @@ TEST_F(EmulatedDriveCommand, AudioIsExtractedByDiscAndByTrack) {
   ASSERT_EQ(run("extract drives 0 two.raw --track 2"), 0) << m_err;
   EXPECT_TRUE(contentOf(m_root / "two.raw") == audio.substr(std::size_t{375} * kSectorBytes));
   EXPECT_EQ(run("extract drives 0 three.raw --track 3"), 1);
-  EXPECT_EQ(m_err, "velmor-emulated-drive: --track 3: the disc has tracks 1 to 2\n");
+  EXPECT_EQ(m_err, "velmor-emulated-drive: --track 3 is not there: the disc has tracks 1 to 2\n");
   EXPECT_EQ(run("extract drives 0 nowhere/album.raw"), 1);
-  EXPECT_EQ(m_err, "velmor-emulated-drive: nowhere/album.raw: cannot be written\n");
+  EXPECT_EQ(
+      m_err,
+      "velmor-emulated-drive: \"nowhere/album.raw\" cannot be written; choose another place\n");
 }
 
 TEST_F(EmulatedDriveCommand, ARecordingThatBrokeOffIsCalledSo) {
@@ -204,15 +215,14 @@ TEST_F(EmulatedDriveCommand, AProgramThatSeesTheDrivesKeepsItsExitStatus) {
 
 TEST_F(EmulatedDriveCommand, ADirectoryWithoutDrivesIsToldToTheProgramsUser) {
   EXPECT_EQ(run("run . -- test -e /dev/sr30"), 1);
-  EXPECT_THAT(m_err,
-              AllOf(StartsWith("velmor-emulated-drive: "),
-                    HasSubstr("holds no drive; \"velmor-emulated-drive create\" makes one")));
+  EXPECT_THAT(m_err, AllOf(StartsWith("velmor-emulated-drive: "),
+                           HasSubstr("\" holds no drive; velmor-emulated-drive create makes one")));
 }
 
 TEST_F(EmulatedDriveCommand, ADriveThatCannotBeReadIsLeftOutAndSaidSo) {
   writeFile(m_drives[1].settingsFile(), "busy = maybe\n");
   EXPECT_EQ(run("run drives -- test -e /dev/sr30"), 0);
-  EXPECT_THAT(m_err, HasSubstr("drive01/drive.conf:1: \"busy = maybe\": expected yes or no"));
+  EXPECT_THAT(m_err, HasSubstr("\"busy = maybe\" in line 1 of \""));
   EXPECT_EQ(run("run drives -- test -e /dev/sr31"), 1);
 }
 

@@ -59,7 +59,7 @@ TEST_P(ADiscDescription, IsRefused) {
   writeFile(m_root / "disc.txt", text);
   const std::string said = complaint(m_root / "disc.txt");
   EXPECT_THAT(said, HasSubstr(flaw.said));
-  EXPECT_THAT(said, HasSubstr((m_root / "disc.txt").string() + ":"));
+  EXPECT_THAT(said, HasSubstr(" of \"" + (m_root / "disc.txt").string() + '"'));
 }
 
 INSTANTIATE_TEST_SUITE_P(

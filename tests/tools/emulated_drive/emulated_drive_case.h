@@ -60,7 +60,7 @@ inline ByteBuffer flat(const std::vector<CueEntry>& entries) {
   return bytes;
 }
 
-/// Two tracks of 300 and 400 sectors, the second with a pregap of 75; lead-in in `leadInForm`.
+/// Two tracks of 300 and 400 sectors, the second with a pregap of 75; lead-in in `lead_in_form`.
 inline std::vector<CueEntry> twoTracks(uint8_t lead_in_form = 0x01) {
   return {{0x01, 0, 0, lead_in_form, 0, 0, 0, 0},
           cueIndex(0, 1, 0, 0x00, -150),

@@ -19,9 +19,11 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int32_t kSectorsPerMinute = 75 * 60;
+constexpr int kWrongUsage = 2;
+constexpr const char* kProgram = "velmor-emulated-drive";
 constexpr const char* kPreloadLibrary = "libvelmor_emulated_drive_preload.so";
 
-/// What the person asked for, in the words of the command line.
+/// What was asked for, in the words of the command line.
 struct Request {
   std::string root, drive, medium = "cd-r", output;
   int drives = 2, first_device = 30, track = 0;
@@ -43,8 +45,9 @@ DriveDirectory driveOf(const Request& request) {
     names += (names.empty() ? "" : ", ") + name;
     ++number;
   }
-  throw DirectoryError(request.root + ": no drive \"" + request.drive + "\"; there is " +
-                       (names.empty() ? "none: make some with \"create\"" : names));
+  throw DirectoryError("there is no drive " + inQuotes(request.drive) + " in " +
+                       inQuotes(request.root) +
+                       (names.empty() ? "; \"create\" makes some" : "; it has " + names));
 }
 
 EmulatedDisc newDisc(const Request& request) {
@@ -52,7 +55,7 @@ EmulatedDisc newDisc(const Request& request) {
   EmulatedDisc disc;
   disc.medium = request.medium == "cd-rw" ? MediumType::kCdRw : MediumType::kCdR;
   if (!(request.minutes >= 0 && request.minutes <= kMostMinutes)) {  // what is no number is not
-    throw DirectoryError("--minutes: a disc holds 0 to 89.9 minutes");
+    throw DirectoryError("--minutes is out of range: a disc holds 0 to 89.9 minutes");
   }
   if (request.minutes > 0) {
     disc.capacity = static_cast<int32_t>(request.minutes * kSectorsPerMinute);
@@ -79,7 +82,7 @@ void insert(const DriveDirectory& directory, const EmulatedDisc& disc) {
 
 int create(const Request& request) {
   if (!DriveDirectory::all(request.root).empty()) {
-    throw DirectoryError(request.root + ": holds drives already; take another directory");
+    throw DirectoryError(inQuotes(request.root) + " holds drives already; take another folder");
   }
   for (int i = 0; i < request.drives; ++i) {
     char name[16];
@@ -88,7 +91,7 @@ int create(const Request& request) {
     std::error_code error;
     fs::create_directories(path, error);
     if (error) {
-      throw DirectoryError(path.string() + ": cannot be made: " + error.message());
+      throw DirectoryError(inQuotes(path) + " cannot be made: " + error.message());
     }
     const DriveDirectory directory(path);
     DriveSettings settings;
@@ -108,7 +111,8 @@ int show(const Request& request) {
   }
   const std::vector<DriveDirectory> all = DriveDirectory::all(request.root);
   if (all.empty()) {
-    throw DirectoryError(request.root + ": no drives here; \"create\" makes them");
+    throw DirectoryError("there are no drives in " + inQuotes(request.root) +
+                         "; \"create\" makes some");
   }
   for (const DriveDirectory& directory : all) {
     report(directory, std::cout);
@@ -122,9 +126,10 @@ int change(const Request& request) {
   for (const std::string& setting : request.settings) {
     const std::size_t equals = setting.find('=');
     if (equals == std::string::npos) {
-      throw DirectoryError("\"" + setting + "\": a setting reads key=value");
+      throw DirectoryError("the setting " + inQuotes(setting) + " has no value; give key=value");
     }
-    applySetting(setting.substr(0, equals), setting.substr(equals + 1), "set", settings);
+    applySetting(setting.substr(0, equals), setting.substr(equals + 1), "the command line",
+                 settings);
   }
   directory.saveSettings(settings);
   return 0;
@@ -134,14 +139,16 @@ int extract(const Request& request) {
   const DriveDirectory directory = driveOf(request);
   const std::optional<EmulatedDisc> disc = directory.disc();
   if (!disc || disc->state != DiscStatus::kComplete) {
-    throw DirectoryError(directory.path().string() + ": holds no closed disc to take audio from");
+    throw DirectoryError(inQuotes(directory.path()) +
+                         " holds no closed disc to take audio from; burn one first");
   }
   int32_t from = 0;
   int32_t to = disc->lead_out;
   if (request.track != 0) {
     const int index = request.track - disc->tracks.front().number;
     if (index < 0 || index >= static_cast<int>(disc->tracks.size())) {
-      throw DirectoryError("--track " + std::to_string(request.track) + ": the disc has tracks " +
+      throw DirectoryError("--track " + std::to_string(request.track) +
+                           " is not there: the disc has tracks " +
                            std::to_string(disc->tracks.front().number) + " to " +
                            std::to_string(disc->tracks.back().number));
     }
@@ -154,13 +161,13 @@ int extract(const Request& request) {
   ByteBuffer sector(kSectorBytes);
   for (int32_t lba = from; lba < to && out; ++lba) {
     if (!surface.read(lba, sector)) {
-      throw DirectoryError(directory.audioFile().string() + ": cannot be read");
+      throw DirectoryError(inQuotes(directory.audioFile()) + " cannot be read");
     }
     out.write(reinterpret_cast<const char*>(sector.data()), kSectorBytes);
   }
   out.close();
   if (!out) {
-    throw DirectoryError(request.output + ": cannot be written");
+    throw DirectoryError(inQuotes(request.output) + " cannot be written; choose another place");
   }
   std::cout << to - from << " sectors\n";
   return 0;
@@ -169,7 +176,8 @@ int extract(const Request& request) {
 int run(const Request& request) {
   const fs::path library = fs::read_symlink("/proc/self/exe").parent_path() / kPreloadLibrary;
   if (!fs::exists(library)) {
-    throw DirectoryError(library.string() + ": missing; it is built beside velmor-emulated-drive");
+    throw DirectoryError(inQuotes(library) +
+                         " is missing; it is built beside velmor-emulated-drive");
   }
   const char* before = std::getenv("LD_PRELOAD");
   const bool others = before != nullptr && *before != '\0';
@@ -182,7 +190,8 @@ int run(const Request& request) {
   }
   arguments.push_back(nullptr);
   ::execvp(arguments.front(), arguments.data());
-  throw DirectoryError(request.program.front() + ": cannot be run: " + std::strerror(errno));
+  throw DirectoryError(inQuotes(request.program.front()) +
+                       " cannot be run: " + std::strerror(errno));
 }
 
 void addDiscOptions(CLI::App& command, Request& request) {
@@ -195,11 +204,19 @@ void addDiscOptions(CLI::App& command, Request& request) {
   command.add_flag("--closed", request.closed, "a disc that is recorded already");
 }
 
+/// A sentence of the command line's parser as our messages go on: it begins small.
+std::string beginningSmall(std::string sentence) {
+  if (!sentence.empty() && sentence[0] >= 'A' && sentence[0] <= 'Z') {
+    sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');
+  }
+  return sentence;
+}
+
 }  // namespace
 
 int runCommand(int count, char** words) {
-  CLI::App app{"Emulated CD drives in a directory, for programs that burn."};
-  app.set_version_flag("--version", "velmor-emulated-drive " VELMOR_VERSION);
+  CLI::App app("Emulated CD drives in a folder, for programs that burn.", kProgram);
+  app.set_version_flag("--version", std::string(kProgram) + " " VELMOR_VERSION);
   app.footer(
       "Example:\n  velmor-emulated-drive create /tmp/drives\n"
       "  velmor-emulated-drive run /tmp/drives -- cdrskin dev=/dev/sr30 -sao -audio album.wav\n"
@@ -247,7 +264,14 @@ int runCommand(int count, char** words) {
   add("run", "run a program that sees the drives", run)
       ->add_option("program", request.program, "after --")
       ->required();
-  CLI11_PARSE(app, count, words);
+  try {
+    app.parse(count, words);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return app.exit(error);
+    std::cerr << kProgram << ": " << beginningSmall(error.what())
+              << "; --help lists what there is\n";
+    return kWrongUsage;
+  }
   return action(request);
 }
 
@@ -257,7 +281,7 @@ int main(int count, char** words) {
   try {
     return velmor::emulated_drive::runCommand(count, words);
   } catch (const std::exception& error) {
-    std::cerr << "velmor-emulated-drive: " << error.what() << "\n";
+    std::cerr << velmor::emulated_drive::kProgram << ": " << error.what() << "\n";
     return 1;
   }
 }

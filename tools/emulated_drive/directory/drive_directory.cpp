@@ -57,6 +57,10 @@ void apply(const KeyValue& item, DriveSettings& settings) {
 
 }  // namespace
 
+std::string inQuotes(const std::filesystem::path& name) {
+  return '"' + name.string() + '"';
+}
+
 void applySetting(const std::string& key, const std::string& value, const std::string& where,
                   DriveSettings& settings) {
   apply({key, value, where}, settings);

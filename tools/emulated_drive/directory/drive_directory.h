@@ -23,6 +23,9 @@ class DirectoryError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// A name in double quotes, as all messages have them.
+std::string inQuotes(const std::filesystem::path& name);
+
 struct DriveSettings {
   std::string device = "/dev/sr30";  ///< the path that programs open
   DriveIdentity identity;
@@ -31,8 +34,8 @@ struct DriveSettings {
   bool deny = false;  ///< every open fails for lack of permission
 };
 
-/// Sets one key of drive.conf; the value "none" removes a bad sector. Throws `DirectoryError`,
-/// whose text begins with `where`.
+/// Sets one key of drive.conf; the value "none" removes a bad sector. `where` tells in the
+/// `DirectoryError` that is thrown for a wrong one where it was given.
 void applySetting(const std::string& key, const std::string& value, const std::string& where,
                   DriveSettings& settings);
 

@@ -23,7 +23,7 @@ std::string trimmed(const std::string& text) {
 std::vector<KeyValue> readKeyValues(const std::filesystem::path& file) {
   std::ifstream in(file);
   if (!in) {
-    throw DirectoryError(file.string() + ": cannot be read; is it a folder of drives?");
+    throw DirectoryError(inQuotes(file) + " cannot be read; name a folder of drives");
   }
   std::vector<KeyValue> items;
   std::string line;
@@ -32,10 +32,10 @@ std::vector<KeyValue> readKeyValues(const std::filesystem::path& file) {
     if (line.empty() || line.front() == '#') {
       continue;
     }
-    const std::string where = file.string() + ":" + std::to_string(number);
+    const std::string where = "line " + std::to_string(number) + " of " + inQuotes(file);
     const std::size_t equals = line.find('=');
     if (equals == std::string::npos) {
-      throw DirectoryError(where + ": a line reads \"key = value\"");
+      throw DirectoryError(where + " has no \"=\"; write key = value");
     }
     items.push_back({trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)), where});
   }
@@ -51,13 +51,14 @@ void replaceFile(const std::filesystem::path& file, const std::string& text) {
     out << text << std::flush;
     if (!out) {
       std::filesystem::remove(draft, unheard);
-      throw DirectoryError(draft.string() + ": cannot be written; is the directory writable?");
+      throw DirectoryError(inQuotes(draft) +
+                           " cannot be written; look at the folder's permissions");
     }
   }
   std::filesystem::rename(draft, file, error);
   if (error) {
     std::filesystem::remove(draft, unheard);
-    throw DirectoryError(file.string() + ": cannot be replaced: " + error.message());
+    throw DirectoryError(inQuotes(file) + " cannot be replaced: " + error.message());
   }
 }
 
@@ -65,13 +66,13 @@ void removeFile(const std::filesystem::path& file) {
   std::error_code error;
   std::filesystem::remove(file, error);
   if (error) {
-    throw DirectoryError(file.string() + ": cannot be removed: " + error.message());
+    throw DirectoryError(inQuotes(file) + " cannot be removed: " + error.message());
   }
 }
 
 void refuse(const KeyValue& item, const std::string& expected) {
-  throw DirectoryError(item.where + ": \"" + item.key + " = " + item.value + "\": expected " +
-                       expected);
+  throw DirectoryError(inQuotes(item.key + " = " + item.value) + " in " + item.where +
+                       " is not understood: expected " + expected);
 }
 
 int32_t numberOf(const KeyValue& item) {

@@ -9,7 +9,7 @@ namespace velmor::emulated_drive {
 
 struct KeyValue {
   std::string key, value;
-  std::string where;  ///< "file:line"
+  std::string where;  ///< where it was given, for a message: "line 3 of ..."
 };
 
 /// Throws `DirectoryError` when the file cannot be read or a line has no "=".
@@ -23,6 +23,7 @@ void removeFile(const std::filesystem::path& file);
 int32_t numberOf(const KeyValue& item);
 /// "yes" or "no"; throws `DirectoryError`.
 bool switchOf(const KeyValue& item);
+/// Throws `DirectoryError` that names the item, its place and what was expected there.
 [[noreturn]] void refuse(const KeyValue& item, const std::string& expected);
 
 }  // namespace velmor::emulated_drive

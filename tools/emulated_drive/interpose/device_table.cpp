@@ -66,7 +66,7 @@ void DeviceTable::refresh() {
   if (m_devices.empty()) {
     std::fprintf(
         stderr,
-        "velmor-emulated-drive: %s holds no drive; \"velmor-emulated-drive create\" makes one\n",
+        "velmor-emulated-drive: \"%s\" holds no drive; velmor-emulated-drive create makes one\n",
         root.c_str());
   }
 }

@@ -8,6 +8,7 @@
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/text/utf8.h"
+#include "disc/text/words.h"
 #include "disc/units/disc_units.h"
 
 namespace velmor::render {
@@ -27,15 +28,9 @@ std::string quoted(std::string_view text) {
   throw Failure(quoted(text) + " is no time: " + reason);
 }
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 /// Digits only: no sign, no point, no space.
 uint64_t wholeNumber(std::string_view digits, std::string_view text) {
-  if (digits.empty() || !std::all_of(digits.begin(), digits.end(), isDigit)) {
-    refuseTime(text, kForms);
-  }
+  if (!disc::allDigits(digits)) refuseTime(text, kForms);
   uint64_t value = 0;
   const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
   if (result.ec != std::errc() || static_cast<double>(value) > kLongestTime) {
@@ -47,7 +42,7 @@ uint64_t wholeNumber(std::string_view digits, std::string_view text) {
 /// Digits with at most one point among or around them.
 double decimalNumber(std::string_view digits, std::string_view text) {
   const auto points = std::count(digits.begin(), digits.end(), '.');
-  const auto figures = std::count_if(digits.begin(), digits.end(), isDigit);
+  const auto figures = std::count_if(digits.begin(), digits.end(), disc::isDigit);
   if (points > 1 || figures == 0 || static_cast<size_t>(points + figures) != digits.size()) {
     refuseTime(text, kForms);
   }

@@ -79,7 +79,7 @@ TEST_F(Burn, TellsHowFarItIs) {
   EXPECT_EQ(m_person.steps.back().buffer_percent, 80);
 }
 
-TEST_F(Burn, ThatItsAttendantLeavesIsStoppedBeforeItsAudioGoes) {
+TEST_F(Burn, WhoseUserInterfaceThrowsIsStoppedBeforeItsAudioGoes) {
   m_drive.stopping_steps = 3;
   m_person.on_progress = [](const BurnProgress& progress) {
     if (progress.phase == Phase::kWriting) throw std::runtime_error("the terminal is gone");

@@ -341,9 +341,9 @@ TEST_F(APersonCannot, TypeIntoAReadOnlyEdit) {
   EXPECT_THROW(m_dialog.type(5, "x"), CannotDo);
 }
 
-using Seats = DialogCase;
+using ScopedUser = DialogCase;
 
-TEST_F(Seats, ARelievedPersonComesBack) {
+TEST_F(ScopedUser, GivesWayToTheUserBeforeItWhenItEnds) {
   ScriptedUser first;
   ScriptedUser second;
   const ScopedDialogUser seat(first);
