@@ -147,6 +147,15 @@ TEST_F(WholeFileRead, OfAMappingAloneHasNeitherSizeNorPosition) {
   reader.*fieldOf(Mapping()) = nullptr;
 }
 
+TEST_F(WholeFileRead, SeekingInAMappingLeavesTheFilesOwnPositionAlone) {
+  auto reader = openMapped();
+  EXPECT_FALSE(reader->SetPosition(50000));
+  void* const mapping = std::exchange((*reader).*fieldOf(Mapping()), nullptr);
+  EXPECT_EQ(munmap(mapping, m_content.size()), 0);
+  EXPECT_EQ(take(*reader, 3), m_content.substr(0, 3)) << "nothing of the file had been read";
+  EXPECT_EQ(reader->GetPosition(), 50003);
+}
+
 TEST_F(WholeFileRead, CountsWhatIsLeftInThirtyTwoBits) {
   const int64_t four_gibibytes = int64_t{1} << 32;
   auto reader = makeCopied("0123456789", four_gibibytes + 10);
