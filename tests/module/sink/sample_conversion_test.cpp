@@ -5,6 +5,7 @@
 #include <bit>
 #include <cfenv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -226,12 +227,13 @@ TEST_P(Conversion, HoldsForRandomSamples) {
   expectFormula(samples);
 }
 
-TEST_P(Conversion, HoldsForRandomBitsOfTameSamples) {
+TEST_P(Conversion, HoldsForRandomBitsOfEverySizeThatMatters) {
   std::mt19937_64 random(7);
-  std::vector<double> samples;
-  while (samples.size() < 200000) {
-    const double sample = std::bit_cast<double>(random());
-    if (std::abs(sample) < 1000.0) samples.push_back(sample);
+  constexpr uint64_t kSignAndFraction = 0x800FFFFFFFFFFFFF;
+  std::vector<double> samples(200000);
+  for (double& sample : samples) {
+    const uint64_t exponent = 1023 - 20 + random() % 24;  // from a 32nd of a step to 24 dB too loud
+    sample = std::bit_cast<double>((random() & kSignAndFraction) | exponent << 52);
   }
   expectFormula(samples);
 }
