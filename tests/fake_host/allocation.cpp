@@ -1,17 +1,15 @@
 #include "tests/fake_host/allocation.h"
 
-#include <cerrno>
-
 #include "tests/fake_host/plugin_host.h"
 
 namespace fake_host {
 
-FailingAllocation::FailingAllocation(int nth) : m_calls(&inHostCall), m_nth(nth) {
-  m_calls.failAt(test_kit::Call::kNew, nth, ENOMEM);
+FailingAllocation::FailingAllocation(int nth, Times times) : m_calls(&inHostCall), m_nth(nth) {
+  m_calls.failAllocation(nth, times);
 }
 
 bool FailingAllocation::fired() const {
-  return m_calls.count(test_kit::Call::kNew) >= m_nth;
+  return m_calls.allocations() >= m_nth;
 }
 
 }  // namespace fake_host

@@ -8,11 +8,13 @@ namespace fake_host {
 
 using test_kit::MemoryLimit;
 
-/// While it lives the `nth` allocation through `operator new` (counted from 1 at construction, the
-/// host's own left out) fails: the throwing forms throw, the others return null.
+using test_kit::Times;
+
+/// While it lives the `nth` allocation of any kind (counted from 1 at construction, the host's own
+/// left out) fails, or it and every later one: the throwing forms throw, the others return null.
 class FailingAllocation {
  public:
-  explicit FailingAllocation(int nth);
+  FailingAllocation(int nth, Times times);
 
   /// Whether the allocation came to pass and was refused.
   bool fired() const;

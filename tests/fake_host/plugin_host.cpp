@@ -67,6 +67,7 @@ struct HostFunctions {
   static void formatTimestr(double seconds, char* buf, int size) {
     const HostCall in_call;
     g_current_host->journal.emplace_back("format_timestr");
+    g_current_host->format_time_calls.push_back({seconds, size});
     std::snprintf(buf, static_cast<size_t>(size), "%.3f", seconds);
   }
 

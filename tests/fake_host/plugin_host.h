@@ -43,6 +43,13 @@ struct MarkerCall {
   bool wants_number = false;
 };
 
+/// A call of `format_timestr`: the time, and the size of the buffer that it may fill.
+struct FormatTimeCall {
+  double seconds = 0.0;
+  int size = 0;
+  bool operator==(const FormatTimeCall&) const = default;
+};
+
 struct LocalizeCall {
   std::string text;
   std::string section;
@@ -99,6 +106,7 @@ class PluginHost {
   std::vector<std::pair<int, int>> disk_counters;
   std::vector<MarkerCall> marker_calls;
   std::vector<int> metadata_calls;
+  std::vector<FormatTimeCall> format_time_calls;
   std::vector<LocalizeCall> localize_calls;
   std::vector<PrepareDialogCall> prepare_calls;
 

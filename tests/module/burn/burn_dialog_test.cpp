@@ -135,6 +135,22 @@ TEST_F(BurnDialog, ListsTheTracksWithNamesAndDurations) {
   }
 }
 
+TEST_F(BurnDialog, ShowsATitlesQuotesAsTheApostrophesOfTheSheet) {
+  host.marks = {fake_host::marker(0.0, "Say \"Go\""), fake_host::marker(5.0, "\"\"")};
+  renderAnd(10.0, [this](Window& dialog) {
+    EXPECT_THAT(dialog.control(kTracks)->rows, ElementsAre(ElementsAre("1", "Say 'Go'", "5.000"),
+                                                           ElementsAre("2", "''", "5.000")));
+    EXPECT_THAT(fake_host::readText(file("disc.cue")), HasSubstr("    TITLE \"Say 'Go'\"\r\n"));
+  });
+}
+
+TEST_F(BurnDialog, LetsTheHostWriteEachDurationInto512Bytes) {
+  host.marks = {fake_host::marker(0.0, "One"), fake_host::marker(5.0, "Two")};
+  renderAnd(11.0, [](Window&) {});
+  using Call = fake_host::FormatTimeCall;
+  EXPECT_EQ(host.format_time_calls, (std::vector<Call>{{5.0, 512}, {6.0, 512}}));
+}
+
 TEST_F(BurnDialog, TheLastTrackLastsToTheEndOfTheImagePaddingIncluded) {
   host.marks = {fake_host::marker(0.0, "One"), fake_host::marker(5.0, "Two")};
   renderAnd(10.001, [](Window& dialog) {

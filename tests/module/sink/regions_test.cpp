@@ -102,6 +102,18 @@ TEST_F(Regions, OneThatEndedBeforeTheRenderIsPassedOver) {
   expectImage(file("disc.bin"), Image().signal(kSecond, 6 * kSecond));
 }
 
+TEST_F(Regions, OneThatEndsExactlyWhereTheRenderBeginsIsTheFirst) {
+  // It lets its block through, and the next region begins the second track.
+  for (const double start : {0.0, 100.0}) {
+    EXPECT_EQ(render({region(start - 2.0, start, "Over"), region(start + 6.0, start + 12.0, "B")},
+                     15 * kSecond, {}, {.lengths = {5 * 44100}}, start),
+              tracks({"  TRACK 01 AUDIO", "    TITLE \"Over\"", "    INDEX 01 00:00:00",
+                      "  TRACK 02 AUDIO", "    TITLE \"B\"", "    INDEX 01 00:05:00"}))
+        << start;
+    expectImage(file("disc.bin"), Image().signal(0, 5 * kSecond).signal(6 * kSecond, 12 * kSecond));
+  }
+}
+
 TEST_F(Regions, OneThatOutlastsTheRenderIsCutThere) {
   render({region(1.0, 50.0, "A")}, 6 * kSecond);
   expectImage(file("disc.bin"), Image().signal(kSecond, 6 * kSecond));

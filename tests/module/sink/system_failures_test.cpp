@@ -202,11 +202,50 @@ TEST_F(SystemFailures, ThePositionForTheSectorIsWhereTheNextByteGoes) {
   EXPECT_EQ(sizeOfFile(file("disc.bin")), 2352);
 }
 
-TEST_F(SystemFailures, ReadingIsNeverAskedForBytesThatWereWritten) {
+TEST_F(SystemFailures, ARenderThatSucceedsOnlyWritesAndReportsNothing) {
+  SystemCallScript calls;
   Sink sink = create();
-  sink.writeSame(4 * kBufferFrames);
+  calls.forget();
+  sink.writeSame(4 * kBufferFrames + 7);
+  EXPECT_EQ(calls.systemCallCount(), 4) << "a write for each full buffer";
+  EXPECT_EQ(calls.count(SystemCall::kPwrite), 4);
   sink.finish();
-  EXPECT_THAT(host.disk_counters, IsEmpty()) << "the counters hear of failures only";
+  EXPECT_EQ(calls.count(SystemCall::kPwrite), 6) << "the rest of the image, and the sheet";
+  EXPECT_EQ(calls.count(SystemCall::kFlock), 2);
+  EXPECT_EQ(calls.systemCallCount(), 8) << "the image's position is known without asking for it";
+  EXPECT_THAT(host.disk_counters, IsEmpty());
+}
+
+/// Whose lock is released first, as file descriptors.
+std::vector<int> unlockedInOrder(const SystemCallScript& calls) {
+  std::vector<int> descriptors;
+  for (const test_kit::CallRecord& record : calls.records(SystemCall::kFlock)) {
+    if (record.size == LOCK_UN) descriptors.push_back(record.fd);
+  }
+  return descriptors;
+}
+
+TEST_F(SystemFailures, TheFinishCompletesTheImageBeforeTheSheet) {
+  SystemCallScript calls;
+  Sink sink = create();
+  ASSERT_EQ(calls.opens.size(), 2U);
+  const int sheet = calls.opens[0].fd;
+  const int image = calls.opens[1].fd;
+  sink.writeSignal(100);
+  sink.finish();
+  ASSERT_EQ(calls.pwrites.size(), 2U);
+  EXPECT_EQ(calls.pwrites[0].fd, image);
+  EXPECT_EQ(calls.pwrites[1].fd, sheet);
+  EXPECT_THAT(unlockedInOrder(calls), ElementsAre(image, sheet));
+}
+
+TEST_F(SystemFailures, ADeletedSinkGivesItsSheetBackBeforeItsImage) {
+  SystemCallScript calls;
+  Sink sink = create();
+  ASSERT_EQ(calls.opens.size(), 2U);
+  sink.writeSignal(100);
+  sink.destroy();
+  EXPECT_THAT(unlockedInOrder(calls), ElementsAre(calls.opens[0].fd, calls.opens[1].fd));
 }
 
 }  // namespace

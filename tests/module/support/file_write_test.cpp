@@ -16,6 +16,7 @@
 #include "tests/fake_host/files.h"
 #include "tests/kit/other_process.h"
 #include "tests/kit/system_calls.h"
+#include "tests/module/support/recorded_releases.h"
 
 namespace support_test {
 namespace {
@@ -233,18 +234,24 @@ TEST_F(FileWrite, AHeldLockIsNotTriedAgainAsAShared) {
   EXPECT_EQ(calls.count(Call::kFtruncate), 0);
 }
 
-TEST_F(FileWrite, SwitchingCachingOffChangesNoCallHere) {
-  std::vector<int> counts;
-  for (const int async_mode : {0, 1, 2, 3}) {
-    SystemCalls calls;
+TEST_F(FileWrite, SwitchesCachingOffInAsynchronousModesAboveOneOnly) {
+  for (const int async_mode : {INT_MIN, -1, 0, 1, 2, 3, INT_MAX}) {
+    const RecordedReleases recorded;
     auto writer = open({.async_mode = async_mode});
+    ASSERT_GE(writer->fd, 0);
+    const std::vector<int> expected(async_mode > 1 ? 1 : 0, writer->fd);
+    EXPECT_EQ(recorded.uncached(), expected) << async_mode;
     put(*writer, noise(200000));
     writer.reset();
-    EXPECT_EQ(calls.count(Call::kFcntl) + calls.count(Call::kFadvise), 0);
-    counts.push_back(calls.systemCallCount());
-    EXPECT_EQ(readText(m_path), noise(200000));
+    EXPECT_EQ(readText(m_path), noise(200000)) << async_mode;
   }
-  EXPECT_EQ(counts, std::vector<int>(4, counts[0]));
+}
+
+TEST_F(FileWrite, LeavesTheCachingOfAFileAloneThatAnotherHolds) {
+  auto first = open();
+  const RecordedReleases recorded;
+  EXPECT_EQ(open({.async_mode = 2})->fd, -1);
+  EXPECT_EQ(recorded.uncached(), std::vector<int>());
 }
 
 TEST_F(FileWrite, IsNotInheritedByStartedPrograms) {
@@ -335,14 +342,18 @@ TEST_F(FileWrite, OneLongWriteFlushesOnceAndKeepsTheRest) {
 }
 
 TEST_F(FileWrite, NothingIsWrittenForNoBytes) {
-  SystemCalls calls;
-  auto writer = open();
-  EXPECT_EQ(writer->Write("x", 0), 0);
-  EXPECT_EQ(writer->Write("x", -7), -7);
-  EXPECT_EQ(writer->Write(nullptr, 0), 0);
-  EXPECT_EQ(writer->GetPosition(), 0);
-  writer.reset();
-  EXPECT_EQ(calls.count(Call::kPwrite), 0);
+  for (const Options& options : {Options{}, kUnbuffered}) {
+    SystemCalls calls;
+    auto writer = open(options);
+    EXPECT_EQ(writer->Write("x", 0), 0);
+    EXPECT_EQ(writer->Write("x", -7), -7);
+    EXPECT_EQ(writer->Write("x", INT_MIN), INT_MIN);
+    EXPECT_EQ(writer->Write(nullptr, 0), 0);
+    EXPECT_EQ(writer->GetPosition(), 0);
+    writer.reset();
+    EXPECT_EQ(calls.count(Call::kPwrite), 0);
+    EXPECT_TRUE(g_reports.empty());
+  }
 }
 
 TEST_F(FileWrite, AnySequenceOfLengthsGivesTheBytesInOrder) {

@@ -48,7 +48,9 @@ INSTANTIATE_TEST_SUITE_P(
                     GrowthCase{4096, 131072, 196512},                           //
                     // The step stops growing at 4 MiB.
                     GrowthCase{4096, 8388608, 12582816}, GrowthCase{4096, 8400000, 12591008},
-                    GrowthCase{4096, 20000000, 24190880}, GrowthCase{8388608, 1, 4194208}));
+                    GrowthCase{4096, 20000000, 24190880}, GrowthCase{8388608, 1, 4194208},
+                    // The 96 bytes count before the sum is rounded down to whole pages.
+                    GrowthCase{4096, 8392608, 12586912}));
 
 INSTANTIATE_TEST_SUITE_P(BelowAPageByHalfOrTheGranularity, Growth,
                          testing::Values(GrowthCase{128, 20, 148},     //
@@ -174,6 +176,15 @@ INSTANTIATE_TEST_SUITE_P(Thresholds, Shrinking,
                                          ShrinkCase{4096, 131072, 98256, 143264},
                                          ShrinkCase{4096, 16384, 8096, 8096},
                                          ShrinkCase{4096, 40959, 28624, 40864}));
+
+TEST(HeapBuf, ShrinksUnlessToldOtherwise) {
+  YDK_HeapBuf buf(128);
+  buf.Resize(10000);
+  SystemCalls calls;
+  buf.Resize(100);
+  EXPECT_EQ(calls.allocationCount(), 1);
+  EXPECT_EQ(calls.last(Call::kRealloc).size, 228);
+}
 
 TEST(HeapBuf, ContentsSurviveEveryGrowth) {
   YDK_HeapBuf buf(16);

@@ -33,6 +33,16 @@ TEST(TypedBuf, GrowsByTheRuleOfItsBytes) {
   EXPECT_EQ(calls.last(Call::kRealloc).size, 12192);
 }
 
+TEST(TypedBuf, ShrinksUnlessToldOtherwise) {
+  YDK_TypedBuf<short> samples(128);
+  samples.Resize(5000);
+  SystemCalls calls;
+  samples.Resize(50);
+  EXPECT_EQ(calls.allocationCount(), 1);
+  samples.Resize(1, false);
+  EXPECT_EQ(calls.allocationCount(), 1);
+}
+
 TEST(TypedBuf, KeepsItsElements) {
   YDK_TypedBuf<int> numbers(16);
   for (int i = 0; i < 10000; ++i) {

@@ -80,6 +80,31 @@ TEST(String, ReadsNoByteBeyondTheLimit) {
   EXPECT_STREQ(text.Get(), "abcab");
 }
 
+TEST(String, IsAsLongAsItsTextUpToTheFirstZero) {
+  YDK_String text;
+  text.Set("Night Drive");
+  text.Get()[5] = 0;
+  EXPECT_EQ(text.GetLength(), 5);
+  text.Append("fall");
+  EXPECT_STREQ(text.Get(), "Nightfall");
+  EXPECT_EQ(text.GetLength(), 9);
+  text.Get()[0] = 0;
+  EXPECT_EQ(text.GetLength(), 0);
+}
+
+TEST(String, SettingNothingInANeverSetOneGivesItABlock) {
+  for (const char* nothing : {"", static_cast<const char*>(nullptr)}) {
+    YDK_String text;
+    const char* shared = YDK_String().Get();
+    SystemCalls calls;
+    text.Set(nothing);
+    ASSERT_EQ(calls.allocationCount(), 1);
+    EXPECT_NE(text.Get(), shared);
+    EXPECT_STREQ(text.Get(), "");
+    EXPECT_EQ(text.GetLength(), 0);
+  }
+}
+
 TEST(String, AppendingNothingToANeverSetOneGivesItABlock) {
   for (const char* nothing : {"", static_cast<const char*>(nullptr)}) {
     YDK_String text;
@@ -150,6 +175,8 @@ INSTANTIATE_TEST_SUITE_P(Branches, Putting,
                                          PutCase{"abcdef", 3, "XY", 2, 3, "abcXYdef"},  //
                                          PutCase{"abcdef", 0, "XY", 2, 6, "XYabcdef"},  //
                                          PutCase{"abcdef", 1, "XY", 2, 2, "aXYbc"},     //
+                                         PutCase{"abcdef", 5, "XY", 2, 1, "abcdeXYf"},  //
+                                         PutCase{"abcdef", 0, "X", 0, 1, "abcdef"},     //
                                          PutCase{"abcdef", 1, "LONGER", 6, 5, "aLONGERbcdef"},
                                          PutCase{"abcdef", 0, "XYZ", 1, 0,
                                                  "X"},                         // only `len` bytes
