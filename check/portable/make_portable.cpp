@@ -66,15 +66,17 @@ class Maker {
 
   void takeCatalog() {
     if (!m_sheet.catalog) return;
-    std::string code = m_sheet.catalog->bytes;
+    const std::string& given = m_sheet.catalog->bytes;
+    const std::string code = disc::bareCatalogueNumber(given);
     if (m_sheet.catalog->quoted) say("CATALOG is written without quotes.");
-    if (code.size() == 12 && disc::allDigits(code)) {
-      say("CATALOG " + code + " is written as 0" + code + ": a UPC takes a leading 0.");
-      code.insert(code.begin(), '0');
-    }
     if (code.size() != 13 || !disc::allDigits(code)) {
-      say("CATALOG " + disc::inQuotes(code.substr(0, 40)) + " is left out: it is not 13 digits.");
+      say("CATALOG " + disc::inQuotes(given.substr(0, 40)) + " is left out: it is not 13 digits.");
       return;
+    }
+    if (code == '0' + given) {
+      say("CATALOG " + given + " is written as " + code + ": a UPC takes a leading 0.");
+    } else if (code != given) {
+      say("CATALOG " + given + " is written as " + code + '.');
     }
     m_made.catalog = code;
     if (!disc::isCatalogueNumber(code))

@@ -291,6 +291,19 @@ TEST(PortableSheet, TellsOfAUpcWhoseCheckDigitIsWrong) {
                                    testing::HasSubstr("wrong check digit")));
 }
 
+TEST(PortableSheet, TakesTheDashesOffACatalogueNumber) {
+  TemporaryFolder folder;
+  TestImage(1500).write(folder / "image.bin");
+  writeFile(folder / "image.cue",
+            "CATALOG 0-731452-345622\nFILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n"
+            "INDEX 01 00:00:00\n");
+  const disc::PortableDisc disc =
+      makePortable(check(folder / "image.cue", {}), folder / "image.cue");
+  EXPECT_EQ(disc.catalog, "0731452345622");
+  EXPECT_THAT(disc.changes,
+              testing::ElementsAre("CATALOG 0-731452-345622 is written as 0731452345622."));
+}
+
 TEST(PortableSheet, LeavesOutFlagsThatAreNone) {
   TemporaryFolder folder;
   TestImage(1500).write(folder / "image.bin");
