@@ -342,7 +342,7 @@ TEST_F(EmulatedBurn, TheWishToStopIsObeyedAndTheDiscsStateTold) {
 TEST_F(EmulatedBurn, AStoppedRewritableDiscCanBeUsedAgain) {
   m_drives.insert(0, EmulatedDriveFolder::rewritable());
   m_person.on_progress = [this](const BurnProgress& step) {
-    if (step.phase == Phase::kWriting) m_cancel = true;
+    if (step.phase == Phase::kWriting && step.sectors_done > 0) m_cancel = true;
   };
   m_drives.change(0, [](emulated_drive::DriveSettings& s) {
     s.faults.write_delay = std::chrono::milliseconds(5);

@@ -1,7 +1,9 @@
 // The program, the module, the recording library and libburn, with two emulated drives.
 #pragma once
 
+#include <chrono>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "tests/kit/child_process.h"
 #include "tests/kit/whole_files.h"
@@ -59,6 +61,15 @@ class BurnProgramCase : public velmor::emulated_drive::TwoEmulatedDrives {
   void insert(int drive, const std::optional<velmor::emulated_drive::EmulatedDisc>& disc) const {
     m_drives[static_cast<size_t>(drive)].saveDisc(disc);
     std::filesystem::remove(m_drives[static_cast<size_t>(drive)].trayFile());
+  }
+  /// Waits until the drive has begun to write; false when it has not within twenty seconds.
+  [[nodiscard]] bool waitUntilBegun(int drive) const {
+    using Clock = std::chrono::steady_clock;
+    for (const auto end = Clock::now() + std::chrono::seconds(20); Clock::now() < end;) {
+      if (disc(drive).state != velmor::emulated_drive::DiscStatus::kBlank) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return false;
   }
   static velmor::emulated_drive::EmulatedDisc closed(
       velmor::emulated_drive::EmulatedDisc disc = {}) {

@@ -86,9 +86,11 @@ TEST_F(BurnTerminal, ARewritableDiscIsErasedAfterAYes) {
 }
 
 TEST_F(BurnTerminal, CtrlCStopsTheBurnAndTellsWhatBecameOfTheDisc) {
-  change(0, [](DriveSettings& s) { s.faults.write_delay = std::chrono::milliseconds(50); });
+  change(0, [](DriveSettings& s) { s.faults.write_delay = std::chrono::milliseconds(200); });
   TerminalRun run(line(std::string(kAlbum) + "--delete-image"));
   ASSERT_TRUE(run.waitFor("Burning [")) << run.output();
+  // The bar is drawn before the laser is on; until the first WRITE the disc would stay blank.
+  ASSERT_TRUE(waitUntilBegun(0));
   run.type("\x03");
   EXPECT_EQ(run.finish(), 130) << run.output();
   EXPECT_THAT(run.output(), HasSubstr("the burn was stopped"));
