@@ -106,7 +106,7 @@ int run(const Options& options) {
   });
   std::unique_ptr<BurnSession> burn;
   if (options.burn.wanted) {
-    burn = std::make_unique<BurnSession>(options, output.workingSheet(),
+    burn = std::make_unique<BurnSession>(options, output.workingSheet(), config, plan,
                                          [&delivery] { delivery.beforeBurn(); });
   }
   const BurnResult* const burned = burn ? &burn->result() : nullptr;

@@ -12,6 +12,7 @@
 #include "host/recording/burn/disc_comparison.h"
 #include "host/recording/burn/medium_words.h"
 #include "host/recording/burn/sense.h"
+#include "host/recording/session/album_layout.h"
 #include "host/recording/session/prepared_tracks.h"
 
 namespace velmor::recording {
@@ -89,7 +90,8 @@ Outcome BurnRun::run(const DiscTrack* tracks, int count) {
 
 void BurnRun::burn(const DiscTrack* tracks, int count) {
   beginPhase(Phase::kPreparing);
-  const SessionPlan plan = planSession(tracks, count);
+  SessionPlan plan = planSession(tracks, count);
+  if (!m_options.layout.empty()) cutByLayout(plan, m_options.layout);
   const std::vector<std::string> warnings = prepareTexts(plan);
   const DiscInDrive before = prepareDisc(plan);
   prepareDrive();

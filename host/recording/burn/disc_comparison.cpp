@@ -146,9 +146,10 @@ int64_t unreadableSector(DiscReader& disc, int64_t from, int64_t to) {
 /// Whether the track's producer takes the sector for its own. Producers judge whole sectors, so
 /// they can only be asked where the drive reads without an offset.
 bool producersAgree(const SessionPlan& plan, int64_t sector, const unsigned char* audio) {
-  const SessionTrack& track = plan.tracks[static_cast<size_t>(plan.trackAt(sector))];
-  return sector < track.start ? track.producer->VerifyPreGap(audio, disc::kBytesPerSector)
-                              : track.producer->VerifyData(audio, disc::kBytesPerSector);
+  const AudioSource& source = plan.sourceAt(sector);
+  return sector < source.begin + source.pregap
+             ? source.producer->VerifyPreGap(audio, disc::kBytesPerSector)
+             : source.producer->VerifyData(audio, disc::kBytesPerSector);
 }
 
 void compareChunk(const SessionPlan& plan, const ImageReader& image, DiscReader& disc, int offset,

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -47,12 +48,21 @@ class UserInterface {
   ~UserInterface() = default;
 };
 
+/// Where a track lies in the image: sectors from its first.
+struct TrackPlace {
+  std::optional<int64_t> pause;  ///< INDEX 00; nothing when the track has no pregap
+  int64_t start = 0;             ///< INDEX 01
+};
+
 /// How the service is to burn. Copied; what the pointers show must outlive the service.
 struct RecordingOptions {
   bool dry_run = false;    ///< a test write with the laser off, whatever the burn asks for
   double speed = 0.0;      ///< in multiples of playing speed; 0: as fast as the drive offers
   bool verify = false;     ///< read the disc back and compare it with the image
   std::string text_sheet;  ///< cue sheet that CD-TEXT, MCN and ISRCs are taken from; empty: none
+  /// The tracks of the album whose image is burned, with their pauses, which the tracks that the
+  /// burn engine hands over do not know; the disc is cut by them. Empty: by the burn engine's.
+  std::vector<TrackPlace> layout;
   UserInterface* user_interface = nullptr;    ///< null: messages are lost, no disc is blanked
   const std::atomic<bool>* cancel = nullptr;  ///< set it (a signal handler may) to stop a burn
 };

@@ -7,26 +7,26 @@
 namespace velmor::recording {
 
 PreparedTracks::PreparedTracks(const SessionPlan& plan) : m_plan(plan) {
-  for (size_t i = 0; i < plan.tracks.size(); ++i) {
-    if (plan.tracks[i].producer->PrepareTrack()) continue;
-    for (size_t done = 0; done < i; ++done) plan.tracks[done].producer->CleanupTrackAfterBurn();
+  for (size_t i = 0; i < plan.sources.size(); ++i) {
+    if (plan.sources[i].producer->PrepareTrack()) continue;
+    for (size_t done = 0; done < i; ++done) plan.sources[done].producer->CleanupTrackAfterBurn();
     throw Failure("the audio of track " + std::to_string(i + 1) + " could not be prepared");
   }
 }
 
 PreparedTracks::~PreparedTracks() {
-  for (const SessionTrack& track : m_plan.tracks) track.producer->CleanupTrackAfterBurn();
+  for (const AudioSource& source : m_plan.sources) source.producer->CleanupTrackAfterBurn();
 }
 
 PreparedForVerification::PreparedForVerification(const SessionPlan& plan) : m_plan(plan) {}
 
 PreparedForVerification::~PreparedForVerification() {
-  for (const SessionTrack& track : m_plan.tracks) track.producer->CleanupTrackAfterVerification();
+  for (const AudioSource& source : m_plan.sources) source.producer->CleanupTrackAfterVerification();
 }
 
 void restartProducers(const SessionPlan& plan) {
-  for (size_t i = 0; i < plan.tracks.size(); ++i)
-    if (!plan.tracks[i].producer->PrepareTrackForVerification())
+  for (size_t i = 0; i < plan.sources.size(); ++i)
+    if (!plan.sources[i].producer->PrepareTrackForVerification())
       throw Failure("the audio of track " + std::to_string(i + 1) +
                     " could not be prepared for the comparison");
 }

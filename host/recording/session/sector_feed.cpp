@@ -35,25 +35,25 @@ bool SectorFeed::next(size_t track, unsigned char* sector) {
       m_offset >= m_plan.tracks[m_track].pregap + int64_t{m_plan.tracks[m_track].sectors})
     return fail("the recorder asked for more audio than track " + std::to_string(m_track + 1) +
                 " has");
-  if (!produce(m_track, sector)) return false;
+  if (!produce(sector)) return false;
   ++m_offset;
   m_delivered.fetch_add(1);
   return true;
 }
 
-bool SectorFeed::produce(size_t track, unsigned char* sector) {
-  const SessionTrack& planned = m_plan.tracks[track];
-  if (m_offset >= planned.pregap) return produceData(track, sector);
-  if (planned.producer->ProducePreGap(sector, disc::kBytesPerSector) == disc::kBytesPerSector)
+bool SectorFeed::produce(unsigned char* sector) {
+  const AudioSource& source = m_plan.sourceAt(delivered());
+  if (delivered() >= source.begin + source.pregap) return produceData(*source.producer, sector);
+  if (source.producer->ProducePreGap(sector, disc::kBytesPerSector) == disc::kBytesPerSector)
     return true;
-  return fail("the pregap of track " + std::to_string(track + 1) + " could not be made");
+  return fail("the pregap of track " + std::to_string(m_track + 1) + " could not be made");
 }
 
-bool SectorFeed::produceData(size_t track, unsigned char* sector) {
-  const uint32_t count = m_plan.tracks[track].producer->ProduceData(sector, disc::kBytesPerSector);
+bool SectorFeed::produceData(DiscTrackProducer& producer, unsigned char* sector) {
+  const uint32_t count = producer.ProduceData(sector, disc::kBytesPerSector);
   if (count == disc::kBytesPerSector) return true;
   const std::string where =
-      " at " + disc::msfText(delivered()) + " (track " + std::to_string(track + 1) + ")";
+      " at " + disc::msfText(delivered()) + " (track " + std::to_string(m_track + 1) + ")";
   if (count > disc::kBytesPerSector) return fail("the image could not be read" + where);
   // Only the last sector of the disc may be short: an image need not end on a whole sector.
   const bool last = delivered() == m_plan.sectors - 1;

@@ -32,8 +32,8 @@ class SectorFeed {
 
  private:
   bool fail(const std::string& reason);
-  bool produce(size_t track, unsigned char* sector);
-  bool produceData(size_t track, unsigned char* sector);
+  bool produce(unsigned char* sector);
+  bool produceData(DiscTrackProducer& producer, unsigned char* sector);
 
   const SessionPlan& m_plan;
   const std::atomic<bool>* m_cancel;

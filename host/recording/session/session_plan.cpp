@@ -1,6 +1,7 @@
 #include "host/recording/session/session_plan.h"
 
 #include <algorithm>
+#include <cassert>
 #include <string>
 
 #include "disc/failure.h"
@@ -51,6 +52,14 @@ int SessionPlan::trackAt(int64_t lba) const {
   return found;
 }
 
+const AudioSource& SessionPlan::sourceAt(int64_t lba) const {
+  assert(lba >= 0 && lba < sectors);
+  const auto after = std::upper_bound(
+      sources.begin(), sources.end(), lba,
+      [](int64_t sector, const AudioSource& source) { return sector < source.begin; });
+  return *(after - 1);
+}
+
 SessionPlan planSession(const DiscTrack* tracks, int count) {
   if (tracks == nullptr || count <= 0)
     throw Failure("there are no tracks to record: an audio CD has 1 to 99");
@@ -68,7 +77,8 @@ SessionPlan planSession(const DiscTrack* tracks, int count) {
     const int written = i == 0 ? std::max(track.pregap_length - disc::kSectorsBeforeTrack1, 0)
                                : track.pregap_length;
     const int64_t start = plan.sectors + written;
-    plan.tracks.push_back({track.producer, written, track.track_length, start});
+    plan.sources.push_back({track.producer, written, track.track_length, plan.sectors});
+    plan.tracks.push_back({written, track.track_length, start});
     plan.sectors = start + track.track_length;
   }
   if (plan.sectors > disc::kLastLeadOut)

@@ -7,6 +7,7 @@
 
 #include "host/render/burn/drive_list.h"
 #include "host/render/options/settings_file.h"
+#include "host/render/plan/sheet_times.h"
 #include "host/render/terminal/interrupt.h"
 #include "host/windowing/functions/layer_functions.h"
 
@@ -14,13 +15,22 @@ namespace velmor::render {
 
 namespace {
 
+std::vector<recording::TrackPlace> layoutOf(const SinkConfig& config, const TrackPlan& plan) {
+  std::vector<recording::TrackPlace> layout;
+  for (size_t i = 0; i < plan.tracks.size(); ++i)
+    layout.push_back({exactGapSector(config, plan, i), exactStartSector(plan, i)});
+  return layout;
+}
+
 recording::RecordingOptions recordingOptions(const BurnOptions& burn, const std::string& sheet,
+                                             std::vector<recording::TrackPlace> layout,
                                              BurnConsole& console) {
   recording::RecordingOptions options;
   options.dry_run = burn.dry_run;
   options.speed = burn.speed;
   options.verify = burn.verify;
   if (burn.cd_text) options.text_sheet = sheet;
+  options.layout = std::move(layout);
   options.user_interface = &console;
   options.cancel = &interruption();
   return options;
@@ -39,10 +49,10 @@ void prepareSettings() {
 
 }  // namespace
 
-BurnSession::BurnSession(const Options& options, const std::string& sheet,
-                         std::function<void()> image_is_there)
+BurnSession::BurnSession(const Options& options, const std::string& sheet, const SinkConfig& config,
+                         const TrackPlan& plan, std::function<void()> image_is_there)
     : m_console(options.quiet),
-      m_recording(recordingOptions(options.burn, sheet, m_console)),
+      m_recording(recordingOptions(options.burn, sheet, layoutOf(config, plan), m_console)),
       m_driver(options.burn, m_recording.service(), m_console, std::move(image_is_there)),
       m_dialog_user(m_driver) {
   lookAtTheDrives(options.burn);

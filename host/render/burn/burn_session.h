@@ -10,6 +10,7 @@
 #include "host/render/burn/burn_dialog_driver.h"
 #include "host/render/burn/scoped_recording_service.h"
 #include "host/render/options/options.h"
+#include "host/render/plan/track_plan.h"
 #include "host/windowing/dialogs/dialog_user.h"
 
 namespace velmor::render {
@@ -18,11 +19,12 @@ namespace velmor::render {
 /// One at a time; the thread that calls the module.
 class BurnSession {
  public:
-  /// `sheet`: where CD-TEXT is taken from. `image_is_there`: as for `BurnDialogDriver`. `options`
+  /// `sheet`: where CD-TEXT is taken from. `plan`: where the disc's tracks lie, made with `config`.
+  /// `image_is_there`: as for `BurnDialogDriver`. `options`
   /// must outlive the object. Throws `Failure` when nothing can be burned on this machine or the
   /// drive asked for is not there; when it is there but cannot be used at the moment, it warns.
-  BurnSession(const Options& options, const std::string& sheet,
-              std::function<void()> image_is_there);
+  BurnSession(const Options& options, const std::string& sheet, const SinkConfig& config,
+              const TrackPlan& plan, std::function<void()> image_is_there);
 
   const BurnResult& result() const { return m_driver.result(); }
 

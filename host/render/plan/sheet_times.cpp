@@ -22,6 +22,11 @@ int64_t startSectorInSheet(const TrackPlan& plan, size_t track) {
   return sectorInSheet(plan.tracks[track].start);
 }
 
+int64_t exactStartSector(const TrackPlan& plan, size_t track) {
+  assert(track < plan.tracks.size());
+  return plan.tracks[track].start_frame / disc::kFramesPerSector;
+}
+
 std::optional<int64_t> gapSectorInSheet(const SinkConfig& config, const TrackPlan& plan,
                                         size_t track) {
   assert(track < plan.tracks.size());
@@ -31,6 +36,15 @@ std::optional<int64_t> gapSectorInSheet(const SinkConfig& config, const TrackPla
   if (config.track_leadin_ms == 0) return std::nullopt;
   const int whole_seconds = config.track_leadin_ms / 1000;
   return sectorInSheet(std::max(plan.tracks[track].start - whole_seconds, 0.0));
+}
+
+std::optional<int64_t> exactGapSector(const SinkConfig& config, const TrackPlan& plan,
+                                      size_t track) {
+  const std::optional<int64_t> in_sheet = gapSectorInSheet(config, plan, track);
+  if (!in_sheet) return std::nullopt;
+  const int64_t start = exactStartSector(plan, track);
+  const int64_t gap = *in_sheet == 0 ? 0 : *in_sheet + start - startSectorInSheet(plan, track);
+  return gap < start ? std::optional(gap) : std::nullopt;
 }
 
 }  // namespace velmor::render

@@ -16,9 +16,18 @@ namespace velmor::render {
 /// milliseconds first and to sectors then.
 int64_t startSectorInSheet(const TrackPlan& plan, size_t track);
 
+/// The sector in which its audio truly starts.
+int64_t exactStartSector(const TrackPlan& plan, size_t track);
+
 /// The sector of its INDEX 00, nothing when the sheet has none. `config` is what the plan was made
 /// with.
 std::optional<int64_t> gapSectorInSheet(const SinkConfig& config, const TrackPlan& plan,
                                         size_t track);
+
+/// The sector of INDEX 00 where INDEX 01 is the exact start; nothing where the sheet has none or it
+/// would be no sector long. The pause keeps the sheet's length, but for track 1's, which begins
+/// with the image. The portable sheet follows the same rule: check/portable/start_times.cpp.
+std::optional<int64_t> exactGapSector(const SinkConfig& config, const TrackPlan& plan,
+                                      size_t track);
 
 }  // namespace velmor::render

@@ -145,6 +145,30 @@ TEST_F(EmulatedBurn, ALongPregapOfTrack1IsWhollyOnTheDisc) {
   EXPECT_EQ(m_drives.audio(0), expected);
 }
 
+TEST_F(EmulatedBurn, TheAlbumsLayoutPutsThePausesBeforeTheirTracks) {
+  m_options.layout = {{0, 150}, {1000, 1075}, {std::nullopt, 1500}};
+  m_options.verify = true;
+  const Programme programme({1075, 425, 500});
+  const Outcome& outcome = burn(programme);
+  EXPECT_EQ(outcome.failure, "");
+  EXPECT_TRUE(outcome.compared);
+  EXPECT_EQ(m_drives.audio(0), programme.image());
+  const emulated_drive::EmulatedDisc disc = m_drives.disc(0);
+  ASSERT_EQ(disc.tracks.size(), 3U);
+  EXPECT_EQ(disc.tracks[0].pregap_start, -disc::kSectorsBeforeTrack1);
+  EXPECT_EQ(disc.tracks[0].start(), 150);
+  EXPECT_EQ(disc.tracks[1].pregap_start, 1000);
+  EXPECT_EQ(disc.tracks[1].start(), 1075);
+  EXPECT_EQ(disc.tracks[2].pregap_start, 1500);
+  EXPECT_EQ(disc.tracks[2].start(), 1500);
+  EXPECT_EQ(disc.lead_out, 2000);
+}
+
+TEST_F(EmulatedBurn, ALayoutOfAnotherAlbumIsRefusedBeforeAnythingIsWritten) {
+  m_options.layout = {{std::nullopt, 0}};
+  expectUntouched(burn(Programme({300, 300})), "the sheet has 1 track, and the burn was given 2");
+}
+
 TEST_F(EmulatedBurn, ATestWriteStoresNothing) {
   m_options.dry_run = true;
   const Outcome& outcome = burn(Programme({300, 300}));

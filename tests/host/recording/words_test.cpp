@@ -16,7 +16,7 @@ using ::testing::HasSubstr;
 
 SessionPlan twoTracks() {
   SessionPlan plan;
-  plan.tracks = {{nullptr, 0, 4500, 0}, {nullptr, 0, 4500, 4500}};
+  plan.tracks = {{0, 4500, 0}, {0, 4500, 4500}};
   plan.sectors = 9000;
   return plan;
 }
