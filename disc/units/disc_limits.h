@@ -26,6 +26,12 @@ inline constexpr int kSectorsBeforeTrack1 = 2 * kSectorsPerSecond;
 inline constexpr int64_t kSectorsOf74Minutes = sectorsOf(74, 0);
 inline constexpr int64_t kSectorsOf79Minutes57 = sectorsOf(79, 57);
 
+/// 79:59:74, the most that is counted as an 80-minute disc.
+inline constexpr int64_t kLongestDiscSectors = sectorsOf(80, 0) - 1;
+
+/// 99:59:74, the last time that a sheet or a subcode can say.
+inline constexpr int64_t kLongestTimeSectors = sectorsOf(100, 0) - 1;
+
 /// The highest sector, counted from the image's first, that a recordable disc can have: 88:29:74 of
 /// the disc's own time, which counts the pause before track 1 (Orange Book, ATIP).
 inline constexpr int64_t kLastSector = sectorsOf(88, 30) - 1 - kSectorsBeforeTrack1;

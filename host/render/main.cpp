@@ -23,6 +23,7 @@
 #include "host/render/output/output_pair.h"
 #include "host/render/output/portable_sheet.h"
 #include "host/render/output/report.h"
+#include "host/render/plan/mark_fates.h"
 #include "host/render/plan/preflight.h"
 #include "host/render/terminal/interrupt.h"
 #include "host/render/terminal/messages.h"
@@ -37,12 +38,12 @@ void printWarnings(const Options& options, const std::vector<std::string>& warni
   for (const std::string& warning : warnings) printWarning(warning);
 }
 
-SinkConfig sinkConfig(const Options& options) {
+SinkConfig sinkConfig(const Options& options, const Album& album) {
   return {static_cast<int32_t>(kIsoFormatCode),
           options.disc_leadin_ms,
           options.track_leadin_ms,
           options.burn.wanted,
-          options.track_mode,
+          album.track_mode,
           options.hash_markers_only};
 }
 
@@ -53,9 +54,12 @@ std::vector<std::string> inputFiles(const Options& options) {
 }
 
 /// Everything to warn of before the render. Throws `Failure` for the first finding that forbids it.
-std::vector<std::string> checked(const SinkConfig& config, const Album& album,
-                                 const TrackPlan& plan, const OutputPair& output) {
-  PreflightFindings findings = checkBeforeRender(config, album.project, plan);
+std::vector<std::string> checked(const Options& options, const SinkConfig& config,
+                                 const Album& album, const TrackPlan& plan,
+                                 const std::vector<MarkFate>& marks, const OutputPair& output) {
+  PreflightFindings findings =
+      checkBeforeRender(config, album.project, plan, options.allow_overlong);
+  warnOfLostMarks(marks, findings);
   if (!findings.errors.empty()) throw Failure(findings.errors.front());
   std::vector<std::string> warnings = album.warnings;
   warnings.insert(warnings.end(), findings.warnings.begin(), findings.warnings.end());
@@ -95,9 +99,10 @@ int run(const Options& options) {
   const ModuleLibrary module(options.module.empty() ? libraryOfProgram("velmor_cd.so")
                                                     : options.module);
   const Album album = layOutAlbum(options);
-  const SinkConfig config = sinkConfig(options);
+  const SinkConfig config = sinkConfig(options, album);
   const TrackPlan plan = planTracks(config, album.project.marks, album.frames());
-  const std::vector<std::string> warnings = checked(config, album, plan, output);
+  const std::vector<MarkFate> marks = fatesOf(album, plan, options.hash_markers_only);
+  const std::vector<std::string> warnings = checked(options, config, album, plan, marks, output);
   printWarnings(options, warnings);
 
   std::optional<PortableSheet> portable;
@@ -117,7 +122,7 @@ int run(const Options& options) {
 
   const FinishedFiles& files = delivery.files();
   tell(options,
-       {album, plan, files.sheet, outcome, output.sheet(), output.image(), files.sheet_bytes,
+       {album, plan, marks, files.sheet, outcome, output.sheet(), output.image(), files.sheet_bytes,
         files.image_bytes, warnings, burned, portable ? &*portable : nullptr});
   const int status = portable ? portableStatus(*portable) : 0;
   const int burn_status = burned ? burnStatus(*burned, output.image()) : 0;

@@ -77,6 +77,14 @@ struct ListedDrive {
   std::string obstacle;  ///< why it is not usable, and what to do about it
 };
 
+/// "ACME BURNER ONE (/dev/sr0)"; the device file alone where the drive says nothing of itself.
+inline std::string driveName(const std::string& vendor, const std::string& product,
+                             const std::string& address) {
+  const std::string gap = vendor.empty() || product.empty() ? "" : " ";
+  const std::string name = vendor + gap + product;
+  return name.empty() ? address : name + " (" + address + ")";
+}
+
 /// How the last burn ended.
 struct Outcome {
   bool begun = false;     ///< something may have been sent to the disc (also in a test write)
@@ -100,9 +108,12 @@ class Service : public DiscRecordingService {
   /// To be called whenever the service is handed out: the next `DeviceCount` looks for drives anew,
   /// and the outcome of the last burn is forgotten.
   virtual void refresh() = 0;
-  /// Usable drives first, in the order and with the numbers of `DeviceAt`, then those that may not
-  /// be opened. Looks for drives anew.
+  /// All drives in the order of their device files, usable or not, so that a drive keeps its place
+  /// while another one is busy. Looks for drives anew.
   virtual std::vector<ListedDrive> drives() = 0;
+  /// The device handle of a usable drive among the last `drives`, as `DeviceAt` gives it; null when
+  /// it is not there any more.
+  virtual void* deviceOf(const ListedDrive& drive) = 0;
   /// The disc in a usable drive, in words ("a blank CD-R, 79:57:00 free").
   virtual std::string describeDisc(const ListedDrive& drive) = 0;
   virtual const Outcome& outcome() const = 0;

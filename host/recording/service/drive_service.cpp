@@ -13,8 +13,12 @@ namespace velmor::recording {
 namespace {
 
 std::string nameOf(const DriveRecord& drive) {
-  const std::string gap = drive.vendor.empty() || drive.product.empty() ? "" : " ";
-  return drive.vendor + gap + drive.product + " (" + drive.address + ")";
+  return driveName(drive.vendor, drive.product, drive.address);
+}
+
+/// "/dev/sr2" before "/dev/sr10": the shorter name has the smaller number.
+bool comesFirst(const ListedDrive& a, const ListedDrive& b) {
+  return std::pair(a.address.size(), a.address) < std::pair(b.address.size(), b.address);
 }
 
 const char* textOrNull(const std::string& text) {
@@ -158,7 +162,14 @@ std::vector<ListedDrive> DriveService::drives() {
     result.push_back({path, "", "", "", false,
                       obstacle.empty() ? disc::inQuotes(path) + " cannot write CDs" : obstacle});
   }
+  std::sort(result.begin(), result.end(), comesFirst);
   return result;
+}
+
+void* DriveService::deviceOf(const ListedDrive& drive) {
+  for (DriveRecord* present : m_present)
+    if (present->address == drive.address) return present;
+  return nullptr;
 }
 
 std::string DriveService::describeDisc(const ListedDrive& drive) {

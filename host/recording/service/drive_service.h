@@ -28,6 +28,7 @@ class DriveService final : public Service {
   void configure(const RecordingOptions& options) override;
   void refresh() override;
   std::vector<ListedDrive> drives() override;
+  void* deviceOf(const ListedDrive& drive) override;
   std::string describeDisc(const ListedDrive& drive) override;
   const Outcome& outcome() const override;
   void close() override;

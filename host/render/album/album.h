@@ -25,7 +25,14 @@ struct Album {
   std::vector<AlbumInput> inputs;
   int64_t render_start = 0;  ///< frames of the timeline
   int64_t render_end = 0;    ///< frames of the timeline, past the last one rendered
-  HostProject project;       ///< as the module sees it: the render starts at 0
+  TrackMode track_mode = kTracksFromMarkers;  ///< as given, or as the marks ask for
+  HostProject project;                        ///< as the module sees it: the render starts at 0
+  /// Marks that did not get into the project, seconds of the timeline: beyond the audio or outside
+  /// --start and --end.
+  std::vector<Mark> marks_outside;
+  /// Regions without audio of their own, project seconds. The module would write for them the audio
+  /// that follows, so they are not in the project.
+  std::vector<Mark> empty_regions;
   std::vector<std::string> warnings;
 
   int64_t frames() const { return render_end - render_start; }

@@ -25,11 +25,11 @@ std::string clockTimeOf(int64_t frame) {
 
 /// Whether the user will miss the mark: it was given on the command line or in a label track, and
 /// its kind counts in this mode.
-bool isMissed(const Mark& mark, const Options& options) {
+bool isMissed(const Mark& mark, const Options& options, TrackMode mode) {
   if (mark.given_by.empty()) return false;
   if (isTag(mark.name)) return true;
-  if (options.track_mode == kTracksFromRegions) return mark.end.has_value();
-  return options.track_mode == kTracksFromMarkers && !mark.end &&
+  if (mode == kTracksFromRegions) return mark.end.has_value();
+  return mode == kTracksFromMarkers && !mark.end &&
          namesTrack(mark.name, options.hash_markers_only);
 }
 
@@ -56,7 +56,7 @@ void warnBeyondAudio(const Options& options, const std::vector<Mark>& marks, Alb
   std::vector<std::string> beyond;
   std::vector<std::string> cut;
   for (const Mark& mark : marks) {
-    if (!isMissed(mark, options)) continue;
+    if (!isMissed(mark, options, album.track_mode)) continue;
     if (frameOf(mark.start) >= end_frame) {
       beyond.push_back(shownMark(mark));
     } else if (mark.end && frameOf(*mark.end) > end_frame + disc::kFramesPerSector) {
@@ -74,7 +74,7 @@ void warnOutsideRange(const Options& options, const std::vector<Mark>& left_out,
   const auto end_frame = static_cast<double>(audioEnd(album));
   std::vector<std::string> outside;
   for (const Mark& mark : left_out) {
-    if (isMissed(mark, options) && frameOf(mark.start) < end_frame) {
+    if (isMissed(mark, options, album.track_mode) && frameOf(mark.start) < end_frame) {
       outside.push_back(shownMark(mark));
     }
   }

@@ -7,7 +7,6 @@
 #include <optional>
 #include <utility>
 
-#include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/album/mark_names.h"
 
@@ -81,7 +80,7 @@ std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int
   return kept;
 }
 
-void dropEmptyRegions(std::vector<Mark>& marks, std::vector<std::string>& warnings) {
+std::vector<Mark> takeEmptyRegions(std::vector<Mark>& marks) {
   double covered = 0.0;
   const auto is_empty = [&](const Mark& mark) {
     if (!mark.end) return false;
@@ -89,15 +88,13 @@ void dropEmptyRegions(std::vector<Mark>& marks, std::vector<std::string>& warnin
       covered = *mark.end;
       return false;
     }
-    warnings.push_back("the region " + disc::inQuotes(mark.name) +
-                       " holds no audio that the regions before it do not, and is left out");
     return true;
   };
   std::vector<Mark> kept;
-  for (Mark& mark : marks) {
-    if (!is_empty(mark)) kept.push_back(std::move(mark));
-  }
+  std::vector<Mark> empty;
+  for (Mark& mark : marks) (is_empty(mark) ? empty : kept).push_back(std::move(mark));
   marks = std::move(kept);
+  return empty;
 }
 
 }  // namespace velmor::render

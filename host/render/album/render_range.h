@@ -19,9 +19,9 @@ namespace velmor::render {
 std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start, int64_t end, TrackMode mode,
                                bool hash_only, std::vector<Mark>& left_out);
 
-/// Takes out the regions that hold no audio of their own: empty ones, and those that lie wholly in
-/// the ones before. For such a region the module would write the audio that follows it. Adds a
-/// warning for each.
-void dropEmptyRegions(std::vector<Mark>& marks, std::vector<std::string>& warnings);
+/// Takes out of `marks` the regions that hold no audio of their own, and answers them: empty ones,
+/// and those that lie wholly in the ones before. For such a region the module would write the audio
+/// that follows it.
+std::vector<Mark> takeEmptyRegions(std::vector<Mark>& marks);
 
 }  // namespace velmor::render

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/text/utf8.h"
 
@@ -17,8 +18,14 @@ constexpr size_t kShownBytes = 40;
 }  // namespace
 
 std::string fitForSheet(const std::string& text, std::vector<std::string>& warnings) {
-  const std::string whole(disc::beginningOf(text, kMostBytes));
-  if (whole.size() < text.size()) {
+  const bool is_utf8 = disc::isUtf8(text);
+  const std::string converted = is_utf8 ? text : disc::asLineOfText(text);
+  if (!is_utf8) {
+    warnings.push_back(disc::inQuotes(converted) +
+                       " was not UTF-8 and is read as Windows-1252; look whether it is right");
+  }
+  const std::string whole(disc::beginningOf(converted, kMostBytes));
+  if (whole.size() < converted.size()) {
     warnings.push_back("the text " +
                        disc::inQuotes(std::string(disc::beginningOf(text, kShownBytes)) + "…") +
                        " is cut to its first " + std::to_string(whole.size()) +

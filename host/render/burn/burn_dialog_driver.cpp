@@ -107,14 +107,15 @@ void BurnDialogDriver::burnOnce(windowing::OpenDialog& dialog, int copy) {
 void BurnDialogDriver::pickDrive(windowing::OpenDialog& dialog) const {
   if (m_options.drive.empty()) return;
   const std::vector<recording::ListedDrive> drives = m_service.drives();
-  const size_t number = chooseDrive(drives, m_options.drive);
-  if (!drives[number].usable) throw Failure(drives[number].obstacle);
-  const auto device = reinterpret_cast<LPARAM>(m_service.DeviceAt(static_cast<int>(number)));
+  const recording::ListedDrive& drive = drives[chooseDrive(drives, m_options.drive)];
+  if (!drive.usable) throw Failure(drive.obstacle);
+  const auto device = reinterpret_cast<LPARAM>(m_service.deviceOf(drive));
   const auto rows = static_cast<int>(dialog.rows(kDrive).size());
   for (int row = 0; row < rows; ++row) {
     if (dialog.rowData(kDrive, row) == device) return dialog.pick(kDrive, row);
   }
-  throw Failure("the drive " + disc::inQuotes(driveName(drives[number])) +
+  throw Failure("the drive " +
+                disc::inQuotes(recording::driveName(drive.vendor, drive.product, drive.address)) +
                 " came too late to be in the dialog's list; try again");
 }
 

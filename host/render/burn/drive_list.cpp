@@ -29,9 +29,8 @@ std::optional<size_t> asNumber(const std::string& text) {
   return number;
 }
 
-std::string makerAndModel(const ListedDrive& drive) {
-  const std::string gap = drive.vendor.empty() || drive.product.empty() ? "" : " ";
-  return drive.vendor + gap + drive.product;
+std::string nameOf(const ListedDrive& drive) {
+  return recording::driveName(drive.vendor, drive.product, drive.address);
 }
 
 bool contains(const std::string& text, const std::string& part) {
@@ -40,11 +39,11 @@ bool contains(const std::string& text, const std::string& part) {
 }
 
 bool isNamed(const ListedDrive& drive, const std::string& wanted) {
-  return !wanted.empty() && (drive.address == wanted || contains(makerAndModel(drive), wanted));
+  return !wanted.empty() && (drive.address == wanted || contains(nameOf(drive), wanted));
 }
 
 std::string numberAndName(const std::vector<ListedDrive>& drives, size_t number) {
-  return std::to_string(number) + " " + disc::inQuotes(driveName(drives[number]));
+  return std::to_string(number) + " " + disc::inQuotes(nameOf(drives[number]));
 }
 
 Json driveJson(recording::Service& service, const ListedDrive& drive, size_t number) {
@@ -76,11 +75,6 @@ size_t chooseDrive(const std::vector<ListedDrive>& drives, const std::string& wa
                 numberAndName(drives, named[1]) + "; give the number with --drive");
 }
 
-std::string driveName(const ListedDrive& drive) {
-  const std::string name = makerAndModel(drive);
-  return name.empty() ? drive.address : name + " (" + drive.address + ")";
-}
-
 void listDrives(recording::Service& service, bool json) {
   const std::vector<ListedDrive> drives = service.drives();
   if (json) {
@@ -93,7 +87,7 @@ void listDrives(recording::Service& service, bool json) {
   if (drives.empty()) puts("No drive was found.");
   for (size_t i = 0; i < drives.size(); ++i) {
     const ListedDrive& drive = drives[i];
-    printf("%2zu  %s: %s\n", i, driveName(drive).c_str(),
+    printf("%2zu  %s: %s\n", i, nameOf(drive).c_str(),
            drive.usable ? service.describeDisc(drive).c_str() : drive.obstacle.c_str());
   }
 }

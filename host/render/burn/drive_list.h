@@ -14,9 +14,6 @@ namespace velmor::render {
 /// letters of either case. Throws `Failure` when that is none or more than one.
 size_t chooseDrive(const std::vector<recording::ListedDrive>& drives, const std::string& wanted);
 
-/// "ACME BURNER ONE (/dev/sr0)".
-std::string driveName(const recording::ListedDrive& drive);
-
 /// Prints the drives with what is in them on standard output, for people or as one JSON object.
 void listDrives(recording::Service& service, bool json);
 

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/render/options/number_checks.h"
 #include "host/render/options/usage_error.h"
 
 namespace velmor::render {
@@ -21,20 +22,20 @@ void addBurnOptions(CLI::App& app, BurnOptions& options) {
   };
   flag("--burn", options.wanted, "burn the finished image to a disc");
   app.add_option("--drive", options.drive,
-                 "the recorder: its number in --list-drives, or part of its name (default: the "
-                 "one used last)")
-      ->type_name("N|NAME")
+                 "the recorder: its number in --list-drives, its device file, or part of its name "
+                 "(default: the one used last)")
+      ->type_name("N|FILE|NAME")
       ->group(kGroup);
   flag("--eject", options.eject, "put the disc out when it is done");
   flag("--delete-image", options.delete_image, "delete sheet and image once every disc is written");
   flag("--dry-run", options.dry_run, "a test write with the laser off; the disc stays as it is");
   app.add_option("--speed", options.speed,
                  "in multiples of playing speed (default: as fast as the drive offers)")
-      ->check(CLI::PositiveNumber)
+      ->check(positiveNumber("speed", "give one such as 8, or leave it out for the fastest"))
       ->type_name("X")
       ->group(kGroup);
   app.add_option("--copies", options.copies, "burn so many discs, one after the other")
-      ->check(CLI::Range(1, kMostCopies))
+      ->check(wholeNumber(1, kMostCopies, "number of copies", "give one such as 2"))
       ->type_name("N")
       ->group(kGroup);
   flag("--verify", options.verify, "read the disc back and compare it with the image");

@@ -10,8 +10,10 @@
 #include "disc/codes/isrc.h"
 #include "disc/failure.h"
 #include "disc/text/phrases.h"
+#include "disc/units/disc_limits.h"
 #include "disc/version.h"
 #include "host/render/input/marks/mark_parsing.h"
+#include "host/render/options/number_checks.h"
 #include "host/render/options/settings_file.h"
 #include "host/render/options/usage_error.h"
 #include "host/render/terminal/messages.h"
@@ -29,13 +31,13 @@ constexpr const char* kExamples = R"(Examples:
   velmor-render mix.wav --labels mix.txt --track-leadin 2000 --title "Night Drive" -o album.cue
   velmor-render mix.wav -o album.cue --burn --drive 1 --cd-text --eject
 
-TIME is seconds (12.5), MM:SS.mmm or MM:SS:FF with 75 frames a second.
+TIME is seconds (12.5), MM:SS.mmm, H:MM:SS.mmm or MM:SS:FF with 75 frames a second.
 Exit status: 0 done (with --burn: every disc is written), 1 failed, 2 wrong usage, 130 interrupted.
 The module keeps its settings in )";
 
 /// What CLI11 collects as text, before it becomes `Options`.
 struct RawOptions {
-  std::string track_mode = "markers";
+  std::string track_mode;
   std::string dither = "none";
   std::vector<std::string> isrcs, markers, regions, metas;
   std::string start, end;
@@ -65,19 +67,28 @@ void addInputsAndOutput(CLI::App& app, Options& options) {
                "also write ALBUM.portable.cue, a sheet for other readers, and check both");
 }
 
+/// No lead-in is longer than the disc that it is to be on.
+CLI::Validator leadIn() {
+  constexpr int64_t kLongest = disc::kLongestDiscSectors * 1000 / disc::kSectorsPerSecond;
+  return wholeNumber(0, kLongest, "number of milliseconds",
+                     "give a silence that fits on a disc, such as 2000 for two seconds");
+}
+
 void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
-  app.add_option("--track-mode", raw.track_mode, "what makes a track: markers, regions or one")
+  app.add_option("--track-mode", raw.track_mode,
+                 "what makes a track: markers, regions or one (default: regions where all "
+                 "marks are ranges, else markers)")
       ->check(CLI::IsMember({"markers", "regions", "one"}))
       ->type_name("MODE")
       ->group("Tracks");
   app.add_option("--track-leadin", options.track_leadin_ms,
                  "silence before every track but the first, milliseconds")
-      ->check(CLI::Range(0, 2147483647))
+      ->check(leadIn())
       ->type_name("MS")
       ->group("Tracks");
   app.add_option("--disc-leadin", options.disc_leadin_ms,
                  "silence before the first track, milliseconds")
-      ->check(CLI::Range(0, 2147483647))
+      ->check(leadIn())
       ->type_name("MS")
       ->group("Tracks");
   app.add_flag("--hash-markers-only", options.hash_markers_only,
@@ -93,6 +104,9 @@ void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
       ->group("Tracks");
   app.add_option("--labels", options.labels, "add the marks of an Audacity label track")
       ->type_name("FILE")
+      ->group("Tracks");
+  app.add_flag("--allow-overlong", options.allow_overlong,
+               "render beyond 79:59:74, for a blank that is known to hold it")
       ->group("Tracks");
   app.add_flag("--no-embedded-markers", raw.no_embedded_markers,
                "leave out the cue points and regions inside the inputs")
@@ -127,7 +141,7 @@ void addRenderOptions(CLI::App& app, Options& options, RawOptions& raw) {
       ->type_name("KIND")
       ->group("Render");
   app.add_option("--block", options.block, "frames handed to the module at a time")
-      ->check(CLI::Range(1, kLargestBlock))
+      ->check(wholeNumber(1, kLargestBlock, "number of frames", "give one such as 1024"))
       ->type_name("FRAMES")
       ->group("Render");
   app.add_option("--module", options.module,
@@ -174,19 +188,24 @@ void readIsrcs(const RawOptions& raw, Options& options) {
 }
 
 void readRaw(const RawOptions& raw, Options& options) {
-  options.track_mode = raw.track_mode == "regions" ? kTracksFromRegions
-                       : raw.track_mode == "one"   ? kOneTrack
-                                                   : kTracksFromMarkers;
+  if (raw.track_mode == "markers") options.track_mode = kTracksFromMarkers;
+  if (raw.track_mode == "regions") options.track_mode = kTracksFromRegions;
+  if (raw.track_mode == "one") options.track_mode = kOneTrack;
   options.dither = raw.dither == "tpdf" ? Dither::kTpdf : Dither::kNone;
   options.embedded_markers = !raw.no_embedded_markers;
   readIsrcs(raw, options);
   for (const std::string& text : raw.metas) {
     options.texts.more.push_back(splitAssignment(text, "--meta", "KEY=VALUE"));
   }
-  for (const std::string& text : raw.markers) options.marks.push_back(parseMarkerOption(text));
-  for (const std::string& text : raw.regions) options.marks.push_back(parseRegionOption(text));
-  if (!raw.start.empty()) options.start = parseTime(raw.start);
-  if (!raw.end.empty()) options.end = parseTime(raw.end);
+  std::vector<TwoFacedTime>* const two_faced = &options.two_faced_times;
+  for (const std::string& text : raw.markers) {
+    options.marks.push_back(parseMarkerOption(text, two_faced));
+  }
+  for (const std::string& text : raw.regions) {
+    options.marks.push_back(parseRegionOption(text, two_faced));
+  }
+  if (!raw.start.empty()) options.start = parseTime(raw.start, two_faced);
+  if (!raw.end.empty()) options.end = parseTime(raw.end, two_faced);
   if (options.start && options.end && *options.end <= *options.start) {
     throw UsageError("--end " + disc::inQuotes(raw.end) + " does not lie after --start " +
                      disc::inQuotes(raw.start));

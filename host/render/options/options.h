@@ -10,6 +10,7 @@
 #include "abi/sink_registration.h"
 #include "host/render/input/audio_input.h"
 #include "host/render/input/marks/mark.h"
+#include "host/render/input/marks/mark_parsing.h"
 #include "host/render/options/burn_options.h"
 
 namespace velmor::render {
@@ -23,10 +24,11 @@ struct Options {
   std::vector<std::string> inputs;
   std::string output;
 
-  TrackMode track_mode = kTracksFromMarkers;
+  std::optional<TrackMode> track_mode;  ///< nothing: the marks decide
   int track_leadin_ms = 0;
   int disc_leadin_ms = 0;
   bool hash_markers_only = false;
+  bool allow_overlong = false;  ///< beyond what an 80-minute disc holds
 
   AlbumTexts texts;
   std::map<int, std::string> isrcs;  ///< by input number, from 1; form checked, without dashes
@@ -35,6 +37,8 @@ struct Options {
   bool embedded_markers = true;
 
   std::optional<double> start, end;  ///< timeline seconds
+  /// Those of the times above that may have been meant otherwise.
+  std::vector<TwoFacedTime> two_faced_times;
   Dither dither = Dither::kNone;
   int block = 1024;  ///< frames
 

@@ -38,6 +38,18 @@ Json trackJson(const PlannedTrack& track, const CueTextTrack& text, size_t numbe
   return json;
 }
 
+Json markJson(const MarkFate& fate) {
+  const Mark& mark = fate.mark;
+  Json json = {{"name", mark.name}, {"start_seconds", mark.start}};
+  if (mark.end) json["end_seconds"] = *mark.end;
+  if (!mark.given_by.empty()) json["given_by"] = mark.given_by;
+  if (mark.input > 0) json["input"] = mark.input;
+  json["fate"] = fate.use == MarkUse::kTrack ? "track" : fate.use == MarkUse::kTag ? "tag" : "none";
+  if (fate.track) json["track"] = *fate.track + 1;
+  if (!fate.why.empty()) json["why"] = fate.why;
+  return json;
+}
+
 Json burnJson(const BurnResult& burn) {
   Json json = {{"drive", burn.drive},           {"written", burn.written},
                {"tested", burn.tested},         {"compared", burn.compared},
@@ -97,6 +109,8 @@ void printJsonReport(const RenderReport& report) {
   for (size_t i = 0; i < report.plan.tracks.size(); ++i) {
     tracks.push_back(trackJson(report.plan.tracks[i], report.sheet.tracks[i], i + 1));
   }
+  Json marks = Json::array();
+  for (const MarkFate& fate : report.marks) marks.push_back(markJson(fate));
   Json inputs = Json::array();
   for (const AlbumInput& input : report.album.inputs) {
     inputs.push_back({{"path", input.info.path},
@@ -120,6 +134,7 @@ void printJsonReport(const RenderReport& report) {
                  {"sectors", report.plan.image_frames / disc::kFramesPerSector},
                  {"length_seconds", disc::secondsOf(report.plan.image_frames)}}},
                {"tracks", tracks},
+               {"marks", marks},
                {"inputs", inputs},
                {"clipped", clipped},
                {"warnings", report.warnings}};

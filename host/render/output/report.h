@@ -10,6 +10,7 @@
 #include "host/render/module/renderer.h"
 #include "host/render/output/cue_text.h"
 #include "host/render/output/portable_sheet.h"
+#include "host/render/plan/mark_fates.h"
 #include "host/render/plan/track_plan.h"
 
 namespace velmor::render {
@@ -17,6 +18,7 @@ namespace velmor::render {
 struct RenderReport {
   const Album& album;
   const TrackPlan& plan;
+  const std::vector<MarkFate>& marks;
   const CueText& sheet;
   const RenderOutcome& outcome;
   std::string sheet_path, image_path;

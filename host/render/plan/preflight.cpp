@@ -17,14 +17,6 @@ namespace velmor::render {
 
 namespace {
 
-using disc::inQuotes;
-using disc::listed;
-
-std::vector<std::string> allQuoted(std::vector<std::string> texts) {
-  for (std::string& text : texts) text = disc::inQuotes(text);
-  return texts;
-}
-
 void checkTracks(const SinkConfig& config, const TrackPlan& plan, PreflightFindings& findings) {
   if (config.track_mode == kTracksFromRegions && plan.written.empty()) {
     findings.errors.push_back(
@@ -44,9 +36,19 @@ void checkTracks(const SinkConfig& config, const TrackPlan& plan, PreflightFindi
   }
 }
 
-void checkLength(const TrackPlan& plan, PreflightFindings& findings) {
+void checkLength(const TrackPlan& plan, bool allow_overlong, PreflightFindings& findings) {
   const int64_t sectors = plan.image_frames / disc::kFramesPerSector;
-  if (sectors > disc::kSectorsOf79Minutes57) {
+  if (sectors > disc::kLongestTimeSectors) {
+    findings.errors.push_back(
+        "the disc would last " + disc::msfText(sectors) +
+        " (MM:SS:FF), but the times of a disc end at 99:59:74; make two discs "
+        "of it with --start and --end");
+  } else if (sectors > disc::kLongestDiscSectors && !allow_overlong) {
+    findings.errors.push_back("the disc would last " + disc::msfText(sectors) +
+                              " (MM:SS:FF), longer than any 80-minute disc; make two discs of it "
+                              "with --start and --end, or give --allow-overlong if the blank is "
+                              "known to hold it");
+  } else if (sectors > disc::kSectorsOf79Minutes57) {
     findings.warnings.push_back("the disc lasts " + disc::msfText(sectors) +
                                 " (MM:SS:FF), longer than the 79:57 that an 80-minute disc holds");
   } else if (sectors > disc::kSectorsOf74Minutes) {
@@ -75,21 +77,6 @@ void checkFields(const HostProject& project, PreflightFindings& findings) {
 }
 
 void checkNames(const TrackPlan& plan, PreflightFindings& findings) {
-  if (!plan.dropped_markers.empty()) {
-    findings.warnings.push_back(
-        (plan.dropped_markers.size() == 1 ? "the marker " : "the markers ") +
-        disc::listed(allQuoted(plan.dropped_markers)) +
-        (plan.dropped_markers.size() == 1 ? " makes no track: it comes"
-                                          : " make no tracks: they come") +
-        " within 4 seconds of a track's start");
-  }
-  if (!plan.joined_regions.empty()) {
-    findings.warnings.push_back(disc::listed(allQuoted(plan.joined_regions)) +
-                                (plan.joined_regions.size() == 1 ? " joins" : " join") +
-                                " the track before, which lasts under 4 seconds, but the name "
-                                "stays in the list: from there "
-                                "on titles, performers and codes are out of step with the tracks");
-  }
   for (size_t i = 0; i < plan.tracks.size(); ++i) {
     checkText("the title of track " + std::to_string(i + 1), plan.tracks[i].title, findings);
   }
@@ -98,10 +85,10 @@ void checkNames(const TrackPlan& plan, PreflightFindings& findings) {
 }  // namespace
 
 PreflightFindings checkBeforeRender(const SinkConfig& config, const HostProject& project,
-                                    const TrackPlan& plan) {
+                                    const TrackPlan& plan, bool allow_overlong) {
   PreflightFindings findings;
   checkTracks(config, plan, findings);
-  checkLength(plan, findings);
+  checkLength(plan, allow_overlong, findings);
   checkStarts(config, plan, findings);
   checkNames(plan, findings);
   checkFields(project, findings);

@@ -9,8 +9,8 @@
 namespace velmor::render {
 
 /// Looks at a render of `project` that `plan` lays out: numbers and lengths of the tracks, texts,
-/// codes and the sheet's times.
+/// codes and the sheet's times. `allow_overlong`: the disc may be longer than 80 minutes.
 PreflightFindings checkBeforeRender(const SinkConfig& config, const HostProject& project,
-                                    const TrackPlan& plan);
+                                    const TrackPlan& plan, bool allow_overlong = false);
 
 }  // namespace velmor::render

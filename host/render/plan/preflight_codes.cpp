@@ -23,7 +23,8 @@ void checkCatalogue(const HostProject& project, PreflightFindings& findings) {
   for (const auto& [key, value] : project.metadata) {
     if (strcasecmp(key.c_str(), "CUE:DISC_CATALOG") != 0) continue;
     if (const auto fault = disc::catalogueFault(value)) {
-      findings.warnings.push_back("the catalogue number " + disc::inQuotes(value) + " " + *fault);
+      findings.errors.push_back("the catalogue number " + disc::inQuotes(value) + " " + *fault +
+                                "; look at the number, or leave it out");
     }
   }
 }

@@ -114,9 +114,11 @@ void planMarkers(Planner& planner, const SinkConfig& config, const std::vector<M
   planner.begin(first);
   bool named = false;
   int64_t at = 0;
-  for (const Mark& mark : marks) {
+  std::vector<std::optional<size_t>>& track_of_mark = planner.plan().track_of_mark;
+  for (size_t i = 0; i < marks.size(); ++i) {
+    const Mark& mark = marks[i];
     if (mark.end || !namesTrack(mark.name, hash_only)) continue;
-    const bool names_first = !named && mark.start <= disc::kShortestTrackSeconds;
+    if (!named && mark.start <= disc::kShortestTrackSeconds) track_of_mark[i] = 0;
     named = true;
     const int64_t frame = frameAt(mark.start);
     if (mark.start <= 0.0 || frame >= frames) continue;
@@ -126,8 +128,7 @@ void planMarkers(Planner& planner, const SinkConfig& config, const std::vector<M
     if (planner.isLongEnough()) {
       planner.split(title);
       planner.beginSource(mark.start);
-    } else if (!names_first) {
-      planner.plan().dropped_markers.push_back(title);
+      track_of_mark[i] = planner.plan().tracks.size() - 1;
     }
   }
   planner.write(at, frames);
@@ -138,19 +139,16 @@ void planRegions(Planner& planner, const std::vector<Mark>& marks, int64_t frame
   int64_t at = 0;
   bool first = true;
   std::vector<const Mark*> regions;
-  for (const Mark& mark : marks) {
+  for (size_t i = 0; i < marks.size(); ++i) {
+    const Mark& mark = marks[i];
     if (!mark.end) continue;
     const int64_t start = std::max(frameAt(mark.start), at);
     const int64_t end = std::min(frameAt(*mark.end), frames);
     if (end < at || start >= frames) continue;
     regions.push_back(&mark);
-    if (!first) {
-      if (planner.isLongEnough()) {
-        planner.split("");
-      } else {
-        planner.plan().joined_regions.push_back(trackTitle(mark.name, false));
-      }
-    }
+    const bool makes_track = first || planner.isLongEnough();
+    if (makes_track && !first) planner.split("");
+    if (makes_track) planner.plan().track_of_mark[i] = planner.plan().tracks.size() - 1;
     first = false;
     planner.write(start, end);
     at = std::max(end, start);
@@ -170,6 +168,7 @@ void planRegions(Planner& planner, const std::vector<Mark>& marks, int64_t frame
 TrackPlan planTracks(const SinkConfig& config, const std::vector<Mark>& marks, int64_t frames) {
   assert(frames >= 0);
   Planner planner(config);
+  planner.plan().track_of_mark.resize(marks.size());
   if (config.track_mode == kTracksFromMarkers) {
     planMarkers(planner, config, marks, frames);
   } else if (config.track_mode == kTracksFromRegions) {

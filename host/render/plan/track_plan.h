@@ -4,7 +4,9 @@
 // module/sink/track_cutter.cpp (cuts) and module/sink/pcm_sink_iso_write.cpp (lead-ins, padding).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,9 +38,8 @@ struct TrackPlan {
   /// The image's length as the module counts it: bytes of a silence that make no whole frame do not
   /// count.
   int64_t counted_frames = 0;
-  std::vector<std::string>
-      dropped_markers;  ///< names of markers within four seconds of a track start
-  std::vector<std::string> joined_regions;  ///< names of regions that join the track before
+  /// For each mark, the track (from 0) that it begins or, track 1, names.
+  std::vector<std::optional<size_t>> track_of_mark;
 };
 
 /// Predicts the layout for `frames` frames (0 or more) of input under the marks of the project,

@@ -301,20 +301,22 @@ TEST_F(EmulatedBurn, ADriveThatIsTakenBeforeTheBurnIsToldOf) {
   expectUntouched(m_service->outcome(), "\"/dev/sr30\" is in use by another program");
 }
 
-TEST_F(EmulatedBurn, DrivesThatMayNotBeOpenedAreListedLastWithTheReason) {
+TEST_F(EmulatedBurn, DrivesThatMayNotBeOpenedKeepTheirPlaceInTheListAndSayWhy) {
   m_drives.change(0, [](emulated_drive::DriveSettings& s) { s.deny = true; });
   std::vector<ListedDrive> drives = m_service->drives();
   ASSERT_EQ(drives.size(), 2U);
-  EXPECT_EQ(drives[0].address, "/dev/sr31");
-  EXPECT_TRUE(drives[0].usable);
-  EXPECT_EQ(drives[1].address, "/dev/sr30");
-  EXPECT_FALSE(drives[1].usable);
-  EXPECT_THAT(drives[1].obstacle, HasSubstr("group"));
+  EXPECT_EQ(drives[0].address, "/dev/sr30");
+  EXPECT_FALSE(drives[0].usable);
+  EXPECT_THAT(drives[0].obstacle, HasSubstr("group"));
+  EXPECT_EQ(m_service->deviceOf(drives[0]), nullptr);
+  EXPECT_EQ(drives[1].address, "/dev/sr31");
+  EXPECT_TRUE(drives[1].usable);
+  EXPECT_EQ(m_service->deviceOf(drives[1]), m_service->DeviceAt(0));
   m_service->refresh();
   EXPECT_EQ(m_service->DeviceCount(), 1);
   m_drives.change(0, [](emulated_drive::DriveSettings& s) { s.deny = false, s.busy = true; });
   drives = m_service->drives();
-  EXPECT_THAT(drives[1].obstacle, HasSubstr("in use by another program"));
+  EXPECT_THAT(drives[0].obstacle, HasSubstr("in use by another program"));
 }
 
 TEST_F(EmulatedBurn, ARewritableDiscIsBlankedAfterAYesOnly) {

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "disc/failure.h"
+#include "disc/sheet/sheet_parser.h"
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/text/utf8.h"
@@ -132,6 +133,10 @@ std::string contentsOf(const ReadableFile& file, const std::string& path) {
   return text;
 }
 
+bool isCueSheet(const std::string& text) {
+  return !disc::parseSheet(text).tracks.empty();
+}
+
 }  // namespace
 
 LabelTrack parseLabelTrack(std::string_view text, const std::string& name) {
@@ -143,6 +148,8 @@ LabelTrack parseLabelTrack(std::string_view text, const std::string& name) {
   if (startsWith(text, "\xef\xbb\xbf")) text.remove_prefix(3);
   LabelReader reader(track, name);
   while (!text.empty()) reader.take(takeLine(text));
+  if (track.marks.empty() && track.warnings.empty())
+    track.warnings.push_back(name + " has no labels");
   return track;
 }
 
@@ -152,7 +159,12 @@ LabelTrack readLabelTrack(const std::string& path) {
     throw Failure(disc::inQuotes(path) +
                   " is too large for a label track; name the exported text file");
   }
-  return parseLabelTrack(contentsOf(file, path), disc::inQuotes(path));
+  const std::string text = contentsOf(file, path);
+  if (isCueSheet(text)) {
+    throw Failure(disc::inQuotes(path) +
+                  " is a cue sheet and no label track; give its times with --marker");
+  }
+  return parseLabelTrack(text, disc::inQuotes(path));
 }
 
 }  // namespace velmor::render

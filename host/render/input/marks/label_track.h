@@ -19,7 +19,8 @@ struct LabelTrack {
 /// A label track's text; `name` is what the warnings call it. Never throws for its contents.
 LabelTrack parseLabelTrack(std::string_view text, const std::string& name = "the labels");
 
-/// The same from a file; throws `Failure` when it cannot be read or is too large for labels.
+/// The same from a file; throws `Failure` when it cannot be read, is too large for labels or is a
+/// cue sheet.
 LabelTrack readLabelTrack(const std::string& path);
 
 }  // namespace velmor::render

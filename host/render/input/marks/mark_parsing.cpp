@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 
 #include "disc/failure.h"
@@ -17,7 +18,9 @@ namespace {
 /// Far beyond any album, and safely inside what counts of frames can hold.
 constexpr double kLongestTime = 1e9;
 
-constexpr const char* kForms = "it has another form; give seconds (12.5), MM:SS.mmm or MM:SS:FF";
+constexpr const char* kForms =
+    "it has another form; give seconds (12.5), MM:SS.mmm, "
+    "H:MM:SS.mmm or MM:SS:FF";
 
 /// In quotes and fit for a message, whatever bytes were typed.
 std::string quoted(std::string_view text) {
@@ -62,6 +65,17 @@ double minutesAndSeconds(std::string_view minutes, double seconds, std::string_v
   return time;
 }
 
+double hoursMinutesAndSeconds(std::string_view hours, std::string_view minutes, double seconds,
+                              std::string_view text) {
+  const uint64_t minutes_over = wholeNumber(minutes, text);
+  if (minutes_over >= 60) refuseTime(text, "after hours the minutes end at 59");
+  const double time = 3600.0 * static_cast<double>(wholeNumber(hours, text)) +
+                      60.0 * static_cast<double>(minutes_over) + seconds;
+  if (seconds >= 60.0) refuseTime(text, "after minutes the seconds end at 59");
+  if (time > kLongestTime) refuseTime(text, "it is too large");
+  return time;
+}
+
 struct Option {
   std::string_view time, name;
 };
@@ -83,7 +97,7 @@ Option splitOption(std::string_view text, const char* form) {
 
 }  // namespace
 
-double parseTime(std::string_view text) {
+double parseTime(std::string_view text, std::vector<TwoFacedTime>* two_faced) {
   const size_t first = text.find(':');
   if (first == std::string_view::npos) return decimalNumber(text, text);
   const std::string_view minutes = text.substr(0, first);
@@ -92,22 +106,31 @@ double parseTime(std::string_view text) {
   if (second == std::string_view::npos) {
     return minutesAndSeconds(minutes, decimalNumber(rest, text), text);
   }
+  const std::string_view last = rest.substr(second + 1);
+  if (last.find('.') != std::string_view::npos) {
+    return hoursMinutesAndSeconds(minutes, rest.substr(0, second), decimalNumber(last, text), text);
+  }
   const auto seconds = static_cast<double>(wholeNumber(rest.substr(0, second), text));
-  const auto frames = static_cast<double>(wholeNumber(rest.substr(second + 1), text));
+  const auto frames = static_cast<double>(wholeNumber(last, text));
   if (frames >= disc::kSectorsPerSecond) refuseTime(text, "a second has the frames 0 to 74");
-  return minutesAndSeconds(minutes, seconds, text) + frames / disc::kSectorsPerSecond;
+  const double time = minutesAndSeconds(minutes, seconds, text) + frames / disc::kSectorsPerSecond;
+  if (two_faced != nullptr && frames < 60.0) {
+    const double hours = std::floor(time / 60.0);
+    two_faced->push_back({std::string(text), time, 3600.0 * hours + 60.0 * seconds + frames});
+  }
+  return time;
 }
 
-Mark parseMarkerOption(std::string_view text) {
+Mark parseMarkerOption(std::string_view text, std::vector<TwoFacedTime>* two_faced) {
   const Option option = splitOption(text, "TIME=NAME");
   Mark mark;
   mark.given_by = "--marker";
-  mark.start = parseTime(option.time);
+  mark.start = parseTime(option.time, two_faced);
   mark.name = option.name;
   return mark;
 }
 
-Mark parseRegionOption(std::string_view text) {
+Mark parseRegionOption(std::string_view text, std::vector<TwoFacedTime>* two_faced) {
   const Option option = splitOption(text, "START-END=NAME");
   const size_t dash = option.time.find('-');
   if (dash == std::string_view::npos) {
@@ -115,8 +138,8 @@ Mark parseRegionOption(std::string_view text) {
   }
   Mark mark;
   mark.given_by = "--region";
-  mark.start = parseTime(option.time.substr(0, dash));
-  mark.end = parseTime(option.time.substr(dash + 1));
+  mark.start = parseTime(option.time.substr(0, dash), two_faced);
+  mark.end = parseTime(option.time.substr(dash + 1), two_faced);
   if (*mark.end <= mark.start) {
     throw Failure("the region " + quoted(text) + " does not end after its start; swap the times");
   }

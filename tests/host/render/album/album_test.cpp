@@ -79,13 +79,13 @@ TEST(Album, InputsNamedLikeTagsStillBeginTracks) {
               ElementsAre("0  PERF=x", "10  isrc=song"));
 }
 
-TEST(Album, InHashModeInputsGetAHashSoThatTheirTracksStay) {
+TEST(Album, InHashModeInputsTitlesStayAsTheyAre) {
   Options options;
   options.hash_markers_only = true;
   const auto marks = marksOf(options, {input("a.wav", 10, tagged("A"), {{5, {}, "no track"}}),
                                        input("b.wav", 10, tagged("#1"), {{0, {}, "plain"}}),
                                        input("c.wav", 10, {}, {{0, {}, "#C"}})});
-  EXPECT_THAT(marks, ElementsAre("0 #A", "5 no track", "10 ##1", "10 plain", "20 #C"));
+  EXPECT_THAT(marks, ElementsAre("0 A", "5 no track", "10 #1", "10 plain", "20 #C"));
 }
 
 TEST(Album, InRegionsModeInputsAreRegions) {
@@ -112,8 +112,8 @@ TEST(Album, InOneTrackModeThereAreNoTrackMarks) {
   EXPECT_THAT(marksOf(options, {input("a.wav", 10), input("b.wav", 5)}), IsEmpty());
 }
 
-TEST(Album, AMarkWithinAFrameOfAnInputsStartTakesThePlaceOfItsOwn) {
-  for (const double off : {-kOneFrame, 0.0, kOneFrame}) {
+TEST(Album, AMarkWithinFourSecondsOfAnInputsStartTakesThePlaceOfItsOwn) {
+  for (const double off : {-4 + kOneFrame, -kOneFrame, 0.0, kOneFrame, 4 - kOneFrame}) {
     Options options;
     options.marks = {{10 + off, {}, "given"}};
     const auto marks = marksOf(options, {input("a.wav", 10), input("b.wav", 5)});
@@ -121,21 +121,36 @@ TEST(Album, AMarkWithinAFrameOfAnInputsStartTakesThePlaceOfItsOwn) {
     EXPECT_THAT(marks[1], HasSubstr("given"));
   }
   Options options;
-  options.marks = {{10 + 2 * kOneFrame, {}, "given"}};
-  EXPECT_EQ(marksOf(options, {input("a.wav", 10), input("b.wav", 5)}).size(), 3U);
+  for (const double off : {-4.0, 4.0}) {
+    options.marks = {{10 + off, {}, "given"}};
+    EXPECT_EQ(marksOf(options, {input("a.wav", 10), input("b.wav", 5)}).size(), 3U) << off;
+  }
   EXPECT_THAT(marksOf({}, {input("a.wav", 10), input("b.wav", 5, {}, {{0, {}, "cue"}})}),
               ElementsAre("0 a", "10 cue"));
 }
 
+TEST(Album, AMarkThatMakesNoTrackItselfTakesNoPlace) {
+  Options options;
+  options.marks = {{6, {}, "A"}, {8.5, {}, "too near to A"}};
+  EXPECT_THAT(marksOf(options, {input("a.wav", 11), input("b.wav", 9)}),
+              ElementsAre("0 a", "6 A", "8.5 too near to A", "11 b"));
+  options.hash_markers_only = true;
+  options.marks = {{9, {}, "no hash"}, {20, {}, "#hash"}};
+  EXPECT_THAT(marksOf(options, {input("a.wav", 10), input("b.wav", 9), input("c.wav", 9)}),
+              ElementsAre("0 a", "9 no hash", "10 b", "20 #hash"));
+}
+
 TEST(Album, OnlyAMarkThatBeginsATrackTakesThePlaceOfAnInputsOwn) {
-  EXPECT_THAT(marksOf({}, {input("a.wav", 10, {}, {{0, {}, "PERF=Ana"}, {0, 5, "region"}})}),
+  Options options;
+  options.track_mode = kTracksFromMarkers;
+  EXPECT_THAT(marksOf(options, {input("a.wav", 10, {}, {{0, {}, "PERF=Ana"}, {0, 5, "region"}})}),
               ElementsAre("0 a", "0 PERF=Ana", "0-5 region"));
 }
 
 TEST(Album, MarksInsideAnInputLieWhereTheInputDoes) {
   EXPECT_THAT(
-      marksOf({}, {input("a.wav", 10), input("b.wav", 20, {}, {{3, {}, "m"}, {4, 8, "r"}})}),
-      ElementsAre("0 a", "10 b", "13 m", "14-18 r"));
+      marksOf({}, {input("a.wav", 10), input("b.wav", 20, {}, {{5, {}, "m"}, {6, 9, "r"}})}),
+      ElementsAre("0 a", "10 b", "15 m", "16-19 r"));
   Options options;
   options.embedded_markers = false;
   EXPECT_THAT(marksOf(options, {input("a.wav", 10, {}, {{3, {}, "m"}})}), ElementsAre("0 a"));
@@ -215,6 +230,37 @@ TEST(Album, TextsThatWouldBreakTheSheetAreChangedAndSaid) {
   EXPECT_THAT(album.project.metadata, ElementsAre(std::pair("CUE:DISC_TITLE", "Say 'Go'")));
   EXPECT_THAT(shown(album.project.marks), ElementsAre("0 a b"));
   EXPECT_EQ(album.warnings.size(), 2U);
+}
+
+TEST(Album, RangesAloneMakeTheTracksUnlessTheModeIsGiven) {
+  Options options;
+  options.marks = {{1, 6, "A"}, {7, 8, "ISRC=x"}, {2, {}, "PERF=Ana"}};
+  const Album ranges = layOutAlbum(options, {input("a.wav", 10), input("b.wav", 5)});
+  EXPECT_EQ(ranges.track_mode, kTracksFromRegions);
+  EXPECT_THAT(ranges.warnings, ElementsAre(HasSubstr("--track-mode markers keeps all audio")));
+  options.track_mode = kTracksFromMarkers;
+  const Album given = layOutAlbum(options, {input("a.wav", 10)});
+  EXPECT_EQ(given.track_mode, kTracksFromMarkers);
+  EXPECT_THAT(given.warnings, IsEmpty());
+  options.track_mode.reset();
+  options.marks.push_back({9, {}, "point"});
+  EXPECT_EQ(layOutAlbum(options, {input("a.wav", 10)}).track_mode, kTracksFromMarkers);
+  EXPECT_EQ(layOutAlbum({}, {input("a.wav", 10, {}, {{2, 9, "cue"}})}).track_mode,
+            kTracksFromRegions)
+      << "a file's own ranges";
+}
+
+TEST(Album, ATimeThatMayBeHoursInsideTheAlbumIsRefused) {
+  Options options;
+  options.two_faced_times = {{"01:02:03", 62.04, 3723.0}};
+  EXPECT_NO_THROW(layOutAlbum(options, {input("a.wav", 3723)}));
+  try {
+    layOutAlbum(options, {input("a.wav", 3724)});
+    FAIL();
+  } catch (const UsageError& error) {
+    EXPECT_THAT(error.what(), HasSubstr("\"01:02:03\" may be hours"));
+    EXPECT_THAT(error.what(), HasSubstr("give 1:02:03.000 or 62:03:00 for the one, 1:02.040 for"));
+  }
 }
 
 TEST(Album, ARangeOutsideTheTimelineIsWrongUsage) {
@@ -359,12 +405,11 @@ TEST(RenderRange, AnEndPastTheInputsIsSaid) {
 }
 
 TEST(RenderRange, RegionsWithoutAudioOfTheirOwnAreLeftOutAndNamed) {
-  std::vector<std::string> warnings;
   std::vector<Mark> marks = {
       {0, 10, "A"}, {2, {}, "m"}, {3, 9, "inside"}, {5, 12, "B"}, {13, 13, "empty"}};
-  dropEmptyRegions(marks, warnings);
+  const std::vector<Mark> empty = takeEmptyRegions(marks);
   EXPECT_THAT(shown(marks), ElementsAre("0-10 A", "2 m", "5-12 B"));
-  EXPECT_THAT(warnings, ElementsAre(HasSubstr("\"inside\""), HasSubstr("\"empty\"")));
+  EXPECT_THAT(shown(empty), ElementsAre("3-9 inside", "13-13 empty"));
 }
 
 }  // namespace

@@ -313,13 +313,22 @@ TEST_F(BurnProgram, ListsDrivesThatCannotBeUsedWithTheReason) {
   const Json drives_listed = Json::parse(m_printed)["drives"];
   ASSERT_EQ(drives_listed.size(), 2u);
   EXPECT_EQ(drives_listed[0]["number"], 0);
-  EXPECT_EQ(drives_listed[0]["address"], "/dev/sr31");
-  EXPECT_EQ(drives_listed[0]["product"], "TEST DRIVE 2");
-  EXPECT_EQ(drives_listed[0]["usable"], true);
-  EXPECT_EQ(drives_listed[0]["disc"], "a blank CD-R, 79:57:70 free");
+  EXPECT_EQ(drives_listed[0]["address"], "/dev/sr30");
+  EXPECT_EQ(drives_listed[0]["usable"], false);
+  EXPECT_THAT(drives_listed[0]["obstacle"].get<std::string>(), HasSubstr("group cdrom"));
   EXPECT_EQ(drives_listed[1]["number"], 1);
-  EXPECT_EQ(drives_listed[1]["usable"], false);
-  EXPECT_THAT(drives_listed[1]["obstacle"].get<std::string>(), HasSubstr("group cdrom"));
+  EXPECT_EQ(drives_listed[1]["address"], "/dev/sr31");
+  EXPECT_EQ(drives_listed[1]["product"], "TEST DRIVE 2");
+  EXPECT_EQ(drives_listed[1]["usable"], true);
+  EXPECT_EQ(drives_listed[1]["disc"], "a blank CD-R, 79:57:70 free");
+}
+
+TEST_F(BurnProgram, ANumberOfTheListMeansItsDriveWhileAnotherIsBusy) {
+  change(0, [](DriveSettings& settings) { settings.busy = true; });
+  ASSERT_EQ(render(std::string(kShort) + "--drive 1"), 0) << m_said;
+  EXPECT_TRUE(burned(1) == image());
+  EXPECT_EQ(render(std::string(kShort) + "--force --drive 0"), 1);
+  EXPECT_THAT(m_said, HasSubstr("\"/dev/sr30\" is in use by another program"));
 }
 
 TEST_F(BurnProgram, ListsNoDriveInPlainWords) {

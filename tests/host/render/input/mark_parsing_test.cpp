@@ -24,9 +24,28 @@ TEST(Time, IsSecondsOrMinutesWithMillisecondsOrFrames) {
         Case{"4800", 4800.0}, Case{"3:07", 187.0}, Case{"03:07.250", 187.25},
         Case{"0:59.999", 59.999}, Case{"79:57", 4797.0}, Case{"100:00", 6000.0},
         Case{"03:07:00", 187.0}, Case{"03:07:15", 187.2}, Case{"00:00:74", 74.0 / 75.0},
-        Case{"99:59:74", 5999.0 + 74.0 / 75.0}, Case{"1:5:3", 65.04}, Case{"1000000000", 1e9}}) {
+        Case{"99:59:74", 5999.0 + 74.0 / 75.0}, Case{"1:5:3", 65.04}, Case{"1:02:03.000", 3723.0},
+        Case{"0:00:01.5", 1.5}, Case{"1000000000", 1e9}}) {
     EXPECT_NEAR(parseTime(c.text), c.seconds, 1e-9) << c.text;
   }
+}
+
+TEST(Time, OfThreeNumbersMayBeHoursToo) {
+  std::vector<TwoFacedTime> found;
+  EXPECT_NEAR(parseTime("01:02:03", &found), 62.04, 1e-9);
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_EQ(found[0].text, "01:02:03");
+  EXPECT_NEAR(found[0].as_frames, 62.04, 1e-9);
+  EXPECT_EQ(found[0].as_hours, 3723.0);
+  for (const char* const plain : {"3723", "62:03", "1:02:03.0", "62:03:74", "0:59:60"}) {
+    parseTime(plain, &found);
+    EXPECT_EQ(found.size(), 1U) << plain;
+  }
+  parseMarkerOption("0:00:01=x", &found);
+  parseRegionOption("1-0:00:59=x", &found);
+  ASSERT_EQ(found.size(), 3U);
+  EXPECT_EQ(found[1].as_hours, 1.0);
+  EXPECT_EQ(found[2].as_hours, 59.0);
 }
 
 TEST(Time, ThatIsNoneIsRefused) {
@@ -61,7 +80,9 @@ TEST(Time, ThatIsNoneIsRefused) {
                                                           "1:2:3:4",
                                                           "1.5:00",
                                                           "1:2.5:3",
-                                                          "1:2:3.5",
+                                                          "1:60:3.5",
+                                                          "1:2:60.5",
+                                                          "1:2:3.5.5",
                                                           "-1:00",
                                                           "1:-2",
                                                           "1:2:-3",

@@ -72,6 +72,21 @@ TEST(Preflight, KnowsTheTwoLengthsOfADisc) {
   EXPECT_THAT(warnings(333001), ElementsAre(AllOf(HasSubstr("74:00:01"), HasSubstr("74 minutes"))));
   EXPECT_THAT(warnings(359775), ElementsAre(HasSubstr("74 minutes")));
   EXPECT_THAT(warnings(359776), ElementsAre(AllOf(HasSubstr("79:57:01"), HasSubstr("79:57"))));
+  EXPECT_THAT(warnings(359999), ElementsAre(HasSubstr("79:57")));
+}
+
+TEST(Preflight, AnOverlongDiscNeedsAWordThatItIsMeant) {
+  const auto errors = [](int64_t sectors, bool allowed) {
+    const std::vector<Mark> none;
+    const SinkConfig config = markersMode();
+    return checkBeforeRender(config, {}, planTracks(config, none, sectors * 588), allowed).errors;
+  };
+  EXPECT_THAT(errors(359999, false), IsEmpty());
+  EXPECT_THAT(errors(360000, false),
+              ElementsAre(AllOf(HasSubstr("80:00:00"), HasSubstr("--allow-overlong"))));
+  EXPECT_THAT(errors(360000, true), IsEmpty());
+  EXPECT_THAT(errors(449999, true), IsEmpty());
+  EXPECT_THAT(errors(450000, true), ElementsAre(HasSubstr("end at 99:59:74")));
 }
 
 TEST(Preflight, SaysWhichTracksStartInsideASector) {
@@ -131,34 +146,13 @@ TEST(Preflight, NamesTheTracksThatTheSheetPutsASectorBeforeTheirAudio) {
               ElementsAre(HasSubstr("INDEX 01 of track 1 lies one sector")));
 }
 
-TEST(Preflight, NamesMarkersThatComeWithinFourSeconds) {
-  EXPECT_THAT(
-      check(markersMode(), {marker(0, "A"), marker(60, "B"), marker(62, "Close")}, kSecond * 120)
-          .warnings,
-      ElementsAre(AllOf(HasSubstr("\"Close\""), HasSubstr("makes no track"))));
-  std::vector<Mark> many = {marker(0, "A"), marker(60, "B")};
-  for (int i = 0; i < 7; ++i) many.push_back(marker(60.5 + i * 0.1, "x" + std::to_string(i)));
-  EXPECT_THAT(check(markersMode(), many, kSecond * 120).warnings,
-              ElementsAre(AllOf(HasSubstr("\"x0\", "), HasSubstr("\"x4\" and 2 more"),
-                                HasSubstr("make no tracks"))));
-}
-
-TEST(Preflight, SaysWhenRegionNamesFallOutOfStepWithTracks) {
-  SinkConfig config = markersMode();
-  config.track_mode = kTracksFromRegions;
-  EXPECT_THAT(
-      check(config, {{0.0, 2.0, "A"}, {2.0, 20.0, "B"}, {20.0, 40.0, "C"}}, kSecond * 60).warnings,
-      ElementsAre(AllOf(HasSubstr("\"B\""), HasSubstr("out of step"))));
-}
-
 TEST(Preflight, ChecksTheCatalogueNumberUnderEitherSpelling) {
   for (const char* const key : {"CUE:DISC_CATALOG", "CUE:DISC_catalog"}) {
-    EXPECT_THAT(check(markersMode(), {}, kSecond * 60, {{key, "0731452345620"}}).warnings,
+    EXPECT_THAT(check(markersMode(), {}, kSecond * 60, {{key, "0731452345620"}}).errors,
                 ElementsAre(AllOf(HasSubstr("\"0731452345620\""), HasSubstr("check digit"))));
   }
-  EXPECT_THAT(
-      check(markersMode(), {}, kSecond * 60, {{"CUE:DISC_CATALOG", "731452345622"}}).warnings,
-      ElementsAre(HasSubstr("12 digits")));
+  EXPECT_THAT(check(markersMode(), {}, kSecond * 60, {{"CUE:DISC_CATALOG", "731452345622"}}).errors,
+              ElementsAre(HasSubstr("12 digits")));
 }
 
 TEST(Preflight, AnIsrcIsUsedOnceAndHasItsForm) {

@@ -36,8 +36,7 @@ std::vector<Mark> prepared(std::vector<Mark> marks, int64_t start, int64_t frame
   marks = marksInRange(std::move(marks), start, start + frames,
                        static_cast<TrackMode>(settings.track_mode), settings.hash_markers_only != 0,
                        left_out);
-  std::vector<std::string> warnings;
-  if (settings.track_mode == kTracksFromRegions) dropEmptyRegions(marks, warnings);
+  if (settings.track_mode == kTracksFromRegions) takeEmptyRegions(marks);
   return marks;
 }
 
@@ -162,23 +161,26 @@ TEST(TrackPlan, TheMarkerThatMovesToTheStartKeepsTheNextOneFourSecondsAway) {
   const TrackPlan close = plan(four_later - 1.0 / 44100);
   ASSERT_EQ(close.tracks.size(), 1U);
   EXPECT_EQ(close.tracks[0].title, "B");
-  EXPECT_EQ(close.dropped_markers, std::vector<std::string>{"C"});
+  EXPECT_EQ(close.track_of_mark.back(), std::nullopt);
 }
 
-TEST(TrackPlan, NamesTheMarkersThatMakeNoTrack) {
+using Tracks = std::vector<std::optional<size_t>>;
+
+TEST(TrackPlan, TellsWhichMarkersMakeTracks) {
   const TrackPlan plan =
       planTracks(config(kTracksFromMarkers, 0, 0),
                  {marker(0, "One"), marker(2, "Early"), marker(5, "Two"), marker(6, "PERF=x"),
                   marker(8, "Close"), region(8, 9, "no marker"), marker(30, "behind the end")},
                  44100 * 20);
-  EXPECT_EQ(plan.dropped_markers, (std::vector<std::string>{"Early", "Close"}));
+  const auto none = std::nullopt;
+  EXPECT_EQ(plan.track_of_mark, (Tracks{0, none, 1, none, none, none, none}));
 }
 
-TEST(TrackPlan, NamesTheRegionsThatJoinTheTrackBefore) {
+TEST(TrackPlan, TellsWhichRegionsJoinTheTrackBefore) {
   const TrackPlan plan =
       planTracks(config(kTracksFromRegions, 0, 0),
                  {region(0, 2, "One"), region(2, 8, "joined"), region(8, 14, "Three")}, 44100 * 20);
-  EXPECT_EQ(plan.joined_regions, std::vector<std::string>{"joined"});
+  EXPECT_EQ(plan.track_of_mark, (Tracks{0, std::nullopt, 1}));
   ASSERT_EQ(plan.tracks.size(), 2U);
   EXPECT_EQ(plan.tracks[1].title, "joined") << "titles go to the tracks in order";
 }

@@ -51,11 +51,11 @@ TEST(RenderReport, ALeadInOfBrokenFramesStillPutsTheTrackOnItsSector) {
 TEST(RenderReport, WarningsAndFailuresAreInTheJsonWhateverTheirTexts) {
   const Scratch folder;
   writeWav(folder / "a.wav", 3);
-  const Ended done = render({folder / "a.wav", "--title", "\xFF \"x\"", "--catalog", "1\"",
+  const Ended done = render({folder / "a.wav", "--title", "\xFF \"x\"", "--meta", "GENRE=1\"",
                              "--json", "-o", folder / "disc"});
   EXPECT_EQ(done.status, 0) << done.err;
-  EXPECT_EQ(json::parse(done.out)["warnings"].size(), 4U) << done.out;
-  EXPECT_EQ(std::count(done.err.begin(), done.err.end(), '\n'), 4);
+  EXPECT_EQ(json::parse(done.out)["warnings"].size(), 5U) << done.out;
+  EXPECT_EQ(std::count(done.err.begin(), done.err.end(), '\n'), 5);
   for (const std::vector<std::string>& wrong :
        {std::vector<std::string>{folder / "no\xFF\"such.wav"},
         {folder / "a.wav", "--start", "99"},

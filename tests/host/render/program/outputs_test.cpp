@@ -127,9 +127,9 @@ class Interruption : public testing::TestWithParam<int> {};
 
 TEST_P(Interruption, StopsTheRenderAndLeavesNothing) {
   const Scratch folder;
-  writeSparseWav(folder / "long.wav", 3600 * 3);
-  Running running(VELMOR_BINARY_DIR "/velmor-render",
-                  {folder / "long.wav", "--block", "4", "-o", folder / "disc.cue"});
+  writeSparseWav(folder / "long.wav", 5900);
+  Running running(VELMOR_BINARY_DIR "/velmor-render", {folder / "long.wav", "--allow-overlong",
+                                                       "--block", "4", "-o", folder / "disc.cue"});
   // The working folder shows that the render has begun.
   for (int i = 0; i < 3000 && folder.names().size() < 2; ++i) {
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -182,11 +182,12 @@ TEST_P(Interruption, CutsASilenceOfHoursShort) {
 
 TEST(InterruptionOfAReplacement, LeavesTheOldPairWhole) {
   const Scratch folder;
-  writeSparseWav(folder / "long.wav", 3600 * 3);
+  writeSparseWav(folder / "long.wav", 5900);
   writeFile(folder / "disc.bin", "old image");
   writeFile(folder / "disc.cue", "old sheet");
   Running running(VELMOR_BINARY_DIR "/velmor-render",
-                  {folder / "long.wav", "--block", "4", "--force", "-o", folder / "disc.cue"});
+                  {folder / "long.wav", "--allow-overlong", "--block", "4", "--force", "-o",
+                   folder / "disc.cue"});
   for (int i = 0; i < 3000 && folder.names().size() < 4; ++i) {
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
@@ -225,7 +226,7 @@ TEST_F(Output, TheProgressBarIsForTerminals) {
 }
 
 TEST_F(Output, QuietPrintsNothing) {
-  const Ended ended = render({m_input, "--quiet", "--catalog", "123", "-o", m_folder / "disc"});
+  const Ended ended = render({m_input, "--quiet", "--meta", "GENRE=x", "-o", m_folder / "disc"});
   EXPECT_EQ(ended.status, 0);
   EXPECT_EQ(ended.out + ended.err, "");
 }

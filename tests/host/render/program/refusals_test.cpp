@@ -49,6 +49,12 @@ TEST_F(Failure, WrongUsageEndsWithTwo) {
       {{m_input, "-o", m_folder / "a", "--nonsense"}, "--nonsense"},
       {{m_input, "-o", m_folder / "a", "--track-mode", "songs"}, "songs"},
       {{m_input, "-o", m_folder / "a", "--track-leadin", "-5"}, "--track-leadin"},
+      {{m_input, "-o", m_folder / "a", "--track-leadin", "abc"},
+       "--track-leadin: \"abc\" is no number of milliseconds; give"},
+      {{m_input, "-o", m_folder / "a", "--disc-leadin", "4799987"},
+       "--disc-leadin: \"4799987\" is not from 0 to 4799986; give a silence that fits on a disc"},
+      {{m_input, "-o", m_folder / "a", "--burn", "--speed", "0"},
+       "--speed: \"0\" is no speed; give one such as 8"},
       {{m_input, "-o", m_folder / "a", "--block", "0"}, "--block"},
       {{m_input, "-o", m_folder / "a", "--marker", "x=y"}, "x"},
       {{m_input, "-o", m_folder / "a", "--region", "9-3=y"}, "9-3"},
@@ -150,6 +156,29 @@ TEST_F(Failure, RegionsModeWithoutARegionInTheRange) {
                        "-o", m_folder / "a"},
                       1),
               HasSubstr("no region with audio"));
+}
+
+TEST_F(Failure, AWrongCatalogueNumber) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"073145234562", "has 12 digits"},
+      {"0731452345620", "check digit 0 where 2 is right"},
+      {"07314523456x2", "holds more than digits"}};
+  for (const auto& [number, words] : cases) {
+    EXPECT_THAT(refused({m_input, "--catalog", number, "-o", m_folder / "a"}, 1), HasSubstr(words));
+  }
+}
+
+TEST_F(Failure, ADiscThatIsTooLong) {
+  writeSparseWav(m_folder / "long.wav", 4801);
+  EXPECT_THAT(refused({m_folder / "long.wav", "-o", m_folder / "a"}, 1),
+              HasSubstr("80:01:00 (MM:SS:FF), longer than any 80-minute disc"));
+}
+
+TEST_F(Failure, ACueSheetGivenAsLabels) {
+  writeFile(m_folder / "album.cue",
+            "FILE \"a.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n");
+  EXPECT_THAT(refused({m_input, "--labels", m_folder / "album.cue", "-o", m_folder / "a"}, 1),
+              HasSubstr("is a cue sheet and no label track"));
 }
 
 TEST_F(Failure, MoreThan99Tracks) {
