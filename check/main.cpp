@@ -124,8 +124,7 @@ std::vector<std::string> pathsOf(const std::vector<Second>& seconds) {
 void showProgress(disc::ProgressBar& bar, int64_t done, int64_t all) {
   if (all <= 0 || !bar.due()) return;
   const double part = static_cast<double>(done) / static_cast<double>(all);
-  bar.draw(disc::barText(part) + ' ' + std::to_string(static_cast<int>(part * 100.0)) + " % of " +
-           std::to_string(all / 1'000'000) + " MB");
+  bar.draw({"Checking", part, "of " + std::to_string(all / 1'000'000) + " MB", {}});
 }
 
 int run(const Arguments& a) {

@@ -2,14 +2,23 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
+#include <optional>
 #include <string>
-#include <string_view>
 
 namespace velmor::disc {
 
-/// The bar alone, "[####......]", filled up to `part` of it (0 to 1; what lies outside is brought
-/// into that range).
-std::string barText(double part);
+/// How far something is.
+struct ProgressLine {
+  std::string what;            ///< "Rendering"
+  std::optional<double> part;  ///< 0 to 1; nothing where nobody knows, or where there is no length
+  std::string details;         ///< "55x real time"; may be empty
+  std::optional<double> seconds_left;
+};
+
+/// "Rendering [####......]  42 %  55x real time, 1:03 left" within `columns` characters: the bar
+/// goes first where that is too long, the details next.
+std::string textOf(const ProgressLine& line, size_t columns);
 
 /// Draws one line on standard error again and again; nothing at all when that is no terminal.
 class ProgressBar {
@@ -22,8 +31,8 @@ class ProgressBar {
 
   /// Whether it is time for another drawing: a few a second are enough for people.
   bool due() const;
-  /// Draws `line` in the place of the last one, due or not.
-  void draw(std::string_view line);
+  /// Draws `line` in the place of the last one, due or not, as wide as the terminal is.
+  void draw(const ProgressLine& line);
   /// Takes the line away, so that what follows begins on a clean one.
   void clear();
 

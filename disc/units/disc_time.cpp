@@ -64,4 +64,9 @@ std::string clockTime(double seconds) {
   return text;
 }
 
+std::string wholeSeconds(double seconds) {
+  const std::string text = clockTime(std::ceil(seconds));
+  return text.substr(0, text.find('.'));
+}
+
 }  // namespace velmor::disc

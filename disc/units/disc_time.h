@@ -31,5 +31,7 @@ std::string twoDigits(int64_t number);
 
 /// M:SS.mmm, or H:MM:SS.mmm from an hour on. `seconds` is not negative.
 std::string clockTime(double seconds);
+/// The same without the milliseconds, for what is still to come: rounded up.
+std::string wholeSeconds(double seconds);
 
 }  // namespace velmor::disc

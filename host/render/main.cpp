@@ -25,6 +25,7 @@
 #include "host/render/output/report.h"
 #include "host/render/plan/mark_fates.h"
 #include "host/render/plan/preflight.h"
+#include "host/render/plan/preflight_texts.h"
 #include "host/render/terminal/interrupt.h"
 #include "host/render/terminal/messages.h"
 #include "host/render/terminal/program_files.h"
@@ -60,6 +61,7 @@ std::vector<std::string> checked(const Options& options, const SinkConfig& confi
   PreflightFindings findings =
       checkBeforeRender(config, album.project, plan, options.allow_overlong);
   warnOfLostMarks(marks, findings);
+  if (options.burn.cd_text) checkCdTextLetters(album.project, plan, findings);
   if (!findings.errors.empty()) throw Failure(findings.errors.front());
   std::vector<std::string> warnings = album.warnings;
   warnings.insert(warnings.end(), findings.warnings.begin(), findings.warnings.end());

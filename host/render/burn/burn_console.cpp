@@ -40,20 +40,21 @@ bool hasLength(Phase phase) {
 
 }  // namespace
 
-std::string progressLine(const recording::BurnProgress& progress) {
-  std::string line = wordFor(progress.phase);
-  if (!hasLength(progress.phase)) return line + " ...";
-  const double part = std::clamp(progress.fraction, 0.0, 1.0);
-  char text[64];
-  snprintf(text, sizeof(text), " %3d %%", static_cast<int>(part * 100.0));
-  line += ' ' + disc::barText(part) + text;
+disc::ProgressLine progressLine(const recording::BurnProgress& progress) {
+  disc::ProgressLine line;
+  line.what = wordFor(progress.phase);
+  if (!hasLength(progress.phase)) return line;
+  line.part = progress.fraction;
   if (progress.track > 0) {
-    line += "  track " + std::to_string(progress.track) + " of " + std::to_string(progress.tracks);
+    line.details =
+        "track " + std::to_string(progress.track) + " of " + std::to_string(progress.tracks);
   }
   if (progress.speed > 0.0) {
+    char speed[64];
+    snprintf(speed, sizeof(speed), "%s%.1fx", line.details.empty() ? "" : ", ", progress.speed);
+    line.details += speed;
     const auto left = static_cast<double>(progress.sectors_total - progress.sectors_done);
-    snprintf(text, sizeof(text), ", %.1fx, ", progress.speed);
-    line += text + disc::clockTime(left / disc::kSectorsPerSecond / progress.speed) + " left";
+    line.seconds_left = left / disc::kSectorsPerSecond / progress.speed;
   }
   return line;
 }

@@ -30,7 +30,7 @@ class BurnConsole final : public recording::UserInterface {
   recording::Phase m_phase = recording::Phase::kPreparing;
 };
 
-/// One line without its end: "Burning [####......]  40 %  track 2 of 5, 16.0x, 1:03.000 left".
-std::string progressLine(const recording::BurnProgress& progress);
+/// "Burning [####......]  40 %  track 2 of 5, 16.0x, 1:03 left".
+disc::ProgressLine progressLine(const recording::BurnProgress& progress);
 
 }  // namespace velmor::render

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "disc/terminal/progress_bar.h"
-#include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 
 namespace velmor::render {
@@ -18,11 +17,10 @@ void Progress::show(int64_t frames) {
   const double part = static_cast<double>(frames) / static_cast<double>(m_total);
   const double elapsed = std::chrono::duration<double>(Clock::now() - m_begun).count();
   const double left = part > 0.0 ? elapsed / part - elapsed : 0.0;
-  char numbers[64];
-  snprintf(numbers, sizeof(numbers), " %3d %%  %.0fx real time, ", static_cast<int>(part * 100.0),
+  char speed[64];
+  snprintf(speed, sizeof(speed), "%.0fx real time",
            elapsed > 0.0 ? disc::secondsOf(frames) / elapsed : 0.0);
-  m_bar.draw(m_what + ' ' + disc::barText(part) + numbers + disc::clockTime(std::max(left, 0.0)) +
-             " left");
+  m_bar.draw({m_what, part, speed, left});
 }
 
 }  // namespace velmor::render

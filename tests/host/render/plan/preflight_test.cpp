@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "host/render/plan/preflight_texts.h"
 #include "tests/host/render/plan/marks.h"
 
 namespace velmor::render {
@@ -210,6 +211,20 @@ TEST(Preflight, SaysWhichInputsIsrcsGoToATrackThatBeginsBefore) {
   EXPECT_THAT(check(markersMode(), free, kSecond * 120).warnings,
               Not(Contains(HasSubstr("goes to track"))))
       << "whoever places a code by hand means the track it lies in";
+}
+
+TEST(Preflight, SaysWhichLettersCdTextLacks) {
+  const std::vector<Mark> marks = {marker(0, "Caf\u00e9"), marker(0, "PERF=Dvo\u0159\u00e1k")};
+  const auto warnings = [&](const HostProject& project) {
+    PreflightFindings findings;
+    checkCdTextLetters(project, planTracks(markersMode(), project.marks, kSecond * 60), findings);
+    return findings.warnings;
+  };
+  EXPECT_THAT(warnings({{marks[0]}, {}}), IsEmpty()) << "ISO 8859-1 has it";
+  EXPECT_THAT(warnings({marks, {}}),
+              ElementsAre(HasSubstr("no letter \"\u0159\"; on the disc plain")));
+  EXPECT_THAT(warnings({marks, {{"CUE:DISC_TITLE", "\u0141\u00f3d\u017a"}}}),
+              ElementsAre(HasSubstr("no letter \"\u0141\", \"\u017a\" and \"\u0159\"; on")));
 }
 
 TEST(Preflight, SaysWhichTitlesAreLongerThanReadersTake) {
