@@ -7,8 +7,11 @@ extern "C" {
 #include <libswresample/swresample.h>
 }
 
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
+#include <limits>
 #include <memory>
 #include <random>
 #include <vector>
@@ -33,8 +36,15 @@ struct Block {
   }
 };
 
-void convertBlocks(benchmark::State& state, ConvertFramesFn convert) {
-  Block block;
+/// What a broken plug-in sends: no numbers, infinities, and samples far out of range, among music.
+struct WildBlock : Block {
+  WildBlock() {
+    const double wild[] = {std::numeric_limits<double>::quiet_NaN(), HUGE_VAL, -HUGE_VAL, 1e15};
+    for (size_t i = 0; i < kBlock; i += 4) left[i] = right[i + 1] = wild[i / 4 % std::size(wild)];
+  }
+};
+
+void convertBlocks(benchmark::State& state, ConvertFramesFn convert, Block block = {}) {
   for (auto _ : state) {
     convert(block.left.data(), block.right.data(), kBlock, block.out.data());
     benchmark::ClobberMemory();
@@ -54,6 +64,17 @@ void conversionAvx2(benchmark::State& state) {
     return;
   }
   convertBlocks(state, convertFramesAvx2);
+}
+
+void conversionSse2Wild(benchmark::State& state) {
+  convertBlocks(state, convertFramesSse2, WildBlock());
+}
+void conversionAvx2Wild(benchmark::State& state) {
+  if (!processorHasAvx2()) {
+    state.SkipWithError("this processor has no AVX2");
+    return;
+  }
+  convertBlocks(state, convertFramesAvx2, WildBlock());
 }
 
 void conversionSwresample(benchmark::State& state) {
@@ -81,6 +102,8 @@ void conversionSwresample(benchmark::State& state) {
 BENCHMARK(conversionPlain);
 BENCHMARK(conversionSse2);
 BENCHMARK(conversionAvx2);
+BENCHMARK(conversionSse2Wild);
+BENCHMARK(conversionAvx2Wild);
 BENCHMARK(conversionSwresample);
 
 }  // namespace

@@ -45,7 +45,7 @@ void PCM_sink_iso::WriteDoubles(double** samples, int len, int nch, int offset, 
 
 template <class Cutter>
 void PCM_sink_iso::writeCut(SourceFrames block, Cutter cutter) {
-  for (;;) {
+  while (!cutter.done()) {
     const CutStep step = cutter.next(trackLength());
     switch (step.action) {
       case CutAction::kWriteFrames:
@@ -66,8 +66,6 @@ void PCM_sink_iso::writeCut(SourceFrames block, Cutter cutter) {
       case CutAction::kJoinRegion:
         recordRegion(step.title, step.position, step.length);
         break;
-      case CutAction::kBlockDone:
-        return;
     }
   }
 }

@@ -19,6 +19,14 @@ VELMOR_AVX2 __m256d doubledAndHalf(const double* x) {
   return _mm256_fmadd_pd(_mm256_loadu_pd(x), _mm256_set1_pd(65536.0), _mm256_set1_pd(0.5));
 }
 
+/// The same with silence for a NaN and with what is far beyond full scale brought near enough for
+/// 32 bits; it saturates all the same. (The order of the operands makes a NaN the result of both.)
+VELMOR_AVX2 __m256d tamed(__m256d y) {
+  const __m256d within =
+      _mm256_min_pd(_mm256_set1_pd(0x1p20), _mm256_max_pd(_mm256_set1_pd(-0x1p20), y));
+  return _mm256_and_pd(within, _mm256_cmp_pd(y, y, _CMP_ORD_Q));
+}
+
 /// Four frames from four y = 2 S x + 1/2 of each channel, rounded but not yet saturated: in each
 /// half of the result two samples of the left channel, then two of the right one. Doubles between
 /// 2^52 and 2^53 are the integers, so the sum y + 3 * 2^51 rounds to rne(y) + 3 * 2^51. The lower
@@ -40,6 +48,22 @@ VELMOR_AVX2 __m256i inImageOrder(__m256i first_four, __m256i last_four) {
   const __m256i packed = _mm256_packs_epi32(first_four, last_four);
   const __m256i frames = _mm256_shuffle_epi8(packed, _mm256_broadcastsi128_si256(frame_order));
   return _mm256_permute4x64_epi64(frames, _MM_SHUFFLE(3, 1, 2, 0));
+}
+
+VELMOR_AVX2 void storeEightFrames(__m256i eight, int16_t* out, int at) {
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 2 * static_cast<ptrdiff_t>(at)), eight);
+}
+
+/// Any samples at all: the first `frames` frames, a multiple of eight.
+VELMOR_AVX2 void convertWildFramesAvx2(const double* left, const double* right, int frames,
+                                       int16_t* out) {
+  for (int at = 0; at < frames; at += 8) {
+    const __m256i first_four =
+        roundFourFrames(tamed(doubledAndHalf(left + at)), tamed(doubledAndHalf(right + at)));
+    const __m256i last_four = roundFourFrames(tamed(doubledAndHalf(left + at + 4)),
+                                              tamed(doubledAndHalf(right + at + 4)));
+    storeEightFrames(inImageOrder(first_four, last_four), out, at);
+  }
 }
 
 /// The low half of the control register XCR0, which tells whose registers the system saves when it
@@ -83,14 +107,13 @@ VELMOR_AVX2 void convertFramesAvx2(const double* left, const double* right, int 
     energy[1] = _mm256_fmadd_pd(l4, l4, energy[1]);
     energy[2] = _mm256_fmadd_pd(r0, r0, energy[2]);
     energy[3] = _mm256_fmadd_pd(r4, r4, energy[3]);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 2 * static_cast<ptrdiff_t>(done)),
-                        inImageOrder(roundFourFrames(l0, r0), roundFourFrames(l4, r4)));
+    storeEightFrames(inImageOrder(roundFourFrames(l0, r0), roundFourFrames(l4, r4)), out, done);
   }
-  // A block that has such a sample is converted once more, sample by sample.
+  // A block that has such a sample is converted once more.
   const __m256d sum =
       _mm256_add_pd(_mm256_add_pd(energy[0], energy[1]), _mm256_add_pd(energy[2], energy[3]));
   const __m256d wild = _mm256_cmp_pd(sum, _mm256_set1_pd(0x1p60), _CMP_NLT_UQ);
-  if (_mm256_movemask_pd(wild)) done = 0;
+  if (_mm256_movemask_pd(wild)) convertWildFramesAvx2(left, right, done, out);
   convertFramesPlain(left + done, right + done, frames - done,
                      out + 2 * static_cast<ptrdiff_t>(done));
 }

@@ -24,7 +24,7 @@ bool MarkerCutter::canBeginATrack(const ProjectMark& mark) const {
 }
 
 CutStep MarkerCutter::next(double track_length) {
-  if (m_rest.frames < 1) return {};
+  assert(!done());
   if (m_reached.next) {
     const ProjectMark mark = std::exchange(m_reached, {});
     m_marker_index = mark.next;
@@ -50,7 +50,7 @@ CutStep MarkerCutter::next(double track_length) {
 }
 
 CutStep RegionCutter::next(double track_length) {
-  if (m_rest.frames < 1) return {};
+  assert(!done());
   if (m_reached.next) return enterRegion(track_length);
   // Writing must be followed by entering a region and entering by writing. Where the rounding would
   // have it otherwise, the rest of the block is written, so that there is an end.

@@ -1,6 +1,6 @@
 // Where a block of the render is cut: at the project's markers, or to its regions.
 //
-// A cutter is made for one block and asked what to do next until the block is done; it knows
+// A cutter is made for one block and asked what to do next until it is done with it; it knows
 // nothing of the image, except how long the current track is by now, which it is told with every
 // question.
 //
@@ -19,11 +19,10 @@ enum class CutAction {
   kBeginTrackAtMarker,  ///< begin a track of `title` and `position`
   kBeginTrackOfRegion,  ///< begin a track of `title`, `position` and `length`
   kJoinRegion,          ///< the current track goes on with a region of these
-  kBlockDone,
 };
 
 struct CutStep {
-  CutAction action = CutAction::kBlockDone;
+  CutAction action = CutAction::kWriteFrames;
   int64_t frames = 0;
   const char* title = "";  ///< the host's, until the next step is asked for
   double position = 0.0;   ///< project seconds at which the material begins
@@ -48,7 +47,8 @@ class MarkerCutter {
         m_hash_only(hash_only),
         m_marker_index(marker_index) {}
 
-  /// `track_length`: seconds in the image since the last track start.
+  bool done() const { return m_rest.frames < 1; }
+  /// Only before it is `done`. `track_length`: seconds in the image since the last track start.
   CutStep next(double track_length);
 
  private:
@@ -72,7 +72,8 @@ class RegionCutter {
         m_marker_index(marker_index),
         m_region_end(region_end) {}
 
-  /// `track_length` as above.
+  bool done() const { return m_rest.frames < 1; }
+  /// As above.
   CutStep next(double track_length);
 
  private:

@@ -66,7 +66,7 @@ class SourceBlocks {
         m_block_frames(std::clamp<size_t>(kBlockSamples / m_channels, 1, kBlockFrames)),
         m_plain_bytes(plainSampleBytes(m_sound->info().format)),
         m_frame_bytes(m_plain_bytes * m_channels),
-        m_bytes(m_plain_bytes ? m_block_frames * m_frame_bytes + sizeof(uint32_t) : 0),
+        m_bytes(m_plain_bytes ? m_block_frames * m_frame_bytes + kPlainSlack : 0),
         m_samples(m_plain_bytes ? 0 : m_block_frames * m_channels) {}
 
   bool mono() const { return m_channels == 1; }
@@ -79,42 +79,59 @@ class SourceBlocks {
   /// At most `available()` frames. `right` may be null in a mono file.
   void copy(double* left, double* right, size_t frames) {
     if (m_plain_bytes) {
-      const std::byte* bytes = m_bytes.data() + m_used * m_frame_bytes;
-      decodePlainSamples(bytes, m_plain_bytes, m_frame_bytes, left, frames);
-      if (!mono()) {
-        decodePlainSamples(bytes + m_plain_bytes, m_plain_bytes, m_frame_bytes, right, frames);
-      }
-      m_used += frames;
-      return;
-    }
-    const double* from = m_samples.data() + m_used * m_channels;
-    if (mono()) {
-      std::copy_n(from, frames, left);
+      copyPlain(left, right, frames);
     } else {
-      for (size_t i = 0; i < frames; ++i, from += m_channels) {
-        left[i] = from[0];
-        right[i] = from[1];
-      }
+      copyDecoded(left, right, frames);
     }
     m_used += frames;
   }
+  /// Whether `readPacked` can go on from here: not when frames wait for `copy`, nor with so many
+  /// channels that most of what it reads would be of no use.
+  bool isPackable() const { return m_plain_bytes != 0 && m_channels <= 2 && m_used == m_filled; }
+  /// The next frames, fewer only at the end. Throws like `available`.
+  void readPacked(AudioStretch& stretch, size_t frames) {
+    stretch.fillPacked(m_plain_bytes, m_channels, frames, [this](std::byte* to, size_t wanted) {
+      return accept(readPlain(to, static_cast<sf_count_t>(wanted)),
+                    static_cast<sf_count_t>(wanted));
+    });
+  }
 
  private:
+  void copyPlain(double* left, double* right, size_t frames) const {
+    const std::byte* from = m_bytes.data() + m_used * m_frame_bytes;
+    decodePlainFrames(from, m_plain_bytes, m_channels, left, right, frames);
+  }
+  void copyDecoded(double* left, double* right, size_t frames) const {
+    const double* from = m_samples.data() + m_used * m_channels;
+    if (mono()) {
+      std::copy_n(from, frames, left);
+      return;
+    }
+    for (size_t i = 0; i < frames; ++i, from += m_channels) {
+      left[i] = from[0];
+      right[i] = from[1];
+    }
+  }
   void load() {
     m_used = m_filled = 0;
     const auto wanted = static_cast<sf_count_t>(m_block_frames);
-    const sf_count_t got = readBlock(wanted);
+    m_filled = accept(m_plain_bytes ? readPlain(m_bytes.data(), wanted)
+                                    : sf_readf_double(m_sound->handle(), m_samples.data(), wanted),
+                      wanted);
+  }
+  /// Frames read, fewer than wanted at the end.
+  sf_count_t readPlain(std::byte* to, sf_count_t wanted) {
+    const auto width = static_cast<sf_count_t>(m_frame_bytes);
+    return sf_read_raw(m_sound->handle(), to, wanted * width) / width;
+  }
+  /// How many of the `got` frames that were read are the audio's: a chunk may follow it. Throws
+  /// when there should be more.
+  size_t accept(sf_count_t got, sf_count_t wanted) {
     const sf_count_t due = std::min<sf_count_t>(wanted, m_sound->info().frames - m_position);
     if (got < due || sf_error(m_sound->handle()) != SF_ERR_NO_ERROR)
       breakOff(std::max<sf_count_t>(got, 0));
     m_position += due;
-    m_filled = static_cast<size_t>(due);
-  }
-  /// Frames read, fewer than wanted at the end.
-  sf_count_t readBlock(sf_count_t wanted) {
-    if (!m_plain_bytes) return sf_readf_double(m_sound->handle(), m_samples.data(), wanted);
-    const auto width = static_cast<sf_count_t>(m_frame_bytes);
-    return sf_read_raw(m_sound->handle(), m_bytes.data(), wanted * width) / width;
+    return static_cast<size_t>(due);
   }
   [[noreturn]] void breakOff(sf_count_t got) const {
     const int rate = m_sound->info().samplerate;
@@ -152,6 +169,10 @@ class PlainInput : public AudioInput {
     }
     if (m_source.mono()) std::copy_n(left, done, right);
     return done;
+  }
+  void readStretch(AudioStretch& stretch, size_t frames) override {
+    if (!m_source.isPackable()) return AudioInput::readStretch(stretch, frames);
+    m_source.readPacked(stretch, frames);
   }
 
  private:
@@ -258,6 +279,11 @@ class DitheredInput : public AudioInput {
 };
 
 }  // namespace
+
+void AudioInput::readStretch(AudioStretch& stretch, size_t frames) {
+  stretch.fillDecoded(
+      frames, [this](double* left, double* right, size_t most) { return read(left, right, most); });
+}
 
 std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dither) {
   auto sound = std::make_unique<SoundFile>(path);

@@ -10,6 +10,7 @@
 
 #include "disc/failure.h"
 #include "disc/units/disc_units.h"
+#include "host/render/input/audio_stretch.h"
 #include "host/render/input/marks/mark.h"
 #include "host/render/input/marks/tags.h"
 
@@ -43,6 +44,8 @@ class AudioInput {
   /// A source of at most 16 bits at the disc's rate keeps its very samples. Throws `Failure`
   /// when the file breaks off.
   virtual size_t read(double* left, double* right, size_t frames) = 0;
+  /// The same for who decodes later, or elsewhere: `stretch` has 0 frames at the end.
+  virtual void readStretch(AudioStretch& stretch, size_t frames);
 
  protected:
   AudioInput() = default;

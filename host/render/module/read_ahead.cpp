@@ -1,7 +1,6 @@
 #include "host/render/module/read_ahead.h"
 
 #include <algorithm>
-#include <cassert>
 #include <memory>
 #include <span>
 #include <utility>
@@ -15,37 +14,32 @@ namespace velmor::render {
 namespace {
 
 constexpr size_t kPieceFrames = 16384;
-constexpr size_t kPiecesAhead = 6;
+/// A thread waits for a processor for some milliseconds when all are busy. So much is read ahead,
+/// and the reading thread woken so early, that the render does not wait along with it.
+constexpr size_t kPiecesAhead = 32;
+constexpr size_t kPiecesLeftToWakeAt = 24;
 constexpr const char* kEndsEarly = " ends before its stated length; copy or export it again";
 
-size_t pieceFrames(int block) {
-  assert(block >= 1);
-  const auto frames = static_cast<size_t>(block);
-  return std::max(kPieceFrames / frames, size_t{1}) * frames;
+/// Reads the next of `due` frames (at least 1) that the input must still have.
+void readFrames(AudioInput& input, int64_t due, AudioStretch& stretch) {
+  input.readStretch(stretch, std::min(kPieceFrames, static_cast<size_t>(due)));
+  if (stretch.frames() == 0) throw Failure(disc::inQuotes(input.info().path) + kEndsEarly);
 }
 
 /// Reads frames that are not rendered.
 void skip(AudioInput& input, int64_t frames) {
-  std::vector<double> left(kPieceFrames);
-  std::vector<double> right(kPieceFrames);
+  AudioStretch skipped;
   while (frames > 0) {
     stopIfInterrupted();
-    const size_t wanted = std::min(kPieceFrames, static_cast<size_t>(frames));
-    const size_t got = input.read(left.data(), right.data(), wanted);
-    if (got == 0) throw Failure(disc::inQuotes(input.info().path) + kEndsEarly);
-    frames -= static_cast<int64_t>(got);
+    readFrames(input, frames, skipped);
+    frames -= static_cast<int64_t>(skipped.frames());
   }
 }
 
 }  // namespace
 
-ReadAhead::ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither,
-                     int block)
-    : m_album(album),
-      m_written(written),
-      m_dither(dither),
-      m_piece_frames(pieceFrames(block)),
-      m_thread([this] { run(); }) {}
+ReadAhead::ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither)
+    : m_album(album), m_written(written), m_dither(dither), m_thread([this] { run(); }) {}
 
 ReadAhead::~ReadAhead() {
   {
@@ -66,9 +60,15 @@ bool ReadAhead::next(AudioPiece& piece) {
   std::swap(piece, m_ready.front());
   m_used.push_back(std::move(m_ready.front()));
   m_ready.pop_front();
+  const bool has_room = hasRoom();
   lock.unlock();
-  m_changed.notify_all();
+  if (has_room) m_changed.notify_all();
   return true;
+}
+
+/// Whether a reading thread that rests may go on.
+bool ReadAhead::hasRoom() const {
+  return m_ready.size() <= kPiecesLeftToWakeAt;
 }
 
 void ReadAhead::run() {
@@ -84,22 +84,26 @@ void ReadAhead::run() {
   m_changed.notify_all();
 }
 
+/// Packed samples are integers, of which none is beyond full scale.
 void ReadAhead::lookForClipping(const AudioPiece& piece) {
-  const auto end = piece.start + static_cast<int64_t>(piece.left.size());
+  if (piece.audio.isPacked()) return;
+  const auto end = piece.start + static_cast<int64_t>(piece.audio.frames());
   const auto ends_by = [](const FrameStretch& one, int64_t frame) { return one.end <= frame; };
   auto stretch = std::lower_bound(m_written.begin(), m_written.end(), piece.start, ends_by);
   for (; stretch != m_written.end() && stretch->begin < end; ++stretch) {
     const int64_t from = std::max(stretch->begin, piece.start);
     const auto at = static_cast<size_t>(from - piece.start);
     const auto count = static_cast<size_t>(std::min(stretch->end, end) - from);
-    m_clipping.look(std::span(piece.left).subspan(at, count),
-                    std::span(piece.right).subspan(at, count), from);
+    m_clipping.look(std::span(piece.audio.left()).subspan(at, count),
+                    std::span(piece.audio.right()).subspan(at, count), from);
   }
 }
 
 bool ReadAhead::put(AudioPiece&& piece) {
   std::unique_lock lock(m_mutex);
-  m_changed.wait(lock, [this] { return m_ready.size() < kPiecesAhead || m_stopped; });
+  if (m_ready.size() >= kPiecesAhead) {
+    m_changed.wait(lock, [this] { return hasRoom() || m_stopped; });
+  }
   if (m_stopped) return false;
   m_ready.push_back(std::move(piece));
   lock.unlock();
@@ -108,33 +112,15 @@ bool ReadAhead::put(AudioPiece&& piece) {
 }
 
 AudioPiece ReadAhead::takeUsed() {
-  AudioPiece piece;
-  {
-    const std::lock_guard lock(m_mutex);
-    if (!m_used.empty()) {
-      piece = std::move(m_used.back());
-      m_used.pop_back();
-    }
-  }
-  piece.left.resize(m_piece_frames);
-  piece.right.resize(m_piece_frames);
+  const std::lock_guard lock(m_mutex);
+  if (m_used.empty()) return {};
+  AudioPiece piece = std::move(m_used.back());
+  m_used.pop_back();
   return piece;
 }
 
-/// Reads the inputs one after the other. A piece may hold the end of one and the beginning of the
-/// next, since the module gets one stream.
 void ReadAhead::readAll() {
   int64_t at = m_album.render_start;
-  AudioPiece piece = takeUsed();
-  size_t filled = 0;
-  const auto deliver = [&] {
-    piece.left.resize(filled);
-    piece.right.resize(filled);
-    piece.start = at - m_album.render_start - static_cast<int64_t>(filled);
-    lookForClipping(piece);
-    filled = 0;
-    return put(std::move(piece));
-  };
   for (const AlbumInput& place : m_album.inputs) {
     const int64_t end = std::min(place.start + place.info.frames, m_album.render_end);
     if (end <= at) continue;
@@ -145,20 +131,14 @@ void ReadAhead::readAll() {
     }
     skip(*input, at - place.start);
     while (at < end) {
-      const size_t wanted = std::min(m_piece_frames - filled, static_cast<size_t>(end - at));
-      const size_t got =
-          input->read(piece.left.data() + filled, piece.right.data() + filled, wanted);
-      if (got == 0) {
-        throw Failure(disc::inQuotes(place.info.path) + kEndsEarly);
-      }
-      filled += got;
-      at += static_cast<int64_t>(got);
-      if (filled < m_piece_frames) continue;
-      if (!deliver()) return;
-      piece = takeUsed();
+      AudioPiece piece = takeUsed();
+      readFrames(*input, end - at, piece.audio);
+      piece.start = at - m_album.render_start;
+      at += static_cast<int64_t>(piece.audio.frames());
+      lookForClipping(piece);
+      if (!put(std::move(piece))) return;
     }
   }
-  if (filled > 0) deliver();
 }
 
 }  // namespace velmor::render

@@ -10,26 +10,27 @@
 #include <vector>
 
 #include "host/render/album/album.h"
+#include "host/render/input/audio_stretch.h"
 #include "host/render/module/clipping.h"
 #include "host/render/options/options.h"
 #include "host/render/plan/track_plan.h"
 
 namespace velmor::render {
 
-/// A stretch of the render, stereo.
+/// A stretch of the render, of one input.
 struct AudioPiece {
-  std::vector<double> left, right;  ///< of equal length
-  int64_t start = 0;                ///< frames from the render's start
+  AudioStretch audio;
+  int64_t start = 0;  ///< frames from the render's start
 };
 
 /// Delivers the render's range piece by piece. A bounded number of pieces is in flight, so memory
-/// does not grow with the album's length.
+/// does not grow with the album's length. A reading thread that is so far ahead rests until some
+/// pieces are used: to be woken for every one would cost more than to read it.
 class ReadAhead {
  public:
   /// `album` and `written`, the stretches of the render that the image is to hold, must outlive the
-  /// object. Every
-  /// piece but the last is a multiple of `block` frames (at least 1).
-  ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither, int block);
+  /// object.
+  ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither);
   ~ReadAhead();
   ReadAhead(const ReadAhead&) = delete;
   ReadAhead& operator=(const ReadAhead&) = delete;
@@ -42,6 +43,7 @@ class ReadAhead {
   const Clipping& clipping() const { return m_clipping; }
 
  private:
+  bool hasRoom() const;
   void run();
   void readAll();
   void lookForClipping(const AudioPiece& piece);
@@ -51,7 +53,6 @@ class ReadAhead {
   const Album& m_album;
   const std::vector<FrameStretch>& m_written;
   const Dither m_dither;
-  const size_t m_piece_frames;
   Clipping m_clipping;
 
   std::mutex m_mutex;

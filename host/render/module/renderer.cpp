@@ -1,6 +1,5 @@
 #include "host/render/module/renderer.h"
 
-#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <memory>
@@ -10,6 +9,7 @@
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/album/host_project.h"
+#include "host/render/module/album_blocks.h"
 #include "host/render/module/host_callbacks.h"
 #include "host/render/module/read_ahead.h"
 #include "host/render/module/write_failure.h"
@@ -53,16 +53,14 @@ void checkFormat(PCM_sink& sink) {
 
 void stream(PCM_sink& sink, ReadAhead& audio, const Options& options, const std::string& image_path,
             Progress& progress) {
-  AudioPiece piece;
-  while (audio.next(piece)) {
-    double* channels[] = {piece.left.data(), piece.right.data()};
-    const int frames = static_cast<int>(piece.left.size());
-    for (int at = 0; at < frames; at += options.block) {
-      sink.WriteDoubles(channels, std::min(options.block, frames - at), 2, at, 1);
-      stopIfInterrupted();  // comes first, since an interruption makes writes fail too
-      stopOnWriteFailure(image_path);
-    }
-    progress.show(piece.start + frames);
+  AlbumBlocks blocks(audio, options.block);
+  int64_t rendered = 0;
+  while (const int frames = blocks.next()) {
+    sink.WriteDoubles(blocks.channels(), frames, 2, 0, 1);
+    stopIfInterrupted();  // comes first, since an interruption makes writes fail too
+    stopOnWriteFailure(image_path);
+    rendered += frames;
+    progress.show(rendered);
   }
 }
 
@@ -78,7 +76,7 @@ RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& conf
   const std::unique_ptr<PCM_sink> sink = makeSink(module, config, sheet_path);
   stopIfInterrupted();
   checkFormat(*sink);
-  ReadAhead audio(album, plan.written, options.dither, options.block);
+  ReadAhead audio(album, plan.written, options.dither);
   {
     Progress progress("Rendering", album.frames(), !options.quiet);
     stream(*sink, audio, options, image_path, progress);

@@ -218,7 +218,7 @@ TEST_P(Conversion, DuplicatesAChannelGivenTwice) {
   }
 }
 
-// A block with one wild sample is converted by the plain form: these are all tame.
+// A block with one wild sample is converted in another way: these are all tame.
 TEST_P(Conversion, HoldsForRandomSamples) {
   std::mt19937_64 random(4);
   std::uniform_real_distribution<double> around_full_scale(-1.02, 1.02);

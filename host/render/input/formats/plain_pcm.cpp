@@ -9,8 +9,6 @@
 namespace velmor::render {
 namespace {
 
-constexpr double kFullScale = 2147483648.0;  // 2^31
-
 bool isLittleEndian(int format) {
   switch (format & SF_FORMAT_TYPEMASK) {
     case SF_FORMAT_WAV:
@@ -23,12 +21,11 @@ bool isLittleEndian(int format) {
   }
 }
 
-/// A sample's bytes become the upper ones of 32 bits, so that every width has the same full scale.
 template <int kUnusedBits>
 double sampleAt(const std::byte* from) {
   uint32_t bits = 0;
   std::memcpy(&bits, from, sizeof bits);
-  return static_cast<int32_t>(bits << kUnusedBits) * (1.0 / kFullScale);
+  return static_cast<int32_t>(bits << kUnusedBits) * (1.0 / kPlainFullScale);
 }
 
 template <int kUnusedBits>
@@ -59,9 +56,9 @@ size_t plainSampleBytes(int format) {
   }
 }
 
-void decodePlainSamples(const std::byte* from, size_t bytes, size_t stride, double* out,
+void decodePlainSamples(const std::byte* from, size_t sample_bytes, size_t stride, double* out,
                         size_t count) {
-  switch (bytes) {
+  switch (sample_bytes) {
     case 2:
       return decode<16>(from, stride, out, count);
     case 3:
@@ -69,6 +66,20 @@ void decodePlainSamples(const std::byte* from, size_t bytes, size_t stride, doub
     default:
       return decode<0>(from, stride, out, count);
   }
+}
+
+void decodePlainFrames(const std::byte* from, size_t sample_bytes, size_t channels, double* left,
+                       double* right, size_t count) {
+  static const bool kByVectors = processorDecodesByVectors();
+  const size_t frame_bytes = channels * sample_bytes;
+  size_t done = 0;
+  if (channels == 2 && kByVectors) {
+    done = decodePlainStereoByVectors(from, sample_bytes, left, right, count);
+    from += done * frame_bytes;
+  }
+  decodePlainSamples(from, sample_bytes, frame_bytes, left + done, count - done);
+  if (channels == 1) return;
+  decodePlainSamples(from + sample_bytes, sample_bytes, frame_bytes, right + done, count - done);
 }
 
 }  // namespace velmor::render

@@ -166,7 +166,7 @@ TEST(Inputs, MemoryDoesNotGrowWithTheirLength) {
   const Ended lengthy = render({folder / "long.wav", "-o", folder / "b"});
   ASSERT_EQ(lengthy.status, 0) << lengthy.err;
   EXPECT_LT(lengthy.peak_kilobytes, brief.peak_kilobytes + 4096);
-  EXPECT_LT(lengthy.peak_kilobytes, 64 * 1024);
+  EXPECT_LT(lengthy.peak_kilobytes, 32 * 1024);
 }
 
 }  // namespace

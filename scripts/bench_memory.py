@@ -1,8 +1,0 @@
-"""bench_memory.py COMMAND...: runs a command and prints its peak resident memory in bytes."""
-
-import resource
-import subprocess
-import sys
-
-subprocess.run(sys.argv[1:], check=True, stdout=subprocess.DEVNULL)
-print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss * 1024)
