@@ -25,7 +25,9 @@ TrackSource& sourceOf(burn::burn_source* source) {
 /// Called on libburn's worker thread. When the feed fails, the burn is cancelled here: the return
 /// value alone would make libburn fill the track up with zeros and report success.
 int readSector(burn::burn_source* source, unsigned char* buffer, int size) {
-  const TrackSource& track = sourceOf(source);
+  // A copy: the feed's answer orders all that was read before it in front of the source's end on
+  // the main thread, and nothing that is read after it.
+  const TrackSource track = sourceOf(source);
   if (size == disc::kBytesPerSector && track.feed->next(track.track, buffer)) return size;
   burn::burn_drive_cancel(track.drive);
   return -1;
