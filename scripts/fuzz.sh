@@ -75,7 +75,7 @@ fuzz_one() {
     "$programs/fuzz_$target" "${options[@]}" "$corpus" "fuzz/seeds/$target" >"$log" 2>&1 || result=$?
   rm -rf "$scratch"
   if [ "$result" = 0 ]; then
-    # How many of the edges between the project's own pieces of code were passed.
+    # Edges between pieces of the project's own code: those passed, and all that the program has.
     printf '%-16s %9s inputs %6s a second, %5s of %5s edges\n' "$target" \
       "$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")" \
       "$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log")" \
