@@ -50,7 +50,9 @@ TEST(FillSizes, BlocksFrom16384BytesAreWholeAndHalfInTurn) {
     const std::vector<int64_t> fills = fillsOf(size);
     for (size_t i = 0; i < fills.size(); ++i) {
       EXPECT_TRUE(fills[i] == size || fills[i] == size / 2) << fills[i];
-      if (i > 0) EXPECT_NE(fills[i], fills[i - 1]);
+      if (i > 0) {
+        EXPECT_NE(fills[i], fills[i - 1]);
+      }
     }
   }
 }
