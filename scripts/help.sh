@@ -10,7 +10,9 @@ cat <<'TEXT'
   build     build what ships, the tests and the benchmarks into build/release
   render    run velmor-render: ./dev render [options] INPUT... -o ALBUM.cue (--help lists the options)
   bench     measure the speed, in ratios to other ways of doing the same
-  fuzz      fuzz the renders and parsers: ./dev fuzz [MINUTES]
+  coverage  which conditions of the module the tests never saw go one way, and why
+  fuzz      fuzz the renders and parsers: ./dev fuzz [MINUTES]; ./dev fuzz --keep makes seeds of what was learnt
+  threads   run the tests that have threads under ThreadSanitizer
   lint      check format, includes, shell scripts, man pages and clang-tidy (--all: each file by itself,
             the tests too)
   format    put every source file into the project's format

@@ -61,8 +61,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   arguments.push_back(nullptr);
   std::optional<velmor::render::Options> options;
   try {
+    // Making the parser takes longer than reading a line.
+    static velmor::render::CommandLineParser parser;
     const Silence silence;
-    options = velmor::render::parseCommandLine(static_cast<int>(words.size()), arguments.data());
+    options = parser.parse(static_cast<int>(words.size()), arguments.data());
   } catch (const velmor::render::UsageError&) {
     return 0;
   }

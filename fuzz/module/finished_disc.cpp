@@ -1,14 +1,8 @@
 #include "fuzz/module/finished_disc.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <string>
 #include <vector>
 
 #include "fuzz/kit/fuzz_target.h"
@@ -22,22 +16,16 @@ constexpr int kFrameBytes = 4;
 constexpr int kSectorsPerSecond = 75;
 constexpr double kSampleRate = 44100.0;
 
-std::string contentsOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  require(file.good(), "the finished sheet can be read");
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// The sheet's text behind `at` up to the next line end. Names hold no line break here, so that
 /// only the sheet's own lines end.
-std::string lineAt(const std::string& sheet, size_t at) {
-  return sheet.substr(at, sheet.find("\r\n", at) - at);
+std::string lineAt(std::string_view sheet, size_t at) {
+  return std::string(sheet.substr(at, sheet.find("\r\n", at) - at));
 }
 
 /// Counts the tracks, which must be numbered without a gap.
-int countTracks(const std::string& sheet) {
+int countTracks(std::string_view sheet) {
   int tracks = 0;
-  for (size_t at = 0; (at = sheet.find(" AUDIO\r\n", at)) != std::string::npos; ++at) {
+  for (size_t at = 0; (at = sheet.find(" AUDIO\r\n", at)) != std::string_view::npos; ++at) {
     char expected[64];
     snprintf(expected, sizeof(expected), "  TRACK %02d", ++tracks);
     const std::string line(expected);
@@ -48,10 +36,10 @@ int countTracks(const std::string& sheet) {
 }
 
 /// The sectors of the sheet's INDEX 01 lines.
-std::vector<long long> trackStarts(const std::string& sheet) {
+std::vector<long long> trackStarts(std::string_view sheet) {
   const std::string key = "    INDEX 01 ";
   std::vector<long long> starts;
-  for (size_t at = 0; (at = sheet.find(key, at)) != std::string::npos; ++at) {
+  for (size_t at = 0; (at = sheet.find(key, at)) != std::string_view::npos; ++at) {
     const std::string line = lineAt(sheet, at + key.size());
     long long minutes = 0;
     int seconds = 0;
@@ -69,12 +57,10 @@ std::vector<long long> trackStarts(const std::string& sheet) {
 
 }  // namespace
 
-void requireWholeDisc(const std::string& sheet_path, const std::string& image_path,
-                      double seconds) {
-  const auto bytes = static_cast<long long>(std::filesystem::file_size(image_path));
+void requireWholeDisc(std::string_view sheet, size_t image_bytes, double seconds) {
+  const auto bytes = static_cast<long long>(image_bytes);
   require(bytes % kSectorBytes == 0, "the image is whole sectors");
 
-  const std::string sheet = contentsOf(sheet_path);
   const int tracks = countTracks(sheet);
   require(tracks >= 1, "the sheet has a track");
   const double uncounted = static_cast<double>(bytes) / kFrameBytes - seconds * kSampleRate;
@@ -85,13 +71,6 @@ void requireWholeDisc(const std::string& sheet_path, const std::string& image_pa
   for (size_t i = 1; i < starts.size(); ++i)
     require(starts[i] > starts[i - 1], "tracks start one after the other");
   require(starts.back() <= bytes / kSectorBytes, "the last track starts inside the image");
-}
-
-void requireClosed(const std::string& path) {
-  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  require(fd >= 0, "a render's file is there after it");
-  require(flock(fd, LOCK_EX | LOCK_NB) == 0, "nobody holds a render's file after it");
-  close(fd);
 }
 
 }  // namespace fuzz

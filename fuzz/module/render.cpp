@@ -1,10 +1,8 @@
 // A whole render through the registered sink, as a script tells it.
-#include <fcntl.h>
 #include <strings.h>
 
 #include <cmath>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 
 #include "abi/exports.h"
@@ -12,13 +10,13 @@
 #include "abi/quelm_provider.h"
 #include "abi/sink_registration.h"
 #include "fuzz/kit/fuzz_target.h"
-#include "fuzz/kit/working_folder.h"
 #include "fuzz/module/finished_disc.h"
+#include "fuzz/module/memory_files.h"
 #include "fuzz/module/render_script.h"
-#include "tests/kit/scratch_folder.h"
 
 namespace {
 
+using fuzz::MemoryFiles;
 using fuzz::RenderScript;
 using fuzz::require;
 using fuzz::ScriptMark;
@@ -109,10 +107,10 @@ std::string imageBeside(const std::string& sheet) {
   return (named_as_sheet ? sheet.substr(0, sheet.rfind('.')) : sheet) + ".bin";
 }
 
-int openFiles() {
-  int files = 0;
-  for (int fd = 0; fd < 128; ++fd) files += fcntl(fd, F_GETFD) >= 0;
-  return files;
+/// Requires that nobody has a file of the render any more, nor its lock.
+void requireClosed(const std::string& name) {
+  require(MemoryFiles::exists(name), "a render's file is there after it");
+  require(!MemoryFiles::isHeld(name), "nobody holds a render's file after it");
 }
 
 /// One channel's buffer, without a sample to spare on either side.
@@ -123,8 +121,16 @@ struct ChannelBuffer {
   ChannelBuffer(const ScriptStep& step, int frames) {
     const int reach = (frames - 1) * step.spacing;
     offset = step.offset + (reach < 0 ? -reach : 0);
-    samples.resize(static_cast<size_t>(offset + (reach > 0 ? reach : 0)) + 1);
-    for (size_t i = 0; i < samples.size(); ++i) samples[i] = step.values[i % step.values.size()];
+    const size_t count = static_cast<size_t>(offset + (reach > 0 ? reach : 0)) + 1;
+    samples.resize(count);
+    // What is there is copied behind itself, again and again.
+    size_t there = std::min(count, step.values.size());
+    std::copy(step.values.data(), step.values.data() + there, samples.data());
+    while (there < count) {
+      const size_t more = std::min(there, count - there);
+      std::copy(samples.data(), samples.data() + more, samples.data() + there);
+      there += more;
+    }
   }
 };
 
@@ -167,6 +173,7 @@ void ask(PCM_sink& sink) {
 /// Plays the steps; whether the render was finished.
 bool play(PCM_sink& sink, const std::string& sheet, const std::string& image) {
   bool finished = false;
+  size_t changes = 0;
   for (const ScriptStep& step : g_script->steps) {
     switch (step.kind) {
       case ScriptStep::Kind::kStart:
@@ -178,15 +185,17 @@ bool play(PCM_sink& sink, const std::string& sheet, const std::string& image) {
       case ScriptStep::Kind::kFinish:
         require(sink.Extended(kSinkRenderFinished, nullptr, nullptr, nullptr) == 1,
                 "a finish is answered");
+        if (!finished) {
+          changes = MemoryFiles::changes();
+          fuzz::requireWholeDisc(MemoryFiles::contents(sheet), MemoryFiles::contents(image).size(),
+                                 sink.GetLength());
+          requireClosed(sheet);
+          requireClosed(image);
+        }
         finished = true;
         break;
     }
-    if (finished) {
-      // Checked after every later step too: a finished disc takes nothing more.
-      fuzz::requireClosed(sheet);
-      fuzz::requireClosed(image);
-      fuzz::requireWholeDisc(sheet, image, sink.GetLength());
-    }
+    require(!finished || MemoryFiles::changes() == changes, "a finished disc takes nothing more");
     ask(sink);
   }
   return finished;
@@ -206,10 +215,11 @@ void render(SinkRegistration& registration) {
   ask(*sink);
   const bool finished = play(*sink, sheet, image);
   sink.reset();
-  fuzz::requireClosed(sheet);
-  fuzz::requireClosed(image);
-  if (!finished)
-    require(std::filesystem::file_size(sheet) == 0, "a render given up leaves no sheet");
+  requireClosed(sheet);
+  requireClosed(image);
+  if (!finished) {
+    require(MemoryFiles::contents(sheet).empty(), "a render given up leaves no sheet");
+  }
   require(!g_write_failed, "no write fails");
 }
 
@@ -222,17 +232,13 @@ extern "C" QuelmLookupFn quelmGetAPPAPIFunc() {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const test_kit::ScratchFolder kFolder;
   const RenderScript script = fuzz::parseRenderScript(fuzz::textOf(data, size));
   g_script = &script;
   g_write_failed = false;
   SinkRegistration& registration = boundSink();
-  const int files_before = openFiles();
-  {
-    const fuzz::WorkingFolder standing(kFolder);
-    render(registration);
-  }
-  require(openFiles() == files_before, "a render leaves no file open");
+  const MemoryFiles files;
+  render(registration);
+  require(MemoryFiles::openCount() == 0, "a render leaves no file open");
   g_script = nullptr;
   return 0;
 }

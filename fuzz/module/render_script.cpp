@@ -9,8 +9,8 @@ namespace fuzz {
 
 namespace {
 
-constexpr int kMostFrames = 20 * 44100;
-constexpr int kMostBlocks = 4000;
+constexpr int kMostFrames = 9 * 44100;  ///< two cuts: a track has four seconds
+constexpr int kMostBlocks = 400;
 constexpr int kLargestBlock = 65536;
 constexpr int kLongestSilence = 1500;  ///< milliseconds
 constexpr size_t kMostMarks = 64;

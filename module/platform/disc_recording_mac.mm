@@ -123,7 +123,7 @@ class AppleDiscRecording final : public DiscRecordingService {
  private:
   /// One name out of a recorder's description, which is asked for once per recorder and round.
   const char* nameOf(void* device, NSString* key) {
-    if (m_described != device || m_described == nil) {
+    if (m_described != device) {
       m_described = static_cast<DRDevice*>(device);
       m_description = [m_described info];
     }

@@ -98,7 +98,7 @@ void PCM_sink_iso::writeFrames(const SourceFrames& block, int frames) {
   const int64_t samples = int64_t{frames} * m_nch;
   const int count = static_cast<int>(std::min<int64_t>(samples, INT_MAX));
   short* const converted = m_convbuf.Resize(count, false);
-  if (m_convbuf.GetSize() != count || samples > INT_MAX / static_cast<int>(sizeof(short))) {
+  if (m_convbuf.GetSize() != count) {  // also when their bytes are more than an int can count
     YDK_FileWrite::ReportFailure(kDiskOtherError);
     return;
   }

@@ -39,7 +39,7 @@ class YDK_FileRead {
   int m_bufused = 0;       ///< valid bytes in the block
   int m_bufpos = 0;        ///< offset of the next byte inside the block
   int64_t m_pos = 0;       ///< offset in the file of the next byte the caller gets
-  int64_t m_reserved = 0;
+  int64_t m_reserved = 0;  ///< always 0; holds its place in the fixed layout, read by nobody
   int64_t m_fsize = 0;     ///< bytes
   void* m_mmap = nullptr;  ///< mapping of the whole file
   void* m_mem = nullptr;   ///< copy of the whole file
@@ -48,6 +48,6 @@ class YDK_FileRead {
   bool m_locked = false;           ///< a shared lock is held
   bool m_size_may_change = false;  ///< no lock: another process may be writing
   bool m_seeked = true;            ///< the next fill comes after a seek
-  bool m_flag = false;
-  bool m_uncached = false;  ///< pages read are to be given back to the system
+  bool m_flag = false;             ///< likewise, false
+  bool m_uncached = false;         ///< pages read are to be given back to the system
 };

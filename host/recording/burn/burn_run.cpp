@@ -176,6 +176,7 @@ void BurnRun::write(const SessionPlan& plan, const DiscInDrive& before) {
     follow(feed, plan);
   } catch (...) {
     stop();  // before `feed` goes: the recorder's worker thread reads from it as long as it runs
+    feed.settle();
     throw;
   }
   conclude(feed, plan, before);
@@ -219,6 +220,7 @@ void BurnRun::follow(SectorFeed& feed, const SessionPlan& plan) {
 }
 
 void BurnRun::conclude(const SectorFeed& feed, const SessionPlan& plan, const DiscInDrive& before) {
+  feed.settle();
   if (feed.cancelled()) m_outcome.cancelled = true;
   if (feed.failed())
     m_outcome.failure = "the burn failed: " + feed.failure();

@@ -18,14 +18,18 @@ struct TrackSource {
   off_t bytes;
 };
 
-TrackSource& sourceOf(burn::burn_source* source) {
-  return *static_cast<TrackSource*>(source->data);
+/// For libburn's worker thread: a copy, after which nothing of the source itself is read, so that
+/// the feed can say on the main thread that all reading came before the source's end.
+TrackSource sourceOf(burn::burn_source* source) {
+  const TrackSource copy = *static_cast<TrackSource*>(source->data);
+  copy.feed->sourceWasRead();
+  return copy;
 }
 
 /// Called on libburn's worker thread. When the feed fails, the burn is cancelled here: the return
 /// value alone would make libburn fill the track up with zeros and report success.
 int readSector(burn::burn_source* source, unsigned char* buffer, int size) {
-  const TrackSource& track = sourceOf(source);
+  const TrackSource track = sourceOf(source);
   if (size == disc::kBytesPerSector && track.feed->next(track.track, buffer)) return size;
   burn::burn_drive_cancel(track.drive);
   return -1;

@@ -23,6 +23,12 @@ class SectorFeed {
   /// False when the burn must stop: something has failed, or it was cancelled.
   bool next(size_t track, unsigned char* sector);
 
+  /// On the recorder's thread, whenever it has read what is freed after the burn; and on the other,
+  /// once the recorder is idle: from here on all those reads are over. The recorder's own word is
+  /// no order that the language knows.
+  void sourceWasRead() { m_reads.fetch_add(1); }
+  void settle() const { m_reads.load(); }
+
   int64_t delivered() const { return m_delivered.load(); }  ///< sectors
   bool complete() const { return delivered() == m_plan.sectors; }
   bool failed() const { return m_failed.load(); }
@@ -39,6 +45,7 @@ class SectorFeed {
   const std::atomic<bool>* m_cancel;
   size_t m_track = 0;    // the track being read
   int64_t m_offset = 0;  // sectors of it that were delivered, its pregap included
+  std::atomic<int64_t> m_reads{0};
   std::atomic<int64_t> m_delivered{0};
   std::atomic<bool> m_failed{false};
   std::atomic<bool> m_cancelled{false};

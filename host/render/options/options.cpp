@@ -44,20 +44,31 @@ struct RawOptions {
   bool no_embedded_markers = false;
 };
 
-void addInputsAndOutput(CLI::App& app, Options& options) {
-  CLI::Option* const inputs =
-      app.add_option("INPUT", options.inputs, "audio files, laid end to end in this order")
-          ->required()
-          ->type_name("");
-  CLI::Option* const output = app.add_option("-o,--output", options.output,
-                                             "the cue sheet to write; the image goes beside it")
-                                  ->required()
-                                  ->type_name("ALBUM.cue");
+/// What every render needs, and a list of drives does not.
+struct RequiredOptions {
+  CLI::Option* inputs = nullptr;
+  CLI::Option* output = nullptr;
+
+  void require(bool required) const {
+    inputs->required(required);
+    output->required(required);
+  }
+};
+
+RequiredOptions addInputsAndOutput(CLI::App& app, Options& options) {
+  const RequiredOptions required{
+      .inputs =
+          app.add_option("INPUT", options.inputs, "audio files, laid end to end in this order")
+              ->required()
+              ->type_name(""),
+      .output = app.add_option("-o,--output", options.output,
+                               "the cue sheet to write; the image goes beside it")
+                    ->required()
+                    ->type_name("ALBUM.cue")};
   app.add_flag("--force", options.force, "replace an existing sheet and image");
-  const auto list_instead = [inputs, output, &options] {
+  const auto list_instead = [required, &options] {
     options.list_drives = true;
-    inputs->required(false);
-    output->required(false);
+    required.require(false);
   };
   app.add_flag_callback("--list-drives", list_instead,
                         "list the recorders and what is in them, and do nothing else")
@@ -65,6 +76,7 @@ void addInputsAndOutput(CLI::App& app, Options& options) {
       ->group("Burn");
   app.add_flag("--portable-cue", options.portable_cue,
                "also write ALBUM.portable.cue, a sheet for other readers, and check both");
+  return required;
 }
 
 /// No lead-in is longer than the disc that it is to be on.
@@ -214,21 +226,38 @@ void readRaw(const RawOptions& raw, Options& options) {
 
 }  // namespace
 
-std::optional<Options> parseCommandLine(int argc, char** argv) {
+/// CLI11's description of the options, and the places that it fills.
+struct CommandLineParser::Parts {
   Options options;
   RawOptions raw;
-  CLI::App app(kAbout, kProgram);
+  CLI::App app{kAbout, kProgram};
+  RequiredOptions required;
+};
+
+CommandLineParser::CommandLineParser() : m_parts(std::make_unique<Parts>()) {
+  CLI::App& app = m_parts->app;
+  Options& options = m_parts->options;
   app.footer(std::string(kExamples) + settingsFilePath());
   app.set_version_flag("--version", std::string(kProgram) + " " + disc::kVersion);
   app.get_formatter()->column_width(38);
-  addInputsAndOutput(app, options);
-  addTrackOptions(app, options, raw);
-  addTextOptions(app, options, raw);
-  addRenderOptions(app, options, raw);
+  m_parts->required = addInputsAndOutput(app, options);
+  addTrackOptions(app, options, m_parts->raw);
+  addTextOptions(app, options, m_parts->raw);
+  addRenderOptions(app, options, m_parts->raw);
   addBurnOptions(app, options.burn);
+}
+
+CommandLineParser::~CommandLineParser() = default;
+
+std::optional<Options> CommandLineParser::parse(int argc, char** argv) {
+  CLI::App& app = m_parts->app;
+  Options& options = m_parts->options;
+  options = {};
+  m_parts->raw = {};
+  m_parts->required.require(true);
   try {
     app.parse(argc, argv);
-    readRaw(raw, options);
+    readRaw(m_parts->raw, options);
     checkBurnOptions(app, options.burn);
   } catch (const CLI::CallForHelp&) {
     fputs(app.help().c_str(), stdout);
@@ -242,6 +271,10 @@ std::optional<Options> parseCommandLine(int argc, char** argv) {
     throw UsageError(error.what());
   }
   return options;
+}
+
+std::optional<Options> parseCommandLine(int argc, char** argv) {
+  return CommandLineParser().parse(argc, argv);
 }
 
 bool asksForJson(int argc, char** argv) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -52,8 +53,24 @@ struct Options {
   bool portable_cue = false;
 };
 
-/// The options of a command line; nothing when it asked for help or the version, which are then
-/// printed. Throws `UsageError` for one that makes no sense.
+/// Reads command lines, one after the other: a line knows nothing of the ones before.
+class CommandLineParser {
+ public:
+  CommandLineParser();
+  ~CommandLineParser();
+  CommandLineParser(const CommandLineParser&) = delete;
+  CommandLineParser& operator=(const CommandLineParser&) = delete;
+
+  /// The options of a command line; nothing when it asked for help or the version, which are then
+  /// printed. Throws `UsageError` for one that makes no sense.
+  std::optional<Options> parse(int argc, char** argv);
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> m_parts;
+};
+
+/// The same for the one command line that a program has.
 std::optional<Options> parseCommandLine(int argc, char** argv);
 
 /// Whether results are wanted as JSON. Holds also for a command line that is wrong otherwise: its

@@ -2,16 +2,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <climits>
 #include <filesystem>
 
 #include "abi/exports.h"
+#include "abi/host_functions.h"
 #include "abi/track_source.h"
 #include "module/burn/burn_dialog.h"
 #include "module/burn/burn_engine.h"
 #include "module/plugin/quelm_modstub.h"
 #include "tests/fake_host/plugin_host.h"
 #include "tests/fake_host/windowing_layer.h"
+#include "tests/kit/system_calls.h"
 #include "tests/module/burn/image_file.h"
 #include "tests/module/burn/scripted_recording_service.h"
 
@@ -132,6 +135,15 @@ TEST_F(BurnRun, LengthsOf32BitsWrapOnAnImageOfSeveralGigabytes) {
                               kBlocks - INT_MAX / kSector)));
 }
 
+TEST_F(BurnRun, WithoutARecorderAsksTheServiceForNothing) {
+  const ImageFile image(kSector);
+  YDK_FileRead reader(image.path.c_str());
+  const int first = 0;
+  CDBurn_Run(0, 1, &first, &reader, false, false);
+  EXPECT_THAT(m_recorders.journal, IsEmpty());
+  EXPECT_EQ(m_recorders.panels, 0);
+}
+
 // The dialog with what a sink never hands it.
 
 class BurnWithout : public testing::Test {
@@ -209,6 +221,43 @@ TEST_F(BurnWithout, ARecordingServiceThereIsNothingToSelect) {
   });
   EXPECT_THAT(m_windowing.calls,
               testing::Contains("MessageBox(\"Select a recorder\", \"CD Burn Error\", 0)"));
+}
+
+TEST_F(BurnWithout, MemoryForTheOffsetsNoRecorderIsTouched) {
+  const double starts[] = {0.0, 4.0};
+  open(m_image.path.c_str(), nullptr, starts, 2, [this](Window& dialog) {
+    m_recorders.journal.clear();
+    test_kit::SystemCalls calls;
+    calls.fail(test_kit::Call::kRealloc, ENOMEM);
+    calls.fail(test_kit::Call::kMalloc, ENOMEM);
+    pressBurn(dialog);
+  });
+  EXPECT_THAT(m_recorders.journal, IsEmpty());
+  EXPECT_EQ(m_recorders.panels, 0);
+}
+
+TEST_F(BurnWithout, AFormatterOfTimesTheDurationColumnIsEmpty) {
+  format_timestr = nullptr;
+  const double starts[] = {0.0, 4.0};
+  open(m_image.path.c_str(), nullptr, starts, 2, [](Window& dialog) {
+    EXPECT_THAT(dialog.control(1018)->rows,
+                ElementsAre(ElementsAre("1", "", ""), ElementsAre("2", "", "")));
+  });
+}
+
+TEST_F(BurnWithout, AnObjectForATitleItsCellIsEmpty) {
+  const double starts[] = {0.0};
+  YDK_PtrList<YDK_String> names;
+  names.Add(nullptr);
+  open(m_image.path.c_str(), &names, starts, 1,
+       [](Window& dialog) { EXPECT_EQ(dialog.control(1018)->rows[0][1], ""); });
+}
+
+TEST_F(BurnWithout, ACharacterThatFitsARecordersVendorIsLeftOut) {
+  // 600 bytes without the beginning of a character among them.
+  m_recorders.devices[0].vendor = std::string(600, '\x80');
+  open(m_image.path.c_str(), nullptr, nullptr, 0,
+       [](Window& dialog) { EXPECT_THAT(dialog.control(1015)->items, ElementsAre("BURNER")); });
 }
 
 }  // namespace

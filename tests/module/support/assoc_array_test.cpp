@@ -322,5 +322,31 @@ TEST(TextKeys, OwnTheirCopiesOfKeysAndValues) {
   EXPECT_STREQ(*metadata.Find("Title"), "Day Drive");
 }
 
+int compareNumbers(const int* a, const int* b) {
+  return *a - *b;
+}
+
+TEST(AssocArrayOfPlainKeys, GrowthWithoutMemoryInsertsNothingAndDisposesOfNothing) {
+  YDK_AssocArrayImpl<int, int> numbers(compareNumbers);
+  SystemCalls calls;
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
+  EXPECT_FALSE(numbers.Insert(1, 10));
+  EXPECT_EQ(numbers.GetSize(), 0);
+}
+
+TEST(AssocArrayOfBorrowedCopies, GrowthWithoutMemoryLeavesTheCopyToWhoLentIt) {
+  // Copies are made by a function of the caller's, and nobody gave one that frees them.
+  static char g_lent[] = "lent";
+  YDK_AssocArrayImpl<const char*, int> lent(YDK_assocarray_cmpstr,
+                                            [](const char*) -> const char* { return g_lent; });
+  SystemCalls calls;
+  calls.fail(Call::kRealloc, ENOMEM);
+  calls.fail(Call::kMalloc, ENOMEM);
+  EXPECT_FALSE(lent.Insert("TITLE", 1));
+  EXPECT_EQ(lent.GetSize(), 0);
+  EXPECT_STREQ(g_lent, "lent");
+}
+
 }  // namespace
 }  // namespace support_test

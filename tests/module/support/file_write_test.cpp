@@ -471,5 +471,15 @@ TEST_F(FileWrite, NoFailingCallLeavesADescriptorOpen) {
   }
 }
 
+TEST_F(FileWrite, AFailureBeforeAHostIsBoundIsToldToNobody) {
+  update_disk_counters = nullptr;
+  auto writer = open(kUnbuffered);
+  SystemCalls calls;
+  calls.fail(Call::kPwrite, ENOSPC);
+  EXPECT_EQ(put(*writer, "lost"), -1);
+  EXPECT_EQ(writer->GetPosition(), 0);
+  EXPECT_TRUE(g_reports.empty());
+}
+
 }  // namespace
 }  // namespace support_test

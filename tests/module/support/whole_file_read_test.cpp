@@ -16,21 +16,10 @@
 #include "module/support/file_read.h"
 #include "tests/fake_host/files.h"
 #include "tests/kit/system_calls.h"
+#include "tests/module/support/private_field.h"
 #include "tests/module/support/recorded_releases.h"
 
 namespace support_test {
-namespace {
-
-using fake_host::noise;
-using test_kit::Call;
-using test_kit::SystemCalls;
-
-// The reader's fields, reached without a door in the class: explicit instantiations may name
-// private members.
-template <auto Member, class Tag>
-struct Field {
-  friend constexpr auto fieldOf(Tag /*tag*/) { return Member; }
-};
 struct Mapping {
   friend constexpr auto fieldOf(Mapping);
 };
@@ -43,6 +32,12 @@ struct Size {
 template struct Field<&YDK_FileRead::m_mmap, Mapping>;
 template struct Field<&YDK_FileRead::m_mem, Copy>;
 template struct Field<&YDK_FileRead::m_fsize, Size>;
+
+namespace {
+
+using fake_host::noise;
+using test_kit::Call;
+using test_kit::SystemCalls;
 
 std::string take(YDK_FileRead& reader, int count) {
   std::string bytes(static_cast<size_t>(count), '\0');

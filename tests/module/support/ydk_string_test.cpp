@@ -1,6 +1,8 @@
 #include "module/support/ydk_string.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <climits>
@@ -255,6 +257,52 @@ TEST(String, SizesBeyondAnIntHaveNoEffect) {
   text.__doSet(0, "X", 1, INT_MAX);
   text.__doSet(INT_MAX, "X", INT_MAX, INT_MAX);
   EXPECT_STREQ(text.Get(), "Intro");
+}
+
+TEST(String, ANegativeTailChangesNothing) {
+  YDK_String title;
+  title.Set("Night Drive");
+  title.__doSet(0, "Day", 3, -1);
+  EXPECT_STREQ(title.Get(), "Night Drive");
+}
+
+/// Two gigabytes of the letter x and a zero, of which the memory holds four megabytes.
+class HugeText {
+ public:
+  HugeText() {
+    const int pages = memfd_create("x", MFD_CLOEXEC);
+    const std::string letters(kPiece, 'x');
+    EXPECT_EQ(write(pages, letters.data(), kPiece), static_cast<ssize_t>(kPiece));
+    m_text = static_cast<char*>(
+        mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    EXPECT_NE(static_cast<void*>(m_text), MAP_FAILED);
+    for (size_t at = 0; at + kPiece < kSize; at += kPiece) {
+      EXPECT_NE(mmap(m_text + at, kPiece, PROT_READ, MAP_SHARED | MAP_FIXED, pages, 0), MAP_FAILED);
+    }
+    close(pages);
+  }
+  ~HugeText() { munmap(m_text, kSize); }
+  HugeText(const HugeText&) = delete;
+  HugeText& operator=(const HugeText&) = delete;
+
+  const char* get() const { return m_text; }
+
+ private:
+  static constexpr size_t kPiece = 4 << 20;
+  /// The last piece is the anonymous memory below, which begins with the zero.
+  static constexpr size_t kSize = (size_t{1} << 31) + kPiece;
+
+  char* m_text = nullptr;
+};
+
+TEST(String, ATextThatAnIntCannotCountIsNotTaken) {
+  const HugeText huge;
+  YDK_String title;
+  title.Set("Night Drive");
+  title.Set(huge.get());
+  EXPECT_STREQ(title.Get(), "Night Drive");
+  title.Append(huge.get());
+  EXPECT_STREQ(title.Get(), "Night Drive");
 }
 
 }  // namespace

@@ -1,0 +1,36 @@
+# shellcheck shell=bash
+# ./dev threads: runs the tests that have threads under ThreadSanitizer: reading ahead of a render, Ctrl-C, burns on the
+# emulated drive. Fails when a test does, and when ThreadSanitizer reports anything that scripts/thread_suppressions.txt
+# does not name with its reason.
+bash scripts/setup.sh >&2
+source scripts/common.sh
+
+tests=(recording_tests recording_emulated_tests recording_library_tests burn_program_test render_process_test)
+reports=$PWD/build/thread/reports
+
+say "Build: thread"
+configure_and_build thread "${tests[@]}" >build/thread.build.log 2>&1 || {
+  grep -E 'error|FAILED' build/thread.build.log | head -n 40 >&2
+  fail "building 'thread' failed; the whole report is build/thread.build.log"
+}
+tail -n 1 build/thread.build.log
+
+say "Tests: thread"
+rm -rf "$reports"
+mkdir -p "$reports"
+result=0
+# The programs that the tests start report into files of their own as well.
+TSAN_OPTIONS="suppressions=$PWD/scripts/thread_suppressions.txt log_path=$reports/report" \
+  ctest --test-dir build/thread -j "$(nproc)" -R "^($(IFS='|' && echo "${tests[*]}"))\$" \
+  --output-on-failure >build/thread.tests.log || result=1
+grep -E '% tests passed' build/thread.tests.log
+found=$(find "$reports" -type f -exec cat {} + | grep -c '^WARNING: ThreadSanitizer' || true)
+if [ "$found" != 0 ]; then
+  find "$reports" -type f -exec cat {} + | grep '^SUMMARY' | sort | uniq -c | sort -rn | head -n 20 >&2
+  fail "ThreadSanitizer reported $found times; its reports are in build/thread/reports"
+fi
+[ "$result" = 0 ] || {
+  grep -E '^\[  FAILED|Failure$' build/thread.tests.log | head -n 40 >&2
+  fail "a test failed; the whole report is build/thread.tests.log"
+}
+say "Nothing reported"
