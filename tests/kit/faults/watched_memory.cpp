@@ -3,8 +3,9 @@
 #include <cstring>
 #include <new>
 
-#include "tests/kit/real_memory.h"
-#include "tests/kit/watched_call.h"
+#include "tests/kit/faults/live_blocks.h"
+#include "tests/kit/faults/real_memory.h"
+#include "tests/kit/faults/watched_call.h"
 
 namespace test_kit {
 
@@ -18,6 +19,7 @@ void* allocate(Call call, size_t size, const void* caller, Real real) {
     block = real();
     return block != nullptr ? 1 : 0;
   });
+  if (watched.isWatched() && block != nullptr) noteTaken(block);
   return block;
 }
 
@@ -52,8 +54,18 @@ void* calloc(size_t count, size_t size) noexcept {
 }
 
 void* realloc(void* block, size_t size) noexcept {
-  return allocate(Call::kRealloc, size, __builtin_return_address(0),
-                  [&] { return realRealloc(block, size); });
+  return allocate(Call::kRealloc, size, __builtin_return_address(0), [&] {
+    // Noted before the block is anybody's: another thread may get its address at once.
+    const bool was_live = noteGivenBack(block);
+    void* const moved = realRealloc(block, size);
+    if (moved == nullptr && size != 0 && was_live) noteTaken(block);
+    return moved;
+  });
+}
+
+void free(void* block) noexcept {
+  noteGivenBack(block);
+  realFree(block);
 }
 
 char* strdup(const char* text) noexcept {

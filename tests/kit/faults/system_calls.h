@@ -28,9 +28,12 @@ enum class Call {
   kLseek,
   kFcntl,
   kFadvise,
+  kClose,  ///< closes even where it fails, as the system does
+  kUnlink,
+  kMunmap,  ///< unmaps even where it fails
 };
 inline constexpr int kFirstSystemCall = static_cast<int>(Call::kOpen);
-inline constexpr int kCallKinds = static_cast<int>(Call::kFadvise) + 1;
+inline constexpr int kCallKinds = static_cast<int>(Call::kMunmap) + 1;
 
 enum class Times { kOnce, kFromThenOn };
 
@@ -50,8 +53,8 @@ struct CallRecord {
 
 /// Watches while it lives. Several may live at once: each counts every call, and a call fails when
 /// one of them says so. What the C and C++ libraries call for themselves is not watched, nor is
-/// what happens while `ignored` answers true. Made and ended by one thread while no other is in a
-/// watched call.
+/// what happens while `ignored` answers true. Calls may come from several threads; made, scripted,
+/// asked and ended by one thread while no other is in a watched call.
 class SystemCalls {
  public:
   explicit SystemCalls(bool (*ignored)() = nullptr);

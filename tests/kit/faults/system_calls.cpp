@@ -1,4 +1,4 @@
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 
 #include <link.h>
 #include <unistd.h>
@@ -7,9 +7,10 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <mutex>
 #include <utility>
 
-#include "tests/kit/watched_call.h"
+#include "tests/kit/faults/watched_call.h"
 
 namespace test_kit {
 
@@ -20,6 +21,8 @@ constexpr int kAnyAllocation = kCallKinds;
 constexpr int kAnySystemCall = kCallKinds + 1;
 
 SystemCalls* g_watching = nullptr;
+/// Held while watchers count or keep a call.
+std::mutex g_watchers;
 /// What a watcher calls to do its work is not watched.
 thread_local bool g_inside = false;
 
@@ -179,6 +182,7 @@ WatchedCall::WatchedCall(Call call, const void* caller)
     : m_call(call), m_watched(g_watching != nullptr && !g_inside && !isRuntimeCode(caller)) {
   if (!m_watched) return;
   const Inside inside;
+  const std::lock_guard lock(g_watchers);
   m_watched = false;
   for (SystemCalls* each = g_watching; each != nullptr; each = each->m_next) {
     if (each->m_ignored != nullptr && each->m_ignored()) continue;
@@ -216,6 +220,7 @@ int64_t WatchedCall::fileSystem(int64_t real) const {
 
 void WatchedCall::record(CallRecord record) const {
   const Inside inside;
+  const std::lock_guard lock(g_watchers);
   if (m_path != nullptr) record.path = m_path;
   if (m_call == Call::kOpen) record.fd = static_cast<int>(record.result);
   for (SystemCalls* each = g_watching; each != nullptr; each = each->m_next) {

@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 
 namespace test_kit {
 
