@@ -4,6 +4,7 @@
 #include <cassert>
 #include <memory>
 #include <span>
+#include <system_error>
 #include <utility>
 
 #include "disc/failure.h"
@@ -41,11 +42,14 @@ void skip(AudioInput& input, int64_t frames) {
 
 ReadAhead::ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither,
                      int block)
-    : m_album(album),
-      m_written(written),
-      m_dither(dither),
-      m_piece_frames(pieceFrames(block)),
-      m_thread([this] { run(); }) {}
+    : m_album(album), m_written(written), m_dither(dither), m_piece_frames(pieceFrames(block)) {
+  try {
+    m_thread = std::thread([this] { run(); });
+  } catch (const std::system_error& refusal) {
+    throw Failure("the inputs cannot be read beside the rendering: " + refusal.code().message() +
+                  "; close other programs and start again");
+  }
+}
 
 ReadAhead::~ReadAhead() {
   {

@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstring>
 #include <mutex>
 #include <utility>
 
@@ -29,20 +30,17 @@ thread_local bool g_inside = false;
 struct CodeRange {
   uintptr_t from, to;
 };
-/// Of the C and C++ libraries; found when the first watcher is made.
+/// Of libraries that are not watched: the C and C++ libraries, found when the first watcher is
+/// made, and those that tests leave out.
 struct RuntimeCode {
   std::array<CodeRange, 32> ranges{};
   size_t count = 0;
 };
 RuntimeCode g_runtime;
 
-int addRuntimeCode(dl_phdr_info* library, size_t /*size*/, void* /*unused*/) {
-  constexpr const char* kNames[] = {"/libc.so", "/libstdc++.so", "/libgcc_s.so", "/libm.so",
-                                    "/ld-linux"};
-  const std::string path = library->dlpi_name;
-  const bool wanted = std::any_of(std::begin(kNames), std::end(kNames), [&](const char* name) {
-    return path.find(name) != std::string::npos;
-  });
+/// Adds the code of `library` when its path holds `name`.
+int addCodeNamed(dl_phdr_info* library, size_t /*size*/, void* name) {
+  const bool wanted = std::strstr(library->dlpi_name, static_cast<const char*>(name)) != nullptr;
   for (int i = 0; wanted && i < library->dlpi_phnum; ++i) {
     const ElfW(Phdr)& segment = library->dlpi_phdr[i];
     if (segment.p_type != PT_LOAD || (segment.p_flags & PF_X) == 0) continue;
@@ -52,6 +50,13 @@ int addRuntimeCode(dl_phdr_info* library, size_t /*size*/, void* /*unused*/) {
     }
   }
   return 0;
+}
+
+void addRuntimeCode() {
+  for (const char* const name :
+       {"/libc.so", "/libstdc++.so", "/libgcc_s.so", "/libm.so", "/ld-linux"}) {
+    ::dl_iterate_phdr(&addCodeNamed, const_cast<char*>(name));
+  }
 }
 
 bool isRuntimeCode(const void* address) {
@@ -84,7 +89,7 @@ class Inside {
 }  // namespace
 
 SystemCalls::SystemCalls(bool (*ignored)()) : m_ignored(ignored), m_next(g_watching) {
-  if (g_runtime.count == 0) ::dl_iterate_phdr(&addRuntimeCode, nullptr);
+  if (g_runtime.count == 0) addRuntimeCode();
   g_watching = this;
 }
 
@@ -119,6 +124,11 @@ void SystemCalls::failAllocation(int nth, Times times) {
 void SystemCalls::failSystemCall(int nth, Times times, int error) {
   const Inside inside;
   m_rules.push_back({kAnySystemCall, nth, times == Times::kOnce ? nth : kAlways, error});
+}
+
+void SystemCalls::leaveOut(const char* name) {
+  const Inside inside;
+  ::dl_iterate_phdr(&addCodeNamed, const_cast<char*>(name));
 }
 
 void SystemCalls::shorten(Call call, int nth, int64_t bytes) {

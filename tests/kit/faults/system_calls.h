@@ -31,9 +31,10 @@ enum class Call {
   kClose,  ///< closes even where it fails, as the system does
   kUnlink,
   kMunmap,  ///< unmaps even where it fails
+  kFsync,   ///< never waits for the disk
 };
 inline constexpr int kFirstSystemCall = static_cast<int>(Call::kOpen);
-inline constexpr int kCallKinds = static_cast<int>(Call::kMunmap) + 1;
+inline constexpr int kCallKinds = static_cast<int>(Call::kFsync) + 1;
 
 enum class Times { kOnce, kFromThenOn };
 
@@ -65,6 +66,9 @@ class SystemCalls {
   /// Calls `first` to `last` of a kind (counted from 1 since construction or `forget`) fail with
   /// `error`, without reaching the system, and no others of that kind.
   void fail(Call call, int error, int first = 1, int last = kAlways);
+  /// What the loaded libraries whose path holds `name` call for themselves is not watched either,
+  /// to the end of the process.
+  static void leaveOut(const char* name);
   /// The `nth` call of a kind fails too.
   void failAt(Call call, int nth, int error);
   /// The `nth` call of a kind and every later one fail too.

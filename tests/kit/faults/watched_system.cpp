@@ -194,6 +194,15 @@ int munmap(void* address, size_t length) noexcept {
       watched.run({.size = static_cast<int64_t>(length)}, [&] { return kReal(address, length); }));
 }
 
+/// While it is watched it does not wait for the disk: the loops over all faults would spend their
+/// time on that, for files that are thrown away.
+int fsync(int fd) {
+  static const auto kReal = real(&::fsync, "fsync");
+  const WatchedCall watched(Call::kFsync, __builtin_return_address(0));
+  return static_cast<int>(
+      watched.run({.fd = fd}, [&] { return watched.isWatched() ? 0 : kReal(fd); }));
+}
+
 /// Unlike the others it answers the error itself.
 int posix_fadvise(int fd, off_t offset, off_t length, int advice) noexcept {
   static const auto kReal = real(&::posix_fadvise, "posix_fadvise");

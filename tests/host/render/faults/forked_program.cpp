@@ -18,7 +18,7 @@ namespace render_test {
 
 namespace {
 
-constexpr unsigned kLongestRun = 60;  // seconds
+constexpr unsigned kLongestRun = 20;  // seconds
 
 /// What is printed on one descriptor, in memory.
 class Printed {
@@ -31,9 +31,7 @@ class Printed {
   Printed& operator=(const Printed&) = delete;
 
   void takeOver(int descriptor) const { ::dup2(m_file, descriptor); }
-  std::string text() const {
-    return test_kit::readFile("/proc/self/fd/" + std::to_string(m_file));
-  }
+  std::string text() const { return test_kit::readFile("/proc/self/fd/" + std::to_string(m_file)); }
 
  private:
   int m_file;
