@@ -9,6 +9,7 @@
 #include <climits>
 #include <cstring>
 #include <mutex>
+#include <stdexcept>
 #include <utility>
 
 #include "tests/kit/faults/watched_call.h"
@@ -27,43 +28,37 @@ std::mutex g_watchers;
 /// What a watcher calls to do its work is not watched.
 thread_local bool g_inside = false;
 
-struct CodeRange {
-  uintptr_t from, to;
-};
 /// Of libraries that are not watched: the C and C++ libraries, found when the first watcher is
 /// made, and those that tests leave out.
-struct RuntimeCode {
-  std::array<CodeRange, 32> ranges{};
-  size_t count = 0;
-};
-RuntimeCode g_runtime;
+std::vector<CodeRange> g_left_out;
 
-/// Adds the code of `library` when its path holds `name`.
-int addCodeNamed(dl_phdr_info* library, size_t /*size*/, void* name) {
-  const bool wanted = std::strstr(library->dlpi_name, static_cast<const char*>(name)) != nullptr;
-  for (int i = 0; wanted && i < library->dlpi_phnum; ++i) {
+struct NamedCode {
+  const char* name;
+  std::vector<CodeRange>& ranges;
+};
+
+/// Adds the code of `library` when its path holds the name.
+int addNamed(dl_phdr_info* library, size_t /*size*/, void* named) {
+  const auto& wanted = *static_cast<const NamedCode*>(named);
+  if (std::strstr(library->dlpi_name, wanted.name) == nullptr) return 0;
+  for (int i = 0; i < library->dlpi_phnum; ++i) {
     const ElfW(Phdr)& segment = library->dlpi_phdr[i];
     if (segment.p_type != PT_LOAD || (segment.p_flags & PF_X) == 0) continue;
     const uintptr_t from = library->dlpi_addr + segment.p_vaddr;
-    if (g_runtime.count < g_runtime.ranges.size()) {
-      g_runtime.ranges[g_runtime.count++] = {from, from + segment.p_memsz};
-    }
+    wanted.ranges.push_back({from, from + segment.p_memsz});
   }
   return 0;
 }
 
-void addRuntimeCode() {
-  for (const char* const name :
-       {"/libc.so", "/libstdc++.so", "/libgcc_s.so", "/libm.so", "/ld-linux"}) {
-    ::dl_iterate_phdr(&addCodeNamed, const_cast<char*>(name));
-  }
+void addCodeNamed(const char* name, std::vector<CodeRange>& ranges) {
+  NamedCode wanted{name, ranges};
+  ::dl_iterate_phdr(&addNamed, &wanted);
 }
 
-bool isRuntimeCode(const void* address) {
+bool liesIn(const std::vector<CodeRange>& ranges, const void* address) {
   const auto at = reinterpret_cast<uintptr_t>(address);
-  return std::any_of(g_runtime.ranges.begin(),
-                     g_runtime.ranges.begin() + static_cast<std::ptrdiff_t>(g_runtime.count),
-                     [&](const CodeRange& range) { return at >= range.from && at < range.to; });
+  return std::any_of(ranges.begin(), ranges.end(),
+                     [at](const CodeRange& range) { return at >= range.from && at < range.to; });
 }
 
 bool isAllocation(Call call) {
@@ -89,7 +84,13 @@ class Inside {
 }  // namespace
 
 SystemCalls::SystemCalls(bool (*ignored)()) : m_ignored(ignored), m_next(g_watching) {
-  if (g_runtime.count == 0) addRuntimeCode();
+  const Inside inside;
+  if (g_left_out.empty()) {
+    for (const char* const name :
+         {"/libc.so", "/libstdc++.so", "/libgcc_s.so", "/libm.so", "/ld-linux"}) {
+      addCodeNamed(name, g_left_out);
+    }
+  }
   g_watching = this;
 }
 
@@ -128,7 +129,18 @@ void SystemCalls::failSystemCall(int nth, Times times, int error) {
 
 void SystemCalls::leaveOut(const char* name) {
   const Inside inside;
-  ::dl_iterate_phdr(&addCodeNamed, const_cast<char*>(name));
+  addCodeNamed(name, g_left_out);
+}
+
+void SystemCalls::watchOnly(const char* name) {
+  const Inside inside;
+  addCodeNamed(name, m_only);
+  if (m_only.empty()) throw std::runtime_error(std::string("no library is loaded from ") + name);
+}
+
+bool SystemCalls::concerns(const void* caller) const {
+  if (m_ignored != nullptr && m_ignored()) return false;
+  return m_only.empty() || liesIn(m_only, caller);
 }
 
 void SystemCalls::shorten(Call call, int nth, int64_t bytes) {
@@ -189,13 +201,16 @@ bool SystemCalls::swallows(int fd) const {
 }
 
 WatchedCall::WatchedCall(Call call, const void* caller)
-    : m_call(call), m_watched(g_watching != nullptr && !g_inside && !isRuntimeCode(caller)) {
+    : m_call(call),
+      m_caller(caller),
+      m_watched(g_watching != nullptr && !g_inside &&
+                (call == Call::kNew || !liesIn(g_left_out, caller))) {
   if (!m_watched) return;
   const Inside inside;
   const std::lock_guard lock(g_watchers);
   m_watched = false;
   for (SystemCalls* each = g_watching; each != nullptr; each = each->m_next) {
-    if (each->m_ignored != nullptr && each->m_ignored()) continue;
+    if (!each->concerns(caller)) continue;
     m_watched = true;
     if (const int error = each->enter(call); error != 0) m_error = error;
   }
@@ -234,7 +249,7 @@ void WatchedCall::record(CallRecord record) const {
   if (m_path != nullptr) record.path = m_path;
   if (m_call == Call::kOpen) record.fd = static_cast<int>(record.result);
   for (SystemCalls* each = g_watching; each != nullptr; each = each->m_next) {
-    if (each->m_ignored != nullptr && each->m_ignored()) continue;
+    if (!each->concerns(m_caller)) continue;
     each->m_kept.push_back({m_call, record});
     if (each->m_observer) each->m_observer(m_call, record);
   }

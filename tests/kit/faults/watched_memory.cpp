@@ -23,14 +23,12 @@ void* allocate(Call call, size_t size, const void* caller, Real real) {
   return block;
 }
 
-/// Whoever calls it: the C++ library's strings take their memory here on behalf of the code that
-/// uses them.
-void* allocateForNew(size_t size) {
-  return allocate(Call::kNew, size, nullptr, [&] { return realMalloc(size == 0 ? 1 : size); });
+void* allocateForNew(size_t size, const void* caller) {
+  return allocate(Call::kNew, size, caller, [&] { return realMalloc(size == 0 ? 1 : size); });
 }
 
-void* allocateOrThrow(size_t size) {
-  void* block = allocateForNew(size);
+void* allocateOrThrow(size_t size, const void* caller) {
+  void* block = allocateForNew(size, caller);
   if (block == nullptr) throw std::bad_alloc();
   return block;
 }
@@ -78,16 +76,16 @@ char* strdup(const char* text) noexcept {
 }  // extern "C"
 
 void* operator new(size_t size) {
-  return allocateOrThrow(size);
+  return allocateOrThrow(size, __builtin_return_address(0));
 }
 void* operator new[](size_t size) {
-  return allocateOrThrow(size);
+  return allocateOrThrow(size, __builtin_return_address(0));
 }
 void* operator new(size_t size, const std::nothrow_t&) noexcept {
-  return allocateForNew(size);
+  return allocateForNew(size, __builtin_return_address(0));
 }
 void* operator new[](size_t size, const std::nothrow_t&) noexcept {
-  return allocateForNew(size);
+  return allocateForNew(size, __builtin_return_address(0));
 }
 void operator delete(void* memory) noexcept {
   std::free(memory);
