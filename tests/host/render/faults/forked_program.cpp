@@ -18,7 +18,7 @@ namespace render_test {
 
 namespace {
 
-constexpr unsigned kLongestRun = 20;  // seconds
+constexpr unsigned kLongestRun = 120;  // seconds
 
 /// What is printed on one descriptor, in memory.
 class Printed {

@@ -15,7 +15,7 @@ struct EndedProgram {
 
 /// Calls the program's main function in a child that has this working folder, no input, and HOME
 /// there. `surroundings` is called in the child with what runs the program; what it sets up around
-/// that lasts as long. A child that is not done after twenty seconds is ended by SIGALRM.
+/// that lasts as long. A child that is not done after two minutes is ended by SIGALRM.
 EndedProgram runForked(const std::vector<std::string>& arguments, const std::string& folder,
                        const std::function<void(const std::function<void()>&)>& surroundings);
 
