@@ -22,6 +22,9 @@ std::string readSheet(const std::filesystem::path& path) {
     throw Failure(name + " is a folder; name the cue sheet in it");
   // Opening a pipe that nobody writes to would block for ever.
   const auto kind = std::filesystem::status(path, error).type();
+  if (kind == std::filesystem::file_type::none)
+    throw Failure("the sheet " + name + " cannot be opened: " + error.message() +
+                  "; check its name and folder");
   if (kind != std::filesystem::file_type::regular && kind != std::filesystem::file_type::not_found)
     throw Failure(name + " is no regular file; name the cue sheet");
   std::ifstream in(path, std::ios::binary);

@@ -12,6 +12,7 @@ cat <<'TEXT'
   bench     measure the speed, in ratios to other ways of doing the same
   coverage  which conditions of the module the tests never saw go one way, and why
   fuzz      fuzz the renders and parsers: ./dev fuzz [MINUTES]; ./dev fuzz --keep makes seeds of what was learnt
+  faults    let every allocation and every system call of velmor-render fail in turn (a quarter of an hour)
   threads   run the tests that have threads under ThreadSanitizer
   lint      check format, includes, shell scripts, man pages and clang-tidy (--all: each file by itself,
             the tests too)

@@ -33,6 +33,8 @@ Placement::Placement(const fs::path& made, fs::path target, fs::path backup, boo
 void Placement::keepOldFile() {
   std::error_code error;
   const fs::file_status old = fs::symlink_status(m_target, error);
+  // What cannot be looked at may well be there, and is not to be lost.
+  if (old.type() == fs::file_type::none) fail(m_target, error);
   if (!fs::exists(old)) return;
   // A folder would move aside with all that is in it.
   if (fs::is_directory(old)) fail(m_target, std::make_error_code(std::errc::is_a_directory));

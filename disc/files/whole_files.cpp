@@ -18,7 +18,7 @@ void placeAll(const std::list<Draft>& drafts, bool force) {
     for (const Draft& draft : drafts) {
       placed.emplace_back(draft.path(), draft.target(), draft.path().string() + ".old", force);
     }
-  } catch (const fs::filesystem_error&) {
+  } catch (...) {
     takeBack(placed);
     throw;
   }

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,6 +34,9 @@
 namespace velmor::render {
 
 namespace {
+
+constexpr const char* kNoMemory =
+    "there is not enough memory; close other programs and start again";
 
 void printWarnings(const Options& options, const std::vector<std::string>& warnings) {
   if (options.quiet) return;
@@ -74,16 +78,24 @@ std::vector<std::string> checked(const Options& options, const SinkConfig& confi
   return warnings;
 }
 
-void tell(const Options& options, const RenderReport& report) {
+void print(const Options& options, const RenderReport& report) {
   if (options.json) {
     printJsonReport(report);
   } else if (!options.quiet) {
     printReport(report);
   }
-  if (fflush(stdout) != 0) {
-    throw Failure("the disc is complete, but its report could not be printed: " +
-                  std::string(strerror(errno)));
+}
+
+void tell(const Options& options, const RenderReport& report) {
+  const std::string complete = "the disc is complete, but its report could not be printed: ";
+  try {
+    print(options, report);
+  } catch (const std::bad_alloc&) {
+    throw Failure(complete + kNoMemory);
   }
+  // A line may have failed before the last one, and the error with which it did is gone then.
+  const int error = fflush(stdout) != 0 ? errno : EIO;
+  if (ferror(stdout) != 0) throw Failure(complete + strerror(error));
 }
 
 /// The exit status of a run with a burn, whose result has been reported.
@@ -108,7 +120,7 @@ int run(const Options& options) {
   printWarnings(options, warnings);
 
   std::optional<PortableSheet> portable;
-  Delivery delivery(output, plan, [&] {
+  Delivery delivery(output, album.project, plan, [&] {
     if (options.portable_cue) portable = makePortableSheet(output, plan, !options.quiet);
   });
   std::unique_ptr<BurnSession> burn;
@@ -147,10 +159,34 @@ int runCommandLine(int argc, char** argv, bool& json) {
   return 0;
 }
 
-int fail(bool json, const std::string& sentence, int status) {
+int fail(bool json, const char* sentence, int status) {
   printMessage(sentence);
   if (json) printJsonFailure(sentence);
   return status;
+}
+
+/// What the standard library could not do with a file.
+std::string refusedByTheSystem(const std::filesystem::filesystem_error& refusal) {
+  return "the system refuses access to " + disc::inQuotes(refusal.path1().string()) + ": " +
+         refusal.code().message() + "; check its disk";
+}
+
+/// The exit status; a failure has been told.
+int runAndTell(int argc, char** argv) {
+  bool json = asksForJson(argc, argv);
+  try {
+    return runCommandLine(argc, argv, json);
+  } catch (const Interrupted& interruption) {
+    return fail(json, "interrupted; nothing was written", interruption.exitStatus());
+  } catch (const UsageError& error) {
+    return fail(json, error.what(), 2);
+  } catch (const std::bad_alloc&) {
+    return fail(json, kNoMemory, 1);
+  } catch (const std::filesystem::filesystem_error& refusal) {
+    return fail(json, refusedByTheSystem(refusal).c_str(), 1);
+  } catch (const std::exception& error) {
+    return fail(json, error.what(), 1);
+  }
 }
 
 }  // namespace
@@ -159,14 +195,10 @@ int fail(bool json, const std::string& sentence, int status) {
 
 int main(int argc, char** argv) {
   using namespace velmor::render;
-  bool json = asksForJson(argc, argv);
   try {
-    return runCommandLine(argc, argv, json);
-  } catch (const Interrupted& interruption) {
-    return fail(json, "interrupted; nothing was written", interruption.exitStatus());
-  } catch (const UsageError& error) {
-    return fail(json, error.what(), 2);
-  } catch (const std::exception& error) {
-    return fail(json, error.what(), 1);
+    return runAndTell(argc, argv);
+  } catch (const std::bad_alloc&) {  // even to say why
+    printMessage(kNoMemory);
+    return 1;
   }
 }

@@ -1,8 +1,8 @@
 // Memory that runs out on request. Link `fake_host_faults` for it.
 #pragma once
 
-#include "tests/kit/memory_limit.h"
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/memory_limit.h"
+#include "tests/kit/faults/system_calls.h"
 
 namespace fake_host {
 

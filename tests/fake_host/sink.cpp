@@ -43,6 +43,18 @@ std::vector<int16_t> signalFrames(int64_t first, int64_t count) {
   return samples;
 }
 
+SignalBlock::SignalBlock(int frames) {
+  for (int frame = 0; frame < frames; ++frame) {
+    left.push_back(signalSample(frame, 0) / 32768.0);
+    right.push_back(signalSample(frame, 1) / 32768.0);
+  }
+}
+
+void SignalBlock::writeTo(PCM_sink& sink) {
+  double* channels[] = {left.data(), right.data()};
+  sink.WriteDoubles(channels, static_cast<int>(left.size()), 2, 0, 1);
+}
+
 void Sink::write(const std::vector<std::vector<double>>& channels, const BlockSchedule& schedule) {
   const size_t frames = channels.front().size();
   size_t turn = 0;

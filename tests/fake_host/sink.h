@@ -37,6 +37,15 @@ int16_t signalSample(int64_t frame, int channel);
 /// The signal's interleaved stereo samples of the frames [`first`, `first` + `count`).
 std::vector<int16_t> signalFrames(int64_t first, int64_t count);
 
+/// The signal as a host hands it over, made once: one buffer of doubles for each channel.
+struct SignalBlock {
+  explicit SignalBlock(int frames);
+  /// Hands the whole of it to the sink in one call, which takes no memory of the test's.
+  void writeTo(PCM_sink& sink);
+
+  std::vector<double> left, right;
+};
+
 /// Owns a sink as the host does: ends it with `delete`. May be empty.
 class Sink {
  public:

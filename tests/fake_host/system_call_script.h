@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 
 namespace fake_host {
 

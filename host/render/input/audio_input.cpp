@@ -45,6 +45,7 @@ InputInfo describe(const std::string& path, const SoundFile& sound) {
   info.tags.album = textIn(file, SF_STR_ALBUM);
   addVorbisComments(vorbisCommentsIn(sound.bytes()), info.tags);
   info.marks = embeddedMarks(file, sound.info(), sound.bytes());
+  sound.checkReading();  // or a mark would be missing that nobody misses
   return info;
 }
 
@@ -134,6 +135,7 @@ class SourceBlocks {
     return static_cast<size_t>(due);
   }
   [[noreturn]] void breakOff(sf_count_t got) const {
+    m_sound->checkReading();
     const int rate = m_sound->info().samplerate;
     throw Failure(disc::inQuotes(m_path) + " breaks off or is damaged at " +
                   minutesOf(m_position + got, rate) + " of " +

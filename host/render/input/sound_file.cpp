@@ -1,9 +1,8 @@
 #include "host/render/input/sound_file.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstddef>
+#include <cstdio>
 #include <utility>
 #include <vector>
 
@@ -27,21 +26,35 @@ constexpr size_t kCountingSamples = 65536;
 // shown to the decoder as if it had this size, in bytes, for which the estimate is never too short.
 constexpr sf_count_t kEndless = sf_count_t{1} << 50;
 
-int descriptorOf(void* file) {
-  return static_cast<ReadableFile*>(file)->descriptor();
+ReadableFile& fileOf(void* file) {
+  return *static_cast<ReadableFile*>(file);
+}
+
+sf_count_t lengthOf(void* file) {
+  return fileOf(file).size();
+}
+
+sf_count_t seekTo(ReadableFile& file, sf_count_t offset, int whence, sf_count_t length) {
+  const sf_count_t from = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? file.position() : length;
+  if (from + offset < 0) return -1;
+  file.setPosition(from + offset);
+  return file.position();
+}
+
+sf_count_t seekIn(sf_count_t offset, int whence, void* file) {
+  return seekTo(fileOf(file), offset, whence, lengthOf(file));
 }
 
 sf_count_t endlessLength(void* /*file*/) {
   return kEndless;
 }
 
-sf_count_t seekIn(sf_count_t offset, int whence, void* file) {
-  if (whence == SEEK_END) return ::lseek(descriptorOf(file), kEndless + offset, SEEK_SET);
-  return ::lseek(descriptorOf(file), offset, whence);
+sf_count_t seekInEndless(sf_count_t offset, int whence, void* file) {
+  return seekTo(fileOf(file), offset, whence, kEndless);
 }
 
 sf_count_t readFrom(void* to, sf_count_t count, void* file) {
-  return std::max<sf_count_t>(0, ::read(descriptorOf(file), to, static_cast<size_t>(count)));
+  return fileOf(file).read(to, static_cast<size_t>(count));
 }
 
 sf_count_t writeNothing(const void* /*from*/, sf_count_t /*count*/, void* /*file*/) {
@@ -49,7 +62,7 @@ sf_count_t writeNothing(const void* /*from*/, sf_count_t /*count*/, void* /*file
 }
 
 sf_count_t positionIn(void* file) {
-  return ::lseek(descriptorOf(file), 0, SEEK_CUR);
+  return fileOf(file).position();
 }
 
 int64_t countFrames(SNDFILE* handle, int channels) {
@@ -87,13 +100,16 @@ SoundFile::SoundFile(const std::string& path) {
   if (m_info.frames <= 0) refuse(path, "holds no audio; leave it out or export it again");
 }
 
-// By descriptor and not by name: libsndfile would go by the name's ending where the contents tell
-// nothing, and take a text for headerless telephone audio.
+// Not by name: libsndfile would go by the name's ending where the contents tell nothing, and take a
+// text for headerless telephone audio. And not by descriptor, since it makes missing bytes of what
+// the system refuses to read.
 void SoundFile::open(const std::string& path) {
   m_handle.reset();
   m_file = std::make_unique<ReadableFile>(path);
   if (m_file->size() == 0) refuse(path, "is empty; export the audio again");
-  switch (extentOf(m_file->bytes())) {
+  const Extent extent = extentOf(m_file->bytes());
+  m_file->checkReading();
+  switch (extent) {
     case Extent::kWhole:
       break;
     case Extent::kBreaksOff:
@@ -103,17 +119,22 @@ void SoundFile::open(const std::string& path) {
              "holds several Ogg streams one after the other, of which only the first can be read; "
              "convert it to WAV or FLAC");
   }
-  m_info = {};
-  m_handle.reset(sf_open_fd(m_file->descriptor(), SFM_READ, &m_info, SF_FALSE));
-  if (!m_handle) refuseUnreadable(path);
+  SF_VIRTUAL_IO whole{lengthOf, seekIn, readFrom, writeNothing, positionIn};
+  decode(path, whole);
 }
 
 void SoundFile::openEndless(const std::string& path) {
   m_handle.reset();
   m_file = std::make_unique<ReadableFile>(path);
-  SF_VIRTUAL_IO endless{endlessLength, seekIn, readFrom, writeNothing, positionIn};
+  SF_VIRTUAL_IO endless{endlessLength, seekInEndless, readFrom, writeNothing, positionIn};
+  decode(path, endless);
+}
+
+/// The rest of opening: the decoder reads the header through `access`.
+void SoundFile::decode(const std::string& path, SF_VIRTUAL_IO& access) {
   m_info = {};
-  m_handle.reset(sf_open_virtual(&endless, SFM_READ, &m_info, m_file.get()));
+  m_handle.reset(sf_open_virtual(&access, SFM_READ, &m_info, m_file.get()));
+  m_file->checkReading();
   if (!m_handle) refuseUnreadable(path);
 }
 

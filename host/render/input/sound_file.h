@@ -20,6 +20,8 @@ class SoundFile {
   SNDFILE* handle() const { return m_handle.get(); }
   const SF_INFO& info() const { return m_info; }  ///< `frames` is what can be read in all
   FileBytes bytes() const { return m_file->bytes(); }
+  /// Throws `Failure` when the system has refused to read the file somewhere.
+  void checkReading() const { m_file->checkReading(); }
 
  private:
   struct Close {
@@ -28,6 +30,7 @@ class SoundFile {
 
   void open(const std::string& path);
   void openEndless(const std::string& path);
+  void decode(const std::string& path, SF_VIRTUAL_IO& access);
   void settleMpegLength(const std::string& path);
   [[noreturn]] void refuseUnreadable(const std::string& path) const;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <span>
+#include <system_error>
 #include <utility>
 
 #include "disc/failure.h"
@@ -39,7 +40,14 @@ void skip(AudioInput& input, int64_t frames) {
 }  // namespace
 
 ReadAhead::ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither)
-    : m_album(album), m_written(written), m_dither(dither), m_thread([this] { run(); }) {}
+    : m_album(album), m_written(written), m_dither(dither) {
+  try {
+    m_thread = std::thread([this] { run(); });
+  } catch (const std::system_error& refusal) {
+    throw Failure("the inputs cannot be read beside the rendering: " + refusal.code().message() +
+                  "; close other programs and start again");
+  }
+}
 
 ReadAhead::~ReadAhead() {
   {

@@ -18,16 +18,29 @@ bool takeField(const std::string& line, const std::string& key, std::string& val
   return true;
 }
 
+/// A stream whose file cannot be read to its end has no line more.
+bool hasLine(std::ifstream& file, std::string& line) {
+  try {
+    return static_cast<bool>(std::getline(file, line));
+  } catch (const std::ios_base::failure&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 CueText readCueText(const std::string& path) {
   static const std::regex kTrackLine("  TRACK [0-9]{2,} AUDIO\r");
   static const std::regex kIndexLine("    INDEX 01 [0-9]{2,}:[0-9]{2}:[0-9]{2}\r");
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file;
+  file.exceptions(std::ios::badbit);  // lets a want of memory through, which the stream would keep
+  file.open(path, std::ios::binary);
   CueText sheet;
-  std::string line;
-  while (std::getline(file, line)) {
+  size_t lines = 0;
+  for (std::string line; hasLine(file, line);) {
     sheet.complete = false;
+    if (line.rfind("FILE \"", 0) == 0) sheet.disc_lines = lines;
+    ++lines;
     if (std::regex_match(line, kTrackLine)) {
       sheet.tracks.emplace_back();
     } else if (!sheet.tracks.empty()) {

@@ -12,6 +12,7 @@ struct CueTextTrack {
 
 struct CueText {
   std::vector<CueTextTrack> tracks;
+  size_t disc_lines = 0;  ///< before FILE: title, performer and the others of the disc
   bool complete = false;  ///< ends with the last track's INDEX 01, line end included
 };
 

@@ -35,8 +35,8 @@ void Delivery::afterRender(const RenderOutcome& outcome, bool image_deleted) {
 }
 
 void Delivery::look(int64_t counted_frames) {
-  m_files =
-      readFinishedFiles(m_output.workingSheet(), m_output.workingImage(), m_plan, counted_frames);
+  m_files = readFinishedFiles(m_output.workingSheet(), m_output.workingImage(), m_project, m_plan,
+                              counted_frames);
   m_on_whole();
   m_whole = true;
 }

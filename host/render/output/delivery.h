@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "disc/failure.h"
+#include "host/render/album/host_project.h"
 #include "host/render/module/renderer.h"
 #include "host/render/output/finished_files.h"
 #include "host/render/output/output_pair.h"
@@ -17,11 +18,12 @@ namespace velmor::render {
 /// complete then, and stay whatever becomes of the burn and of this process.
 class Delivery {
  public:
-  /// `output` and `plan` must outlive the object. `whole` is called when the files have been
-  /// checked and still lie in the working folder; a file that it adds there is delivered along with
-  /// them.
-  Delivery(OutputPair& output, const TrackPlan& plan, std::function<void()> whole)
-      : m_output(output), m_plan(plan), m_on_whole(std::move(whole)) {}
+  /// `output`, `project` and `plan` must outlive the object. `whole` is called when the files have
+  /// been checked and still lie in the working folder; a file that it adds there is delivered along
+  /// with them.
+  Delivery(OutputPair& output, const HostProject& project, const TrackPlan& plan,
+           std::function<void()> whole)
+      : m_output(output), m_project(project), m_plan(plan), m_on_whole(std::move(whole)) {}
   /// Delivers files that were complete when an exception ended the burn, if that has not been done.
   ~Delivery();
   Delivery(const Delivery&) = delete;
@@ -40,6 +42,7 @@ class Delivery {
   void look(int64_t counted_frames);
 
   OutputPair& m_output;
+  const HostProject& m_project;
   const TrackPlan& m_plan;
   const std::function<void()> m_on_whole;
   FinishedFiles m_files;

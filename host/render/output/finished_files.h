@@ -5,6 +5,7 @@
 #include <string>
 
 #include "disc/failure.h"
+#include "host/render/album/host_project.h"
 #include "host/render/output/cue_text.h"
 #include "host/render/plan/track_plan.h"
 
@@ -18,8 +19,10 @@ struct FinishedFiles {
 
 /// Looks at the finished files. Throws `Failure` unless they are whole: an image of exactly the
 /// planned length, which is also what the sink has counted (a last write that failed is reported
-/// nowhere else), and a sheet of all tracks to its last line. `counted_frames`: the sink's length.
+/// nowhere else), and a sheet of all tracks to its last line, with a text wherever `project` has
+/// one. `counted_frames`: the sink's length.
 FinishedFiles readFinishedFiles(const std::string& sheet_path, const std::string& image_path,
-                                const TrackPlan& plan, int64_t counted_frames);
+                                const HostProject& project, const TrackPlan& plan,
+                                int64_t counted_frames);
 
 }  // namespace velmor::render

@@ -5,15 +5,12 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <cstring>
 #include <deque>
 #include <fstream>
 #include <system_error>
 #include <utility>
 
 #include "disc/failure.h"
-#include "disc/files/placement.h"
 #include "disc/text/phrases.h"
 
 namespace velmor::render {
@@ -68,17 +65,7 @@ OutputPair::OutputPair(const std::string& output, bool force,
   checkName();
   checkTargets(inputs);
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
-  std::string pattern = (parent / ".velmor-render-XXXXXX").string();
-  if (!mkdtemp(pattern.data())) {
-    throw Failure("nothing can be written to the folder " + quotedPath(parent) + ": " +
-                  std::string(strerror(errno)) + "; choose another with -o");
-  }
-  m_folder = pattern;
-}
-
-OutputPair::~OutputPair() {
-  std::error_code ignored;
-  if (!m_folder.empty()) fs::remove_all(m_folder, ignored);
+  m_folder.emplace(parent);
 }
 
 void OutputPair::checkName() const {
@@ -107,7 +94,9 @@ std::vector<fs::path> OutputPair::targets() const {
 void OutputPair::checkTargets(const std::vector<std::string>& inputs) const {
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
   std::error_code error;
-  if (!fs::is_directory(parent, error)) {
+  const fs::file_type kind = fs::status(parent, error).type();
+  if (kind == fs::file_type::none) throw fs::filesystem_error("no look at a folder", parent, error);
+  if (kind != fs::file_type::directory) {
     throw Failure("there is no folder " + quotedPath(parent) +
                   " to write to; make it, or choose another with -o");
   }
@@ -157,9 +146,14 @@ std::string OutputPair::olderPortableSheet() const {
   return {};
 }
 
+/// Where old files had to be left that could not be put back; empty when all is as it was.
+std::string OutputPair::takeBack(std::deque<disc::Placement>& placed) noexcept {
+  return disc::takeBack(placed) ? std::string() : m_folder->leave();
+}
+
 void OutputPair::commit() {
   checkOld();  // again, since another program may have written there during the render
-  const fs::path old_folder = m_folder / "replaced";
+  const fs::path old_folder = m_folder->path() / "replaced";
   std::error_code error;
   if (!fs::create_directory(old_folder, error)) throw cannotPlace(m_sheet, error);
   std::vector<std::pair<fs::path, fs::path>> files = {{workingImage(), m_image},
@@ -172,24 +166,28 @@ void OutputPair::commit() {
       placed.emplace_back(made, target, old_folder / target.filename(), m_force);
     }
   } catch (const fs::filesystem_error& refusal) {
+    // Before anything else, since a sentence takes memory, which may have run out.
+    const std::string kept = takeBack(placed);
     const Failure failure = cannotPlace(refusal.path1(), refusal.code());
-    if (disc::takeBack(placed)) throw failure;
-    const fs::path kept = std::exchange(m_folder, fs::path());
+    if (kept.empty()) throw failure;
     throw Failure(std::string(failure.what()) + "; the old files are kept in " +
-                  quotedPath(kept / "replaced"));
+                  quotedPath(fs::path(kept) / "replaced"));
+  } catch (...) {
+    takeBack(placed);
+    throw;
   }
   if (!m_portable.empty() && !has_portable) fs::remove(m_portable, error);
 }
 
 bool OutputPair::commitAndKeepWorkingNames() {
   std::error_code error;
-  const fs::path trial = m_folder / "names";
+  const fs::path trial = m_folder->path() / "names";
   fs::create_directory_symlink(".", trial, error);
   if (error) return false;
   commit();
   // The working folder becomes another name of the folder that the pair is in now.
-  fs::remove_all(m_folder, error);
-  fs::create_directory_symlink(".", m_folder, error);
+  m_folder->remove();
+  fs::create_directory_symlink(".", m_folder->path(), error);
   return true;
 }
 

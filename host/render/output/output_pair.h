@@ -1,11 +1,15 @@
 // The sheet and the image: made beside their place, and put there together when they are complete.
 #pragma once
 
+#include <deque>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "disc/failure.h"
+#include "disc/files/placement.h"
+#include "host/render/output/working_folder.h"
 
 namespace velmor::render {
 
@@ -21,14 +25,15 @@ class OutputPair {
   /// sheet.
   OutputPair(const std::string& output, bool force, const std::vector<std::string>& inputs,
              bool portable = false);
-  ~OutputPair();
   OutputPair(const OutputPair&) = delete;
   OutputPair& operator=(const OutputPair&) = delete;
 
   /// Where the pair is being made.
-  std::string workingSheet() const { return (m_folder / m_sheet.filename()).string(); }
-  std::string workingImage() const { return (m_folder / m_image.filename()).string(); }
-  std::string workingPortableSheet() const { return (m_folder / m_portable.filename()).string(); }
+  std::string workingSheet() const { return (m_folder->path() / m_sheet.filename()).string(); }
+  std::string workingImage() const { return (m_folder->path() / m_image.filename()).string(); }
+  std::string workingPortableSheet() const {
+    return (m_folder->path() / m_portable.filename()).string();
+  }
   /// Where it will be.
   std::string sheet() const { return m_sheet.string(); }
   std::string image() const { return m_image.string(); }
@@ -52,12 +57,13 @@ class OutputPair {
   std::vector<std::filesystem::path> targets() const;
   void checkTargets(const std::vector<std::string>& inputs) const;
   void checkOld() const;
+  std::string takeBack(std::deque<disc::Placement>& placed) noexcept;
 
   std::filesystem::path m_sheet;
   std::filesystem::path m_image;
   std::filesystem::path m_portable;  ///< empty when none is wanted
   bool m_force;
-  std::filesystem::path m_folder;  ///< the working one
+  std::optional<WorkingFolder> m_folder;  ///< there once nothing stands against the pair
 };
 
 }  // namespace velmor::render

@@ -3,15 +3,19 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace velmor::render {
 
 inline constexpr const char* kProgram = "velmor-render";
 
-/// `text`, a clause in lower case without a full stop, behind the program's name.
-void printMessage(const std::string& text);
+/// `text`, a clause in lower case without a full stop, behind the program's name. Takes no memory.
+void printMessage(std::string_view text);
 
 /// The same, marked as a warning.
 void printWarning(const std::string& text);
+
+/// Tells of a working folder that could not be removed, for `reason`. Takes no memory.
+void printFolderThatStays(const char* path, const char* reason);
 
 }  // namespace velmor::render

@@ -12,7 +12,7 @@
 
 #include "module/burn/track_offsets.h"
 #include "module/support/file_read.h"
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 #include "tests/module/burn/image_file.h"
 
 namespace burn_test {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 
 namespace support_test {
 namespace {

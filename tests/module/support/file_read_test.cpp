@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "tests/fake_host/files.h"
+#include "tests/kit/faults/system_calls.h"
 #include "tests/kit/other_process.h"
-#include "tests/kit/system_calls.h"
 
 namespace support_test {
 namespace {

@@ -14,8 +14,8 @@
 
 #include "abi/host_functions.h"
 #include "tests/fake_host/files.h"
+#include "tests/kit/faults/system_calls.h"
 #include "tests/kit/other_process.h"
-#include "tests/kit/system_calls.h"
 #include "tests/module/support/recorded_releases.h"
 
 namespace support_test {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "module/support/ydk_string.h"
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 
 namespace support_test {
 namespace {

@@ -8,7 +8,7 @@
 #include <climits>
 #include <string>
 
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 
 namespace support_test {
 namespace {

@@ -5,11 +5,15 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <cerrno>
 
 namespace velmor::render {
 
 bool FileBytes::read(int64_t at, char* to, size_t count) const {
-  return at >= 0 && ::pread(m_descriptor, to, count, at) == static_cast<ssize_t>(count);
+  if (at < 0) return false;
+  const ssize_t got = ::pread(m_descriptor, to, count, at);
+  if (got < 0) *m_failure = errno;
+  return got == static_cast<ssize_t>(count);
 }
 
 bool FileBytes::has(int64_t at, std::string_view magic) const {

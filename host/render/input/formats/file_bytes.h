@@ -14,11 +14,13 @@ inline std::string_view charactersOf(std::span<const std::byte> bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-/// Looks into a descriptor that somebody else owns; its position stays.
+/// Looks into a descriptor that somebody else owns; its position stays. Where the system refuses to
+/// read, the bytes count as missing, and the owner is told.
 class FileBytes {
  public:
-  /// `size` is the file's, in bytes.
-  FileBytes(int descriptor, int64_t size) : m_descriptor(descriptor), m_size(size) {}
+  /// `size` is the file's, in bytes. `failure` becomes the error of a read that the system refuses.
+  FileBytes(int descriptor, int64_t size, int& failure)
+      : m_descriptor(descriptor), m_size(size), m_failure(&failure) {}
 
   int64_t size() const { return m_size; }
   /// Whether `magic`, of at most 16 bytes, stands at offset `at`.
@@ -39,6 +41,7 @@ class FileBytes {
 
   int m_descriptor;
   int64_t m_size;
+  int* m_failure;
 };
 
 }  // namespace velmor::render

@@ -34,7 +34,7 @@ std::string reasonOf(int error) {
 
 // Not blocking: a pipe without a writer would otherwise hold the program in `open`.
 ReadableFile::ReadableFile(const std::string& path)
-    : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
+    : m_path(path), m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
   if (m_descriptor < 0) refuseToOpen(path, reasonOf(errno));
   struct stat status {};
   const int failure = ::fstat(m_descriptor, &status) == 0 ? 0 : errno;
@@ -50,6 +50,21 @@ ReadableFile::ReadableFile(const std::string& path)
 
 ReadableFile::~ReadableFile() {
   if (m_descriptor >= 0) ::close(m_descriptor);
+}
+
+int64_t ReadableFile::read(void* to, size_t count) {
+  const ssize_t got = ::pread(m_descriptor, to, count, m_position);
+  if (got < 0) {
+    m_failure = errno;
+    m_position = m_size;
+    return 0;
+  }
+  m_position += got;
+  return got;
+}
+
+void ReadableFile::checkReading() const {
+  if (m_failure != 0) refuseToOpen(m_path, reasonOf(m_failure));
 }
 
 }  // namespace velmor::render

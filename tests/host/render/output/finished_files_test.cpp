@@ -27,7 +27,7 @@ class FinishedFilesTest : public testing::Test {
 
   std::string failure(int64_t counted_frames = kCounted) const {
     try {
-      readFinishedFiles(m_sheet, m_image, m_plan, counted_frames);
+      readFinishedFiles(m_sheet, m_image, m_project, m_plan, counted_frames);
     } catch (const Failure& error) {
       return error.what();
     }
@@ -37,14 +37,15 @@ class FinishedFilesTest : public testing::Test {
   static constexpr int64_t kCounted = 441000 + 587;
   static constexpr uintmax_t kImageBytes = (441000 + 588) * 4;
   const SinkConfig m_config{static_cast<int32_t>(kIsoFormatCode), 13, 0, 0, kOneTrack, 0};
-  const TrackPlan m_plan = planTracks(m_config, {}, 441000);
+  HostProject m_project;
+  TrackPlan m_plan = planTracks(m_config, {}, 441000);
   test::Folder m_folder;
   const std::string m_sheet = m_folder.path("disc.cue");
   const std::string m_image = m_folder.path("disc.bin");
 };
 
 TEST_F(FinishedFilesTest, WholeOnesAreTaken) {
-  const FinishedFiles files = readFinishedFiles(m_sheet, m_image, m_plan, kCounted);
+  const FinishedFiles files = readFinishedFiles(m_sheet, m_image, m_project, m_plan, kCounted);
   EXPECT_EQ(files.image_bytes, kImageBytes);
   EXPECT_EQ(files.sheet_bytes, std::filesystem::file_size(m_sheet));
   EXPECT_EQ(files.sheet.tracks.size(), 1U);
@@ -63,6 +64,19 @@ TEST_F(FinishedFilesTest, AModuleThatCountsOtherwiseIsNamed) {
                 AllOf(HasSubstr(std::to_string(counted) + " frames where 441587 belong"),
                       HasSubstr("module")));
   }
+}
+
+TEST_F(FinishedFilesTest, ASheetThatLacksATextIsNot) {
+  const std::string track = "FILE \"disc.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n";
+  const std::string index = "    INDEX 01 00:00:00\r\n";
+  m_project.metadata = {{"CUE:DISC_TITLE", "Night"}, {"CUE:DISC_MOOD", "no line has it"}};
+  EXPECT_THAT(failure(), HasSubstr("lacks a title"));
+  m_folder.write("disc.cue", "TITLE \"Night\"\r\n" + track + index);
+  EXPECT_EQ(failure(), "");
+  m_plan.tracks[0].title = "One";
+  EXPECT_THAT(failure(), HasSubstr("lacks a title"));
+  m_folder.write("disc.cue", "TITLE \"Night\"\r\n" + track + "    TITLE \"One\"\r\n" + index);
+  EXPECT_EQ(failure(), "");
 }
 
 TEST_F(FinishedFilesTest, ASheetThatLacksATrackOrItsEndIsNot) {

@@ -1,5 +1,5 @@
 // The kit's own promise: a loop over n meets every call once, and what fails is counted.
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -12,6 +12,7 @@
 #include <cstring>
 #include <string>
 
+#include "tests/kit/faults/live_blocks.h"
 #include "tests/kit/scratch_folder.h"
 #include "tests/kit/whole_files.h"
 
@@ -80,6 +81,28 @@ TEST(WatchedMemory, ARefusedNewThrows) {
   EXPECT_TRUE(thrown);
 }
 
+TEST(WatchedMemory, ABlockIsLiveUntilItIsGivenBack) {
+  const int before = liveBlocks();
+  SystemCalls calls;
+  void* block = std::malloc(10);
+  EXPECT_EQ(liveBlocks(), before + 1);
+  block = std::realloc(block, 100000);
+  EXPECT_EQ(liveBlocks(), before + 1) << "moved, and still one";
+  calls.failFrom(Call::kRealloc, 1, ENOMEM);
+  void* const moved = std::realloc(block, 200000);
+  EXPECT_EQ(moved, nullptr);
+  EXPECT_EQ(liveBlocks(), before + 1) << "kept where it was";
+  std::free(moved == nullptr ? block : moved);
+  EXPECT_EQ(liveBlocks(), before);
+}
+
+TEST(WatchedMemory, BlocksOfThePastAreForgotten) {
+  const int before = liveBlocks();
+  const SystemCalls calls;
+  for (int i = 0; i < 200000; ++i) std::free(std::malloc(16 + static_cast<size_t>(i % 64)));
+  EXPECT_EQ(liveBlocks(), before);
+}
+
 TEST(WatchedSystem, ALoopOverNFailsEachCallOnceUntilARunPasses) {
   const ScratchFolder folder;
   const std::string path = folder.file("file");
@@ -93,13 +116,14 @@ TEST(WatchedSystem, ALoopOverNFailsEachCallOnceUntilARunPasses) {
     failed += fd >= 0 && flock(fd, LOCK_EX) != 0 ? 1 : 0;
     failed += fd >= 0 && ftruncate(fd, 4) != 0 ? 1 : 0;
     failed += fd >= 0 && pwrite(fd, "abcd", 4, 0) != 4 ? 1 : 0;
+    failed += fd >= 0 && close(fd) != 0 ? 1 : 0;
+    failed += unlink(path.c_str()) != 0 && errno != ENOENT ? 1 : 0;
     const bool passed = calls.systemCallCount() < n;
-    if (fd >= 0) close(fd);
     EXPECT_EQ(failed, passed ? 0 : 1) << n;
     if (passed) break;
     ++runs;
   }
-  EXPECT_EQ(runs, 4);
+  EXPECT_EQ(runs, 6);
 }
 
 TEST(WatchedMemory, WhatALibraryTakesForItselfIsNotCounted) {

@@ -3,8 +3,9 @@
 #include <cstring>
 #include <new>
 
-#include "tests/kit/real_memory.h"
-#include "tests/kit/watched_call.h"
+#include "tests/kit/faults/live_blocks.h"
+#include "tests/kit/faults/real_memory.h"
+#include "tests/kit/faults/watched_call.h"
 
 namespace test_kit {
 
@@ -18,17 +19,16 @@ void* allocate(Call call, size_t size, const void* caller, Real real) {
     block = real();
     return block != nullptr ? 1 : 0;
   });
+  if (watched.isWatched() && block != nullptr) noteTaken(block);
   return block;
 }
 
-/// Whoever calls it: the C++ library's strings take their memory here on behalf of the code that
-/// uses them.
-void* allocateForNew(size_t size) {
-  return allocate(Call::kNew, size, nullptr, [&] { return realMalloc(size == 0 ? 1 : size); });
+void* allocateForNew(size_t size, const void* caller) {
+  return allocate(Call::kNew, size, caller, [&] { return realMalloc(size == 0 ? 1 : size); });
 }
 
-void* allocateOrThrow(size_t size) {
-  void* block = allocateForNew(size);
+void* allocateOrThrow(size_t size, const void* caller) {
+  void* block = allocateForNew(size, caller);
   if (block == nullptr) throw std::bad_alloc();
   return block;
 }
@@ -52,8 +52,18 @@ void* calloc(size_t count, size_t size) noexcept {
 }
 
 void* realloc(void* block, size_t size) noexcept {
-  return allocate(Call::kRealloc, size, __builtin_return_address(0),
-                  [&] { return realRealloc(block, size); });
+  return allocate(Call::kRealloc, size, __builtin_return_address(0), [&] {
+    // Noted before the block is anybody's: another thread may get its address at once.
+    const bool was_live = noteGivenBack(block);
+    void* const moved = realRealloc(block, size);
+    if (moved == nullptr && size != 0 && was_live) noteTaken(block);
+    return moved;
+  });
+}
+
+void free(void* block) noexcept {
+  noteGivenBack(block);
+  realFree(block);
 }
 
 char* strdup(const char* text) noexcept {
@@ -66,16 +76,16 @@ char* strdup(const char* text) noexcept {
 }  // extern "C"
 
 void* operator new(size_t size) {
-  return allocateOrThrow(size);
+  return allocateOrThrow(size, __builtin_return_address(0));
 }
 void* operator new[](size_t size) {
-  return allocateOrThrow(size);
+  return allocateOrThrow(size, __builtin_return_address(0));
 }
 void* operator new(size_t size, const std::nothrow_t&) noexcept {
-  return allocateForNew(size);
+  return allocateForNew(size, __builtin_return_address(0));
 }
 void* operator new[](size_t size, const std::nothrow_t&) noexcept {
-  return allocateForNew(size);
+  return allocateForNew(size, __builtin_return_address(0));
 }
 void operator delete(void* memory) noexcept {
   std::free(memory);

@@ -1,4 +1,4 @@
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 
 #include <link.h>
 #include <unistd.h>
@@ -7,9 +7,12 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstring>
+#include <mutex>
+#include <stdexcept>
 #include <utility>
 
-#include "tests/kit/watched_call.h"
+#include "tests/kit/faults/watched_call.h"
 
 namespace test_kit {
 
@@ -20,42 +23,42 @@ constexpr int kAnyAllocation = kCallKinds;
 constexpr int kAnySystemCall = kCallKinds + 1;
 
 SystemCalls* g_watching = nullptr;
+/// Held while watchers count or keep a call.
+std::mutex g_watchers;
 /// What a watcher calls to do its work is not watched.
 thread_local bool g_inside = false;
 
-struct CodeRange {
-  uintptr_t from, to;
-};
-/// Of the C and C++ libraries; found when the first watcher is made.
-struct RuntimeCode {
-  std::array<CodeRange, 32> ranges{};
-  size_t count = 0;
-};
-RuntimeCode g_runtime;
+/// Of libraries that are not watched: the C and C++ libraries, found when the first watcher is
+/// made, and those that tests leave out.
+std::vector<CodeRange> g_left_out;
 
-int addRuntimeCode(dl_phdr_info* library, size_t /*size*/, void* /*unused*/) {
-  constexpr const char* kNames[] = {"/libc.so", "/libstdc++.so", "/libgcc_s.so", "/libm.so",
-                                    "/ld-linux"};
-  const std::string path = library->dlpi_name;
-  const bool wanted = std::any_of(std::begin(kNames), std::end(kNames), [&](const char* name) {
-    return path.find(name) != std::string::npos;
-  });
-  for (int i = 0; wanted && i < library->dlpi_phnum; ++i) {
+struct NamedCode {
+  const char* name;
+  std::vector<CodeRange>& ranges;
+};
+
+/// Adds the code of `library` when its path holds the name.
+int addNamed(dl_phdr_info* library, size_t /*size*/, void* named) {
+  const auto& wanted = *static_cast<const NamedCode*>(named);
+  if (std::strstr(library->dlpi_name, wanted.name) == nullptr) return 0;
+  for (int i = 0; i < library->dlpi_phnum; ++i) {
     const ElfW(Phdr)& segment = library->dlpi_phdr[i];
     if (segment.p_type != PT_LOAD || (segment.p_flags & PF_X) == 0) continue;
     const uintptr_t from = library->dlpi_addr + segment.p_vaddr;
-    if (g_runtime.count < g_runtime.ranges.size()) {
-      g_runtime.ranges[g_runtime.count++] = {from, from + segment.p_memsz};
-    }
+    wanted.ranges.push_back({from, from + segment.p_memsz});
   }
   return 0;
 }
 
-bool isRuntimeCode(const void* address) {
+void addCodeNamed(const char* name, std::vector<CodeRange>& ranges) {
+  NamedCode wanted{name, ranges};
+  ::dl_iterate_phdr(&addNamed, &wanted);
+}
+
+bool liesIn(const std::vector<CodeRange>& ranges, const void* address) {
   const auto at = reinterpret_cast<uintptr_t>(address);
-  return std::any_of(g_runtime.ranges.begin(),
-                     g_runtime.ranges.begin() + static_cast<std::ptrdiff_t>(g_runtime.count),
-                     [&](const CodeRange& range) { return at >= range.from && at < range.to; });
+  return std::any_of(ranges.begin(), ranges.end(),
+                     [at](const CodeRange& range) { return at >= range.from && at < range.to; });
 }
 
 bool isAllocation(Call call) {
@@ -81,7 +84,13 @@ class Inside {
 }  // namespace
 
 SystemCalls::SystemCalls(bool (*ignored)()) : m_ignored(ignored), m_next(g_watching) {
-  if (g_runtime.count == 0) ::dl_iterate_phdr(&addRuntimeCode, nullptr);
+  const Inside inside;
+  if (g_left_out.empty()) {
+    for (const char* const name :
+         {"/libc.so", "/libstdc++.so", "/libgcc_s.so", "/libm.so", "/ld-linux"}) {
+      addCodeNamed(name, g_left_out);
+    }
+  }
   g_watching = this;
 }
 
@@ -116,6 +125,22 @@ void SystemCalls::failAllocation(int nth, Times times) {
 void SystemCalls::failSystemCall(int nth, Times times, int error) {
   const Inside inside;
   m_rules.push_back({kAnySystemCall, nth, times == Times::kOnce ? nth : kAlways, error});
+}
+
+void SystemCalls::leaveOut(const char* name) {
+  const Inside inside;
+  addCodeNamed(name, g_left_out);
+}
+
+void SystemCalls::watchOnly(const char* name) {
+  const Inside inside;
+  addCodeNamed(name, m_only);
+  if (m_only.empty()) throw std::runtime_error(std::string("no library is loaded from ") + name);
+}
+
+bool SystemCalls::concerns(const void* caller) const {
+  if (m_ignored != nullptr && m_ignored()) return false;
+  return m_only.empty() || liesIn(m_only, caller);
 }
 
 void SystemCalls::shorten(Call call, int nth, int64_t bytes) {
@@ -176,12 +201,16 @@ bool SystemCalls::swallows(int fd) const {
 }
 
 WatchedCall::WatchedCall(Call call, const void* caller)
-    : m_call(call), m_watched(g_watching != nullptr && !g_inside && !isRuntimeCode(caller)) {
+    : m_call(call),
+      m_caller(caller),
+      m_watched(g_watching != nullptr && !g_inside &&
+                (call == Call::kNew || !liesIn(g_left_out, caller))) {
   if (!m_watched) return;
   const Inside inside;
+  const std::lock_guard lock(g_watchers);
   m_watched = false;
   for (SystemCalls* each = g_watching; each != nullptr; each = each->m_next) {
-    if (each->m_ignored != nullptr && each->m_ignored()) continue;
+    if (!each->concerns(caller)) continue;
     m_watched = true;
     if (const int error = each->enter(call); error != 0) m_error = error;
   }
@@ -216,10 +245,11 @@ int64_t WatchedCall::fileSystem(int64_t real) const {
 
 void WatchedCall::record(CallRecord record) const {
   const Inside inside;
+  const std::lock_guard lock(g_watchers);
   if (m_path != nullptr) record.path = m_path;
   if (m_call == Call::kOpen) record.fd = static_cast<int>(record.result);
   for (SystemCalls* each = g_watching; each != nullptr; each = each->m_next) {
-    if (each->m_ignored != nullptr && each->m_ignored()) continue;
+    if (!each->concerns(m_caller)) continue;
     each->m_kept.push_back({m_call, record});
     if (each->m_observer) each->m_observer(m_call, record);
   }

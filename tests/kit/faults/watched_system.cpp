@@ -2,6 +2,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -9,7 +10,7 @@
 #include <algorithm>
 #include <cstdarg>
 
-#include "tests/kit/watched_call.h"
+#include "tests/kit/faults/watched_call.h"
 
 namespace test_kit {
 
@@ -169,6 +170,37 @@ int fcntl(int fd, int command, ...) {
   const WatchedCall watched(Call::kFcntl, __builtin_return_address(0));
   return static_cast<int>(
       watched.run({.size = command, .fd = fd}, [&] { return kReal(fd, command, argument); }));
+}
+
+int close(int fd) {
+  static const auto kReal = real(&::close, "close");
+  const WatchedCall watched(Call::kClose, __builtin_return_address(0));
+  if (watched.error() != 0) kReal(fd);
+  return static_cast<int>(watched.run({.fd = fd}, [&] { return kReal(fd); }));
+}
+
+int unlink(const char* path) noexcept {
+  static const auto kReal = real(&::unlink, "unlink");
+  WatchedCall watched(Call::kUnlink, __builtin_return_address(0));
+  watched.concerns(path);
+  return static_cast<int>(watched.run({}, [&] { return kReal(path); }));
+}
+
+int munmap(void* address, size_t length) noexcept {
+  static const auto kReal = real(&::munmap, "munmap");
+  const WatchedCall watched(Call::kMunmap, __builtin_return_address(0));
+  if (watched.error() != 0) kReal(address, length);
+  return static_cast<int>(
+      watched.run({.size = static_cast<int64_t>(length)}, [&] { return kReal(address, length); }));
+}
+
+/// While it is watched it does not wait for the disk: the loops over all faults would spend their
+/// time on that, for files that are thrown away.
+int fsync(int fd) {
+  static const auto kReal = real(&::fsync, "fsync");
+  const WatchedCall watched(Call::kFsync, __builtin_return_address(0));
+  return static_cast<int>(
+      watched.run({.fd = fd}, [&] { return watched.isWatched() ? 0 : kReal(fd); }));
 }
 
 /// Unlike the others it answers the error itself.

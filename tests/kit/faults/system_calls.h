@@ -28,9 +28,13 @@ enum class Call {
   kLseek,
   kFcntl,
   kFadvise,
+  kClose,  ///< closes even where it fails, as the system does
+  kUnlink,
+  kMunmap,  ///< unmaps even where it fails
+  kFsync,   ///< never waits for the disk
 };
 inline constexpr int kFirstSystemCall = static_cast<int>(Call::kOpen);
-inline constexpr int kCallKinds = static_cast<int>(Call::kFadvise) + 1;
+inline constexpr int kCallKinds = static_cast<int>(Call::kFsync) + 1;
 
 enum class Times { kOnce, kFromThenOn };
 
@@ -48,10 +52,15 @@ struct CallRecord {
   bool only_zeros = false;  ///< of pwrite: nothing else is written
 };
 
+/// A stretch of a library's code.
+struct CodeRange {
+  uintptr_t from, to;
+};
+
 /// Watches while it lives. Several may live at once: each counts every call, and a call fails when
 /// one of them says so. What the C and C++ libraries call for themselves is not watched, nor is
-/// what happens while `ignored` answers true. Made and ended by one thread while no other is in a
-/// watched call.
+/// what happens while `ignored` answers true. Calls may come from several threads; made, scripted,
+/// asked and ended by one thread while no other is in a watched call.
 class SystemCalls {
  public:
   explicit SystemCalls(bool (*ignored)() = nullptr);
@@ -62,6 +71,12 @@ class SystemCalls {
   /// Calls `first` to `last` of a kind (counted from 1 since construction or `forget`) fail with
   /// `error`, without reaching the system, and no others of that kind.
   void fail(Call call, int error, int first = 1, int last = kAlways);
+  /// Only calls that the loaded library whose path holds `name` makes itself are watched by this
+  /// one, from here on.
+  void watchOnly(const char* name);
+  /// What the loaded libraries whose path holds `name` call for themselves is not watched either,
+  /// to the end of the process.
+  static void leaveOut(const char* name);
   /// The `nth` call of a kind fails too.
   void failAt(Call call, int nth, int error);
   /// The `nth` call of a kind and every later one fail too.
@@ -114,12 +129,15 @@ class SystemCalls {
   /// Counts the call; the error with which it fails, 0 for none.
   int enter(Call call);
   bool swallows(int fd) const;
+  /// Whether a call that returns to `caller` is this one's business.
+  bool concerns(const void* caller) const;
 
   bool (*m_ignored)();
   SystemCalls* m_next;
   int m_counts[kCallKinds] = {};
   int m_allocations = 0;
   int m_system_calls = 0;
+  std::vector<CodeRange> m_only;  ///< empty: all code
   std::vector<Rule> m_rules;
   std::vector<Shortening> m_shortenings;
   std::vector<Kept> m_kept;

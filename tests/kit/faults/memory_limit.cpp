@@ -1,4 +1,4 @@
-#include "tests/kit/memory_limit.h"
+#include "tests/kit/faults/memory_limit.h"
 
 #include <sys/resource.h>
 

@@ -4,14 +4,15 @@
 #include <cerrno>
 #include <utility>
 
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 
 namespace test_kit {
 
 /// Made at the beginning of a call, before it does anything.
 class WatchedCall {
  public:
-  /// `caller` is the address that the call returns to.
+  /// `caller` is the address that the call returns to. For operator new it may lie in the C++
+  /// library, whose strings take their memory on behalf of the code that uses them.
   WatchedCall(Call call, const void* caller);
   WatchedCall(const WatchedCall&) = delete;
   WatchedCall& operator=(const WatchedCall&) = delete;
@@ -43,6 +44,7 @@ class WatchedCall {
 
  private:
   Call m_call;
+  const void* m_caller;
   const char* m_path = nullptr;
   bool m_watched;
   int m_error = 0;
