@@ -121,19 +121,12 @@ std::vector<std::string> pathsOf(const std::vector<Second>& seconds) {
   return paths;
 }
 
-void showProgress(disc::ProgressBar& bar, int64_t done, int64_t all) {
-  if (all <= 0 || !bar.due()) return;
-  const double part = static_cast<double>(done) / static_cast<double>(all);
-  bar.draw(disc::barText(part) + ' ' + std::to_string(static_cast<int>(part * 100.0)) + " % of " +
-           std::to_string(all / 1'000'000) + " MB");
-}
-
 int run(const Arguments& a) {
   const std::vector<Second> seconds = wantedSeconds(a);
   disc::ProgressBar bar(true);
   CheckOptions options;
   options.readers = chosenReaders(a.readers);
-  options.progress = [&bar](int64_t done, int64_t all) { showProgress(bar, done, all); };
+  options.progress = [&bar](int64_t done, int64_t all) { disc::drawBytes(bar, done, all); };
   const Report report = check(a.sheet, options);
   bar.clear();
   std::vector<std::string> changes;

@@ -41,4 +41,11 @@ void ProgressBar::clear() {
   m_drawn = false;
 }
 
+void drawBytes(ProgressBar& bar, int64_t done, int64_t all) {
+  if (all <= 0 || !bar.due()) return;
+  const double part = static_cast<double>(done) / static_cast<double>(all);
+  bar.draw(barText(part) + ' ' + std::to_string(static_cast<int>(part * 100.0)) + " % of " +
+           std::to_string(all / 1'000'000) + " MB");
+}
+
 }  // namespace velmor::disc

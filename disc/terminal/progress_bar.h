@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -34,5 +35,8 @@ class ProgressBar {
   bool m_drawn = false;
   Clock::time_point m_last_drawing{};
 };
+
+/// Draws how many of `all` bytes are done, when it is time.
+void drawBytes(ProgressBar& bar, int64_t done, int64_t all);
 
 }  // namespace velmor::disc

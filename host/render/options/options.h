@@ -46,6 +46,7 @@ struct Options {
   BurnOptions burn;
   bool list_drives = false;  ///< and nothing else
   bool portable_cue = false;
+  std::string ddp;  ///< folder of the set for a plant; empty: none is wanted
 };
 
 /// The options of a command line; nothing when it asked for help or the version, which are then

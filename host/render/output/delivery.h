@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <utility>
 
 #include "disc/failure.h"
@@ -19,9 +20,15 @@ class Delivery {
  public:
   /// `output` and `plan` must outlive the object. `whole` is called when the files have been
   /// checked and still lie in the working folder; a file that it adds there is delivered along with
-  /// them.
-  Delivery(OutputPair& output, const TrackPlan& plan, std::function<void()> whole)
-      : m_output(output), m_plan(plan), m_on_whole(std::move(whole)) {}
+  /// them. `in_place` is called once they are in their place, or are to be burned, with a path that
+  /// leads to the sheet.
+  Delivery(
+      OutputPair& output, const TrackPlan& plan, std::function<void()> whole,
+      std::function<void(const std::string& sheet)> in_place = [](const std::string&) {})
+      : m_output(output),
+        m_plan(plan),
+        m_on_whole(std::move(whole)),
+        m_in_place(std::move(in_place)) {}
   /// Delivers files that were complete when an exception ended the burn, if that has not been done.
   ~Delivery();
   Delivery(const Delivery&) = delete;
@@ -42,6 +49,7 @@ class Delivery {
   OutputPair& m_output;
   const TrackPlan& m_plan;
   const std::function<void()> m_on_whole;
+  const std::function<void(const std::string&)> m_in_place;
   FinishedFiles m_files;
   bool m_whole = false;
   bool m_delivered = false;
