@@ -77,6 +77,8 @@ def main():
         table.below("a seek inside the reader's buffer", table.times["seekInsideTheBuffer"], 50, " ns")
     table.faster("velmor-render, 80 minutes of 24-bit WAV, beside sox", "velmor-render", "sox", 2)
     table.faster("the same beside ffmpeg", "velmor-render", "ffmpeg", 3)
+    table.at_most("a set for a plant, beside cp and md5sum of its image", "set-write", "copy-and-md5sum", 1.2)
+    table.at_most("checking a set, beside md5sum of its audio", "set-check", "md5sum", 1.2)
     memory = os.path.join(folder, "memory")
     if os.path.exists(memory):
         with open(memory, encoding="utf-8") as file:
