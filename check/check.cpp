@@ -15,7 +15,7 @@ namespace velmor::check {
 
 namespace {
 
-std::string readSheet(const std::filesystem::path& path) {
+std::string bytesOfSheet(const std::filesystem::path& path) {
   const std::string name = disc::inQuotes(path.string());
   std::error_code error;
   if (std::filesystem::is_directory(path, error))
@@ -72,11 +72,19 @@ void keepErrorsOfNoSheet(std::vector<Finding>& findings) {
 
 }  // namespace
 
+disc::Sheet readSheet(const std::filesystem::path& sheet) {
+  return disc::parseSheet(bytesOfSheet(sheet));
+}
+
 Report check(const std::filesystem::path& sheet, const CheckOptions& options) {
+  return check(readSheet(sheet), sheet, options);
+}
+
+Report check(disc::Sheet sheet, const std::filesystem::path& name, const CheckOptions& options) {
   Report report;
-  report.sheet = sheet;
-  report.disc = openDisc(disc::parseSheet(readSheet(sheet)), sheet);
-  scanImages(report.disc, options);
+  report.sheet = name;
+  report.disc = openDisc(std::move(sheet), name);
+  if (options.samples) scanImages(report.disc, options);
   Findings findings(options.readers);
   for (const auto group :
        {checkSyntax, checkTexts, checkCodes, checkTracks, checkLayout, checkImages, checkAudio})

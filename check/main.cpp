@@ -121,18 +121,14 @@ std::vector<std::string> pathsOf(const std::vector<Second>& seconds) {
   return paths;
 }
 
-void showProgress(disc::ProgressBar& bar, int64_t done, int64_t all) {
-  if (all <= 0 || !bar.due()) return;
-  const double part = static_cast<double>(done) / static_cast<double>(all);
-  bar.draw({"Checking", part, "of " + std::to_string(all / 1'000'000) + " MB", {}});
-}
-
 int run(const Arguments& a) {
   const std::vector<Second> seconds = wantedSeconds(a);
   disc::ProgressBar bar(true);
   CheckOptions options;
   options.readers = chosenReaders(a.readers);
-  options.progress = [&bar](int64_t done, int64_t all) { showProgress(bar, done, all); };
+  options.progress = [&bar](int64_t done, int64_t all) {
+    disc::drawBytes(bar, "Checking", done, all);
+  };
   const Report report = check(a.sheet, options);
   bar.clear();
   std::vector<std::string> changes;

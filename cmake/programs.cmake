@@ -1,7 +1,7 @@
 # Everything beside the module: what ships with it, and what tests and measures it.
 
 find_package(PkgConfig REQUIRED)
-foreach(room IN ITEMS disc check host)
+foreach(room IN ITEMS disc check ddp host)
   add_subdirectory(${room})
 endforeach()
 

@@ -42,7 +42,7 @@ measure_parts() {
 
 measure_programs() {
   say "Building"
-  configure_and_build release velmor_cd velmor-render | tail -n 1
+  configure_and_build release velmor_cd velmor-render velmor-ddp | tail -n 1
   say "Writing an album of 80 minutes, 24 bit"
   python3 scripts/bench_wav.py "$data/album.wav" 80
   local ours="build/release/velmor-render --quiet --force '$data/album.wav' -o '$data/album.cue'"
@@ -66,12 +66,33 @@ measure_programs() {
     sed -nE 's/^Benchmark [0-9]+: (.*)/\1/p; s/^ *Time .*: *([0-9.]+ [a-z]+).*(\[User.*\])/  \1 \2/p' \
       "$folder/programs-$round.log" | paste -d' ' - -
   done
-  rm -f "$data"/album.{bin,cue,cdr,raw} "$data"/copy.bin
+  rm -f "$data"/album.{cdr,raw} "$data"/copy.bin
+  measure_sets
+  rm -f "$data"/album.{bin,cue}
   hyperfine -N --warmup 5 --runs 100 --style basic --export-json "$folder/programs-start.json" \
     -n start-up "build/release/velmor-render --version" >"$folder/programs-start.log" 2>&1
   # A small program has to start it: the peak that the system notes counts what the parent took before.
   /usr/bin/time -f %M -o "$folder/memory" \
     build/release/velmor-render --quiet --force "$data/album.wav" -o "$data/album.cue"
+}
+
+# The set of the album that the last round has left, beside a copy of its image and md5sum of the same.
+measure_sets() {
+  say "Sets for a plant, five rounds"
+  build/release/velmor-render --quiet --force "$data/album.wav" -o "$data/album.cue"
+  local round
+  for round in 1 2 3 4 5; do
+    hyperfine --warmup 1 --runs 1 --style basic --export-json "$folder/programs-set-$round.json" \
+      --prepare "rm -rf '$data/set' '$data/copy.bin'" -n set-write "build/release/velmor-ddp write '$data/album.cue' -o '$data/set'" \
+      --prepare "rm -rf '$data/copy.bin'" -n copy-and-md5sum "cp '$data/album.bin' '$data/copy.bin' && md5sum '$data/copy.bin'" \
+      --prepare "test -d '$data/set' || build/release/velmor-ddp write '$data/album.cue' -o '$data/set'" \
+      -n set-check "build/release/velmor-ddp check '$data/set'" \
+      --prepare true -n md5sum "md5sum '$data/set/IMAGE.DAT'" >"$folder/programs-set-$round.log" 2>&1 || {
+      cat "$folder/programs-set-$round.log" >&2
+      fail "a program failed; the lines above say why"
+    }
+  done
+  rm -rf "$data/set" "$data/copy.bin"
 }
 
 [ "$what" = programs ] || measure_parts

@@ -88,6 +88,8 @@ def main():
     table.at_most("it in all, beside cp of the finished image", "velmor-render", "cp", 1.3)
     if "start-up" in table.times:
         table.below("velmor-render --version", 1000 * table.times["start-up"], 10, " ms")
+    table.at_most("a set for a plant, beside cp and md5sum of its image", "set-write", "copy-and-md5sum", 1.2)
+    table.at_most("checking a set, beside md5sum of its audio", "set-check", "md5sum", 1.2)
     memory = os.path.join(folder, "memory")
     if os.path.exists(memory):
         with open(memory, encoding="utf-8") as file:

@@ -4,7 +4,7 @@
 bash scripts/setup.sh >&2
 source scripts/common.sh
 say "Building"
-configure_and_build release velmor_cd velmor-render velmor-emulated-drive | tail -n 1
+configure_and_build release velmor_cd velmor-render velmor-ddp velmor-emulated-drive | tail -n 1
 
 folder=$PWD/build/demo
 rm -rf "$folder"
@@ -18,7 +18,7 @@ album=("$folder/sources/Headlights.wav" "$folder/sources/Toll Road.flac" "$folde
   --disc-leadin 2000 --track-leadin 2000 --dither tpdf)
 
 say "Rendering five files to a disc image"
-build/release/velmor-render "${album[@]}" -o "$folder/album.cue"
+build/release/velmor-render "${album[@]}" -o "$folder/album.cue" --ddp "$folder/master"
 
 say "The sheet"
 tr -d '\r' <"$folder/album.cue"
@@ -26,7 +26,10 @@ tr -d '\r' <"$folder/album.cue"
 say "What other programs make of it"
 bash scripts/demo_readers.sh "$folder"
 
+say "The set that a pressing plant takes"
+build/release/velmor-ddp check "$folder/master"
+
 say "Burning it, to a recorder without hardware"
 bash scripts/demo_burn.sh "$folder" "${album[@]}"
 
-say "The disc is in build/demo: album.cue and album.bin, and as a drive has it in drives/drive01"
+say "The disc is in build/demo: album.cue and album.bin, for a plant in master, and as a drive has it in drives/drive01"

@@ -7,7 +7,7 @@ source scripts/common.sh
 
 say "Building"
 configure_and_build mac | tail -n 1
-configure_and_build release velmor_cd velmor-render velmor_recording velmor-cdcheck | tail -n 1
+configure_and_build release velmor_cd velmor-render velmor_recording velmor-cdcheck velmor-ddp | tail -n 1
 
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:.*=//p' build/release/CMakeCache.txt)
 [ -n "$version" ] || fail "CMakeLists.txt names no version"
@@ -35,7 +35,7 @@ check_linux() {
   [ "$("$1/bin/velmor-render" --version)" = "$(build/release/velmor-render --version)" ] ||
     fail "velmor-render in $1 does not start"
   "$1/bin/velmor-render" --list-drives >/dev/null || fail "velmor-render in $1 does not find its recording library"
-  man -w -M "$1/share/man" velmor-render velmor-cdcheck >/dev/null || fail "the manual pages are not in $1"
+  man -w -M "$1/share/man" velmor-render velmor-cdcheck velmor-ddp >/dev/null || fail "the manual pages are not in $1"
 }
 
 say "The archives, in build/package"
@@ -59,7 +59,7 @@ dpkg-deb --extract "${deb[0]}" "$out/unpacked/deb"
 check_linux "$out/unpacked/deb/usr"
 diff <(cd "$out/unpacked/$linux" && find . -type f | sort) <(cd "$out/unpacked/deb/usr" && find . -type f | sort) >&2 ||
   fail "the archive and the Debian package do not hold the same files"
-for library in libsndfile1 libsoxr0 libburn4; do
+for library in libsndfile1 libsoxr0 libburn4 libgcrypt20; do
   dpkg-deb --field "${deb[0]}" Depends | grep -q "$library" || fail "the Debian package does not ask for $library"
 done
 rm -r "$out/unpacked"

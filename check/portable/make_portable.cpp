@@ -99,6 +99,18 @@ class Maker {
     takeText(from.title, to.title, whose + ": TITLE");
     takeText(from.performer, to.performer, whose + ": PERFORMER");
     takeText(from.songwriter, to.songwriter, whose + ": SONGWRITER");
+    takeComposer(from, to, whose);
+    leaveOut(from.arranger, whose + ": ARRANGER");
+    leaveOut(from.message, whose + ": MESSAGE");
+  }
+
+  void takeComposer(const disc::Fields& from, disc::PlainFields& to, const std::string& whose) {
+    if (from.songwriter) return leaveOut(from.composer, whose + ": COMPOSER");
+    takeText(from.composer, to.songwriter, whose + ": SONGWRITER, from COMPOSER,");
+  }
+
+  void leaveOut(const std::optional<disc::Text>& text, const std::string& what) {
+    if (text) say(what + " is left out: not every reader knows it.");
   }
 
   void takeFiles() {

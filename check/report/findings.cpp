@@ -39,8 +39,8 @@ void Findings::push(Finding finding) {
 
 void Findings::add(Severity severity, std::string_view rule, Place place, std::string what,
                    std::string action, std::string_view source) {
-  Finding f{severity,          rule,   place.line, place.track, std::move(what),
-            std::move(action), source, {},         {},          {}};
+  Finding f{severity,          rule,   place.file, place.line, place.track, std::move(what),
+            std::move(action), source, {},         {},         {}};
   fillReaders(f);
   push(std::move(f));
 }
@@ -48,8 +48,8 @@ void Findings::add(Severity severity, std::string_view rule, Place place, std::s
 void Findings::addForReaders(std::string_view rule, Place place, std::string what,
                              std::string action) {
   assert(readerVerdict(rule) != nullptr);
-  Finding f{Severity::kWarning, rule, place.line, place.track, std::move(what),
-            std::move(action),  {},   {},         {},          {}};
+  Finding f{Severity::kWarning, rule, place.file, place.line, place.track, std::move(what),
+            std::move(action),  {},   {},         {},         {}};
   fillReaders(f);
   if (f.refused.empty() && f.damaged.empty()) return;
   if (!m_chosen.empty() && !f.refused.empty()) f.severity = Severity::kError;
@@ -59,8 +59,8 @@ void Findings::addForReaders(std::string_view rule, Place place, std::string wha
 void Findings::addHabit(std::string_view rule, Place place, std::string what, std::string action) {
   assert(readerVerdict(rule) != nullptr);
   if (m_chosen.empty()) return;
-  Finding f{Severity::kNote,   rule, place.line, place.track, std::move(what),
-            std::move(action), {},   {},         {},          {}};
+  Finding f{Severity::kNote,   rule, place.file, place.line, place.track, std::move(what),
+            std::move(action), {},   {},         {},         {}};
   fillReaders(f);
   if (!f.damaged.empty()) push(std::move(f));
 }
@@ -73,6 +73,7 @@ std::vector<Finding> Findings::sorted() && {
                                    [rule = rule](const Finding& f) { return f.rule == rule; });
     more.severity = last->severity;
     more.rule = rule;
+    more.file = last->file;
     more.line = last->line;
     more.what = std::to_string(count - kMostOfARule) + " more of this kind are left out";
     more.action = "Mend those above first.";

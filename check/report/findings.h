@@ -17,7 +17,8 @@ std::string_view severityName(Severity severity);
 struct Finding {
   Severity severity = Severity::kNote;
   std::string_view rule;    ///< its id, static
-  int line = 0;             ///< of the sheet; 0: of no line
+  std::string file;         ///< of a set of files; empty: the sheet
+  int line = 0;             ///< of that file, or its packet; 0: of no line
   int track = 0;            ///< as counted, 1 and up; 0: of the disc
   std::string what;         ///< a sentence
   std::string action;       ///< a sentence: what to do
@@ -30,6 +31,7 @@ struct Finding {
 struct Place {
   int line = 0;
   int track = 0;
+  std::string file = {};  ///< of a set of files, which are counted in packets; empty: the sheet
 };
 
 /// Collects findings, to be asked for once; at most `kMostOfARule` of each rule, the rest as one
@@ -50,6 +52,9 @@ class Findings {
   void addForReaders(std::string_view rule, Place place, std::string what, std::string action);
   /// As above, but a note, and only when such a reader was chosen.
   void addHabit(std::string_view rule, Place place, std::string what, std::string action);
+
+  /// As somebody else has found it.
+  void add(Finding finding) { push(std::move(finding)); }
 
   /// Most serious first, then by line; what was left out is counted at the end of its rule.
   std::vector<Finding> sorted() &&;

@@ -16,17 +16,21 @@ nlohmann::ordered_json names(const std::vector<Reader>& readers) {
   return list;
 }
 
+nlohmann::ordered_json placeJson(const Finding& f) {
+  if (f.file.empty()) return {{"line", f.line}, {"track", f.track}};
+  return {{"file", disc::printable(f.file)}, {"packet", f.line}, {"track", f.track}};
+}
+
 nlohmann::ordered_json findingJson(const Finding& f) {
-  return {{"severity", severityName(f.severity)},
-          {"rule", f.rule},
-          {"line", f.line},
-          {"track", f.track},
-          {"what", disc::printable(f.what)},
-          {"action", disc::printable(f.action)},
-          {"source", f.source},
-          {"refused_by", names(f.refused)},
-          {"damaged_by", names(f.damaged)},
-          {"damage", f.damaged.empty() ? std::string_view() : f.damage}};
+  nlohmann::ordered_json json = {{"severity", severityName(f.severity)}, {"rule", f.rule}};
+  json.update(placeJson(f));
+  json.update({{"what", disc::printable(f.what)},
+               {"action", disc::printable(f.action)},
+               {"source", f.source},
+               {"refused_by", names(f.refused)},
+               {"damaged_by", names(f.damaged)},
+               {"damage", f.damaged.empty() ? std::string_view() : f.damage}});
+  return json;
 }
 
 nlohmann::ordered_json tracksJson(const Disc& disc) {
@@ -64,7 +68,8 @@ std::string readerList(const std::vector<Reader>& readers) {
 
 std::string findingLine(const Finding& f) {
   std::string line(severityName(f.severity));
-  if (f.line > 0) line += " line " + std::to_string(f.line);
+  if (!f.file.empty()) line += ' ' + f.file;
+  if (f.line > 0) line += (f.file.empty() ? " line " : " packet ") + std::to_string(f.line);
   if (f.track > 0) line += " track " + std::to_string(f.track);
   line += " [" + std::string(f.rule) + "] " + f.what + '.';
   if (!f.refused.empty()) line += " Refused by " + readerList(f.refused) + '.';
@@ -73,6 +78,10 @@ std::string findingLine(const Finding& f) {
   if (!f.source.empty()) line += " Rule: " + std::string(f.source) + '.';
   if (!f.action.empty()) line += " -> " + f.action;
   return disc::printable(line);
+}
+
+std::string findingJsonText(const Finding& finding) {
+  return findingJson(finding).dump();
 }
 
 void printErrors(const Report& report, std::ostream& out) {

@@ -16,6 +16,8 @@ std::string readerList(const std::vector<Reader>& readers);
 /// One line: severity, line, track, rule, what, who, what to do. Control characters and bytes that
 /// are no UTF-8 are shown as '?'.
 std::string findingLine(const Finding& finding);
+/// The same as a part of `printJson`; the place in a set's file is its "file" and "packet".
+std::string findingJsonText(const Finding& finding);
 /// One line per error only, then the verdict.
 void printErrors(const Report& report, std::ostream& out);
 /// One line per finding, then the verdict.

@@ -17,10 +17,13 @@ struct Kind {
   std::string TextFields::*field;
   bool of_the_disc;  // a track without it has the disc's
 };
-constexpr std::array<Kind, 3> kKinds{{
+constexpr std::array<Kind, 6> kKinds{{
     {TextKind::kTitle, "title", &TextFields::title, false},
     {TextKind::kPerformer, "performer", &TextFields::performer, true},
     {TextKind::kSongwriter, "songwriter", &TextFields::songwriter, true},
+    {TextKind::kComposer, "composer", &TextFields::composer, true},
+    {TextKind::kArranger, "arranger", &TextFields::arranger, true},
+    {TextKind::kMessage, "message", &TextFields::message, false},
 }};
 
 std::string convert(const std::string& text, const std::string& what,
@@ -47,11 +50,19 @@ TextBlock makeBlock(const Kind& kind, const SheetTexts& sheet, std::vector<std::
     return block;
   block.disc = convert(sheet.disc.*kind.field, name + " of the disc", warnings);
   for (size_t i = 0; i < sheet.tracks.size(); ++i) {
-    std::string text = convert(sheet.tracks[i].texts.*kind.field,
-                               name + " of track " + std::to_string(i + 1), warnings);
-    block.tracks.push_back(text.empty() && kind.of_the_disc ? block.disc : std::move(text));
+    block.tracks.push_back(convert(sheet.tracks[i].texts.*kind.field,
+                                   name + " of track " + std::to_string(i + 1), warnings));
   }
   return block;
+}
+
+/// A track without a performer of its own has the disc's.
+void completeTracks(DiscTexts& texts) {
+  for (const Kind& kind : kKinds) {
+    if (!kind.of_the_disc) continue;
+    TextBlock& block = texts.block(kind.kind);
+    std::replace(block.tracks.begin(), block.tracks.end(), std::string(), block.disc);
+  }
 }
 
 void addCodes(DiscTexts& texts, const SheetTexts& sheet, std::vector<std::string>& warnings) {
@@ -63,8 +74,8 @@ void addCodes(DiscTexts& texts, const SheetTexts& sheet, std::vector<std::string
   std::set<std::string> seen;
   for (size_t i = 0; i < sheet.tracks.size(); ++i) {
     const std::string where = "track " + std::to_string(i + 1) + ": ";
-    texts.recording_codes.push_back(keep(recordingCode(sheet.tracks[i].isrc), where));
-    const std::string& code = texts.recording_codes.back();
+    texts.recording_codes[i] = keep(recordingCode(sheet.tracks[i].isrc), where);
+    const std::string& code = texts.recording_codes[i];
     if (!code.empty() && !seen.insert(code).second)
       warnings.push_back(std::string(where)
                              .append("the ISRC ")
@@ -83,13 +94,10 @@ TextBlock codeBlock(const DiscTexts& texts) {
   return {texts.media_catalog, codes};
 }
 
-/// Each text ends with a zero; a tab stands for the text of the track before.
+/// Each text ends with a zero.
 size_t payloadBytes(const TextBlock& block) {
   size_t bytes = block.disc.size() + 1;
-  for (size_t i = 0; i < block.tracks.size(); ++i) {
-    const bool again = i > 0 && !block.tracks[i].empty() && block.tracks[i] == block.tracks[i - 1];
-    bytes += (again ? 1 : block.tracks[i].size()) + 1;
-  }
+  for (const std::string& text : block.tracks) bytes += text.size() + 1;
   return bytes;
 }
 
@@ -106,24 +114,30 @@ int textPacks(const DiscTexts& texts) {
   return static_cast<int>(packs);
 }
 
+DiscTexts textsAsGiven(const SheetTexts& sheet, std::vector<std::string>& warnings) {
+  DiscTexts texts;
+  texts.recording_codes.resize(sheet.tracks.size());
+  for (const Kind& kind : kKinds) texts.block(kind.kind) = makeBlock(kind, sheet, warnings);
+  return texts;
+}
+
 DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks,
                         std::vector<std::string>& warnings) {
   if (sheet.tracks.size() != tracks)
     throw Failure("the cue sheet has " + std::to_string(sheet.tracks.size()) +
                   " tracks and the burn has " + std::to_string(tracks) +
                   ": its texts belong to another disc");
-  DiscTexts texts;
-  for (const Kind& kind : kKinds) texts.block(kind.kind) = makeBlock(kind, sheet, warnings);
+  DiscTexts texts = textsAsGiven(sheet, warnings);
+  completeTracks(texts);
   addCodes(texts, sheet, warnings);
   texts.block(TextKind::kCode) = codeBlock(texts);
   // The codes are in the Q channel anyway; the texts are not to be lost to them.
-  if (textPacks(texts) > kMostWrittenTextPacks) texts.block(TextKind::kCode) = {};
+  if (textPacks(texts) > kMostTextPacks) texts.block(TextKind::kCode) = {};
   const int packs = textPacks(texts);
-  if (packs > kMostWrittenTextPacks)
+  if (packs > kMostTextPacks)
     throw Failure("the texts take " + std::to_string(packs) + " packs of CD-TEXT, and " +
-                  std::to_string(kMostWrittenTextPacks) +
-                  " can be written: shorten them by about " +
-                  std::to_string((packs - kMostWrittenTextPacks) * kTextPackBytes) +
+                  std::to_string(kMostTextPacks) + " can be written: shorten them by about " +
+                  std::to_string((packs - kMostTextPacks) * kTextPackBytes) +
                   " characters, or burn without CD-TEXT");
   return texts;
 }

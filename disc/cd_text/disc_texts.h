@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,11 +12,15 @@
 
 namespace velmor::disc {
 
-/// The packs of CD-TEXT that a sheet can fill.
-enum class TextKind { kTitle, kPerformer, kSongwriter, kCode };
-inline constexpr size_t kTextKinds = 4;
-/// What libburn 1.5.4 writes: one pack fewer than a block has room for.
-inline constexpr int kMostWrittenTextPacks = kMostTextPacks - 1;
+/// The packs of CD-TEXT that a sheet can fill, in the order of their types.
+enum class TextKind { kTitle, kPerformer, kSongwriter, kComposer, kArranger, kMessage, kCode };
+inline constexpr size_t kTextKinds = 7;
+
+/// The first byte of a kind's packs.
+constexpr uint8_t packType(TextKind kind) {
+  return kind == TextKind::kCode ? kCodePackType
+                                 : static_cast<uint8_t>(kFirstPackType + static_cast<int>(kind));
+}
 
 /// One kind of text, ISO 8859-1. `tracks` is empty when the disc has no such text at all, and
 /// otherwise has an entry, perhaps an empty one, for every track: a kind that is given for one
@@ -34,15 +39,20 @@ struct DiscTexts {
   const TextBlock& block(TextKind kind) const { return blocks[static_cast<size_t>(kind)]; }
   TextBlock& block(TextKind kind) { return blocks[static_cast<size_t>(kind)]; }
   bool hasCdText() const;
+  size_t tracks() const { return recording_codes.size(); }
 };
 
-/// Makes them for a disc of `tracks` tracks. A performer or songwriter that a track lacks is the
-/// disc's. Whatever is changed or left out becomes a sentence in `warnings`. Throws `Failure` when
-/// the sheet has another number of tracks, or more text than a disc holds.
+/// The texts just as the sheet gives them, converted; no codes. What is replaced becomes a sentence
+/// in `warnings`.
+DiscTexts textsAsGiven(const SheetTexts& sheet, std::vector<std::string>& warnings);
+
+/// Makes what a burn writes on a disc of `tracks` tracks. A performer, songwriter, composer or
+/// arranger that a track lacks is the disc's, and the codes stand beside the texts. Whatever is
+/// changed or left out becomes a sentence in `warnings`. Throws `Failure` when the sheet has
+/// another number of tracks, or more text than a disc holds.
 DiscTexts makeDiscTexts(const SheetTexts& sheet, size_t tracks, std::vector<std::string>& warnings);
 
 /// Packs of payload that the texts take, without those that say how many there are (`kSizePacks`).
-/// A text like that of the track before takes one character.
 int textPacks(const DiscTexts& texts);
 
 }  // namespace velmor::disc

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
+#include <optional>
 #include <string_view>
+
+#include "disc/files/new_file.h"
 
 namespace velmor::disc {
 
@@ -21,12 +23,12 @@ class Draft {
   const std::filesystem::path& target() const { return m_target; }
 
   /// Appends `text`. Throws `std::filesystem::filesystem_error`.
-  void write(std::string_view text);
+  void write(std::string_view text) { m_file->write(text); }
   /// Gives it the permissions of the target, where there is one. Throws as `write` does.
   void takePermissionsOfTarget();
   /// Waits until the bytes are on the disk, which is when a full disk is found out at the latest.
   /// Throws as `write` does.
-  void sync();
+  void sync() { m_file->sync(); }
   /// Takes the target's place in one step: whoever opens it finds the old file or the new one.
   /// Throws as `write` does.
   void takePlace();
@@ -34,7 +36,7 @@ class Draft {
  private:
   std::filesystem::path m_target;
   std::filesystem::path m_path;
-  int m_descriptor = -1;
+  std::optional<NewFile> m_file;
 };
 
 }  // namespace velmor::disc

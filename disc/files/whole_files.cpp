@@ -1,14 +1,11 @@
 #include "disc/files/whole_files.h"
 
-#include <list>
+#include <deque>
 
-#include "disc/files/draft.h"
 #include "disc/files/placement.h"
 #include "disc/text/phrases.h"
 
 namespace velmor::disc {
-
-namespace {
 
 namespace fs = std::filesystem;
 
@@ -25,7 +22,10 @@ void placeAll(const std::list<Draft>& drafts, bool force) {
   for (Placement& placement : placed) placement.forgetBackup();
 }
 
-}  // namespace
+Failure notWritten(const fs::filesystem_error& error) {
+  return Failure(inQuotes(error.path1().string()) +
+                 " cannot be written: " + error.code().message() + "; choose another place");
+}
 
 void writeWhole(const std::vector<TextFile>& files, bool force) {
   try {
@@ -37,8 +37,7 @@ void writeWhole(const std::vector<TextFile>& files, bool force) {
     }
     placeAll(drafts, force);
   } catch (const fs::filesystem_error& error) {
-    throw Failure(inQuotes(error.path1().string()) +
-                  " cannot be written: " + error.code().message() + "; choose another place");
+    throw notWritten(error);
   }
 }
 

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <filesystem>
+#include <list>
 #include <string>
 #include <vector>
 
 #include "disc/failure.h"
+#include "disc/files/draft.h"
 
 namespace velmor::disc {
 
@@ -19,5 +21,11 @@ struct TextFile {
 /// `Failure`.
 void writeWhole(const std::vector<TextFile>& files, bool force);
 void writeWhole(const std::filesystem::path& path, const std::string& text, bool force);
+
+/// Moves drafts that are on the disk into their places, all or none. Without `force` a file that is
+/// there is not replaced. Throws `std::filesystem::filesystem_error`.
+void placeAll(const std::list<Draft>& drafts, bool force);
+/// What such an error means to the user.
+Failure notWritten(const std::filesystem::filesystem_error& error);
 
 }  // namespace velmor::disc

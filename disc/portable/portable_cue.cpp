@@ -22,6 +22,9 @@ void addCueFields(std::string& text, std::string_view indent, const PlainFields&
   if (!fields.title.empty()) addLine(text, indent, "TITLE \"" + fields.title + '"');
   if (!fields.performer.empty()) addLine(text, indent, "PERFORMER \"" + fields.performer + '"');
   if (!fields.songwriter.empty()) addLine(text, indent, "SONGWRITER \"" + fields.songwriter + '"');
+  if (!fields.composer.empty()) addLine(text, indent, "COMPOSER \"" + fields.composer + '"');
+  if (!fields.arranger.empty()) addLine(text, indent, "ARRANGER \"" + fields.arranger + '"');
+  if (!fields.message.empty()) addLine(text, indent, "MESSAGE \"" + fields.message + '"');
 }
 
 class CueWriter {
@@ -29,6 +32,7 @@ class CueWriter {
   explicit CueWriter(const PortableDisc& disc) : m_disc(disc) {}
 
   std::string run() {
+    for (const std::string& remark : m_disc.remarks) addLine(m_text, "", "REM " + remark);
     if (!m_disc.catalog.empty()) addLine(m_text, "", "CATALOG " + m_disc.catalog);
     addCueFields(m_text, "", m_disc.fields);
     for (const PlainTrack& t : m_disc.tracks) addTrack(t);

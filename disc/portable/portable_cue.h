@@ -7,7 +7,7 @@
 
 namespace velmor::disc {
 
-/// The cue sheet: ASCII, CRLF, texts quoted, CATALOG and ISRC bare. Every track of `disc` has an
+/// The cue sheet: CRLF, texts quoted, CATALOG and ISRC bare. Every track of `disc` has an
 /// index, and every index names one of its files.
 std::string cueText(const PortableDisc& disc);
 

@@ -9,6 +9,8 @@ namespace velmor::disc {
 
 struct PlainFields {
   std::string title, performer, songwriter;  ///< ASCII; empty: no line
+  /// What only a sheet that was made from a set has, in UTF-8 as its other texts.
+  std::string composer, arranger, message;
 };
 
 struct PlainIndex {
@@ -32,7 +34,8 @@ struct PlainFile {
 };
 
 struct PortableDisc {
-  std::string catalog;  ///< 13 digits, or empty
+  std::vector<std::string> remarks;  ///< one line each
+  std::string catalog;               ///< 13 digits, or empty
   PlainFields fields;
   std::vector<PlainFile> files;
   std::vector<PlainTrack> tracks;

@@ -30,7 +30,7 @@ struct Index {
 
 /// The texts and codes that a disc or a track can have.
 struct Fields {
-  std::optional<Text> title, performer, songwriter;
+  std::optional<Text> title, performer, songwriter, composer, arranger, message;
 };
 
 struct Track {

@@ -9,9 +9,9 @@ namespace velmor::disc {
 
 namespace {
 
-constexpr std::array<std::string_view, 14> kCommands = {
-    "REM",   "TITLE", "PERFORMER", "SONGWRITER", "CATALOG", "CDTEXTFILE", "FILE",
-    "TRACK", "ISRC",  "FLAGS",     "PREGAP",     "POSTGAP", "INDEX",      "COMPOSER"};
+constexpr std::array<std::string_view, 16> kCommands = {
+    "REM",        "TITLE", "PERFORMER", "SONGWRITER", "COMPOSER", "ARRANGER", "MESSAGE", "CATALOG",
+    "CDTEXTFILE", "FILE",  "TRACK",     "ISRC",       "FLAGS",    "PREGAP",   "POSTGAP", "INDEX"};
 
 }  // namespace
 

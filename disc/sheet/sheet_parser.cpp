@@ -103,8 +103,14 @@ class Parser {
       store(fields.title, command, rest);
     } else if (command == "PERFORMER") {
       store(fields.performer, command, rest);
-    } else if (command == "SONGWRITER" || command == "COMPOSER") {
+    } else if (command == "SONGWRITER") {
       store(fields.songwriter, command, rest);
+    } else if (command == "COMPOSER") {
+      store(fields.composer, command, rest);
+    } else if (command == "ARRANGER") {
+      store(fields.arranger, command, rest);
+    } else if (command == "MESSAGE") {
+      store(fields.message, command, rest);
     } else if (command == "CATALOG") {
       store(m_sheet.catalog, command, rest);
     } else if (command == "CDTEXTFILE") {

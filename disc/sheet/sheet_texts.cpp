@@ -15,7 +15,8 @@ std::string bytesOf(const std::optional<Text>& text) {
 }
 
 TextFields fieldsOf(const Fields& fields) {
-  return {bytesOf(fields.title), bytesOf(fields.performer), bytesOf(fields.songwriter)};
+  return {bytesOf(fields.title),    bytesOf(fields.performer), bytesOf(fields.songwriter),
+          bytesOf(fields.composer), bytesOf(fields.arranger),  bytesOf(fields.message)};
 }
 
 }  // namespace

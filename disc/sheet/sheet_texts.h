@@ -11,7 +11,7 @@ namespace velmor::disc {
 
 /// As they stand in the sheet; empty when absent.
 struct TextFields {
-  std::string title, performer, songwriter;
+  std::string title, performer, songwriter, composer, arranger, message;
 };
 
 struct SheetTrack {

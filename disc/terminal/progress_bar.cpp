@@ -80,4 +80,10 @@ void ProgressBar::clear() {
   m_drawn = false;
 }
 
+void drawBytes(ProgressBar& bar, const std::string& what, int64_t done, int64_t all) {
+  if (all <= 0 || !bar.due()) return;
+  const double part = static_cast<double>(done) / static_cast<double>(all);
+  bar.draw({what, part, "of " + std::to_string(all / 1'000'000) + " MB", {}});
+}
+
 }  // namespace velmor::disc

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -43,5 +44,8 @@ class ProgressBar {
   bool m_drawn = false;
   Clock::time_point m_last_drawing{};
 };
+
+/// Draws how many of `all` bytes are done, when it is time; `what` as in a `ProgressLine`.
+void drawBytes(ProgressBar& bar, const std::string& what, int64_t done, int64_t all);
 
 }  // namespace velmor::disc

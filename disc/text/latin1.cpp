@@ -34,4 +34,10 @@ Latin1Text toLatin1(std::string_view utf8) {
   return result;
 }
 
+std::string fromLatin1(std::string_view latin1) {
+  std::string utf8;
+  for (const char c : latin1) appendUtf8(utf8, static_cast<unsigned char>(c));
+  return utf8;
+}
+
 }  // namespace velmor::disc

@@ -17,4 +17,7 @@ struct Latin1Text {
 /// no UTF-8 are taken as ISO 8859-1.
 Latin1Text toLatin1(std::string_view utf8);
 
+/// ISO 8859-1 to UTF-8.
+std::string fromLatin1(std::string_view latin1);
+
 }  // namespace velmor::disc

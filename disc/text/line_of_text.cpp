@@ -22,21 +22,6 @@ constexpr std::array<char16_t, 32> kUpperControls{
     0x2039, 0x0152, 0x0020, 0x017d, 0x0020, 0x0020, 0x2018, 0x2019, 0x201c, 0x201d, 0x2022,
     0x2013, 0x2014, 0x02dc, 0x2122, 0x0161, 0x203a, 0x0153, 0x0020, 0x017e, 0x0178};
 
-/// `value` below U+10000.
-void appendUtf8(std::string& text, unsigned value) {
-  if (value < 0x80) {
-    text += static_cast<char>(value);
-    return;
-  }
-  if (value < 0x800) {
-    text += static_cast<char>(0xc0 | value >> 6);
-  } else {
-    text += static_cast<char>(0xe0 | value >> 12);
-    text += static_cast<char>(0x80 | (value >> 6 & 0x3f));
-  }
-  text += static_cast<char>(0x80 | (value & 0x3f));
-}
-
 std::string fromWindows1252(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size() * 2);

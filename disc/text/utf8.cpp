@@ -40,6 +40,20 @@ Character characterAt(std::string_view text, size_t at) {
   return {code, static_cast<size_t>(count) + 1, true};
 }
 
+void appendUtf8(std::string& text, unsigned code) {
+  if (code < 0x80) {
+    text += static_cast<char>(code);
+    return;
+  }
+  if (code < 0x800) {
+    text += static_cast<char>(0xc0 | code >> 6);
+  } else {
+    text += static_cast<char>(0xe0 | code >> 12);
+    text += static_cast<char>(0x80 | (code >> 6 & 0x3f));
+  }
+  text += static_cast<char>(0x80 | (code & 0x3f));
+}
+
 bool isUtf8(std::string_view text) {
   for (size_t at = 0; at < text.size();) {
     const Character c = characterAt(text, at);

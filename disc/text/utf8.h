@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace velmor::disc {
@@ -16,6 +17,9 @@ struct Character {
 /// The character that begins at byte `at`, which is below `text.size()`. Overlong forms, surrogates
 /// and what lies above U+10FFFF are no UTF-8.
 Character characterAt(std::string_view text, size_t at);
+
+/// Appends a character below U+10000.
+void appendUtf8(std::string& text, unsigned code);
 
 /// Every byte of `text` belongs to a character.
 bool isUtf8(std::string_view text);

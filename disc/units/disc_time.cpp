@@ -44,11 +44,15 @@ std::string twoDigits(int64_t number) {
   return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-std::string msfText(int64_t sectors) {
+Msf msfOf(int64_t sectors) {
   assert(sectors >= 0);
   const int64_t seconds = sectors / kSectorsPerSecond;
-  return twoDigits(seconds / 60) + ':' + twoDigits(seconds % 60) + ':' +
-         twoDigits(sectors % kSectorsPerSecond);
+  return {seconds / 60, seconds % 60, sectors % kSectorsPerSecond};
+}
+
+std::string msfText(int64_t sectors) {
+  const Msf time = msfOf(sectors);
+  return twoDigits(time.minutes) + ':' + twoDigits(time.seconds) + ':' + twoDigits(time.frames);
 }
 
 std::string clockTime(double seconds) {

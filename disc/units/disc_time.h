@@ -24,6 +24,8 @@ Msf parseMsf(std::string_view text);
 /// A number of at most `digits` decimal digits (1 to 9), or -1.
 int parseNumber(std::string_view text, size_t digits);
 
+/// The time of a count of sectors, not negative.
+Msf msfOf(int64_t sectors);
 /// "MM:SS:FF" of a count of sectors, not negative; minutes over 99 have their three digits.
 std::string msfText(int64_t sectors);
 /// A number from 0 on with at least two digits, as cue sheets number tracks and indices.

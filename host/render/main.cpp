@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "disc/failure.h"
+#include "disc/terminal/interrupt.h"
 #include "disc/text/phrases.h"
 #include "host/render/album/album.h"
 #include "host/render/burn/burn_session.h"
@@ -20,6 +21,7 @@
 #include "host/render/module/renderer.h"
 #include "host/render/options/options.h"
 #include "host/render/options/usage_error.h"
+#include "host/render/output/ddp_set.h"
 #include "host/render/output/delivery.h"
 #include "host/render/output/output_pair.h"
 #include "host/render/output/portable_sheet.h"
@@ -27,7 +29,6 @@
 #include "host/render/plan/mark_fates.h"
 #include "host/render/plan/preflight.h"
 #include "host/render/plan/preflight_texts.h"
-#include "host/render/terminal/interrupt.h"
 #include "host/render/terminal/messages.h"
 #include "host/render/terminal/program_files.h"
 
@@ -110,6 +111,8 @@ int burnStatus(const BurnResult& burn, const std::string& image) {
 
 int run(const Options& options) {
   OutputPair output(options.output, options.force, inputFiles(options), options.portable_cue);
+  std::optional<DdpOutput> ddp;
+  if (!options.ddp.empty()) ddp.emplace(options, output);
   const ModuleLibrary module(options.module.empty() ? libraryOfProgram("velmor_cd.so")
                                                     : options.module);
   const Album album = layOutAlbum(options);
@@ -120,9 +123,14 @@ int run(const Options& options) {
   printWarnings(options, warnings);
 
   std::optional<PortableSheet> portable;
-  Delivery delivery(output, album.project, plan, [&] {
-    if (options.portable_cue) portable = makePortableSheet(output, plan, !options.quiet);
-  });
+  Delivery delivery(
+      output, album.project, plan,
+      [&] {
+        if (options.portable_cue) portable = makePortableSheet(output, plan, !options.quiet);
+      },
+      [&](const std::string& sheet) {
+        if (ddp) ddp->make(sheet, plan, !options.quiet);
+      });
   std::unique_ptr<BurnSession> burn;
   if (options.burn.wanted) {
     burn = std::make_unique<BurnSession>(options, output.workingSheet(), config, plan,
@@ -135,10 +143,12 @@ int run(const Options& options) {
   delivery.afterRender(outcome, burned && burned->image_deleted);
 
   const FinishedFiles& files = delivery.files();
-  tell(options,
-       {album, plan, marks, files.sheet, outcome, output.sheet(), output.image(), files.sheet_bytes,
-        files.image_bytes, warnings, burned, portable ? &*portable : nullptr});
-  const int status = portable ? portableStatus(*portable) : 0;
+  tell(options, {album, plan, marks, files.sheet, outcome, output.sheet(), output.image(),
+                 files.sheet_bytes, files.image_bytes, warnings, burned,
+                 portable ? &*portable : nullptr, ddp ? &ddp->made() : nullptr});
+  const int portable_status = portable ? portableStatus(*portable) : 0;
+  const int ddp_status = ddp ? ddpStatus(ddp->made()) : 0;
+  const int status = ddp_status != 0 ? ddp_status : portable_status;
   const int burn_status = burned ? burnStatus(*burned, output.image()) : 0;
   return burn_status != 0 ? burn_status : status;
 }

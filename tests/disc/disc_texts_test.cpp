@@ -45,6 +45,18 @@ TEST(DiscTexts, ATrackWithoutAPerformerHasTheDiscs) {
   EXPECT_THAT(texts.block(TextKind::kPerformer).tracks, ElementsAre("Ana", "The Lanterns"));
 }
 
+TEST(DiscTexts, AreLeftAsTheyAreForAPlant) {
+  SheetTexts sheet = sheetOf(2);
+  sheet.disc.performer = "The Lanterns";
+  sheet.tracks[0].texts.composer = "Someone";
+  sheet.tracks[0].isrc = "USABC0500001";
+  std::vector<std::string> warnings;
+  const DiscTexts texts = textsAsGiven(sheet, warnings);
+  EXPECT_THAT(texts.block(TextKind::kPerformer).tracks, ElementsAre("", ""));
+  EXPECT_THAT(texts.block(TextKind::kComposer).tracks, ElementsAre("Someone", ""));
+  EXPECT_FALSE(texts.block(TextKind::kCode).present());
+}
+
 TEST(DiscTexts, AWarningNamesTheCharactersAndTheirPlace) {
   SheetTexts sheet = sheetOf(2);
   sheet.tracks[1].texts.title = "Łódź";
@@ -93,24 +105,24 @@ TEST(DiscTexts, ASheetOfAnotherDiscIsRefused) {
 }
 
 /// One title of so many characters takes, with its zero, these bytes of packs of twelve.
-TEST(DiscTexts, TwoHundredAndFiftyTwoPacksAreTheMost) {
+TEST(DiscTexts, TwoHundredAndFiftyThreePacksAreTheMost) {
   std::vector<std::string> warnings;
   SheetTexts sheet = sheetOf(1);
-  sheet.tracks[0].texts.title = std::string(252 * 12 - 2, 'x');  // and the disc's empty one
-  EXPECT_EQ(textPacks(makeDiscTexts(sheet, 1, warnings)), 252);
+  sheet.tracks[0].texts.title = std::string(253 * 12 - 2, 'x');  // and the disc's empty one
+  EXPECT_EQ(textPacks(makeDiscTexts(sheet, 1, warnings)), 253);
   sheet.tracks[0].texts.title += 'x';
   try {
     makeDiscTexts(sheet, 1, warnings);
-    FAIL() << "253 packs were taken";
+    FAIL() << "254 packs were taken";
   } catch (const Failure& refusal) {
-    EXPECT_THAT(refusal.what(), HasSubstr("253 packs"));
+    EXPECT_THAT(refusal.what(), HasSubstr("254 packs"));
   }
 }
 
 TEST(DiscTexts, TextsGoBeforeTheirCodesWhenThePacksRunOut) {
   std::vector<std::string> warnings;
   SheetTexts sheet = sheetOf(1);
-  sheet.tracks[0].texts.title = std::string(252 * 12 - 2, 'x');
+  sheet.tracks[0].texts.title = std::string(253 * 12 - 2, 'x');
   sheet.tracks[0].isrc = "USABC0500001";
   const DiscTexts texts = makeDiscTexts(sheet, 1, warnings);
   EXPECT_FALSE(texts.block(TextKind::kCode).present());

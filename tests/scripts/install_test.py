@@ -10,9 +10,9 @@ import unittest
 import wave
 
 BUILD = sys.argv.pop(1)
-PROGRAMS = {"velmor-render", "velmor-cdcheck"}
+PROGRAMS = {"velmor-render", "velmor-cdcheck", "velmor-ddp"}
 LIBRARIES = {"velmor_cd.so", "velmor_recording.so"}
-PAGES = {"velmor-render.1", "velmor-cdcheck.1"}
+PAGES = {"velmor-render.1", "velmor-cdcheck.1", "velmor-ddp.1"}
 DOCUMENTS = {"copyright", "LICENCES.txt", "INSTALL.txt", "CHANGELOG.md"}
 
 

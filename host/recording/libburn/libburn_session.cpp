@@ -1,9 +1,9 @@
 #include "host/recording/libburn/libburn_session.h"
 
-#include <array>
 #include <cstdlib>
 
 #include "disc/cd_text/disc_texts.h"
+#include "disc/cd_text/pack_writing.h"
 #include "disc/failure.h"
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
@@ -66,47 +66,23 @@ unsigned char* payloadOf(const std::string& text) {
   return reinterpret_cast<unsigned char*>(mutableText(text.c_str()));
 }
 
-struct TextName {
-  disc::TextKind kind;
-  const char* name;
-};
-constexpr std::array<TextName, disc::kTextKinds> kTextNames{
-    {{disc::TextKind::kTitle, "TITLE"},
-     {disc::TextKind::kPerformer, "PERFORMER"},
-     {disc::TextKind::kSongwriter, "SONGWRITER"},
-     {disc::TextKind::kCode, "UPC_ISRC"}}};
-
 void require(bool done, const char* what) {
   if (!done) throw Failure(std::string("the burn could not be set up: ") + what);
 }
 
-int lengthWithZero(const std::string& text) {
-  return static_cast<int>(text.size()) + 1;
-}
-
-void addSessionTexts(burn::burn_session* session, const disc::DiscTexts& texts) {
-  for (const auto& [kind, name] : kTextNames) {
-    const disc::TextBlock& block = texts.block(kind);
-    if (!block.present()) continue;
-    require(burn::burn_session_set_cdtext(session, 0, 0, mutableText(name), payloadOf(block.disc),
-                                          lengthWithZero(block.disc), 0) > 0,
-            "the CD-TEXT of the disc was not accepted");
-  }
-}
-
-void addTrackTexts(burn::burn_track* track, size_t index, const disc::DiscTexts& texts) {
-  for (const auto& [kind, name] : kTextNames) {
-    const disc::TextBlock& block = texts.block(kind);
-    if (!block.present()) continue;
-    require(
-        burn::burn_track_set_cdtext(track, 0, 0, mutableText(name), payloadOf(block.tracks[index]),
-                                    lengthWithZero(block.tracks[index]), 0) > 0,
-        "the CD-TEXT of a track was not accepted");
-  }
-  const std::string& code = texts.recording_codes[index];
+void addCode(burn::burn_track* track, const std::string& code) {
   if (code.empty()) return;
   require(burn::burn_track_set_isrc_string(track, mutableText(code.c_str()), 0) > 0,
           "the ISRC of a track was not accepted");
+}
+
+/// The packs are ours, so that a burned disc and one that a plant presses hold the same.
+void addTexts(burn::burn_write_opts* options, const disc::DiscTexts& texts) {
+  const std::string packs = disc::packBytes(texts);
+  if (packs.empty()) return;
+  const auto count = static_cast<int>(packs.size()) / disc::kWholePackBytes;
+  require(burn::burn_write_opts_set_leadin_text(options, payloadOf(packs), count, 0) > 0,
+          "the CD-TEXT was not accepted");
 }
 
 void addIndices(burn::burn_track* track, int pregap) {
@@ -127,7 +103,7 @@ Track makeTrack(const Session& session, size_t index, SectorFeed& feed, burn::bu
   require(source != nullptr &&
               burn::burn_track_set_source(track.get(), source.get()) == burn::BURN_SOURCE_OK,
           "the audio of a track was not accepted");
-  if (session.texts != nullptr) addTrackTexts(track.get(), index, *session.texts);
+  if (session.texts != nullptr) addCode(track.get(), session.texts->recording_codes[index]);
   return track;
 }
 
@@ -139,17 +115,11 @@ BurnDisc makeBurnDisc(const Session& session, SectorFeed& feed, burn::burn_drive
   require(disc != nullptr && burn_session != nullptr, "there is no memory");
   require(burn::burn_disc_add_session(disc.get(), burn_session.get(), BURN_POS_END) != 0,
           "the session was not accepted");
-  if (session.texts != nullptr) addSessionTexts(burn_session.get(), *session.texts);
   for (size_t i = 0; i < session.plan->tracks.size(); ++i) {
     const Track track = makeTrack(session, i, feed, drive);
     require(burn::burn_session_add_track(burn_session.get(), track.get(), BURN_POS_END) != 0,
             "a track was not accepted");
   }
-  // Making the CD-TEXT packs once for nothing shows before the disc is touched whether they can be
-  // made.
-  if (session.texts != nullptr && session.texts->hasCdText())
-    require(burn::burn_cdtext_from_session(burn_session.get(), nullptr, nullptr, 1) > 0,
-            "the CD-TEXT was not accepted");
   return disc;
 }
 
@@ -166,6 +136,7 @@ WriteOptions makeWriteOptions(burn::burn_drive* drive, const Session& session) {
   burn::burn_write_opts_set_underrun_proof(o, 1);
   require(burn::burn_write_opts_set_simulate(o, session.simulate ? 1 : 0) != 0 || !session.simulate,
           "the drive cannot make a test write");
+  if (session.texts != nullptr) addTexts(o, *session.texts);
   if (session.texts != nullptr && !session.texts->media_catalog.empty()) {
     burn::burn_write_opts_set_mediacatalog(o, payloadOf(session.texts->media_catalog));
     burn::burn_write_opts_set_has_mediacatalog(o, 1);

@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "disc/failure.h"
+#include "disc/terminal/interrupt.h"
 #include "disc/text/phrases.h"
 #include "host/render/burn/drive_list.h"
-#include "host/render/terminal/interrupt.h"
 #include "host/render/terminal/questions.h"
 #include "host/windowing/win32/win32_numbers.h"
 

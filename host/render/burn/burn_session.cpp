@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
+#include "disc/terminal/interrupt.h"
 #include "host/render/burn/drive_list.h"
 #include "host/render/options/settings_file.h"
 #include "host/render/plan/sheet_times.h"
-#include "host/render/terminal/interrupt.h"
 #include "host/windowing/functions/layer_functions.h"
 
 namespace velmor::render {

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "disc/failure.h"
+#include "disc/terminal/interrupt.h"
 #include "disc/text/phrases.h"
-#include "host/render/terminal/interrupt.h"
 
 namespace velmor::render {
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "disc/failure.h"
+#include "disc/terminal/interrupt.h"
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/album/host_project.h"
@@ -13,7 +14,6 @@
 #include "host/render/module/host_callbacks.h"
 #include "host/render/module/read_ahead.h"
 #include "host/render/module/write_failure.h"
-#include "host/render/terminal/interrupt.h"
 #include "host/render/terminal/progress.h"
 
 namespace velmor::render {

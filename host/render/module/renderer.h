@@ -6,11 +6,11 @@
 
 #include "abi/sink_registration.h"
 #include "disc/failure.h"
+#include "disc/terminal/interrupt.h"
 #include "host/render/album/album.h"
 #include "host/render/module/clipping.h"
 #include "host/render/options/options.h"
 #include "host/render/plan/track_plan.h"
-#include "host/render/terminal/interrupt.h"
 
 namespace velmor::render {
 

@@ -76,6 +76,9 @@ RequiredOptions addInputsAndOutput(CLI::App& app, Options& options) {
       ->group("Burn");
   app.add_flag("--portable-cue", options.portable_cue,
                "also write ALBUM.portable.cue, a sheet for other readers, and check both");
+  app.add_option("--ddp", options.ddp,
+                 "also make the DDP 2.00 set for a pressing plant in this new folder")
+      ->type_name("DIR");
   return required;
 }
 

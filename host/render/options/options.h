@@ -51,6 +51,7 @@ struct Options {
   BurnOptions burn;
   bool list_drives = false;  ///< and nothing else
   bool portable_cue = false;
+  std::string ddp;  ///< folder of the set for a plant; empty: none is wanted
 };
 
 /// Reads command lines, one after the other: a line knows nothing of the ones before.

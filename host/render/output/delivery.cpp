@@ -19,13 +19,16 @@ Delivery::~Delivery() {
 void Delivery::beforeBurn() {
   look(m_plan.counted_frames);
   m_delivered = m_output.commitAndKeepWorkingNames();
+  m_in_place(m_output.workingSheet());
 }
 
 void Delivery::afterRender(const RenderOutcome& outcome, bool image_deleted) {
+  const bool was_burned = m_whole;
   if (!m_whole) look(outcome.counted_frames);
   const bool to_be_moved = !m_delivered && !image_deleted;
   m_delivered = true;  // also when `commit` throws: the destructor is not to try again
   if (to_be_moved) m_output.commit();
+  if (!was_burned) m_in_place(m_output.sheet());
   // The module deletes sheet and image after a burn. It does not know the portable sheet, which is
   // useless without its image.
   if (image_deleted && !m_output.portableSheet().empty()) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <utility>
 
 #include "disc/failure.h"
@@ -20,10 +21,17 @@ class Delivery {
  public:
   /// `output`, `project` and `plan` must outlive the object. `whole` is called when the files have
   /// been checked and still lie in the working folder; a file that it adds there is delivered along
-  /// with them.
-  Delivery(OutputPair& output, const HostProject& project, const TrackPlan& plan,
-           std::function<void()> whole)
-      : m_output(output), m_project(project), m_plan(plan), m_on_whole(std::move(whole)) {}
+  /// with them. `in_place` is called once they are in their place, or are to be burned, with a path
+  /// that leads to the sheet.
+  Delivery(
+      OutputPair& output, const HostProject& project, const TrackPlan& plan,
+      std::function<void()> whole,
+      std::function<void(const std::string& sheet)> in_place = [](const std::string&) {})
+      : m_output(output),
+        m_project(project),
+        m_plan(plan),
+        m_on_whole(std::move(whole)),
+        m_in_place(std::move(in_place)) {}
   /// Delivers files that were complete when an exception ended the burn, if that has not been done.
   ~Delivery();
   Delivery(const Delivery&) = delete;
@@ -45,6 +53,7 @@ class Delivery {
   const HostProject& m_project;
   const TrackPlan& m_plan;
   const std::function<void()> m_on_whole;
+  const std::function<void(const std::string&)> m_in_place;
   FinishedFiles m_files;
   bool m_whole = false;
   bool m_delivered = false;

@@ -12,10 +12,10 @@
 #include "disc/files/whole_files.h"
 #include "disc/portable/portable_cue.h"
 #include "disc/portable/portable_disc.h"
+#include "disc/terminal/interrupt.h"
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/options/options.h"
-#include "host/render/terminal/interrupt.h"
 #include "host/render/terminal/messages.h"
 #include "host/render/terminal/progress.h"
 

@@ -7,9 +7,9 @@
 
 #include "check/check.h"
 #include "disc/failure.h"
+#include "disc/terminal/interrupt.h"
 #include "host/render/output/output_pair.h"
 #include "host/render/plan/track_plan.h"
-#include "host/render/terminal/interrupt.h"
 
 namespace velmor::render {
 

@@ -102,6 +102,7 @@ void printReport(const RenderReport& report) {
   }
   if (report.burn) printBurn(*report.burn);
   if (report.portable) printPortableSheet(*report.portable);
+  if (report.ddp) printDdpSet(*report.ddp);
 }
 
 void printJsonReport(const RenderReport& report) {
@@ -140,6 +141,7 @@ void printJsonReport(const RenderReport& report) {
                {"warnings", report.warnings}};
   if (report.burn) json["burn"] = burnJson(*report.burn);
   if (report.portable) json["portable_sheet"] = Json::parse(portableSheetJson(*report.portable));
+  if (report.ddp) json["ddp_set"] = Json::parse(ddpSetJson(*report.ddp));
   printf("%s\n", dumped(json).c_str());
 }
 

@@ -7,7 +7,7 @@
 
 #include "abi/track_source.h"
 #include "module/burn/burn_engine.h"
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 #include "tests/module/burn/image_file.h"
 #include "tests/module/burn/scripted_recording_service.h"
 

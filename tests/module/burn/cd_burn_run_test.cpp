@@ -14,7 +14,7 @@
 #include "module/plugin/quelm_modstub.h"
 #include "tests/fake_host/plugin_host.h"
 #include "tests/fake_host/windowing_layer.h"
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 #include "tests/module/burn/image_file.h"
 #include "tests/module/burn/scripted_recording_service.h"
 

@@ -7,7 +7,7 @@
 
 #include "module/support/file_read.h"
 #include "tests/fake_host/files.h"
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 #include "tests/module/support/private_field.h"
 
 namespace support_test {

@@ -1,4 +1,4 @@
-#include "host/render/terminal/interrupt.h"
+#include "disc/terminal/interrupt.h"
 
 #include <sys/resource.h>
 
@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <csignal>
 
-namespace velmor::render {
+namespace velmor {
 
 namespace {
 
@@ -74,4 +74,4 @@ int interruptedStatus() {
   return Interrupted(g_signal).exitStatus();
 }
 
-}  // namespace velmor::render
+}  // namespace velmor

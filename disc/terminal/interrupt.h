@@ -7,7 +7,7 @@
 
 #include "disc/failure.h"
 
-namespace velmor::render {
+namespace velmor {
 
 /// The user has interrupted the run. Not a `Failure`: nothing went wrong.
 class Interrupted : public std::runtime_error {
@@ -45,4 +45,4 @@ const std::atomic<bool>& interruption();
 /// the signal's number. A signal must have come.
 int interruptedStatus();
 
-}  // namespace velmor::render
+}  // namespace velmor

@@ -1,0 +1,56 @@
+// The set of files for a pressing plant that a render makes along, from where its tracks truly
+// start.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "check/report/report.h"
+#include "ddp/check/checked_set.h"
+#include "ddp/write/set_target.h"
+#include "disc/failure.h"
+#include "host/render/options/options.h"
+#include "host/render/output/output_pair.h"
+#include "host/render/plan/track_plan.h"
+
+namespace velmor::render {
+
+struct DdpSet {
+  std::string path;
+  std::string failure;  ///< why there is none, for a message; empty when it was made
+  bool interrupted = false;
+  std::vector<std::string> changes;        ///< against the sheet, one sentence each
+  std::optional<check::Report> refusal;    ///< the errors that it was refused for
+  std::optional<ddp::CheckedSet> checked;  ///< the set, read back
+};
+
+/// Holds the place of the set during the render.
+class DdpOutput {
+ public:
+  /// Throws `Failure` when no set can go to `options.ddp`, or when none can be made of a disc with
+  /// these lead-ins.
+  DdpOutput(const Options& options, const OutputPair& output);
+
+  /// Makes the set from the finished pair, whose sheet is `sheet`, and checks it; shows progress
+  /// when `show_progress`. Whatever goes wrong is told in the result.
+  void make(const std::string& sheet, const TrackPlan& plan, bool show_progress);
+  /// What came of it.
+  const DdpSet& made() const { return m_made; }
+
+ private:
+  void makeSet(const std::string& sheet, const TrackPlan& plan, bool show_progress);
+
+  ddp::SetTarget m_target;
+  DdpSet m_made;
+};
+
+/// Prints what the set has otherwise than the sheet, and the verdict on it, on standard output.
+void printDdpSet(const DdpSet& set);
+/// The same as the text of one JSON object.
+std::string ddpSetJson(const DdpSet& set);
+/// The exit status for it: 1, or that of an interruption, after the reason was printed on standard
+/// error, when the set was not made or is not good, otherwise 0.
+int ddpStatus(const DdpSet& set);
+
+}  // namespace velmor::render
