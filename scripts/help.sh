@@ -11,6 +11,8 @@ cat <<'TEXT'
   render    run velmor-render: ./dev render [options] INPUT... -o ALBUM.cue (--help lists the options)
   bench     measure the speed, in ratios to other ways of doing the same
   fuzz      fuzz the renders and parsers: ./dev fuzz [MINUTES]
+  mutate    change the code in many small places, one at a time, and print the changes that no test
+            notices: ./dev mutate [COUNT] [ROOM...]
   lint      check format, includes, shell scripts, man pages and clang-tidy (--all: each file by itself,
             the tests too)
   format    put every source file into the project's format
