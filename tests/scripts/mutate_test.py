@@ -196,13 +196,23 @@ class TheListOfEquivalents(unittest.TestCase):
         listed = equivalents.Equivalents("x.cpp\n- return  a <\n+ return a  <=\nBecause.\n")
         self.assertIn(mutant, listed)
 
+    def test_means_one_of_several_places_where_it_has_a_number(self):
+        text = b"int a = 7;\nint b = 7;\n  int a = 7;\n"
+        found = [(text.index(b"7"), text.index(b"7") + 1, "8"), (text.rindex(b"7"), text.rindex(b"7") + 1, "8")]
+        first, second = mutants.mutants_of_text("x.cpp", text, found)
+        listed = equivalents.Equivalents("x.cpp #2\n- int a = 7;\n+ int a = 8;\nBecause.\n")
+        self.assertNotIn(first, listed)
+        self.assertIn(second, listed)
+        self.assertEqual(listed.unmatched([first, second], ["x.cpp"]), [])
+        self.assertEqual(len(listed.unmatched([first], ["x.cpp"])), 1)
+
     def test_wants_a_reason(self):
         with self.assertRaises(equivalents.ListError):
             equivalents.Equivalents("x.cpp\n- a\n+ b\n")
 
     def test_of_the_project_can_be_read(self):
         with open(os.path.join(ROOT, campaign.LIST), encoding="utf-8") as text:
-            for file in equivalents.Equivalents(text.read()).files():
+            for file, *_ in equivalents.Equivalents(text.read()).reasons:
                 self.assertTrue(os.path.exists(os.path.join(ROOT, file)), file)
 
 

@@ -7,8 +7,11 @@ An entry names the file, the lines as they are and as the mutant has them, and t
     + if (a <= b) return a;
     Both are the same when they are equal.
 
-Spaces do not count, and lines that the mutant joins stand in one. An empty line ends an entry, "#" begins a comment.
+Spaces do not count, and lines that the mutant joins stand in one. Where the same lines stand in the file more than once
+all are meant, or with "#2" behind the file the second alone. An empty line ends an entry, "#" begins a comment.
 """
+
+import re
 
 
 class ListError(Exception):
@@ -18,7 +21,7 @@ class ListError(Exception):
 class Equivalents:
     def __init__(self, text):
         """Raises ListError for an entry without its four parts."""
-        self.reasons = {}
+        self.reasons = {}  # by file, lines before and after, and the place's number or None
         lines = [line.strip() for line in text.splitlines() if not line.startswith("#")]
         for entry in "\n".join(lines).split("\n\n"):
             self.read([line for line in entry.splitlines() if line])
@@ -26,21 +29,30 @@ class Equivalents:
     def read(self, lines):
         if not lines:
             return
-        if len(lines) < 4 or not lines[1].startswith("- ") or not lines[2].startswith("+"):
+        place = re.fullmatch(r"(\S+)(?: #(\d+))?", lines[0])
+        if len(lines) < 4 or not place or not lines[1].startswith("- ") or not lines[2].startswith("+"):
             raise ListError(f'the entry "{lines[0]}" wants a file, a line with "-", one with "+", and a reason')
         was, becomes = (" ".join(line[1:].split()) for line in lines[1:3])
-        if (lines[0], was, becomes) in self.reasons:
+        entry = (place.group(1), was, becomes, place.group(2) and int(place.group(2)))
+        if entry in self.reasons:
             raise ListError(f'the entry "{lines[0]}", "{lines[2]}" is there twice')
-        self.reasons[lines[0], was, becomes] = " ".join(lines[3:])
+        self.reasons[entry] = " ".join(lines[3:])
 
     def __contains__(self, mutant):
-        return (mutant.file, mutant.before, mutant.after) in self.reasons
+        return any(entry in self.reasons for entry in entries_for(mutant))
 
     def unmatched(self, mutants, files):
         """The entries on one of `files` that none of `mutants`, which are all of these files, matches, as text."""
-        met = {(mutant.file, mutant.before, mutant.after) for mutant in mutants}
+        met = {entry for mutant in mutants for entry in entries_for(mutant)}
         missed = [entry for entry in self.reasons if entry[0] in files and entry not in met]
-        return [f"{file}\n  - {before}\n  + {after}" for file, before, after in missed]
+        return [f"{place_of(file, number)}\n  - {was}\n  + {becomes}" for file, was, becomes, number in missed]
 
-    def files(self):
-        return {entry[0] for entry in self.reasons}
+
+def place_of(file, number):
+    return f"{file} #{number}" if number else file
+
+
+def entries_for(mutant):
+    """The entries that would list it."""
+    lines = (mutant.file, mutant.before, mutant.after)
+    return (*lines, None), (*lines, mutant.ordinal + 1)

@@ -11,26 +11,25 @@ import time
 # Which tests can notice a change in a folder, the likeliest and cheapest first: names of ctest, which are those of
 # their programs too, and before a name what is set in the environment for it. The first row that fits holds.
 MODULE_FRAME = ["plugin_class_test", "plugin_test"]
-MODULE_SINK = [
-    "sink_class_test",
-    "VELMOR_MODEL_SEEDS=40 model_test",
-    "GTEST_FILTER=-HostileInput.*:*Locale.* sink_test",
-    "GTEST_FILTER=HostileInput.*:*Locale.* sink_test",
-    "model_test",
-]
+# Without the cases that render for seconds each.
+SINK_QUICK = ["sink_class_test", "VELMOR_MODEL_SEEDS=40 model_test", "GTEST_FILTER=-*Locale.*:HostileInput.* sink_test"]
+MODULE_SINK = [*SINK_QUICK, "GTEST_FILTER=HostileInput.*-*PastTwoGibibytes*:*NoLongerFit sink_test"]
 MODULE_BURN = ["burn_class_test", "burn_test", "mac_hosted_burn_test"]
 CHECK = ["cdcheck_bad_cases_test", "cdcheck_portable_test", "cdcheck_test"]
 RECORDING = ["recording_tests", "recording_library_tests", "recording_emulated_tests"]
 BURNT = ["burn_program_test"]
 RENDER = ["render_unit_test", "render_process_test"]
 NOTICING = [
-    ("module/plugin", [*MODULE_FRAME, "burn_test", *MODULE_SINK]),
-    ("module/resources", [*MODULE_FRAME, "burn_test", "sink_test"]),
+    ("module/plugin", [*MODULE_FRAME, "burn_test", *SINK_QUICK]),
+    ("module/resources", [*MODULE_FRAME, "burn_test", *SINK_QUICK]),
     ("module/sink/sample_conversion", ["conversion_test", *MODULE_SINK]),
+    ("module/sink/config_dialog", ["GTEST_FILTER=ConfigDialog*.* sink_test", *MODULE_SINK, "plugin_test"]),
+    ("module/sink/cue_sheet", ["sink_class_test", "GTEST_FILTER=CueSheet.* sink_test", *MODULE_SINK]),
+    ("module/sink/pcm_sink_iso.", ["sink_class_test", "GTEST_FILTER=Construction.*:Finish.* sink_test", *MODULE_SINK]),
     ("module/sink", [*MODULE_SINK, "plugin_test"]),
-    ("module/burn", [*MODULE_BURN, *MODULE_SINK]),
-    ("module/support", ["support_test", *MODULE_BURN, *MODULE_FRAME, *MODULE_SINK]),
-    ("module/platform", ["support_test", *MODULE_FRAME, *MODULE_BURN, *MODULE_SINK]),
+    ("module/burn", [*MODULE_BURN, *SINK_QUICK]),
+    ("module/support", ["support_test", *MODULE_BURN, *MODULE_FRAME, *SINK_QUICK]),
+    ("module/platform", ["support_test", *MODULE_FRAME, *MODULE_BURN, *SINK_QUICK]),
     ("disc", ["disc_test", *CHECK, "input_test", *RECORDING, *RENDER, *BURNT]),
     ("check", [*CHECK, *RENDER]),
     ("host/windowing", ["windowing_test", *RENDER, *BURNT]),

@@ -215,6 +215,16 @@ TEST(HeapBuf, AFailedReallocIsMadeUpForByAFreshBlock) {
   EXPECT_EQ(calls.allocationCount(), 0) << "the fresh block's size is not known";
 }
 
+TEST(HeapBuf, AFreshBlockTakesEvenASingleByteOver) {
+  YDK_HeapBuf buf(128);
+  *static_cast<char*>(buf.Resize(1)) = 'x';
+  SystemCalls calls;
+  calls.fail(Call::kRealloc, ENOMEM);
+  const auto* bytes = static_cast<const char*>(buf.Resize(1000));
+  ASSERT_NE(bytes, nullptr);
+  EXPECT_EQ(bytes[0], 'x');
+}
+
 TEST(HeapBuf, AFreshBlockForFewerBytesTakesOnlyThoseOver) {
   YDK_HeapBuf buf(128);
   memset(buf.Resize(10000), 7, 10000);
