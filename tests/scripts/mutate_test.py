@@ -189,6 +189,29 @@ class ACampaign(unittest.TestCase):
         return copy.shipped_objects("module/tiny.cpp")[0]
 
 
+class TheCommandLine(unittest.TestCase):
+    def options(self, *arguments):
+        with mock.patch.object(sys, "argv", ["campaign.py", *arguments]):
+            return campaign.options()
+
+    def test_takes_a_count_rooms_both_or_neither(self):
+        for arguments, count, rooms in (
+            ((), 100, campaign.ROOMS),
+            (("7",), 7, campaign.ROOMS),
+            (("disc", "module/sink/"), 100, ["disc", "module/sink"]),
+            (("--seed", "3", "7", "disc"), 7, ["disc"]),
+            (("7", "disc", "--seed", "3"), 7, ["disc"]),
+        ):
+            given = self.options(*arguments)
+            self.assertEqual((given.count, given.rooms), (count, rooms), arguments)
+
+    def test_refuses_rooms_that_are_none(self):
+        with contextlib.chdir(ROOT):
+            for room in ("bench", "module/none"):
+                with self.assertRaisesRegex(SystemExit, room):
+                    campaign.sources([room])
+
+
 class TheListOfEquivalents(unittest.TestCase):
     def test_matches_whatever_the_spaces(self):
         text = b"int f(int a) {\n  return a <\n      7;\n}\n"

@@ -12,6 +12,7 @@ import contextlib
 import fcntl
 import json
 import os
+import re
 import subprocess
 import sys
 
@@ -21,6 +22,7 @@ import test_runs
 import working_copy
 
 ROOMS = ["module", "disc", "check", "host"]
+COUNT = 100
 FOLDER = os.path.join("build", "mutate")
 LIST = os.path.join("tools", "mutate", "equivalents.txt")
 NOTICED, SURVIVED, EQUIVALENT = "noticed", "survived", "equivalent"
@@ -29,18 +31,23 @@ SAME, UNCOMPILED = "same objects", "does not compile"
 
 def options():
     parser = argparse.ArgumentParser(prog="./dev mutate", description=__doc__.split("\n", maxsplit=1)[0])
-    parser.add_argument("count", nargs="?", type=int, metavar="COUNT", help="how many changes (default 100)")
-    parser.add_argument("rooms", nargs="*", metavar="ROOM", help="folders to change (default module disc check host)")
-    parser.add_argument("--seed", type=int, default=1, help="another draw of changes (default 1)")
+    parser.usage = "./dev mutate [COUNT] [ROOM...] [--seed SEED] [--at FILE:LINE] [--folder FOLDER] [--fresh]"
+    parser.add_argument(
+        "rooms",
+        nargs="*",
+        metavar="[COUNT] ROOM",
+        help=f"how many changes ({COUNT}), and of which folders ({', '.join(ROOMS)})",
+    )
+    parser.add_argument("--seed", type=int, default=1, help="another draw of changes (1)")
     parser.add_argument("--at", metavar="FILE:LINE", help="every change of that line instead of a draw")
-    parser.add_argument("--folder", default=FOLDER, help=f"where the copy is (default {FOLDER}); a run each at a time")
+    parser.add_argument("--folder", default=FOLDER, help=f"where the copy is ({FOLDER}); one run in each at a time")
     parser.add_argument("--fresh", action="store_true", help="forget what earlier runs found")
-    arguments = sys.argv[1:]
-    # COUNT may be left out, and a room is no number.
-    if arguments and not arguments[0].isdigit() and not arguments[0].startswith("-"):
-        arguments.insert(0, "100")
-    given = parser.parse_args(arguments)
+    given = parser.parse_args()
+    has_count = bool(given.rooms) and given.rooms[0].isdigit()
+    given.count = int(given.rooms.pop(0)) if has_count else COUNT
     given.rooms = [room.rstrip("/") for room in given.rooms] or ROOMS
+    if given.at and not re.fullmatch(r".+:\d+", given.at):
+        parser.error(f"--at wants FILE:LINE, not '{given.at}'")
     return given
 
 
