@@ -40,6 +40,13 @@ TEST_F(Regions, OneUnderFourSecondsAfterATrackStartJoinsItAndStillAddsItsName) {
                                     .signal(12 * kSecond, 18 * kSecond));
 }
 
+TEST_F(Regions, OneExactlyFourSecondsAfterATrackStartBeginsItsOwn) {
+  const Mark next = region(8.0, 12.0, "B");
+  EXPECT_THAT(render({region(2.0, 6.0, "A"), next}, 14 * kSecond), testing::HasSubstr("TRACK 02"));
+  EXPECT_THAT(render({region(2.0, 6.0 - 1.0 / 44100, "A"), next}, 14 * kSecond),
+              testing::Not(testing::HasSubstr("TRACK 02")));
+}
+
 TEST_F(Regions, BothSourceEntriesOfAJoinedRegionAreRecorded) {
   // Track 2's tags are looked for in the second region's span, though it plays the third.
   EXPECT_EQ(

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "tests/kit/system_calls.h"
+#include "tests/module/support/recorded_releases.h"
 
 namespace support_test {
 namespace {
@@ -215,14 +216,17 @@ TEST(HeapBuf, AFailedReallocIsMadeUpForByAFreshBlock) {
   EXPECT_EQ(calls.allocationCount(), 0) << "the fresh block's size is not known";
 }
 
-TEST(HeapBuf, AFreshBlockTakesEvenASingleByteOver) {
+TEST(HeapBuf, AFreshBlockTakesEvenASingleByteOverAndFreesTheOldOne) {
   YDK_HeapBuf buf(128);
-  *static_cast<char*>(buf.Resize(1)) = 'x';
+  auto* const old = static_cast<char*>(buf.Resize(1));
+  *old = 'x';
   SystemCalls calls;
+  const RecordedReleases recorded;
   calls.fail(Call::kRealloc, ENOMEM);
   const auto* bytes = static_cast<const char*>(buf.Resize(1000));
   ASSERT_NE(bytes, nullptr);
   EXPECT_EQ(bytes[0], 'x');
+  EXPECT_EQ(recorded.timesFreed(old), 1);
 }
 
 TEST(HeapBuf, AFreshBlockForFewerBytesTakesOnlyThoseOver) {
