@@ -121,6 +121,12 @@ TEST_F(Regions, OneThatEndsExactlyWhereTheRenderBeginsIsTheFirst) {
   }
 }
 
+TEST_F(Regions, OneThatEndsTwoFramesBeforeTheRenderIsOver) {
+  EXPECT_EQ(render({region(-2.0, -2.0 / 44100, "Over"), region(1.0, 6.0, "A")}, 8 * kSecond),
+            tracks({"  TRACK 01 AUDIO", "    TITLE \"A\"", "    INDEX 01 00:00:00"}));
+  expectImage(file("disc.bin"), Image().signal(kSecond, 6 * kSecond));
+}
+
 TEST_F(Regions, OneThatOutlastsTheRenderIsCutThere) {
   render({region(1.0, 50.0, "A")}, 6 * kSecond);
   expectImage(file("disc.bin"), Image().signal(kSecond, 6 * kSecond));
