@@ -14,6 +14,8 @@ cat <<'TEXT'
   fuzz      fuzz the renders and parsers: ./dev fuzz [MINUTES]; ./dev fuzz --keep makes seeds of what was learnt
   faults    let every allocation and every system call of velmor-render fail in turn (a quarter of an hour)
   threads   run the tests that have threads under ThreadSanitizer
+  mutate    change the code in many small places, one at a time, and print the changes that no test
+            notices: ./dev mutate [COUNT] [ROOM...]
   lint      check format, includes, shell scripts, man pages and clang-tidy (--all: each file by itself,
             the tests too)
   format    put every source file into the project's format

@@ -13,6 +13,7 @@ using fake_host::fileExists;
 using fake_host::LocalizeCall;
 using fake_host::Window;
 using fake_host::WindowingLayer;
+using testing::_;
 using testing::AnyOf;
 using testing::Contains;
 using testing::Each;
@@ -67,6 +68,19 @@ TEST_F(BurnDialog, OffersOneMethodWhateverWasSaved) {
   EXPECT_THAT(calls("GetPrivateProfileInt"), Each(Not(HasSubstr("\"method\""))))
       << "the method is written and never read: there is one";
   EXPECT_THAT(host.localize_calls, Contains(LocalizeCall{"Native CD Burning", "cdburn", 0}));
+  EXPECT_THAT(calls("SendMessage(1014"),
+              ElementsAre("SendMessage(1014, 0x143, 0, \"Native CD Burning\")",
+                          "SendMessage(1014, 0x14E, 0, 0)", "SendMessage(1014, 0x147, 0, 0)"));
+}
+
+TEST_F(BurnDialog, ListsTheDrivesAnewAndPicksTheSavedOne) {
+  m_recorders.add("ACME", "OTHER");
+  windowing.ini["velmor_cd/drive"] = "1";
+  albumAnd([](Window&) {});
+  EXPECT_THAT(calls("SendMessage(1015"),
+              ElementsAre("SendMessage(1015, 0x14B, 0, 0)", HasSubstr("0x143, 0, "), _,
+                          HasSubstr("0x143, 0, "), _, "SendMessage(1015, 0x14E, 1, 0)",
+                          "SendMessage(1015, 0x147, 0, 0)"));
 }
 
 TEST_F(BurnDialog, EjectsAndKeepsTheFilesUnlessToldOtherwise) {
@@ -232,6 +246,12 @@ TEST_F(BurnDialog, ALongNameIsCutAt496BytesAndNeverInsideACharacter) {
     }
     EXPECT_EQ(items.back(), std::string(496, 'v') + " " + std::string(496, 'p'));
   });
+}
+
+TEST_F(BurnDialog, ALongNameInWhichNoCharacterBeginsIsLeftOut) {
+  m_recorders.devices.clear();
+  m_recorders.add(std::string(600, '\x80'), "P");
+  albumAnd([&](Window& dialog) { EXPECT_THAT(dialog.control(kDrive)->items, ElementsAre("P")); });
 }
 
 TEST_F(BurnDialog, TheNumberOfRecordersIsAskedForOnEveryRound) {

@@ -197,6 +197,20 @@ TEST_F(ConfigDialog, TheHashBoxIsEnabledInMarkersModeOnly) {
   }
 }
 
+TEST_F(ConfigDialog, OpeningIsNoSelectionWhateverHasTheFocus) {
+  Window& dialog = show(Settings{});
+  const SinkConfig config = makeConfig({});
+  const struct {
+    const void* cfg;
+    intptr_t cfg_len;
+  } params = {&config, sizeof config};
+  const WPARAM selection_changed = (WPARAM{1} << 16) | kTrackMode;
+  m_session.windowing.calls.clear();
+  send(dialog, 0x110, reinterpret_cast<const void*>(selection_changed), &params);
+  EXPECT_THAT(m_session.windowing.calls, AllOf(Contains("SendMessage(1014, 0x14E, 0, 0)"),
+                                               Not(Contains("SendMessage(dialog, 0x5C4, 0, 0)"))));
+}
+
 TEST_F(ConfigDialog, ASelectionSendsTheDialogItsUpdateMessage) {
   Window& dialog = show(Settings{});
   m_session.windowing.calls.clear();

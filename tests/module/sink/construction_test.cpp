@@ -7,7 +7,9 @@
 
 #include <cstring>
 #include <filesystem>
+#include <map>
 
+#include "tests/kit/system_calls.h"
 #include "tests/module/sink/render_case.h"
 
 namespace sink_test {
@@ -380,6 +382,21 @@ TEST(ConstructionWithoutMetadata, TheSheetHasNoDiscLines) {
   ASSERT_TRUE(sink);
   sink.finish();
   EXPECT_THAT(readText(session.file("disc.cue")), testing::StartsWith("FILE \"disc.bin\" BINARY"));
+}
+
+TEST_F(Construction, EveryListAndEveryShortSilenceTakesAPage) {
+  host.metadata = {{"CUE:DISC_TITLE", "t"}};
+  host.marks = {marker(5.0, "x")};
+  test_kit::SystemCalls calls;
+  Sink sink = createSink("disc.cue", {.disc_leadin_ms = 10});
+  sink.writeSignal(6 * kSecond, {.lengths = {588}});
+  std::map<int64_t, int> blocks;
+  for (const test_kit::CallRecord& call : calls.records(test_kit::Call::kRealloc)) {
+    ++blocks[call.size];
+  }
+  // Starts, titles, positions and lengths of the tracks, the metadata, the block's samples, the
+  // lead-in and its padding.
+  EXPECT_EQ(blocks[4096 - 96], 8);
 }
 
 TEST_F(Construction, TheStartTimeIsZeroUntilTheHostSetsIt) {

@@ -40,6 +40,13 @@ TEST_F(Regions, OneUnderFourSecondsAfterATrackStartJoinsItAndStillAddsItsName) {
                                     .signal(12 * kSecond, 18 * kSecond));
 }
 
+TEST_F(Regions, OneExactlyFourSecondsAfterATrackStartBeginsItsOwn) {
+  const Mark next = region(8.0, 12.0, "B");
+  EXPECT_THAT(render({region(2.0, 6.0, "A"), next}, 14 * kSecond), testing::HasSubstr("TRACK 02"));
+  EXPECT_THAT(render({region(2.0, 6.0 - 1.0 / 44100, "A"), next}, 14 * kSecond),
+              testing::Not(testing::HasSubstr("TRACK 02")));
+}
+
 TEST_F(Regions, BothSourceEntriesOfAJoinedRegionAreRecorded) {
   // Track 2's tags are looked for in the second region's span, though it plays the third.
   EXPECT_EQ(
@@ -112,6 +119,12 @@ TEST_F(Regions, OneThatEndsExactlyWhereTheRenderBeginsIsTheFirst) {
         << start;
     expectImage(file("disc.bin"), Image().signal(0, 5 * kSecond).signal(6 * kSecond, 12 * kSecond));
   }
+}
+
+TEST_F(Regions, OneThatEndsTwoFramesBeforeTheRenderIsOver) {
+  EXPECT_EQ(render({region(-2.0, -2.0 / 44100, "Over"), region(1.0, 6.0, "A")}, 8 * kSecond),
+            tracks({"  TRACK 01 AUDIO", "    TITLE \"A\"", "    INDEX 01 00:00:00"}));
+  expectImage(file("disc.bin"), Image().signal(kSecond, 6 * kSecond));
 }
 
 TEST_F(Regions, OneThatOutlastsTheRenderIsCutThere) {

@@ -16,6 +16,7 @@
 #include "tests/fake_host/files.h"
 #include "tests/kit/faults/system_calls.h"
 #include "tests/kit/other_process.h"
+#include "tests/module/support/closed_standard_input.h"
 
 namespace support_test {
 namespace {
@@ -95,6 +96,20 @@ TEST_F(FileRead, AMissingFileGivesAReaderThatAnswersNothing) {
   char byte = 'x';
   EXPECT_EQ(reader.Read(&byte, 1), 0);
   EXPECT_EQ(byte, 'x');
+}
+
+TEST_F(FileRead, ReadsThroughTheVeryFirstDescriptor) {
+  write(noise(100));
+  const ClosedStandardInput closed;
+  auto reader = open();
+  EXPECT_TRUE(ClosedStandardInput::isTaken());
+  EXPECT_TRUE(reader->IsOpen());
+  EXPECT_EQ(reader->GetSize(), 100);
+  EXPECT_FALSE(reader->SetPosition(10));
+  EXPECT_EQ(readPiece(*reader, 20), m_content.substr(10, 20));
+  EXPECT_EQ(reader->GetPosition(), 30);
+  reader.reset();
+  EXPECT_FALSE(ClosedStandardInput::isTaken());
 }
 
 TEST_F(FileRead, OpensForReadingOnly) {
@@ -372,6 +387,17 @@ TEST_F(UnbufferedRead, AsksTheFileForEveryRequest) {
   EXPECT_EQ(reader->GetPosition(), 1000);
 }
 
+TEST_F(UnbufferedRead, OfNoBytesReachesNoFile) {
+  write(noise(100));
+  auto reader = open();
+  m_calls.fail(Call::kPread, EIO);
+  char byte = 'x';
+  EXPECT_EQ(reader->Read(&byte, 0), 0);
+  EXPECT_EQ(reader->Read(&byte, -1), 0);
+  EXPECT_EQ(fills(m_calls), std::vector<int64_t>{});
+  EXPECT_EQ(reader->GetPosition(), 0);
+}
+
 TEST_F(UnbufferedRead, AFailedOneMovesThePositionBackByOne) {
   write(noise(1000));
   auto reader = open();
@@ -444,6 +470,8 @@ TEST_F(FileRead, GivesPagesOfALocalFileBackInWholeStepsBehindIt) {
   calls.pretendFileSystem(kExt4);
   auto reader = open();
   ASSERT_EQ(advice(calls, POSIX_FADV_SEQUENTIAL).size(), 1u);
+  EXPECT_EQ(advice(calls, POSIX_FADV_SEQUENTIAL)[0].offset, 0);
+  EXPECT_EQ(advice(calls, POSIX_FADV_SEQUENTIAL)[0].length, 0) << "the whole file is meant";
   std::vector<char> piece(2352 * 13);
   int64_t given_back = 0;
   while (reader->Read(piece.data(), static_cast<int>(piece.size())) > 0) {

@@ -16,6 +16,7 @@
 #include "tests/fake_host/files.h"
 #include "tests/kit/faults/system_calls.h"
 #include "tests/kit/other_process.h"
+#include "tests/module/support/closed_standard_input.h"
 #include "tests/module/support/recorded_releases.h"
 
 namespace support_test {
@@ -91,6 +92,25 @@ TEST_F(FileWrite, ANullNameLeavesItClosed) {
   EXPECT_EQ(writer.GetPosition(), -1);
   EXPECT_EQ(calls.systemCallCount(), 0);
   EXPECT_EQ(calls.count(Call::kRealloc) + calls.count(Call::kMalloc), 0);
+}
+
+TEST_F(FileWrite, AClosedOneReachesNoFileWhenItGoes) {
+  SystemCalls calls;
+  { const YDK_FileWrite writer(nullptr, 0, 8192, 16, 16, false, false); }
+  EXPECT_EQ(calls.systemCallCount(), 0);
+}
+
+TEST_F(FileWrite, WritesThroughTheVeryFirstDescriptor) {
+  const ClosedStandardInput closed;
+  for (const Options& options : {Options{}, kUnbuffered}) {
+    auto writer = open(options);
+    EXPECT_EQ(writer->fd, 0);
+    EXPECT_EQ(put(*writer, "abc"), 3);
+    EXPECT_EQ(writer->GetPosition(), 3);
+    writer.reset();
+    EXPECT_FALSE(ClosedStandardInput::isTaken());
+    EXPECT_EQ(readText(m_path), "abc");
+  }
 }
 
 TEST_F(FileWrite, AMissingFolderLeavesItClosed) {

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "tests/kit/faults/system_calls.h"
+#include "tests/module/support/recorded_releases.h"
 
 namespace support_test {
 namespace {
@@ -213,6 +214,19 @@ TEST(HeapBuf, AFailedReallocIsMadeUpForByAFreshBlock) {
   calls.forget();
   buf.Resize(1500);
   EXPECT_EQ(calls.allocationCount(), 0) << "the fresh block's size is not known";
+}
+
+TEST(HeapBuf, AFreshBlockTakesEvenASingleByteOverAndFreesTheOldOne) {
+  YDK_HeapBuf buf(128);
+  auto* const old = static_cast<char*>(buf.Resize(1));
+  *old = 'x';
+  SystemCalls calls;
+  const RecordedReleases recorded;
+  calls.fail(Call::kRealloc, ENOMEM);
+  const auto* bytes = static_cast<const char*>(buf.Resize(1000));
+  ASSERT_NE(bytes, nullptr);
+  EXPECT_EQ(bytes[0], 'x');
+  EXPECT_EQ(recorded.timesFreed(old), 1);
 }
 
 TEST(HeapBuf, AFreshBlockForFewerBytesTakesOnlyThoseOver) {

@@ -59,9 +59,20 @@ TEST(TypedBuf, StaysAsItWasWithoutMemory) {
   SystemCalls calls;
   calls.fail(Call::kRealloc, ENOMEM);
   calls.fail(Call::kMalloc, ENOMEM);
-  times.Resize(1000);
+  EXPECT_EQ(times.Resize(1000), times.Get());
   EXPECT_EQ(times.GetSize(), 1);
   EXPECT_EQ(times.Get()[0], 2.5);
+}
+
+TEST(TypedBuf, TakesEveryNegativeCountForNone) {
+  for (const int count : {-1, INT_MIN, INT_MIN / 8, INT_MIN / 8 - 1}) {
+    YDK_TypedBuf<double> times;
+    times.Resize(2);
+    SystemCalls calls;
+    EXPECT_EQ(times.Resize(count), nullptr) << count;
+    EXPECT_EQ(times.GetSize(), 0) << count;
+    EXPECT_EQ(calls.count(Call::kRealloc) + calls.count(Call::kMalloc), 0) << count;
+  }
 }
 
 TEST(TypedBuf, RefusesCountsWhoseBytesAnIntCannotHold) {
@@ -69,7 +80,7 @@ TEST(TypedBuf, RefusesCountsWhoseBytesAnIntCannotHold) {
     YDK_TypedBuf<double> times;
     times.Resize(2);
     SystemCalls calls;
-    times.Resize(count);
+    EXPECT_EQ(times.Resize(count), times.Get());
     EXPECT_EQ(times.GetSize(), 2) << count;
     EXPECT_EQ(calls.count(Call::kRealloc) + calls.count(Call::kMalloc), 0) << count;
   }
