@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <map>
 
-#include "tests/kit/system_calls.h"
+#include "tests/kit/faults/system_calls.h"
 #include "tests/module/sink/render_case.h"
 
 namespace sink_test {
