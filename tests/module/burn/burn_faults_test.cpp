@@ -30,7 +30,7 @@ class BurnFaults : public OpenDialogCase, public testing::WithParamInterface<Tim
   BurnFaults() {
     host.marks = {fake_host::marker(0.0, "One"), fake_host::marker(5.0, "Two")};
     m_recorders.on_panel = [this](const DiscTrack* tracks, int count) { record(tracks, count); };
-    windowing.on_modal = [this](Window& dialog) {
+    windowing.on_modal = [](Window& dialog) {
       dialog.control(kDelete)->checked = 1;
       press(dialog, kOk);
     };

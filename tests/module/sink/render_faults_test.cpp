@@ -26,7 +26,6 @@ using test_kit::Call;
 using test_kit::CallRecord;
 using test_kit::SystemCalls;
 using test_kit::Times;
-using testing::AnyOf;
 using testing::Each;
 using testing::HasSubstr;
 using testing::Pair;
