@@ -11,6 +11,7 @@ extern "C" {
 #include <cstdlib>
 #include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "module/sink/sample_conversion.h"
@@ -45,16 +46,6 @@ void convertBlocks(benchmark::State& state, ConvertFramesFn convert) {
 void conversionPlain(benchmark::State& state) {
   convertBlocks(state, convertFramesPlain);
 }
-void conversionSse2(benchmark::State& state) {
-  convertBlocks(state, convertFramesSse2);
-}
-void conversionAvx2(benchmark::State& state) {
-  if (!processorHasAvx2()) {
-    state.SkipWithError("this processor has no AVX2");
-    return;
-  }
-  convertBlocks(state, convertFramesAvx2);
-}
 
 void conversionSwresample(benchmark::State& state) {
   AVChannelLayout stereo;
@@ -79,8 +70,16 @@ void conversionSwresample(benchmark::State& state) {
 }
 
 BENCHMARK(conversionPlain);
-BENCHMARK(conversionSse2);
-BENCHMARK(conversionAvx2);
 BENCHMARK(conversionSwresample);
+
+/// "conversionSse2" and so on.
+[[maybe_unused]] const bool kVectorFormsAreThere = [] {
+  for (const VectorForm& form : vectorForms()) {
+    if (!form.runs_here) continue;
+    benchmark::RegisterBenchmark((std::string("conversion") + form.name).c_str(), convertBlocks,
+                                 form.convert);
+  }
+  return true;
+}();
 
 }  // namespace
