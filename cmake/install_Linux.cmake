@@ -1,7 +1,11 @@
 # The install tree on Linux, and the Debian package made of it.
 
+install(TARGETS velmor_cd LIBRARY DESTINATION ${VELMOR_INSTALL_LIBDIR})
+if(NOT VELMOR_BUILD_PROGRAMS)
+  return()
+endif()
 install(TARGETS velmor-render velmor-cdcheck velmor-ddp RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(TARGETS velmor_cd velmor_recording LIBRARY DESTINATION ${VELMOR_INSTALL_LIBDIR})
+install(TARGETS velmor_recording LIBRARY DESTINATION ${VELMOR_INSTALL_LIBDIR})
 install(FILES docs/velmor-render.1 docs/velmor-cdcheck.1 docs/velmor-ddp.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES LICENSE DESTINATION ${VELMOR_INSTALL_DOCDIR} RENAME copyright)
 install(FILES docs/package/LICENCES.linux.txt DESTINATION ${VELMOR_INSTALL_DOCDIR} RENAME LICENCES.txt)

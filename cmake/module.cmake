@@ -12,7 +12,9 @@ set(VELMOR_CD_MAC_SOURCES
 include(cmake/module_${CMAKE_SYSTEM_NAME}.cmake)
 
 # Static initialisers run in the order of the link line: what registers the Objective-C classes, then the module's own,
-# before which nothing of the module may run, then the rest.
+# before which nothing of the module may run, then the rest. The last one's last function is one that cleans up behind an
+# exception: the linker for macOS folds functions of one kind of frame into one entry of the unwind table, but none that
+# cleans up, and would end the table where the last such group begins.
 set(VELMOR_CD_SOURCES
     ${VELMOR_CD_OBJECTIVE_C_SOURCES}
     module/plugin/module_init.cpp
@@ -31,9 +33,8 @@ set(VELMOR_CD_SOURCES
     module/sink/pcm_sink_iso_write.cpp
     module/sink/project_marks.cpp
     module/sink/sample_conversion.cpp
-    module/sink/sample_conversion_avx2.cpp
+    ${VELMOR_CD_PROCESSOR_SOURCES}
     module/sink/track_cutter.cpp
-    module/burn/burn_dialog.cpp
     module/burn/burn_engine.cpp
     module/burn/burn_settings.cpp
     module/burn/track_source.cpp
@@ -45,7 +46,8 @@ set(VELMOR_CD_SOURCES
     module/support/ydk_string.cpp
     abi/host_functions.cpp
     abi/quelm_functions.cpp
-    ${VELMOR_CD_PLATFORM_SOURCES})
+    ${VELMOR_CD_PLATFORM_SOURCES}
+    module/burn/burn_dialog.cpp)
 
 add_library(velmor_cd_objects OBJECT ${VELMOR_CD_SOURCES})
 target_compile_options(velmor_cd_objects PRIVATE -fvisibility=hidden -fvisibility-inlines-hidden)

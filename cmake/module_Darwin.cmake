@@ -22,6 +22,7 @@ function(velmor_link_module)
   # A name that does not exist is a link error, so the list is exact in both directions.
   target_link_options(velmor_cd PRIVATE
     LINKER:-exported_symbol,_VelmorPluginEntry LINKER:-exported_symbol,_QUELM_dllMain LINKER:-dead_strip)
+  # A system that has no disc recording any more is one without recorders, and still renders.
   target_link_libraries(velmor_cd PRIVATE
-    objc "-framework Cocoa" "-framework DiscRecording" "-framework DiscRecordingUI")
+    objc "-framework Cocoa" "-weak_framework DiscRecording" "-weak_framework DiscRecordingUI")
 endfunction()

@@ -1,9 +1,11 @@
 # Everything beside the module: what ships with it, and what tests and measures it.
 
-find_package(PkgConfig REQUIRED)
-foreach(room IN ITEMS disc check ddp host)
-  add_subdirectory(${room})
-endforeach()
+if(VELMOR_BUILD_PROGRAMS)
+  find_package(PkgConfig REQUIRED)
+  foreach(room IN ITEMS disc check ddp host)
+    add_subdirectory(${room})
+  endforeach()
+endif()
 
 # From here on nothing ships.
 if(VELMOR_UNITY_TESTS)
@@ -15,7 +17,7 @@ if(BUILD_TESTING)
   add_subdirectory(tools)
   add_subdirectory(tests)
 endif()
-if(BUILD_TESTING OR VELMOR_LIBFUZZER)
+if(VELMOR_BUILD_PROGRAMS AND (BUILD_TESTING OR VELMOR_LIBFUZZER))
   add_subdirectory(fuzz)
 endif()
 if(VELMOR_BUILD_BENCHMARKS)

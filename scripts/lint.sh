@@ -14,7 +14,7 @@ say "Paths in the pages"
 python3 scripts/doc_paths.py
 
 say "Shell scripts"
-shellcheck -x -s bash dev .ci/run scripts/*.sh
+shellcheck -x -s bash dev .ci/run scripts/*.sh scripts/*/*.sh
 
 say "Man pages"
 mandoc -T lint -W warning docs/*.1
@@ -52,8 +52,11 @@ mapfile -t files < <(sources_of build/sanitize '(build/sanitize/)?(disc|check|dd
 mkdir -p build/lint
 rooms=()
 for room in abi module/plugin module/sink module/burn module/resources module/support module/platform; do
-  git ls-files -co --exclude-standard "$room/*.cpp" | grep -v '_mac\.cpp$' | sed 's/.*/#include "&"/' >"build/lint/${room//\//_}.cpp"
+  git ls-files -co --exclude-standard "$room/*.cpp" | grep -vE '_(mac|neon)\.cpp$' | sed 's/.*/#include "&"/' >"build/lint/${room//\//_}.cpp"
   rooms+=("build/lint/${room//\//_}.cpp")
 done
 tidy "${rooms[@]}" -- --checks=-bugprone-suspicious-include -- -std=c++20 -I.
 tidy "${files[@]}" -- --checks=-bugprone-suspicious-include -p build/sanitize
+# What is compiled for the other processor alone.
+tidy module/sink/sample_conversion_neon.cpp tools/mac/loader/processor_arm64.cpp -- \
+  -- -std=c++20 -I. --target=aarch64-linux-gnu

@@ -6,7 +6,7 @@ bash scripts/setup_mac.sh >&2
 source scripts/common.sh
 
 say "Building"
-configure_and_build mac | tail -n 1
+bash scripts/mac.sh | tail -n 1
 configure_and_build release velmor_cd velmor-render velmor_recording velmor-cdcheck velmor-ddp | tail -n 1
 
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:.*=//p' build/release/CMakeCache.txt)
@@ -18,16 +18,20 @@ mkdir -p "$out/unpacked"
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null || echo 0)
 export SOURCE_DATE_EPOCH
 
-# pack PRESET NAME [OPTION]: the install tree of the preset as the archive NAME.tar.gz
-pack() {
+# stage PRESET NAME [OPTION]: the install tree of the preset in the folder NAME
+stage() {
   cmake --install "build/$1" --prefix "$out/$2" ${3:+"$3"} >"$out/$2.log" ||
     fail "installing '$1' failed; build/package/$2.log says why"
-  tar -C "$out" --sort=name --owner=0 --group=0 --numeric-owner --mtime="@$SOURCE_DATE_EPOCH" -cf - "$2" |
-    gzip -9n >"$out/$2.tar.gz"
-  rm -r "${out:?}/$2" "$out/$2.log"
+}
+
+# pack NAME: the folder NAME as the archive NAME.tar.gz
+pack() {
+  tar -C "$out" --sort=name --owner=0 --group=0 --numeric-owner --mtime="@$SOURCE_DATE_EPOCH" -cf - "$1" |
+    gzip -9n >"$out/$1.tar.gz"
+  rm -r "${out:?}/$1" "$out/$1.log"
   echo
-  echo "$2.tar.gz, $(stat -c %s "$out/$2.tar.gz") bytes:"
-  tar -tzf "$out/$2.tar.gz" | sed 's/^/  /'
+  echo "$1.tar.gz, $(stat -c %s "$out/$1.tar.gz") bytes:"
+  tar -tzf "$out/$1.tar.gz" | sed 's/^/  /'
 }
 
 # check_linux FOLDER: what lies in the folder as in an install prefix must run from there.
@@ -39,11 +43,14 @@ check_linux() {
 }
 
 say "The archives, in build/package"
-mac=velmor_cd-$version-macos-x86_64
+mac=velmor_cd-$version-macos
 linux=velmor_cd-$version-linux-x86_64
-# A dylib that is stripped here would lose its signature.
-pack mac "$mac"
-pack release "$linux" --strip
+# A dylib that is stripped here would lose its signature. The tree is that of either processor, the file the one for both.
+stage mac-x86_64 "$mac"
+cp build/mac/velmor_cd.dylib "$out/$mac/"
+pack "$mac"
+stage release "$linux" --strip
+pack "$linux"
 tar -C "$out/unpacked" -xzf "$out/$linux.tar.gz"
 check_linux "$out/unpacked/$linux"
 

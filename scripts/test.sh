@@ -1,20 +1,36 @@
 # shellcheck shell=bash
-# ./dev test [NAME]: sets up; builds for macOS, with g++ (release) and with clang (AddressSanitizer,
-# UndefinedBehaviorSanitizer); checks formatting and lint; runs all tests in the latter two, which inspect and drive what
-# was built for macOS and run each benchmark for a moment; fuzzes for a minute. NAME limits the run to the tests whose name it matches.
+# ./dev test [--all] [NAME]: sets up; builds for macOS, with g++ (release), with clang (AddressSanitizer,
+# UndefinedBehaviorSanitizer) and for 64-bit ARM; checks formatting and lint; runs the tests of the latter three, which
+# inspect and drive what was built for macOS and run each benchmark for a moment; fuzzes for a minute. NAME limits the run
+# to the tests whose name it matches. Of the tests for ARM, which an emulator runs, only the quick ones unless --all is given.
 bash scripts/setup.sh >&2
 bash scripts/setup_mac.sh >&2
 source scripts/common.sh
 
-started=$SECONDS
-for preset in mac release sanitize; do
-  say "Build: $preset"
-  configure_and_build "$preset" >"build/$preset.build.log" 2>&1 || {
-    grep -E 'error|FAILED' "build/$preset.build.log" | head -n 40 >&2
-    fail "building '$preset' failed; the whole report is build/$preset.build.log"
+arm64_targets=(quick_tests)
+arm64_label=quick
+if [ "${1:-}" = --all ]; then
+  arm64_targets=()
+  arm64_label=long
+  shift
+fi
+
+# build NAME COMMAND...: runs the command, which builds that, and says what went wrong.
+build() {
+  say "Build: $1"
+  "${@:2}" >"build/$1.build.log" 2>&1 || {
+    grep -E 'error|FAILED' "build/$1.build.log" | head -n 40 >&2
+    fail "building '$1' failed; the whole report is build/$1.build.log"
   }
-  tail -n 1 "build/$preset.build.log"
+  tail -n 1 "build/$1.build.log"
+}
+
+started=$SECONDS
+build mac bash scripts/mac.sh
+for preset in release sanitize; do
+  build "$preset" configure_and_build "$preset"
 done
+build arm64 configure_and_build arm64 ${arm64_targets[@]+"${arm64_targets[@]}"}
 
 say "Lint"
 bash scripts/lint.sh >build/lint.log 2>&1 || {
@@ -23,11 +39,16 @@ bash scripts/lint.sh >build/lint.log 2>&1 || {
 }
 echo "clean"
 
-for preset in release sanitize; do
-  say "Tests: $preset"
-  # Some wait for other programs: one more than there are processors.
-  ctest --preset "$preset" -j "$(($(nproc) + 1))" ${1:+-R "$1"} --output-on-failure
-done
+# run_tests PRESET [OPTION...]: with the tests whose name was given. Some wait for other programs: one more at a time than
+# there are processors.
+run_tests() {
+  say "Tests: $1"
+  ctest --preset "$1" -j "$(($(nproc) + 1))" ${name:+-R "$name"} --output-on-failure "${@:2}"
+}
+name=${1:-}
+run_tests release
+run_tests sanitize
+run_tests arm64 -L "$arm64_label"
 if [ $# -eq 0 ]; then
   say "Fuzzing for a minute"
   bash scripts/fuzz.sh --seconds 60 >build/fuzz.log 2>&1 || {

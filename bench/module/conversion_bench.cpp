@@ -14,6 +14,7 @@ extern "C" {
 #include <limits>
 #include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "module/sink/sample_conversion.h"
@@ -55,27 +56,6 @@ void convertBlocks(benchmark::State& state, ConvertFramesFn convert, Block block
 void conversionPlain(benchmark::State& state) {
   convertBlocks(state, convertFramesPlain);
 }
-void conversionSse2(benchmark::State& state) {
-  convertBlocks(state, convertFramesSse2);
-}
-void conversionAvx2(benchmark::State& state) {
-  if (!processorHasAvx2()) {
-    state.SkipWithError("this processor has no AVX2");
-    return;
-  }
-  convertBlocks(state, convertFramesAvx2);
-}
-
-void conversionSse2Wild(benchmark::State& state) {
-  convertBlocks(state, convertFramesSse2, WildBlock());
-}
-void conversionAvx2Wild(benchmark::State& state) {
-  if (!processorHasAvx2()) {
-    state.SkipWithError("this processor has no AVX2");
-    return;
-  }
-  convertBlocks(state, convertFramesAvx2, WildBlock());
-}
 
 void conversionSwresample(benchmark::State& state) {
   AVChannelLayout stereo;
@@ -100,10 +80,17 @@ void conversionSwresample(benchmark::State& state) {
 }
 
 BENCHMARK(conversionPlain);
-BENCHMARK(conversionSse2);
-BENCHMARK(conversionAvx2);
-BENCHMARK(conversionSse2Wild);
-BENCHMARK(conversionAvx2Wild);
 BENCHMARK(conversionSwresample);
+
+/// "conversionSse2", "conversionSse2Wild" and so on.
+[[maybe_unused]] const bool kVectorFormsAreThere = [] {
+  for (const VectorForm& form : vectorForms()) {
+    if (!form.runs_here) continue;
+    const std::string name = std::string("conversion") + form.name;
+    benchmark::RegisterBenchmark(name.c_str(), convertBlocks, form.convert, Block());
+    benchmark::RegisterBenchmark((name + "Wild").c_str(), convertBlocks, form.convert, WildBlock());
+  }
+  return true;
+}();
 
 }  // namespace

@@ -76,17 +76,18 @@ void imageThroughTheSink(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * int64_t{kBlocks} * kBlock * 4);
 }
 
-/// What the sink does to every block, with the conversion that processors without AVX2 get.
+/// What the sink does to every block, with the conversion that the oldest processors get.
 void imageWithBaselineConversion(benchmark::State& state) {
   const test_kit::ScratchFolder folder;
   const std::string path = folder.file("album.bin");
   const Audio audio;
+  const VectorForm& baseline = vectorForms().back();
   std::vector<int16_t> converted(2 * kBlock);
   update_disk_counters = ignoreCounters;
   for (auto _ : state) {
     YDK_FileWrite image(path.c_str(), 0, 8192, 16, 16, false, false);
     for (int i = 0; i < kBlocks; ++i) {
-      convertFramesSse2(audio.left.data(), audio.right.data(), kBlock, converted.data());
+      baseline.convert(audio.left.data(), audio.right.data(), kBlock, converted.data());
       image.Write(converted.data(), kBlock * kFrameBytes);
     }
   }

@@ -74,13 +74,11 @@ void runModally(NSWindow* window) {
 /// Apple DiscRecording as the burn engine meets it.
 class AppleDiscRecording final : public DiscRecordingService {
  public:
-  void findDevices() {
-    m_devices = [DRDevice devices];
-    m_described = nil;
-  }
+  void findDevices() { m_devices = [DRDevice devices]; }
 
   int DeviceCount() override {
-    m_described = nil;
+    // A walk asks for the count behind the last recorder too, so no description outlives it.
+    describe(nil);
     return static_cast<int>([m_devices count]);
   }
   void* DeviceAt(int index) override {
@@ -121,20 +119,24 @@ class AppleDiscRecording final : public DiscRecordingService {
   }
 
  private:
-  /// One name out of a recorder's description, which is asked for once per recorder and round.
+  /// One name out of a recorder's description, which is asked for once per recorder and round, and
+  /// kept until the next: both names are to be valid together.
   const char* nameOf(void* device, NSString* key) {
-    if (m_described != device) {
-      m_described = static_cast<DRDevice*>(device);
-      m_description = [m_described info];
-    }
+    if (m_described != device) describe(static_cast<DRDevice*>(device));
     return [static_cast<NSString*>([m_description objectForKey:key]) UTF8String];
   }
 
-  // None of these is retained: all but the delegate belong to the caller's autorelease pool, and
-  // are set anew before each use.
+  void describe(DRDevice* device) {
+    [m_description release];
+    m_described = device;
+    m_description = [[device info] retain];
+  }
+
+  // The list and its recorders belong to the caller's autorelease pool, and are set anew before
+  // each use.
   NSArray* m_devices = nullptr;
   DRDevice* m_described = nullptr;
-  NSDictionary* m_description = nullptr;
+  NSDictionary* m_description = nullptr;  ///< retained, of `m_described`
   QuinloCDBurnDel* m_delegate = nullptr;  ///< the panel's, from the run until access is given back
 };
 

@@ -6,15 +6,15 @@
 #include <cassert>
 #include <cstddef>
 
-#include "module/sink/sample_conversion.h"
+#include "module/sink/sample_conversion_x86_64.h"
 
 #define VELMOR_AVX2 __attribute__((target("avx2,fma")))
 
 namespace {
 
-/// 2 S x + 1/2 of four samples (S = 32768), whose use sample_conversion.cpp explains. Fusing the
-/// multiplication with the addition changes nothing: the product is exact, S being a power of two,
-/// so that there is only one rounding either way.
+/// 2 S x + 1/2 of four samples (S = 32768), whose use sample_conversion_sse2.cpp explains. Fusing
+/// the multiplication with the addition changes nothing: the product is exact, S being a power of
+/// two, so that there is only one rounding either way.
 VELMOR_AVX2 __m256d doubledAndHalf(const double* x) {
   return _mm256_fmadd_pd(_mm256_loadu_pd(x), _mm256_set1_pd(65536.0), _mm256_set1_pd(0.5));
 }

@@ -1,6 +1,7 @@
 #include "tests/kit/scratch_folder.h"
 
 #include <stdlib.h>
+#include <unistd.h>  // where macOS has mkdtemp()
 
 #include <algorithm>
 #include <stdexcept>

@@ -147,6 +147,19 @@ TEST_F(Burn, AnApplicationInTheBackgroundLooksForTheEndOfTheSession) {
       << "a pause after each answer to go on, none after the last";
 }
 
+TEST_F(Burn, ASessionThatIsAbortedIsOver) {
+  theFrameworks().active = false;
+  theFrameworks().aborts = true;
+  LoadedOnce::layerCalls().clear();
+  run({0}, kSector);
+  EXPECT_THAT(
+      std::vector<std::string>(theFrameworks().calls.end() - 6, theFrameworks().calls.end()),
+      ElementsAre("beginModalSessionForWindow:DRBurnProgressPanel",
+                  "runModalSession:", "endModalSession:", "releaseExclusiveAccess second",
+                  "dealloc QuinloCDBurnDel", "dealloc QuinloCDBurnSource"));
+  EXPECT_THAT(LoadedOnce::layerCalls(), IsEmpty());
+}
+
 TEST_F(Burn, HasItsPropertiesInOrder) {
   struct Case {
     bool eject, test_burn;
@@ -167,6 +180,19 @@ TEST_F(Burn, HasItsPropertiesInOrder) {
                     Pair("DRBurnCompletionActionKey", c.completion),
                     Pair("DRBurnFailureActionKey", c.failure)));
   }
+}
+
+// A length that arrives in another form is for the framework to read, or not.
+TEST_F(Burn, ItsNumbersAreTruthValuesAndPlainIntegersWithASign) {
+  run({0, 352800}, 705600);
+  const std::vector<std::string> of_burn = {"bool 0", "bool 0", "bool 1", "bool 0"};
+  const std::vector<std::string> of_track = {"int 0", "int 0",    "int 0",  "int 0",
+                                             "int 0", "int 2352", "int 150"};
+  std::vector<std::string> expected = of_burn;
+  for (int track = 0; track < 2; ++track) {
+    expected.insert(expected.end(), of_track.begin(), of_track.end());
+  }
+  EXPECT_EQ(theFrameworks().numbers, expected);
 }
 
 TEST_F(Burn, TwoTracksOfTwoSecondsEachAreCutAtBlock150) {
@@ -326,6 +352,8 @@ TEST_F(Burn, ARecorderThatIsNotListedIsNotAskedAnything) {
 
 class Listing : public testing::Test {
  protected:
+  static int created(const char* name) { return theFrameworks().created[name]; }
+  static int gone(const char* name) { return theFrameworks().gone[name]; }
   std::vector<std::string> list(const std::vector<Device>& devices) {
     doubles::setDevices(devices);
     const doubles::Pool pool;
@@ -356,6 +384,23 @@ TEST_F(Listing, LeavesOutARecorderWithoutADescriptionOrWithoutNames) {
                     Device{.name = "c", .vendor = "", .product = ""},
                     Device{.name = "d", .vendor = "", .product = "LAST"}}),
               ElementsAre("LAST"));
+}
+
+// The pool is not the only one that holds it, so a recorder may lose it meanwhile.
+TEST_F(Listing, HoldsEachDescriptionAsLongAsItReadsTheNamesAndNoLonger) {
+  list({Device{.name = "a"}, Device{.name = "b"}});
+  EXPECT_THAT(theFrameworks().description_holders, ElementsAre(2U, 2U, 2U, 2U));
+  EXPECT_EQ(created("Description"), 2);
+  EXPECT_EQ(gone("Description"), 2);
+}
+
+TEST_F(Listing, AsksForTheDescriptionAnewEachTime) {
+  list({Device{.name = "a", .product = "OLD"}});
+  theFrameworks().devices[0].product = "NEW";
+  m_combo.items.clear();
+  const doubles::Pool pool;
+  theModule().list_recorders(&m_combo);
+  EXPECT_THAT(m_combo.items, ElementsAre("PLAYWRIGHT NEW"));
 }
 
 TEST_F(Listing, IsEmptyWithoutRecorders) {

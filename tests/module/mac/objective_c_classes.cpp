@@ -63,7 +63,7 @@ std::string symbolBoundAt(const MachOFile& file, uint64_t address) {
 
 std::vector<ObjectiveCClass> readClasses(const MachOFile& file) {
   std::vector<ObjectiveCClass> classes;
-  const macho::Section* list = file.findSection("__DATA", "__objc_classlist");
+  const macho::Section* list = file.findSection("__objc_classlist");
   if (!list) return classes;
   for (uint64_t at = list->address; at < list->address + list->size; at += 8) {
     const uint64_t address = file.word(at);

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/module/mac/each_slice.h"
+
 namespace {
 
 using mac::InstanceVariable;
@@ -14,17 +16,24 @@ using testing::Pair;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
-ObjectiveCClass classNamed(const std::string& name) {
-  for (ObjectiveCClass& read : mac::readClasses(macho::MachOFile(VELMOR_DYLIB))) {
-    if (read.name == name) return read;
+class ObjectiveCClasses : public mac::EachSlice {
+ protected:
+  ObjectiveCClass classNamed(const std::string& name) const {
+    for (ObjectiveCClass& read : mac::readClasses(m_file)) {
+      if (read.name == name) return read;
+    }
+    ADD_FAILURE() << "there is no class " << name;
+    return {};
   }
-  ADD_FAILURE() << "there is no class " << name;
-  return {};
-}
+  /// A method's types, where they begin with a BOOL: a character on x86-64, a truth value on arm64.
+  std::string answersBool(const std::string& rest) const { return (isX86() ? "c" : "B") + rest; }
+};
 
-TEST(ObjectiveCClasses, AreTheTrackProducerAndThePanelsDelegate) {
+INSTANTIATE_TEST_SUITE_P(Slices, ObjectiveCClasses, mac::eachSlice(), mac::SliceName());
+
+TEST_P(ObjectiveCClasses, AreTheTrackProducerAndThePanelsDelegate) {
   std::vector<std::string> names;
-  for (const ObjectiveCClass& read : mac::readClasses(macho::MachOFile(VELMOR_DYLIB))) {
+  for (const ObjectiveCClass& read : mac::readClasses(m_file)) {
     names.push_back(read.name);
     EXPECT_EQ(read.superclass, "_OBJC_CLASS_$_NSObject") << read.name;
     EXPECT_THAT(read.class_methods, IsEmpty()) << read.name;
@@ -32,7 +41,7 @@ TEST(ObjectiveCClasses, AreTheTrackProducerAndThePanelsDelegate) {
   EXPECT_THAT(names, UnorderedElementsAre("QuinloCDBurnSource", "QuinloCDBurnDel"));
 }
 
-TEST(ObjectiveCClasses, TheProducersVariablesFollowTheClassPointer) {
+TEST_P(ObjectiveCClasses, TheProducersVariablesFollowTheClassPointer) {
   const ObjectiveCClass source = classNamed("QuinloCDBurnSource");
   ASSERT_EQ(source.variables.size(), 4U);
   EXPECT_THAT(source.variables[0].type, StartsWith("^{YDK_FileRead="));
@@ -44,35 +53,36 @@ TEST(ObjectiveCClasses, TheProducersVariablesFollowTheClassPointer) {
   EXPECT_EQ(source.instance_size, 28U);
 }
 
-TEST(ObjectiveCClasses, TheProducerAdoptsTheFrameworksProtocol) {
+TEST_P(ObjectiveCClasses, TheProducerAdoptsTheFrameworksProtocol) {
   EXPECT_THAT(classNamed("QuinloCDBurnSource").protocols, ElementsAre("DRTrackDataProduction"));
 }
 
-// Encoded as the framework calls them: Q a 64-bit and I a 32-bit unsigned number, c a BOOL.
-TEST(ObjectiveCClasses, TheProducersMethodsHaveTheProtocolsTypes) {
+// Encoded as the framework calls them: Q a 64-bit and I a 32-bit unsigned number.
+TEST_P(ObjectiveCClasses, TheProducersMethodsHaveTheProtocolsTypes) {
   const char* const buffer_out = "I56@0:8@16*24I32Q36I44^I48";
-  const char* const buffer_in = "c56@0:8@16r*24I32Q36I44^I48";
+  const std::string buffer_in = answersBool("56@0:8@16r*24I32Q36I44^I48");
   EXPECT_THAT(
       classNamed("QuinloCDBurnSource").methods,
       UnorderedElementsAre(
           Pair("estimateLengthOfTrack:", "Q24@0:8@16"),
-          Pair("prepareTrack:forBurn:toMedia:", "c40@0:8@16@24@32"),
+          Pair("prepareTrack:forBurn:toMedia:", answersBool("40@0:8@16@24@32")),
           Pair("cleanupTrackAfterBurn:", "v24@0:8@16"),
           Pair("producePreGapForTrack:intoBuffer:length:atAddress:blockSize:ioFlags:", buffer_out),
           Pair("produceDataForTrack:intoBuffer:length:atAddress:blockSize:ioFlags:", buffer_out),
-          Pair("prepareTrackForVerification:", "c24@0:8@16"),
+          Pair("prepareTrackForVerification:", answersBool("24@0:8@16")),
           Pair("verifyPreGapForTrack:inBuffer:length:atAddress:blockSize:ioFlags:", buffer_in),
           Pair("verifyDataForTrack:inBuffer:length:atAddress:blockSize:ioFlags:", buffer_in),
-          Pair("cleanupTrackAfterVerification:", "c24@0:8@16")));
+          Pair("cleanupTrackAfterVerification:", answersBool("24@0:8@16"))));
 }
 
-TEST(ObjectiveCClasses, TheDelegateHasTheTwoAnswersAndNoVariables) {
+TEST_P(ObjectiveCClasses, TheDelegateHasTheTwoAnswersAndNoVariables) {
   const ObjectiveCClass delegate = classNamed("QuinloCDBurnDel");
   EXPECT_THAT(delegate.variables, IsEmpty());
   EXPECT_EQ(delegate.instance_size, 8U);
-  EXPECT_THAT(delegate.methods,
-              UnorderedElementsAre(Pair("burnProgressPanel:burnDidFinish:", "c32@0:8@16@24"),
-                                   Pair("burnProgressPanelDidFinish:", "v24@0:8@16")));
+  EXPECT_THAT(
+      delegate.methods,
+      UnorderedElementsAre(Pair("burnProgressPanel:burnDidFinish:", answersBool("32@0:8@16@24")),
+                           Pair("burnProgressPanelDidFinish:", "v24@0:8@16")));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "abi/exports.h"
 #include "tools/mac/loader/dylib_image.h"
 #include "tools/mac/loader/frameworks.h"
+#include "tools/mac/loader/mac_process.h"
 #include "tools/mac/loader/objective_c.h"
 #include "tools/mac/loader/system_library.h"
 
@@ -19,6 +20,10 @@ void* resolve(const std::string& library, const std::string& symbol) {
   }
   if (library.ends_with("/libobjc.A.dylib") && !symbol.starts_with("_OBJC_")) {
     return loader::runtimeSymbol(symbol);
+  }
+  if (library.find("/DiscRecording") != std::string::npos &&
+      !loader::theProcess().hasDiscRecording()) {
+    return nullptr;
   }
   return loader::frameworkSymbol(symbol);
 }
@@ -53,6 +58,8 @@ class DrivenModule {
     return reinterpret_cast<Function*>(address);
   }
 
+  void* findFunction(const char* name) const { return m_image->findFunction(name); }
+
  private:
   std::unique_ptr<loader::DylibImage> m_image;
 };
@@ -62,7 +69,12 @@ const DrivenModule& theModule() {
   return kModule;
 }
 
+void* findFunction(const char* name) {
+  return theModule().findFunction(name);
+}
+
 __attribute__((constructor)) void loadWithThisLibrary() {
+  loader::theProcess().loading(&findFunction);
   theModule();
 }
 

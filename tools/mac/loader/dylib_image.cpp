@@ -6,14 +6,18 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "tools/mac/loader/processor.h"
+
 namespace loader {
 
-DylibImage::DylibImage(const std::string& path, const Resolver& resolve) : m_file(path) {
+DylibImage::DylibImage(const std::string& path, const Resolver& resolve)
+    : m_file(path, kThisProcessor) {
   map();
   try {
     rebase();
     bind(resolve);
     protect();
+    m_unwind_tables = std::make_unique<UnwindTables>(m_file, m_base);
   } catch (...) {
     munmap(m_base, m_size);
     throw;
@@ -21,6 +25,7 @@ DylibImage::DylibImage(const std::string& path, const Resolver& resolve) : m_fil
 }
 
 DylibImage::~DylibImage() {
+  m_unwind_tables.reset();
   munmap(m_base, m_size);
 }
 
@@ -49,23 +54,27 @@ void DylibImage::rebase() {
 void DylibImage::bind(const Resolver& resolve) {
   for (const macho::Binding& binding : m_file.bindings) {
     void* const target = resolve(binding.library, binding.symbol);
-    if (!target) throw std::runtime_error(binding.library + " has no " + binding.symbol);
-    const char* const pointer = static_cast<char*>(target) + binding.addend;
+    if (!target && !binding.may_be_missing) {
+      throw std::runtime_error(binding.library + " has no " + binding.symbol);
+    }
+    const char* const pointer = target ? static_cast<char*>(target) + binding.addend : nullptr;
     memcpy(at(binding.address), &pointer, sizeof pointer);
   }
 }
 
 void DylibImage::protect() {
   for (const macho::Segment& segment : m_file.segments) {
-    if (segment.name == "__TEXT" &&
-        mprotect(at(segment.address), segment.size, PROT_READ | PROT_EXEC) != 0) {
+    if (segment.name != "__TEXT") continue;
+    // What was just written as data is read as code.
+    __builtin___clear_cache(at(segment.address), at(segment.address + segment.size));
+    if (mprotect(at(segment.address), segment.size, PROT_READ | PROT_EXEC) != 0) {
       throw std::runtime_error("the dylib's code cannot be made executable");
     }
   }
 }
 
 void DylibImage::runInitialisers() const {
-  const macho::Section* const list = m_file.findSection("__DATA", "__mod_init_func");
+  const macho::Section* const list = m_file.findSection("__mod_init_func");
   if (!list) return;
   for (uint64_t at = list->address; at < list->address + list->size; at += sizeof(void*)) {
     void (*initialiser)();
@@ -79,8 +88,11 @@ void* DylibImage::findExport(const std::string& name) const {
   return found == m_file.exports.end() ? nullptr : at(found->second);
 }
 
-bool DylibImage::holds(const void* address) const {
-  return address >= m_base && address < m_base + m_size;
+void* DylibImage::findFunction(const std::string& name) const {
+  for (const auto& [address, names] : m_file.symbols) {
+    if (std::find(names.begin(), names.end(), name) != names.end()) return at(address);
+  }
+  return nullptr;
 }
 
 }  // namespace loader

@@ -9,14 +9,16 @@
 
 #include "abi/disc_recording.h"
 #include "abi/quelm_provider.h"
+#include "tools/mac/loader/mac_process.h"
 #include "tools/mac/loader/objective_c.h"
+#include "tools/mac/loader/processor.h"
 
 namespace loader {
 
 namespace {
 
 using Selector = const char*;
-using Bool = signed char;  ///< BOOL on macOS for x86-64
+using Bool = signed char;  ///< BOOL: a byte for either processor, a bool of C++ on arm64
 
 /// A string that the dylib's compiler laid out.
 struct ConstantString {
@@ -27,12 +29,6 @@ struct ConstantString {
 };
 
 // ---- Foundation
-
-void log(const ConstantString* format, const char* line) {
-  if (strcmp(format->text, "%s") != 0) return;
-  syslog(LOG_USER | LOG_ERR, "%s", line);
-  fputs(line, stderr);
-}
 
 Object* makeCollection(void* receiver, Selector /*selector*/) {
   return newObject(static_cast<ToyClass*>(receiver)->name);
@@ -239,10 +235,28 @@ void beginPanel(Object* panel, Selector /*selector*/, void* burn, void* layout) 
   panel->items = {burn, layout};
 }
 
+/// The framework's hold on the producers of a layout, which it gives back when the burn ends, be it
+/// by an exception of the process's.
+class HeldProducers {
+ public:
+  explicit HeldProducers(const Object* layout) : m_layout(layout) {}
+  ~HeldProducers() {
+    for (void* item : m_layout->items) {
+      send<void>(static_cast<const Object*>(item)->handle, "release");
+    }
+  }
+  HeldProducers(const HeldProducers&) = delete;
+  HeldProducers& operator=(const HeldProducers&) = delete;
+
+ private:
+  const Object* m_layout;
+};
+
 /// What the panel and the framework do while the application runs modally.
 void burn(Object* panel) {
   const auto* const burn_object = static_cast<const Object*>(panel->items.at(0));
   const auto* const layout = static_cast<const Object*>(panel->items.at(1));
+  const HeldProducers held(layout);
   std::deque<MessagingProducer> producers;
   std::vector<DiscTrack> tracks;
   for (void* item : layout->items) {
@@ -251,22 +265,24 @@ void burn(Object* panel) {
   }
   theService()->RunProgressPanel(burn_object->handle, tracks.empty() ? nullptr : tracks.data(),
                                  static_cast<int>(tracks.size()));
-  for (void* item : layout->items) {
-    send<void>(static_cast<const Object*>(item)->handle, "release");
-  }
   send<Bool, void*, void*>(panel->handle, "burnProgressPanel:burnDidFinish:", panel, nullptr);
   send<void, void*>(panel->handle, "burnProgressPanelDidFinish:", nullptr);
 }
 
 constexpr long kStopped = -1000;
+constexpr long kAborted = -1001;
+constexpr long kGoesOn = -1002;
 
-Bool isActive(Object* /*application*/, Selector /*selector*/) {
-  return 1;
+Bool isActive(Object* /*application*/, Selector selector) {
+  theProcess().sentToApplication(selector);
+  return theProcess().isActive() ? 1 : 0;
 }
-void stopModal(Object* application, Selector /*selector*/) {
+void stopModal(Object* application, Selector selector) {
+  theProcess().sentToApplication(selector);
   application->number = kStopped;
 }
-long runModal(Object* application, Selector /*selector*/, Object* window) {
+/// Burns, and returns what stopping the modal run answers.
+long burnModally(Object* application, Object* window) {
   application->number = 0;
   burn(window);
   if (application->number != kStopped) {
@@ -274,6 +290,36 @@ long runModal(Object* application, Selector /*selector*/, Object* window) {
     abort();
   }
   return kStopped;
+}
+long runModal(Object* application, Selector selector, Object* window) {
+  theProcess().sentToApplication(selector);
+  return burnModally(application, window);
+}
+
+/// The session is an object of its own; `number` are the turns that it has had, or less than 0 when
+/// it is over.
+Object* beginSession(Object* /*application*/, Selector selector, Object* window) {
+  theProcess().sentToApplication(selector);
+  Object* const session = newObject("ModalSession");
+  session->items = {window};
+  return session;
+}
+long runSession(Object* application, Selector selector, Object* session) {
+  theProcess().sentToApplication(selector);
+  if (session->number < 0) {
+    fputs("the dylib runs a modal session that is over\n", stderr);
+    abort();
+  }
+  if (session->number++ < theProcess().turnsOfSession()) return kGoesOn;
+  session->number = -1;
+  auto* const panel = static_cast<Object*>(session->items.at(0));
+  if (!theProcess().abortsSession()) return burnModally(application, panel);
+  const HeldProducers given_up(static_cast<const Object*>(panel->items.at(1)));
+  return kAborted;
+}
+void endSession(Object* /*application*/, Selector selector, Object* session) {
+  theProcess().sentToApplication(selector);
+  if (session->isa != findToyClass("ModalSession")) abort();
 }
 void* applicationDelegate(Object* application, Selector /*selector*/) {
   return application->handle;
@@ -305,6 +351,9 @@ void describeClasses() {
   findToyClass("NSApplication")->methods = {{"delegate", method(applicationDelegate)},
                                             {"isActive", method(isActive)},
                                             {"runModalForWindow:", method(runModal)},
+                                            {"beginModalSessionForWindow:", method(beginSession)},
+                                            {"runModalSession:", method(runSession)},
+                                            {"endModalSession:", method(endSession)},
                                             {"stopModal", method(stopModal)}};
   findToyClass("HostDelegate")->methods = {{"quelmGetAPPAPIFunc", method(provideWindowing)}};
   ToyClass* const device = findToyClass("DRDevice");
@@ -334,6 +383,12 @@ Object** theApplication() {
 
 }  // namespace
 
+void logLine(const void* format, const char* line) {
+  if (strcmp(static_cast<const ConstantString*>(format)->text, "%s") != 0) return;
+  syslog(LOG_USER | LOG_ERR, "%s", line);
+  fputs(line, stderr);
+}
+
 void* frameworkSymbol(const std::string& symbol) {
   static const bool kDescribed = (describeClasses(), true);
   static std::map<std::string, void*> known;
@@ -345,8 +400,8 @@ void* frameworkSymbol(const std::string& symbol) {
       return address = findToyClass(prefix[6] == 'M' ? "meta " + name : name);
     }
   }
+  if (void* const variadic = variadicSymbol(symbol)) return address = variadic;
   if (symbol == "___CFConstantStringClassReference") return address = findToyClass("NSString");
-  if (symbol == "_NSLog") return address = method(log);
   if (symbol == "_NSApp") return address = theApplication();
   if (symbol.starts_with("_DR")) return address = constant(symbol.substr(1));
   return nullptr;

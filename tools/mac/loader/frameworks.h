@@ -11,4 +11,8 @@ namespace loader {
 /// name.
 void* frameworkSymbol(const std::string& symbol);
 
+/// NSLog() with one line of text, for whatever way it is called in. `format` is a constant string
+/// of the dylib's.
+void logLine(const void* format, const char* line);
+
 }  // namespace loader

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <memory>
 
+#include "tools/mac/loader/processor.h"
+
 namespace loader {
 
 namespace {
@@ -85,13 +87,23 @@ signed char responds(void* receiver, const char* /*selector*/, const char* wante
   return lookUp(receiver, wanted) != nullptr ? 1 : 0;
 }
 
-void* allocate(void* wanted) {
+void* allocateOf(void* wanted) {
   if (const ToyClass* toy = asToyClass(wanted)) return newObject(toy->name);
   auto* const dylib_class = static_cast<DylibClass*>(wanted);
   void* const instance = calloc(1, dylib_class->constants->instance_size);
   memcpy(instance, &wanted, sizeof wanted);
   instances()[instance] = 1;
   return instance;
+}
+
+// A message to a class that is not there answers nil.
+void* allocate(void* wanted) {
+  return wanted ? allocateOf(wanted) : nullptr;
+}
+
+void* allocateAndInitialise(void* wanted) {
+  void* const object = allocate(wanted);
+  return object ? send<void*>(object, "init") : nullptr;
 }
 
 void release(void* object) {
@@ -101,10 +113,14 @@ void release(void* object) {
   free(object);
 }
 
-void* retain(void* object, const char* /*selector*/) {
+void* retainObject(void* object) {
   const auto found = instances().find(object);
   if (found != instances().end()) ++found->second;
   return object;
+}
+
+void* retain(void* object, const char* /*selector*/) {
+  return retainObject(object);
 }
 
 void releaseMessage(void* object, const char* /*selector*/) {
@@ -144,48 +160,16 @@ int instancesAlive() {
   return static_cast<int>(instances().size());
 }
 
-extern "C" void* loaderFindMethod(void* receiver, const char* selector);
 void* loaderFindMethod(void* receiver, const char* selector) {
   return findMethod(receiver, selector);
 }
-
-extern "C" void loaderSendMessage();
-// The message itself: finds the method with every argument left where it is, and goes there. A
-// message to nil answers 0.
-__asm__(
-    ".text\n"
-    ".hidden loaderSendMessage\n"
-    ".globl loaderSendMessage\n"
-    ".type loaderSendMessage, @function\n"
-    "loaderSendMessage:\n"
-    "  test %rdi, %rdi\n"
-    "  je 1f\n"
-    "  push %rbp\n"
-    "  mov %rsp, %rbp\n"
-    "  push %rdi\n"
-    "  push %rsi\n"
-    "  push %rdx\n"
-    "  push %rcx\n"
-    "  push %r8\n"
-    "  push %r9\n"
-    "  call loaderFindMethod@PLT\n"
-    "  pop %r9\n"
-    "  pop %r8\n"
-    "  pop %rcx\n"
-    "  pop %rdx\n"
-    "  pop %rsi\n"
-    "  pop %rdi\n"
-    "  pop %rbp\n"
-    "  jmp *%rax\n"
-    "1:\n"
-    "  xor %eax, %eax\n"
-    "  ret\n"
-    ".size loaderSendMessage, . - loaderSendMessage\n");
 
 void* runtimeSymbol(const std::string& symbol) {
   static void* empty_cache[2];
   if (symbol == "_objc_msgSend") return reinterpret_cast<void*>(&loaderSendMessage);
   if (symbol == "_objc_alloc") return reinterpret_cast<void*>(&allocate);
+  if (symbol == "_objc_alloc_init") return reinterpret_cast<void*>(&allocateAndInitialise);
+  if (symbol == "_objc_retain") return reinterpret_cast<void*>(&retainObject);
   if (symbol == "_objc_release") return reinterpret_cast<void*>(&release);
   if (symbol == "__objc_empty_cache") return empty_cache;
   return nullptr;

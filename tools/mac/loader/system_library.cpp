@@ -7,13 +7,15 @@
 #include <sys/statfs.h>
 
 #include <cerrno>
-#include <cstdarg>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <map>
+
+#include "tools/mac/loader/mac_process.h"
+#include "tools/mac/loader/processor.h"
 
 namespace loader {
 
@@ -60,18 +62,6 @@ struct StatFs {
 static_assert(sizeof(StatFs) == 2168 && offsetof(StatFs, flags) == 64);
 }  // namespace mac
 
-int openFile(const char* path, int flags, ...) {
-  va_list arguments;
-  va_start(arguments, flags);
-  const auto mode = static_cast<mode_t>((flags & mac::kCreate) != 0 ? va_arg(arguments, int) : 0);
-  va_end(arguments);
-  int ours = flags & mac::kAccessMode;
-  if ((flags & mac::kCreate) != 0) ours |= O_CREAT;
-  if ((flags & mac::kTruncate) != 0) ours |= O_TRUNC;
-  if ((flags & mac::kCloseOnExec) != 0) ours |= O_CLOEXEC;
-  return open(path, ours, mode);
-}
-
 int fileStatus(int fd, mac::Stat* status) {
   struct stat ours;
   if (fstat(fd, &ours) != 0) return -1;
@@ -82,17 +72,13 @@ int fileStatus(int fd, mac::Stat* status) {
 }
 
 int fileSystemStatus(int fd, mac::StatFs* status) {
+  const Disk disk = theProcess().diskOf(fd);
   struct statfs ours;
-  if (fstatfs(fd, &ours) != 0) return -1;
+  // What a failed call leaves is nothing to go by.
   *status = {};
-  status->flags = mac::kLocal;
+  if (fstatfs(fd, &ours) != 0 || disk == Disk::kUnknown) return -1;
+  status->flags = disk == Disk::kLocal ? mac::kLocal : 0;
   return 0;
-}
-
-int fileControl(int fd, int command, ...) {
-  if (command == mac::kNoCache) return 0;
-  fprintf(stderr, "the dylib calls fcntl(%d, %d), which has no counterpart here\n", fd, command);
-  abort();
 }
 
 int* errorNumber() {
@@ -125,12 +111,30 @@ void* addressOf(Function* function) {
 
 }  // namespace
 
+int openFile(const char* path, int flags, int mode) {
+  int ours = flags & mac::kAccessMode;
+  if ((flags & mac::kCreate) != 0) ours |= O_CREAT;
+  if ((flags & mac::kTruncate) != 0) ours |= O_TRUNC;
+  if ((flags & mac::kCloseOnExec) != 0) ours |= O_CLOEXEC;
+  return open(path, ours, (flags & mac::kCreate) != 0 ? static_cast<mode_t>(mode) : 0);
+}
+
+int controlFile(int fd, int command, int argument) {
+  if (command == mac::kNoCache) {
+    theProcess().setUncached(fd, argument);
+    return 0;
+  }
+  fprintf(stderr, "the dylib calls fcntl(%d, %d), which has no counterpart here\n", fd, command);
+  abort();
+}
+
 void* systemSymbol(const std::string& symbol) {
   static const std::map<std::string, void*> kTranslated = {
-      {"_open", addressOf(openFile)},
+      // With 64-bit inodes: for x86-64 they have names of their own, for arm64 there are no others.
       {"_fstat$INODE64", addressOf(fileStatus)},
+      {"_fstat", addressOf(fileStatus)},
       {"_fstatfs$INODE64", addressOf(fileSystemStatus)},
-      {"_fcntl", addressOf(fileControl)},
+      {"_fstatfs", addressOf(fileSystemStatus)},
       {"___error", addressOf(errorNumber)},
       {"___bzero", addressOf(clearBytes)},
       {"___stack_chk_fail", addressOf(stackOverrun)},
@@ -139,6 +143,7 @@ void* systemSymbol(const std::string& symbol) {
   };
   const auto found = kTranslated.find(symbol);
   if (found != kTranslated.end()) return found->second;
+  if (void* const variadic = variadicSymbol(symbol)) return variadic;
   return dlsym(RTLD_DEFAULT, symbol.c_str() + 1);
 }
 

@@ -9,4 +9,8 @@ namespace loader {
 /// records) is translated; everything else is Linux's own.
 void* systemSymbol(const std::string& symbol);
 
+/// macOS's open() and fcntl(), for whatever way they are called in.
+int openFile(const char* path, int flags, int mode);
+int controlFile(int fd, int command, int argument);
+
 }  // namespace loader

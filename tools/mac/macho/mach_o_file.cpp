@@ -12,20 +12,70 @@ namespace macho {
 namespace {
 
 constexpr uint32_t kMagic64 = 0xFEEDFACF;
-constexpr uint32_t kCpuIntel64 = 0x01000007;
+constexpr uint32_t kMagicUniversal = 0xCAFEBABE;
 
 // Load commands.
 constexpr uint32_t kSymbolTable = 0x2;
 constexpr uint32_t kLoadDylib = 0xC;
 constexpr uint32_t kIdDylib = 0xD;
 constexpr uint32_t kSegment64 = 0x19;
-constexpr uint32_t kCodeSignature = 0x1D;
+constexpr uint32_t kUuid = 0x1B;
 constexpr uint32_t kMinimumMacOs = 0x24;
+constexpr uint32_t kBuildVersion = 0x32;
+constexpr uint32_t kLoadWeakDylib = 0x80000018;
 constexpr uint32_t kDyldInfoOnly = 0x80000022;
 constexpr uint32_t kFileHeaderBytes = 32;
 
 std::string fixedText(const char* text, size_t capacity) {
   return {text, strnlen(text, capacity)};
+}
+
+std::string readWhole(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw std::runtime_error(path + ": cannot be read");
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// The numbers of a universal file's header are big-endian, whatever its slices are.
+uint32_t bigEndian(const std::string& bytes, size_t offset) {
+  if (offset + 4 > bytes.size()) throw std::runtime_error("the list of slices breaks off");
+  uint32_t value = 0;
+  for (size_t i = 0; i < 4; ++i) value = value << 8 | static_cast<uint8_t>(bytes[offset + i]);
+  return value;
+}
+
+struct Slice {
+  Processor processor;
+  size_t offset, size;
+};
+
+std::vector<Slice> slicesOf(const std::string& bytes) {
+  constexpr size_t kHeaderBytes = 8;
+  constexpr size_t kSliceBytes = 20;
+  if (bytes.size() < kHeaderBytes) throw std::runtime_error("not a Mach-O file: it is too short");
+  if (bigEndian(bytes, 0) != kMagicUniversal) {
+    uint32_t processor;
+    memcpy(&processor, bytes.data() + 4, sizeof processor);
+    return {{Processor{processor}, 0, bytes.size()}};
+  }
+  std::vector<Slice> slices;
+  for (size_t i = 0; i < bigEndian(bytes, 4); ++i) {
+    const size_t at = kHeaderBytes + kSliceBytes * i;
+    const size_t offset = bigEndian(bytes, at + 8);
+    const size_t size = bigEndian(bytes, at + 12);
+    if (offset > bytes.size() || size > bytes.size() - offset) {
+      throw std::runtime_error("slice " + std::to_string(i + 1) + " ends behind the file");
+    }
+    slices.push_back({Processor{bigEndian(bytes, at)}, offset, size});
+  }
+  return slices;
+}
+
+std::string bytesFor(const std::string& bytes, Processor processor) {
+  for (const Slice& slice : slicesOf(bytes)) {
+    if (slice.processor == processor) return bytes.substr(slice.offset, slice.size);
+  }
+  throw std::runtime_error("no slice of a Mach-O file for this processor");
 }
 
 }  // namespace
@@ -36,9 +86,7 @@ class Reader {
   explicit Reader(MachOFile& file) : m_file(file) {}
 
   void read() {
-    if (half(0) != kMagic64 || half(4) != kCpuIntel64) {
-      throw std::runtime_error("not a Mach-O file for x86-64");
-    }
+    if (half(0) != kMagic64) throw std::runtime_error("not a Mach-O file of 64 bits");
     m_file.file_type = half(12);
     const uint32_t commands = half(16);
     uint64_t at = kFileHeaderBytes;
@@ -78,14 +126,20 @@ class Reader {
       case kIdDylib:
         m_file.install_name = textAt(at + half(at + 8));
         return;
+      case kLoadWeakDylib:
+        m_file.libraries_that_may_be_missing.push_back(textAt(at + half(at + 8)));
+        [[fallthrough]];
       case kLoadDylib:
         m_file.libraries.push_back(textAt(at + half(at + 8)));
+        return;
+      case kUuid:
+        memcpy(m_file.uuid.data(), raw(at + 8, m_file.uuid.size()), m_file.uuid.size());
         return;
       case kMinimumMacOs:
         m_file.minimum_system = half(at + 8);
         return;
-      case kCodeSignature:
-        m_file.has_signature = half(at + 12) > 0;
+      case kBuildVersion:
+        m_file.minimum_system = half(at + 12);
         return;
       case kSymbolTable:
         return readSymbols(at);
@@ -148,11 +202,17 @@ class Reader {
   uint64_t m_dyld_info = 0;  ///< offset of the load command
 };
 
-MachOFile::MachOFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw std::runtime_error(path + ": cannot be read");
-  m_bytes.assign(std::istreambuf_iterator<char>(in), {});
+std::vector<Processor> processorsOf(const std::string& path) {
+  const std::string bytes = readWhole(path);
+  std::vector<Processor> processors;
+  for (const Slice& slice : slicesOf(bytes)) processors.push_back(slice.processor);
+  return processors;
+}
+
+MachOFile::MachOFile(const std::string& path, Processor wanted) : processor(wanted) {
+  const std::string bytes = readWhole(path);
   try {
+    m_bytes = bytesFor(bytes, wanted);
     Reader(*this).read();
   } catch (const std::runtime_error& error) {
     throw std::runtime_error(path + ": " + error.what());
@@ -187,9 +247,9 @@ std::string MachOFile::text(uint64_t address) const {
   return text;
 }
 
-const Section* MachOFile::findSection(const std::string& segment, const std::string& name) const {
+const Section* MachOFile::findSection(const std::string& name) const {
   for (const Section& section : sections) {
-    if (section.segment == segment && section.name == name) return &section;
+    if (section.name == name) return &section;
   }
   return nullptr;
 }

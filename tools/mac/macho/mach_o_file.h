@@ -1,12 +1,16 @@
-// What a Mach-O dylib for x86-64 says about itself.
+// What a Mach-O dylib says about itself, one slice of it for each processor.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
 
 namespace macho {
+
+/// The system's numbers for them.
+enum class Processor : uint32_t { kX86 = 0x01000007, kArm64 = 0x0100000C };
 
 struct Segment {
   std::string name;
@@ -30,19 +34,27 @@ struct Binding {
   std::string library;  ///< install name
   int64_t addend = 0;
   bool lazy = false;
+  bool may_be_missing = false;  ///< then the pointer is null
 };
 
-/// A dylib read from its file. Addresses are those the file was linked for.
+/// The processors that a file has slices for, in their order. Throws `std::runtime_error` when it
+/// cannot be read or is no Mach-O file.
+std::vector<Processor> processorsOf(const std::string& path);
+
+/// One slice of a dylib, read from its file. Addresses are those the slice was linked for.
 class MachOFile {
  public:
-  /// Throws `std::runtime_error` saying what is wrong when the file cannot be read or is none.
-  explicit MachOFile(const std::string& path);
+  /// Throws `std::runtime_error` saying what is wrong when the file cannot be read, is none, or has
+  /// no slice for the processor.
+  MachOFile(const std::string& path, Processor processor);
 
+  Processor processor;
   uint32_t file_type = 0;
   std::string install_name;
-  uint32_t minimum_system = 0;         ///< 0x000A0D00 is 10.13
-  bool has_signature = false;          ///< space for one, filled by the linker
-  std::vector<std::string> libraries;  ///< install names, in load order
+  uint32_t minimum_system = 0;                             ///< 0x000A0D00 is 10.13
+  std::array<uint8_t, 16> uuid = {};                       ///< zeros: it has none
+  std::vector<std::string> libraries;                      ///< install names, in load order
+  std::vector<std::string> libraries_that_may_be_missing;  ///< those of them
   std::vector<Segment> segments;
   std::vector<Section> sections;
   std::vector<Binding> bindings;
@@ -50,6 +62,7 @@ class MachOFile {
   std::map<std::string, uint64_t> exports;
   std::map<uint64_t, std::vector<std::string>> symbols;  ///< those defined in the file
 
+  /// The slice's bytes.
   size_t size() const { return m_bytes.size(); }
   const char* data() const { return m_bytes.data(); }
   /// The bytes at an address; throws when fewer than `count` of them come from the file.
@@ -57,8 +70,9 @@ class MachOFile {
   uint64_t word(uint64_t address) const;
   uint32_t halfWord(uint64_t address) const;
   std::string text(uint64_t address) const;
-  /// Null when there is no such section.
-  const Section* findSection(const std::string& segment, const std::string& name) const;
+  /// The first section of that name, in whichever segment the processor's linker puts it; null when
+  /// there is none.
+  const Section* findSection(const std::string& name) const;
 
  private:
   friend class Reader;

@@ -10,6 +10,7 @@ namespace {
 
 constexpr unsigned kOpcodeMask = 0xF0;
 constexpr unsigned kImmediateMask = 0x0F;
+constexpr unsigned kMayBeMissing = 1;
 constexpr uint64_t kPointer = 8;
 
 [[noreturn]] void unknownOpcode(const char* table, unsigned opcode) {
@@ -72,7 +73,7 @@ std::vector<uint64_t> readRebases(Opcodes stream, const std::vector<Segment>& se
       case 0x00:
         return addresses;
       case 0x10:
-        break;  // the type: pointers, the only one on x86-64
+        break;  // the type: pointers, the only one that is left
       case 0x20:
         address = segmentAddress(segments, immediate) + stream.readUnsigned();
         break;
@@ -133,6 +134,7 @@ std::vector<Binding> readBindings(Opcodes stream, const MachOFile& file, bool la
         set_library(stream.readUnsigned());
         break;
       case 0x40:
+        next.may_be_missing = (immediate & kMayBeMissing) != 0;
         next.symbol = stream.readText();
         break;
       case 0x50:

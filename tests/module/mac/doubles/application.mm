@@ -56,6 +56,7 @@ static std::string className(id object) {
 - (NSModalResponse)runModalSession:(NSModalSession)session {
   const bool ours = session == reinterpret_cast<NSModalSession>(self);
   theFrameworks().note(ours ? "runModalSession:" : "runModalSession: of another");
+  if (theFrameworks().aborts) return NSModalResponseAbort;
   [self takeTurn];
   return theFrameworks().stopped ? NSModalResponseStop : NSModalResponseContinue;
 }

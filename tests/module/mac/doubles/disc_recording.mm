@@ -49,6 +49,32 @@ static const Device& deviceOf(id object) {
   return stranger;
 }
 
+// A recorder's description, as far as the module reads it.
+@interface Description : NSObject {
+ @public
+  NSMutableDictionary* values;
+}
+- (id)objectForKey:(id)key;
+@end
+
+@implementation Description
+- (id)init {
+  self = [super init];
+  values = [[NSMutableDictionary alloc] init];
+  ++theFrameworks().created["Description"];
+  return self;
+}
+- (id)objectForKey:(id)key {
+  theFrameworks().description_holders.push_back([self retainCount]);
+  return [values objectForKey:key];
+}
+- (void)dealloc {
+  ++theFrameworks().gone["Description"];
+  [values release];
+  [super dealloc];
+}
+@end
+
 @implementation DRDevice
 + (NSArray*)devices {
   theFrameworks().note("devices");
@@ -66,17 +92,17 @@ static const Device& deviceOf(id object) {
   const Device& device = deviceOf(self);
   theFrameworks().note("info " + device.name);
   if (!device.has_description) return nil;
-  NSMutableDictionary* const info = [NSMutableDictionary dictionary];
+  Description* const info = [[[Description alloc] init] autorelease];
   if (device.vendor) {
-    [info setObject:[NSString stringWithUTF8String:device.vendor->c_str()]
-             forKey:DRDeviceVendorNameKey];
+    [info->values setObject:[NSString stringWithUTF8String:device.vendor->c_str()]
+                     forKey:DRDeviceVendorNameKey];
   }
   if (device.product) {
-    [info setObject:[NSString stringWithUTF8String:device.product->c_str()]
-             forKey:DRDeviceProductNameKey];
+    [info->values setObject:[NSString stringWithUTF8String:device.product->c_str()]
+                     forKey:DRDeviceProductNameKey];
   }
   theFrameworks().inserted_keys.clear();
-  return info;
+  return static_cast<id>(info);
 }
 - (BOOL)acquireExclusiveAccess {
   theFrameworks().note("acquireExclusiveAccess " + deviceOf(self).name);

@@ -31,6 +31,7 @@ struct FrameworkState {
   std::vector<Device> devices;
   bool has_device_list = true;  ///< false: nil instead of a list
   bool active = true;           ///< the application is in the foreground
+  bool aborts = false;          ///< a modal session ends with the next turn, the burn or not
   /// What goes on in each turn of a modal run; ends it through `finishBurn`.
   std::function<void()> on_turn;
 
@@ -42,9 +43,14 @@ struct FrameworkState {
   std::map<void*, void*> producers;              ///< by DRTrack, retained there
   std::vector<void*> layout;                     ///< DRTracks, in order
   std::vector<unsigned long> array_capacities;   ///< asked of NSMutableArray
-  bool delegate_reports_itself = true;           ///< its answer to `burnDidFinish:`
-  std::map<std::string, int> created;            ///< instances by class
+  /// In which form numbers were made, by their values: "int 150", "bool 1". (Once made, an integer
+  /// of any form looks the same here.)
+  std::vector<std::string> numbers;
+  bool delegate_reports_itself = true;  ///< its answer to `burnDidFinish:`
+  std::map<std::string, int> created;   ///< instances by class
   std::map<std::string, int> gone;
+  /// How many held a recorder's description each time that a name was looked up in it.
+  std::vector<unsigned long> description_holders;
   std::vector<std::string> log_lines;  ///< of NSLog, without the prefix
 
   // Of the classes.

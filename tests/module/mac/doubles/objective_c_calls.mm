@@ -52,6 +52,9 @@ void keepLogLine(NSString* text) {
 IMP g_root_alloc;
 IMP g_root_dealloc;
 IMP g_array_with_capacity;
+IMP g_number_with_int;
+IMP g_number_with_unsigned;
+IMP g_number_with_bool;
 
 bool isOfTheModule(Class counted) {
   return strncmp(class_getName(counted), "Quinlo", 6) == 0;
@@ -81,6 +84,28 @@ id notedArray(id class_object, SEL selector, NSUInteger capacity) {
                                                                               selector, capacity);
 }
 
+id notedInt(id class_object, SEL selector, int value) {
+  theFrameworks().numbers.push_back("int " + std::to_string(value));
+  return reinterpret_cast<id (*)(id, SEL, int)>(g_number_with_int)(class_object, selector, value);
+}
+
+id notedUnsigned(id class_object, SEL selector, unsigned value) {
+  theFrameworks().numbers.push_back("unsigned " + std::to_string(value));
+  return reinterpret_cast<id (*)(id, SEL, unsigned)>(g_number_with_unsigned)(class_object, selector,
+                                                                             value);
+}
+
+id notedBool(id class_object, SEL selector, BOOL value) {
+  theFrameworks().numbers.push_back(value ? "bool 1" : "bool 0");
+  return reinterpret_cast<id (*)(id, SEL, BOOL)>(g_number_with_bool)(class_object, selector, value);
+}
+
+template <class Function>
+IMP replaceClassMethod(Class owner, SEL selector, Function* function) {
+  return method_setImplementation(class_getClassMethod(owner, selector),
+                                  reinterpret_cast<IMP>(function));
+}
+
 }  // namespace
 
 void setUpProcess(Application application) {
@@ -88,13 +113,15 @@ void setUpProcess(Application application) {
   nameConstants(&makeConstant);
   _NSLog_printf_handler = &keepLogLine;
   const Class root = [NSObject class];
-  g_root_alloc = method_setImplementation(class_getClassMethod(root, @selector(alloc)),
-                                          reinterpret_cast<IMP>(&countedAlloc));
+  g_root_alloc = replaceClassMethod(root, @selector(alloc), &countedAlloc);
   g_root_dealloc = method_setImplementation(class_getInstanceMethod(root, @selector(dealloc)),
                                             reinterpret_cast<IMP>(&countedDealloc));
-  g_array_with_capacity = method_setImplementation(
-      class_getClassMethod([NSMutableArray class], @selector(arrayWithCapacity:)),
-      reinterpret_cast<IMP>(&notedArray));
+  g_array_with_capacity =
+      replaceClassMethod([NSMutableArray class], @selector(arrayWithCapacity:), &notedArray);
+  g_number_with_int = replaceClassMethod([NSNumber class], @selector(numberWithInt:), &notedInt);
+  g_number_with_unsigned =
+      replaceClassMethod([NSNumber class], @selector(numberWithUnsignedInt:), &notedUnsigned);
+  g_number_with_bool = replaceClassMethod([NSNumber class], @selector(numberWithBool:), &notedBool);
   if (application == Application::kMissing) return;
   NSApp = [[NSApplication alloc] init];
   if (application == Application::kDelegateWithoutProvider) {
