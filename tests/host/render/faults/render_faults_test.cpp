@@ -214,9 +214,10 @@ INSTANTIATE_TEST_SUITE_P(Process, RenderFaults, testing::Values(Times::kOnce, Ti
                            return parameter.param == Times::kOnce ? "Once" : "FromThenOn";
                          });
 
-/// Under a sanitizer a child is many times as dear, so that there only some of the faults are met.
+/// Under a sanitizer a child is many times as dear, so that there only some allocations fail.
+/// System calls do not: the sanitizer makes calls of its own through the C library when it looks at
+/// an object, and takes one that fails for an object that is none.
 constexpr bool kSanitized = VELMOR_SANITIZED;
-constexpr int kStepOfCalls = kSanitized ? 11 : 1;
 
 /// A whole loop over the allocations takes minutes. A run of all tests takes one in so many, and
 /// every one at the end, where the album is put in its place; `./dev faults` takes all.
@@ -232,7 +233,8 @@ int nextAllocation(int nth, int all) {
 }
 
 TEST_P(RenderFaults, WhicheverSystemCallFailsAnOldAlbumIsReplacedByAWholeOneOrStays) {
-  for (Fault fault{1, GetParam()};; fault.nth += kStepOfCalls) {
+  if (kSanitized) GTEST_SKIP() << "a sanitizer takes its own failing calls for errors";
+  for (Fault fault{1, GetParam()};; ++fault.nth) {
     prepare(true);
     const FaultyRun run = withFailingCall(true, fault);
     expectGoodEnd(run, fault, true);
@@ -241,7 +243,8 @@ TEST_P(RenderFaults, WhicheverSystemCallFailsAnOldAlbumIsReplacedByAWholeOneOrSt
 }
 
 TEST_P(RenderFaults, WhicheverSystemCallFailsANewAlbumIsWholeOrAbsent) {
-  for (Fault fault{1, GetParam()};; fault.nth += kStepOfCalls) {
+  if (kSanitized) GTEST_SKIP() << "a sanitizer takes its own failing calls for errors";
+  for (Fault fault{1, GetParam()};; ++fault.nth) {
     prepare(false);
     const FaultyRun run = withFailingCall(false, fault);
     expectGoodEnd(run, fault, false);
