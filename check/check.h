@@ -14,11 +14,11 @@
 namespace velmor::check {
 
 struct CheckOptions {
-  std::vector<Reader> readers;  ///< those that matter; empty: all
+  std::vector<Reader> readers = {};  ///< those that matter; empty: all
+  /// Called while samples are read, with bytes done and bytes in all. On the calling thread.
+  std::function<void(int64_t done, int64_t all)> progress = {};
   /// Whether to look at the samples; without them only their length counts.
   bool samples = true;
-  /// Called while samples are read, with bytes done and bytes in all. On the calling thread.
-  std::function<void(int64_t done, int64_t all)> progress;
 };
 
 /// A longer file is no cue sheet.

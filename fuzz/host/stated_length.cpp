@@ -15,11 +15,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       lseek(kFile, length / 2, SEEK_SET) != length / 2) {
     abort();
   }
-  const velmor::render::FileBytes bytes(kFile, length);
+  int failure = 0;
+  const velmor::render::FileBytes bytes(kFile, length, failure);
   const bool whole = velmor::render::extentOf(bytes) == velmor::render::Extent::kWhole;
   velmor::render::Tags tags;
   velmor::render::addVorbisComments(velmor::render::vorbisCommentsIn(bytes), tags);
   fuzz::require(lseek(kFile, 0, SEEK_CUR) == length / 2, "the decoder finds its file where it was");
+  fuzz::require(failure == 0, "memory refuses no read");
   fuzz::require(whole || size >= 4, "what has no header states no length");
   fuzz::requireLineOfText(tags.songwriter);
   fuzz::require(tags.isrc.empty() || tags.isrc.size() == 12, "a code has twelve characters");

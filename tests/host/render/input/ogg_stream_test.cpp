@@ -90,7 +90,7 @@ TEST(OggStream, OfDamagedPagesIsWalkedToItsEnd) {
       broken[random() % std::min<size_t>(broken.size(), 400)] = static_cast<char>(random());
     }
     broken.replace(0, 5, "OggS", 5);
-    const ReadableFile opened(folder.write("a.ogg", broken));
+    ReadableFile opened(folder.write("a.ogg", broken));
     const FileBytes file = opened.bytes();
     OggPages pages(file);
     int64_t end = 0;
