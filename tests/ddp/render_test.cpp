@@ -86,9 +86,9 @@ TEST_F(RenderedSet, ReplacesNoFolderUnasked) {
 }
 
 TEST_F(RenderedSet, ThatIsRefusedLeavesTheAlbumAndSaysWhy) {
-  const auto ended = render({"--catalog", "0731452345621"});
+  const auto ended = render({"--marker", "1=ISRC=USABC"});
   EXPECT_EQ(ended.status, 1);
-  EXPECT_THAT(ended.out, HasSubstr("[catalog-check-digit]"));
+  EXPECT_THAT(ended.out, HasSubstr("[isrc-form]"));
   EXPECT_THAT(ended.err, HasSubstr("\"master\" was not written"));
   EXPECT_TRUE(exists("album.cue"));
   EXPECT_FALSE(exists("master"));

@@ -32,7 +32,8 @@ void checkTrack(size_t track, const TrackPlace& place, int64_t begin, int64_t en
 
 void cutByLayout(SessionPlan& plan, const std::vector<TrackPlace>& layout) {
   if (layout.size() != plan.tracks.size())
-    throw Failure("the burn was not begun: the sheet has " + disc::counted(layout.size(), "track") +
+    throw Failure("the burn was not begun: the sheet has " +
+                  disc::counted(static_cast<int64_t>(layout.size()), "track") +
                   ", and the burn was given " + std::to_string(plan.tracks.size()));
   for (size_t i = 0; i < layout.size(); ++i) {
     // What precedes track 1's INDEX 01 is its pregap, whether the sheet names an INDEX 00 or not.

@@ -36,7 +36,9 @@ sf_count_t lengthOf(void* file) {
 
 sf_count_t seekTo(ReadableFile& file, sf_count_t offset, int whence, sf_count_t length) {
   const sf_count_t from = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? file.position() : length;
-  if (from + offset < 0) return -1;
+  // Nor behind the file's true end: the decoder must not find the tag there that it looks for at
+  // the end of an endless file.
+  if (from + offset < 0 || from + offset > file.size()) return -1;
   file.setPosition(from + offset);
   return file.position();
 }

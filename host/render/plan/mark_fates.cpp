@@ -13,8 +13,8 @@ namespace velmor::render {
 
 namespace {
 
-constexpr size_t kTagLength = 5;
-constexpr double kTagAllowance = 0.001;  // seconds, as in the module
+constexpr size_t kPrefixLength = 5;
+constexpr double kSpanAllowance = 0.001;  // seconds, as in the module
 
 constexpr const char* kTooNear = "within 4 seconds of a track's start there is no other track";
 constexpr const char* kNoAudio = "there is no audio in it that the regions before do not hold";
@@ -30,11 +30,11 @@ constexpr const char* kOneTrackWanted = "--track-mode one makes a single track";
 constexpr const char* kOutside = "outside the part that is rendered";
 
 bool isOfKind(const Mark& tag, const Mark& other) {
-  return strncasecmp(tag.name.c_str(), other.name.c_str(), kTagLength) == 0;
+  return strncasecmp(tag.name.c_str(), other.name.c_str(), kPrefixLength) == 0;
 }
 
 bool liesIn(const Mark& mark, const PlannedTrack& track) {
-  const double from = track.source_start - kTagAllowance;
+  const double from = track.source_start - kSpanAllowance;
   return mark.start >= from && mark.start < from + track.source_length;
 }
 

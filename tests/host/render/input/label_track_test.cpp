@@ -114,7 +114,7 @@ TEST(LabelTrack, IsReadFromAFileAndMayBeEmpty) {
   EXPECT_EQ(readLabelTrack(folder.write("labels.txt", "1\t1\tOne\n")).marks.size(), 1U);
   const LabelTrack none = readLabelTrack(folder.write("none.txt", ""));
   EXPECT_TRUE(none.marks.empty());
-  EXPECT_TRUE(none.warnings.empty());
+  EXPECT_THAT(none.warnings, ElementsAre(HasSubstr("none.txt\" has no labels")));
 }
 
 TEST(LabelTrack, ItsWarningsNameTheFileAndTheLine) {

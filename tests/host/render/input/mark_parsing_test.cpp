@@ -42,7 +42,7 @@ TEST(Time, OfThreeNumbersMayBeHoursToo) {
     EXPECT_EQ(found.size(), 1U) << plain;
   }
   parseMarkerOption("0:00:01=x", &found);
-  parseRegionOption("1-0:00:59=x", &found);
+  parseRegionOption("0-0:00:59=x", &found);
   ASSERT_EQ(found.size(), 3U);
   EXPECT_EQ(found[1].as_hours, 1.0);
   EXPECT_EQ(found[2].as_hours, 59.0);
