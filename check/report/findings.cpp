@@ -37,7 +37,7 @@ void Findings::push(Finding finding) {
   if (++m_counts[finding.rule] <= kMostOfARule) m_all.push_back(std::move(finding));
 }
 
-void Findings::add(Severity severity, std::string_view rule, Place place, std::string what,
+void Findings::add(Severity severity, std::string_view rule, const Place& place, std::string what,
                    std::string action, std::string_view source) {
   Finding f{severity,          rule,   place.file, place.line, place.track, std::move(what),
             std::move(action), source, {},         {},         {}};
@@ -45,7 +45,7 @@ void Findings::add(Severity severity, std::string_view rule, Place place, std::s
   push(std::move(f));
 }
 
-void Findings::addForReaders(std::string_view rule, Place place, std::string what,
+void Findings::addForReaders(std::string_view rule, const Place& place, std::string what,
                              std::string action) {
   assert(readerVerdict(rule) != nullptr);
   Finding f{Severity::kWarning, rule, place.file, place.line, place.track, std::move(what),
@@ -56,7 +56,8 @@ void Findings::addForReaders(std::string_view rule, Place place, std::string wha
   push(std::move(f));
 }
 
-void Findings::addHabit(std::string_view rule, Place place, std::string what, std::string action) {
+void Findings::addHabit(std::string_view rule, const Place& place, std::string what,
+                        std::string action) {
   assert(readerVerdict(rule) != nullptr);
   if (m_chosen.empty()) return;
   Finding f{Severity::kNote,   rule, place.file, place.line, place.track, std::move(what),

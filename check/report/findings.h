@@ -44,14 +44,15 @@ class Findings {
   explicit Findings(std::vector<Reader> chosen) : m_chosen(std::move(chosen)) {}
 
   /// Breaks a rule of the disc or of the sheet, whoever reads it. `source` may be empty.
-  void add(Severity severity, std::string_view rule, Place place, std::string what,
+  void add(Severity severity, std::string_view rule, const Place& place, std::string what,
            std::string action, std::string_view source = {});
   /// Matters to some readers only, by the rule's verdict: a warning; with chosen readers an error
   /// when one of them refuses it, and nothing when it is all the same to them. `rule` has a verdict
   /// in readers.cpp.
-  void addForReaders(std::string_view rule, Place place, std::string what, std::string action);
+  void addForReaders(std::string_view rule, const Place& place, std::string what,
+                     std::string action);
   /// As above, but a note, and only when such a reader was chosen.
-  void addHabit(std::string_view rule, Place place, std::string what, std::string action);
+  void addHabit(std::string_view rule, const Place& place, std::string what, std::string action);
 
   /// As somebody else has found it.
   void add(Finding finding) { push(std::move(finding)); }

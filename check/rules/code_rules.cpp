@@ -22,7 +22,7 @@ std::string shown(const std::string& code) {
 }
 
 void checkCatalog(const disc::Text& catalog, Findings& findings) {
-  const Place place{catalog.line, 0};
+  const Place& place{catalog.line, 0};
   const std::string& code = catalog.bytes;
   if (catalog.quoted)
     findings.addForReaders("catalog-quoted", place, "CATALOG stands in quotes",
@@ -47,7 +47,7 @@ void checkCatalog(const disc::Text& catalog, Findings& findings) {
 }
 
 void checkIsrc(const disc::Text& isrc, int track, Findings& findings) {
-  const Place place{isrc.line, track};
+  const Place& place{isrc.line, track};
   const std::string& code = isrc.bytes;
   if (isrc.quoted && !code.empty())
     findings.addForReaders("isrc-quoted", place, "ISRC stands in quotes",

@@ -17,7 +17,7 @@ std::string shown(const ImageFile& image) {
 }
 
 void checkFile(const disc::File& file, const ImageFile& image, Findings& findings) {
-  const Place place{file.name.line, 0};
+  const Place& place{file.name.line, 0};
   if (std::find(kTypes.begin(), kTypes.end(), file.type) == kTypes.end())
     findings.add(
         Severity::kError, "file-type", place,

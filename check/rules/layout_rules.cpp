@@ -12,7 +12,7 @@ namespace {
 constexpr std::string_view kRedBook = "Red Book (IEC 60908)";
 constexpr std::string_view kAtip = "Orange Book (ATIP)";
 
-void checkNumber(const disc::Track& t, Place place, int expected, size_t tracks,
+void checkNumber(const disc::Track& t, const Place& place, int expected, size_t tracks,
                  Findings& findings) {
   if (t.number >= 0 && t.number != expected)
     findings.add(
@@ -45,7 +45,8 @@ void checkNumbers(const disc::Sheet& sheet, Findings& findings) {
 }
 
 /// `what` begins the sentence about a time that no disc has room for.
-void checkTime(const disc::Msf& time, const std::string& what, Place place, Findings& findings) {
+void checkTime(const disc::Msf& time, const std::string& what, const Place& place,
+               Findings& findings) {
   if (!time.readable()) return;
   if (!time.inRange())
     findings.add(Severity::kError, "time-out-of-range", place,

@@ -7,7 +7,7 @@ namespace velmor::check {
 namespace {
 
 void addProblem(const disc::SyntaxProblem& p, Findings& findings) {
-  const Place place{p.line, p.track};
+  const Place& place{p.line, p.track};
   switch (p.kind) {
     case disc::SyntaxKind::kUnknownCommand:
       findings.add(

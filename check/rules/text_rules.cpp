@@ -22,7 +22,7 @@ constexpr NamedField kFields[] = {
     {"SONGWRITER", &disc::Fields::songwriter}, {"COMPOSER", &disc::Fields::composer},
     {"ARRANGER", &disc::Fields::arranger},     {"MESSAGE", &disc::Fields::message}};
 
-void checkEncoding(const disc::Text& text, const std::string& name, Place place,
+void checkEncoding(const disc::Text& text, const std::string& name, const Place& place,
                    Findings& findings) {
   switch (disc::encodingOf(text.bytes)) {
     case disc::Encoding::kUtf8:
@@ -41,7 +41,7 @@ void checkEncoding(const disc::Text& text, const std::string& name, Place place,
 
 void checkText(const disc::Text& text, std::string_view field, int track, Findings& findings) {
   const std::string name(field);
-  const Place place{text.line, track};
+  const Place& place{text.line, track};
   const std::string& b = text.bytes;
   if (b.empty()) {
     findings.addForReaders(field == "PERFORMER" ? "empty-performer" : "empty-text", place,
