@@ -4,7 +4,6 @@
 
 #include "disc/text/phrases.h"
 #include "disc/units/disc_limits.h"
-#include "disc/units/disc_time.h"
 
 namespace velmor::recording {
 namespace {
@@ -21,7 +20,7 @@ int64_t firstSector(const TrackPlace& place) {
 /// `begin` is the track's first sector, `end` is past its last one.
 void checkTrack(size_t track, const TrackPlace& place, int64_t begin, int64_t end) {
   if (begin < 0 || place.start < begin || place.start >= end)
-    refuse(track, "of the sheet, from " + disc::msfText(place.start) +
+    refuse(track, "of the sheet, from sector " + std::to_string(place.start) +
                       ", does not lie in the image in its order; render the album again");
   // libburn would pad a shorter track with silence, and every later one would start too late.
   if (end - begin < disc::kShortestTrackSectors)
