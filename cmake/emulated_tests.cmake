@@ -22,7 +22,7 @@ add_custom_target(quick_tests)
 
 # velmor_run_test() of testing.cmake, in the variables of which it is called.
 macro(velmor_run_emulated_test)
-  math(EXPR timeout "${R_TIMEOUT} * 10")
+  math(EXPR timeout "${R_TIMEOUT} * 4")
   set(without ${R_WITHOUT} ${VELMOR_NOT_EMULATED_${R_PROGRAM}})
   if(VELMOR_LONG_${R_PROGRAM})
     set(quickly_without ${without} ${VELMOR_LONG_${R_PROGRAM}})

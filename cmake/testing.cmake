@@ -48,7 +48,7 @@ function(velmor_add_test)
   add_dependencies(${T_NAME} velmor_cd)
   set_target_properties(${T_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
   if(NOT T_TIMEOUT)
-    set(T_TIMEOUT 120)
+    set(T_TIMEOUT 600)
   endif()
   math(EXPR T_TIMEOUT "${T_TIMEOUT} * ${VELMOR_TEST_PATIENCE}")
   velmor_run_test(NAME ${T_NAME} PROGRAM ${T_NAME} TIMEOUT ${T_TIMEOUT}

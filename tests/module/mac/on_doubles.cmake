@@ -31,7 +31,7 @@ target_link_libraries(mac_doubles PUBLIC gnustep-base objc)
 
 foreach(part IN ITEMS burn import)
   set(name mac_${part}_on_doubles_test)
-  velmor_add_test(NAME ${name} SOURCES ${part}_on_doubles_test.cpp LIBS mac_doubles fake_host TIMEOUT 60)
+  velmor_add_test(NAME ${name} SOURCES ${part}_on_doubles_test.cpp LIBS mac_doubles fake_host TIMEOUT 600)
   add_dependencies(${name} velmor_cd_gnustep)
   target_compile_definitions(${name} PRIVATE VELMOR_GNUSTEP_MODULE="$<TARGET_FILE:velmor_cd_gnustep>")
   # GNUstep keeps what it made until the process ends, and looks for defaults in the home folder.
