@@ -9,8 +9,9 @@ namespace velmor::render {
 
 bool isTag(const std::string& name) {
   constexpr std::array<const char*, 3> kPrefixes = {"PERF=", "WRIT=", "ISRC="};
-  return std::any_of(kPrefixes.begin(), kPrefixes.end(),
-                     [&](const char* prefix) { return strncasecmp(name.c_str(), prefix, 5) == 0; });
+  return std::any_of(kPrefixes.begin(), kPrefixes.end(), [&](const char* prefix) {
+    return strncasecmp(name.c_str(), prefix, kTagLength) == 0;
+  });
 }
 
 bool namesTrack(const std::string& name, bool hash_only) {

@@ -4,9 +4,13 @@
 // module/sink/marker_names.cpp.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace velmor::render {
+
+/// Of what a tag begins with: its value follows.
+inline constexpr size_t kTagLength = 5;
 
 /// Whether the name is a tag of the track it lies in: "PERF=", "WRIT=" or "ISRC=", in any case.
 bool isTag(const std::string& name);

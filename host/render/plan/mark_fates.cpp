@@ -1,20 +1,16 @@
 #include "host/render/plan/mark_fates.h"
 
-#include <strings.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/album/mark_names.h"
+#include "host/render/plan/tag_places.h"
 
 namespace velmor::render {
 
 namespace {
-
-constexpr size_t kPrefixLength = 5;
-constexpr double kSpanAllowance = 0.001;  // seconds, as in the module
 
 constexpr const char* kTooNear = "within 4 seconds of a track's start there is no other track";
 constexpr const char* kNoAudio = "there is no audio in it that the regions before do not hold";
@@ -29,29 +25,12 @@ constexpr const char* kNoHash = "--hash-markers-only wants a # at the beginning 
 constexpr const char* kOneTrackWanted = "--track-mode one makes a single track";
 constexpr const char* kOutside = "outside the part that is rendered";
 
-bool isOfKind(const Mark& tag, const Mark& other) {
-  return strncasecmp(tag.name.c_str(), other.name.c_str(), kPrefixLength) == 0;
-}
-
-bool liesIn(const Mark& mark, const PlannedTrack& track) {
-  const double from = track.source_start - kSpanAllowance;
-  return mark.start >= from && mark.start < from + track.source_length;
-}
-
-/// The fate of a tag: each track takes the first of its kind in its stretch of the project.
-MarkFate fateOfTag(const std::vector<Mark>& marks, size_t index, const TrackPlan& plan) {
-  const Mark& tag = marks[index];
-  MarkFate fate{tag, MarkUse::kNone, std::nullopt, "outside of every track"};
-  for (size_t track = 0; track < plan.tracks.size(); ++track) {
-    if (!liesIn(tag, plan.tracks[track])) continue;
-    const auto taken = std::any_of(
-        marks.begin(), marks.begin() + static_cast<ptrdiff_t>(index), [&](const Mark& other) {
-          return isOfKind(tag, other) && liesIn(other, plan.tracks[track]);
-        });
-    if (!taken) return {tag, MarkUse::kTag, track, ""};
-    fate.why = "another of its kind stands before it in track " + std::to_string(track + 1);
-  }
-  return fate;
+MarkFate fateOfTag(const Mark& tag, const TagPlace& place) {
+  if (!place.given_to.empty()) return {tag, MarkUse::kTag, place.given_to.front(), ""};
+  return {tag, MarkUse::kNone, std::nullopt,
+          place.second_in ? "another of its kind stands before it in track " +
+                                std::to_string(*place.second_in + 1)
+                          : "outside of every track"};
 }
 
 std::string whyNoTrack(const Mark& mark, TrackMode mode, bool hash_only) {
@@ -78,15 +57,19 @@ std::string shown(const Mark& mark) {
 std::vector<MarkFate> fatesOf(const Album& album, const TrackPlan& plan, bool hash_only) {
   const double render_start = disc::secondsOf(album.render_start);
   const std::vector<Mark>& marks = album.project.marks;
+  const std::vector<TagPlace> tags = placesOfTags(plan, marks);
+  auto tag = tags.begin();
   std::vector<MarkFate> fates;
   for (size_t i = 0; i < marks.size(); ++i) {
     MarkFate fate{marks[i], MarkUse::kTrack, plan.track_of_mark[i], ""};
-    if (!fate.track && isTag(marks[i].name)) {
-      fate = fateOfTag(marks, i, plan);
+    const bool is_tag = tag != tags.end() && tag->mark == i;
+    if (!fate.track && is_tag) {
+      fate = fateOfTag(marks[i], *tag);
     } else if (!fate.track) {
       fate = {marks[i], MarkUse::kNone, std::nullopt,
               whyNoTrack(marks[i], album.track_mode, hash_only)};
     }
+    if (is_tag) ++tag;
     fates.push_back(inTimeline(std::move(fate), render_start));
   }
   for (const Mark& region : album.empty_regions)

@@ -10,7 +10,7 @@
 #include "disc/codes/catalogue_number.h"
 #include "disc/codes/isrc.h"
 #include "disc/text/phrases.h"
-#include "host/render/plan/isrc_places.h"
+#include "host/render/plan/tag_places.h"
 
 namespace velmor::render {
 

@@ -12,8 +12,6 @@ namespace velmor::render {
 
 namespace {
 
-constexpr size_t kTagLength = 5;
-
 /// Every text of the sheet that goes onto the disc.
 std::vector<std::string> textsOnDisc(const HostProject& project, const TrackPlan& plan) {
   std::vector<std::string> texts;

@@ -7,8 +7,8 @@
 
 #include "disc/units/disc_time.h"
 #include "host/render/album/render_range.h"
-#include "host/render/plan/isrc_places.h"
 #include "host/render/plan/sheet_times.h"
+#include "host/render/plan/tag_places.h"
 #include "tests/host/render/module/module_render.h"
 #include "tests/host/render/plan/marks.h"
 
