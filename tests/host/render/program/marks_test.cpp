@@ -213,7 +213,8 @@ TEST(Json, HasTheFateOfEveryMark) {
   writeFile(folder / "labels.txt", "1\t6\trange\n90\t90\tlate\n");
   const Ended ended =
       render({folder / "a.wav", "--labels", folder / "labels.txt", "--marker", "10=ten", "--marker",
-              "12=near", "--marker", "11=PERF=Ana", "--json", "-o", folder / "album"});
+              "12=near", "--marker", "11=PERF=Ana", "--marker", "11.5=perf=Bo", "--marker",
+              "11.5=WRIT=Bo", "--json", "-o", folder / "album"});
   ASSERT_EQ(ended.status, 0) << ended.err;
   std::vector<std::string> fates;
   const nlohmann::json report = nlohmann::json::parse(ended.out);
@@ -222,11 +223,12 @@ TEST(Json, HasTheFateOfEveryMark) {
                     (mark.contains("track") ? " " + std::to_string(mark["track"].get<int>()) : "") +
                     (mark.contains("why") ? ": " + mark["why"].get<std::string>() : ""));
   }
-  EXPECT_THAT(fates,
-              testing::ElementsAre(
-                  "a track 1", testing::StartsWith("range none: where markers make tracks"),
-                  "ten track 2", "PERF=Ana tag 2", testing::StartsWith("near none: within 4"),
-                  "late none: outside the part that is rendered"));
+  EXPECT_THAT(fates, testing::ElementsAre(
+                         "a track 1", testing::StartsWith("range none: where markers make tracks"),
+                         "ten track 2", "PERF=Ana tag 2",
+                         "perf=Bo none: another of its kind stands before it in track 2",
+                         "WRIT=Bo tag 2", testing::StartsWith("near none: within 4"),
+                         "late none: outside the part that is rendered"));
 }
 
 TEST(Isrc, OneThatDoesNotReachItsTrackIsNamed) {
