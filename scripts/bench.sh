@@ -99,7 +99,10 @@ measure_sets() {
 # The checker on the album that is there, beside cat of its image, and on a file of 16 MiB that is all TRACK lines.
 measure_checker() {
   say "The checker, ten rounds"
-  { echo 'FILE "album.bin" BINARY'; yes '  TRACK 01 AUDIO' | head -c 16777000; } >"$data/tracks.cue"
+  {
+    echo 'FILE "album.bin" BINARY'
+    head -c 16777000 < <(yes '  TRACK 01 AUDIO')
+  } >"$data/tracks.cue"
   local round
   for round in 1 2 3 4 5 6 7 8 9 10; do
     # Of a sheet with errors the checker says so by its exit status.
