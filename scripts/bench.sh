@@ -42,7 +42,7 @@ measure_parts() {
 
 measure_programs() {
   say "Building"
-  configure_and_build release velmor_cd velmor-render velmor-ddp | tail -n 1
+  configure_and_build release velmor_cd velmor-render velmor-cdcheck velmor-ddp | tail -n 1
   say "Writing an album of 80 minutes, 24 bit"
   python3 scripts/bench_wav.py "$data/album.wav" 80
   local ours="build/release/velmor-render --quiet --force '$data/album.wav' -o '$data/album.cue'"
@@ -68,6 +68,7 @@ measure_programs() {
   done
   rm -f "$data"/album.{cdr,raw} "$data"/copy.bin
   measure_sets
+  measure_checker
   rm -f "$data"/album.{bin,cue}
   hyperfine -N --warmup 5 --runs 100 --style basic --export-json "$folder/programs-start.json" \
     -n start-up "build/release/velmor-render --version" >"$folder/programs-start.log" 2>&1
@@ -93,6 +94,26 @@ measure_sets() {
     }
   done
   rm -rf "$data/set" "$data/copy.bin"
+}
+
+# The checker on the album that is there, beside cat of its image, and on a file of 16 MiB that is all TRACK lines.
+measure_checker() {
+  say "The checker, ten rounds"
+  {
+    echo 'FILE "album.bin" BINARY'
+    head -c 16777000 < <(yes '  TRACK 01 AUDIO')
+  } >"$data/tracks.cue"
+  local round
+  for round in 1 2 3 4 5 6 7 8 9 10; do
+    # Of a sheet with errors the checker says so by its exit status.
+    hyperfine -N --ignore-failure --warmup 1 --runs 1 --style basic --export-json "$folder/programs-check-$round.json" \
+      -n check "build/release/velmor-cdcheck '$data/album.cue'" -n cat "cat '$data/album.bin'" \
+      -n check-tracks "build/release/velmor-cdcheck '$data/tracks.cue'" >"$folder/programs-check-$round.log" 2>&1 || {
+      cat "$folder/programs-check-$round.log" >&2
+      fail "a program failed; the lines above say why"
+    }
+  done
+  rm -f "$data/tracks.cue"
 }
 
 [ "$what" = programs ] || measure_parts

@@ -90,6 +90,9 @@ def main():
         table.below("velmor-render --version", 1000 * table.times["start-up"], 10, " ms")
     table.at_most("a set for a plant, beside cp and md5sum of its image", "set-write", "copy-and-md5sum", 1.2)
     table.at_most("checking a set, beside md5sum of its audio", "set-check", "md5sum", 1.2)
+    table.at_most("velmor-cdcheck's processor time, beside cat of the image", "check cpu", "cat cpu", 1.3)
+    if "check-tracks" in table.times:
+        table.below("velmor-cdcheck on 16 MiB of TRACK lines", table.times["check-tracks"], 1, " s")
     memory = os.path.join(folder, "memory")
     if os.path.exists(memory):
         with open(memory, encoding="utf-8") as file:

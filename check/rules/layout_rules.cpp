@@ -34,7 +34,7 @@ void checkNumbers(const disc::Sheet& sheet, Findings& findings) {
   if (sheet.tracks.size() > disc::kMostTracks)
     findings.add(Severity::kError, "too-many-tracks",
                  {sheet.tracks[disc::kMostTracks].line, disc::kMostTracks + 1},
-                 "the sheet has " + std::to_string(sheet.tracks.size()) + " tracks; a disc has 99",
+                 "the sheet has " + std::to_string(sheet.tracks_in_all) + " tracks; a disc has 99",
                  "Join tracks, or make two discs.", kRedBook);
   int expected = std::max(sheet.tracks.front().number, 1);
   int counted = 0;

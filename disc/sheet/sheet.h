@@ -91,11 +91,15 @@ struct Sheet {
   std::optional<Text> catalog, cd_text_file;
   std::vector<Text> remarks;
   std::vector<File> files;
-  std::vector<Track> tracks;
+  std::vector<Track> tracks;  ///< the first `kMostTracksKept`
+  size_t tracks_in_all = 0;   ///< TRACK lines
   std::vector<SyntaxProblem> problems;
   size_t problems_left_out = 0;  ///< beyond the first `kMostProblems`
 };
 
 inline constexpr size_t kMostProblems = 200;
+/// Ten times what a disc can have. A file of TRACK lines alone holds millions, and to keep them all
+/// takes gigabytes and many seconds for a sheet that is refused at its hundredth.
+inline constexpr size_t kMostTracksKept = 1000;
 
 }  // namespace velmor::disc

@@ -145,14 +145,20 @@ class Parser {
 
   void readTrack(std::string_view rest) {
     if (m_sheet.files.empty()) problem(SyntaxKind::kMisplaced, m_line, "TRACK before any FILE");
-    Track made;
-    made.number = parseNumber(takeWord(rest), 6);
+    const int number = parseNumber(takeWord(rest), 6);
+    if (number < 0) problem(SyntaxKind::kBadNumber, m_line, "TRACK");
+    Track& made = addTrack();
+    made.number = number;
     made.mode = trimmed(rest).substr(0, 40);
     noteSmallLetters(made.mode, m_sheet.lower_case_command);
     made.mode = upperCase(made.mode);
     made.line = m_line;
-    if (made.number < 0) problem(SyntaxKind::kBadNumber, m_line, "TRACK");
-    m_sheet.tracks.push_back(std::move(made));
+  }
+
+  Track& addTrack() {
+    ++m_sheet.tracks_in_all;
+    if (m_sheet.tracks.size() < kMostTracksKept) return m_sheet.tracks.emplace_back();
+    return m_beyond.emplace();
   }
 
   void readIndex(std::string_view rest) {
@@ -176,7 +182,10 @@ class Parser {
     (command == "PREGAP" ? track()->pregap : track()->postgap) = time;
   }
 
-  Track* track() { return m_sheet.tracks.empty() ? nullptr : &m_sheet.tracks.back(); }
+  Track* track() {
+    if (m_beyond) return &*m_beyond;
+    return m_sheet.tracks.empty() ? nullptr : &m_sheet.tracks.back();
+  }
 
   bool inTrack(std::string_view command) {
     if (track()) return true;
@@ -189,7 +198,7 @@ class Parser {
       ++m_sheet.problems_left_out;
       return;
     }
-    const int number = static_cast<int>(m_sheet.tracks.size());
+    const int number = static_cast<int>(m_sheet.tracks_in_all);
     m_sheet.problems.push_back({kind, line, number, std::string(what)});
   }
 
@@ -206,6 +215,7 @@ class Parser {
   int m_line = 0;
   bool m_cut = false;  ///< the value being read lost its closing quote to the cut
   std::optional<Pending> m_pending;
+  std::optional<Track> m_beyond;  ///< the track being read, when it is one too many to keep
 };
 
 }  // namespace

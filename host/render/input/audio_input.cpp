@@ -6,16 +6,16 @@
 #include <cstdio>
 #include <utility>
 
+#include "disc/audio/sound_file.h"
+#include "disc/audio/source_format.h"
 #include "disc/failure.h"
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/input/formats/plain_pcm.h"
-#include "host/render/input/formats/source_format.h"
 #include "host/render/input/marks/embedded_marks.h"
 #include "host/render/input/marks/vorbis_comments.h"
 #include "host/render/input/resampler.h"
-#include "host/render/input/sound_file.h"
 #include "host/render/input/tpdf_dither.h"
 
 namespace velmor::render {
@@ -31,14 +31,14 @@ std::string textIn(SNDFILE* file, int kind) {
   return text ? disc::asLineOfText(text) : std::string();
 }
 
-InputInfo describe(const std::string& path, const SoundFile& sound) {
+InputInfo describe(const std::string& path, const disc::SoundFile& sound) {
   SNDFILE* file = sound.handle();
   InputInfo info;
   info.path = path;
-  info.format = formatName(sound.info().format);
+  info.format = disc::formatName(sound.info().format);
   info.rate = sound.info().samplerate;
   info.channels = sound.info().channels;
-  info.bits = integerBits(sound.info().format);
+  info.bits = disc::integerBits(sound.info().format);
   info.frames = framesAtDiscRate(sound.info().frames, sound.info().samplerate);
   info.tags.title = textIn(file, SF_STR_TITLE);
   info.tags.artist = textIn(file, SF_STR_ARTIST);
@@ -60,7 +60,7 @@ std::string minutesOf(int64_t frames, int rate) {
 /// The file's own frames as one or two planar channels, a block at a time.
 class SourceBlocks {
  public:
-  SourceBlocks(std::unique_ptr<SoundFile> sound, std::string path)
+  SourceBlocks(std::unique_ptr<disc::SoundFile> sound, std::string path)
       : m_sound(std::move(sound)),
         m_path(std::move(path)),
         m_channels(static_cast<size_t>(m_sound->info().channels)),
@@ -142,7 +142,7 @@ class SourceBlocks {
                   minutesOf(m_sound->info().frames, rate) + "; copy or export it again");
   }
 
-  std::unique_ptr<SoundFile> m_sound;
+  std::unique_ptr<disc::SoundFile> m_sound;
   std::string m_path;
   size_t m_channels;
   size_t m_block_frames;
@@ -157,7 +157,7 @@ class SourceBlocks {
 /// A source at the disc's rate.
 class PlainInput : public AudioInput {
  public:
-  PlainInput(InputInfo info, std::unique_ptr<SoundFile> sound)
+  PlainInput(InputInfo info, std::unique_ptr<disc::SoundFile> sound)
       : m_info(std::move(info)), m_source(std::move(sound), m_info.path) {}
 
   const InputInfo& info() const override { return m_info; }
@@ -185,7 +185,7 @@ class PlainInput : public AudioInput {
 /// A source at another rate.
 class ResampledInput : public AudioInput {
  public:
-  ResampledInput(InputInfo info, std::unique_ptr<SoundFile> sound)
+  ResampledInput(InputInfo info, std::unique_ptr<disc::SoundFile> sound)
       : m_info(std::move(info)),
         m_source(std::move(sound), m_info.path),
         m_resampler(m_info.rate, m_source.mono() ? 1 : 2),
@@ -288,7 +288,7 @@ void AudioInput::readStretch(AudioStretch& stretch, size_t frames) {
 }
 
 std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dither) {
-  auto sound = std::make_unique<SoundFile>(path);
+  auto sound = std::make_unique<disc::SoundFile>(path);
   InputInfo info = describe(path, *sound);
   if (info.frames == 0) {
     throw Failure(disc::inQuotes(path) + " is shorter than one frame at 44100 Hz; leave it out");

@@ -66,7 +66,7 @@ std::vector<WavMark> riffMarks(SNDFILE* file, int format) {
 
 // An encoder asked to keep what a WAV file holds beside its audio stores each chunk, with its id
 // and size, in an application block of its own.
-std::vector<WavMark> flacMarks(const FileBytes& bytes) {
+std::vector<WavMark> flacMarks(const disc::FileBytes& bytes) {
   constexpr size_t kHeader = 12;  // the application, the chunk's id and its size
   std::vector<Chunk> cues;
   std::vector<Chunk> lists;
@@ -107,7 +107,8 @@ std::vector<WavMark> aiffMarks(SNDFILE* file) {
   return marks;
 }
 
-std::vector<WavMark> marksInFrames(SNDFILE* file, const SF_INFO& info, const FileBytes& bytes) {
+std::vector<WavMark> marksInFrames(SNDFILE* file, const SF_INFO& info,
+                                   const disc::FileBytes& bytes) {
   switch (info.format & SF_FORMAT_TYPEMASK) {
     case SF_FORMAT_WAV:
     case SF_FORMAT_WAVEX:
@@ -124,7 +125,7 @@ std::vector<WavMark> marksInFrames(SNDFILE* file, const SF_INFO& info, const Fil
 
 }  // namespace
 
-std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const FileBytes& bytes) {
+std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const disc::FileBytes& bytes) {
   std::vector<Mark> marks;
   const double rate = info.samplerate;
   for (WavMark& found : marksInFrames(file, info, bytes)) {

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "host/render/input/formats/file_bytes.h"
+#include "disc/audio/file_bytes.h"
 #include "host/render/input/marks/mark.h"
 
 namespace velmor::render {
@@ -14,6 +14,6 @@ namespace velmor::render {
 /// `bytes`. Cue points, labels and regions in ascending start, seconds of the file. What starts
 /// behind the file's last frame, where the next input begins, is left out, a region's end is drawn
 /// in to it. Damaged marks are no error.
-std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const FileBytes& bytes);
+std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const disc::FileBytes& bytes);
 
 }  // namespace velmor::render

@@ -7,12 +7,12 @@
 #include <optional>
 #include <system_error>
 
+#include "disc/audio/readable_file.h"
 #include "disc/failure.h"
 #include "disc/sheet/sheet_parser.h"
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/text/utf8.h"
-#include "host/render/input/formats/readable_file.h"
 #include "host/render/input/marks/mark_parsing.h"
 
 namespace velmor::render {
@@ -116,7 +116,7 @@ class LabelReader {
   size_t m_line = 0;
 };
 
-std::string contentsOf(const ReadableFile& file, const std::string& path) {
+std::string contentsOf(const disc::ReadableFile& file, const std::string& path) {
   std::string text(static_cast<size_t>(file.size()), '\0');
   size_t filled = 0;
   while (filled < text.size()) {
@@ -154,7 +154,7 @@ LabelTrack parseLabelTrack(std::string_view text, const std::string& name) {
 }
 
 LabelTrack readLabelTrack(const std::string& path) {
-  const ReadableFile file(path);
+  const disc::ReadableFile file(path);
   if (file.size() > kLargestLabelFile) {
     throw Failure(disc::inQuotes(path) +
                   " is too large for a label track; name the exported text file");

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <string>
 
+#include "disc/audio/file_bytes.h"
 #include "disc/failure.h"
-#include "host/render/input/formats/file_bytes.h"
 
-namespace velmor::render {
+namespace velmor::disc {
 
 /// An open regular file; closes it. Used by one thread at a time.
 class ReadableFile {
@@ -40,4 +40,4 @@ class ReadableFile {
   int m_failure = 0;  ///< error of the last read that was refused
 };
 
-}  // namespace velmor::render
+}  // namespace velmor::disc

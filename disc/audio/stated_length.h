@@ -1,9 +1,22 @@
-// Whether a file holds all the audio it states, and no more than can be read.
+// What the head of a file says of its audio: its kind, where the samples lie, and whether the file
+// holds all that it states, and no more than can be read.
 #pragma once
 
-#include "host/render/input/formats/file_bytes.h"
+#include <cstdint>
+#include <optional>
 
-namespace velmor::render {
+#include "disc/audio/file_bytes.h"
+
+namespace velmor::disc {
+
+/// The kinds of file that cue sheets name.
+enum class Container { kWave, kAiff, kFlac, kOther };
+
+Container containerOf(const FileBytes& file);
+
+/// Bytes before the first sample of a WAVE or AIFF file; nothing when it is of another kind or was
+/// broken off before them.
+std::optional<int64_t> samplesIn(const FileBytes& file);
 
 enum class Extent {
   kWhole,
@@ -19,4 +32,4 @@ enum class Extent {
 /// here count as whole.
 Extent extentOf(const FileBytes& file);
 
-}  // namespace velmor::render
+}  // namespace velmor::disc

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace velmor::render {
+namespace velmor::disc {
 
 /// Bits of an integer sample that is stored without loss; 0 for floating point and lossy coding.
 /// `format` is libsndfile's.
@@ -11,4 +11,4 @@ int integerBits(int format);
 /// For people: "WAV, 24 bit", "AIFF, 32 bit float", "Ogg, Vorbis".
 std::string formatName(int format);
 
-}  // namespace velmor::render
+}  // namespace velmor::disc

@@ -1,8 +1,8 @@
-#include "host/render/input/formats/source_format.h"
+#include "disc/audio/source_format.h"
 
 #include <sndfile.h>
 
-namespace velmor::render {
+namespace velmor::disc {
 namespace {
 
 std::string containerName(int format) {
@@ -91,4 +91,4 @@ std::string formatName(int format) {
          (bits > 0 ? std::to_string(bits) + " bit" : codingName(format));
 }
 
-}  // namespace velmor::render
+}  // namespace velmor::disc

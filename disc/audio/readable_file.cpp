@@ -1,4 +1,4 @@
-#include "host/render/input/formats/readable_file.h"
+#include "disc/audio/readable_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,11 +10,11 @@
 #include "disc/failure.h"
 #include "disc/text/phrases.h"
 
-namespace velmor::render {
+namespace velmor::disc {
 namespace {
 
 [[noreturn]] void refuseToOpen(const std::string& path, const std::string& reason) {
-  throw Failure("cannot read " + disc::inQuotes(path) + ": " + reason);
+  throw Failure("cannot read " + inQuotes(path) + ": " + reason);
 }
 
 std::string reasonOf(int error) {
@@ -67,4 +67,4 @@ void ReadableFile::checkReading() const {
   if (m_failure != 0) refuseToOpen(m_path, reasonOf(m_failure));
 }
 
-}  // namespace velmor::render
+}  // namespace velmor::disc

@@ -1,4 +1,4 @@
-#include "host/render/input/formats/file_bytes.h"
+#include "disc/audio/file_bytes.h"
 
 #include <unistd.h>
 
@@ -7,7 +7,7 @@
 #include <cassert>
 #include <cerrno>
 
-namespace velmor::render {
+namespace velmor::disc {
 
 bool FileBytes::read(int64_t at, char* to, size_t count) const {
   if (at < 0) return false;
@@ -33,4 +33,4 @@ std::optional<uint64_t> FileBytes::number(int64_t at, size_t width, bool little)
   return value;
 }
 
-}  // namespace velmor::render
+}  // namespace velmor::disc

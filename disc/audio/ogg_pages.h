@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <optional>
 
-#include "host/render/input/formats/file_bytes.h"
+#include "disc/audio/file_bytes.h"
 
-namespace velmor::render {
+namespace velmor::disc {
 
 struct OggPage {
   bool continues = false;  ///< its first bytes belong to a packet of the page before
@@ -34,4 +34,4 @@ class OggPages {
   int64_t m_at = 0;
 };
 
-}  // namespace velmor::render
+}  // namespace velmor::disc

@@ -6,19 +6,24 @@
 #include <memory>
 #include <string>
 
+#include "disc/audio/readable_file.h"
 #include "disc/failure.h"
-#include "host/render/input/formats/readable_file.h"
 
-namespace velmor::render {
+namespace velmor::disc {
+
+/// What becomes of a file that holds no audio, or breaks off before what its header states.
+enum class Incomplete { kRefused, kTaken };
 
 class SoundFile {
  public:
-  /// Throws `Failure` when `path` is no readable audio file, holds no audio or breaks off before
-  /// what its header states.
-  explicit SoundFile(const std::string& path);
+  /// Throws `Failure` when `path` is no readable audio file or, unless it is to be taken, an
+  /// incomplete one.
+  explicit SoundFile(const std::string& path, Incomplete incomplete = Incomplete::kRefused);
 
   SNDFILE* handle() const { return m_handle.get(); }
   const SF_INFO& info() const { return m_info; }  ///< `frames` is what can be read in all
+  /// Does the file end before the audio that its header states?
+  bool breaksOff() const { return m_breaks_off; }
   FileBytes bytes() const { return m_file->bytes(); }
   /// Throws `Failure` when the system has refused to read the file somewhere.
   void checkReading() const { m_file->checkReading(); }
@@ -34,9 +39,11 @@ class SoundFile {
   void settleMpegLength(const std::string& path);
   [[noreturn]] void refuseUnreadable(const std::string& path) const;
 
+  const Incomplete m_incomplete;
+  bool m_breaks_off = false;
   std::unique_ptr<ReadableFile> m_file;
   SF_INFO m_info{};
   std::unique_ptr<SNDFILE, Close> m_handle;  ///< closed before the file it reads
 };
 
-}  // namespace velmor::render
+}  // namespace velmor::disc

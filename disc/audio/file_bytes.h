@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-namespace velmor::render {
+namespace velmor::disc {
 
 /// `bytes` as the characters they may be.
 inline std::string_view charactersOf(std::span<const std::byte> bytes) {
@@ -44,4 +44,4 @@ class FileBytes {
   int* m_failure;
 };
 
-}  // namespace velmor::render
+}  // namespace velmor::disc

@@ -1,4 +1,4 @@
-#include "host/render/input/sound_file.h"
+#include "disc/audio/sound_file.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -6,13 +6,12 @@
 #include <utility>
 #include <vector>
 
+#include "disc/audio/stated_length.h"
 #include "disc/failure.h"
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
-#include "host/render/input/audio_input.h"
-#include "host/render/input/formats/stated_length.h"
 
-namespace velmor::render {
+namespace velmor::disc {
 namespace {
 
 /// Hz, far below and above what recordings are made at: beyond them the header is damaged.
@@ -80,12 +79,12 @@ int64_t countFrames(SNDFILE* handle, int channels) {
 }
 
 [[noreturn]] void refuse(const std::string& path, const std::string& reason) {
-  throw Failure(disc::inQuotes(path) + " " + reason);
+  throw Failure(inQuotes(path) + " " + reason);
 }
 
 }  // namespace
 
-SoundFile::SoundFile(const std::string& path) {
+SoundFile::SoundFile(const std::string& path, Incomplete incomplete) : m_incomplete(incomplete) {
   open(path);
   if (m_info.channels < 1) refuse(path, "states no channels; export it again");
   if (m_info.samplerate < kLowestRate || m_info.samplerate > kHighestRate) {
@@ -99,7 +98,8 @@ SoundFile::SoundFile(const std::string& path) {
     open(path);
     m_info.frames = frames;
   }
-  if (m_info.frames <= 0) refuse(path, "holds no audio; leave it out or export it again");
+  if (m_info.frames <= 0 && m_incomplete == Incomplete::kRefused)
+    refuse(path, "holds no audio; leave it out or export it again");
 }
 
 // Not by name: libsndfile would go by the name's ending where the contents tell nothing, and take a
@@ -115,6 +115,8 @@ void SoundFile::open(const std::string& path) {
     case Extent::kWhole:
       break;
     case Extent::kBreaksOff:
+      m_breaks_off = true;
+      if (m_incomplete == Incomplete::kTaken) break;
       refuse(path, "breaks off before the end of its audio; copy or export it again");
     case Extent::kSeveralStreams:
       refuse(path,
@@ -152,9 +154,9 @@ void SoundFile::settleMpegLength(const std::string& path) {
 }
 
 void SoundFile::refuseUnreadable(const std::string& path) const {
-  std::string reason = disc::asLineOfText(sf_strerror(nullptr));
+  std::string reason = asLineOfText(sf_strerror(nullptr));
   if (!reason.empty() && reason.back() == '.') reason.pop_back();
   refuse(path, "is no audio file that can be read: " + reason + "; convert it to WAV or FLAC");
 }
 
-}  // namespace velmor::render
+}  // namespace velmor::disc

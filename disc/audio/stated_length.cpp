@@ -1,12 +1,11 @@
-#include "host/render/input/formats/stated_length.h"
+#include "disc/audio/stated_length.h"
 
 #include <cstddef>
-#include <optional>
 #include <string_view>
 
-#include "host/render/input/formats/ogg_pages.h"
+#include "disc/audio/ogg_pages.h"
 
-namespace velmor::render {
+namespace velmor::disc {
 namespace {
 
 /// Beyond any real file; bounds the walk through a damaged one.
@@ -18,31 +17,35 @@ bool isUnknownSize(uint64_t size) {
   return size >= 0xffffff00U || (size >= 0x7fffe000U && size <= 0x7fffffffU);
 }
 
-/// Walks chunks of a 4-byte id and a 4-byte size, padded to even offsets, behind a 12-byte header.
-bool chunkRunsOver(const FileBytes& file, std::string_view audio, bool little_endian) {
+struct Chunk {
+  int64_t at = 0;  ///< of its contents
+  uint64_t size = 0;
+};
+
+/// Walks chunks of a 4-byte id and a 4-byte size, padded to even offsets, behind a 12-byte header,
+/// to the first of that id.
+std::optional<Chunk> findChunk(const FileBytes& file, std::string_view id, bool little_endian) {
   int64_t at = 12;
   for (int i = 0; i < kMostChunks; ++i) {
     const auto size = little_endian ? file.little(at + 4, 4) : file.big(at + 4, 4);
-    if (!size) return false;
-    if (file.has(at, audio)) return !isUnknownSize(*size) && file.runsOver(at + 8, *size);
+    if (!size) return std::nullopt;
+    if (file.has(at, id)) return Chunk{at + 8, *size};
     at += 8 + static_cast<int64_t>(*size + *size % 2);
   }
-  return false;
+  return std::nullopt;
+}
+
+bool chunkRunsOver(const FileBytes& file, std::string_view audio, bool little_endian) {
+  const auto chunk = findChunk(file, audio, little_endian);
+  return chunk && !isUnknownSize(chunk->size) && file.runsOver(chunk->at, chunk->size);
 }
 
 /// The 64-bit size of the audio stands in the "ds64" chunk, which comes first.
 bool rf64RunsOver(const FileBytes& file) {
-  const auto first = file.little(16, 4);
   const auto audio = file.little(28, 8);
-  if (!file.has(12, "ds64") || !first || !audio || *audio == 0) return false;
-  int64_t at = 20 + static_cast<int64_t>(*first + *first % 2);
-  for (int i = 0; i < kMostChunks; ++i) {
-    const auto size = file.little(at + 4, 4);
-    if (!size) return false;
-    if (file.has(at, "data")) return file.runsOver(at + 8, *size == 0xffffffffU ? *audio : *size);
-    at += 8 + static_cast<int64_t>(*size + *size % 2);
-  }
-  return false;
+  if (!file.has(12, "ds64") || !audio || *audio == 0) return false;
+  const auto chunk = findChunk(file, "data", true);
+  return chunk && file.runsOver(chunk->at, chunk->size == 0xffffffffU ? *audio : chunk->size);
 }
 
 bool auRunsOver(const FileBytes& file) {
@@ -106,11 +109,31 @@ bool runsOver(const FileBytes& file) {
   return false;
 }
 
+/// An SSND chunk begins with an offset and a block size of four bytes each.
+constexpr int64_t kSoundDataHead = 8;
+
 }  // namespace
+
+Container containerOf(const FileBytes& file) {
+  const bool riff = file.has(0, "RIFF") || file.has(0, "RF64") || file.has(0, "RIFX");
+  if (riff && file.has(8, "WAVE")) return Container::kWave;
+  if (file.has(0, "FORM") && (file.has(8, "AIFF") || file.has(8, "AIFC"))) return Container::kAiff;
+  if (file.has(0, "fLaC")) return Container::kFlac;
+  return Container::kOther;
+}
+
+std::optional<int64_t> samplesIn(const FileBytes& file) {
+  const Container container = containerOf(file);
+  std::optional<Chunk> chunk;
+  if (container == Container::kWave) chunk = findChunk(file, "data", !file.has(0, "RIFX"));
+  if (container == Container::kAiff) chunk = findChunk(file, "SSND", false);
+  if (!chunk) return std::nullopt;
+  return chunk->at + (container == Container::kAiff ? kSoundDataHead : 0);
+}
 
 Extent extentOf(const FileBytes& file) {
   if (file.has(0, "OggS")) return oggExtent(file);
   return runsOver(file) ? Extent::kBreaksOff : Extent::kWhole;
 }
 
-}  // namespace velmor::render
+}  // namespace velmor::disc

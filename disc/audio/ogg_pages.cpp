@@ -1,10 +1,10 @@
-#include "host/render/input/formats/ogg_pages.h"
+#include "disc/audio/ogg_pages.h"
 
 #include <algorithm>
 #include <string_view>
 #include <vector>
 
-namespace velmor::render {
+namespace velmor::disc {
 namespace {
 
 constexpr size_t kHeaderSize = 27;
@@ -52,4 +52,4 @@ std::optional<OggPage> OggPages::next() {
   return page;
 }
 
-}  // namespace velmor::render
+}  // namespace velmor::disc
