@@ -23,6 +23,7 @@
 #include "host/render/options/usage_error.h"
 #include "host/render/output/ddp_set.h"
 #include "host/render/output/delivery.h"
+#include "host/render/output/input_treatment.h"
 #include "host/render/output/output_pair.h"
 #include "host/render/output/portable_sheet.h"
 #include "host/render/output/report.h"
@@ -119,7 +120,7 @@ int run(const Options& options) {
   const SinkConfig config = sinkConfig(options, album);
   const TrackPlan plan = planTracks(config, album.project.marks, album.frames());
   const std::vector<MarkFate> marks = fatesOf(album, plan, options.hash_markers_only);
-  const std::vector<std::string> warnings = checked(options, config, album, plan, marks, output);
+  std::vector<std::string> warnings = checked(options, config, album, plan, marks, output);
   printWarnings(options, warnings);
 
   std::optional<PortableSheet> portable;
@@ -139,6 +140,11 @@ int run(const Options& options) {
   const BurnResult* const burned = burn ? &burn->result() : nullptr;
   const RenderOutcome outcome =
       renderAlbum(module.sink(), config, album, plan, options, output.workingSheet());
+  // Said whatever was asked for: of all that can be wrong with a disc this is audible.
+  for (const std::string& clips : clippingWarnings(album, outcome.inputs)) {
+    printWarning(clips);
+    warnings.push_back(clips);
+  }
   if (!burn) stopIfInterrupted();
   delivery.afterRender(outcome, burned && burned->image_deleted);
 

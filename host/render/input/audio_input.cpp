@@ -10,13 +10,13 @@
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
+#include "host/render/input/dithered_input.h"
 #include "host/render/input/formats/plain_pcm.h"
 #include "host/render/input/formats/source_format.h"
 #include "host/render/input/marks/embedded_marks.h"
 #include "host/render/input/marks/vorbis_comments.h"
 #include "host/render/input/resampler.h"
 #include "host/render/input/sound_file.h"
-#include "host/render/input/tpdf_dither.h"
 
 namespace velmor::render {
 namespace {
@@ -36,6 +36,7 @@ InputInfo describe(const std::string& path, const SoundFile& sound) {
   InputInfo info;
   info.path = path;
   info.format = formatName(sound.info().format);
+  info.coding = codingName(sound.info().format);
   info.rate = sound.info().samplerate;
   info.channels = sound.info().channels;
   info.bits = integerBits(sound.info().format);
@@ -257,29 +258,6 @@ class ResampledInput : public AudioInput {
   int64_t m_delivered = 0;
 };
 
-/// Another input with dither on it.
-class DitheredInput : public AudioInput {
- public:
-  explicit DitheredInput(std::unique_ptr<AudioInput> source) : m_source(std::move(source)) {}
-
-  const InputInfo& info() const override { return m_source->info(); }
-  size_t read(double* left, double* right, size_t frames) override {
-    const size_t done = m_source->read(left, right, frames);
-    m_left_dither.add(left, done);
-    if (info().channels == 1) {
-      std::copy_n(left, done, right);
-    } else {
-      m_right_dither.add(right, done);
-    }
-    return done;
-  }
-
- private:
-  std::unique_ptr<AudioInput> m_source;
-  TpdfDither m_left_dither{1};
-  TpdfDither m_right_dither{0x5851f42d4c957f2dU};
-};
-
 }  // namespace
 
 void AudioInput::readStretch(AudioStretch& stretch, size_t frames) {
@@ -294,7 +272,9 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
     throw Failure(disc::inQuotes(path) + " is shorter than one frame at 44100 Hz; leave it out");
   }
   const bool resampled = info.rate != disc::kSampleRate;
-  const bool exact = !resampled && info.bits > 0 && info.bits <= kDiscBits;
+  if (resampled || info.bits == 0 || info.bits > kDiscBits) {
+    info.to_16_bits = dither == Dither::kTpdf ? To16Bits::kDithered : To16Bits::kRounded;
+  }
   std::unique_ptr<AudioInput> input;
   if (!resampled) {
     input = std::make_unique<PlainInput>(std::move(info), std::move(sound));
@@ -306,8 +286,8 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
                     "; convert it first");
     }
   }
-  if (dither == Dither::kTpdf && !exact) input = std::make_unique<DitheredInput>(std::move(input));
-  return input;
+  if (input->info().to_16_bits != To16Bits::kDithered) return input;
+  return std::make_unique<DitheredInput>(std::move(input));
 }
 
 }  // namespace velmor::render

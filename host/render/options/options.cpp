@@ -38,7 +38,8 @@ The module keeps its settings in )";
 /// What CLI11 collects as text, before it becomes `Options`.
 struct RawOptions {
   std::string track_mode;
-  std::string dither = "none";
+  std::string dither = "tpdf";
+  bool no_dither = false;
   std::vector<std::string> isrcs, markers, regions, metas;
   std::string start, end;
   bool no_embedded_markers = false;
@@ -151,9 +152,14 @@ void addTextOptions(CLI::App& app, Options& options, RawOptions& raw) {
 void addRenderOptions(CLI::App& app, Options& options, RawOptions& raw) {
   app.add_option("--start", raw.start, "render from here")->type_name("TIME")->group("Render");
   app.add_option("--end", raw.end, "render up to here")->type_name("TIME")->group("Render");
-  app.add_option("--dither", raw.dither, "none, or tpdf for sources of more than 16 bits")
-      ->check(CLI::IsMember({"none", "tpdf"}))
-      ->type_name("KIND")
+  CLI::Option* const dither =
+      app.add_option("--dither", raw.dither,
+                     "tpdf for sources of more than 16 bits or another rate (the default), or none")
+          ->check(CLI::IsMember({"none", "tpdf"}))
+          ->type_name("KIND")
+          ->group("Render");
+  app.add_flag("--no-dither", raw.no_dither, "round them to 16 bits: --dither none")
+      ->excludes(dither)
       ->group("Render");
   app.add_option("--block", options.block, "frames handed to the module at a time")
       ->check(wholeNumber(1, kLargestBlock, "number of frames", "give one such as 1024"))
@@ -164,7 +170,8 @@ void addRenderOptions(CLI::App& app, Options& options, RawOptions& raw) {
       ->type_name("PATH")
       ->group("Render");
   app.add_flag("--json", options.json, "print the result as JSON")->group("Render");
-  app.add_flag("--quiet", options.quiet, "print errors only")->group("Render");
+  app.add_flag("--quiet", options.quiet, "print errors, and which inputs clip, only")
+      ->group("Render");
 }
 
 std::pair<std::string, std::string> splitAssignment(const std::string& text, const char* option,
@@ -206,7 +213,8 @@ void readRaw(const RawOptions& raw, Options& options) {
   if (raw.track_mode == "markers") options.track_mode = kTracksFromMarkers;
   if (raw.track_mode == "regions") options.track_mode = kTracksFromRegions;
   if (raw.track_mode == "one") options.track_mode = kOneTrack;
-  options.dither = raw.dither == "tpdf" ? Dither::kTpdf : Dither::kNone;
+  const bool dithers = raw.dither == "tpdf" && !raw.no_dither;
+  options.dither = dithers ? Dither::kTpdf : Dither::kNone;
   options.embedded_markers = !raw.no_embedded_markers;
   readIsrcs(raw, options);
   for (const std::string& text : raw.metas) {
