@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "disc/failure.h"
-#include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/input/dithered_input.h"
@@ -26,9 +25,9 @@ constexpr size_t kBlockFrames = 16384;
 constexpr size_t kBlockSamples = 4 * kBlockFrames;
 constexpr int kDiscBits = 16;
 
-std::string textIn(SNDFILE* file, int kind) {
+std::string textIn(SNDFILE* file, int kind, Tags& tags) {
   const char* text = sf_get_string(file, kind);
-  return text ? disc::asLineOfText(text) : std::string();
+  return text ? tags.read(text) : std::string();
 }
 
 InputInfo describe(const std::string& path, const SoundFile& sound) {
@@ -41,11 +40,13 @@ InputInfo describe(const std::string& path, const SoundFile& sound) {
   info.channels = sound.info().channels;
   info.bits = integerBits(sound.info().format);
   info.frames = framesAtDiscRate(sound.info().frames, sound.info().samplerate);
-  info.tags.title = textIn(file, SF_STR_TITLE);
-  info.tags.artist = textIn(file, SF_STR_ARTIST);
-  info.tags.album = textIn(file, SF_STR_ALBUM);
+  info.tags.title = textIn(file, SF_STR_TITLE, info.tags);
+  info.tags.artist = textIn(file, SF_STR_ARTIST, info.tags);
+  info.tags.album = textIn(file, SF_STR_ALBUM, info.tags);
+  info.tags.date = textIn(file, SF_STR_DATE, info.tags);
+  info.tags.genre = textIn(file, SF_STR_GENRE, info.tags);
   addVorbisComments(vorbisCommentsIn(sound.bytes()), info.tags);
-  info.marks = embeddedMarks(file, sound.info(), sound.bytes());
+  info.marks = embeddedMarks(file, sound.info(), sound.bytes(), info.tags.converted);
   sound.checkReading();  // or a mark would be missing that nobody misses
   return info;
 }
