@@ -10,6 +10,7 @@
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "host/render/input/audio_input.h"
+#include "host/render/input/formats/foreign_format.h"
 #include "host/render/input/formats/stated_length.h"
 
 namespace velmor::render {
@@ -152,6 +153,9 @@ void SoundFile::settleMpegLength(const std::string& path) {
 }
 
 void SoundFile::refuseUnreadable(const std::string& path) const {
+  const std::string foreign = foreignFormat(m_file->bytes(), path);
+  m_file->checkReading();
+  if (!foreign.empty()) refuse(path, foreign);
   std::string reason = disc::asLineOfText(sf_strerror(nullptr));
   if (!reason.empty() && reason.back() == '.') reason.pop_back();
   refuse(path, "is no audio file that can be read: " + reason + "; convert it to WAV or FLAC");

@@ -9,10 +9,12 @@
 
 #include "disc/codes/isrc.h"
 #include "disc/failure.h"
+#include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/units/disc_limits.h"
 #include "disc/version.h"
 #include "host/render/input/marks/mark_parsing.h"
+#include "host/render/options/nearest_name.h"
 #include "host/render/options/number_checks.h"
 #include "host/render/options/settings_file.h"
 #include "host/render/options/usage_error.h"
@@ -235,6 +237,31 @@ void readRaw(const RawOptions& raw, Options& options) {
   }
 }
 
+/// The long names of all options, without dashes.
+std::vector<std::string> longNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::Option* const option : app.get_options()) {
+    const std::vector<std::string>& more = option->get_lnames();
+    names.insert(names.end(), more.begin(), more.end());
+  }
+  return names;
+}
+
+/// What to say of the first option on the command line that is none. Nothing when there is no such:
+/// then something else is wrong.
+std::optional<std::string> misspeltOption(const CLI::App& app) {
+  for (const std::string& word : app.remaining()) {
+    const std::string option = word.substr(0, word.find('='));
+    const size_t name_at = option.find_first_not_of('-');
+    if (name_at == 0 || name_at == std::string::npos) continue;
+    const std::string name = option.substr(name_at);
+    const std::string fault = "there is no option " + disc::printable(option);
+    const auto nearest = nearestName(name, longNames(app));
+    return nearest ? fault + "; did you mean --" + *nearest + "?" : fault;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 /// CLI11's description of the options, and the places that it fills.
@@ -277,7 +304,10 @@ std::optional<Options> CommandLineParser::parse(int argc, char** argv) {
     printf("%s\n", version.what());
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
-    throw UsageError(disc::asClause(error.what()) + "; --help lists the options");
+    // Before what is missing, too: an --ouput is no output.
+    const auto misspelt = misspeltOption(app);
+    throw UsageError(misspelt.value_or(disc::asClause(error.what())) +
+                     (misspelt && misspelt->back() == '?' ? "" : "; --help lists the options"));
   } catch (const Failure& error) {  // a time, marker or region that is none
     throw UsageError(error.what());
   }

@@ -217,6 +217,24 @@ TEST(Inputs, WhatCannotBeReadIsNamed) {
   EXPECT_EQ(folder.names(), (std::vector<std::string>{"text.wav"}));
 }
 
+TEST(Inputs, OfAFormatThatIsNotReadAreReadOnceTheAdviceIsFollowed) {
+  if (!isInstalled("ffmpeg")) GTEST_SKIP() << "there is no ffmpeg";
+  const Scratch folder;
+  const std::vector<int16_t> samples = writeWav(folder / "song.wav", 5);
+  ASSERT_EQ(run("ffmpeg",
+                {"-v", "error", "-i", folder / "song.wav", "-c:a", "alac", folder / "song two.m4a"})
+                .status,
+            0);
+  const Ended refused = render({folder / "song two.m4a", "-o", folder / "album"});
+  EXPECT_EQ(refused.status, 1);
+  const std::string begin = "decode it first: ";
+  const size_t at = refused.err.find(begin);
+  ASSERT_NE(at, std::string::npos) << refused.err;
+  ASSERT_EQ(run("sh", {"-c", refused.err.substr(at + begin.size())}).status, 0);
+  EXPECT_EQ(render({folder / "song two.wav", "-o", folder / "album"}).status, 0);
+  EXPECT_TRUE(readFile(folder / "album.bin") == asImage(samples)) << "the very samples";
+}
+
 TEST(Inputs, MemoryDoesNotGrowWithTheirLength) {
   if (VELMOR_SANITIZED) GTEST_SKIP() << "the sanitizer's own memory grows";
   const Scratch folder;
