@@ -15,7 +15,7 @@ album=("$folder/sources/Headlights.wav" "$folder/sources/Toll Road.flac" "$folde
   "$folder/sources/Rain.ogg" "$folder/sources/Arrival.w64"
   --catalog 0731452345622 --title "Night Drive" --performer "The Lanterns"
   --isrc "1=USABC2600001" --isrc "2=USABC2600002" --isrc "3=USABC2600003" --isrc "4=USABC2600004" --isrc "5=USABC2600005"
-  --disc-leadin 2000 --track-leadin 2000 --dither tpdf)
+  --disc-leadin 2000 --track-leadin 2000)
 
 say "Rendering five files to a disc image"
 build/release/velmor-render "${album[@]}" -o "$folder/album.cue" --ddp "$folder/master"

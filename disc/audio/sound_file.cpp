@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "disc/audio/foreign_format.h"
 #include "disc/audio/stated_length.h"
 #include "disc/failure.h"
 #include "disc/text/line_of_text.h"
@@ -154,6 +155,9 @@ void SoundFile::settleMpegLength(const std::string& path) {
 }
 
 void SoundFile::refuseUnreadable(const std::string& path) const {
+  const std::string foreign = foreignFormat(m_file->bytes(), path);
+  m_file->checkReading();
+  if (!foreign.empty()) refuse(path, foreign);
   std::string reason = asLineOfText(sf_strerror(nullptr));
   if (!reason.empty() && reason.back() == '.') reason.pop_back();
   refuse(path, "is no audio file that can be read: " + reason + "; convert it to WAV or FLAC");

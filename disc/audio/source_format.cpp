@@ -37,25 +37,6 @@ std::string containerName(int format) {
   return "audio";
 }
 
-std::string codingName(int format) {
-  switch (format & SF_FORMAT_SUBMASK) {
-    case SF_FORMAT_FLOAT:
-      return "32 bit float";
-    case SF_FORMAT_DOUBLE:
-      return "64 bit float";
-    case SF_FORMAT_MPEG_LAYER_III:
-      return "layer III (MP3)";
-    default:
-      break;
-  }
-  SF_FORMAT_INFO info{};
-  info.format = format & SF_FORMAT_SUBMASK;
-  if (sf_command(nullptr, SFC_GET_FORMAT_INFO, &info, sizeof info) == 0 && info.name) {
-    return info.name;
-  }
-  return "compressed";
-}
-
 }  // namespace
 
 int integerBits(int format) {
@@ -85,10 +66,28 @@ int integerBits(int format) {
   }
 }
 
+std::string codingName(int format) {
+  if (const int bits = integerBits(format); bits > 0) return std::to_string(bits) + " bit";
+  switch (format & SF_FORMAT_SUBMASK) {
+    case SF_FORMAT_FLOAT:
+      return "32 bit float";
+    case SF_FORMAT_DOUBLE:
+      return "64 bit float";
+    case SF_FORMAT_MPEG_LAYER_III:
+      return "layer III (MP3)";
+    default:
+      break;
+  }
+  SF_FORMAT_INFO info{};
+  info.format = format & SF_FORMAT_SUBMASK;
+  if (sf_command(nullptr, SFC_GET_FORMAT_INFO, &info, sizeof info) == 0 && info.name) {
+    return info.name;
+  }
+  return "compressed";
+}
+
 std::string formatName(int format) {
-  const int bits = integerBits(format);
-  return containerName(format) + ", " +
-         (bits > 0 ? std::to_string(bits) + " bit" : codingName(format));
+  return containerName(format) + ", " + codingName(format);
 }
 
 }  // namespace velmor::disc

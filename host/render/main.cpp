@@ -23,6 +23,7 @@
 #include "host/render/options/usage_error.h"
 #include "host/render/output/ddp_set.h"
 #include "host/render/output/delivery.h"
+#include "host/render/output/input_treatment.h"
 #include "host/render/output/output_pair.h"
 #include "host/render/output/portable_sheet.h"
 #include "host/render/output/report.h"
@@ -68,7 +69,8 @@ std::vector<std::string> checked(const Options& options, const SinkConfig& confi
   warnOfLostMarks(marks, findings);
   if (options.burn.cd_text) checkCdTextLetters(album.project, plan, findings);
   if (!findings.errors.empty()) throw Failure(findings.errors.front());
-  std::vector<std::string> warnings = album.warnings;
+  std::vector<std::string> warnings = output.leftByOthers();
+  warnings.insert(warnings.end(), album.warnings.begin(), album.warnings.end());
   warnings.insert(warnings.end(), findings.warnings.begin(), findings.warnings.end());
   if (const std::string older = output.olderPortableSheet(); !older.empty()) {
     warnings.push_back(disc::inQuotes(older) + " was made for an older " +
@@ -119,7 +121,7 @@ int run(const Options& options) {
   const SinkConfig config = sinkConfig(options, album);
   const TrackPlan plan = planTracks(config, album.project.marks, album.frames());
   const std::vector<MarkFate> marks = fatesOf(album, plan, options.hash_markers_only);
-  const std::vector<std::string> warnings = checked(options, config, album, plan, marks, output);
+  std::vector<std::string> warnings = checked(options, config, album, plan, marks, output);
   printWarnings(options, warnings);
 
   std::optional<PortableSheet> portable;
@@ -139,6 +141,11 @@ int run(const Options& options) {
   const BurnResult* const burned = burn ? &burn->result() : nullptr;
   const RenderOutcome outcome =
       renderAlbum(module.sink(), config, album, plan, options, output.workingSheet());
+  // Said whatever was asked for: of all that can be wrong with a disc this is audible.
+  for (const std::string& clips : clippingWarnings(album, outcome.inputs)) {
+    printWarning(clips);
+    warnings.push_back(clips);
+  }
   if (!burn) stopIfInterrupted();
   delivery.afterRender(outcome, burned && burned->image_deleted);
 

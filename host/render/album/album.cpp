@@ -61,6 +61,24 @@ void placeInputs(Album& album, std::vector<InputInfo> infos) {
   album.render_end = at;
 }
 
+/// Files older than Unicode have texts in the encoding of the system they were made on, which
+/// nothing tells.
+void warnOfConvertedTexts(Album& album) {
+  for (const AlbumInput& input : album.inputs) {
+    std::vector<std::string> quoted;
+    for (const std::string& text : input.info.tags.converted) {
+      const std::string name = disc::inQuotes(text);
+      if (std::find(quoted.begin(), quoted.end(), name) == quoted.end()) quoted.push_back(name);
+    }
+    if (quoted.empty()) continue;
+    const bool one = quoted.size() == 1;
+    album.warnings.push_back(
+        disc::listed(quoted) + " in " + disc::inQuotes(input.info.path) +
+        (one ? " is no UTF-8 there and is read as Windows-1252; look whether it is right"
+             : " are no UTF-8 there and are read as Windows-1252; look whether they are right"));
+  }
+}
+
 /// Refuses a time like 01:02:03 where both of its readings lie inside the album: a track an hour
 /// from its place would be noticed by nobody before the disc is played.
 void refuseTwoFacedTimes(const std::vector<TwoFacedTime>& times, const Album& album) {
@@ -105,6 +123,7 @@ Album layOutAlbum(const Options& options, std::vector<InputInfo> infos) {
   placeInputs(album, std::move(infos));
   refuseTwoFacedTimes(options.two_faced_times, album);
   setRange(options, album);
+  warnOfConvertedTexts(album);
   const std::vector<Mark> given = givenMarks(options, album);
   album.track_mode = options.track_mode ? *options.track_mode : modeFor(given, album.warnings);
   const AlbumTexts texts = discTexts(options.texts, album.inputs);

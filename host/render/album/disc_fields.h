@@ -20,4 +20,7 @@ AlbumTexts discTexts(const AlbumTexts& given, const std::vector<AlbumInput>& inp
 std::vector<std::pair<std::string, std::string>> sinkMetadata(const AlbumTexts& texts,
                                                               std::vector<std::string>& warnings);
 
+/// What the field under such a key is called in messages: "disc's title".
+std::string fieldForPeople(const std::string& key);
+
 }  // namespace velmor::render

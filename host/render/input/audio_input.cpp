@@ -9,14 +9,13 @@
 #include "disc/audio/sound_file.h"
 #include "disc/audio/source_format.h"
 #include "disc/failure.h"
-#include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
+#include "host/render/input/dithered_input.h"
 #include "host/render/input/formats/plain_pcm.h"
 #include "host/render/input/marks/embedded_marks.h"
 #include "host/render/input/marks/vorbis_comments.h"
 #include "host/render/input/resampler.h"
-#include "host/render/input/tpdf_dither.h"
 
 namespace velmor::render {
 namespace {
@@ -26,9 +25,9 @@ constexpr size_t kBlockFrames = 16384;
 constexpr size_t kBlockSamples = 4 * kBlockFrames;
 constexpr int kDiscBits = 16;
 
-std::string textIn(SNDFILE* file, int kind) {
+std::string textIn(SNDFILE* file, int kind, Tags& tags) {
   const char* text = sf_get_string(file, kind);
-  return text ? disc::asLineOfText(text) : std::string();
+  return text ? tags.read(text) : std::string();
 }
 
 InputInfo describe(const std::string& path, const disc::SoundFile& sound) {
@@ -36,15 +35,18 @@ InputInfo describe(const std::string& path, const disc::SoundFile& sound) {
   InputInfo info;
   info.path = path;
   info.format = disc::formatName(sound.info().format);
+  info.coding = disc::codingName(sound.info().format);
   info.rate = sound.info().samplerate;
   info.channels = sound.info().channels;
   info.bits = disc::integerBits(sound.info().format);
   info.frames = framesAtDiscRate(sound.info().frames, sound.info().samplerate);
-  info.tags.title = textIn(file, SF_STR_TITLE);
-  info.tags.artist = textIn(file, SF_STR_ARTIST);
-  info.tags.album = textIn(file, SF_STR_ALBUM);
+  info.tags.title = textIn(file, SF_STR_TITLE, info.tags);
+  info.tags.artist = textIn(file, SF_STR_ARTIST, info.tags);
+  info.tags.album = textIn(file, SF_STR_ALBUM, info.tags);
+  info.tags.date = textIn(file, SF_STR_DATE, info.tags);
+  info.tags.genre = textIn(file, SF_STR_GENRE, info.tags);
   addVorbisComments(vorbisCommentsIn(sound.bytes()), info.tags);
-  info.marks = embeddedMarks(file, sound.info(), sound.bytes());
+  info.marks = embeddedMarks(file, sound.info(), sound.bytes(), info.tags.converted);
   sound.checkReading();  // or a mark would be missing that nobody misses
   return info;
 }
@@ -257,29 +259,6 @@ class ResampledInput : public AudioInput {
   int64_t m_delivered = 0;
 };
 
-/// Another input with dither on it.
-class DitheredInput : public AudioInput {
- public:
-  explicit DitheredInput(std::unique_ptr<AudioInput> source) : m_source(std::move(source)) {}
-
-  const InputInfo& info() const override { return m_source->info(); }
-  size_t read(double* left, double* right, size_t frames) override {
-    const size_t done = m_source->read(left, right, frames);
-    m_left_dither.add(left, done);
-    if (info().channels == 1) {
-      std::copy_n(left, done, right);
-    } else {
-      m_right_dither.add(right, done);
-    }
-    return done;
-  }
-
- private:
-  std::unique_ptr<AudioInput> m_source;
-  TpdfDither m_left_dither{1};
-  TpdfDither m_right_dither{0x5851f42d4c957f2dU};
-};
-
 }  // namespace
 
 void AudioInput::readStretch(AudioStretch& stretch, size_t frames) {
@@ -294,7 +273,9 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
     throw Failure(disc::inQuotes(path) + " is shorter than one frame at 44100 Hz; leave it out");
   }
   const bool resampled = info.rate != disc::kSampleRate;
-  const bool exact = !resampled && info.bits > 0 && info.bits <= kDiscBits;
+  if (resampled || info.bits == 0 || info.bits > kDiscBits) {
+    info.to_16_bits = dither == Dither::kTpdf ? To16Bits::kDithered : To16Bits::kRounded;
+  }
   std::unique_ptr<AudioInput> input;
   if (!resampled) {
     input = std::make_unique<PlainInput>(std::move(info), std::move(sound));
@@ -306,8 +287,8 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
                     "; convert it first");
     }
   }
-  if (dither == Dither::kTpdf && !exact) input = std::make_unique<DitheredInput>(std::move(input));
-  return input;
+  if (input->info().to_16_bits != To16Bits::kDithered) return input;
+  return std::make_unique<DitheredInput>(std::move(input));
 }
 
 }  // namespace velmor::render

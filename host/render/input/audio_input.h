@@ -18,13 +18,22 @@ namespace velmor::render {
 
 enum class Dither { kNone, kTpdf };
 
+/// What makes 16 bits of a source's samples.
+enum class To16Bits {
+  kExact,    ///< nothing: they fit
+  kRounded,  ///< each goes to the nearest step
+  kDithered  ///< triangular noise first, but not where they fit for a while
+};
+
 struct InputInfo {
   std::string path;
   std::string format;  ///< for people: "WAV, 24 bit", "FLAC, 16 bit", …
+  std::string coding;  ///< likewise, of the samples alone: "24 bit"
   int rate = 0;        ///< Hz, of the file
   int channels = 0;    ///< of the file
   int bits = 0;        ///< of integer samples; 0: floating point or lossy
   int64_t frames = 0;  ///< at the disc's rate, exactly what `read` delivers in all
+  To16Bits to_16_bits = To16Bits::kExact;
   Tags tags;
   std::vector<Mark> marks;  ///< cue points, labels and regions of the file, in ascending start
 };
@@ -46,6 +55,8 @@ class AudioInput {
   virtual size_t read(double* left, double* right, size_t frames) = 0;
   /// The same for who decodes later, or elsewhere: `stretch` has 0 frames at the end.
   virtual void readStretch(AudioStretch& stretch, size_t frames);
+  /// Whether any sample that was read so far has got dither, or one close behind it.
+  virtual bool hasAddedDither() const { return false; }
 
  protected:
   AudioInput() = default;

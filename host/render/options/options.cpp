@@ -9,10 +9,12 @@
 
 #include "disc/codes/isrc.h"
 #include "disc/failure.h"
+#include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/units/disc_limits.h"
 #include "disc/version.h"
 #include "host/render/input/marks/mark_parsing.h"
+#include "host/render/options/nearest_name.h"
 #include "host/render/options/number_checks.h"
 #include "host/render/options/settings_file.h"
 #include "host/render/options/usage_error.h"
@@ -38,7 +40,8 @@ The module keeps its settings in )";
 /// What CLI11 collects as text, before it becomes `Options`.
 struct RawOptions {
   std::string track_mode;
-  std::string dither = "none";
+  std::string dither = "tpdf";
+  bool no_dither = false;
   std::vector<std::string> isrcs, markers, regions, metas;
   std::string start, end;
   bool no_embedded_markers = false;
@@ -151,9 +154,14 @@ void addTextOptions(CLI::App& app, Options& options, RawOptions& raw) {
 void addRenderOptions(CLI::App& app, Options& options, RawOptions& raw) {
   app.add_option("--start", raw.start, "render from here")->type_name("TIME")->group("Render");
   app.add_option("--end", raw.end, "render up to here")->type_name("TIME")->group("Render");
-  app.add_option("--dither", raw.dither, "none, or tpdf for sources of more than 16 bits")
-      ->check(CLI::IsMember({"none", "tpdf"}))
-      ->type_name("KIND")
+  CLI::Option* const dither =
+      app.add_option("--dither", raw.dither,
+                     "tpdf for sources of more than 16 bits or another rate (the default), or none")
+          ->check(CLI::IsMember({"none", "tpdf"}))
+          ->type_name("KIND")
+          ->group("Render");
+  app.add_flag("--no-dither", raw.no_dither, "round them to 16 bits: --dither none")
+      ->excludes(dither)
       ->group("Render");
   app.add_option("--block", options.block, "frames handed to the module at a time")
       ->check(wholeNumber(1, kLargestBlock, "number of frames", "give one such as 1024"))
@@ -164,7 +172,8 @@ void addRenderOptions(CLI::App& app, Options& options, RawOptions& raw) {
       ->type_name("PATH")
       ->group("Render");
   app.add_flag("--json", options.json, "print the result as JSON")->group("Render");
-  app.add_flag("--quiet", options.quiet, "print errors only")->group("Render");
+  app.add_flag("--quiet", options.quiet, "print errors, and which inputs clip, only")
+      ->group("Render");
 }
 
 std::pair<std::string, std::string> splitAssignment(const std::string& text, const char* option,
@@ -206,7 +215,8 @@ void readRaw(const RawOptions& raw, Options& options) {
   if (raw.track_mode == "markers") options.track_mode = kTracksFromMarkers;
   if (raw.track_mode == "regions") options.track_mode = kTracksFromRegions;
   if (raw.track_mode == "one") options.track_mode = kOneTrack;
-  options.dither = raw.dither == "tpdf" ? Dither::kTpdf : Dither::kNone;
+  const bool dithers = raw.dither == "tpdf" && !raw.no_dither;
+  options.dither = dithers ? Dither::kTpdf : Dither::kNone;
   options.embedded_markers = !raw.no_embedded_markers;
   readIsrcs(raw, options);
   for (const std::string& text : raw.metas) {
@@ -225,6 +235,31 @@ void readRaw(const RawOptions& raw, Options& options) {
     throw UsageError("--end " + disc::inQuotes(raw.end) + " does not lie after --start " +
                      disc::inQuotes(raw.start));
   }
+}
+
+/// The long names of all options, without dashes.
+std::vector<std::string> longNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::Option* const option : app.get_options()) {
+    const std::vector<std::string>& more = option->get_lnames();
+    names.insert(names.end(), more.begin(), more.end());
+  }
+  return names;
+}
+
+/// What to say of the first option on the command line that is none. Nothing when there is no such:
+/// then something else is wrong.
+std::optional<std::string> misspeltOption(const CLI::App& app) {
+  for (const std::string& word : app.remaining()) {
+    const std::string option = word.substr(0, word.find('='));
+    const size_t name_at = option.find_first_not_of('-');
+    if (name_at == 0 || name_at == std::string::npos) continue;
+    const std::string name = option.substr(name_at);
+    const std::string fault = "there is no option " + disc::printable(option);
+    const auto nearest = nearestName(name, longNames(app));
+    return nearest ? fault + "; did you mean --" + *nearest + "?" : fault;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -269,7 +304,10 @@ std::optional<Options> CommandLineParser::parse(int argc, char** argv) {
     printf("%s\n", version.what());
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
-    throw UsageError(disc::asClause(error.what()) + "; --help lists the options");
+    // Before what is missing, too: an --ouput is no output.
+    const auto misspelt = misspeltOption(app);
+    throw UsageError(misspelt.value_or(disc::asClause(error.what())) +
+                     (misspelt && misspelt->back() == '?' ? "" : "; --help lists the options"));
   } catch (const Failure& error) {  // a time, marker or region that is none
     throw UsageError(error.what());
   }

@@ -40,7 +40,7 @@ struct Options {
   std::optional<double> start, end;  ///< timeline seconds
   /// Those of the times above that may have been meant otherwise.
   std::vector<TwoFacedTime> two_faced_times;
-  Dither dither = Dither::kNone;
+  Dither dither = Dither::kTpdf;
   int block = 1024;  ///< frames
 
   std::string module;  ///< path; empty: the one that came with the program

@@ -65,6 +65,7 @@ OutputPair::OutputPair(const std::string& output, bool force,
   checkName();
   checkTargets(inputs);
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
+  m_left_by_others = WorkingFolder::removeAbandoned(parent);
   m_folder.emplace(parent);
 }
 
@@ -153,7 +154,7 @@ std::string OutputPair::takeBack(std::deque<disc::Placement>& placed) noexcept {
 
 void OutputPair::commit() {
   checkOld();  // again, since another program may have written there during the render
-  const fs::path old_folder = m_folder->path() / "replaced";
+  const fs::path old_folder = m_folder->replaced();
   std::error_code error;
   if (!fs::create_directory(old_folder, error)) throw cannotPlace(m_sheet, error);
   std::vector<std::pair<fs::path, fs::path>> files = {{workingImage(), m_image},
@@ -171,7 +172,7 @@ void OutputPair::commit() {
     const Failure failure = cannotPlace(refusal.path1(), refusal.code());
     if (kept.empty()) throw failure;
     throw Failure(std::string(failure.what()) + "; the old files are kept in " +
-                  quotedPath(fs::path(kept) / "replaced"));
+                  quotedPath(old_folder));
   } catch (...) {
     takeBack(placed);
     throw;
@@ -181,13 +182,11 @@ void OutputPair::commit() {
 
 bool OutputPair::commitAndKeepWorkingNames() {
   std::error_code error;
-  const fs::path trial = m_folder->path() / "names";
+  const fs::path trial = m_folder->files() / "names";
   fs::create_directory_symlink(".", trial, error);
   if (error) return false;
   commit();
-  // The working folder becomes another name of the folder that the pair is in now.
-  m_folder->remove();
-  fs::create_directory_symlink(".", m_folder->path(), error);
+  m_folder->nameParent();
   return true;
 }
 

@@ -8,7 +8,6 @@
 #include <string_view>
 #include <utility>
 
-#include "disc/text/line_of_text.h"
 #include "host/render/input/formats/flac_blocks.h"
 #include "host/render/input/marks/wav_marks.h"
 
@@ -100,7 +99,7 @@ std::vector<WavMark> aiffMarks(SNDFILE* file) {
     SF_CUE_POINT point;
     std::memcpy(&point, record.data() + sizeof count + i * sizeof point, sizeof point);
     const std::string_view name(point.name, ::strnlen(point.name, sizeof point.name));
-    marks.push_back({point.sample_offset, 0, disc::asLineOfText(name)});
+    marks.push_back({point.sample_offset, 0, fileText(name)});
   }
   std::stable_sort(marks.begin(), marks.end(),
                    [](const WavMark& a, const WavMark& b) { return a.start < b.start; });
@@ -125,7 +124,8 @@ std::vector<WavMark> marksInFrames(SNDFILE* file, const SF_INFO& info,
 
 }  // namespace
 
-std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const disc::FileBytes& bytes) {
+std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const disc::FileBytes& bytes,
+                                std::vector<std::string>& converted) {
   std::vector<Mark> marks;
   const double rate = info.samplerate;
   for (WavMark& found : marksInFrames(file, info, bytes)) {
@@ -134,7 +134,8 @@ std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const disc::
     mark.start = static_cast<double>(found.start) / rate;
     const int64_t end = std::min<int64_t>(found.start + found.length, info.frames);
     if (found.length > 0 && end > found.start) mark.end = static_cast<double>(end) / rate;
-    mark.name = std::move(found.name);
+    if (found.name.was_converted) converted.push_back(found.name.text);
+    mark.name = std::move(found.name.text);
     marks.push_back(std::move(mark));
   }
   return marks;

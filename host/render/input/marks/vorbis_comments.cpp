@@ -94,11 +94,11 @@ std::optional<std::string_view> valueOf(std::string_view comment, std::string_vi
 
 void addComment(std::string_view comment, Tags& tags) {
   if (const auto composer = valueOf(comment, "COMPOSER")) {
-    const std::string name = disc::asLineOfText(*composer);
+    const std::string name = tags.read(*composer);
     if (!name.empty() && !tags.songwriter.empty()) tags.songwriter += ", ";
     tags.songwriter += name;
   } else if (const auto code = valueOf(comment, "ISRC"); code && tags.isrc.empty()) {
-    tags.isrc = disc::normalisedIsrc(disc::asLineOfText(*code)).value_or("");
+    tags.isrc = disc::normalisedIsrc(tags.read(*code)).value_or("");
   }
 }
 

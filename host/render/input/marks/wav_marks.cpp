@@ -5,7 +5,6 @@
 #include <unordered_map>
 
 #include "disc/audio/file_bytes.h"
-#include "disc/text/line_of_text.h"
 
 namespace velmor::render {
 namespace {
@@ -19,7 +18,7 @@ constexpr size_t kRegionHeaderSize =
 
 /// What an associated data list says of one cue point.
 struct Annotation {
-  std::string label, region_text, note;
+  FileText label, region_text, note;
   uint32_t length = 0;
 };
 using Annotations = std::unordered_map<uint32_t, Annotation>;
@@ -34,8 +33,8 @@ uint32_t numberAt(Bytes bytes, size_t at, ByteOrder order) {
   return value;
 }
 
-void setOnce(std::string& text, Bytes bytes) {
-  if (text.empty()) text = disc::asLineOfText(disc::charactersOf(bytes));
+void setOnce(FileText& text, Bytes bytes) {
+  if (text.text.empty()) text = fileText(disc::charactersOf(bytes));
 }
 
 void annotate(Annotations& annotations, std::string_view id, Bytes body, ByteOrder order) {
@@ -72,9 +71,9 @@ void readList(Annotations& annotations, Bytes list, ByteOrder order) {
   }
 }
 
-std::string nameIn(const Annotation& annotation) {
-  if (!annotation.label.empty()) return annotation.label;
-  return annotation.region_text.empty() ? annotation.note : annotation.region_text;
+FileText nameIn(const Annotation& annotation) {
+  if (!annotation.label.text.empty()) return annotation.label;
+  return annotation.region_text.text.empty() ? annotation.note : annotation.region_text;
 }
 
 }  // namespace
