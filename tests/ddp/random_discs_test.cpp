@@ -145,7 +145,7 @@ TEST_P(RandomDiscs, HaveTheDescriptorsThatASecondWriterGivesThem) {
     const RandomDisc disc(GetParam() * 1000 + i);
     const PreparedSet set = prepared(disc);
     ASSERT_FALSE(set.refused()) << set.report.findings.front().what << '\n' << disc.sheet();
-    const ddp_model::ModelSet model = ddp_model::makeSet(disc.disc());
+    const ddp_model::ModelSet model = ddp_model::makeSet(disc.disc(), ddp_model::CdText::kWritten);
     const std::string pq = pqBytes(set.layout.set);
     ASSERT_EQ(identifierBytes(set.layout.set), model.identifier) << disc.sheet();
     ASSERT_EQ(mapBytes(set.layout.set, set.text_packs.size(), pq.size()), model.map)
