@@ -68,6 +68,14 @@ const Feature kFeatures[] = {
      [](const ModelDisc& disc) {
        return hasPregap(disc.tracks[0]) && disc.tracks[0].indices[1].sector > 150;
      }},
+    {"audio before a track 1 without a pause",
+     [](const ModelDisc& disc) {
+       return !hasPregap(disc.tracks[0]) && disc.tracks[0].indices[0].sector > 0;
+     }},
+    {"a pause before track 1 of four digits",
+     [](const ModelDisc& disc) {
+       return hasPregap(disc.tracks[0]) && disc.tracks[0].indices[1].sector > 999;
+     }},
     {"a pregap of a later track",
      [](const ModelDisc& disc) {
        return std::any_of(disc.tracks.begin() + 1, disc.tracks.end(), hasPregap);

@@ -31,20 +31,16 @@ constexpr int64_t kBytesOfSector = 2352;
 /// Images up to this length make the sets that every run writes whole.
 constexpr int64_t kShortImage = 8 << 20;
 
-ModelDisc discOf(unsigned hundred, unsigned place) {
-  return ddp_model::randomDisc(hundred * 100 + place);
-}
-
-/// The place of the first disc of a hundred that has a short image.
+/// The number of the first disc of a hundred that has a short image.
 unsigned shortDiscOf(unsigned hundred) {
-  unsigned place = 0;
-  while (discOf(hundred, place).image_bytes > kShortImage) ++place;
-  return place;
+  unsigned number = hundred * 100;
+  while (ddp_model::randomDisc(number).image_bytes > kShortImage) ++number;
+  return number;
 }
 
 /// Every third disc is written without its texts.
-CdText cdTextOf(unsigned place) {
-  return place % 3 == 2 ? CdText::kLeftOut : CdText::kWritten;
+CdText cdTextOf(unsigned number) {
+  return number % 3 == 2 ? CdText::kLeftOut : CdText::kWritten;
 }
 
 /// The files of a set but for the lists of check sums, which are made of these.
@@ -82,13 +78,13 @@ class RandomDiscs : public testing::TestWithParam<unsigned> {
     return prepareSet(m_folder / sheet, options);
   }
 
-  void compareFiles(unsigned place) const {
-    const ModelDisc disc = discOf(GetParam(), place);
-    const ModelSet model = ddp_model::makeSet(disc, cdTextOf(place));
+  void compareFiles(unsigned number) const {
+    const ModelDisc disc = ddp_model::randomDisc(number);
+    const ModelSet model = ddp_model::makeSet(disc, cdTextOf(number));
     const std::string image = countingFrames(disc.image_bytes / 4);
     writeFile(m_folder / "r.cue", ddp_model::sheetOf(disc, "r.bin"));
     writeFile(m_folder / "r.bin", image);
-    writeSet(preparedFrom("r.cue", cdTextOf(place)), "set");
+    writeSet(preparedFrom("r.cue", cdTextOf(number)), "set");
     const std::string set = m_folder.file("set");
     for (const auto& [name, bytes] : filesOf(model, image))
       ASSERT_TRUE(readFile(m_folder / "set" / name) == bytes) << name << " of\n"
@@ -107,13 +103,14 @@ class RandomDiscs : public testing::TestWithParam<unsigned> {
 };
 
 TEST_P(RandomDiscs, HaveTheDescriptorsThatASecondWriterGivesThem) {
-  for (unsigned place = 0; place < 100; ++place) {
-    const ModelDisc disc = discOf(GetParam(), place);
-    const PreparedSet set = prepared(disc, cdTextOf(place));
+  for (unsigned i = 0; i < 100; ++i) {
+    const unsigned number = GetParam() * 100 + i;
+    const ModelDisc disc = ddp_model::randomDisc(number);
+    const PreparedSet set = prepared(disc, cdTextOf(number));
     const std::string sheet = readFile(m_folder / "r.cue");
     ASSERT_FALSE(set.refused()) << set.report.findings.front().what << '\n' << sheet;
     EXPECT_THAT(set.changes, testing::IsEmpty());
-    const ModelSet model = ddp_model::makeSet(disc, cdTextOf(place));
+    const ModelSet model = ddp_model::makeSet(disc, cdTextOf(number));
     const std::string pq = pqBytes(set.layout.set);
     ASSERT_EQ(identifierBytes(set.layout.set), model.identifier) << sheet;
     ASSERT_EQ(mapBytes(set.layout.set, set.text_packs.size(), pq.size()), model.map) << sheet;
@@ -129,7 +126,7 @@ TEST_P(RandomDiscs, HaveTheFilesThatASecondWriterGivesThem) {
     compareFiles(shortDiscOf(GetParam()));
     return;
   }
-  for (unsigned place = 0; place < 100 && !HasFatalFailure(); ++place) compareFiles(place);
+  for (unsigned i = 0; i < 100 && !HasFatalFailure(); ++i) compareFiles(GetParam() * 100 + i);
 }
 
 INSTANTIATE_TEST_SUITE_P(Hundreds, RandomDiscs, testing::Range(0U, kHundreds));
@@ -137,7 +134,7 @@ INSTANTIATE_TEST_SUITE_P(Hundreds, RandomDiscs, testing::Range(0U, kHundreds));
 using ShortRandomDisc = RandomDiscs;
 
 TEST_P(ShortRandomDisc, IsTheSameSetOnceMoreWhenTakenApartAndWrittenAgain) {
-  const ModelDisc disc = discOf(GetParam(), shortDiscOf(GetParam()));
+  const ModelDisc disc = ddp_model::randomDisc(shortDiscOf(GetParam()));
   prepared(disc);
   writeFile(m_folder / "r.bin", countingFrames(disc.image_bytes / 4));
   writeSet(preparedFrom("r.cue", CdText::kWritten), "set");

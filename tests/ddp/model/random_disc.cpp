@@ -88,7 +88,9 @@ class Drawing {
     ModelTrack track;
     if (chance(50)) {
       track.indices.push_back({0, m_at});
-      m_at += upTo(first ? 150 : 1, 400);
+      m_at += first ? upTo(150, chance(10) ? 9999 : 400) : upTo(1, 400);
+    } else if (first && chance(30)) {
+      m_at = upTo(1, 300);
     }
     const int64_t start = m_at;
     track.indices.push_back({1, start});
