@@ -90,6 +90,9 @@ def main():
         table.below("velmor-render --version", 1000 * table.times["start-up"], 10, " ms")
     table.at_most("a set for a plant, beside cp and md5sum of its image", "set-write", "copy-and-md5sum", 1.2)
     table.at_most("checking a set, beside md5sum of its audio", "set-check", "md5sum", 1.2)
+    if "scan" in table.times and "loudness-alone" in table.times:
+        table.times["scans and loudness"] = 3 * table.times["scan"] + table.times["loudness-alone"]
+    table.at_most("a page of 80 minutes, beside three scans and libebur128's own time", "page", "scans and loudness", 1)
     memory = os.path.join(folder, "memory")
     if os.path.exists(memory):
         with open(memory, encoding="utf-8") as file:
