@@ -48,7 +48,7 @@ render_album() {
 
 measure_programs() {
   say "Building"
-  configure_and_build release velmor_cd velmor-render velmor-cdcheck velmor-ddp | tail -n 1
+  configure_and_build release velmor_cd velmor-render velmor-ddp velmor-cdcheck velmor-loudness-alone | tail -n 1
   say "Writing an album of 80 minutes, 24 bit"
   python3 scripts/bench_wav.py "$data/album.wav" 80
   # Its 80 minutes are one sector more than a disc of 80 minutes holds.
@@ -80,6 +80,7 @@ measure_programs() {
   rm -f "$data"/album.{cdr,raw} "$data"/copy.bin
   measure_sets
   measure_checker
+  measure_page
   rm -f "$data"/album.{bin,cue}
   hyperfine -N --warmup 5 --runs 100 --style basic --export-json "$folder/programs-start.json" \
     -n start-up "build/release/velmor-render --version" >"$folder/programs-start.log" 2>&1
@@ -125,6 +126,23 @@ measure_checker() {
     }
   done
   rm -f "$data/tracks.cue"
+}
+
+# The page of the same album, beside the checker without it and the loudness library by itself.
+measure_page() {
+  say "A page, two rounds"
+  local round
+  for round in 1 2; do
+    hyperfine --runs 1 --style basic --ignore-failure --export-json "$folder/programs-page-$round.json" \
+      -n scan "build/release/velmor-cdcheck '$data/album.cue'" \
+      -n loudness-alone "build/release/bench/velmor-loudness-alone '$data/album.bin'" \
+      -n page "build/release/velmor-cdcheck '$data/album.cue' --html '$data/page.html' --force" \
+      >"$folder/programs-page-$round.log" 2>&1 || {
+      cat "$folder/programs-page-$round.log" >&2
+      fail "a program failed; the lines above say why"
+    }
+  done
+  rm -f "$data/page.html"
 }
 
 [ "$what" = programs ] || measure_parts

@@ -95,6 +95,9 @@ def main():
     table.at_most("velmor-cdcheck's processor time, beside cat of the image", "check cpu", "cat cpu", 1.3)
     if "check-tracks" in table.times:
         table.below("velmor-cdcheck on 16 MiB of TRACK lines", table.times["check-tracks"], 1, " s")
+    if "scan" in table.times and "loudness-alone" in table.times:
+        table.times["scans and loudness"] = 3 * table.times["scan"] + table.times["loudness-alone"]
+    table.at_most("a page of 80 minutes, beside three scans and libebur128's own time", "page", "scans and loudness", 1)
     memory = os.path.join(folder, "memory")
     if os.path.exists(memory):
         with open(memory, encoding="utf-8") as file:

@@ -23,6 +23,7 @@
 #include "host/render/options/usage_error.h"
 #include "host/render/output/ddp_set.h"
 #include "host/render/output/delivery.h"
+#include "host/render/output/html_page.h"
 #include "host/render/output/input_treatment.h"
 #include "host/render/output/output_pair.h"
 #include "host/render/output/portable_sheet.h"
@@ -115,6 +116,8 @@ int run(const Options& options) {
   OutputPair output(options.output, options.force, inputFiles(options), options.portable_cue);
   std::optional<DdpOutput> ddp;
   if (!options.ddp.empty()) ddp.emplace(options, output);
+  std::optional<PageOutput> page;
+  if (!options.html.empty()) page.emplace(options, output);
   const ModuleLibrary module(options.module.empty() ? libraryOfProgram("velmor_cd.so")
                                                     : options.module);
   const Album album = layOutAlbum(options);
@@ -132,6 +135,7 @@ int run(const Options& options) {
       },
       [&](const std::string& sheet) {
         if (ddp) ddp->make(sheet, plan, !options.quiet);
+        if (page) page->make(sheet, output, plan, ddp ? &ddp->made() : nullptr, !options.quiet);
       });
   std::unique_ptr<BurnSession> burn;
   if (options.burn.wanted) {
@@ -150,12 +154,15 @@ int run(const Options& options) {
   delivery.afterRender(outcome, burned && burned->image_deleted);
 
   const FinishedFiles& files = delivery.files();
-  tell(options, {album, plan, marks, files.sheet, outcome, output.sheet(), output.image(),
-                 files.sheet_bytes, files.image_bytes, warnings, burned,
-                 portable ? &*portable : nullptr, ddp ? &ddp->made() : nullptr});
+  tell(options,
+       {album, plan, marks, files.sheet, outcome, output.sheet(), output.image(), files.sheet_bytes,
+        files.image_bytes, warnings, burned, portable ? &*portable : nullptr,
+        ddp ? &ddp->made() : nullptr, page ? &page->made() : nullptr});
   const int portable_status = portable ? portableStatus(*portable) : 0;
   const int ddp_status = ddp ? ddpStatus(ddp->made()) : 0;
-  const int status = ddp_status != 0 ? ddp_status : portable_status;
+  const int page_status = page ? pageStatus(page->made()) : 0;
+  int status = ddp_status != 0 ? ddp_status : portable_status;
+  if (page_status != 0) status = page_status;
   const int burn_status = burned ? burnStatus(*burned, output.image()) : 0;
   return burn_status != 0 ? burn_status : status;
 }

@@ -82,6 +82,9 @@ RequiredOptions addInputsAndOutput(CLI::App& app, Options& options) {
   app.add_option("--ddp", options.ddp,
                  "also make the DDP 2.00 set for a pressing plant in this new folder")
       ->type_name("DIR");
+  app.add_option("--html", options.html,
+                 "also write a page to look at: tracks, times, levels, findings")
+      ->type_name("PAGE.html");
   return required;
 }
 

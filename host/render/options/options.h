@@ -51,7 +51,8 @@ struct Options {
   BurnOptions burn;
   bool list_drives = false;  ///< and nothing else
   bool portable_cue = false;
-  std::string ddp;  ///< folder of the set for a plant; empty: none is wanted
+  std::string ddp;   ///< folder of the set for a plant; empty: none is wanted
+  std::string html;  ///< the page to look at; empty: none is wanted
 };
 
 /// Reads command lines, one after the other: a line knows nothing of the ones before.

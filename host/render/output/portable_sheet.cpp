@@ -16,6 +16,7 @@
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/options/options.h"
+#include "host/render/output/exact_starts.h"
 #include "host/render/terminal/messages.h"
 #include "host/render/terminal/progress.h"
 
@@ -35,12 +36,6 @@ check::Report checkSheet(const std::string& working, const std::string& final_pa
   check::Report report = check::check(working, options);
   report.sheet = final_path;
   return report;
-}
-
-check::ExactStarts startsOf(const TrackPlan& plan) {
-  check::ExactStarts starts;
-  for (const PlannedTrack& track : plan.tracks) starts.push_back(track.start_frame);
-  return starts;
 }
 
 nlohmann::ordered_json reportJson(const check::Report& report,

@@ -101,6 +101,12 @@ Json burnJson(const BurnResult& burn) {
   return json;
 }
 
+Json pageJson(const HtmlPage& page) {
+  Json json = {{"path", page.path}, {"written", page.failure.empty()}};
+  if (!page.failure.empty()) json["failure"] = page.failure;
+  return json;
+}
+
 void printBurn(const BurnResult& burn) {
   if (burn.written > 0) {
     printf("%s written by %s%s\n", disc::counted(burn.written, "disc").c_str(), burn.drive.c_str(),
@@ -139,6 +145,8 @@ void printReport(const RenderReport& report) {
   if (report.burn) printBurn(*report.burn);
   if (report.portable) printPortableSheet(*report.portable);
   if (report.ddp) printDdpSet(*report.ddp);
+  if (report.page && report.page->failure.empty())
+    printf("\n%s: a page to look at\n", report.page->path.c_str());
 }
 
 void printJsonReport(const RenderReport& report) {
@@ -165,6 +173,7 @@ void printJsonReport(const RenderReport& report) {
   if (report.burn) json["burn"] = burnJson(*report.burn);
   if (report.portable) json["portable_sheet"] = Json::parse(portableSheetJson(*report.portable));
   if (report.ddp) json["ddp_set"] = Json::parse(ddpSetJson(*report.ddp));
+  if (report.page) json["page"] = pageJson(*report.page);
   printf("%s\n", dumped(json).c_str());
 }
 

@@ -2,12 +2,10 @@
 // apart.
 
 #include <CLI/CLI.hpp>
-#include <cerrno>
 #include <filesystem>
 #include <functional>
 #include <iostream>
 #include <string>
-#include <system_error>
 
 #include "check/report/report_text.h"
 #include "ddp/check/checked_set.h"
@@ -23,6 +21,7 @@
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 #include "disc/version.h"
+#include "programs/set_check.h"
 
 namespace {
 
@@ -37,19 +36,12 @@ constexpr int kUsage = 2;
 struct Arguments {
   std::string sheet, set;      ///< what is read
   std::string output, tracks;  ///< what is written
-  std::string master_id;
+  std::string master_id, page;
   bool no_cd_text = false, force = false, json = false;
 };
 
 void printMessage(const std::string& text) {
   std::cerr << kProgram << ": " << text << '\n';
-}
-
-/// Scripts go by the exit status: a full disk must not look like a sound set.
-void flushOutput() {
-  if (!std::cout.flush())
-    throw velmor::Failure("the report cannot be written to standard output: " +
-                          std::generic_category().message(errno) + "; give it another place");
 }
 
 /// What was read is sound; what cannot be written is another failure. False after its message.
@@ -94,7 +86,7 @@ int write(const Arguments& a) {
   const PreparedSet set = prepareSet(a.sheet, options);
   if (set.refused()) {
     velmor::check::printErrors(set.report, std::cout);
-    flushOutput();
+    velmor::programs::flushReport();
     printMessage("no set was made of " + disc::inQuotes(a.sheet) +
                  "; nothing was written; mend what stands above");
     return kFailed;
@@ -110,8 +102,18 @@ int write(const Arguments& a) {
   std::cout << "written: " << disc::printable(a.output) << ", "
             << disc::counted(static_cast<int64_t>(set.layout.set.tracks.size()), "track") << ", "
             << disc::msfText(sectors) << '\n';
-  flushOutput();
+  velmor::programs::flushReport();
   return 0;
+}
+
+int check(const Arguments& a) {
+  velmor::programs::SetCheck wanted;
+  wanted.program = kProgram;
+  wanted.set = a.set;
+  wanted.page = a.page;
+  wanted.json = a.json;
+  wanted.force = a.force;
+  return velmor::programs::checkSet(wanted);
 }
 
 CheckedSet checked(const Arguments& a) {
@@ -121,21 +123,11 @@ CheckedSet checked(const Arguments& a) {
   return checkSet(a.set, options);
 }
 
-int check(const Arguments& a) {
-  const CheckedSet set = checked(a);
-  if (a.json)
-    printSetJson(set, std::cout);
-  else
-    printSet(set, std::cout);
-  flushOutput();
-  return set.ready() ? 0 : kFailed;
-}
-
 int extract(const Arguments& a) {
   const CheckedSet set = checked(a);
   if (!set.ready()) {
     printSet(set, std::cout);
-    flushOutput();
+    velmor::programs::flushReport();
     printMessage("nothing was taken from " + disc::inQuotes(a.set) +
                  ", since it has errors; they stand above");
     return kFailed;
@@ -150,7 +142,7 @@ int extract(const Arguments& a) {
   if (!written) return kFailed;
   for (const std::string& change : extracted.changes) std::cout << "changed: " << change << '\n';
   for (const fs::path& path : extracted.written) std::cout << "written: " << path.string() << '\n';
-  flushOutput();
+  velmor::programs::flushReport();
   return 0;
 }
 
@@ -178,6 +170,9 @@ void describeWrite(CLI::App& app, Arguments& a) {
 void describeCheck(CLI::App& app, Arguments& a) {
   app.add_option("DIR", a.set, "the folder with DDPID and DDPMS")->required()->type_name("");
   app.add_flag("--json", a.json, "print the report as one JSON object");
+  app.add_option("--html", a.page, "also write a page to look at: tracks, times, levels, findings")
+      ->type_name("PAGE.html");
+  app.add_flag("--force", a.force, "replace the page where there is one");
 }
 
 void describeExtract(CLI::App& app, Arguments& a) {
