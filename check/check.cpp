@@ -86,8 +86,8 @@ Report check(disc::Sheet sheet, const std::filesystem::path& name, const CheckOp
   report.disc = openDisc(std::move(sheet), name);
   if (options.samples) scanImages(report.disc, options);
   Findings findings(options.readers);
-  for (const auto group :
-       {checkSyntax, checkTexts, checkCodes, checkTracks, checkLayout, checkImages, checkAudio})
+  for (const auto group : {checkSyntax, checkTexts, checkCodes, checkTracks, checkLayout,
+                           checkImages, checkAudio, checkSound})
     group(report.disc, findings);
   report.findings = std::move(findings).sorted();
   keepErrorsOfNoSheet(report.findings);

@@ -44,6 +44,7 @@ class ReportTest : public testing::Test {
 };
 
 TEST_F(ReportTest, HasNothingToSayAboutASoundDisc) {
+  TestImage(1500).silence(375 * 588, 525 * 588).fadeIn(525 * 588).write(m_folder / "image.bin");
   const Report report = reportOn("FILE \"image.bin\" BINARY\r\n" + track(1, "INDEX 01 00:00:00") +
                                  track(2, "INDEX 00 00:05:00\r\nINDEX 01 00:07:00"));
   EXPECT_TRUE(report.findings.empty()) << findingLine(report.findings.at(0));
