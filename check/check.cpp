@@ -48,14 +48,14 @@ std::string bytesOfSheet(const std::filesystem::path& path) {
 
 void scanImages(Disc& disc, const CheckOptions& options) {
   int64_t all = 0, before = 0;
-  for (const ImageFile& image : disc.images) all += image.dataBytes();
+  for (const ImageFile& image : disc.images) all += AudioMap::bytesToScan(image);
   for (size_t i = 0; i < disc.images.size(); ++i) {
     const ImageFile& image = disc.images[i];
     if (!image.readable()) continue;
     disc.audio[i] = AudioMap::scan(image, [&](int64_t done) {
       if (options.progress) options.progress(std::min(before + done, all), all);
     });
-    before += image.dataBytes();
+    before += AudioMap::bytesToScan(image);
   }
 }
 

@@ -77,6 +77,11 @@ void checkClipped(const Disc& disc, const std::vector<PlacedTrack>& placed, Find
 }
 
 void checkEnd(const Disc& disc, Findings& findings) {
+  // The silence at the end of another FILE is a pause between tracks.
+  const std::vector<bool> used = filesInUse(disc.sheet);
+  size_t last = 0;
+  for (size_t f = 0; f < disc.audio.size(); ++f)
+    if (used[f]) last = f;
   for (size_t f = 0; f < disc.audio.size(); ++f) {
     if (!disc.audio[f]) continue;
     const AudioMap& map = *disc.audio[f];
@@ -85,7 +90,8 @@ void checkEnd(const Disc& disc, Findings& findings) {
       findings.add(Severity::kError, "image-unreadable", {disc.sheet.files[f].name.line, 0},
                    "reading broke off at sector " + std::to_string(map.sectors()),
                    "Copy the image from its source again.");
-    if (silence >= kLongEnd && silence < map.sectors())
+    const bool end_of_disc = f == last && map.sectors() == disc.images[f].sectors();
+    if (end_of_disc && silence >= kLongEnd && silence < map.sectors())
       findings.add(Severity::kNote, "silence-at-end", {disc.sheet.files[f].name.line, 0},
                    "the image ends with " + disc::secondsText(silence) + " of digital silence",
                    "Shorten the render if that was not meant.");

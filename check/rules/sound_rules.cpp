@@ -34,7 +34,8 @@ void checkByteOrder(const Disc& disc, const std::vector<PlacedTrack>& placed, Fi
     for (const PlacedTrack& t : placed) {
       if (t.place->file != f) continue;
       ++tracks;
-      if (bytesLookSwapped(*t.image, t.place->start, t.place->own_end)) swapped.push_back(&t);
+      const int64_t end = std::min(t.place->own_end, t.map->sectors());
+      if (bytesLookSwapped(*t.image, std::min(t.place->start, end), end)) swapped.push_back(&t);
     }
     const disc::File& file = disc.sheet.files[f];
     if (tracks > 0 && swapped.size() == tracks) {
@@ -60,7 +61,7 @@ bool allSectors(const PlacedTrack& t, const std::function<bool(const Channels&)>
 }
 
 bool soundsAtAll(const PlacedTrack& t) {
-  for (int64_t s = t.place->start; s < t.place->own_end; ++s)
+  for (int64_t s = t.place->start; s < std::min(t.place->own_end, t.map->sectors()); ++s)
     if (t.map->peak(s) >= kSound) return true;
   return false;
 }

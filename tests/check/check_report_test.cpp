@@ -211,6 +211,17 @@ TEST_F(ReportTest, SaysHowLongATitleStartsSilentAndTheDiscEndsSilent) {
   EXPECT_THAT(report.findings[1].what, HasSubstr("4.00 s"));
 }
 
+TEST_F(ReportTest, TakesTheSilenceAtTheEndOfAFileBeforeTheLastForAPause) {
+  TestImage(1500).silence(1200 * 588, 1500 * 588).write(m_folder / "image.bin");
+  TestImage(400).write(m_folder / "b.bin");
+  const std::string two = "FILE image.bin BINARY\n" + track(1, "INDEX 01 00:00:00") +
+                          "FILE b.bin BINARY\n" + track(2, "INDEX 01 00:00:00");
+  EXPECT_THAT(rulesOf(reportOn(two)), Not(Contains("silence-at-end")));
+  const std::string unused =
+      "FILE image.bin BINARY\n" + track(1, "INDEX 01 00:00:00") + "FILE b.bin BINARY\n";
+  EXPECT_THAT(rulesOf(reportOn(unused)), Contains("silence-at-end"));
+}
+
 TEST_F(ReportTest, CountsClippedRunsAcrossSectorsAndNotPeaks) {
   TestImage(1500)
       .level(700 * 588 - 2, 5, 32767)  // one run over a sector's edge
