@@ -21,7 +21,7 @@ class AudioMap::Scan {
   explicit Scan(AudioMap& map) : m_map(map) {}
 
   void run(const ImageFile& image, const Progress& progress) {
-    const auto sectors = static_cast<size_t>(image.sectors());
+    const auto sectors = static_cast<size_t>(std::min(image.sectors(), kMostSectors));
     m_map.m_sectors.reserve(sectors);
     while (m_map.m_sectors.size() < sectors) {
       const int64_t first_frame = m_map.sectors() * disc::kFramesPerSector;
@@ -62,8 +62,12 @@ AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {
   assert(image.readable());
   AudioMap map;
   Scan(map).run(image, progress);
-  map.m_broke_off = map.sectors() < image.dataBytes() / disc::kBytesPerSector;
+  map.m_broke_off = map.sectors() < bytesToScan(image) / disc::kBytesPerSector;
   return map;
+}
+
+int64_t AudioMap::bytesToScan(const ImageFile& image) {
+  return std::min(image.dataBytes(), kMostSectors * disc::kBytesPerSector);
 }
 
 int64_t AudioMap::firstSound(int64_t sector, int64_t end) const {

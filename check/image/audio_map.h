@@ -18,6 +18,11 @@ using Progress = std::function<void(int64_t bytes_done)>;
 
 class AudioMap {
  public:
+  /// Twice what any disc holds and more: what lies behind it is not looked into.
+  static constexpr int64_t kMostSectors = 1'000'000;
+  /// Bytes of the image that `scan` reads.
+  static int64_t bytesToScan(const ImageFile& image);
+
   /// Reads `image`, which is readable, once from start to end. A read error ends the map early (see
   /// `brokeOff`). `progress` may be empty.
   static AudioMap scan(const ImageFile& image, const Progress& progress);

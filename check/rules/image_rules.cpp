@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 
+#include "check/rules/places.h"
 #include "check/rules/rules.h"
 #include "disc/sheet/sheet.h"
 #include "disc/text/phrases.h"
@@ -12,10 +13,6 @@ namespace velmor::check {
 namespace {
 
 constexpr std::array<std::string_view, 5> kTypes = {"BINARY", "MOTOROLA", "WAVE", "AIFF", "MP3"};
-
-std::string shown(const ImageFile& image) {
-  return disc::inQuotes(image.path().filename().string().substr(0, 200));
-}
 
 std::string_view containerName(disc::Container container) {
   switch (container) {
