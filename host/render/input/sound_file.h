@@ -7,6 +7,7 @@
 #include <string>
 
 #include "disc/failure.h"
+#include "host/render/input/formats/raw_samples.h"
 #include "host/render/input/formats/readable_file.h"
 
 namespace velmor::render {
@@ -15,7 +16,7 @@ class SoundFile {
  public:
   /// Throws `Failure` when `path` is no readable audio file, holds no audio or breaks off before
   /// what its header states.
-  explicit SoundFile(const std::string& path);
+  explicit SoundFile(const std::string& path, RawSamples raw = RawSamples::kNone);
 
   SNDFILE* handle() const { return m_handle.get(); }
   const SF_INFO& info() const { return m_info; }  ///< `frames` is what can be read in all
@@ -29,6 +30,7 @@ class SoundFile {
   };
 
   void open(const std::string& path);
+  void openRaw(const std::string& path, RawSamples raw);
   void openEndless(const std::string& path);
   void decode(const std::string& path, SF_VIRTUAL_IO& access);
   void settleMpegLength(const std::string& path);
