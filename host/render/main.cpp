@@ -71,7 +71,7 @@ std::vector<std::string> checked(const Options& options, const SinkConfig& confi
   warnOfLostMarks(marks, findings);
   if (options.burn.cd_text) checkCdTextLetters(album.project, plan, findings);
   if (!findings.errors.empty()) throw Failure(findings.errors.front());
-  std::vector<std::string> warnings = output.leftByOthers();
+  std::vector<std::string> warnings = output.warnings();
   warnings.insert(warnings.end(), album.warnings.begin(), album.warnings.end());
   warnings.insert(warnings.end(), findings.warnings.begin(), findings.warnings.end());
   if (const std::string older = output.olderPortableSheet(); !older.empty()) {

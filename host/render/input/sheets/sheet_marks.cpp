@@ -75,7 +75,10 @@ class SheetReader {
   }
 
   void readTrack(const disc::Track& track) {
-    const std::string number = "track " + std::to_string(track.number);
+    // A number that is none is for the checker to tell.
+    const int ordinal = static_cast<int>(&track - m_sheet.tracks.data()) + 1;
+    const int shown = track.number >= 1 ? track.number : ordinal;
+    const std::string number = "track " + std::to_string(shown);
     if (!track.isAudio()) refuse("has a data track, " + number + "; an audio CD has none");
     const disc::Index* const start = track.index(1);
     if (!start || !start->time.readable()) refuse("has no INDEX 01 in " + number + "; add it");
@@ -88,7 +91,7 @@ class SheetReader {
     mark.start = static_cast<double>(sector) / disc::kSectorsPerSecond;
     mark.given_by = number + " of " + m_name;
     mark.name = read(track.fields.title);
-    if (mark.name.empty()) mark.name = "Track " + disc::twoDigits(track.number);
+    if (mark.name.empty()) mark.name = "Track " + disc::twoDigits(shown);
     std::vector<Mark>& marks = m_marks.of_files[start->file];
     marks.push_back(mark);
     const std::string isrc = read(track.isrc);
