@@ -67,4 +67,21 @@ void ReadableFile::checkReading() const {
   if (m_failure != 0) refuseToOpen(m_path, reasonOf(m_failure));
 }
 
+std::string ReadableFile::contents() const {
+  std::string text(static_cast<size_t>(m_size), '\0');
+  size_t filled = 0;
+  while (filled < text.size()) {
+    const ssize_t got = ::read(m_descriptor, text.data() + filled, text.size() - filled);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) {
+      throw Failure("cannot read " + inQuotes(m_path) + ": " +
+                    std::generic_category().message(errno) + "; check its volume");
+    }
+    if (got == 0) break;
+    filled += static_cast<size_t>(got);
+  }
+  text.resize(filled);
+  return text;
+}
+
 }  // namespace velmor::disc

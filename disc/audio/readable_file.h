@@ -28,6 +28,8 @@ class ReadableFile {
   /// Bytes from the beginning; of `read` alone.
   int64_t position() const { return m_position; }
   void setPosition(int64_t position) { m_position = position; }
+  /// All bytes, of a file that nothing has been read of yet. Throws `Failure`.
+  std::string contents() const;
   /// Throws `Failure` when the system has refused to read since the file was opened: what was then
   /// made of the file is made of bytes that are missing.
   void checkReading() const;

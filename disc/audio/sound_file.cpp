@@ -11,6 +11,7 @@
 #include "disc/failure.h"
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::disc {
 namespace {
@@ -85,8 +86,13 @@ int64_t countFrames(SNDFILE* handle, int channels) {
 
 }  // namespace
 
-SoundFile::SoundFile(const std::string& path, Incomplete incomplete) : m_incomplete(incomplete) {
-  open(path);
+SoundFile::SoundFile(const std::string& path, Incomplete incomplete, RawSamples raw)
+    : m_incomplete(incomplete) {
+  if (raw == RawSamples::kNone) {
+    open(path);
+  } else {
+    openRaw(path, raw);
+  }
   if (m_info.channels < 1) refuse(path, "states no channels; export it again");
   if (m_info.samplerate < kLowestRate || m_info.samplerate > kHighestRate) {
     refuse(path, "states a sample rate of " + std::to_string(m_info.samplerate) +
@@ -125,19 +131,32 @@ void SoundFile::open(const std::string& path) {
              "convert it to WAV or FLAC");
   }
   SF_VIRTUAL_IO whole{lengthOf, seekIn, readFrom, writeNothing, positionIn};
+  m_info = {};
+  decode(path, whole);
+}
+
+void SoundFile::openRaw(const std::string& path, RawSamples raw) {
+  m_file = std::make_unique<ReadableFile>(path);
+  if (m_file->size() == 0) refuse(path, "is empty; copy the image again");
+  const int order = raw == RawSamples::kBigEndian ? SF_ENDIAN_BIG : SF_ENDIAN_LITTLE;
+  m_info.format = SF_FORMAT_RAW | SF_FORMAT_PCM_16 | order;
+  m_info.samplerate = disc::kSampleRate;
+  m_info.channels = 2;
+  SF_VIRTUAL_IO whole{lengthOf, seekIn, readFrom, writeNothing, positionIn};
   decode(path, whole);
 }
 
 void SoundFile::openEndless(const std::string& path) {
   m_handle.reset();
   m_file = std::make_unique<ReadableFile>(path);
+  m_info = {};
   SF_VIRTUAL_IO endless{endlessLength, seekInEndless, readFrom, writeNothing, positionIn};
   decode(path, endless);
 }
 
-/// The rest of opening: the decoder reads the header through `access`.
+/// The rest of opening: the decoder reads the header through `access`; of a file without one
+/// `m_info` says what is in it.
 void SoundFile::decode(const std::string& path, SF_VIRTUAL_IO& access) {
-  m_info = {};
   m_handle.reset(sf_open_virtual(&access, SFM_READ, &m_info, m_file.get()));
   m_file->checkReading();
   if (!m_handle) refuseUnreadable(path);

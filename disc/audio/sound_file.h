@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "disc/audio/raw_samples.h"
 #include "disc/audio/readable_file.h"
 #include "disc/failure.h"
 
@@ -18,7 +19,8 @@ class SoundFile {
  public:
   /// Throws `Failure` when `path` is no readable audio file or, unless it is to be taken, an
   /// incomplete one.
-  explicit SoundFile(const std::string& path, Incomplete incomplete = Incomplete::kRefused);
+  explicit SoundFile(const std::string& path, Incomplete incomplete = Incomplete::kRefused,
+                     RawSamples raw = RawSamples::kNone);
 
   SNDFILE* handle() const { return m_handle.get(); }
   const SF_INFO& info() const { return m_info; }  ///< `frames` is what can be read in all
@@ -34,6 +36,7 @@ class SoundFile {
   };
 
   void open(const std::string& path);
+  void openRaw(const std::string& path, RawSamples raw);
   void openEndless(const std::string& path);
   void decode(const std::string& path, SF_VIRTUAL_IO& access);
   void settleMpegLength(const std::string& path);

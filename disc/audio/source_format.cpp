@@ -26,6 +26,8 @@ std::string containerName(int format) {
       return "Ogg";
     case SF_FORMAT_MPEG:
       return "MPEG";
+    case SF_FORMAT_RAW:
+      return "CD image";
     default:
       break;
   }

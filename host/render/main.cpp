@@ -55,8 +55,10 @@ SinkConfig sinkConfig(const Options& options, const Album& album) {
           options.hash_markers_only};
 }
 
-std::vector<std::string> inputFiles(const Options& options) {
+std::vector<std::string> inputFiles(const Options& options,
+                                    const std::vector<AudioSource>& sources) {
   std::vector<std::string> files = options.inputs;
+  for (const AudioSource& source : sources) files.push_back(source.path);
   if (!options.labels.empty()) files.push_back(options.labels);
   return files;
 }
@@ -70,7 +72,7 @@ std::vector<std::string> checked(const Options& options, const SinkConfig& confi
   warnOfLostMarks(marks, findings);
   if (options.burn.cd_text) checkCdTextLetters(album.project, plan, findings);
   if (!findings.errors.empty()) throw Failure(findings.errors.front());
-  std::vector<std::string> warnings = output.leftByOthers();
+  std::vector<std::string> warnings = output.warnings();
   warnings.insert(warnings.end(), album.warnings.begin(), album.warnings.end());
   warnings.insert(warnings.end(), findings.warnings.begin(), findings.warnings.end());
   if (const std::string older = output.olderPortableSheet(); !older.empty()) {
@@ -113,14 +115,16 @@ int burnStatus(const BurnResult& burn, const std::string& image) {
 }
 
 int run(const Options& options) {
-  OutputPair output(options.output, options.force, inputFiles(options), options.portable_cue);
+  const std::vector<AudioSource> sources = sourcesOf(options.inputs);
+  OutputPair output(options.output, options.force, inputFiles(options, sources),
+                    options.portable_cue);
   std::optional<DdpOutput> ddp;
   if (!options.ddp.empty()) ddp.emplace(options, output);
   std::optional<PageOutput> page;
   if (!options.html.empty()) page.emplace(options, output);
   const ModuleLibrary module(options.module.empty() ? libraryOfProgram("velmor_cd.so")
                                                     : options.module);
-  const Album album = layOutAlbum(options);
+  const Album album = layOutAlbum(options, sources);
   const SinkConfig config = sinkConfig(options, album);
   const TrackPlan plan = planTracks(config, album.project.marks, album.frames());
   const std::vector<MarkFate> marks = fatesOf(album, plan, options.hash_markers_only);
@@ -131,7 +135,7 @@ int run(const Options& options) {
   Delivery delivery(
       output, album.project, plan,
       [&] {
-        if (options.portable_cue) portable = makePortableSheet(output, plan, !options.quiet);
+        if (options.portable_cue) portable = makePortableSheet(output, album, plan, !options.quiet);
       },
       [&](const std::string& sheet) {
         if (ddp) ddp->make(sheet, plan, !options.quiet);

@@ -44,7 +44,8 @@ void takeKnownKeys(AlbumTexts& texts) {
   texts.more = std::move(others);
 }
 
-/// The tag that all inputs share, empty when one differs or has none.
+}  // namespace
+
 std::string sharedTag(const std::vector<AlbumInput>& inputs, std::string Tags::*tag) {
   std::string shared;
   for (const AlbumInput& input : inputs) {
@@ -55,8 +56,6 @@ std::string sharedTag(const std::vector<AlbumInput>& inputs, std::string Tags::*
   return shared;
 }
 
-}  // namespace
-
 AlbumTexts discTexts(const AlbumTexts& given, const std::vector<AlbumInput>& inputs) {
   AlbumTexts texts = given;
   takeKnownKeys(texts);
@@ -66,6 +65,7 @@ AlbumTexts discTexts(const AlbumTexts& given, const std::vector<AlbumInput>& inp
   fill(texts.title, &Tags::album);
   fill(texts.performer, &Tags::artist);
   fill(texts.songwriter, &Tags::songwriter);
+  fill(texts.catalogue, &Tags::catalogue);
   return texts;
 }
 

@@ -11,6 +11,9 @@ namespace velmor::render {
 
 struct AlbumInput;
 
+/// The tag that all inputs share, empty when one differs or has none.
+std::string sharedTag(const std::vector<AlbumInput>& inputs, std::string Tags::*tag);
+
 /// The given texts. A title, performer or songwriter that was not given is taken from the inputs'
 /// tags if all inputs have the same.
 AlbumTexts discTexts(const AlbumTexts& given, const std::vector<AlbumInput>& inputs);

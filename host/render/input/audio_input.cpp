@@ -16,6 +16,7 @@
 #include "host/render/input/marks/embedded_marks.h"
 #include "host/render/input/marks/vorbis_comments.h"
 #include "host/render/input/resampler.h"
+#include "host/render/input/sheets/flac_cuesheet.h"
 
 namespace velmor::render {
 namespace {
@@ -47,6 +48,9 @@ InputInfo describe(const std::string& path, const disc::SoundFile& sound) {
   info.tags.genre = textIn(file, SF_STR_GENRE, info.tags);
   addVorbisComments(vorbisCommentsIn(sound.bytes()), info.tags);
   info.marks = embeddedMarks(file, sound.info(), sound.bytes(), info.tags.converted);
+  if (info.marks.empty()) {
+    info.marks = marksOfCarriedSheet(sound.bytes(), path, info.rate, info.tags, info.warnings);
+  }
   sound.checkReading();  // or a mark would be missing that nobody misses
   return info;
 }
@@ -266,9 +270,11 @@ void AudioInput::readStretch(AudioStretch& stretch, size_t frames) {
       frames, [this](double* left, double* right, size_t most) { return read(left, right, most); });
 }
 
-std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dither) {
-  auto sound = std::make_unique<disc::SoundFile>(path);
+std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dither,
+                                             disc::RawSamples raw) {
+  auto sound = std::make_unique<disc::SoundFile>(path, disc::Incomplete::kRefused, raw);
   InputInfo info = describe(path, *sound);
+  info.raw = raw;
   if (info.frames == 0) {
     throw Failure(disc::inQuotes(path) + " is shorter than one frame at 44100 Hz; leave it out");
   }

@@ -24,6 +24,7 @@ namespace velmor::render {
 
 namespace {
 
+constexpr const char* kFlagAlone = "true";  // what CLI11 makes of a flag without a value
 constexpr int kLargestBlock = 1 << 20;
 constexpr const char* kAbout =
     "Renders audio files to an audio CD image (BIN) with a cue sheet, through the velmor_cd "
@@ -42,7 +43,7 @@ struct RawOptions {
   std::string track_mode;
   std::string dither = "tpdf";
   bool no_dither = false;
-  std::vector<std::string> isrcs, markers, regions, metas;
+  std::vector<std::string> isrcs, markers, regions, metas, joins;
   std::string start, end;
   bool no_embedded_markers = false;
 };
@@ -126,6 +127,9 @@ void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
   app.add_option("--labels", options.labels, "add the marks of an Audacity label track")
       ->type_name("FILE")
       ->group("Tracks");
+  app.add_flag("--join", raw.joins,
+               "put all inputs into one track, or --join=2-4 those; may be given again")
+      ->group("Tracks");
   app.add_flag("--allow-overlong", options.allow_overlong,
                "render beyond 79:59:74, for a blank that is known to hold it")
       ->group("Tracks");
@@ -189,14 +193,19 @@ std::pair<std::string, std::string> splitAssignment(const std::string& text, con
   return {text.substr(0, at), text.substr(at + 1)};
 }
 
+/// The number that `text` is, whole; 0 when it is none.
+int numberIn(std::string_view text) {
+  int number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && stop == end ? number : 0;
+}
+
 void readIsrcs(const RawOptions& raw, Options& options) {
   for (const std::string& text : raw.isrcs) {
     const auto [number_text, code_text] = splitAssignment(text, "--isrc", "INPUT_NUMBER=CODE");
-    int number = 0;
-    const char* const end = number_text.data() + number_text.size();
-    const auto [stop, error] = std::from_chars(number_text.data(), end, number);
-    if (error != std::errc() || stop != end || number < 1 ||
-        number > static_cast<int>(options.inputs.size())) {
+    const int number = numberIn(number_text);
+    if (number < 1 || number > static_cast<int>(options.inputs.size())) {
       throw UsageError("--isrc " + disc::inQuotes(text) + " names input " + number_text +
                        ", but the album has " +
                        disc::counted(static_cast<int64_t>(options.inputs.size()), "input") +
@@ -214,7 +223,21 @@ void readIsrcs(const RawOptions& raw, Options& options) {
   }
 }
 
+InputRange rangeIn(const std::string& text, int inputs) {
+  if (text == kFlagAlone) return {1, inputs};
+  const size_t dash = text.find('-');
+  const int first = numberIn(std::string_view(text).substr(0, dash));
+  const int last =
+      dash == std::string::npos ? 0 : numberIn(std::string_view(text).substr(dash + 1));
+  if (first >= 1 && first < last && last <= inputs) return {first, last};
+  throw UsageError("--join=" + disc::printable(text) + " is no range of the " +
+                   disc::counted(inputs, "input") +
+                   "; give the first and the last one, such as --join=1-2");
+}
+
 void readRaw(const RawOptions& raw, Options& options) {
+  const auto inputs = static_cast<int>(options.inputs.size());
+  for (const std::string& text : raw.joins) options.joined.push_back(rangeIn(text, inputs));
   if (raw.track_mode == "markers") options.track_mode = kTracksFromMarkers;
   if (raw.track_mode == "regions") options.track_mode = kTracksFromRegions;
   if (raw.track_mode == "one") options.track_mode = kOneTrack;

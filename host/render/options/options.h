@@ -21,6 +21,11 @@ struct AlbumTexts {
   std::vector<std::pair<std::string, std::string>> more;  ///< further keys as given
 };
 
+/// Inputs as they were given, from 1, the last one included.
+struct InputRange {
+  int first = 1, last = 1;
+};
+
 struct Options {
   std::vector<std::string> inputs;
   std::string output;
@@ -36,6 +41,7 @@ struct Options {
   std::vector<Mark> marks;           ///< --marker and --region, timeline seconds
   std::string labels;                ///< label track's path, empty for none
   bool embedded_markers = true;
+  std::vector<InputRange> joined;  ///< those that make one track together
 
   std::optional<double> start, end;  ///< timeline seconds
   /// Those of the times above that may have been meant otherwise.

@@ -11,7 +11,9 @@
 #include <utility>
 
 #include "disc/failure.h"
+#include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
+#include "disc/text/utf8.h"
 
 namespace velmor::render {
 
@@ -59,14 +61,26 @@ Failure cannotPlace(const fs::path& target, const std::error_code& error) {
 OutputPair::OutputPair(const std::string& output, bool force,
                        const std::vector<std::string>& inputs, bool portable)
     : m_sheet(sheetPath(output)), m_force(force) {
+  nameInUtf8();
   m_image = m_sheet;
   m_image.replace_extension(".bin");
   if (portable) m_portable = portablePath(m_sheet);
   checkName();
   checkTargets(inputs);
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
-  m_left_by_others = WorkingFolder::removeAbandoned(parent);
+  for (std::string& left : WorkingFolder::removeAbandoned(parent)) {
+    m_warnings.push_back(std::move(left));
+  }
   m_folder.emplace(parent);
+}
+
+/// The sheet names its image, and its other texts are UTF-8: readers take a sheet in one encoding.
+void OutputPair::nameInUtf8() {
+  const std::string name = m_sheet.filename().string();
+  if (disc::isUtf8(name)) return;
+  m_sheet.replace_filename(disc::asLineOfText(name));
+  m_warnings.push_back("the output's name is no UTF-8 and becomes " + quotedPath(m_sheet) +
+                       ", as read as Windows-1252; look whether it is right");
 }
 
 void OutputPair::checkName() const {

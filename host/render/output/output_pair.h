@@ -43,9 +43,9 @@ class OutputPair {
   /// there is none, or when this render replaces it as well.
   std::string olderPortableSheet() const;
 
-  /// A clause about each working folder that a killed run had left in the same place: it is gone,
-  /// or why it is not.
-  const std::vector<std::string>& leftByOthers() const { return m_left_by_others; }
+  /// Clauses to warn with: that the name is another than the user gave, since a sheet holds UTF-8
+  /// alone, and about each working folder that a killed run had left in the same place.
+  const std::vector<std::string>& warnings() const { return m_warnings; }
 
   /// Puts the pair into its place, and the portable sheet if it was made. If one was wanted but not
   /// made, an older one is removed, since its image is replaced. Throws `Failure`, with everything
@@ -57,6 +57,7 @@ class OutputPair {
   bool commitAndKeepWorkingNames();
 
  private:
+  void nameInUtf8();
   void checkName() const;
   std::vector<std::filesystem::path> targets() const;
   void checkTargets(const std::vector<std::string>& inputs) const;
@@ -67,7 +68,7 @@ class OutputPair {
   std::filesystem::path m_image;
   std::filesystem::path m_portable;  ///< empty when none is wanted
   bool m_force;
-  std::vector<std::string> m_left_by_others;
+  std::vector<std::string> m_warnings;
   std::optional<WorkingFolder> m_folder;  ///< there once nothing stands against the pair
 };
 

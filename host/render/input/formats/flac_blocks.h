@@ -10,7 +10,7 @@
 
 namespace velmor::render {
 
-enum class FlacBlockType : unsigned { kApplication = 2, kComments = 4 };
+enum class FlacBlockType : unsigned { kApplication = 2, kComments = 4, kCueSheet = 5 };
 
 /// Walks the blocks from the file's start, behind an ID3v2 tag if there is one.
 class FlacBlocks {

@@ -10,7 +10,7 @@ namespace velmor::render {
 
 /// Texts found in the file, UTF-8; empty when absent. The ISRC has 12 characters without dashes.
 struct Tags {
-  std::string title, artist, album, songwriter, isrc, date, genre;
+  std::string title, artist, album, songwriter, isrc, catalogue, date, genre;
   /// Those of the texts, and of the names of the file's marks, that are no UTF-8 in the file.
   std::vector<std::string> converted;
 

@@ -102,6 +102,19 @@ void addComment(std::string_view comment, Tags& tags) {
   }
 }
 
+std::vector<std::string_view> commentsOf(std::span<const std::byte> block) {
+  std::string_view rest = disc::charactersOf(block);
+  if (!takeText(rest)) return {};  // the maker's name
+  std::vector<std::string_view> comments;
+  // What stands behind the last one may be anything (RFC 7845, section 5.2).
+  for (size_t left = takeNumber(rest).value_or(0); left > 0; --left) {
+    const std::optional<std::string_view> comment = takeText(rest);
+    if (!comment) break;
+    comments.push_back(*comment);
+  }
+  return comments;
+}
+
 }  // namespace
 
 Block vorbisCommentsIn(const disc::FileBytes& file) {
@@ -110,14 +123,14 @@ Block vorbisCommentsIn(const disc::FileBytes& file) {
 }
 
 void addVorbisComments(std::span<const std::byte> block, Tags& tags) {
-  std::string_view rest = disc::charactersOf(block);
-  if (!takeText(rest)) return;  // the maker's name
-  // What stands behind the last one may be anything (RFC 7845, section 5.2).
-  for (size_t left = takeNumber(rest).value_or(0); left > 0; --left) {
-    const std::optional<std::string_view> comment = takeText(rest);
-    if (!comment) return;
-    addComment(*comment, tags);
+  for (const std::string_view comment : commentsOf(block)) addComment(comment, tags);
+}
+
+std::string cueSheetComment(std::span<const std::byte> block) {
+  for (const std::string_view comment : commentsOf(block)) {
+    if (const auto sheet = valueOf(comment, "CUESHEET")) return std::string(*sheet);
   }
+  return {};
 }
 
 }  // namespace velmor::render

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "disc/audio/file_bytes.h"
@@ -18,5 +19,8 @@ std::vector<std::byte> vorbisCommentsIn(const disc::FileBytes& file);
 /// first one in the form of ISO 3901, without dashes and in capitals. Any bytes are safe; a block
 /// is read as far as it is whole.
 void addVorbisComments(std::span<const std::byte> block, Tags& tags);
+
+/// The text of a cue sheet in such a block (CUESHEET), byte for byte; empty when there is none.
+std::string cueSheetComment(std::span<const std::byte> block);
 
 }  // namespace velmor::render

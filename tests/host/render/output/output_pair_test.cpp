@@ -111,6 +111,14 @@ TEST_F(OutputPairTest, AnInputInTheWayIsRefusedUnderWhateverName) {
   EXPECT_EQ(contents(input), "audio");
 }
 
+TEST_F(OutputPairTest, ANameThatIsNoUtf8IsConvertedAndTold) {
+  const OutputPair pair(m_folder.path("Caf\xe9.cue"), false, {});
+  EXPECT_EQ(pair.sheet(), m_folder.path("Caf\xc3\xa9.cue"));
+  EXPECT_EQ(pair.image(), m_folder.path("Caf\xc3\xa9.bin"));
+  EXPECT_THAT(pair.warnings(),
+              ElementsAre(AllOf(HasSubstr("no UTF-8"), HasSubstr("Caf\xc3\xa9.cue\""))));
+}
+
 TEST_F(OutputPairTest, AnExistingPairNeedsForce) {
   m_folder.write("disc.bin", "old");
   EXPECT_THAT(refusal(m_folder.path("disc.cue")),
@@ -170,7 +178,7 @@ TEST_F(OutputPairTest, WhatAKilledRunHasLeftIsRemovedAndTold) {
   const std::string left = names()[0];
   {
     const OutputPair pair(m_folder.path("other"), false, {});
-    EXPECT_THAT(pair.leftByOthers(),
+    EXPECT_THAT(pair.warnings(),
                 ElementsAre(AllOf(HasSubstr(left), HasSubstr("was removed, 3 MB"))));
     EXPECT_THAT(names(), Not(testing::Contains(left)));
   }
@@ -184,7 +192,7 @@ TEST_F(OutputPairTest, WhatARunHasLeftThatWasKilledInItsBurnIsRemovedWithoutItsA
     EXPECT_EQ(contents(pair.workingSheet()), "new sheet") << "through its working name";
   });
   ASSERT_EQ(names().size(), 3U);
-  EXPECT_EQ(OutputPair(m_folder.path("other"), false, {}).leftByOthers().size(), 1U);
+  EXPECT_EQ(OutputPair(m_folder.path("other"), false, {}).warnings().size(), 1U);
   EXPECT_THAT(names(), UnorderedElementsAre("disc.cue", "disc.bin"));
 }
 
@@ -197,7 +205,7 @@ TEST_F(OutputPairTest, AnOldAlbumThatOnlyAKilledRunHasStaysThere) {
     fs::rename(m_folder.path("disc.cue"), replaced / "disc.cue");
   });
   const OutputPair pair(m_folder.path("other"), false, {});
-  EXPECT_THAT(pair.leftByOthers(), ElementsAre(AllOf(HasSubstr("stays"), HasSubstr("replaced\""))));
+  EXPECT_THAT(pair.warnings(), ElementsAre(AllOf(HasSubstr("stays"), HasSubstr("replaced\""))));
   EXPECT_EQ(names().size(), 2U);
 }
 
@@ -209,7 +217,7 @@ TEST_F(OutputPairTest, AnOldAlbumWithTwoNamesLosesTheOneThatAKilledRunGaveIt) {
     fs::create_directory(replaced);
     fs::create_hard_link(m_folder.path("disc.cue"), replaced / "disc.cue");
   });
-  EXPECT_EQ(OutputPair(m_folder.path("other"), false, {}).leftByOthers().size(), 1U);
+  EXPECT_EQ(OutputPair(m_folder.path("other"), false, {}).warnings().size(), 1U);
   EXPECT_THAT(names(), ElementsAre("disc.cue"));
   EXPECT_EQ(contents(m_folder.path("disc.cue")), "old sheet");
 }
@@ -218,7 +226,7 @@ TEST_F(OutputPairTest, AFolderThatAnotherRunStillHoldsIsLeftAlone) {
   const OutputPair one(m_folder.path("one"), false, {});
   fill(one);
   const OutputPair other(m_folder.path("other"), false, {});
-  EXPECT_THAT(other.leftByOthers(), testing::IsEmpty());
+  EXPECT_THAT(other.warnings(), testing::IsEmpty());
   EXPECT_EQ(contents(one.workingSheet()), "new sheet");
 }
 
@@ -228,7 +236,7 @@ TEST_F(OutputPairTest, FoldersOfOtherNamesAndFilesAreNobodysLeavings) {
   m_folder.write(".velmor-render-abcdef", "a file");
   fs::create_directory(m_folder.path("elsewhere"));
   fs::create_directory_symlink("elsewhere", m_folder.path(".velmor-render-ghijkl"));
-  EXPECT_THAT(OutputPair(m_folder.path("disc"), false, {}).leftByOthers(), testing::IsEmpty());
+  EXPECT_THAT(OutputPair(m_folder.path("disc"), false, {}).warnings(), testing::IsEmpty());
   EXPECT_EQ(names().size(), 5U);
 }
 
