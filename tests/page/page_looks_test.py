@@ -108,26 +108,24 @@ class Pages(unittest.TestCase):
             seen["width"][width] = browser.run("document.documentElement.scrollWidth")
         return seen
 
-    def each(self):
+    def test_loads_without_a_complaint_and_asks_for_nothing_else(self):
         for name, seen in self.seen.items():
             with self.subTest(page=name):
-                yield seen
-
-    def test_loads_without_a_complaint_and_asks_for_nothing_else(self):
-        for seen in self.each():
-            self.assertEqual(seen["complaints"], [])
-            self.assertEqual(len(seen["asked"]), 1, seen["asked"])
+                self.assertEqual(seen["complaints"], [])
+                self.assertEqual(len(seen["asked"]), 1, seen["asked"])
 
     def test_every_link_has_its_target_and_every_id_is_one(self):
-        for seen in self.each():
-            self.assertEqual(seen["links"], [])
-            self.assertEqual(seen["ids"], [])
+        for name, seen in self.seen.items():
+            with self.subTest(page=name):
+                self.assertEqual(seen["links"], [])
+                self.assertEqual(seen["ids"], [])
 
     def test_no_text_overflows_on_a_wide_and_on_a_narrow_screen(self):
-        for seen in self.each():
-            self.assertEqual(seen["overflowing"], {WIDE: [], NARROW: []})
-            for width, needed in seen["width"].items():
-                self.assertLessEqual(needed, width)
+        for name, seen in self.seen.items():
+            with self.subTest(page=name):
+                self.assertEqual(seen["overflowing"], {WIDE: [], NARROW: []})
+                for width, needed in seen["width"].items():
+                    self.assertLessEqual(needed, width)
 
     def test_texts_of_others_stand_there_as_texts(self):
         self.browser.load(self.pages["hard"])
