@@ -59,7 +59,8 @@ void makePage(const PageSources& sources, const fs::path& page, bool force, bool
   disc::ProgressBar bar(show_progress);
   const std::string text = pageText(sources, [&bar](int64_t done, int64_t all) {
     stopIfInterrupted();
-    disc::drawBytes(bar, "Measuring", done, all);
+    if (bar.due() && all > 0)
+      bar.draw({"Measuring", static_cast<double>(done) / static_cast<double>(all), "", {}});
   });
   disc::writeWhole(page, text, force);
 }

@@ -13,7 +13,7 @@ namespace velmor::page {
 
 namespace {
 
-constexpr int kColumns = 1200;
+constexpr int kDiscColumns = 1200;
 /// What a number above a track takes, in percent of the disc.
 constexpr double kRoomForNumber = 2.4;
 constexpr double kRoomOnPhone = 7.0;
@@ -29,12 +29,12 @@ class Drawer {
 
   std::string run() {
     return "<figure class=\"disc\">\n" + numbers() + "<svg viewBox=\"0 0 " +
-           std::to_string(kColumns) + ' ' + std::to_string(2 * kHalfHeight) +
+           std::to_string(kDiscColumns) + ' ' + std::to_string(2 * kHalfHeight) +
            "\" preserveAspectRatio=\"none\" role=\"img\" aria-label=\"The sound of the whole "
            "disc\">\n" +
            pauses() + "<path class=\"wave\" d=\"" +
            wavePath(m_view.measured.outline, {m_begin, m_view.measured.outline.end()},
-                    {kColumns, 1}) +
+                    {kDiscColumns, 1}) +
            "\"/>\n" + data() + cuts() + findingLines() + "</svg>\n" + findingMarks() + axis() +
            "</figure>\n";
   }
@@ -42,7 +42,7 @@ class Drawer {
  private:
   double sectorsFrom(int64_t sector) const { return static_cast<double>(sector - m_begin); }
   std::string column(int64_t sector) const {
-    return decimal(sectorsFrom(sector) * kColumns / m_all, 1);
+    return decimal(sectorsFrom(sector) * kDiscColumns / m_all, 1);
   }
   std::string left(int64_t sector) const { return percent(sectorsFrom(sector), m_all); }
 
@@ -67,8 +67,8 @@ class Drawer {
 
   std::string rectangle(const std::string& kind, const Stretch& stretch) const {
     return "<rect class=\"" + kind + "\" x=\"" + column(stretch.begin) + "\" y=\"0\" width=\"" +
-           decimal(static_cast<double>(stretch.sectors()) * kColumns / m_all, 1) + "\" height=\"" +
-           std::to_string(2 * kHalfHeight) + "\"/>\n";
+           decimal(static_cast<double>(stretch.sectors()) * kDiscColumns / m_all, 1) +
+           "\" height=\"" + std::to_string(2 * kHalfHeight) + "\"/>\n";
   }
 
   std::string pauses() const {
@@ -116,7 +116,7 @@ class Drawer {
     for (size_t f = 0; f < m_view.places.size(); ++f) {
       if (!m_view.places[f]) continue;
       const auto spot =
-          static_cast<int64_t>(sectorsFrom(*m_view.places[f]) * kColumns / m_all) / kOneMark;
+          static_cast<int64_t>(sectorsFrom(*m_view.places[f]) * kDiscColumns / m_all) / kOneMark;
       worst.emplace(spot, f);
       ++count[spot];
     }

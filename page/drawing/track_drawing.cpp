@@ -11,7 +11,7 @@ namespace velmor::page {
 
 namespace {
 
-constexpr int kColumns = 300;
+constexpr int kTrackColumns = 300;
 /// Of the first and last seconds every sector is a column.
 constexpr int64_t kEdgeSectors = int64_t{2} * disc::kSectorsPerSecond;
 
@@ -58,7 +58,7 @@ std::string trackDrawing(const PageView& view, size_t track) {
   if (!outline.tracks[track]) return {};
   const Stretch place = *view.disc.tracks[track].place;
   const int64_t edge = std::min(kEdgeSectors, place.sectors());
-  const int columns = static_cast<int>(std::min<int64_t>(kColumns, place.sectors()));
+  const int columns = static_cast<int>(std::min<int64_t>(kTrackColumns, place.sectors()));
   return figure("whole", "The whole track", disc::msfText(place.sectors()), columns,
                 wave(outline, place, {columns, 1})) +
          edgeFigure(outline, {place.begin, place.begin + edge},

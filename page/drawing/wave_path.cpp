@@ -6,7 +6,7 @@ namespace velmor::page {
 
 namespace {
 
-constexpr int kFullScale = 32768;
+constexpr int kFullSample = 32768;
 constexpr int kMostGain = 64;
 
 /// The swings of sectors from `begin` up to `end` as one; silence outside the outline.
@@ -24,7 +24,7 @@ Swing swingOf(const Outline& outline, int64_t begin, int64_t end) {
 
 /// Units below the top for a sample.
 int heightOf(int sample, int gain) {
-  const int units = (sample * gain * kHalfHeight) / kFullScale;
+  const int units = (sample * gain * kHalfHeight) / kFullSample;
   return kHalfHeight - std::clamp(units, -kHalfHeight, kHalfHeight);
 }
 
@@ -59,7 +59,7 @@ int gainFor(const Outline& outline, const Stretch& stretch) {
   const Swing swing = swingOf(outline, stretch.begin, stretch.end);
   const int peak = std::max(-int{swing.low}, int{swing.high});
   int gain = 1;
-  while (gain < kMostGain && peak * gain * 2 <= kFullScale) gain *= 2;
+  while (gain < kMostGain && peak * gain * 2 <= kFullSample) gain *= 2;
   return peak == 0 ? 1 : gain;
 }
 

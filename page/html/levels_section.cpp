@@ -9,13 +9,13 @@ namespace velmor::page {
 
 namespace {
 
-constexpr const char* kHead =
+constexpr const char* kLevelsHead =
     "<table class=\"levels\">\n<thead><tr><th>Track</th><th class=\"text\">Title</th>"
     "<th>Loudness <small>LUFS</small></th><th>True peak <small>dBTP</small></th>"
     "<th>Sample peak <small>dBFS</small></th><th>Clipped <small>runs</small></th>"
     "<th>Silent start <small>s</small></th><th>Silent end <small>s</small></th>"
     "<th>DC offset <small>% left, right</small></th></tr></thead>\n";
-constexpr int kFullScale = 32768;
+constexpr int kLargestSample = 32768;
 
 std::string seconds(int64_t frames) {
   return decimal(disc::secondsOf(frames), 3);
@@ -35,7 +35,7 @@ std::string offsetText(double of_full_scale) {
 std::string levelCells(const Loudness& loudness, int peak) {
   return cell("LUFS", lufsText(loudness), "num") +
          cell("dBTP", truePeakText(loudness), loudness.true_peak > 1.0 ? "num loud" : "num") +
-         cell("Peak dBFS", decimal(decibels(static_cast<double>(peak) / kFullScale), 2), "num");
+         cell("Peak dBFS", decimal(decibels(static_cast<double>(peak) / kLargestSample), 2), "num");
 }
 
 std::string trackRow(const PageView& view, size_t t) {
@@ -76,7 +76,7 @@ std::string levelsSection(const PageView& view) {
     if (view.measured.outline.tracks[t] && view.measured.loudness[t]) rows += trackRow(view, t);
   if (rows.empty() || !view.measured.whole) return {};
   return section("levels", "Levels",
-                 kHead + ("<tbody>\n" + rows) + wholeRow(view) + "</tbody></table>\n");
+                 kLevelsHead + ("<tbody>\n" + rows) + wholeRow(view) + "</tbody></table>\n");
 }
 
 }  // namespace velmor::page

@@ -10,7 +10,7 @@ namespace velmor::page {
 
 namespace {
 
-constexpr const char* kHead =
+constexpr const char* kPqHead =
     "<table class=\"pq\">\n<thead><tr><th>Track</th><th>Index</th><th>Start</th><th>Sector</th>"
     "<th>On disc</th><th>Pause</th><th>Length</th><th>ISRC</th><th>Flags</th>"
     "<th class=\"text\">Title and performer</th></tr></thead>\n";
@@ -74,7 +74,7 @@ std::string leadOut(const PageDisc& disc) {
 
 std::string pqSection(const PageView& view) {
   if (view.disc.tracks.empty()) return {};
-  std::string html = kHead;
+  std::string html = kPqHead;
   for (size_t t = 0; t < view.disc.tracks.size(); ++t) html += trackRows(view.disc.tracks[t], t);
   return section("pq", "Tracks", html + leadOut(view.disc) + "</table>\n");
 }

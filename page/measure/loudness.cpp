@@ -15,7 +15,7 @@ namespace velmor::page {
 
 namespace {
 
-constexpr int64_t kSectorsAtOnce = 75;
+constexpr int64_t kOneSecond = disc::kSectorsPerSecond;
 
 ebur128_state* stateOf(void* state) {
   return static_cast<ebur128_state*>(state);
@@ -68,10 +68,10 @@ Loudness LoudnessMeter::ofAll(const std::vector<const LoudnessMeter*>& meters) {
 LoudnessMeter measureTrack(const PageDisc& disc, size_t track, const SectorsDone& progress) {
   DiscAudio audio(disc);
   LoudnessMeter meter;
-  std::vector<int16_t> samples(static_cast<size_t>(kSectorsAtOnce) * disc::kFramesPerSector * 2);
+  std::vector<int16_t> samples(static_cast<size_t>(kOneSecond) * disc::kFramesPerSector * 2);
   const Stretch place = *disc.tracks[track].place;
-  for (int64_t at = place.begin; at < place.end; at += kSectorsAtOnce) {
-    const int64_t now = std::min(kSectorsAtOnce, place.end - at);
+  for (int64_t at = place.begin; at < place.end; at += kOneSecond) {
+    const int64_t now = std::min(kOneSecond, place.end - at);
     audio.read(at, now, samples.data());
     meter.add(samples.data(), static_cast<size_t>(now * disc::kFramesPerSector));
     progress(now);

@@ -10,6 +10,9 @@ namespace velmor::page {
 
 namespace {
 
+/// What the loudness of a byte takes, beside the other ways of looking at it.
+constexpr int64_t kLoudnessWork = 8;
+
 class Measuring {
  public:
   explicit Measuring(const PageDisc& disc) : m_disc(disc), m_meters(disc.tracks.size()) {
@@ -20,7 +23,7 @@ class Measuring {
     // The longest pieces first, so that no processor waits for another one at the end.
     for (const size_t track : tracksByLength()) addTrack(track);
     addJob(sectorsOf({m_disc.begin, m_disc.end}),
-           [this] { m_made.outline = outlineOf(m_disc, sectorsDone()); });
+           [this] { m_made.outline = outlineOf(m_disc, sectorsDone(1)); });
     for (size_t i = 0; i < m_disc.images.size(); ++i) addImage(i);
     runJobs(m_jobs, m_progress, [&] { progress(std::min(m_progress.done(), m_all), m_all); });
     takeLoudness();
@@ -34,12 +37,13 @@ class Measuring {
     return std::clamp<int64_t>(stretch.sectors(), 0, kMostSectors) * disc::kBytesPerSector;
   }
 
-  SectorsDone sectorsDone() {
-    return [this](int64_t sectors) { m_progress.add(sectors * disc::kBytesPerSector); };
+  SectorsDone sectorsDone(int64_t work) {
+    return
+        [this, work](int64_t sectors) { m_progress.add(sectors * disc::kBytesPerSector * work); };
   }
 
-  void addJob(int64_t bytes, Job job) {
-    m_all += bytes;
+  void addJob(int64_t work, Job job) {
+    m_all += work;
     m_jobs.push_back(std::move(job));
   }
 
@@ -54,8 +58,9 @@ class Measuring {
   }
 
   void addTrack(size_t track) {
-    addJob(sectorsOf(*m_disc.tracks[track].place),
-           [this, track] { m_meters[track].emplace(measureTrack(m_disc, track, sectorsDone())); });
+    addJob(kLoudnessWork * sectorsOf(*m_disc.tracks[track].place), [this, track] {
+      m_meters[track].emplace(measureTrack(m_disc, track, sectorsDone(kLoudnessWork)));
+    });
   }
 
   void addImage(size_t i) {

@@ -31,7 +31,7 @@ struct MeasuredDisc {
   std::optional<DiscIds> ids;
 };
 
-/// Told of bytes done and of all, on the calling thread. May throw, which ends the work.
+/// Told of the work done and of all, on the calling thread. May throw, which ends the work.
 using MeasureProgress = std::function<void(int64_t done, int64_t all)>;
 
 /// Reads the images on several threads. Throws `Failure` when the system allows no MD5.

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int64_t kSectorsAtOnce = 64;
 constexpr int kSamples = disc::kFramesPerSector * 2;
-constexpr double kFullScale = 32768.0;
+constexpr double kSampleScale = 32768.0;
 
 /// Sums of both channels; a sector's fit easily.
 struct Sums {
@@ -97,7 +97,7 @@ class Outliner {
     TrackOutline& track = *m_now;
     if (track.silent()) track.silent_at_start = track.frames;
     track.silent_at_end = track.frames - m_sounds_to;
-    const double all = static_cast<double>(std::max<int64_t>(track.frames, 1)) * kFullScale;
+    const double all = static_cast<double>(std::max<int64_t>(track.frames, 1)) * kSampleScale;
     track.offset_left = static_cast<double>(m_left) / all;
     track.offset_right = static_cast<double>(m_right) / all;
     m_outline.tracks[m_track] = track;

@@ -19,6 +19,7 @@ from browser import Browser  # noqa: E402
 from page_discs import HARD_TEXTS, SECTOR, Discs  # noqa: E402
 
 BUILD = None
+WIDE, NARROW = 1280, 400
 
 # Each element with text of its own that is wider than the room it has.
 OVERFLOWING = """
@@ -92,31 +93,39 @@ class Pages(unittest.TestCase):
             cls.pages[os.path.basename(page)[: -len(".html")]] = page
         cls.browser = Browser()
         cls.addClassCleanup(cls.browser.close)
+        cls.seen = {name: cls.look_at(page) for name, page in cls.pages.items()}
 
-    def each(self):
-        for name, page in self.pages.items():
-            with self.subTest(page=name):
-                yield page
+    @classmethod
+    def look_at(cls, page):
+        """What each test wants to know of every page, which is loaded once."""
+        browser = cls.browser
+        browser.resize(WIDE)
+        seen = dict(zip(("complaints", "asked"), browser.load(page)))
+        seen |= {"links": browser.run(LOST_LINKS), "ids": browser.run(REPEATED_IDS), "overflowing": {}, "width": {}}
+        for width in (WIDE, NARROW):
+            browser.resize(width)
+            seen["overflowing"][width] = browser.run(OVERFLOWING)
+            seen["width"][width] = browser.run("document.documentElement.scrollWidth")
+        return seen
 
     def test_loads_without_a_complaint_and_asks_for_nothing_else(self):
-        for page in self.each():
-            complaints, asked = self.browser.load(page)
-            self.assertEqual(complaints, [])
-            self.assertEqual(len(asked), 1, asked)
+        for name, seen in self.seen.items():
+            with self.subTest(page=name):
+                self.assertEqual(seen["complaints"], [])
+                self.assertEqual(len(seen["asked"]), 1, seen["asked"])
 
     def test_every_link_has_its_target_and_every_id_is_one(self):
-        for page in self.each():
-            self.browser.load(page)
-            self.assertEqual(self.browser.run(LOST_LINKS), [])
-            self.assertEqual(self.browser.run(REPEATED_IDS), [])
+        for name, seen in self.seen.items():
+            with self.subTest(page=name):
+                self.assertEqual(seen["links"], [])
+                self.assertEqual(seen["ids"], [])
 
     def test_no_text_overflows_on_a_wide_and_on_a_narrow_screen(self):
-        for page in self.each():
-            for width in (1280, 400):
-                self.browser.resize(width)
-                self.browser.load(page)
-                self.assertEqual(self.browser.run(OVERFLOWING), [], width)
-                self.assertLessEqual(self.browser.run("document.documentElement.scrollWidth"), width)
+        for name, seen in self.seen.items():
+            with self.subTest(page=name):
+                self.assertEqual(seen["overflowing"], {WIDE: [], NARROW: []})
+                for width, needed in seen["width"].items():
+                    self.assertLessEqual(needed, width)
 
     def test_texts_of_others_stand_there_as_texts(self):
         self.browser.load(self.pages["hard"])
