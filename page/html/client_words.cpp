@@ -13,6 +13,13 @@ const Words& ofTheMusic() {
   static const Words kWords = {
       {"clipped", "The sound is cut off at its loudest points, which may be heard as distortion."},
       {"silent-track", "Nothing can be heard on this track: it is silent from start to end."},
+      {"byte-order-swapped",
+       "The music is probably stored the other way round than the sheet says: then it is noise."},
+      {"channel-silent", "Nothing is heard from one of the two sides."},
+      {"channels-same", "Both sides play the same: the music is not in stereo."},
+      {"sound-in-pause", "The pause before this track is not silent."},
+      {"start-cut-into-sound",
+       "This track starts in the middle of a sound, which is heard as a click."},
       {"silence-at-start", "After this track is chosen, nothing is heard for a while."},
       {"silence-at-end", "The disc goes on in silence after its last sound."},
       {"starts-inside-sector", "A bit of the track before may be heard when this one is chosen."},

@@ -39,7 +39,7 @@ class Block {
   }
   /// Up to its first NUL.
   std::string text(size_t length) {
-    const std::string_view all = charactersOf(take(length));
+    const std::string_view all = disc::charactersOf(take(length));
     return std::string(all.substr(0, all.find('\0')));
   }
   void skip(size_t length) { take(length); }
