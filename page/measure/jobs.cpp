@@ -32,9 +32,9 @@ class Workers {
   Workers& operator=(const Workers&) = delete;
 
   /// False when all have ended before a while has passed.
-  bool runFor(std::chrono::milliseconds while_) {
+  bool runFor(std::chrono::milliseconds longest) {
     std::unique_lock lock(m_mutex);
-    return !m_ended.wait_for(lock, while_, [this] { return m_running == 0; });
+    return !m_ended.wait_for(lock, longest, [this] { return m_running == 0; });
   }
 
   void fail(const std::exception_ptr& error) {
