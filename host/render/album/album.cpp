@@ -147,6 +147,7 @@ Album layOutAlbum(const Options& options) {
 
 Album layOutAlbum(const Options& options, const std::vector<AudioSource>& sources) {
   std::vector<InputInfo> infos;
+  infos.reserve(sources.size());
   for (const AudioSource& source : sources) infos.push_back(infoOf(source, options));
   return layOutAlbum(options, std::move(infos));
 }

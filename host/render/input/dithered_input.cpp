@@ -8,14 +8,14 @@ namespace velmor::render {
 
 namespace {
 
-constexpr size_t kBlockFrames = 16384;
+constexpr size_t kLoadedFrames = 16384;
 
 }  // namespace
 
 DitheredInput::DitheredInput(std::unique_ptr<AudioInput> source)
     : m_source(std::move(source)),
-      m_left(kExactStretch + kBlockFrames),
-      m_right(kExactStretch + kBlockFrames) {}
+      m_left(kExactStretch + kLoadedFrames),
+      m_right(kExactStretch + kLoadedFrames) {}
 
 bool DitheredInput::hasAddedDither() const {
   return m_left_dither.hasAdded() || m_right_dither.hasAdded();
@@ -43,7 +43,7 @@ void DitheredInput::load() {
   std::copy(m_right.begin() + from, m_right.begin() + to, m_right.begin());
   const size_t waiting = m_filled - m_used;
   const size_t got =
-      m_source->read(m_left.data() + waiting, m_right.data() + waiting, kBlockFrames);
+      m_source->read(m_left.data() + waiting, m_right.data() + waiting, kLoadedFrames);
   m_used = 0;
   m_filled = waiting + got;
   m_ended = got == 0;

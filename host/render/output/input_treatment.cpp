@@ -46,7 +46,7 @@ std::string worstAndAdvice(double peak) {
 }  // namespace
 
 std::string treatmentOf(const InputInfo& info, const InputOutcome& outcome) {
-  const std::string made = exactOrNot(info, outcome);
+  std::string made = exactOrNot(info, outcome);
   if (info.rate == disc::kSampleRate) return made;
   return "resampled from " + std::to_string(info.rate) + " Hz, " + made;
 }

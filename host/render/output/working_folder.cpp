@@ -57,10 +57,16 @@ int openFolder(const char* path) {
   return open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
 }
 
-/// Whether the open folder is this user's own and still has a name.
-bool isOwnAndThere(int folder) {
+/// Whether the open folder is this user's own.
+bool isOwn(int folder) {
   struct stat status {};
-  return fstat(folder, &status) == 0 && status.st_uid == geteuid() && status.st_nlink > 0;
+  return fstat(folder, &status) == 0 && status.st_uid == geteuid();
+}
+
+/// Whether the open folder has been removed; no where the system does not say.
+bool isGone(int folder) {
+  struct stat status {};
+  return fstat(folder, &status) == 0 && status.st_nlink == 0;
 }
 
 bool hasWorkingName(const fs::path& path) {
@@ -132,7 +138,7 @@ void WorkingFolder::make(const fs::path& parent) {
 /// Where the file system has no locks, nobody else can lock it either, and nobody removes it.
 bool WorkingFolder::holdsIt() const {
   const bool is_others = flock(m_held, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-  return !is_others && isOwnAndThere(m_held);
+  return !is_others && !isGone(m_held);
 }
 
 WorkingFolder::~WorkingFolder() {
@@ -168,7 +174,7 @@ std::vector<std::string> WorkingFolder::removeAbandoned(const fs::path& parent) 
     const int descriptor = openFolder(folder.c_str());
     if (descriptor < 0) continue;
     const bool is_free = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
-    if (is_free && isOwnAndThere(descriptor)) told.push_back(removeOne(folder));
+    if (is_free && isOwn(descriptor) && !isGone(descriptor)) told.push_back(removeOne(folder));
     close(descriptor);
   }
   return told;

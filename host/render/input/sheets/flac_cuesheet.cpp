@@ -27,9 +27,9 @@ constexpr size_t kIndexReserved = 3;
 constexpr size_t kLeastTracks = 2;
 
 /// Takes pieces off a block; nothing of what is not there whole.
-class Block {
+class BlockReader {
  public:
-  explicit Block(Bytes bytes) : m_rest(bytes) {}
+  explicit BlockReader(Bytes bytes) : m_rest(bytes) {}
 
   bool isDamaged() const { return m_is_damaged; }
   uint64_t number(size_t width) {
@@ -63,7 +63,7 @@ struct BlockTrack {
   bool is_audio = false;
 };
 
-BlockTrack takeTrack(Block& block) {
+BlockTrack takeTrack(BlockReader& block) {
   constexpr uint64_t kDataTrack = 0x80;
   BlockTrack track;
   track.start = block.number(8);
@@ -79,7 +79,7 @@ BlockTrack takeTrack(Block& block) {
   return track;
 }
 
-std::vector<BlockTrack> tracksOf(Block& block) {
+std::vector<BlockTrack> tracksOf(BlockReader& block) {
   constexpr uint64_t kMostTracks = 99;  // the lead-out has a number above
   std::vector<BlockTrack> tracks;
   for (uint64_t left = block.number(1); left > 0 && !block.isDamaged(); --left) {
@@ -126,7 +126,7 @@ std::vector<Mark> marksOfText(const std::string& text, const std::string& path, 
 }  // namespace
 
 std::vector<Mark> marksOfCuesheetBlock(std::span<const std::byte> bytes, int rate, Tags& tags) {
-  Block block(bytes);
+  BlockReader block(bytes);
   const std::string catalogue = block.text(kCatalogueLength);
   block.skip(kBehindCatalogue);
   const std::vector<BlockTrack> tracks = tracksOf(block);
