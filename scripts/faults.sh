@@ -1,7 +1,6 @@
 # shellcheck shell=bash
 # ./dev faults: every allocation and every system call of velmor-render fails in turn, once and from then on, and every
-# allocation of the recording library. A run of all tests takes every system call, but only one allocation in so many;
-# this takes every one of both.
+# allocation of the recording library. A run of all tests takes one call in so many; this takes every one.
 bash scripts/setup.sh >&2
 source scripts/common.sh
 

@@ -219,11 +219,18 @@ INSTANTIATE_TEST_SUITE_P(Process, RenderFaults, testing::Values(Times::kOnce, Ti
 /// an object, and takes one that fails for an object that is none.
 constexpr bool kSanitized = VELMOR_SANITIZED;
 
-/// A whole loop over the allocations takes minutes. A run of all tests takes one in so many, and
-/// every one at the end, where the album is put in its place; `./dev faults` takes all.
-int stepOfAllocations() {
+/// Whole loops take minutes. A run of all tests lets one call in so many fail, `usual`, and every
+/// allocation at the end, where the album is put in its place; `./dev faults` takes all.
+int stepOr(int usual) {
   const char* const step = std::getenv("VELMOR_FAULT_STEP");
-  return step != nullptr ? std::max(std::atoi(step), 1) : kSanitized ? 301 : 41;
+  return step != nullptr ? std::max(std::atoi(step), 1) : usual;
+}
+
+int stepOfSystemCalls() {
+  return stepOr(3);
+}
+int stepOfAllocations() {
+  return stepOr(kSanitized ? 301 : 61);
 }
 
 constexpr int kAtTheEnd = kSanitized ? 5 : 80;  ///< allocations, from the album's last moves on
@@ -234,7 +241,7 @@ int nextAllocation(int nth, int all) {
 
 TEST_P(RenderFaults, WhicheverSystemCallFailsAnOldAlbumIsReplacedByAWholeOneOrStays) {
   if (kSanitized) GTEST_SKIP() << "a sanitizer takes its own failing calls for errors";
-  for (Fault fault{1, GetParam()};; ++fault.nth) {
+  for (Fault fault{1, GetParam()};; fault.nth += stepOfSystemCalls()) {
     prepare(true);
     const FaultyRun run = withFailingCall(true, fault);
     expectGoodEnd(run, fault, true);
@@ -244,7 +251,7 @@ TEST_P(RenderFaults, WhicheverSystemCallFailsAnOldAlbumIsReplacedByAWholeOneOrSt
 
 TEST_P(RenderFaults, WhicheverSystemCallFailsANewAlbumIsWholeOrAbsent) {
   if (kSanitized) GTEST_SKIP() << "a sanitizer takes its own failing calls for errors";
-  for (Fault fault{1, GetParam()};; ++fault.nth) {
+  for (Fault fault{1, GetParam()};; fault.nth += stepOfSystemCalls()) {
     prepare(false);
     const FaultyRun run = withFailingCall(false, fault);
     expectGoodEnd(run, fault, false);
