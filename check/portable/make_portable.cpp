@@ -5,11 +5,14 @@
 #include <set>
 #include <system_error>
 
+#include "check/check.h"
 #include "check/portable/start_times.h"
+#include "check/report/report_text.h"
 #include "disc/codes/catalogue_number.h"
 #include "disc/codes/isrc.h"
 #include "disc/portable/portable_disc.h"
 #include "disc/sheet/sheet.h"
+#include "disc/sheet/sheet_parser.h"
 #include "disc/sheet/track_words.h"
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
@@ -54,6 +57,9 @@ class Maker {
     for (const disc::Track& t : m_sheet.tracks) takeTrack(t);
     placeStarts(m_report.disc, exact, m_made.tracks, m_made.changes);
     dropEmptyGaps();
+    dropMoreIndices();
+    beginAtTheImage();
+    countFromOne();
     completeFields();
     if (!m_sheet.remarks.empty())
       say(std::to_string(m_sheet.remarks.size()) + " REM lines are left out: no disc holds them.");
@@ -116,7 +122,7 @@ class Maker {
   void takeFiles() {
     for (size_t f = 0; f < m_sheet.files.size(); ++f) {
       const ImageFile& image = m_report.disc.images[f];
-      disc::PlainFile file{fileName(image.path()), m_sheet.files[f].type};
+      disc::PlainFile file{nameFromFolder(image.path(), m_folder), m_sheet.files[f].type};
       if (file.name.find_first_of("\"\r\n") != std::string::npos)
         throw Failure("the image's name " + disc::inQuotes(disc::printable(file.name)) +
                       " has a quote or a line break, which no sheet can hold; rename it");
@@ -127,30 +133,7 @@ class Maker {
             "image in ASCII for readers on other systems.");
       m_made.files.push_back(std::move(file));
     }
-    checkStems(m_made.files[0].name);
-    if (m_made.files.size() > 1)
-      say("The sheet keeps its " + std::to_string(m_made.files.size()) +
-          " files; readers that want one image will not take it.");
-  }
-
-  /// The one thing that a sheet cannot say: libcdio looks for the sheet's name with ".bin".
-  void checkStems(const std::string& file) {
-    if (m_name.empty() || file == m_name.stem().string() + ".bin") return;
-    say("For libcdio (cd-info) rename this sheet or the image: it looks for " +
-        disc::inQuotes(m_name.stem().string() + ".bin") + " beside the sheet, whatever FILE says.");
-  }
-
-  std::string fileName(const std::filesystem::path& image) const {
-    std::error_code error;
-    const auto there = std::filesystem::weakly_canonical(image, error);
-    const auto here = std::filesystem::weakly_canonical(
-        m_folder.empty() ? std::filesystem::path(".") : m_folder, error);
-    const auto relative = there.lexically_relative(std::filesystem::absolute(here, error));
-    // A link to an image elsewhere keeps the name it has beside the sheet.
-    const bool beside = std::filesystem::equivalent(
-        image.parent_path().empty() ? std::filesystem::path(".") : image.parent_path(), here,
-        error);
-    return beside || relative.empty() ? image.filename().string() : relative.string();
+    if (const auto advice = nameForLibcdio(m_name, m_made.files[0].name)) say(*advice);
   }
 
   void takeTrack(const disc::Track& from) {
@@ -208,21 +191,64 @@ class Maker {
     }
   }
 
-  /// The packs of a CD-TEXT field come for every track or for none.
+  /// cdrdao counts them from the start of their track, other readers from that of the file.
+  void dropMoreIndices() {
+    for (disc::PlainTrack& t : m_made.tracks)
+      if (std::erase_if(t.indices, [](const disc::PlainIndex& i) { return i.number > 1; }) > 0)
+        say("Track " + std::to_string(t.number) + ": indices above 01 are left out.");
+  }
+
+  /// What lies before the first index is a pause to some readers, and refused by others.
+  void beginAtTheImage() {
+    disc::PlainTrack& first = m_made.tracks.front();
+    const disc::PlainIndex start = first.indices.front();
+    if (start.number != 1 || start.sector == 0) return;
+    first.indices.insert(first.indices.begin(), {0, 0, start.file});
+    say("Track " + std::to_string(first.number) +
+        ": INDEX 00 00:00:00 is added: the image begins before INDEX 01.");
+  }
+
+  void countFromOne() {
+    const int shift = m_made.tracks.front().number - 1;
+    if (shift == 0) return;
+    for (disc::PlainTrack& t : m_made.tracks) t.number -= shift;
+    say("The tracks are counted from 1, not from " + std::to_string(shift + 1) + ".");
+  }
+
+  /// The packs of a CD-TEXT field come for every track or for none; cdrdao writes no CD-TEXT that
+  /// has titles and no performers, or the other way round.
   void completeFields() {
+    const auto has_text = [](const disc::PlainFields& f) {
+      return !f.title.empty() || !f.performer.empty() || !f.songwriter.empty();
+    };
+    const bool texts = has_text(m_made.fields) ||
+                       std::any_of(m_made.tracks.begin(), m_made.tracks.end(),
+                                   [&](const disc::PlainTrack& t) { return has_text(t.fields); });
+    if (texts && !anyPerformer()) {
+      m_made.fields.performer = "Unknown";
+      say("PERFORMER \"Unknown\" is added: cdrdao writes no CD-TEXT without performers.");
+      for (disc::PlainTrack& t : m_made.tracks) t.fields.performer = m_made.fields.performer;
+    }
     complete(
         &disc::PlainFields::title, "TITLE",
-        [](const disc::PlainTrack& t) { return "Track " + std::to_string(t.number); }, "Untitled");
+        [](const disc::PlainTrack& t) { return "Track " + std::to_string(t.number); }, "Untitled",
+        texts);
     complete(&disc::PlainFields::performer, "PERFORMER", {}, "Various");
     complete(&disc::PlainFields::songwriter, "SONGWRITER", {}, "Various");
   }
 
+  bool anyPerformer() const {
+    return !m_made.fields.performer.empty() ||
+           std::any_of(m_made.tracks.begin(), m_made.tracks.end(),
+                       [](const disc::PlainTrack& t) { return !t.fields.performer.empty(); });
+  }
+
   void complete(std::string disc::PlainFields::*field, const std::string& name,
                 const std::function<std::string(const disc::PlainTrack&)>& own,
-                const std::string& for_disc) {
+                const std::string& for_disc, bool wanted = false) {
     const auto has = [&](const disc::PlainTrack& t) { return !(t.fields.*field).empty(); };
     const bool any = std::any_of(m_made.tracks.begin(), m_made.tracks.end(), has);
-    if (!any && (m_made.fields.*field).empty()) return;
+    if (!any && (m_made.fields.*field).empty() && !wanted) return;
     if ((m_made.fields.*field).empty()) {
       m_made.fields.*field = for_disc;
       say("Disc: " + name + ' ' + disc::inQuotes(for_disc) + " is added: tracks have one.");
@@ -243,6 +269,46 @@ class Maker {
 };
 
 }  // namespace
+
+std::string nameFromFolder(const std::filesystem::path& image,
+                           const std::filesystem::path& folder) {
+  std::error_code error;
+  const std::filesystem::path from = folder.empty() ? std::filesystem::path(".") : folder;
+  const auto there = std::filesystem::weakly_canonical(image, error);
+  const auto here = std::filesystem::weakly_canonical(from, error);
+  const auto relative = there.lexically_relative(std::filesystem::absolute(here, error));
+  // A link to an image elsewhere keeps the name it has beside the sheet.
+  const bool beside = std::filesystem::equivalent(
+      image.parent_path().empty() ? std::filesystem::path(".") : image.parent_path(), here, error);
+  return beside || relative.empty() ? image.filename().string() : relative.string();
+}
+
+std::optional<std::string> nameForLibcdio(const std::filesystem::path& sheet,
+                                          const std::string& file) {
+  const std::string wanted = sheet.stem().string() + ".bin";
+  if (sheet.empty() || file == wanted) return std::nullopt;
+  return "For libcdio (cd-info) rename this sheet or the image: it looks for " +
+         disc::inQuotes(wanted) + " beside the sheet, whatever FILE says.";
+}
+
+std::vector<std::string> leftForReaders(const std::string& text,
+                                        const std::filesystem::path& target) {
+  CheckOptions options;
+  options.samples = false;
+  std::vector<std::string> left;
+  for (const Finding& f : check(disc::parseSheet(text), target, options).findings) {
+    // That sheet and image need one name for libcdio is said where the files are named.
+    if (f.rule == "image-named-otherwise" || (f.refused.empty() && f.damaged.empty())) continue;
+    std::string line = "Not mended";
+    if (f.track > 0) line += ", track " + std::to_string(f.track);
+    line += ": " + f.what + '.';
+    if (!f.refused.empty()) line += " Refused by " + readerList(f.refused) + '.';
+    if (!f.damaged.empty())
+      line += " With " + readerList(f.damaged) + ": " + std::string(f.damage) + '.';
+    left.push_back(disc::printable(line));
+  }
+  return left;
+}
 
 disc::PortableDisc makePortable(const Report& report, const std::filesystem::path& target,
                                 const ExactStarts& exact) {

@@ -28,6 +28,7 @@ class Parser {
     while (const auto line = lines.next()) readLine(*line);
     if (m_pending) problem(SyntaxKind::kUnclosed, m_pending->line, "");
     m_sheet.ends = lines.ends();
+    m_sheet.bytes = m_bytes;
     return std::move(m_sheet);
   }
 
@@ -126,9 +127,10 @@ class Parser {
 
   void store(std::optional<Text>& place, std::string_view command, std::string_view rest) {
     Text value = wholeValue(rest, m_line);
+    if (value.text_after) problem(SyntaxKind::kTextAfterValue, m_line, command);
     const bool goes_on = !value.closed && !m_cut;
     if (place)
-      problem(SyntaxKind::kRepeated, m_line, command);
+      problem(SyntaxKind::kRepeated, m_line, command, place->bytes == value.bytes);
     else
       place = std::move(value);
     if (goes_on) m_pending = Pending{m_line, place->line == m_line ? &*place : nullptr};
@@ -136,7 +138,11 @@ class Parser {
 
   void readFile(std::string_view rest) {
     File file;
-    file.name = valueBeforeWord(rest, m_line, file.type);
+    std::string after;
+    file.name = valueBeforeWord(rest, m_line, after);
+    std::string_view words = after;
+    file.type = takeWord(words);
+    if (!trimmed(words).empty()) problem(SyntaxKind::kTextAfterValue, m_line, "FILE");
     noteSmallLetters(file.type, m_sheet.lower_case_file_type);
     file.type = upperCase(file.type);
     if (!file.name.closed) problem(SyntaxKind::kUnclosed, m_line, "FILE");
@@ -147,8 +153,9 @@ class Parser {
     if (m_sheet.files.empty()) problem(SyntaxKind::kMisplaced, m_line, "TRACK before any FILE");
     Track made;
     made.number = parseNumber(takeWord(rest), 6);
-    made.mode = trimmed(rest).substr(0, 40);
-    noteSmallLetters(made.mode, m_sheet.lower_case_command);
+    made.mode = takeWord(rest).substr(0, 40);
+    if (!trimmed(rest).empty()) problem(SyntaxKind::kTextAfterValue, m_line, "TRACK");
+    made.lower_case_mode = upperCase(made.mode) != made.mode;
     made.mode = upperCase(made.mode);
     made.line = m_line;
     if (made.number < 0) problem(SyntaxKind::kBadNumber, m_line, "TRACK");
@@ -173,7 +180,13 @@ class Parser {
     if (!inTrack(command)) return;
     const Msf time = parseMsf(takeWord(rest));
     if (!time.readable()) problem(SyntaxKind::kBadNumber, m_line, command);
-    (command == "PREGAP" ? track()->pregap : track()->postgap) = time;
+    std::optional<Msf>& place = command == "PREGAP" ? track()->pregap : track()->postgap;
+    if (place) {
+      problem(SyntaxKind::kRepeated, m_line, command);
+      return;
+    }
+    place = time;
+    if (command == "PREGAP") track()->pregap_behind_index = !track()->indices.empty();
   }
 
   Track* track() { return m_sheet.tracks.empty() ? nullptr : &m_sheet.tracks.back(); }
@@ -184,13 +197,13 @@ class Parser {
     return false;
   }
 
-  void problem(SyntaxKind kind, int line, std::string_view what) {
+  void problem(SyntaxKind kind, int line, std::string_view what, bool same_value = false) {
     if (m_sheet.problems.size() >= kMostProblems) {
       ++m_sheet.problems_left_out;
       return;
     }
     const int number = static_cast<int>(m_sheet.tracks.size());
-    m_sheet.problems.push_back({kind, line, number, std::string(what)});
+    m_sheet.problems.push_back({kind, line, number, std::string(what), same_value});
   }
 
   /// A quoted value whose closing quote may come in a later line.
