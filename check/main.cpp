@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "check/check.h"
+#include "check/left_for_readers.h"
 #include "check/portable/joined_image.h"
 #include "check/portable/make_portable.h"
 #include "check/portable/refuse_target.h"

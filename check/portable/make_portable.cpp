@@ -5,14 +5,11 @@
 #include <set>
 #include <system_error>
 
-#include "check/check.h"
 #include "check/portable/start_times.h"
-#include "check/report/report_text.h"
 #include "disc/codes/catalogue_number.h"
 #include "disc/codes/isrc.h"
 #include "disc/portable/portable_disc.h"
 #include "disc/sheet/sheet.h"
-#include "disc/sheet/sheet_parser.h"
 #include "disc/sheet/track_words.h"
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
@@ -122,7 +119,8 @@ class Maker {
   void takeFiles() {
     for (size_t f = 0; f < m_sheet.files.size(); ++f) {
       const ImageFile& image = m_report.disc.images[f];
-      disc::PlainFile file{nameFromFolder(image.path(), m_folder), m_sheet.files[f].type};
+      disc::PlainFile file{nameFromFolder(image.path(), m_folder), m_sheet.files[f].type,
+                           image.sectors()};
       if (file.name.find_first_of("\"\r\n") != std::string::npos)
         throw Failure("the image's name " + disc::inQuotes(disc::printable(file.name)) +
                       " has a quote or a line break, which no sheet can hold; rename it");
@@ -289,25 +287,6 @@ std::optional<std::string> nameForLibcdio(const std::filesystem::path& sheet,
   if (sheet.empty() || file == wanted) return std::nullopt;
   return "For libcdio (cd-info) rename this sheet or the image: it looks for " +
          disc::inQuotes(wanted) + " beside the sheet, whatever FILE says.";
-}
-
-std::vector<std::string> leftForReaders(const std::string& text,
-                                        const std::filesystem::path& target) {
-  CheckOptions options;
-  options.samples = false;
-  std::vector<std::string> left;
-  for (const Finding& f : check(disc::parseSheet(text), target, options).findings) {
-    // That sheet and image need one name for libcdio is said where the files are named.
-    if (f.rule == "image-named-otherwise" || (f.refused.empty() && f.damaged.empty())) continue;
-    std::string line = "Not mended";
-    if (f.track > 0) line += ", track " + std::to_string(f.track);
-    line += ": " + f.what + '.';
-    if (!f.refused.empty()) line += " Refused by " + readerList(f.refused) + '.';
-    if (!f.damaged.empty())
-      line += " With " + readerList(f.damaged) + ": " + std::string(f.damage) + '.';
-    left.push_back(disc::printable(line));
-  }
-  return left;
 }
 
 disc::PortableDisc makePortable(const Report& report, const std::filesystem::path& target,

@@ -31,9 +31,4 @@ std::string nameFromFolder(const std::filesystem::path& image, const std::filesy
 std::optional<std::string> nameForLibcdio(const std::filesystem::path& sheet,
                                           const std::string& file);
 
-/// What some reader refuses or damages in the sheet `text`, which will stand at `target`, all the
-/// same: sentences for `changes`.
-std::vector<std::string> leftForReaders(const std::string& text,
-                                        const std::filesystem::path& target);
-
 }  // namespace velmor::check
