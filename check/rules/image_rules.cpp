@@ -81,8 +81,8 @@ void checkPastEnd(const Disc& disc, Findings& findings) {
       if (i.file >= disc.images.size() || !i.time.readable()) continue;
       const ImageFile& image = disc.images[i.file];
       if (!image.readable() || i.time.sectors() < image.sectors()) continue;
-      // Readers measure the last track; of another one they go by the track behind it.
-      const bool last = &t == &disc.sheet.tracks.back();
+      // Readers measure the last track by its start; of another one they go by the track behind it.
+      const bool last = &t == &disc.sheet.tracks.back() && i.number <= 1;
       findings.add(Severity::kError, {"index-past-end", last ? "" : "inside"}, {i.line, number},
                    "the index is sector " + std::to_string(i.time.sectors()) + ", and " +
                        shown(image) + " has " + std::to_string(image.sectors()),
