@@ -49,14 +49,14 @@ std::string bytesOfSheet(const std::filesystem::path& path) {
 
 void scanImages(Disc& disc, const CheckOptions& options) {
   int64_t all = 0, before = 0;
-  for (const ImageFile& image : disc.images) all += image.dataBytes();
+  for (const ImageFile& image : disc.images) all += AudioMap::bytesToScan(image);
   for (size_t i = 0; i < disc.images.size(); ++i) {
     const ImageFile& image = disc.images[i];
     if (!image.readable()) continue;
     disc.audio[i] = AudioMap::scan(image, [&](int64_t done) {
       if (options.progress) options.progress(std::min(before + done, all), all);
     });
-    before += image.dataBytes();
+    before += AudioMap::bytesToScan(image);
   }
 }
 
@@ -87,8 +87,9 @@ Report check(disc::Sheet sheet, const std::filesystem::path& name, const CheckOp
   report.disc = openDisc(std::move(sheet), name);
   if (options.samples) scanImages(report.disc, options);
   Findings findings(options.readers);
-  for (const auto group : {checkSyntax, checkForm, checkTimes, checkRemarks, checkTexts, checkCodes,
-                           checkTracks, checkLayout, checkImages, checkFiles, checkAudio})
+  for (const auto group :
+       {checkSyntax, checkForm, checkTimes, checkRemarks, checkTexts, checkCodes, checkTracks,
+        checkLayout, checkImages, checkFiles, checkAudio, checkSound})
     group(report.disc, findings);
   report.findings = std::move(findings).sorted();
   keepErrorsOfNoSheet(report.findings);

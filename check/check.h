@@ -27,8 +27,8 @@ inline constexpr size_t kLongestSheet = size_t{16} << 20;
 /// The sheet of a file. Throws `Failure` when it cannot be read or is too long.
 disc::Sheet readSheet(const std::filesystem::path& sheet);
 
-/// Reads the sheet and every sample of its images; changes nothing. Throws `Failure` when the
-/// sheet itself cannot be read; everything else is a finding.
+/// Reads the sheet and every sample of its images that a disc could hold; changes nothing. Throws
+/// `Failure` when the sheet itself cannot be read; everything else is a finding.
 Report check(const std::filesystem::path& sheet, const CheckOptions& options);
 /// The same for a sheet that was read; its images lie beside `name`.
 Report check(disc::Sheet sheet, const std::filesystem::path& name, const CheckOptions& options);

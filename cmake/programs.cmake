@@ -2,7 +2,7 @@
 
 if(VELMOR_BUILD_PROGRAMS)
   find_package(PkgConfig REQUIRED)
-  foreach(room IN ITEMS disc check ddp host)
+  foreach(room IN ITEMS disc check ddp page programs host)
     add_subdirectory(${room})
   endforeach()
 endif()

@@ -27,6 +27,12 @@ function(velmor_run_test)
   set_tests_properties(${R_NAME} PROPERTIES TIMEOUT ${R_TIMEOUT} ENVIRONMENT "${R_ENVIRONMENT}")
 endfunction()
 
+# velmor_once(name...): what these tests are about is the same in every build, files of other compilers and programs of
+# others. The sanitizers' run leaves them out.
+function(velmor_once)
+  set_tests_properties(${ARGN} PROPERTIES LABELS once)
+endfunction()
+
 # velmor_add_test(NAME name SOURCES file... [LIBS lib...] [ARGS arg...] [TIMEOUT seconds] [ENVIRONMENT variable...])
 # A GoogleTest program; VELMOR_MODULE and VELMOR_SOURCE_DIR tell it where the module and its fixtures are.
 function(velmor_add_test)

@@ -40,16 +40,26 @@ measure_parts() {
   echo "every repetition is in build/speed/parts.log"
 }
 
+# render_album SHEET: the album's image, which others are measured with.
+render_album() {
+  build/release/velmor-render --quiet --force --allow-overlong --no-dither "$data/album.wav" -o "$1" ||
+    fail "the album cannot be rendered"
+}
+
 measure_programs() {
   say "Building"
-  configure_and_build release velmor_cd velmor-render velmor-ddp | tail -n 1
+  configure_and_build release velmor_cd velmor-render velmor-ddp velmor-cdcheck velmor-loudness-alone | tail -n 1
   say "Writing an album of 80 minutes, 24 bit"
   python3 scripts/bench_wav.py "$data/album.wav" 80
-  local ours="build/release/velmor-render --quiet --force '$data/album.wav' -o '$data/album.cue'"
+  # Its 80 minutes are one sector more than a disc of 80 minutes holds.
+  local render="build/release/velmor-render --quiet --force --allow-overlong '$data/album.wav'"
+  local ours="$render --no-dither -o '$data/album.cue'"
+  local ours_dithered="$render -o '$data/album.cue'"
   local sox="sox -D '$data/album.wav' -t cdr '$data/album.cdr'"
+  local sox_dithered="sox '$data/album.wav' -t cdr '$data/album.cdr'"
   local ffmpeg="ffmpeg -v error -y -i '$data/album.wav' -f s16le '$data/album.raw'"
   local cp="cp '$data/finished.bin' '$data/copy.bin'"
-  build/release/velmor-render --quiet --force "$data/album.wav" -o "$data/finished.cue"
+  render_album "$data/finished.cue"
   local made="'$data'/album.bin '$data'/album.cue '$data'/album.cdr '$data'/album.raw '$data'/copy.bin"
   # Each is run once before it is timed: memory that the machine has not touched lately costs whoever comes first. And
   # each makes its file anew: giving back an old one's memory is not to be measured.
@@ -59,6 +69,7 @@ measure_programs() {
     hyperfine --warmup 1 --runs 1 --style basic --export-json "$folder/programs-$round.json" \
       --prepare "rm -f $made" \
       -n velmor-render "$ours" -n cp "$cp" -n sox "$sox" -n ffmpeg "$ffmpeg" \
+      -n velmor-render-dithered "$ours_dithered" -n sox-dithered "$sox_dithered" \
       >"$folder/programs-$round.log" 2>&1 || {
       cat "$folder/programs-$round.log" >&2
       fail "a program failed; the lines above say why"
@@ -68,18 +79,20 @@ measure_programs() {
   done
   rm -f "$data"/album.{cdr,raw} "$data"/copy.bin
   measure_sets
+  measure_checker
+  measure_page
   rm -f "$data"/album.{bin,cue}
   hyperfine -N --warmup 5 --runs 100 --style basic --export-json "$folder/programs-start.json" \
     -n start-up "build/release/velmor-render --version" >"$folder/programs-start.log" 2>&1
   # A small program has to start it: the peak that the system notes counts what the parent took before.
   /usr/bin/time -f %M -o "$folder/memory" \
-    build/release/velmor-render --quiet --force "$data/album.wav" -o "$data/album.cue"
+    build/release/velmor-render --quiet --force --allow-overlong "$data/album.wav" -o "$data/album.cue"
 }
 
 # The set of the album that the last round has left, beside a copy of its image and md5sum of the same.
 measure_sets() {
   say "Sets for a plant, five rounds"
-  build/release/velmor-render --quiet --force "$data/album.wav" -o "$data/album.cue"
+  render_album "$data/album.cue"
   local round
   for round in 1 2 3 4 5; do
     hyperfine --warmup 1 --runs 1 --style basic --export-json "$folder/programs-set-$round.json" \
@@ -93,6 +106,43 @@ measure_sets() {
     }
   done
   rm -rf "$data/set" "$data/copy.bin"
+}
+
+# The checker on the album that is there, beside cat of its image, and on a file of 16 MiB that is all TRACK lines.
+measure_checker() {
+  say "The checker, ten rounds"
+  {
+    echo 'FILE "album.bin" BINARY'
+    head -c 16777000 < <(yes '  TRACK 01 AUDIO')
+  } >"$data/tracks.cue"
+  local round
+  for round in 1 2 3 4 5 6 7 8 9 10; do
+    # Of a sheet with errors the checker says so by its exit status.
+    hyperfine -N --ignore-failure --warmup 1 --runs 1 --style basic --export-json "$folder/programs-check-$round.json" \
+      -n check "build/release/velmor-cdcheck '$data/album.cue'" -n cat "cat '$data/album.bin'" \
+      -n check-tracks "build/release/velmor-cdcheck '$data/tracks.cue'" >"$folder/programs-check-$round.log" 2>&1 || {
+      cat "$folder/programs-check-$round.log" >&2
+      fail "a program failed; the lines above say why"
+    }
+  done
+  rm -f "$data/tracks.cue"
+}
+
+# The page of the same album, beside the checker without it and the loudness library by itself.
+measure_page() {
+  say "A page, two rounds"
+  local round
+  for round in 1 2; do
+    hyperfine --runs 1 --style basic --ignore-failure --export-json "$folder/programs-page-$round.json" \
+      -n scan "build/release/velmor-cdcheck '$data/album.cue'" \
+      -n loudness-alone "build/release/bench/velmor-loudness-alone '$data/album.bin'" \
+      -n page "build/release/velmor-cdcheck '$data/album.cue' --html '$data/page.html' --force" \
+      >"$folder/programs-page-$round.log" 2>&1 || {
+      cat "$folder/programs-page-$round.log" >&2
+      fail "a program failed; the lines above say why"
+    }
+  done
+  rm -f "$data/page.html"
 }
 
 [ "$what" = programs ] || measure_parts

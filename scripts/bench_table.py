@@ -82,14 +82,22 @@ def main():
     table.at_most("reading for a burn, beside bare reads", "readThroughTheProducer", "readBareLoop", 2.0)
     if "seekInsideTheBuffer" in table.times:
         table.below("a seek inside the reader's buffer", table.times["seekInsideTheBuffer"], 50, " ns")
-    table.faster("velmor-render, 80 minutes of 24-bit WAV, beside sox", "velmor-render", "sox", 2)
+    table.faster("velmor-render --no-dither, 80 minutes of 24-bit WAV, beside sox -D", "velmor-render", "sox", 2)
     table.faster("the same beside ffmpeg", "velmor-render", "ffmpeg", 3)
     table.at_most("its processor time, beside sox", "velmor-render cpu", "sox cpu", 0.6)
     table.at_most("it in all, beside cp of the finished image", "velmor-render", "cp", 1.3)
+    table.faster("velmor-render with dither, beside sox with its own", "velmor-render-dithered", "sox-dithered", 2)
+    table.at_most("its processor time, beside sox's", "velmor-render-dithered cpu", "sox-dithered cpu", 0.6)
     if "start-up" in table.times:
         table.below("velmor-render --version", 1000 * table.times["start-up"], 10, " ms")
     table.at_most("a set for a plant, beside cp and md5sum of its image", "set-write", "copy-and-md5sum", 1.2)
     table.at_most("checking a set, beside md5sum of its audio", "set-check", "md5sum", 1.2)
+    table.at_most("velmor-cdcheck's processor time, beside cat of the image", "check cpu", "cat cpu", 1.3)
+    if "check-tracks" in table.times:
+        table.below("velmor-cdcheck on 16 MiB of TRACK lines", table.times["check-tracks"], 1, " s")
+    if "scan" in table.times and "loudness-alone" in table.times:
+        table.times["scans and loudness"] = 3 * table.times["scan"] + table.times["loudness-alone"]
+    table.at_most("a page of 80 minutes, beside three scans and libebur128's own time", "page", "scans and loudness", 1)
     memory = os.path.join(folder, "memory")
     if os.path.exists(memory):
         with open(memory, encoding="utf-8") as file:

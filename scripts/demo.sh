@@ -11,14 +11,11 @@ rm -rf "$folder"
 mkdir -p "$folder/sources"
 bash scripts/demo_album.sh "$folder/sources"
 
-album=("$folder/sources/Headlights.wav" "$folder/sources/Toll Road.flac" "$folder/sources/Say Go.aiff"
-  "$folder/sources/Rain.ogg" "$folder/sources/Arrival.w64"
-  --catalog 0731452345622 --title "Night Drive" --performer "The Lanterns"
-  --isrc "1=USABC2600001" --isrc "2=USABC2600002" --isrc "3=USABC2600003" --isrc "4=USABC2600004" --isrc "5=USABC2600005"
-  --disc-leadin 2000 --track-leadin 2000 --dither tpdf)
+source scripts/demo_options.sh
+mapfile -t album < <(album_options "$folder/sources")
 
 say "Rendering five files to a disc image"
-build/release/velmor-render "${album[@]}" -o "$folder/album.cue" --ddp "$folder/master"
+build/release/velmor-render "${album[@]}" -o "$folder/album.cue" --ddp "$folder/master" --html "$folder/master.html"
 
 say "The sheet"
 tr -d '\r' <"$folder/album.cue"
@@ -33,3 +30,4 @@ say "Burning it, to a recorder without hardware"
 bash scripts/demo_burn.sh "$folder" "${album[@]}"
 
 say "The disc is in build/demo: album.cue and album.bin, for a plant in master, and as a drive has it in drives/drive01"
+say "A page of it to look at: file://$folder/master.html"

@@ -5,6 +5,7 @@ cat <<'TEXT'
 
   demo      render an album of its own to a CD image, show it, have other programs read it, and burn it
             to a recorder without hardware
+  shots     make the pictures of the page in docs/images/ anew
   test      build everything (for macOS; with g++; with clang and its sanitizers; the module for 64-bit
             ARM), run all tests, check format and lint, fuzz for a minute; ./dev test NAME runs the tests
             whose name matches; --all adds the long ones in an emulator

@@ -46,7 +46,7 @@ if [ "${1:-}" = --all ]; then
 fi
 
 [ -f build/sanitize/compile_commands.json ] || cmake --preset sanitize >/dev/null
-mapfile -t files < <(sources_of build/sanitize '(build/sanitize/)?(disc|check|ddp|host|tools)/[^"]+\.c(pp|xx)')
+mapfile -t files < <(sources_of build/sanitize '(build/sanitize/)?(disc|check|ddp|page|programs|host|tools)/[^"]+\.c(pp|xx)')
 [ ${#files[@]} -gt 0 ] || fail "no source to lint: the sanitizer build is not configured"
 # The rooms of the module, each as one file as well. That sources are included is the way here, and no fault.
 mkdir -p build/lint

@@ -66,7 +66,7 @@ dpkg-deb --extract "${deb[0]}" "$out/unpacked/deb"
 check_linux "$out/unpacked/deb/usr"
 diff <(cd "$out/unpacked/$linux" && find . -type f | sort) <(cd "$out/unpacked/deb/usr" && find . -type f | sort) >&2 ||
   fail "the archive and the Debian package do not hold the same files"
-for library in libsndfile1 libsoxr0 libburn4 libgcrypt20; do
+for library in libsndfile1 libsoxr0 libburn4 libgcrypt20 libebur128 libdiscid0; do
   dpkg-deb --field "${deb[0]}" Depends | grep -q "$library" || fail "the Debian package does not ask for $library"
 done
 rm -r "$out/unpacked"

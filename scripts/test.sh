@@ -15,9 +15,14 @@ if [ "${1:-}" = --all ]; then
   shift
 fi
 
+# step WORDS: names what comes, and when.
+step() {
+  say "$*, after $(((SECONDS - started) / 60)) min $(((SECONDS - started) % 60)) s"
+}
+
 # build NAME COMMAND...: runs the command, which builds that, and says what went wrong.
 build() {
-  say "Build: $1"
+  step "Build: $1"
   "${@:2}" >"build/$1.build.log" 2>&1 || {
     grep -E 'error|FAILED' "build/$1.build.log" | head -n 40 >&2
     fail "building '$1' failed; the whole report is build/$1.build.log"
@@ -32,7 +37,7 @@ for preset in release sanitize; do
 done
 build arm64 configure_and_build arm64 ${arm64_targets[@]+"${arm64_targets[@]}"}
 
-say "Lint"
+step Lint
 bash scripts/lint.sh >build/lint.log 2>&1 || {
   grep -vE '^[0-9]+ warnings? generated' build/lint.log | head -n 100 >&2
   fail "lint found the above; the whole report is build/lint.log"
@@ -42,7 +47,7 @@ echo "clean"
 # run_tests PRESET [OPTION...]: with the tests whose name was given. Some wait for other programs: one more at a time than
 # there are processors.
 run_tests() {
-  say "Tests: $1"
+  step "Tests: $1"
   ctest --preset "$1" -j "$(($(nproc) + 1))" ${name:+-R "$name"} --output-on-failure "${@:2}"
 }
 name=${1:-}
@@ -50,7 +55,7 @@ run_tests release
 run_tests sanitize
 run_tests arm64 -L "$arm64_label"
 if [ $# -eq 0 ]; then
-  say "Fuzzing for a minute"
+  step "Fuzzing for a minute"
   bash scripts/fuzz.sh --seconds 60 >build/fuzz.log 2>&1 || {
     tail -n 60 build/fuzz.log >&2
     fail "fuzzing found the above; the whole report is build/fuzz.log"

@@ -7,33 +7,33 @@
 #include <optional>
 #include <vector>
 
+#include "check/image/clip_finder.h"
 #include "check/image/image_file.h"
+#include "check/image/sector_channels.h"
 
 namespace velmor::check {
 
 /// Called now and then with the bytes done; on the thread that scans.
 using Progress = std::function<void(int64_t bytes_done)>;
 
-/// Samples of one channel that stay at full scale (32767 or -32768, one of the two).
-struct ClippedRun {
-  int64_t frame = 0;  ///< of its first sample, from the file's first
-  int64_t samples = 0;
-};
-
-/// Three samples in a row at full scale: a converter's overload, not a peak that touches it.
-inline constexpr int64_t kClippedRun = 3;
-
 class AudioMap {
  public:
+  /// Twice what any disc holds and more: what lies behind it is not looked into.
+  static constexpr int64_t kMostSectors = 1'000'000;
+  /// Bytes of the image that `scan` reads.
+  static int64_t bytesToScan(const ImageFile& image);
+
   /// Reads `image`, which is readable, once from start to end. A read error ends the map early (see
   /// `brokeOff`). `progress` may be empty.
   static AudioMap scan(const ImageFile& image, const Progress& progress);
 
-  int64_t sectors() const { return static_cast<int64_t>(m_silent.size()); }
+  int64_t sectors() const { return static_cast<int64_t>(m_sectors.size()); }
   /// Is every sample of the sector zero? What lies outside the image is not.
-  bool silent(int64_t sector) const {
-    return sector >= 0 && sector < sectors() && m_silent[static_cast<size_t>(sector)];
-  }
+  bool silent(int64_t sector) const { return contains(sector) && at(sector).peak == 0; }
+  /// The sample farthest from zero, 0 to 32768; 0 outside the image.
+  int peak(int64_t sector) const { return contains(sector) ? at(sector).peak : 0; }
+  /// How the channels of a sector of the image compare.
+  Channels channels(int64_t sector) const { return at(sector).channels; }
   /// The first sector from `sector` up to `end` (not included) that is not silent, else `end`.
   /// `sector` is not beyond `end`.
   int64_t firstSound(int64_t sector, int64_t end) const;
@@ -42,16 +42,24 @@ class AudioMap {
   int64_t silentBefore(int64_t end, int64_t begin) const;
 
   /// Of both channels, by their first frame.
-  const std::vector<ClippedRun>& clippedRuns() const { return m_runs; }
-  int64_t clippedRunsLeftOut() const { return m_runs_left_out; }
+  const std::vector<ClippedRun>& clippedRuns() const { return m_clipped.runs; }
+  int64_t clippedRunsLeftOut() const { return m_clipped.left_out; }
   /// Did a read fail, so that the map ends early?
   bool brokeOff() const { return m_broke_off; }
 
  private:
-  friend class ClipFinder;
-  std::vector<bool> m_silent;
-  std::vector<ClippedRun> m_runs;
-  int64_t m_runs_left_out = 0;
+  class Scan;
+
+  struct Sector {
+    uint16_t peak = 0;
+    Channels channels;
+  };
+
+  bool contains(int64_t sector) const { return sector >= 0 && sector < sectors(); }
+  const Sector& at(int64_t sector) const { return m_sectors[static_cast<size_t>(sector)]; }
+
+  std::vector<Sector> m_sectors;
+  ClippedRuns m_clipped;
   bool m_broke_off = false;
 };
 

@@ -5,38 +5,45 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cstring>
+#include <cstdio>
 #include <system_error>
 #include <utility>
 
+#include "disc/audio/source_format.h"
+#include "disc/failure.h"
 #include "disc/units/disc_units.h"
 
 namespace velmor::check {
 
 namespace {
 
-using Bytes = const unsigned char*;
-
-uint32_t little32(Bytes b) {
-  return uint32_t{b[0]} | uint32_t{b[1]} << 8 | uint32_t{b[2]} << 16 | uint32_t{b[3]} << 24;
-}
-uint32_t big32(Bytes b) {
-  return uint32_t{b[3]} | uint32_t{b[2]} << 8 | uint32_t{b[1]} << 16 | uint32_t{b[0]} << 24;
-}
-uint32_t little16(Bytes b) {
-  return uint32_t{b[0]} | uint32_t{b[1]} << 8;
-}
-uint32_t big16(Bytes b) {
-  return uint32_t{b[1]} | uint32_t{b[0]} << 8;
-}
-bool named(Bytes b, const char* name) {
-  return std::memcmp(b, name, 4) == 0;
+/// "mono", "stereo", "6 channels".
+std::string channelsText(int channels) {
+  if (channels == 1) return "mono";
+  return channels == 2 ? "stereo" : std::to_string(channels) + " channels";
 }
 
-/// A container with more chunks than this before its samples is no audio file.
-constexpr int kMostChunks = 4096;
+/// Empty when the samples are as a disc has them.
+std::string wrongFormatOf(const SF_INFO& info) {
+  const bool plain = (info.format & SF_FORMAT_SUBMASK) == SF_FORMAT_PCM_16;
+  if (plain && info.samplerate == disc::kSampleRate && info.channels == 2) return {};
+  return disc::formatName(info.format) + ", " + std::to_string(info.samplerate) + " Hz, " +
+         channelsText(info.channels);
+}
+
+bool isOfType(disc::Container container, std::string_view type) {
+  switch (container) {
+    case disc::Container::kWave:
+      return type == "WAVE";
+    case disc::Container::kAiff:
+      return type == "AIFF";
+    case disc::Container::kFlac:
+      return type == "WAVE" || type == "FLAC";
+    default:
+      return false;
+  }
+}
 
 }  // namespace
 
@@ -67,86 +74,55 @@ ImageFile::ImageFile(ImageFile&& other) noexcept
       m_descriptor(std::exchange(other.m_descriptor, -1)),
       m_exists(other.m_exists),
       m_mislabelled(other.m_mislabelled),
+      m_container(other.m_container),
       m_form(other.m_form),
       m_bytes(other.m_bytes),
-      m_data_offset(other.m_data_offset),
       m_data_bytes(other.m_data_bytes),
-      m_problem(std::move(other.m_problem)) {}
+      m_header_bytes(other.m_header_bytes),
+      m_sound(std::move(other.m_sound)),
+      m_sound_frame(other.m_sound_frame),
+      m_problem(std::move(other.m_problem)),
+      m_wrong_format(std::move(other.m_wrong_format)) {}
 
 int64_t ImageFile::sectors() const {
   return (m_data_bytes + disc::kBytesPerSector - 1) / disc::kBytesPerSector;
 }
 
 void ImageFile::locateSamples(std::string_view type) {
+  int failure = 0;
+  const disc::FileBytes bytes(m_descriptor, m_bytes, failure);
+  m_container = disc::containerOf(bytes);
   if (type == "BINARY" || type == "MOTOROLA") {
     m_form = type == "BINARY" ? SampleForm::kLittle : SampleForm::kBig;
     m_data_bytes = m_bytes;
+    m_header_bytes = disc::samplesIn(bytes).value_or(0);
+  } else if (isOfType(m_container, type)) {
+    // A container that was broken off before its samples is one of no samples.
+    if (m_container == disc::Container::kFlac || disc::samplesIn(bytes))
+      openSound();
+    else
+      m_form = SampleForm::kDecoded;
+  } else if (type == "WAVE" || type == "AIFF") {
+    m_mislabelled = true;
+  } else {
+    m_problem = "only raw samples, WAVE, AIFF and FLAC are";
+  }
+}
+
+void ImageFile::openSound() {
+  try {
+    m_sound = std::make_unique<disc::SoundFile>(m_path.string(), disc::Incomplete::kTaken);
+  } catch (const Failure& failure) {
+    m_problem = failure.what();
     return;
   }
-  if (type == "WAVE") locateInWave();
-  if (type == "AIFF") locateInAiff();
-  if (!readable() && m_problem.empty())
-    m_problem = "only BINARY, MOTOROLA and plain 16-bit 44100 Hz stereo WAVE and AIFF are";
-}
-
-void ImageFile::locateInWave() {
-  std::array<unsigned char, 16> head{};
-  const bool whole = readBytes(0, head.data(), 12) == 12;
-  m_mislabelled = !whole || !(named(head.data(), "RIFF") || named(head.data(), "RF64")) ||
-                  !named(head.data() + 8, "WAVE");
-  if (m_mislabelled) return;
-  bool plain = false;
-  int64_t at = 12;
-  for (int chunk = 0; chunk < kMostChunks; ++chunk) {
-    std::array<unsigned char, 24> c{};
-    if (readBytes(at, c.data(), c.size()) < 8) {
-      m_form = SampleForm::kLittle;  // broken off: none of its samples are there
-      return;
-    }
-    const int64_t size = little32(c.data() + 4);
-    if (named(c.data(), "fmt ")) {
-      plain = little16(c.data() + 10) == 2 && little32(c.data() + 12) == disc::kSampleRate &&
-              little16(c.data() + 20) == disc::kBytesPerFrame &&
-              (little16(c.data() + 8) == 1 || little16(c.data() + 8) == 0xFFFE);
-    } else if (named(c.data(), "data")) {
-      if (!plain) return;
-      m_form = SampleForm::kLittle;
-      m_data_offset = at + 8;
-      m_data_bytes = std::min(size, m_bytes - m_data_offset);
-      return;
-    }
-    at += 8 + size + size % 2;
+  m_wrong_format = wrongFormatOf(m_sound->info());
+  if (!m_wrong_format.empty()) {
+    m_problem = "it is " + m_wrong_format + ", and a disc is 16 bit, 44100 Hz, stereo";
+    return;
   }
-}
-
-void ImageFile::locateInAiff() {
-  std::array<unsigned char, 16> head{};
-  const bool whole = readBytes(0, head.data(), 12) == 12;
-  m_mislabelled = !whole || !named(head.data(), "FORM") ||
-                  !(named(head.data() + 8, "AIFF") || named(head.data() + 8, "AIFC"));
-  if (m_mislabelled || !named(head.data() + 8, "AIFF")) return;
-  constexpr std::array<unsigned char, 4> k44100 = {0x40, 0x0E, 0xAC, 0x44};
-  bool plain = false;
-  int64_t at = 12;
-  for (int chunk = 0; chunk < kMostChunks; ++chunk) {
-    std::array<unsigned char, 26> c{};
-    if (readBytes(at, c.data(), c.size()) < 8) {
-      m_form = SampleForm::kBig;
-      return;
-    }
-    const int64_t size = big32(c.data() + 4);
-    if (named(c.data(), "COMM")) {
-      plain = big16(c.data() + 8) == 2 && big16(c.data() + 14) == 16 &&
-              std::equal(k44100.begin(), k44100.end(), c.begin() + 16);
-    } else if (named(c.data(), "SSND")) {
-      if (!plain) return;
-      m_form = SampleForm::kBig;
-      m_data_offset = std::min(at + 16 + big32(c.data() + 8), m_bytes);
-      m_data_bytes = std::clamp<int64_t>(size - 8, 0, m_bytes - m_data_offset);
-      return;
-    }
-    at += 8 + size + size % 2;
-  }
+  m_form = SampleForm::kDecoded;
+  m_data_bytes = m_sound->info().frames * disc::kBytesPerFrame;
 }
 
 size_t ImageFile::readBytes(int64_t offset, void* to, size_t bytes) const {
@@ -165,9 +141,13 @@ size_t ImageFile::readFrames(int64_t frame, int16_t* samples, size_t frames) con
   if (!readable() || frame < 0 || frame * disc::kBytesPerFrame >= m_data_bytes) return 0;
   const int64_t left = m_data_bytes / disc::kBytesPerFrame - frame;
   frames = std::min(frames, static_cast<size_t>(left));
-  const size_t got = readBytes(m_data_offset + frame * disc::kBytesPerFrame, samples,
-                               frames * disc::kBytesPerFrame) /
-                     static_cast<size_t>(disc::kBytesPerFrame);
+  return m_sound ? readSound(frame, samples, frames) : readRaw(frame, samples, frames);
+}
+
+size_t ImageFile::readRaw(int64_t frame, int16_t* samples, size_t frames) const {
+  const size_t got =
+      readBytes(frame * disc::kBytesPerFrame, samples, frames * disc::kBytesPerFrame) /
+      static_cast<size_t>(disc::kBytesPerFrame);
   if (m_form == SampleForm::kBig) {
     for (size_t i = 0; i < got * 2; ++i) {
       const auto raw = static_cast<uint16_t>(samples[i]);
@@ -175,6 +155,15 @@ size_t ImageFile::readFrames(int64_t frame, int16_t* samples, size_t frames) con
     }
   }
   return got;
+}
+
+size_t ImageFile::readSound(int64_t frame, int16_t* samples, size_t frames) const {
+  SNDFILE* sound = m_sound->handle();
+  if (frame != m_sound_frame) m_sound_frame = sf_seek(sound, frame, SEEK_SET);
+  if (m_sound_frame != frame) return 0;
+  const sf_count_t got = sf_readf_short(sound, samples, static_cast<sf_count_t>(frames));
+  if (got > 0) m_sound_frame += got;
+  return static_cast<size_t>(std::max<sf_count_t>(got, 0));
 }
 
 }  // namespace velmor::check

@@ -9,44 +9,30 @@ namespace velmor::check {
 
 struct Extremes {
   int16_t low, high;
+
+  void take(int16_t sample) {
+    low = sample < low ? sample : low;
+    high = sample > high ? sample : high;
+  }
 };
 
 /// `samples` holds one sector, 1176 samples. A branchless loop of constant length, for the sake of
-/// the vector unit: the scan must not be slower than the reading.
+/// the vector unit: the scan must not be slower than the reading. It goes through three parts at
+/// once, each a whole number of vectors, so that no result has to wait for the one before.
 inline Extremes sectorExtremes(const int16_t* samples) {
-  int16_t low = samples[0], high = samples[0];
-  for (int i = 0; i < disc::kFramesPerSector * 2; ++i) {
-    low = samples[i] < low ? samples[i] : low;
-    high = samples[i] > high ? samples[i] : high;
+  constexpr int kPart = disc::kFramesPerSector * 2 / 3;
+  static_assert(kPart % 8 == 0);
+  Extremes a{samples[0], samples[0]}, b = a, c = a;
+  for (int i = 0; i < kPart; ++i) {
+    a.take(samples[i]);
+    b.take(samples[i + kPart]);
+    c.take(samples[i + 2 * kPart]);
   }
-  return {low, high};
-}
-
-/// Do two samples of one channel that follow each other both lie at `level`? The loop is branchless
-/// as well, since it runs often: loud masters touch full scale in every other sector, though mostly
-/// with single samples.
-inline bool holdsPair(const int16_t* samples, int16_t level) {
-  int16_t found = 0;
-  for (int i = 0; i + 2 < disc::kFramesPerSector * 2; ++i) {
-    const bool pair = (samples[i] == level) & (samples[i + 2] == level);
-    found = static_cast<int16_t>(found | static_cast<int16_t>(pair));
+  for (const Extremes& part : {b, c}) {
+    a.take(part.low);
+    a.take(part.high);
   }
-  return found != 0;
-}
-
-/// A part of a sector, in stereo frames: a whole number of vectors.
-inline constexpr int64_t kBlockFrames = 28;
-static_assert(disc::kFramesPerSector % kBlockFrames == 0);
-
-/// Does a sample of the block lie at full scale? Most blocks of a clipped sector do not clip, and
-/// this branchless loop passes over them quickly.
-inline bool touchesFullScale(const int16_t* block) {
-  int16_t found = 0;
-  for (int i = 0; i < kBlockFrames * 2; ++i) {
-    const bool full = (block[i] == INT16_MAX) | (block[i] == INT16_MIN);
-    found = static_cast<int16_t>(found | static_cast<int16_t>(full));
-  }
-  return found != 0;
+  return a;
 }
 
 }  // namespace velmor::check

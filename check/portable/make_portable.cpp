@@ -22,12 +22,15 @@ namespace {
 
 /// Errors that leave nothing to write a sheet from.
 constexpr std::string_view kHopeless[] = {
-    "no-tracks",       "no-file",           "image-missing",     "image-empty",
-    "too-many-tracks", "no-index-01",       "index-order",       "indices-descend",
-    "index-past-end",  "bad-number",        "time-out-of-range", "minutes-over-99",
-    "file-type",       "misplaced-command", "track-number",      "not-a-text",
-    "more-problems",   "too-many-files",    "file-starts-late",  "image-unreadable",
-    "not-of-its-type", "unknown-track-mode"};
+    "no-tracks",          "no-file",           "image-missing",
+    "image-empty",        "too-many-tracks",   "no-index-01",
+    "index-order",        "indices-descend",   "index-past-end",
+    "bad-number",         "time-out-of-range", "minutes-over-99",
+    "file-type",          "misplaced-command", "track-number",
+    "not-a-text",         "more-problems",     "too-many-files",
+    "file-starts-late",   "image-unreadable",  "not-of-its-type",
+    "unknown-track-mode", "audio-format",      "audio-unreadable",
+    "audio-breaks-off",   "header-in-image"};
 
 void refuseHopeless(const Report& report) {
   for (const Finding& f : report.findings) {
@@ -119,6 +122,11 @@ class Maker {
   void takeFiles() {
     for (size_t f = 0; f < m_sheet.files.size(); ++f) {
       const ImageFile& image = m_report.disc.images[f];
+      if (image.container() == disc::Container::kFlac)
+        throw Failure("no second sheet can be made: " +
+                      disc::inQuotes(disc::printable(nameFromFolder(image.path(), m_folder))) +
+                      " is a FLAC file, which not every reader decodes; decode it with flac -d and "
+                      "name the WAVE file");
       disc::PlainFile file{nameFromFolder(image.path(), m_folder), m_sheet.files[f].type,
                            image.sectors()};
       if (file.name.find_first_of("\"\r\n") != std::string::npos)

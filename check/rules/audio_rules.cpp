@@ -1,6 +1,8 @@
 #include <algorithm>
 
+#include "check/image/placed_track.h"
 #include "check/image/sector_edge.h"
+#include "check/rules/places.h"
 #include "check/rules/rules.h"
 #include "disc/units/disc_limits.h"
 #include "disc/units/disc_time.h"
@@ -15,48 +17,16 @@ namespace {
 constexpr int64_t kLateStart = 38;
 constexpr int64_t kLongEnd = 225;
 
-std::string seconds(int64_t sectors) {
-  const int64_t hundredths = sectors * 100 / disc::kSectorsPerSecond;
-  std::string text = std::to_string(hundredths / 100) + '.';
-  return text + (hundredths % 100 < 10 ? "0" : "") + std::to_string(hundredths % 100) + " s";
-}
-
-struct PlacedTrack {
-  const TrackPlace* place;
-  const AudioMap* map;
-  const ImageFile* image;
-  Place at;
-  bool has_gap;
-};
-
-std::vector<PlacedTrack> placedTracks(const Disc& disc) {
-  std::vector<PlacedTrack> placed;
-  // Beyond 99 tracks there is no disc; a hostile sheet could have each of them read the image anew.
-  const size_t tracks = std::min<size_t>(disc.places.size(), disc::kMostTracks);
-  for (size_t t = 0; t < tracks; ++t) {
-    if (!disc.places[t]) continue;
-    const TrackPlace& p = *disc.places[t];
-    if (p.file >= disc.audio.size() || !disc.audio[p.file] || !disc.sheet.tracks[t].isAudio())
-      continue;
-    placed.push_back({&p,
-                      &*disc.audio[p.file],
-                      &disc.images[p.file],
-                      {disc.sheet.tracks[t].index(1)->line, static_cast<int>(t) + 1},
-                      disc.sheet.tracks[t].index(0) != nullptr});
-  }
-  return placed;
-}
-
 void checkStart(const PlacedTrack& t, Findings& findings) {
   if (t.place->end <= t.place->start) return;
   const int64_t sound = t.map->firstSound(t.place->start, t.place->end);
   const int64_t silence = sound - t.place->start;
   if (sound == t.place->end) {
-    findings.add(Severity::kWarning, "silent-track", t.at, "the track is digital silence whole",
-                 "Check that the right audio was rendered.");
+    findings.add(Severity::kWarning, "silent-track", placeOf(t),
+                 "the track is digital silence whole", "Check that the right audio was rendered.");
   } else if (silence >= kLateStart) {
-    findings.add(Severity::kWarning, "silence-at-start", t.at,
-                 "the title starts with " + seconds(silence) + " of digital silence",
+    findings.add(Severity::kWarning, "silence-at-start", placeOf(t),
+                 "the title starts with " + disc::secondsText(silence) + " of digital silence",
                  "Move the track's start to " + disc::msfText(sound) + ", or cut the silence.");
   }
 }
@@ -66,7 +36,7 @@ void checkInsideSector(const PlacedTrack& t, const Disc& disc, Findings& finding
   if (s == 0 || s >= t.map->sectors() || t.map->silent(s)) return;
   const SectorEdge edge = lookAtSector(*t.image, s);
   if (edge.tail > 0 && !t.map->silent(s - 1)) {
-    findings.add(Severity::kWarning, "starts-inside-sector", t.at,
+    findings.add(Severity::kWarning, "starts-inside-sector", placeOf(t),
                  "the track's first sector begins with " + std::to_string(edge.tail) +
                      " samples of the one before, then a pause: they would be heard",
                  "Start the track at a sector boundary (a lead-in does that), or cut the audio "
@@ -74,7 +44,7 @@ void checkInsideSector(const PlacedTrack& t, const Disc& disc, Findings& finding
                  "Red Book (IEC 60908)");
   } else if (edge.first_sound == 0 && !t.has_gap && !t.map->silent(s - 1) &&
              timesLookTruncated(disc.sheet)) {
-    findings.add(Severity::kNote, "start-not-told", t.at,
+    findings.add(Severity::kNote, "start-not-told", placeOf(t),
                  "sound runs through the track's start without a lead-in, and the sheet's times "
                  "are truncated: up to 617 samples of the one before may come first",
                  "Listen to the start; set a lead-in, or place the marker on a sector.");
@@ -92,7 +62,7 @@ void checkClipped(const Disc& disc, const std::vector<PlacedTrack>& placed, Find
     if (first == last) continue;
     int64_t longest = 0;
     for (auto r = first; r != last; ++r) longest = std::max(longest, r->samples);
-    findings.add(Severity::kWarning, "clipped", t.at,
+    findings.add(Severity::kWarning, "clipped", placeOf(t),
                  std::to_string(last - first) + " runs of samples at full scale, the longest " +
                      std::to_string(longest) + ", the first at " +
                      disc::msfText(first->frame / disc::kFramesPerSector),
@@ -107,6 +77,11 @@ void checkClipped(const Disc& disc, const std::vector<PlacedTrack>& placed, Find
 }
 
 void checkEnd(const Disc& disc, Findings& findings) {
+  // The silence at the end of another FILE is a pause between tracks.
+  const std::vector<bool> used = filesInUse(disc.sheet);
+  size_t last = 0;
+  for (size_t f = 0; f < disc.audio.size(); ++f)
+    if (used[f]) last = f;
   for (size_t f = 0; f < disc.audio.size(); ++f) {
     if (!disc.audio[f]) continue;
     const AudioMap& map = *disc.audio[f];
@@ -115,9 +90,10 @@ void checkEnd(const Disc& disc, Findings& findings) {
       findings.add(Severity::kError, "image-unreadable", {disc.sheet.files[f].name.line, 0},
                    "reading broke off at sector " + std::to_string(map.sectors()),
                    "Copy the image from its source again.");
-    if (silence >= kLongEnd && silence < map.sectors())
+    const bool end_of_disc = f == last && map.sectors() == disc.images[f].sectors();
+    if (end_of_disc && silence >= kLongEnd && silence < map.sectors())
       findings.add(Severity::kNote, "silence-at-end", {disc.sheet.files[f].name.line, 0},
-                   "the image ends with " + seconds(silence) + " of digital silence",
+                   "the image ends with " + disc::secondsText(silence) + " of digital silence",
                    "Shorten the render if that was not meant.");
   }
 }

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <map>
 #include <set>
 
@@ -55,17 +54,21 @@ void checkSpread(const disc::Sheet& sheet, const Spread& spread, Findings& findi
                            "a file begins with its track's pause", kJoin);
 }
 
+/// The first FILE of that type, but for FLAC, of which its own rule tells; none: null.
+const disc::File* firstOfType(const Disc& disc, std::string_view type) {
+  for (size_t f = 0; f < disc.images.size(); ++f)
+    if (disc.sheet.files[f].type == type && disc.images[f].container() != disc::Container::kFlac)
+      return &disc.sheet.files[f];
+  return nullptr;
+}
+
 /// The types that some reader does not take, though the rules have them.
-void checkTypes(const disc::Sheet& sheet, const Spread& spread, Findings& findings) {
-  const auto of_type = [&sheet](std::string_view type) {
-    return std::find_if(sheet.files.begin(), sheet.files.end(),
-                        [type](const disc::File& f) { return f.type == type; });
-  };
-  if (const auto wave = of_type("WAVE"); wave != sheet.files.end())
+void checkTypes(const Disc& disc, const Spread& spread, Findings& findings) {
+  if (const disc::File* wave = firstOfType(disc, "WAVE"))
     findings.addForReaders({"type-not-for-all", spread.tracks_in_one ? "WAVE of tracks" : "WAVE"},
                            {wave->name.line, 0}, "the image is a WAVE file",
                            "Give these readers the samples as BINARY.");
-  if (const auto big = of_type("MOTOROLA"); big != sheet.files.end())
+  if (const disc::File* big = firstOfType(disc, "MOTOROLA"))
     findings.addForReaders({"type-not-for-all", "MOTOROLA"}, {big->name.line, 0},
                            "the image is big-endian",
                            "Give these readers the samples as BINARY, their bytes swapped.");
@@ -115,7 +118,7 @@ void checkFiles(const Disc& disc, Findings& findings) {
   if (disc.sheet.files.empty()) return;
   const Spread spread = spreadOf(disc.sheet);
   checkSpread(disc.sheet, spread, findings);
-  checkTypes(disc.sheet, spread, findings);
+  checkTypes(disc, spread, findings);
   for (size_t f = 0; f < disc.images.size(); ++f)
     if (disc.images[f].exists()) checkSpelling(disc.sheet.files[f], findings);
   checkName(disc, spread.files, findings);

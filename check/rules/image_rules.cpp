@@ -2,9 +2,11 @@
 #include <array>
 
 #include "check/image/similar_file.h"
+#include "check/rules/places.h"
 #include "check/rules/rules.h"
 #include "disc/sheet/sheet.h"
 #include "disc/text/phrases.h"
+#include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 
 namespace velmor::check {
@@ -13,8 +15,96 @@ namespace {
 
 constexpr std::array<std::string_view, 5> kTypes = {"BINARY", "MOTOROLA", "WAVE", "AIFF", "MP3"};
 
-std::string shown(const ImageFile& image) {
-  return disc::inQuotes(image.path().filename().string().substr(0, 200));
+std::string_view containerName(disc::Container container) {
+  switch (container) {
+    case disc::Container::kWave:
+      return "WAVE";
+    case disc::Container::kAiff:
+      return "AIFF";
+    case disc::Container::kFlac:
+      return "FLAC";
+    default:
+      return "";
+  }
+}
+
+std::string decodeFlac(const ImageFile& image) {
+  std::filesystem::path decoded = image.path().filename();
+  decoded.replace_extension(".wav");
+  return "Decode it (flac -d) and write FILE " + disc::inQuotes(decoded.string().substr(0, 200)) +
+         " WAVE.";
+}
+
+void addMislabelled(const disc::File& file, const ImageFile& image, const Place& place,
+                    Findings& findings) {
+  const std::string_view truly = containerName(image.container());
+  std::string action = "Where it holds raw samples write BINARY, or MOTOROLA for big-endian ones.";
+  if (image.container() == disc::Container::kFlac)
+    action = decodeFlac(image);
+  else if (!truly.empty())
+    action = "It is " + std::string(truly) + ": write that.";
+  findings.add(Severity::kError, "not-of-its-type", place,
+               shown(image) + " is no " + file.type + " file", action, kSheetRules);
+}
+
+/// A file that names itself raw samples and has the header of a container. Answers whether it does.
+bool checkRawHeader(const disc::File& file, const ImageFile& image, const Place& place,
+                    Findings& findings) {
+  if (image.container() == disc::Container::kOther || !image.readable() ||
+      (file.type != "BINARY" && file.type != "MOTOROLA"))
+    return false;
+  const std::string name(containerName(image.container()));
+  if (image.container() == disc::Container::kFlac)
+    findings.add(Severity::kError, "header-in-image", place,
+                 shown(image) + " is a FLAC file, and " + file.type +
+                     " takes its compressed bytes for samples: they will sound as noise",
+                 decodeFlac(image), kSheetRules);
+  else
+    findings.add(Severity::kError, "header-in-image", place,
+                 shown(image) + " begins with the header of a " + name + " file, and " + file.type +
+                     " takes its " + std::to_string(image.headerBytes()) +
+                     " bytes for samples: they will sound",
+                 "Write FILE " + shown(image) + ' ' + name + ", or cut the header off.",
+                 kSheetRules);
+  return true;
+}
+
+/// What cannot be looked into. Answers whether it is so.
+bool checkNotLookedInto(const ImageFile& image, const Place& place, Findings& findings) {
+  if (image.problem().empty()) return false;
+  if (!image.wrongFormat().empty()) {
+    findings.add(Severity::kError, "audio-format", place,
+                 shown(image) + " is " + image.wrongFormat() +
+                     ", and a disc is 16 bit, 44100 Hz, stereo: some readers refuse it, others "
+                     "play it too slow, too fast or as noise",
+                 "Convert it (sox IN.wav -b 16 -r 44100 -c 2 OUT.wav), or let velmor-render make "
+                 "the disc.",
+                 "Red Book (IEC 60908)");
+  } else if (image.container() != disc::Container::kOther) {
+    findings.add(Severity::kError, "audio-unreadable", place, image.problem(), "Export it again.");
+  } else {
+    findings.add(Severity::kWarning, "audio-not-checked", place,
+                 "the samples of " + shown(image) + " are not looked into: " + image.problem(),
+                 "Check them with a program that reads this format.");
+  }
+  return true;
+}
+
+void checkLength(const ImageFile& image, const Place& place, Findings& findings) {
+  if (image.breaksOff())
+    findings.add(Severity::kError, "audio-breaks-off", place,
+                 shown(image) + " breaks off before the end of the audio that its header states: " +
+                     disc::msfText(image.sectors()) + " of it are there",
+                 "Copy or export it again.");
+  else if (image.dataBytes() == 0)
+    findings.add(Severity::kError, "image-empty", place, shown(image) + " holds no samples",
+                 "Render it again; the render may have been broken off.");
+  else if (image.dataBytes() % disc::kBytesPerSector != 0)
+    findings.add(
+        Severity::kWarning, "image-not-whole-sectors", place,
+        shown(image) + " has " + std::to_string(image.dataBytes() % disc::kBytesPerSector) +
+            " bytes beyond its last whole sector of 2352",
+        "Pad it with zeros to a whole sector, or render it again.", "Red Book (IEC 60908)");
 }
 
 std::string hintFor(const std::filesystem::path& missing, const std::filesystem::path& folder) {
@@ -44,26 +134,15 @@ void checkFile(const disc::File& file, const ImageFile& image, const std::filesy
     return;
   }
   if (image.mislabelled()) {
-    findings.add(
-        Severity::kError, "not-of-its-type", place, shown(image) + " is no " + file.type + " file",
-        "Where it holds raw samples write BINARY, or MOTOROLA for big-endian ones.", kSheetRules);
+    addMislabelled(file, image, place, findings);
     return;
   }
-  if (!image.problem().empty()) {
-    findings.add(Severity::kWarning, "audio-not-checked", place,
-                 "the samples of " + shown(image) + " are not looked into: " + image.problem(),
-                 "Check them with a program that reads this format.");
-    return;
-  }
-  if (image.dataBytes() == 0)
-    findings.add(Severity::kError, "image-empty", place, shown(image) + " holds no samples",
-                 "Render it again; the render may have been broken off.");
-  if (image.dataBytes() % disc::kBytesPerSector != 0)
-    findings.add(
-        Severity::kWarning, "image-not-whole-sectors", place,
-        shown(image) + " has " + std::to_string(image.dataBytes() % disc::kBytesPerSector) +
-            " bytes beyond its last whole sector of 2352",
-        "Pad it with zeros to a whole sector, or render it again.", "Red Book (IEC 60908)");
+  if (image.container() == disc::Container::kFlac && file.type == "WAVE")
+    findings.addForReaders("flac-as-wave", place,
+                           shown(image) + " is a FLAC file, and the sheet calls it WAVE",
+                           decodeFlac(image));
+  if (checkNotLookedInto(image, place, findings)) return;
+  if (!checkRawHeader(file, image, place, findings)) checkLength(image, place, findings);
   if (file.type == "MOTOROLA")
     findings.add(Severity::kNote, "byte-order", place,
                  "MOTOROLA says that the samples are big-endian; most images are little-endian",

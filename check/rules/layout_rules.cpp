@@ -35,7 +35,7 @@ void checkNumbers(const disc::Sheet& sheet, Findings& findings) {
   if (sheet.tracks.size() > disc::kMostTracks)
     findings.add(Severity::kError, "too-many-tracks",
                  {sheet.tracks[disc::kMostTracks].line, disc::kMostTracks + 1},
-                 "the sheet has " + std::to_string(sheet.tracks.size()) + " tracks; a disc has 99",
+                 "the sheet has " + std::to_string(sheet.tracks_in_all) + " tracks; a disc has 99",
                  "Join tracks, or make two discs.", kRedBook);
   if (sheet.tracks.front().number > 1)
     findings.addForReaders("first-track-not-1", {sheet.tracks.front().line, 1},

@@ -38,5 +38,7 @@ void checkImages(const Disc& disc, Findings& findings);
 void checkFiles(const Disc& disc, Findings& findings);
 /// What the samples show: clipping, silence, starts inside a sector.
 void checkAudio(const Disc& disc, Findings& findings);
+/// What the sound shows: bytes in the wrong order, a silent channel, pauses that are none, joins.
+void checkSound(const Disc& disc, Findings& findings);
 
 }  // namespace velmor::check

@@ -122,7 +122,8 @@ void printSet(const CheckedSet& set, std::ostream& out) {
   printVerdict(set, out);
 }
 
-void printSetJson(const CheckedSet& set, std::ostream& out) {
+void printSetJson(const CheckedSet& set, std::ostream& out,
+                  const std::vector<std::string>& written) {
   Json json = {{"schema", kSetJsonSchema},
                {"folder", disc::printable(set.folder.string())},
                {"ready", set.ready()},
@@ -141,6 +142,8 @@ void printSetJson(const CheckedSet& set, std::ostream& out) {
   json["findings"] = Json::array();
   for (const check::Finding& finding : set.findings)
     json["findings"].push_back(Json::parse(check::findingJsonText(finding)));
+  if (!written.empty()) json["written"] = Json::array();
+  for (const std::string& file : written) json["written"].push_back(disc::printable(file));
   out << json.dump(2) << '\n';
 }
 

@@ -3,6 +3,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <vector>
 
 #include "ddp/check/checked_set.h"
 
@@ -15,7 +16,8 @@ inline constexpr int kSetJsonSchema = 1;
 void printSet(const CheckedSet& set, std::ostream& out);
 /// The last line alone.
 void printVerdict(const CheckedSet& set, std::ostream& out);
-/// What `--json` prints: one object, and a line end.
-void printSetJson(const CheckedSet& set, std::ostream& out);
+/// What `--json` prints: one object, and a line end. `written`: files that were made along.
+void printSetJson(const CheckedSet& set, std::ostream& out,
+                  const std::vector<std::string>& written = {});
 
 }  // namespace velmor::ddp

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "check/check.h"
+#include "check/portable/exact_starts.h"
 #include "ddp/write/set_rules.h"
 #include "disc/cd_text/disc_texts.h"
 #include "disc/cd_text/pack_writing.h"
@@ -20,20 +21,6 @@ namespace {
 
 using check::Findings;
 using check::Severity;
-
-/// INDEX 00 keeps its distance to INDEX 01, but for the one at the image's first sector.
-void moveStarts(disc::Sheet& sheet, const check::ExactStarts& exact) {
-  if (exact.size() != sheet.tracks.size()) return;
-  for (size_t t = 0; t < exact.size(); ++t) {
-    const disc::Index* start = sheet.tracks[t].index(1);
-    if (!start || !start->time.readable()) continue;
-    const int64_t moved = exact[t] / disc::kFramesPerSector - start->time.sectors();
-    for (disc::Index& index : sheet.tracks[t].indices) {
-      const bool at_begin = index.number == 0 && index.time.sectors() == 0;
-      if (!at_begin) index.time = disc::msfOf(index.time.sectors() + moved);
-    }
-  }
-}
 
 class Preparation {
  public:
@@ -145,7 +132,7 @@ bool isMasterId(std::string_view text) {
 
 PreparedSet prepareSet(const std::filesystem::path& sheet, const SetOptions& options) {
   disc::Sheet parsed = check::readSheet(sheet);
-  moveStarts(parsed, options.exact_starts);
+  check::moveStarts(parsed, options.exact_starts);
   check::CheckOptions checks;
   checks.samples = false;
   PreparedSet made;

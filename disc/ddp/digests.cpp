@@ -32,10 +32,12 @@ bool startLibrary() {
 
 }  // namespace
 
-Digests::Digests() : m_state(std::make_unique<State>()) {
+Digests::Digests(bool with_sha256)
+    : m_state(std::make_unique<State>()), m_with_sha256(with_sha256) {
   static const bool kStarted = startLibrary();
   if (!kStarted || gcry_md_open(&m_state->handle, GCRY_MD_MD5, 0) != 0 ||
-      gcry_md_enable(m_state->handle, GCRY_MD_CRC32) != 0) {
+      gcry_md_enable(m_state->handle, GCRY_MD_CRC32) != 0 ||
+      (with_sha256 && gcry_md_enable(m_state->handle, GCRY_MD_SHA256) != 0)) {
     gcry_md_close(m_state->handle);
     throw Failure(
         "this system's libgcrypt makes no MD5 check sums; leave its FIPS mode, or use another "
@@ -55,7 +57,9 @@ DigestTexts Digests::finish() {
   const auto digest = [this](int kind, std::string_view digits) {
     return hexadecimal(gcry_md_read(m_state->handle, kind), gcry_md_get_algo_dlen(kind), digits);
   };
-  return {digest(GCRY_MD_MD5, "0123456789abcdef"), digest(GCRY_MD_CRC32, "0123456789ABCDEF")};
+  constexpr std::string_view kSmall = "0123456789abcdef";
+  return {digest(GCRY_MD_MD5, kSmall), digest(GCRY_MD_CRC32, "0123456789ABCDEF"),
+          m_with_sha256 ? digest(GCRY_MD_SHA256, kSmall) : std::string()};
 }
 
 }  // namespace velmor::ddp

@@ -10,15 +10,16 @@
 namespace velmor::ddp {
 
 struct DigestTexts {
-  std::string md5;  ///< 32 small hexadecimal digits
-  std::string crc;  ///< CRC-32 as in zip files, 8 hexadecimal digits, capitals
+  std::string md5;     ///< 32 small hexadecimal digits
+  std::string crc;     ///< CRC-32 as in zip files, 8 hexadecimal digits, capitals
+  std::string sha256;  ///< 64 small hexadecimal digits; empty where it was not asked for
 };
 
-/// MD5 and CRC-32 of a stream of bytes. One thread.
+/// MD5 and CRC-32 of a stream of bytes, and SHA-256 where it is wanted. One thread.
 class Digests {
  public:
   /// Throws `Failure` when the system allows no MD5 (a FIPS mode).
-  Digests();
+  explicit Digests(bool with_sha256 = false);
   ~Digests();
   Digests(const Digests&) = delete;
   Digests& operator=(const Digests&) = delete;
@@ -30,6 +31,7 @@ class Digests {
  private:
   struct State;
   std::unique_ptr<State> m_state;
+  const bool m_with_sha256;
 };
 
 }  // namespace velmor::ddp

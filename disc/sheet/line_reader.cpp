@@ -6,7 +6,9 @@ namespace velmor::disc {
 
 std::optional<Line> LineReader::next() {
   if (m_rest.empty()) return std::nullopt;
-  const size_t length = std::min(m_rest.find_first_of("\r\n"), m_rest.size());
+  const auto end =
+      std::find_if(m_rest.begin(), m_rest.end(), [](char c) { return c == '\r' || c == '\n'; });
+  const auto length = static_cast<size_t>(end - m_rest.begin());
   const Line line{m_rest.substr(0, length), ++m_number};
   m_rest.remove_prefix(length);
   passLineEnd();

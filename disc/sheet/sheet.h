@@ -88,18 +88,21 @@ struct Sheet {
   bool binary_bytes = false;  ///< zero bytes: UTF-16, or not a text at all
   LineEnds ends;
   bool no_last_line_end = false;  ///< the last line stops with the file
-  int lower_case_command = 0;     ///< first line with a command in small letters; 0: none
-  int lower_case_file_type = 0;   ///< likewise with the type of a FILE
+  int lower_case_file_type = 0;   ///< first line with a FILE's type in small letters; 0: none
   size_t longest_line = 0;        ///< bytes
   Fields fields;
   std::optional<Text> catalog, cd_text_file;
   std::vector<Text> remarks;
   std::vector<File> files;
-  std::vector<Track> tracks;
+  std::vector<Track> tracks;  ///< the first `kMostTracksKept`
+  size_t tracks_in_all = 0;   ///< TRACK lines
   std::vector<SyntaxProblem> problems;
   size_t problems_left_out = 0;  ///< beyond the first `kMostProblems`
 };
 
 inline constexpr size_t kMostProblems = 200;
+/// Ten times what a disc can have. A file of TRACK lines alone holds millions, and to keep them all
+/// takes gigabytes and many seconds for a sheet that is refused at its hundredth.
+inline constexpr size_t kMostTracksKept = 1000;
 
 }  // namespace velmor::disc

@@ -89,13 +89,7 @@ class Parser {
       readGap(command, rest);
     } else if (!readText(command, rest)) {
       problem(SyntaxKind::kUnknownCommand, m_line, word.substr(0, 40));
-      return;
     }
-    noteSmallLetters(word, m_sheet.lower_case_command);
-  }
-
-  void noteSmallLetters(std::string_view word, int& first_line) const {
-    if (first_line == 0 && upperCase(word) != word) first_line = m_line;
   }
 
   bool readText(std::string_view command, std::string_view rest) {
@@ -141,25 +135,32 @@ class Parser {
     std::string after;
     file.name = valueBeforeWord(rest, m_line, after);
     std::string_view words = after;
-    file.type = takeWord(words);
+    const std::string_view type = takeWord(words);
     if (!trimmed(words).empty()) problem(SyntaxKind::kTextAfterValue, m_line, "FILE");
-    noteSmallLetters(file.type, m_sheet.lower_case_file_type);
-    file.type = upperCase(file.type);
+    file.type = upperCase(type);
+    if (m_sheet.lower_case_file_type == 0 && file.type != type)
+      m_sheet.lower_case_file_type = m_line;
     if (!file.name.closed) problem(SyntaxKind::kUnclosed, m_line, "FILE");
     m_sheet.files.push_back(std::move(file));
   }
 
   void readTrack(std::string_view rest) {
     if (m_sheet.files.empty()) problem(SyntaxKind::kMisplaced, m_line, "TRACK before any FILE");
-    Track made;
-    made.number = parseNumber(takeWord(rest), 6);
-    made.mode = takeWord(rest).substr(0, 40);
+    const int number = parseNumber(takeWord(rest), 6);
+    const std::string_view mode = takeWord(rest).substr(0, 40);
     if (!trimmed(rest).empty()) problem(SyntaxKind::kTextAfterValue, m_line, "TRACK");
-    made.lower_case_mode = upperCase(made.mode) != made.mode;
-    made.mode = upperCase(made.mode);
+    if (number < 0) problem(SyntaxKind::kBadNumber, m_line, "TRACK");
+    Track& made = addTrack();
+    made.number = number;
+    made.mode = upperCase(mode);
+    made.lower_case_mode = made.mode != mode;
     made.line = m_line;
-    if (made.number < 0) problem(SyntaxKind::kBadNumber, m_line, "TRACK");
-    m_sheet.tracks.push_back(std::move(made));
+  }
+
+  Track& addTrack() {
+    ++m_sheet.tracks_in_all;
+    if (m_sheet.tracks.size() < kMostTracksKept) return m_sheet.tracks.emplace_back();
+    return m_beyond.emplace();
   }
 
   void readIndex(std::string_view rest) {
@@ -189,7 +190,10 @@ class Parser {
     if (command == "PREGAP") track()->pregap_behind_index = !track()->indices.empty();
   }
 
-  Track* track() { return m_sheet.tracks.empty() ? nullptr : &m_sheet.tracks.back(); }
+  Track* track() {
+    if (m_beyond) return &*m_beyond;
+    return m_sheet.tracks.empty() ? nullptr : &m_sheet.tracks.back();
+  }
 
   bool inTrack(std::string_view command) {
     if (track()) return true;
@@ -202,7 +206,7 @@ class Parser {
       ++m_sheet.problems_left_out;
       return;
     }
-    const int number = static_cast<int>(m_sheet.tracks.size());
+    const int number = static_cast<int>(m_sheet.tracks_in_all);
     m_sheet.problems.push_back({kind, line, number, std::string(what), same_value});
   }
 
@@ -219,6 +223,7 @@ class Parser {
   int m_line = 0;
   bool m_cut = false;  ///< the value being read lost its closing quote to the cut
   std::optional<Pending> m_pending;
+  std::optional<Track> m_beyond;  ///< the track being read, when it is one too many to keep
 };
 
 }  // namespace

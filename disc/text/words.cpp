@@ -6,7 +6,11 @@ namespace velmor::disc {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\v\f";
+// A sheet can be 16 MiB of short words: the library's search for one of several characters, a call
+// for every character of the text, would take most of the time that reading it does.
+bool isBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\v' || c == '\f';
+}
 
 }  // namespace
 
@@ -28,14 +32,15 @@ std::string withoutSeparators(std::string_view text) {
 }
 
 std::string_view trimmed(std::string_view text) {
-  const size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 std::string_view takeWord(std::string_view& rest) {
   rest = trimmed(rest);
-  const std::string_view word = rest.substr(0, rest.find_first_of(kBlanks));
+  const auto end = std::find_if(rest.begin(), rest.end(), isBlank);
+  const std::string_view word = rest.substr(0, static_cast<size_t>(end - rest.begin()));
   rest = trimmed(rest.substr(word.size()));
   return word;
 }

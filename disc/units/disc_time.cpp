@@ -55,6 +55,11 @@ std::string msfText(int64_t sectors) {
   return twoDigits(time.minutes) + ':' + twoDigits(time.seconds) + ':' + twoDigits(time.frames);
 }
 
+std::string secondsText(int64_t sectors) {
+  const int64_t hundredths = sectors * 100 / kSectorsPerSecond;
+  return std::to_string(hundredths / 100) + '.' + twoDigits(hundredths % 100) + " s";
+}
+
 std::string clockTime(double seconds) {
   assert(seconds >= 0.0);
   const long long ms = std::llround(seconds * 1000.0);

@@ -28,6 +28,8 @@ int parseNumber(std::string_view text, size_t digits);
 Msf msfOf(int64_t sectors);
 /// "MM:SS:FF" of a count of sectors, not negative; minutes over 99 have their three digits.
 std::string msfText(int64_t sectors);
+/// "1.36 s" of a count of sectors, not negative; cut to hundredths.
+std::string secondsText(int64_t sectors);
 /// A number from 0 on with at least two digits, as cue sheets number tracks and indices.
 std::string twoDigits(int64_t number);
 

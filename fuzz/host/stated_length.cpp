@@ -1,5 +1,5 @@
 // The headers of audio files, for whether they state more than there is and what they say of it.
-#include "host/render/input/formats/stated_length.h"
+#include "disc/audio/stated_length.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -16,8 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     abort();
   }
   int failure = 0;
-  const velmor::render::FileBytes bytes(kFile, length, failure);
-  const bool whole = velmor::render::extentOf(bytes) == velmor::render::Extent::kWhole;
+  const velmor::disc::FileBytes bytes(kFile, length, failure);
+  const bool whole = velmor::disc::extentOf(bytes) == velmor::disc::Extent::kWhole;
   velmor::render::Tags tags;
   velmor::render::addVorbisComments(velmor::render::vorbisCommentsIn(bytes), tags);
   fuzz::require(lseek(kFile, 0, SEEK_CUR) == length / 2, "the decoder finds its file where it was");

@@ -49,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (const auto& mark : marks) {
     fuzz::require(mark.start >= before, "marks come in ascending start");
     fuzz::require(mark.length >= 0, "a region does not end before it starts");
-    fuzz::requireLineOfText(mark.name);
+    fuzz::requireLineOfText(mark.name.text);
     before = mark.start;
   }
   return 0;

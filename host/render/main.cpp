@@ -23,6 +23,8 @@
 #include "host/render/options/usage_error.h"
 #include "host/render/output/ddp_set.h"
 #include "host/render/output/delivery.h"
+#include "host/render/output/html_page.h"
+#include "host/render/output/input_treatment.h"
 #include "host/render/output/output_pair.h"
 #include "host/render/output/portable_sheet.h"
 #include "host/render/output/report.h"
@@ -53,8 +55,10 @@ SinkConfig sinkConfig(const Options& options, const Album& album) {
           options.hash_markers_only};
 }
 
-std::vector<std::string> inputFiles(const Options& options) {
+std::vector<std::string> inputFiles(const Options& options,
+                                    const std::vector<AudioSource>& sources) {
   std::vector<std::string> files = options.inputs;
+  for (const AudioSource& source : sources) files.push_back(source.path);
   if (!options.labels.empty()) files.push_back(options.labels);
   return files;
 }
@@ -68,7 +72,8 @@ std::vector<std::string> checked(const Options& options, const SinkConfig& confi
   warnOfLostMarks(marks, findings);
   if (options.burn.cd_text) checkCdTextLetters(album.project, plan, findings);
   if (!findings.errors.empty()) throw Failure(findings.errors.front());
-  std::vector<std::string> warnings = album.warnings;
+  std::vector<std::string> warnings = output.warnings();
+  warnings.insert(warnings.end(), album.warnings.begin(), album.warnings.end());
   warnings.insert(warnings.end(), findings.warnings.begin(), findings.warnings.end());
   if (const std::string older = output.olderPortableSheet(); !older.empty()) {
     warnings.push_back(disc::inQuotes(older) + " was made for an older " +
@@ -110,26 +115,31 @@ int burnStatus(const BurnResult& burn, const std::string& image) {
 }
 
 int run(const Options& options) {
-  OutputPair output(options.output, options.force, inputFiles(options), options.portable_cue);
+  const std::vector<AudioSource> sources = sourcesOf(options.inputs);
+  OutputPair output(options.output, options.force, inputFiles(options, sources),
+                    options.portable_cue);
   std::optional<DdpOutput> ddp;
   if (!options.ddp.empty()) ddp.emplace(options, output);
+  std::optional<PageOutput> page;
+  if (!options.html.empty()) page.emplace(options, output);
   const ModuleLibrary module(options.module.empty() ? libraryOfProgram("velmor_cd.so")
                                                     : options.module);
-  const Album album = layOutAlbum(options);
+  const Album album = layOutAlbum(options, sources);
   const SinkConfig config = sinkConfig(options, album);
   const TrackPlan plan = planTracks(config, album.project.marks, album.frames());
   const std::vector<MarkFate> marks = fatesOf(album, plan, options.hash_markers_only);
-  const std::vector<std::string> warnings = checked(options, config, album, plan, marks, output);
+  std::vector<std::string> warnings = checked(options, config, album, plan, marks, output);
   printWarnings(options, warnings);
 
   std::optional<PortableSheet> portable;
   Delivery delivery(
       output, album.project, plan,
       [&] {
-        if (options.portable_cue) portable = makePortableSheet(output, plan, !options.quiet);
+        if (options.portable_cue) portable = makePortableSheet(output, album, plan, !options.quiet);
       },
       [&](const std::string& sheet) {
         if (ddp) ddp->make(sheet, plan, !options.quiet);
+        if (page) page->make(sheet, output, plan, ddp ? &ddp->made() : nullptr, !options.quiet);
       });
   std::unique_ptr<BurnSession> burn;
   if (options.burn.wanted) {
@@ -139,16 +149,24 @@ int run(const Options& options) {
   const BurnResult* const burned = burn ? &burn->result() : nullptr;
   const RenderOutcome outcome =
       renderAlbum(module.sink(), config, album, plan, options, output.workingSheet());
+  // Said whatever was asked for: of all that can be wrong with a disc this is audible.
+  for (const std::string& clips : clippingWarnings(album, outcome.inputs)) {
+    printWarning(clips);
+    warnings.push_back(clips);
+  }
   if (!burn) stopIfInterrupted();
   delivery.afterRender(outcome, burned && burned->image_deleted);
 
   const FinishedFiles& files = delivery.files();
-  tell(options, {album, plan, marks, files.sheet, outcome, output.sheet(), output.image(),
-                 files.sheet_bytes, files.image_bytes, warnings, burned,
-                 portable ? &*portable : nullptr, ddp ? &ddp->made() : nullptr});
+  tell(options,
+       {album, plan, marks, files.sheet, outcome, output.sheet(), output.image(), files.sheet_bytes,
+        files.image_bytes, warnings, burned, portable ? &*portable : nullptr,
+        ddp ? &ddp->made() : nullptr, page ? &page->made() : nullptr});
   const int portable_status = portable ? portableStatus(*portable) : 0;
   const int ddp_status = ddp ? ddpStatus(ddp->made()) : 0;
-  const int status = ddp_status != 0 ? ddp_status : portable_status;
+  const int page_status = page ? pageStatus(page->made()) : 0;
+  int status = ddp_status != 0 ? ddp_status : portable_status;
+  if (page_status != 0) status = page_status;
   const int burn_status = burned ? burnStatus(*burned, output.image()) : 0;
   return burn_status != 0 ? burn_status : status;
 }

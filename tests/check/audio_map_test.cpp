@@ -66,6 +66,70 @@ TEST(AudioMap, FindsEveryClippedRunThatAPlainLoopFinds) {
   }
 }
 
+TEST(AudioMap, FollowsARunFromOneReadIntoTheNext) {
+  // The image is read 56 sectors at a time.
+  constexpr int64_t kRead = 56 * disc::kFramesPerSector;
+  TemporaryFolder folder;
+  for (int64_t before = 0; before <= 4; ++before) {
+    for (const int64_t behind : {int64_t{0}, int64_t{1}, int64_t{2}, int64_t{3}, kRead + 2}) {
+      for (const size_t channel : {0u, 1u}) {
+        std::vector<int16_t> samples(3 * kRead * 2, int16_t{7});
+        for (int64_t f = kRead - before; f < kRead + behind; ++f)
+          samples[static_cast<size_t>(f) * 2 + channel] = INT16_MIN;
+        writeFile(folder / "image.bin",
+                  {reinterpret_cast<const char*>(samples.data()), samples.size() * 2});
+        const ImageFile image(folder / "image.bin", "BINARY");
+        EXPECT_EQ(scannedRuns(AudioMap::scan(image, {})), plainRuns(samples))
+            << before << " before, " << behind << " behind, channel " << channel;
+      }
+    }
+  }
+}
+
+TEST(AudioMap, FindsARunThatEndsWithTheImage) {
+  TemporaryFolder folder;
+  std::vector<int16_t> samples(3 * disc::kFramesPerSector * 2, int16_t{7});
+  std::fill(samples.end() - 6, samples.end(), INT16_MAX);
+  writeFile(folder / "image.bin",
+            {reinterpret_cast<const char*>(samples.data()), samples.size() * 2});
+  const ImageFile image(folder / "image.bin", "BINARY");
+  EXPECT_EQ(scannedRuns(AudioMap::scan(image, {})), plainRuns(samples));
+}
+
+TEST(AudioMap, TellsASilentChannelAndTwoEqualOnesFromStereo) {
+  TemporaryFolder folder;
+  const auto look = [&folder](auto shape) {
+    std::vector<int16_t> samples(disc::kFramesPerSector * 2);
+    for (size_t f = 0; f < samples.size() / 2; ++f) {
+      const auto [left, right] = shape(f);
+      samples[2 * f] = static_cast<int16_t>(left);
+      samples[2 * f + 1] = static_cast<int16_t>(right);
+    }
+    writeFile(folder / "image.bin",
+              {reinterpret_cast<const char*>(samples.data()), samples.size() * 2});
+    const auto map = AudioMap::scan(ImageFile(folder / "image.bin", "BINARY"), {});
+    const Channels c = map.channels(0);
+    return std::tuple(c.left_silent, c.right_silent, c.same);
+  };
+  using Two = std::pair<int, int>;
+  const auto wave = [](size_t f) { return static_cast<int>(f % 100) * 300 - 15000; };
+  EXPECT_EQ(look([&](size_t f) { return Two(wave(f), wave(f + 9)); }),
+            std::tuple(false, false, false));
+  EXPECT_EQ(look([&](size_t f) { return Two(wave(f), wave(f)); }), std::tuple(false, false, true));
+  EXPECT_EQ(look([&](size_t f) { return Two(wave(f), wave(f) + 2); }),
+            std::tuple(false, false, true));
+  EXPECT_EQ(look([&](size_t f) { return Two(wave(f), wave(f) + 3); }),
+            std::tuple(false, false, false));
+  EXPECT_EQ(look([&](size_t f) { return Two(0, wave(f)); }), std::tuple(true, false, false));
+  EXPECT_EQ(look([&](size_t f) { return Two(wave(f), -2); }), std::tuple(false, true, false));
+  EXPECT_EQ(look([&](size_t f) { return Two(wave(f), f == 587 ? 3 : 0); }),
+            std::tuple(false, false, false));
+  EXPECT_EQ(look([&](size_t f) { return Two(wave(f), wave(f) + (f == 587 ? 3 : 0)); }),
+            std::tuple(false, false, false));
+  EXPECT_EQ(look([](size_t) { return Two(1, -1); }), std::tuple(true, true, true));
+  EXPECT_EQ(look([](size_t) { return Two(32767, -32768); }), std::tuple(false, false, false));
+}
+
 TEST(AudioMap, CallsASectorSilentOnlyWhenEverySampleIsZero) {
   TemporaryFolder folder;
   std::string bytes(50 * disc::kBytesPerSector, '\0');
@@ -77,6 +141,10 @@ TEST(AudioMap, CallsASectorSilentOnlyWhenEverySampleIsZero) {
   ASSERT_EQ(map.sectors(), 51);
   for (int64_t s = 0; s < 51; ++s) EXPECT_EQ(map.silent(s), s % 2 == 0) << s;
   EXPECT_FALSE(map.brokeOff());
+  EXPECT_EQ(map.peak(0), 0);
+  EXPECT_EQ(map.peak(51), 0);
+  writeFile(folder / "low.bin", std::string("\0\x80", 2) + std::string(2350, '\0'));
+  EXPECT_EQ(AudioMap::scan(ImageFile(folder / "low.bin", "BINARY"), {}).peak(0), 32768);
 }
 
 }  // namespace

@@ -44,6 +44,7 @@ class ReportTest : public testing::Test {
 };
 
 TEST_F(ReportTest, HasNothingToSayAboutASoundDisc) {
+  TestImage(1500).silence(375 * 588, 525 * 588).fadeIn(525 * 588).write(m_folder / "image.bin");
   const Report report = reportOn("FILE \"image.bin\" BINARY\r\n" + track(1, "INDEX 01 00:00:00") +
                                  track(2, "INDEX 00 00:05:00\r\nINDEX 01 00:07:00"));
   EXPECT_TRUE(report.findings.empty()) << findingLine(report.findings.at(0));
@@ -209,6 +210,17 @@ TEST_F(ReportTest, SaysHowLongATitleStartsSilentAndTheDiscEndsSilent) {
   EXPECT_THAT(rulesOf(report), testing::ElementsAre("silence-at-start", "silence-at-end"));
   EXPECT_THAT(report.findings[0].what, HasSubstr("1.00 s"));
   EXPECT_THAT(report.findings[1].what, HasSubstr("4.00 s"));
+}
+
+TEST_F(ReportTest, TakesTheSilenceAtTheEndOfAFileBeforeTheLastForAPause) {
+  TestImage(1500).silence(1200 * 588, 1500 * 588).write(m_folder / "image.bin");
+  TestImage(400).write(m_folder / "b.bin");
+  const std::string two = "FILE image.bin BINARY\n" + track(1, "INDEX 01 00:00:00") +
+                          "FILE b.bin BINARY\n" + track(2, "INDEX 01 00:00:00");
+  EXPECT_THAT(rulesOf(reportOn(two)), Not(Contains("silence-at-end")));
+  const std::string unused =
+      "FILE image.bin BINARY\n" + track(1, "INDEX 01 00:00:00") + "FILE b.bin BINARY\n";
+  EXPECT_THAT(rulesOf(reportOn(unused)), Contains("silence-at-end"));
 }
 
 TEST_F(ReportTest, CountsClippedRunsAcrossSectorsAndNotPeaks) {

@@ -96,7 +96,10 @@ constexpr Change kChanges[] = {
 
 class FlacSheetTest : public testing::TestWithParam<Change> {
  protected:
-  FlacSheetTest() { TestImage(1500).write(m_folder / "image.bin"); }
+  FlacSheetTest() {
+    TestImage image(1500);
+    image.silence(450 * 588, 600 * 588).fadeIn(600 * 588).write(m_folder / "image.bin");
+  }
 
   Report report() {
     std::string text = kGood;

@@ -36,7 +36,9 @@ class ForeignSheetTest : public testing::TestWithParam<ForeignSheet> {
  protected:
   ForeignSheetTest() {
     const ForeignSheet& sheet = GetParam();
-    const TestImage image(1500);
+    TestImage image(1500);
+    // Where the sheets with a pause have it, and the start behind one that a sheet adds.
+    image.silence(400 * 588, 475 * 588).fadeIn(475 * 588).fadeIn(900 * 588);
     writeFile(m_folder / sheet.image,
               (sheet.wave ? wavHeader(image.bytes().size()) : "") + image.bytes());
     writeFile(m_folder / (name() + ".cue"), readFile(goldenFolder() / (name() + ".cue")));

@@ -116,6 +116,7 @@ struct LeadInAlbum {
     TestImage image(1800);
     image.silence(0, kFirst * 588).silence((kSecond - 150) * 588, kSecond * 588);
     image.silence((kThird - 150) * 588, kThird * 588);
+    image.fadeIn(kFirst * 588).fadeIn(kSecond * 588).fadeIn(kThird * 588);
     image.write(folder / "image.bin");
     writeFile(folder / "image.cue", sheet());
   }

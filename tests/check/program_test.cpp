@@ -9,6 +9,7 @@
 #include "disc/version.h"
 #include "tests/check/reader_process.h"
 #include "tests/check/test_images.h"
+#include "tests/kit/terminal_run.h"
 
 namespace velmor::check::test {
 namespace {
@@ -190,6 +191,16 @@ TEST_F(ProgramTest, RefusesASecondSheetBehindLinksThatLeadInACircle) {
   EXPECT_EQ(refused.status, 2);
   EXPECT_THAT(refused.all, HasSubstr("velmor-cdcheck: \"circle/p.cue\" cannot be written: Too many "
                                      "levels of symbolic links; choose another place\n"));
+}
+
+TEST_F(ProgramTest, ShowsItsProgressOnAnImageThatNoDiscHoldsAndReadsNoMoreOfIt) {
+  writeSparse(m_folder / "image.bin", int64_t{100} << 30);
+  test_kit::TerminalRun run({VELMOR_CDCHECK, (m_folder / "image.cue").string()});
+  // Of two and a half gigabytes, not of a hundred.
+  EXPECT_TRUE(run.waitFor("0 %  of 2352 MB")) << run.output();
+  EXPECT_TRUE(run.waitFor("[disc-too-long]")) << run.output();
+  EXPECT_EQ(run.finish(), 1);
+  EXPECT_THAT(run.output(), testing::Not(HasSubstr("[image-unreadable]")));
 }
 
 TEST_F(ProgramTest, DrawsNoProgressBarIntoAPipe) {

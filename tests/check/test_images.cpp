@@ -16,6 +16,17 @@ TestImage::TestImage(int64_t sectors) : m_samples(static_cast<size_t>(sectors) *
     state = state * 1664525u + 1013904223u;
     s = static_cast<int16_t>(1000 + static_cast<int>(state >> 20));
   }
+  // What begins at its full level has been cut into.
+  fadeIn(0);
+}
+
+TestImage& TestImage::fadeIn(int64_t from_frame) {
+  const auto first = static_cast<size_t>(from_frame) * 2;
+  for (size_t i = 0; i < 1176 && first + i < m_samples.size(); ++i) {
+    int16_t& s = m_samples[first + i];
+    s = static_cast<int16_t>(1 + s * static_cast<int>(i / 2) / 588);
+  }
+  return *this;
 }
 
 TestImage& TestImage::silence(int64_t from_frame, int64_t to_frame) {

@@ -23,10 +23,12 @@ std::filesystem::path casesFolder();
 /// Stereo samples, to be shaped and written as an image.
 class TestImage {
  public:
-  /// Sound that is never zero and never at full scale.
+  /// Sound that fades in, is never zero and never at full scale.
   explicit TestImage(int64_t sectors);
 
   TestImage& silence(int64_t from_frame, int64_t to_frame);
+  /// The sound from there on begins softly.
+  TestImage& fadeIn(int64_t from_frame);
   /// The left channel at `level` for `frames`.
   TestImage& level(int64_t from_frame, int64_t frames, int16_t level);
   void write(const std::filesystem::path& path) const;

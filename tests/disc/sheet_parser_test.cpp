@@ -105,15 +105,13 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Parser, KnowsWhereSmallLettersAndAMissingLineEndAre) {
   const Sheet small = parseSheet("REM x\nfile a BINARY\nTRACK 01 audio\nindex 01 00:00:00");
-  EXPECT_EQ(small.lower_case_command, 2);
   EXPECT_EQ(small.lower_case_file_type, 0);
+  EXPECT_TRUE(small.tracks.at(0).lower_case_mode);
   EXPECT_TRUE(small.no_last_line_end);
   const Sheet mode = parseSheet("FILE a Wave\nTRACK 01 Audio\nINDEX 01 00:00:00\r");
-  EXPECT_EQ(mode.lower_case_command, 0);
   EXPECT_TRUE(mode.tracks.at(0).lower_case_mode);
   EXPECT_EQ(mode.lower_case_file_type, 1);
   EXPECT_FALSE(mode.no_last_line_end);
-  EXPECT_EQ(parseSheet("nonsense\n").lower_case_command, 0);
   EXPECT_FALSE(parseSheet("").no_last_line_end);
 }
 
@@ -139,13 +137,25 @@ TEST(Parser, ReadsHugeAndHostileSheetsInTheTimeOfTheirLength) {
   EXPECT_GT(parseSheet(unclosed).problems_left_out, 0u);
   std::string tracks = "FILE a BINARY\n";
   for (int i = 0; i < 100000; ++i) tracks += "TRACK 1 AUDIO\nINDEX 1 0:0:0\n";
-  EXPECT_EQ(parseSheet(tracks).tracks.size(), 100000u);
+  EXPECT_EQ(parseSheet(tracks).tracks_in_all, 100000u);
   // A command behind millions of blanks is no line that was cut.
   const Sheet blanks = parseSheet("TITLE \"" + std::string(16 << 20, ' ') + "REM x");
   ASSERT_EQ(blanks.problems.size(), 1u);
   EXPECT_EQ(blanks.problems[0].kind, SyntaxKind::kUnclosed);
   EXPECT_EQ(parseSheet(std::string(1 << 20, '\0')).tracks.size(), 0u);
   EXPECT_EQ(parseSheet(std::string(1 << 20, '"')).tracks.size(), 0u);
+}
+
+TEST(Parser, CountsTheTracksThatNoDiscHasRoomForAndKeepsNothingOfThem) {
+  std::string text = "FILE a BINARY\n";
+  for (size_t i = 0; i < kMostTracksKept; ++i) text += "TRACK 01 AUDIO\nINDEX 01 00:00:00\n";
+  text += "TRACK 02 AUDIO\nISRC USABC0500001\nINDEX 02 00:01:00\nTITLE \"x\ny\"\nTRACK 03 AUDIO\n";
+  const Sheet sheet = parseSheet(text);
+  EXPECT_EQ(sheet.tracks_in_all, kMostTracksKept + 2);
+  ASSERT_EQ(sheet.tracks.size(), kMostTracksKept);
+  EXPECT_EQ(sheet.tracks.back().indices.size(), 1u);
+  EXPECT_FALSE(sheet.tracks.back().isrc);
+  EXPECT_FALSE(sheet.tracks.back().fields.title);
 }
 
 TEST(Parser, MakesASheetOfAnyBytes) {

@@ -76,6 +76,8 @@ bool writeAudio(const std::string& path, int format, int rate, int channels,
   setTag(file, SF_STR_TITLE, tags.title);
   setTag(file, SF_STR_ARTIST, tags.artist);
   setTag(file, SF_STR_ALBUM, tags.album);
+  setTag(file, SF_STR_DATE, tags.date);
+  setTag(file, SF_STR_GENRE, tags.genre);
   const auto frames = static_cast<sf_count_t>(samples.size()) / channels;
   // In pieces: libsndfile's Vorbis writer keeps a whole write on its stack.
   for (sf_count_t at = 0; at < frames; at += 4096) {

@@ -30,7 +30,7 @@ void writeDoubles(const std::string& path, const AudioShape& shape,
                   std::span<const double> samples);
 
 struct AudioTags {
-  std::string title, artist, album;
+  std::string title = {}, artist = {}, album = {}, date = {}, genre = {};
 };
 
 /// Writes a file in libsndfile's `format`; false when this libsndfile does not write it.

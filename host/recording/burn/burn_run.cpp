@@ -134,12 +134,11 @@ void BurnRun::blank(const DiscInDrive& medium) {
   m_recorder.takeMessages();
   m_recorder.startBlanking();
   m_outcome.begun = true;
-  for (RecorderStatus status = m_recorder.wait(); status.activity != Activity::kIdle;
-       status = m_recorder.wait()) {
-    BurnProgress progress;
-    progress.fraction = status.fraction;
-    progress.buffer_percent = status.buffer_percent;
-    report(progress);
+  try {
+    followBlanking();
+  } catch (...) {
+    stop();
+    throw;
   }
   const std::string reason = explainMessages(m_recorder.takeMessages(), SessionPlan());
   if (!m_recorder.succeeded()) {
@@ -147,6 +146,16 @@ void BurnRun::blank(const DiscInDrive& medium) {
     throw Failure(withReason("the disc could not be blanked", reason));
   }
   m_outcome.disc_state = "the disc was blanked, and nothing was written on it";
+}
+
+void BurnRun::followBlanking() {
+  for (RecorderStatus status = m_recorder.wait(); status.activity != Activity::kIdle;
+       status = m_recorder.wait()) {
+    BurnProgress progress;
+    progress.fraction = status.fraction;
+    progress.buffer_percent = status.buffer_percent;
+    report(progress);
+  }
 }
 
 void BurnRun::prepareDrive() {

@@ -32,6 +32,7 @@ class BurnRun {
   std::vector<std::string> prepareTexts(const SessionPlan& plan);
   DiscInDrive prepareDisc(const SessionPlan& plan);
   void blank(const DiscInDrive& medium);
+  void followBlanking();
   void prepareDrive();
   void write(const SessionPlan& plan, const DiscInDrive& before);
   void follow(SectorFeed& feed, const SessionPlan& plan);

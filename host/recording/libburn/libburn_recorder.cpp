@@ -100,12 +100,29 @@ std::vector<RecorderMessage> drainMessages() {
   return messages;
 }
 
+/// What libburn tells of drives. It keeps every drive that it has found open, which would lock
+/// other programs out, until this is freed.
+using DriveInfos = std::unique_ptr<burn::burn_drive_info, FreeWith<burn::burn_drive_info_free>>;
+
+/// All drives of the machine, and how many they are.
+DriveInfos scanned(unsigned int& count) {
+  burn::burn_drive_info* infos = nullptr;
+  const SignalsBlocked quiet;
+  int done = 0;
+  while ((done = burn::burn_drive_scan(&infos, &count)) == 0) usleep(kPollMicroseconds);
+  if (done < 0) count = 0;
+  return DriveInfos(infos);
+}
+
 class LibburnRecorder final : public Recorder {
  public:
-  explicit LibburnRecorder(burn::burn_drive_info* info) : m_info(info), m_drive(info[0].drive) {}
+  LibburnRecorder() = default;
   ~LibburnRecorder() override { LibburnRecorder::release(false); }
   LibburnRecorder(const LibburnRecorder&) = delete;
   LibburnRecorder& operator=(const LibburnRecorder&) = delete;
+
+  /// Takes the drive into use, to be called once; whether it could be.
+  bool grab(const std::string& address, bool close_tray);
 
   DiscInDrive medium() override;
   bool canTestWrite() override;
@@ -124,11 +141,22 @@ class LibburnRecorder final : public Recorder {
   int64_t freeSectors();
   int64_t capacity();
 
-  burn::burn_drive_info* m_info;
-  burn::burn_drive* m_drive;
+  burn::burn_drive_info* m_info = nullptr;  // null: no drive is in use
+  burn::burn_drive* m_drive = nullptr;
   BurnDisc m_disc;         // what is being written
   bool m_changed = false;  // the disc was written or blanked since libburn last looked at it
 };
+
+bool LibburnRecorder::grab(const std::string& address, bool close_tray) {
+  burn::burn_drive_info* info = nullptr;
+  const int grabbed =
+      burn::burn_drive_scan_and_grab(&info, mutableText(address.c_str()), close_tray ? 1 : 0);
+  DriveInfos owned(info);
+  if (grabbed <= 0 || info == nullptr) return false;
+  m_info = owned.release();
+  m_drive = m_info[0].drive;
+  return true;
+}
 
 burn::burn_disc_status LibburnRecorder::discStatus() {
   burn::burn_disc_status status = burn::burn_disc_get_status(m_drive);
@@ -262,19 +290,16 @@ class LibburnBus final : public RecorderBus {
 
 std::vector<DriveRecord> LibburnBus::scan() {
   std::vector<DriveRecord> drives;
-  burn::burn_drive_info* infos = nullptr;
   unsigned int count = 0;
-  int done = 0;
-  const SignalsBlocked quiet;
-  while ((done = burn::burn_drive_scan(&infos, &count)) == 0) usleep(kPollMicroseconds);
-  for (unsigned int i = 0; done > 0 && i < count; ++i) {
+  DriveInfos infos = scanned(count);
+  for (unsigned int i = 0; i < count; ++i) {
+    const burn::burn_drive_info& info = infos.get()[i];
     std::array<char, BURN_DRIVE_ADR_LEN> address{};
-    if (burn::burn_drive_d_get_adr(infos[i].drive, address.data()) <= 0) continue;
-    if (infos[i].write_cdr == 0 && infos[i].write_cdrw == 0) continue;
-    drives.push_back({address.data(), infos[i].vendor, infos[i].product, infos[i].revision});
+    if (burn::burn_drive_d_get_adr(info.drive, address.data()) <= 0) continue;
+    if (info.write_cdr == 0 && info.write_cdrw == 0) continue;
+    drives.push_back({address.data(), info.vendor, info.product, info.revision});
   }
-  // libburn keeps every drive that it has found open, which would lock other programs out.
-  if (infos != nullptr) burn::burn_drive_info_free(infos);
+  infos.reset();
   drainMessages();
   return drives;
 }
@@ -283,14 +308,11 @@ std::unique_ptr<Recorder> LibburnBus::grab(const std::string& address, bool clos
   if (const std::string obstacle = accessObstacle(address); !obstacle.empty()) {
     throw Failure(obstacle);
   }
-  burn::burn_drive_info* info = nullptr;
-  const int grabbed =
-      burn::burn_drive_scan_and_grab(&info, mutableText(address.c_str()), close_tray ? 1 : 0);
-  if (grabbed > 0 && info != nullptr) {
+  auto recorder = std::make_unique<LibburnRecorder>();
+  if (recorder->grab(address, close_tray)) {
     drainMessages();
-    return std::make_unique<LibburnRecorder>(info);
+    return recorder;
   }
-  if (info != nullptr) burn::burn_drive_info_free(info);
   std::string failure = "the drive " + disc::inQuotes(address) + " could not be taken into use";
   for (const RecorderMessage& message : drainMessages())
     if (message.error) failure += "; it says: " + message.text;

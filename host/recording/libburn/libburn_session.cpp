@@ -47,6 +47,7 @@ void freeSource(burn::burn_source* source) {
 
 /// A new source with one reference; libburn frees it, so it comes from calloc. Null: no memory.
 burn::burn_source* makeSource(const TrackSource& track) {
+  auto data = std::make_unique<TrackSource>(track);
   auto* source = static_cast<burn::burn_source*>(std::calloc(1, sizeof(burn::burn_source)));
   if (source == nullptr) return nullptr;
   source->refcount = 1;
@@ -54,7 +55,7 @@ burn::burn_source* makeSource(const TrackSource& track) {
   source->get_size = sizeOfSource;
   source->set_size = keepSize;
   source->free_data = freeSource;
-  source->data = new TrackSource(track);
+  source->data = data.release();
   return source;
 }
 

@@ -1,3 +1,5 @@
+#include <new>
+
 #include "disc/failure.h"
 #include "host/recording/interface/recording_service.h"
 #include "host/recording/libburn/libburn_recorder.h"
@@ -15,6 +17,8 @@ extern "C" __attribute__((visibility("default"))) Service* velmorOpenRecording(
     return new DriveService(openLibburn(), options);
   } catch (const Failure& failure) {
     why = failure.what();
-    return nullptr;
+  } catch (const std::bad_alloc&) {
+    why = "no memory left";  // short enough to need none
   }
+  return nullptr;
 }

@@ -1,11 +1,18 @@
 #include "host/recording/session/sector_feed.h"
 
 #include <cstring>
+#include <new>
 
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 
 namespace velmor::recording {
+
+namespace {
+
+constexpr const char* kNoMemory = "no memory left";  // short enough to need none
+
+}  // namespace
 
 SectorFeed::SectorFeed(const SessionPlan& plan, const std::atomic<bool>* cancel)
     : m_plan(plan), m_cancel(cancel) {}
@@ -16,7 +23,18 @@ bool SectorFeed::fail(const std::string& reason) {
   return false;
 }
 
-bool SectorFeed::next(size_t track, unsigned char* sector) {
+/// The recorder's library is no C++: nothing may be thrown through it.
+bool SectorFeed::next(size_t track, unsigned char* sector) noexcept {
+  try {
+    return deliver(track, sector);
+  } catch (const std::bad_alloc&) {
+    m_failure = kNoMemory;
+    m_failed.store(true);
+    return false;
+  }
+}
+
+bool SectorFeed::deliver(size_t track, unsigned char* sector) {
   if (failed() || cancelled()) return false;
   if (m_cancel != nullptr && m_cancel->load()) {
     m_cancelled.store(true);

@@ -21,7 +21,7 @@ class SectorFeed {
 
   /// Fills `sector` (2352 bytes) with the next one of track `track` (from 0), its pregap first.
   /// False when the burn must stop: something has failed, or it was cancelled.
-  bool next(size_t track, unsigned char* sector);
+  bool next(size_t track, unsigned char* sector) noexcept;
 
   /// On the recorder's thread, whenever it has read what is freed after the burn; and on the other,
   /// once the recorder is idle: from here on all those reads are over. The recorder's own word is
@@ -37,6 +37,7 @@ class SectorFeed {
   const std::string& failure() const { return m_failure; }
 
  private:
+  bool deliver(size_t track, unsigned char* sector);
   bool fail(const std::string& reason);
   bool produce(unsigned char* sector);
   bool produceData(DiscTrackProducer& producer, unsigned char* sector);

@@ -28,14 +28,15 @@ std::vector<Mark> givenMarks(const Options& options, Album& album) {
     marks.insert(marks.end(), labels.marks.begin(), labels.marks.end());
     album.warnings.insert(album.warnings.end(), labels.warnings.begin(), labels.warnings.end());
   }
-  if (options.embedded_markers) {
-    for (const AlbumInput& input : album.inputs) {
-      for (Mark mark : input.info.marks) {
-        mark.given_by = "inside " + disc::inQuotes(input.info.path);
-        mark.start += disc::secondsOf(input.start);
-        if (mark.end) *mark.end += disc::secondsOf(input.start);
-        marks.push_back(std::move(mark));
-      }
+  for (const AlbumInput& input : album.inputs) {
+    for (Mark mark : input.info.marks) {
+      // Those of a sheet have a giver already; the sheet was named on purpose.
+      const bool is_embedded = mark.given_by.empty();
+      if (is_embedded && !options.embedded_markers) continue;
+      if (is_embedded) mark.given_by = "inside " + disc::inQuotes(input.info.path);
+      mark.start += disc::secondsOf(input.start);
+      if (mark.end) *mark.end += disc::secondsOf(input.start);
+      marks.push_back(std::move(mark));
     }
   }
   return marks;
@@ -51,14 +52,46 @@ std::vector<Mark> allMarks(const Options& options, const Album& album,
   return marks;
 }
 
+/// Inputs of the numbers from `first` to `last` make one track, as far as no mark cuts it.
+void join(const Options& options, Album& album) {
+  for (const InputRange& joined : options.joined) {
+    for (AlbumInput& input : album.inputs) {
+      const int number = input.info.number;
+      const bool is_behind = number > joined.first && number <= joined.last;
+      if (is_behind && input.info.beginning == Beginning::kTrack) {
+        input.info.beginning = Beginning::kJoined;
+      }
+    }
+  }
+}
+
 void placeInputs(Album& album, std::vector<InputInfo> infos) {
   int64_t at = 0;
   for (InputInfo& info : infos) {
     const int64_t frames = info.frames;
+    if (info.number == 0) info.number = static_cast<int>(album.inputs.size()) + 1;
     album.inputs.push_back({std::move(info), at});
     at += frames;
   }
   album.render_end = at;
+}
+
+/// Files older than Unicode have texts in the encoding of the system they were made on, which
+/// nothing tells.
+void warnOfConvertedTexts(Album& album) {
+  for (const AlbumInput& input : album.inputs) {
+    std::vector<std::string> quoted;
+    for (const std::string& text : input.info.tags.converted) {
+      const std::string name = disc::inQuotes(text);
+      if (std::find(quoted.begin(), quoted.end(), name) == quoted.end()) quoted.push_back(name);
+    }
+    if (quoted.empty()) continue;
+    const bool one = quoted.size() == 1;
+    album.warnings.push_back(
+        disc::listed(quoted) + " in " + disc::inQuotes(input.info.path) +
+        (one ? " is no UTF-8 there and is read as Windows-1252; look whether it is right"
+             : " are no UTF-8 there and are read as Windows-1252; look whether they are right"));
+  }
 }
 
 /// Refuses a time like 01:02:03 where both of its readings lie inside the album: a track an hour
@@ -90,24 +123,51 @@ void setRange(const Options& options, Album& album) {
   }
 }
 
+/// What a source says of itself or, where it belongs to a cue sheet, what that says of it.
+InputInfo infoOf(const AudioSource& source, const Options& options) {
+  InputInfo info = AudioInput::open(source.path, options.dither, source.raw)->info();
+  info.number = source.number;
+  if (!source.sheet) return info;
+  if (options.isrcs.count(source.number) > 0) {
+    throw UsageError("--isrc for input " + std::to_string(source.number) +
+                     ", which is a cue sheet: its tracks have their ISRCs there");
+  }
+  info.tags = source.sheet->tags;
+  info.marks = source.sheet->marks;
+  info.warnings = source.sheet->warnings;
+  info.beginning = Beginning::kNothing;
+  return info;
+}
+
 }  // namespace
 
 Album layOutAlbum(const Options& options) {
+  return layOutAlbum(options, sourcesOf(options.inputs));
+}
+
+Album layOutAlbum(const Options& options, const std::vector<AudioSource>& sources) {
   std::vector<InputInfo> infos;
-  for (const std::string& path : options.inputs) {
-    infos.push_back(AudioInput::open(path, options.dither)->info());
-  }
+  infos.reserve(sources.size());
+  for (const AudioSource& source : sources) infos.push_back(infoOf(source, options));
   return layOutAlbum(options, std::move(infos));
 }
 
 Album layOutAlbum(const Options& options, std::vector<InputInfo> infos) {
   Album album;
   placeInputs(album, std::move(infos));
+  join(options, album);
   refuseTwoFacedTimes(options.two_faced_times, album);
   setRange(options, album);
+  for (const AlbumInput& input : album.inputs) {
+    const std::vector<std::string>& more = input.info.warnings;
+    album.warnings.insert(album.warnings.end(), more.begin(), more.end());
+  }
+  warnOfConvertedTexts(album);
   const std::vector<Mark> given = givenMarks(options, album);
   album.track_mode = options.track_mode ? *options.track_mode : modeFor(given, album.warnings);
   const AlbumTexts texts = discTexts(options.texts, album.inputs);
+  album.date = sharedTag(album.inputs, &Tags::date);
+  album.genre = sharedTag(album.inputs, &Tags::genre);
   album.project.metadata = sinkMetadata(texts, album.warnings);
   std::vector<Mark> marks = allMarks(options, album, texts.performer, given);
   for (Mark& mark : marks) mark.name = fitForSheet(mark.name, album.warnings);

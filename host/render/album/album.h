@@ -10,6 +10,7 @@
 #include "disc/failure.h"
 #include "host/render/album/host_project.h"
 #include "host/render/input/audio_input.h"
+#include "host/render/input/sheets/audio_source.h"
 #include "host/render/options/options.h"
 #include "host/render/options/usage_error.h"
 
@@ -34,6 +35,7 @@ struct Album {
   /// that follows, so they are not in the project.
   std::vector<Mark> empty_regions;
   std::vector<std::string> warnings;
+  std::string date, genre;  ///< the tags that all inputs share
 
   int64_t frames() const { return render_end - render_start; }
 };
@@ -41,6 +43,9 @@ struct Album {
 /// Lays out the inputs that `options` names. Opens each file, and throws `Failure` for one that
 /// cannot be read and `UsageError` for a render range outside the timeline.
 Album layOutAlbum(const Options& options);
+
+/// The same where the sources of those inputs are known.
+Album layOutAlbum(const Options& options, const std::vector<AudioSource>& sources);
 
 /// The same from what the inputs say of themselves, without opening anything.
 Album layOutAlbum(const Options& options, std::vector<InputInfo> infos);

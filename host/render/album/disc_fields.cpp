@@ -17,6 +17,10 @@ namespace {
 
 constexpr const char* kPrefix = "CUE:DISC_";
 
+std::string withoutPrefix(const std::string& key) {
+  return key.rfind(kPrefix, 0) == 0 ? key.substr(strlen(kPrefix)) : key;
+}
+
 /// Moves fields like --meta TITLE=X to where --title would put them. When both are given, the
 /// option of its own wins.
 void takeKnownKeys(AlbumTexts& texts) {
@@ -27,7 +31,7 @@ void takeKnownKeys(AlbumTexts& texts) {
                                                         {"REM", &texts.comment}};
   std::vector<std::pair<std::string, std::string>> others;
   for (auto& [key, text] : texts.more) {
-    const std::string bare = key.rfind(kPrefix, 0) == 0 ? key.substr(strlen(kPrefix)) : key;
+    const std::string bare = withoutPrefix(key);
     const auto* const field =
         std::find_if(std::begin(known), std::end(known),
                      [&](const auto& one) { return strcasecmp(one.first, bare.c_str()) == 0; });
@@ -40,7 +44,8 @@ void takeKnownKeys(AlbumTexts& texts) {
   texts.more = std::move(others);
 }
 
-/// The tag that all inputs share, empty when one differs or has none.
+}  // namespace
+
 std::string sharedTag(const std::vector<AlbumInput>& inputs, std::string Tags::*tag) {
   std::string shared;
   for (const AlbumInput& input : inputs) {
@@ -51,8 +56,6 @@ std::string sharedTag(const std::vector<AlbumInput>& inputs, std::string Tags::*
   return shared;
 }
 
-}  // namespace
-
 AlbumTexts discTexts(const AlbumTexts& given, const std::vector<AlbumInput>& inputs) {
   AlbumTexts texts = given;
   takeKnownKeys(texts);
@@ -62,6 +65,7 @@ AlbumTexts discTexts(const AlbumTexts& given, const std::vector<AlbumInput>& inp
   fill(texts.title, &Tags::album);
   fill(texts.performer, &Tags::artist);
   fill(texts.songwriter, &Tags::songwriter);
+  fill(texts.catalogue, &Tags::catalogue);
   return texts;
 }
 
@@ -79,11 +83,25 @@ std::vector<std::pair<std::string, std::string>> sinkMetadata(const AlbumTexts& 
   add("CATALOG", texts.catalogue);
   add("REM", texts.comment);
   for (const auto& [key, text] : texts.more) {
-    warnings.push_back("the sheet has no place for the field " + disc::inQuotes(key) +
+    warnings.push_back("the sheet has no place for the field " +
+                       disc::inQuotes(withoutPrefix(key)) +
                        "; it knows TITLE, PERFORMER, SONGWRITER, CATALOG and REM");
     add(key, text);
   }
   return metadata;
+}
+
+std::string fieldForPeople(const std::string& key) {
+  const std::string bare = withoutPrefix(key);
+  const std::pair<const char*, const char*> known[] = {{"TITLE", "disc's title"},
+                                                       {"PERFORMER", "disc's performer"},
+                                                       {"SONGWRITER", "disc's songwriter"},
+                                                       {"CATALOG", "catalogue number"},
+                                                       {"REM", "comment"}};
+  for (const auto& [name, words] : known) {
+    if (bare == name) return words;
+  }
+  return "field " + disc::inQuotes(bare);
 }
 
 }  // namespace velmor::render

@@ -75,11 +75,13 @@ class OwnMarks {
 
   void add(size_t index, std::vector<Mark>& marks) const {
     const AlbumInput& input = m_album.inputs[index];
-    const Mark own = markOf(input, static_cast<int>(index) + 1);
-    if (m_album.track_mode != kOneTrack && !isReplaced(own)) marks.push_back(own);
+    const Mark own = markOf(index);
+    const bool can_begin =
+        m_album.track_mode != kOneTrack && input.info.beginning == Beginning::kTrack;
+    if (can_begin && !isReplaced(own)) marks.push_back(own);
     const std::vector<double> places = tagPlaces(own, m_given);
     const std::string& artist = input.info.tags.artist;
-    if (m_album.track_mode != kOneTrack && !artist.empty() && artist != m_disc_performer) {
+    if (can_begin && !artist.empty() && artist != m_disc_performer) {
       for (const double place : places) {
         marks.push_back({place, std::nullopt, "PERF=" + artist, own.input});
       }
@@ -93,18 +95,29 @@ class OwnMarks {
   }
 
  private:
-  Mark markOf(const AlbumInput& input, int number) const {
+  Mark markOf(size_t index) const {
+    const AlbumInput& input = m_album.inputs[index];
     Mark own;
-    own.input = number;
+    own.input = input.info.number;
     own.start = disc::secondsOf(input.start);
     own.name = inputTitle(input.info);
-    if (m_album.track_mode == kTracksFromRegions)
-      own.end = disc::secondsOf(input.start + input.info.frames);
+    if (m_album.track_mode == kTracksFromRegions) own.end = disc::secondsOf(endOfTrack(index));
     // A title that reads like a tag would become one.
     if (m_album.track_mode == kTracksFromMarkers && !m_options.hash_markers_only &&
         !namesTrack(own.name, false))
       own.name.insert(0, 1, ' ');
     return own;
+  }
+
+  /// Where the audio of an input ends, with that of those that are joined to it. Frames of the
+  /// timeline.
+  int64_t endOfTrack(size_t index) const {
+    const std::vector<AlbumInput>& inputs = m_album.inputs;
+    size_t last = index;
+    while (last + 1 < inputs.size() && inputs[last + 1].info.beginning == Beginning::kJoined) {
+      ++last;
+    }
+    return inputs[last].start + inputs[last].info.frames;
   }
 
   /// Whether a mark that was set on purpose makes the input's own one superfluous. Two markers

@@ -6,17 +6,17 @@
 #include <cstdio>
 #include <utility>
 
+#include "disc/audio/sound_file.h"
+#include "disc/audio/source_format.h"
 #include "disc/failure.h"
-#include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
+#include "host/render/input/dithered_input.h"
 #include "host/render/input/formats/plain_pcm.h"
-#include "host/render/input/formats/source_format.h"
 #include "host/render/input/marks/embedded_marks.h"
 #include "host/render/input/marks/vorbis_comments.h"
 #include "host/render/input/resampler.h"
-#include "host/render/input/sound_file.h"
-#include "host/render/input/tpdf_dither.h"
+#include "host/render/input/sheets/flac_cuesheet.h"
 
 namespace velmor::render {
 namespace {
@@ -26,25 +26,31 @@ constexpr size_t kBlockFrames = 16384;
 constexpr size_t kBlockSamples = 4 * kBlockFrames;
 constexpr int kDiscBits = 16;
 
-std::string textIn(SNDFILE* file, int kind) {
+std::string textIn(SNDFILE* file, int kind, Tags& tags) {
   const char* text = sf_get_string(file, kind);
-  return text ? disc::asLineOfText(text) : std::string();
+  return text ? tags.read(text) : std::string();
 }
 
-InputInfo describe(const std::string& path, const SoundFile& sound) {
+InputInfo describe(const std::string& path, const disc::SoundFile& sound) {
   SNDFILE* file = sound.handle();
   InputInfo info;
   info.path = path;
-  info.format = formatName(sound.info().format);
+  info.format = disc::formatName(sound.info().format);
+  info.coding = disc::codingName(sound.info().format);
   info.rate = sound.info().samplerate;
   info.channels = sound.info().channels;
-  info.bits = integerBits(sound.info().format);
+  info.bits = disc::integerBits(sound.info().format);
   info.frames = framesAtDiscRate(sound.info().frames, sound.info().samplerate);
-  info.tags.title = textIn(file, SF_STR_TITLE);
-  info.tags.artist = textIn(file, SF_STR_ARTIST);
-  info.tags.album = textIn(file, SF_STR_ALBUM);
+  info.tags.title = textIn(file, SF_STR_TITLE, info.tags);
+  info.tags.artist = textIn(file, SF_STR_ARTIST, info.tags);
+  info.tags.album = textIn(file, SF_STR_ALBUM, info.tags);
+  info.tags.date = textIn(file, SF_STR_DATE, info.tags);
+  info.tags.genre = textIn(file, SF_STR_GENRE, info.tags);
   addVorbisComments(vorbisCommentsIn(sound.bytes()), info.tags);
-  info.marks = embeddedMarks(file, sound.info(), sound.bytes());
+  info.marks = embeddedMarks(file, sound.info(), sound.bytes(), info.tags.converted);
+  if (info.marks.empty()) {
+    info.marks = marksOfCarriedSheet(sound.bytes(), path, info.rate, info.tags, info.warnings);
+  }
   sound.checkReading();  // or a mark would be missing that nobody misses
   return info;
 }
@@ -60,7 +66,7 @@ std::string minutesOf(int64_t frames, int rate) {
 /// The file's own frames as one or two planar channels, a block at a time.
 class SourceBlocks {
  public:
-  SourceBlocks(std::unique_ptr<SoundFile> sound, std::string path)
+  SourceBlocks(std::unique_ptr<disc::SoundFile> sound, std::string path)
       : m_sound(std::move(sound)),
         m_path(std::move(path)),
         m_channels(static_cast<size_t>(m_sound->info().channels)),
@@ -142,7 +148,7 @@ class SourceBlocks {
                   minutesOf(m_sound->info().frames, rate) + "; copy or export it again");
   }
 
-  std::unique_ptr<SoundFile> m_sound;
+  std::unique_ptr<disc::SoundFile> m_sound;
   std::string m_path;
   size_t m_channels;
   size_t m_block_frames;
@@ -157,7 +163,7 @@ class SourceBlocks {
 /// A source at the disc's rate.
 class PlainInput : public AudioInput {
  public:
-  PlainInput(InputInfo info, std::unique_ptr<SoundFile> sound)
+  PlainInput(InputInfo info, std::unique_ptr<disc::SoundFile> sound)
       : m_info(std::move(info)), m_source(std::move(sound), m_info.path) {}
 
   const InputInfo& info() const override { return m_info; }
@@ -185,7 +191,7 @@ class PlainInput : public AudioInput {
 /// A source at another rate.
 class ResampledInput : public AudioInput {
  public:
-  ResampledInput(InputInfo info, std::unique_ptr<SoundFile> sound)
+  ResampledInput(InputInfo info, std::unique_ptr<disc::SoundFile> sound)
       : m_info(std::move(info)),
         m_source(std::move(sound), m_info.path),
         m_resampler(m_info.rate, m_source.mono() ? 1 : 2),
@@ -257,29 +263,6 @@ class ResampledInput : public AudioInput {
   int64_t m_delivered = 0;
 };
 
-/// Another input with dither on it.
-class DitheredInput : public AudioInput {
- public:
-  explicit DitheredInput(std::unique_ptr<AudioInput> source) : m_source(std::move(source)) {}
-
-  const InputInfo& info() const override { return m_source->info(); }
-  size_t read(double* left, double* right, size_t frames) override {
-    const size_t done = m_source->read(left, right, frames);
-    m_left_dither.add(left, done);
-    if (info().channels == 1) {
-      std::copy_n(left, done, right);
-    } else {
-      m_right_dither.add(right, done);
-    }
-    return done;
-  }
-
- private:
-  std::unique_ptr<AudioInput> m_source;
-  TpdfDither m_left_dither{1};
-  TpdfDither m_right_dither{0x5851f42d4c957f2dU};
-};
-
 }  // namespace
 
 void AudioInput::readStretch(AudioStretch& stretch, size_t frames) {
@@ -287,14 +270,18 @@ void AudioInput::readStretch(AudioStretch& stretch, size_t frames) {
       frames, [this](double* left, double* right, size_t most) { return read(left, right, most); });
 }
 
-std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dither) {
-  auto sound = std::make_unique<SoundFile>(path);
+std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dither,
+                                             disc::RawSamples raw) {
+  auto sound = std::make_unique<disc::SoundFile>(path, disc::Incomplete::kRefused, raw);
   InputInfo info = describe(path, *sound);
+  info.raw = raw;
   if (info.frames == 0) {
     throw Failure(disc::inQuotes(path) + " is shorter than one frame at 44100 Hz; leave it out");
   }
   const bool resampled = info.rate != disc::kSampleRate;
-  const bool exact = !resampled && info.bits > 0 && info.bits <= kDiscBits;
+  if (resampled || info.bits == 0 || info.bits > kDiscBits) {
+    info.to_16_bits = dither == Dither::kTpdf ? To16Bits::kDithered : To16Bits::kRounded;
+  }
   std::unique_ptr<AudioInput> input;
   if (!resampled) {
     input = std::make_unique<PlainInput>(std::move(info), std::move(sound));
@@ -306,8 +293,8 @@ std::unique_ptr<AudioInput> AudioInput::open(const std::string& path, Dither dit
                     "; convert it first");
     }
   }
-  if (dither == Dither::kTpdf && !exact) input = std::make_unique<DitheredInput>(std::move(input));
-  return input;
+  if (input->info().to_16_bits != To16Bits::kDithered) return input;
+  return std::make_unique<DitheredInput>(std::move(input));
 }
 
 }  // namespace velmor::render

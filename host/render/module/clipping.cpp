@@ -1,5 +1,6 @@
 #include "host/render/module/clipping.h"
 
+#include <algorithm>
 #include <bit>
 #include <cassert>
 #include <cmath>
@@ -26,6 +27,10 @@ bool mayBeOver(std::span<const double> samples) {
   return reached >> 62 != 0;
 }
 
+double magnitudeOf(double x) {
+  return std::isnan(x) ? HUGE_VAL : std::fabs(x);
+}
+
 int64_t countOver(std::span<const double> samples) {
   if (!mayBeOver(samples)) return 0;
   int64_t over = 0;
@@ -38,12 +43,17 @@ int64_t countOver(std::span<const double> samples) {
 void Clipping::look(std::span<const double> left, std::span<const double> right, int64_t start) {
   assert(left.size() == right.size());
   const int64_t over = countOver(left) + countOver(right);
-  if (over > 0 && first_frame < 0) {
-    size_t i = 0;
-    while (!isOver(left[i]) && !isOver(right[i])) ++i;
-    first_frame = start + static_cast<int64_t>(i);
-  }
+  if (over == 0) return;
   samples += over;
+  for (size_t i = 0; i < left.size(); ++i) {
+    if (!isOver(left[i]) && !isOver(right[i])) continue;
+    const int64_t frame = start + static_cast<int64_t>(i);
+    if (first_frame < 0) first_frame = frame;
+    const double magnitude = std::max(magnitudeOf(left[i]), magnitudeOf(right[i]));
+    if (magnitude <= peak) continue;
+    peak = magnitude;
+    worst_frame = frame;
+  }
 }
 
 }  // namespace velmor::render

@@ -93,7 +93,7 @@ void ReadAhead::run() {
 }
 
 /// Packed samples are integers, of which none is beyond full scale.
-void ReadAhead::lookForClipping(const AudioPiece& piece) {
+void ReadAhead::lookForClipping(const AudioPiece& piece, Clipping& clipping) const {
   if (piece.audio.isPacked()) return;
   const auto end = piece.start + static_cast<int64_t>(piece.audio.frames());
   const auto ends_by = [](const FrameStretch& one, int64_t frame) { return one.end <= frame; };
@@ -102,8 +102,8 @@ void ReadAhead::lookForClipping(const AudioPiece& piece) {
     const int64_t from = std::max(stretch->begin, piece.start);
     const auto at = static_cast<size_t>(from - piece.start);
     const auto count = static_cast<size_t>(std::min(stretch->end, end) - from);
-    m_clipping.look(std::span(piece.audio.left()).subspan(at, count),
-                    std::span(piece.audio.right()).subspan(at, count), from);
+    clipping.look(std::span(piece.audio.left()).subspan(at, count),
+                  std::span(piece.audio.right()).subspan(at, count), from);
   }
 }
 
@@ -129,24 +129,37 @@ AudioPiece ReadAhead::takeUsed() {
 
 void ReadAhead::readAll() {
   int64_t at = m_album.render_start;
-  for (const AlbumInput& place : m_album.inputs) {
+  for (size_t i = 0; i < m_album.inputs.size(); ++i) {
+    const AlbumInput& place = m_album.inputs[i];
     const int64_t end = std::min(place.start + place.info.frames, m_album.render_end);
-    if (end <= at) continue;
-    const std::unique_ptr<AudioInput> input = AudioInput::open(place.info.path, m_dither);
-    if (input->info().frames != place.info.frames) {
-      throw Failure(disc::inQuotes(place.info.path) +
-                    " has changed while it was being rendered; start again");
-    }
-    skip(*input, at - place.start);
-    while (at < end) {
-      AudioPiece piece = takeUsed();
-      readFrames(*input, end - at, piece.audio);
-      piece.start = at - m_album.render_start;
-      at += static_cast<int64_t>(piece.audio.frames());
-      lookForClipping(piece);
-      if (!put(std::move(piece))) return;
-    }
+    if (end > at && !readInput(i, at, end)) return;
   }
+}
+
+/// Puts an input's frames from `at` to `end`, both of the timeline, and moves `at` on. False when
+/// they are not wanted any more.
+bool ReadAhead::readInput(size_t index, int64_t& at, int64_t end) {
+  const AlbumInput& place = m_album.inputs[index];
+  const std::unique_ptr<AudioInput> input =
+      AudioInput::open(place.info.path, m_dither, place.info.raw);
+  if (input->info().frames != place.info.frames) {
+    throw Failure(disc::inQuotes(place.info.path) +
+                  " has changed while it was being rendered; start again");
+  }
+  skip(*input, at - place.start);
+  InputOutcome outcome;
+  outcome.input = index;
+  while (at < end) {
+    AudioPiece piece = takeUsed();
+    readFrames(*input, end - at, piece.audio);
+    piece.start = at - m_album.render_start;
+    at += static_cast<int64_t>(piece.audio.frames());
+    lookForClipping(piece, outcome.clipping);
+    if (!put(std::move(piece))) return false;
+  }
+  outcome.has_added_dither = input->hasAddedDither();
+  m_inputs.push_back(outcome);
+  return true;
 }
 
 }  // namespace velmor::render

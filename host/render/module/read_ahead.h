@@ -2,6 +2,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <exception>
@@ -23,6 +24,13 @@ struct AudioPiece {
   int64_t start = 0;  ///< frames from the render's start
 };
 
+/// What the reading of an input has shown, of what the image is to hold.
+struct InputOutcome {
+  size_t input = 0;  ///< its index among the album's
+  Clipping clipping;
+  bool has_added_dither = false;
+};
+
 /// Delivers the render's range piece by piece. A bounded number of pieces is in flight, so memory
 /// does not grow with the album's length. A reading thread that is so far ahead rests until some
 /// pieces are used: to be woken for every one would cost more than to read it.
@@ -38,22 +46,22 @@ class ReadAhead {
   /// The next piece, exchanged for a used one; false at the end. Throws what the reading thread ran
   /// into.
   bool next(AudioPiece& piece);
-  /// The clipped samples among those that the image is to hold; complete, and to be read, once
-  /// `next` has answered false.
-  const Clipping& clipping() const { return m_clipping; }
+  /// One for each input that was read; complete, and to be read, once `next` has answered false.
+  const std::vector<InputOutcome>& inputs() const { return m_inputs; }
 
  private:
   bool hasRoom() const;
   void run();
   void readAll();
-  void lookForClipping(const AudioPiece& piece);
+  bool readInput(size_t index, int64_t& at, int64_t end);
+  void lookForClipping(const AudioPiece& piece, Clipping& clipping) const;
   bool put(AudioPiece&& piece);
   AudioPiece takeUsed();
 
   const Album& m_album;
   const std::vector<FrameStretch>& m_written;
   const Dither m_dither;
-  Clipping m_clipping;
+  std::vector<InputOutcome> m_inputs;
 
   std::mutex m_mutex;
   std::condition_variable m_changed;

@@ -84,7 +84,7 @@ RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& conf
   interruptible.reset();
   sink->Extended(kSinkRenderFinished, nullptr, nullptr, nullptr);
   stopOnWriteFailure(image_path);
-  return {audio.clipping(), std::llround(sink->GetLength() * disc::kSampleRate)};
+  return {audio.inputs(), std::llround(sink->GetLength() * disc::kSampleRate)};
 }
 
 }  // namespace velmor::render

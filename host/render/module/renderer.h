@@ -3,12 +3,13 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "abi/sink_registration.h"
 #include "disc/failure.h"
 #include "disc/terminal/interrupt.h"
 #include "host/render/album/album.h"
-#include "host/render/module/clipping.h"
+#include "host/render/module/read_ahead.h"
 #include "host/render/options/options.h"
 #include "host/render/plan/track_plan.h"
 
@@ -16,8 +17,8 @@ namespace velmor::render {
 
 /// The result of a render that ended well.
 struct RenderOutcome {
-  Clipping clipping;           ///< of what was written
-  int64_t counted_frames = 0;  ///< the image's, as the sink counts them
+  std::vector<InputOutcome> inputs;  ///< those that were read, in order
+  int64_t counted_frames = 0;        ///< the image's, as the sink counts them
 };
 
 /// Streams `album`, as `plan` lays it out, to a sink of the module that writes `sheet_path` and the

@@ -9,10 +9,12 @@
 
 #include "disc/codes/isrc.h"
 #include "disc/failure.h"
+#include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/units/disc_limits.h"
 #include "disc/version.h"
 #include "host/render/input/marks/mark_parsing.h"
+#include "host/render/options/nearest_name.h"
 #include "host/render/options/number_checks.h"
 #include "host/render/options/settings_file.h"
 #include "host/render/options/usage_error.h"
@@ -22,6 +24,7 @@ namespace velmor::render {
 
 namespace {
 
+constexpr const char* kFlagAlone = "true";  // what CLI11 makes of a flag without a value
 constexpr int kLargestBlock = 1 << 20;
 constexpr const char* kAbout =
     "Renders audio files to an audio CD image (BIN) with a cue sheet, through the velmor_cd "
@@ -38,8 +41,9 @@ The module keeps its settings in )";
 /// What CLI11 collects as text, before it becomes `Options`.
 struct RawOptions {
   std::string track_mode;
-  std::string dither = "none";
-  std::vector<std::string> isrcs, markers, regions, metas;
+  std::string dither = "tpdf";
+  bool no_dither = false;
+  std::vector<std::string> isrcs, markers, regions, metas, joins;
   std::string start, end;
   bool no_embedded_markers = false;
 };
@@ -79,6 +83,9 @@ RequiredOptions addInputsAndOutput(CLI::App& app, Options& options) {
   app.add_option("--ddp", options.ddp,
                  "also make the DDP 2.00 set for a pressing plant in this new folder")
       ->type_name("DIR");
+  app.add_option("--html", options.html,
+                 "also write a page to look at: tracks, times, levels, findings")
+      ->type_name("PAGE.html");
   return required;
 }
 
@@ -120,6 +127,9 @@ void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
   app.add_option("--labels", options.labels, "add the marks of an Audacity label track")
       ->type_name("FILE")
       ->group("Tracks");
+  app.add_flag("--join", raw.joins,
+               "put all inputs into one track, or --join=2-4 those; may be given again")
+      ->group("Tracks");
   app.add_flag("--allow-overlong", options.allow_overlong,
                "render beyond 79:59:74, for a blank that is known to hold it")
       ->group("Tracks");
@@ -151,9 +161,14 @@ void addTextOptions(CLI::App& app, Options& options, RawOptions& raw) {
 void addRenderOptions(CLI::App& app, Options& options, RawOptions& raw) {
   app.add_option("--start", raw.start, "render from here")->type_name("TIME")->group("Render");
   app.add_option("--end", raw.end, "render up to here")->type_name("TIME")->group("Render");
-  app.add_option("--dither", raw.dither, "none, or tpdf for sources of more than 16 bits")
-      ->check(CLI::IsMember({"none", "tpdf"}))
-      ->type_name("KIND")
+  CLI::Option* const dither =
+      app.add_option("--dither", raw.dither,
+                     "tpdf for sources of more than 16 bits or another rate (the default), or none")
+          ->check(CLI::IsMember({"none", "tpdf"}))
+          ->type_name("KIND")
+          ->group("Render");
+  app.add_flag("--no-dither", raw.no_dither, "round them to 16 bits: --dither none")
+      ->excludes(dither)
       ->group("Render");
   app.add_option("--block", options.block, "frames handed to the module at a time")
       ->check(wholeNumber(1, kLargestBlock, "number of frames", "give one such as 1024"))
@@ -164,7 +179,8 @@ void addRenderOptions(CLI::App& app, Options& options, RawOptions& raw) {
       ->type_name("PATH")
       ->group("Render");
   app.add_flag("--json", options.json, "print the result as JSON")->group("Render");
-  app.add_flag("--quiet", options.quiet, "print errors only")->group("Render");
+  app.add_flag("--quiet", options.quiet, "print errors, and which inputs clip, only")
+      ->group("Render");
 }
 
 std::pair<std::string, std::string> splitAssignment(const std::string& text, const char* option,
@@ -177,14 +193,19 @@ std::pair<std::string, std::string> splitAssignment(const std::string& text, con
   return {text.substr(0, at), text.substr(at + 1)};
 }
 
+/// The number that `text` is, whole; 0 when it is none.
+int numberIn(std::string_view text) {
+  int number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && stop == end ? number : 0;
+}
+
 void readIsrcs(const RawOptions& raw, Options& options) {
   for (const std::string& text : raw.isrcs) {
     const auto [number_text, code_text] = splitAssignment(text, "--isrc", "INPUT_NUMBER=CODE");
-    int number = 0;
-    const char* const end = number_text.data() + number_text.size();
-    const auto [stop, error] = std::from_chars(number_text.data(), end, number);
-    if (error != std::errc() || stop != end || number < 1 ||
-        number > static_cast<int>(options.inputs.size())) {
+    const int number = numberIn(number_text);
+    if (number < 1 || number > static_cast<int>(options.inputs.size())) {
       throw UsageError("--isrc " + disc::inQuotes(text) + " names input " + number_text +
                        ", but the album has " +
                        disc::counted(static_cast<int64_t>(options.inputs.size()), "input") +
@@ -202,11 +223,26 @@ void readIsrcs(const RawOptions& raw, Options& options) {
   }
 }
 
+InputRange rangeIn(const std::string& text, int inputs) {
+  if (text == kFlagAlone) return {1, inputs};
+  const size_t dash = text.find('-');
+  const int first = numberIn(std::string_view(text).substr(0, dash));
+  const int last =
+      dash == std::string::npos ? 0 : numberIn(std::string_view(text).substr(dash + 1));
+  if (first >= 1 && first < last && last <= inputs) return {first, last};
+  throw UsageError("--join=" + disc::printable(text) + " is no range of the " +
+                   disc::counted(inputs, "input") +
+                   "; give the first and the last one, such as --join=1-2");
+}
+
 void readRaw(const RawOptions& raw, Options& options) {
+  const auto inputs = static_cast<int>(options.inputs.size());
+  for (const std::string& text : raw.joins) options.joined.push_back(rangeIn(text, inputs));
   if (raw.track_mode == "markers") options.track_mode = kTracksFromMarkers;
   if (raw.track_mode == "regions") options.track_mode = kTracksFromRegions;
   if (raw.track_mode == "one") options.track_mode = kOneTrack;
-  options.dither = raw.dither == "tpdf" ? Dither::kTpdf : Dither::kNone;
+  const bool dithers = raw.dither == "tpdf" && !raw.no_dither;
+  options.dither = dithers ? Dither::kTpdf : Dither::kNone;
   options.embedded_markers = !raw.no_embedded_markers;
   readIsrcs(raw, options);
   for (const std::string& text : raw.metas) {
@@ -225,6 +261,31 @@ void readRaw(const RawOptions& raw, Options& options) {
     throw UsageError("--end " + disc::inQuotes(raw.end) + " does not lie after --start " +
                      disc::inQuotes(raw.start));
   }
+}
+
+/// The long names of all options, without dashes.
+std::vector<std::string> longNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::Option* const option : app.get_options()) {
+    const std::vector<std::string>& more = option->get_lnames();
+    names.insert(names.end(), more.begin(), more.end());
+  }
+  return names;
+}
+
+/// What to say of the first option on the command line that is none. Nothing when there is no such:
+/// then something else is wrong.
+std::optional<std::string> misspeltOption(const CLI::App& app) {
+  for (const std::string& word : app.remaining()) {
+    const std::string option = word.substr(0, word.find('='));
+    const size_t name_at = option.find_first_not_of('-');
+    if (name_at == 0 || name_at == std::string::npos) continue;
+    const std::string name = option.substr(name_at);
+    const std::string fault = "there is no option " + disc::printable(option);
+    const auto nearest = nearestName(name, longNames(app));
+    return nearest ? fault + "; did you mean --" + *nearest + "?" : fault;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -269,7 +330,10 @@ std::optional<Options> CommandLineParser::parse(int argc, char** argv) {
     printf("%s\n", version.what());
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
-    throw UsageError(disc::asClause(error.what()) + "; --help lists the options");
+    // Before what is missing, too: an --ouput is no output.
+    const auto misspelt = misspeltOption(app);
+    throw UsageError(misspelt.value_or(disc::asClause(error.what())) +
+                     (misspelt && misspelt->back() == '?' ? "" : "; --help lists the options"));
   } catch (const Failure& error) {  // a time, marker or region that is none
     throw UsageError(error.what());
   }

@@ -21,6 +21,11 @@ struct AlbumTexts {
   std::vector<std::pair<std::string, std::string>> more;  ///< further keys as given
 };
 
+/// Inputs as they were given, from 1, the last one included.
+struct InputRange {
+  int first = 1, last = 1;
+};
+
 struct Options {
   std::vector<std::string> inputs;
   std::string output;
@@ -36,11 +41,12 @@ struct Options {
   std::vector<Mark> marks;           ///< --marker and --region, timeline seconds
   std::string labels;                ///< label track's path, empty for none
   bool embedded_markers = true;
+  std::vector<InputRange> joined;  ///< those that make one track together
 
   std::optional<double> start, end;  ///< timeline seconds
   /// Those of the times above that may have been meant otherwise.
   std::vector<TwoFacedTime> two_faced_times;
-  Dither dither = Dither::kNone;
+  Dither dither = Dither::kTpdf;
   int block = 1024;  ///< frames
 
   std::string module;  ///< path; empty: the one that came with the program
@@ -51,7 +57,8 @@ struct Options {
   BurnOptions burn;
   bool list_drives = false;  ///< and nothing else
   bool portable_cue = false;
-  std::string ddp;  ///< folder of the set for a plant; empty: none is wanted
+  std::string ddp;   ///< folder of the set for a plant; empty: none is wanted
+  std::string html;  ///< the page to look at; empty: none is wanted
 };
 
 /// Reads command lines, one after the other: a line knows nothing of the ones before.

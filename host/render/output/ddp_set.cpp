@@ -13,6 +13,7 @@
 #include "disc/text/phrases.h"
 #include "disc/units/disc_limits.h"
 #include "disc/units/disc_units.h"
+#include "host/render/output/exact_starts.h"
 #include "host/render/terminal/messages.h"
 #include "host/render/terminal/progress.h"
 
@@ -60,7 +61,7 @@ void DdpOutput::make(const std::string& sheet, const TrackPlan& plan, bool show_
 
 void DdpOutput::makeSet(const std::string& sheet, const TrackPlan& plan, bool show_progress) {
   ddp::SetOptions options;
-  for (const PlannedTrack& track : plan.tracks) options.exact_starts.push_back(track.start_frame);
+  options.exact_starts = startsOf(plan);
   const ddp::PreparedSet prepared = ddp::prepareSet(sheet, options);
   m_made.changes = prepared.changes;
   if (prepared.refused()) {

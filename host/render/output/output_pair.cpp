@@ -11,7 +11,9 @@
 #include <utility>
 
 #include "disc/failure.h"
+#include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
+#include "disc/text/utf8.h"
 
 namespace velmor::render {
 
@@ -59,13 +61,26 @@ Failure cannotPlace(const fs::path& target, const std::error_code& error) {
 OutputPair::OutputPair(const std::string& output, bool force,
                        const std::vector<std::string>& inputs, bool portable)
     : m_sheet(sheetPath(output)), m_force(force) {
+  nameInUtf8();
   m_image = m_sheet;
   m_image.replace_extension(".bin");
   if (portable) m_portable = portablePath(m_sheet);
   checkName();
   checkTargets(inputs);
   const fs::path parent = m_sheet.has_parent_path() ? m_sheet.parent_path() : fs::path(".");
+  for (std::string& left : WorkingFolder::removeAbandoned(parent)) {
+    m_warnings.push_back(std::move(left));
+  }
   m_folder.emplace(parent);
+}
+
+/// The sheet names its image, and its other texts are UTF-8: readers take a sheet in one encoding.
+void OutputPair::nameInUtf8() {
+  const std::string name = m_sheet.filename().string();
+  if (disc::isUtf8(name)) return;
+  m_sheet.replace_filename(disc::asLineOfText(name));
+  m_warnings.push_back("the output's name is no UTF-8 and becomes " + quotedPath(m_sheet) +
+                       ", as read as Windows-1252; look whether it is right");
 }
 
 void OutputPair::checkName() const {
@@ -153,7 +168,7 @@ std::string OutputPair::takeBack(std::deque<disc::Placement>& placed) noexcept {
 
 void OutputPair::commit() {
   checkOld();  // again, since another program may have written there during the render
-  const fs::path old_folder = m_folder->path() / "replaced";
+  const fs::path old_folder = m_folder->replaced();
   std::error_code error;
   if (!fs::create_directory(old_folder, error)) throw cannotPlace(m_sheet, error);
   std::vector<std::pair<fs::path, fs::path>> files = {{workingImage(), m_image},
@@ -171,7 +186,7 @@ void OutputPair::commit() {
     const Failure failure = cannotPlace(refusal.path1(), refusal.code());
     if (kept.empty()) throw failure;
     throw Failure(std::string(failure.what()) + "; the old files are kept in " +
-                  quotedPath(fs::path(kept) / "replaced"));
+                  quotedPath(old_folder));
   } catch (...) {
     takeBack(placed);
     throw;
@@ -181,13 +196,11 @@ void OutputPair::commit() {
 
 bool OutputPair::commitAndKeepWorkingNames() {
   std::error_code error;
-  const fs::path trial = m_folder->path() / "names";
+  const fs::path trial = m_folder->files() / "names";
   fs::create_directory_symlink(".", trial, error);
   if (error) return false;
   commit();
-  // The working folder becomes another name of the folder that the pair is in now.
-  m_folder->remove();
-  fs::create_directory_symlink(".", m_folder->path(), error);
+  m_folder->nameParent();
   return true;
 }
 

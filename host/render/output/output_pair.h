@@ -29,10 +29,10 @@ class OutputPair {
   OutputPair& operator=(const OutputPair&) = delete;
 
   /// Where the pair is being made.
-  std::string workingSheet() const { return (m_folder->path() / m_sheet.filename()).string(); }
-  std::string workingImage() const { return (m_folder->path() / m_image.filename()).string(); }
+  std::string workingSheet() const { return (m_folder->files() / m_sheet.filename()).string(); }
+  std::string workingImage() const { return (m_folder->files() / m_image.filename()).string(); }
   std::string workingPortableSheet() const {
-    return (m_folder->path() / m_portable.filename()).string();
+    return (m_folder->files() / m_portable.filename()).string();
   }
   /// Where it will be.
   std::string sheet() const { return m_sheet.string(); }
@@ -42,6 +42,10 @@ class OutputPair {
   /// The path of a portable sheet that was made for an earlier image of the same name; empty when
   /// there is none, or when this render replaces it as well.
   std::string olderPortableSheet() const;
+
+  /// Clauses to warn with: that the name is another than the user gave, since a sheet holds UTF-8
+  /// alone, and about each working folder that a killed run had left in the same place.
+  const std::vector<std::string>& warnings() const { return m_warnings; }
 
   /// Puts the pair into its place, and the portable sheet if it was made. If one was wanted but not
   /// made, an older one is removed, since its image is replaced. Throws `Failure`, with everything
@@ -53,6 +57,7 @@ class OutputPair {
   bool commitAndKeepWorkingNames();
 
  private:
+  void nameInUtf8();
   void checkName() const;
   std::vector<std::filesystem::path> targets() const;
   void checkTargets(const std::vector<std::string>& inputs) const;
@@ -63,6 +68,7 @@ class OutputPair {
   std::filesystem::path m_image;
   std::filesystem::path m_portable;  ///< empty when none is wanted
   bool m_force;
+  std::vector<std::string> m_warnings;
   std::optional<WorkingFolder> m_folder;  ///< there once nothing stands against the pair
 };
 

@@ -14,8 +14,10 @@
 #include "disc/portable/portable_disc.h"
 #include "disc/terminal/interrupt.h"
 #include "disc/text/phrases.h"
+#include "disc/text/plain_text.h"
 #include "disc/units/disc_units.h"
 #include "host/render/options/options.h"
+#include "host/render/output/exact_starts.h"
 #include "host/render/terminal/messages.h"
 #include "host/render/terminal/progress.h"
 
@@ -37,12 +39,6 @@ check::Report checkSheet(const std::string& working, const std::string& final_pa
   return report;
 }
 
-check::ExactStarts startsOf(const TrackPlan& plan) {
-  check::ExactStarts starts;
-  for (const PlannedTrack& track : plan.tracks) starts.push_back(track.start_frame);
-  return starts;
-}
-
 nlohmann::ordered_json reportJson(const check::Report& report,
                                   const std::vector<std::string>& changes) {
   std::ostringstream text;
@@ -50,9 +46,19 @@ nlohmann::ordered_json reportJson(const check::Report& report,
   return nlohmann::ordered_json::parse(text.str());
 }
 
+/// The lines by which players know the year and the kind of music; no disc holds them.
+std::vector<std::string> remarksOf(const Album& album) {
+  std::vector<std::string> remarks;
+  const std::string genre = disc::plainText(album.genre).text;
+  const std::string date = disc::plainText(album.date).text;
+  if (!genre.empty()) remarks.push_back("GENRE " + disc::inQuotes(genre));
+  if (!date.empty()) remarks.push_back("DATE " + date);
+  return remarks;
+}
+
 }  // namespace
 
-PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
+PortableSheet makePortableSheet(const OutputPair& output, const Album& album, const TrackPlan& plan,
                                 bool show_progress) {
   PortableSheet made;
   made.path = output.portableSheet();
@@ -60,7 +66,8 @@ PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
   made.of_sheet =
       checkSheet(output.workingSheet(), output.sheet(), plan.image_frames, show_progress);
   try {
-    const disc::PortableDisc disc = check::makePortable(made.of_sheet, working, startsOf(plan));
+    disc::PortableDisc disc = check::makePortable(made.of_sheet, working, startsOf(plan));
+    disc.remarks = remarksOf(album);
     disc::writeWhole(working, disc::cueText(disc), false);
     made.of_portable = checkSheet(working, made.path, plan.image_frames, show_progress);
     made.changes = disc.changes;

@@ -8,6 +8,7 @@
 #include "check/check.h"
 #include "disc/failure.h"
 #include "disc/terminal/interrupt.h"
+#include "host/render/album/album.h"
 #include "host/render/output/output_pair.h"
 #include "host/render/plan/track_plan.h"
 
@@ -22,10 +23,10 @@ struct PortableSheet {
 };
 
 /// Makes the second sheet from the finished pair in its working place, with the starts that the
-/// plan knows, and checks both sheets; shows progress when `show_progress`. What the disc does not
-/// allow is a `failure`; throws `Failure` when the pair cannot be read, `Interrupted` when
-/// asked to stop.
-PortableSheet makePortableSheet(const OutputPair& output, const TrackPlan& plan,
+/// plan knows and the date and genre of `album` as remarks, and checks both sheets; shows progress
+/// when `show_progress`. What the disc does not allow is a `failure`; throws `Failure` when the
+/// pair cannot be read, `Interrupted` when asked to stop.
+PortableSheet makePortableSheet(const OutputPair& output, const Album& album, const TrackPlan& plan,
                                 bool show_progress);
 
 /// Prints what was changed, the errors of the module's sheet, and the report on the second one, on

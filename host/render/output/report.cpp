@@ -1,13 +1,16 @@
 #include "host/render/output/report.h"
 
+#include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "disc/text/phrases.h"
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 #include "disc/version.h"
 #include "host/render/options/options.h"
+#include "host/render/output/input_treatment.h"
 #include "host/render/terminal/json_schema.h"
 #include "host/render/terminal/messages.h"
 
@@ -50,11 +53,57 @@ Json markJson(const MarkFate& fate) {
   return json;
 }
 
+Json inputsJson(const RenderReport& report) {
+  Json inputs = Json::array();
+  for (const AlbumInput& input : report.album.inputs) {
+    inputs.push_back({{"path", input.info.path},
+                      {"format", input.info.format},
+                      {"rate", input.info.rate},
+                      {"channels", input.info.channels},
+                      {"start_seconds", disc::secondsOf(input.start)},
+                      {"length_seconds", disc::secondsOf(input.info.frames)}});
+  }
+  for (const InputOutcome& outcome : report.outcome.inputs) {
+    const InputInfo& info = report.album.inputs[outcome.input].info;
+    inputs[outcome.input]["samples"] = treatmentWord(info, outcome);
+  }
+  return inputs;
+}
+
+/// Magnitudes that are no number have no member.
+Json clippedJson(const RenderReport& report) {
+  Json inputs = Json::array();
+  int64_t samples = 0;
+  std::optional<int64_t> first;
+  for (const InputOutcome& outcome : report.outcome.inputs) {
+    const Clipping& clipping = outcome.clipping;
+    if (clipping.samples == 0) continue;
+    samples += clipping.samples;
+    if (!first) first = clipping.first_frame;
+    Json input = {{"input", outcome.input + 1},
+                  {"samples", clipping.samples},
+                  {"worst_seconds_in_input",
+                   secondsInInput(report.album, outcome.input, clipping.worst_frame)}};
+    if (std::isfinite(clipping.peak)) input["worst_decibels"] = 20.0 * std::log10(clipping.peak);
+    inputs.push_back(input);
+  }
+  Json clipped = {{"samples", samples}};
+  if (first) clipped["first_seconds"] = disc::secondsOf(*first);
+  clipped["inputs"] = inputs;
+  return clipped;
+}
+
 Json burnJson(const BurnResult& burn) {
   Json json = {{"drive", burn.drive},           {"written", burn.written},
                {"tested", burn.tested},         {"compared", burn.compared},
                {"disc_state", burn.disc_state}, {"image_deleted", burn.image_deleted}};
   if (!burn.failure.empty()) json["failure"] = burn.failure;
+  return json;
+}
+
+Json pageJson(const HtmlPage& page) {
+  Json json = {{"path", page.path}, {"written", page.failure.empty()}};
+  if (!page.failure.empty()) json["failure"] = page.failure;
   return json;
 }
 
@@ -86,23 +135,18 @@ void printReport(const RenderReport& report) {
          static_cast<unsigned long long>(report.sheet_bytes), report.image_path.c_str(),
          static_cast<unsigned long long>(report.image_bytes),
          disc::msfText(report.plan.image_frames / disc::kFramesPerSector).c_str());
+  printTreatments(report.album, report.outcome.inputs);
   for (const AlbumInput& input : report.album.inputs) {
     const InputInfo& info = input.info;
-    if (info.rate != disc::kSampleRate) {
-      printf("%s: resampled from %d Hz\n", info.path.c_str(), info.rate);
-    }
     if (info.channels > 2) {
       printf("%s: the first two of %d channels are used\n", info.path.c_str(), info.channels);
     }
   }
-  if (report.outcome.clipping.samples > 0) {
-    printf("%s clipped, the first at %s\n",
-           disc::counted(report.outcome.clipping.samples, "sample").c_str(),
-           disc::clockTime(disc::secondsOf(report.outcome.clipping.first_frame)).c_str());
-  }
   if (report.burn) printBurn(*report.burn);
   if (report.portable) printPortableSheet(*report.portable);
   if (report.ddp) printDdpSet(*report.ddp);
+  if (report.page && report.page->failure.empty())
+    printf("\n%s: a page to look at\n", report.page->path.c_str());
 }
 
 void printJsonReport(const RenderReport& report) {
@@ -112,19 +156,6 @@ void printJsonReport(const RenderReport& report) {
   }
   Json marks = Json::array();
   for (const MarkFate& fate : report.marks) marks.push_back(markJson(fate));
-  Json inputs = Json::array();
-  for (const AlbumInput& input : report.album.inputs) {
-    inputs.push_back({{"path", input.info.path},
-                      {"format", input.info.format},
-                      {"rate", input.info.rate},
-                      {"channels", input.info.channels},
-                      {"start_seconds", disc::secondsOf(input.start)},
-                      {"length_seconds", disc::secondsOf(input.info.frames)}});
-  }
-  Json clipped = {{"samples", report.outcome.clipping.samples}};
-  if (report.outcome.clipping.samples > 0) {
-    clipped["first_seconds"] = disc::secondsOf(report.outcome.clipping.first_frame);
-  }
   Json json = {{"schema_version", kJsonSchemaVersion},
                {"program", kProgram},
                {"program_version", disc::kVersion},
@@ -136,12 +167,13 @@ void printJsonReport(const RenderReport& report) {
                  {"length_seconds", disc::secondsOf(report.plan.image_frames)}}},
                {"tracks", tracks},
                {"marks", marks},
-               {"inputs", inputs},
-               {"clipped", clipped},
+               {"inputs", inputsJson(report)},
+               {"clipped", clippedJson(report)},
                {"warnings", report.warnings}};
   if (report.burn) json["burn"] = burnJson(*report.burn);
   if (report.portable) json["portable_sheet"] = Json::parse(portableSheetJson(*report.portable));
   if (report.ddp) json["ddp_set"] = Json::parse(ddpSetJson(*report.ddp));
+  if (report.page) json["page"] = pageJson(*report.page);
   printf("%s\n", dumped(json).c_str());
 }
 

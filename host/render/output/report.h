@@ -10,6 +10,7 @@
 #include "host/render/module/renderer.h"
 #include "host/render/output/cue_text.h"
 #include "host/render/output/ddp_set.h"
+#include "host/render/output/html_page.h"
 #include "host/render/output/portable_sheet.h"
 #include "host/render/plan/mark_fates.h"
 #include "host/render/plan/track_plan.h"
@@ -29,6 +30,7 @@ struct RenderReport {
   const BurnResult* burn = nullptr;         ///< null when nothing was to be burned
   const PortableSheet* portable = nullptr;  ///< null when none was wanted
   const DdpSet* ddp = nullptr;              ///< likewise
+  const HtmlPage* page = nullptr;           ///< likewise
 };
 
 /// Prints the track list, the files and what was done to the inputs, for people.

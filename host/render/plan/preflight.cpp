@@ -9,6 +9,7 @@
 #include "disc/units/disc_limits.h"
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
+#include "host/render/album/disc_fields.h"
 #include "host/render/album/mark_names.h"
 #include "host/render/plan/preflight_codes.h"
 #include "host/render/plan/preflight_starts.h"
@@ -64,7 +65,7 @@ void checkText(const std::string& what, const std::string& text, PreflightFindin
 
 void checkFields(const HostProject& project, PreflightFindings& findings) {
   for (const auto& [key, value] : project.metadata) {
-    checkText("the disc field " + disc::inQuotes(key), value, findings);
+    checkText("the " + fieldForPeople(key), value, findings);
   }
   for (const Mark& mark : project.marks) {
     if (mark.end || !isTag(mark.name)) continue;

@@ -1,5 +1,5 @@
-// A second writer of the descriptors of a set, for the tests alone. It shares no code with the
-// product, whose home for the same rules is disc/ddp and disc/cd_text.
+// A second writer of the descriptors of a set, for the tests alone. It shares no code and no author
+// with the product, whose home for the same rules is disc/ddp and disc/cd_text.
 #pragma once
 
 #include <array>
@@ -18,7 +18,7 @@ struct ModelIndex {
 };
 
 struct ModelTrack {
-  std::vector<ModelIndex> indices;
+  std::vector<ModelIndex> indices;  ///< ascending, from 0 or from 1
   Texts texts;
   std::string isrc;
   bool copies_permitted = false, four_channels = false, pre_emphasis = false, serial_copies = false;
@@ -37,7 +37,12 @@ struct ModelSet {
   int64_t sectors = 0;                     ///< of IMAGE.DAT
 };
 
-/// The set of a disc whose track 1 begins at the image's first sector.
-ModelSet makeSet(const ModelDisc& disc);
+enum class CdText { kWritten, kLeftOut };
+
+/// The descriptors of a disc. A disc without any text has no CDTEXT.BIN either way.
+ModelSet makeSet(const ModelDisc& disc, CdText cd_text);
+
+/// How many packs the texts of the disc take, the three of sizes among them; 0 without texts.
+size_t packCount(const ModelDisc& disc);
 
 }  // namespace ddp_model

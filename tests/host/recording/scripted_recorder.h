@@ -23,6 +23,7 @@ struct ScriptedDrive {
   bool blanks_well = true;
   int closing_steps = 0;                // that it takes when all is written
   int stopping_steps = 0;               // that it takes when it is cancelled
+  int blanking_left = 0;                // steps of a blanking that is under way
   int64_t flaw_at = -1;                 // sector that cannot be written
   int64_t fails_silently_at = -1;       // sector
   bool goes_on_with_zeros = false;      // and says that all went well, as recorders do
@@ -55,7 +56,7 @@ class ScriptedRecorder final : public Recorder {
   }
   void startBlanking() override {
     ++m_state.blankings;
-    m_blanking = 3;
+    m_state.blanking_left = 3;
     m_good = m_state.blanks_well;
     if (!m_good) return;
     m_state.disc.clear();
@@ -74,9 +75,9 @@ class ScriptedRecorder final : public Recorder {
     m_written = 0;
   }
   RecorderStatus wait() override {
-    if (m_blanking > 0) {
-      --m_blanking;
-      return {Activity::kBlanking, 1.0 - m_blanking / 3.0, -1};
+    if (m_state.blanking_left > 0) {
+      --m_state.blanking_left;
+      return {Activity::kBlanking, 1.0 - m_state.blanking_left / 3.0, -1};
     }
     if (m_feed == nullptr && m_state.cancels > 0 && m_state.stopping_steps > 0) {
       --m_state.stopping_steps;
@@ -149,7 +150,6 @@ class ScriptedRecorder final : public Recorder {
   Session m_session;
   SectorFeed* m_feed = nullptr;
   int64_t m_written = 0;
-  int m_blanking = 0;
   bool m_good = false;
   std::vector<RecorderMessage> m_messages;
 };

@@ -5,7 +5,7 @@ namespace {
 
 /// Behind an ID3v2 tag, whose size is made of four groups of seven bits and does not count its
 /// header (ID3v2.4.0, section 3.1).
-int64_t behindId3(const FileBytes& file) {
+int64_t behindId3(const disc::FileBytes& file) {
   constexpr int64_t kHeader = 10;
   const auto groups = file.big(6, 4);
   if (!file.has(0, "ID3") || !groups) return 0;
@@ -18,7 +18,7 @@ int64_t behindId3(const FileBytes& file) {
 
 }  // namespace
 
-FlacBlocks::FlacBlocks(const FileBytes& file) : m_file(file), m_at(behindId3(file)) {
+FlacBlocks::FlacBlocks(const disc::FileBytes& file) : m_file(file), m_at(behindId3(file)) {
   if (!file.has(m_at, "fLaC")) return;
   m_at += 4;
   m_last = false;

@@ -8,7 +8,6 @@
 #include <string_view>
 #include <utility>
 
-#include "disc/text/line_of_text.h"
 #include "host/render/input/formats/flac_blocks.h"
 #include "host/render/input/marks/wav_marks.h"
 
@@ -66,7 +65,7 @@ std::vector<WavMark> riffMarks(SNDFILE* file, int format) {
 
 // An encoder asked to keep what a WAV file holds beside its audio stores each chunk, with its id
 // and size, in an application block of its own.
-std::vector<WavMark> flacMarks(const FileBytes& bytes) {
+std::vector<WavMark> flacMarks(const disc::FileBytes& bytes) {
   constexpr size_t kHeader = 12;  // the application, the chunk's id and its size
   std::vector<Chunk> cues;
   std::vector<Chunk> lists;
@@ -100,14 +99,15 @@ std::vector<WavMark> aiffMarks(SNDFILE* file) {
     SF_CUE_POINT point;
     std::memcpy(&point, record.data() + sizeof count + i * sizeof point, sizeof point);
     const std::string_view name(point.name, ::strnlen(point.name, sizeof point.name));
-    marks.push_back({point.sample_offset, 0, disc::asLineOfText(name)});
+    marks.push_back({point.sample_offset, 0, fileText(name)});
   }
   std::stable_sort(marks.begin(), marks.end(),
                    [](const WavMark& a, const WavMark& b) { return a.start < b.start; });
   return marks;
 }
 
-std::vector<WavMark> marksInFrames(SNDFILE* file, const SF_INFO& info, const FileBytes& bytes) {
+std::vector<WavMark> marksInFrames(SNDFILE* file, const SF_INFO& info,
+                                   const disc::FileBytes& bytes) {
   switch (info.format & SF_FORMAT_TYPEMASK) {
     case SF_FORMAT_WAV:
     case SF_FORMAT_WAVEX:
@@ -124,7 +124,8 @@ std::vector<WavMark> marksInFrames(SNDFILE* file, const SF_INFO& info, const Fil
 
 }  // namespace
 
-std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const FileBytes& bytes) {
+std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const disc::FileBytes& bytes,
+                                std::vector<std::string>& converted) {
   std::vector<Mark> marks;
   const double rate = info.samplerate;
   for (WavMark& found : marksInFrames(file, info, bytes)) {
@@ -133,7 +134,8 @@ std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const FileBy
     mark.start = static_cast<double>(found.start) / rate;
     const int64_t end = std::min<int64_t>(found.start + found.length, info.frames);
     if (found.length > 0 && end > found.start) mark.end = static_cast<double>(end) / rate;
-    mark.name = std::move(found.name);
+    if (found.name.was_converted) converted.push_back(found.name.text);
+    mark.name = std::move(found.name.text);
     marks.push_back(std::move(mark));
   }
   return marks;

@@ -1,18 +1,14 @@
 #include "host/render/input/marks/label_track.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <optional>
-#include <system_error>
 
+#include "disc/audio/readable_file.h"
 #include "disc/failure.h"
 #include "disc/sheet/sheet_parser.h"
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/text/utf8.h"
-#include "host/render/input/formats/readable_file.h"
 #include "host/render/input/marks/mark_parsing.h"
 
 namespace velmor::render {
@@ -116,23 +112,6 @@ class LabelReader {
   size_t m_line = 0;
 };
 
-std::string contentsOf(const ReadableFile& file, const std::string& path) {
-  std::string text(static_cast<size_t>(file.size()), '\0');
-  size_t filled = 0;
-  while (filled < text.size()) {
-    const ssize_t got = ::read(file.descriptor(), text.data() + filled, text.size() - filled);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) {
-      throw Failure("cannot read " + disc::inQuotes(path) + ": " +
-                    std::generic_category().message(errno) + "; check its volume");
-    }
-    if (got == 0) break;
-    filled += static_cast<size_t>(got);
-  }
-  text.resize(filled);
-  return text;
-}
-
 bool isCueSheet(const std::string& text) {
   return !disc::parseSheet(text).tracks.empty();
 }
@@ -154,15 +133,15 @@ LabelTrack parseLabelTrack(std::string_view text, const std::string& name) {
 }
 
 LabelTrack readLabelTrack(const std::string& path) {
-  const ReadableFile file(path);
+  const disc::ReadableFile file(path);
   if (file.size() > kLargestLabelFile) {
     throw Failure(disc::inQuotes(path) +
                   " is too large for a label track; name the exported text file");
   }
-  const std::string text = contentsOf(file, path);
+  const std::string text = file.contents();
   if (isCueSheet(text)) {
     throw Failure(disc::inQuotes(path) +
-                  " is a cue sheet and no label track; give its times with --marker");
+                  " is a cue sheet and no label track; give it as an input, without its audio");
   }
   return parseLabelTrack(text, disc::inQuotes(path));
 }

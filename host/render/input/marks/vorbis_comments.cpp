@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "disc/audio/ogg_pages.h"
 #include "disc/codes/isrc.h"
 #include "disc/text/line_of_text.h"
 #include "host/render/input/formats/flac_blocks.h"
-#include "host/render/input/formats/ogg_pages.h"
 
 namespace velmor::render {
 namespace {
@@ -21,7 +21,8 @@ constexpr size_t kLargestBlock = size_t{16} << 20;
 
 /// Appends the segments of `page` to `packet`; true when they end it. Nothing when the file has no
 /// more, or the packet gets too large.
-std::optional<bool> appendPacket(const FileBytes& file, const OggPage& page, Block& packet) {
+std::optional<bool> appendPacket(const disc::FileBytes& file, const disc::OggPage& page,
+                                 Block& packet) {
   size_t length = 0;
   bool ends = false;
   for (size_t i = 0; i < page.segment_count && !ends; ++i) {
@@ -39,12 +40,12 @@ std::optional<bool> appendPacket(const FileBytes& file, const OggPage& page, Blo
 
 /// The second packet of the file's first stream. The first one has a page to itself (RFC 7845;
 /// Vorbis I, appendix A).
-Block secondPacket(const FileBytes& file) {
-  OggPages pages(file);
-  const std::optional<OggPage> first = pages.next();
+Block secondPacket(const disc::FileBytes& file) {
+  disc::OggPages pages(file);
+  const std::optional<disc::OggPage> first = pages.next();
   if (!first || !first->begins) return {};
   Block packet;
-  while (const std::optional<OggPage> page = pages.next()) {
+  while (const std::optional<disc::OggPage> page = pages.next()) {
     if (page->stream != first->stream) continue;
     const std::optional<bool> ends = appendPacket(file, *page, packet);
     if (!ends) return {};
@@ -53,10 +54,10 @@ Block secondPacket(const FileBytes& file) {
   return {};
 }
 
-Block oggComments(const FileBytes& file) {
+Block oggComments(const disc::FileBytes& file) {
   Block packet = secondPacket(file);
   for (const std::string_view head : {std::string_view("\3vorbis"), std::string_view("OpusTags")}) {
-    if (charactersOf(packet).substr(0, head.size()) != head) continue;
+    if (disc::charactersOf(packet).substr(0, head.size()) != head) continue;
     packet.erase(packet.begin(), packet.begin() + static_cast<std::ptrdiff_t>(head.size()));
     return packet;
   }
@@ -93,30 +94,43 @@ std::optional<std::string_view> valueOf(std::string_view comment, std::string_vi
 
 void addComment(std::string_view comment, Tags& tags) {
   if (const auto composer = valueOf(comment, "COMPOSER")) {
-    const std::string name = disc::asLineOfText(*composer);
+    const std::string name = tags.read(*composer);
     if (!name.empty() && !tags.songwriter.empty()) tags.songwriter += ", ";
     tags.songwriter += name;
   } else if (const auto code = valueOf(comment, "ISRC"); code && tags.isrc.empty()) {
-    tags.isrc = disc::normalisedIsrc(disc::asLineOfText(*code)).value_or("");
+    tags.isrc = disc::normalisedIsrc(tags.read(*code)).value_or("");
   }
+}
+
+std::vector<std::string_view> commentsOf(std::span<const std::byte> block) {
+  std::string_view rest = disc::charactersOf(block);
+  if (!takeText(rest)) return {};  // the maker's name
+  std::vector<std::string_view> comments;
+  // What stands behind the last one may be anything (RFC 7845, section 5.2).
+  for (size_t left = takeNumber(rest).value_or(0); left > 0; --left) {
+    const std::optional<std::string_view> comment = takeText(rest);
+    if (!comment) break;
+    comments.push_back(*comment);
+  }
+  return comments;
 }
 
 }  // namespace
 
-Block vorbisCommentsIn(const FileBytes& file) {
+Block vorbisCommentsIn(const disc::FileBytes& file) {
   if (file.has(0, "OggS")) return oggComments(file);
   return FlacBlocks(file).next(FlacBlockType::kComments).value_or(Block());
 }
 
 void addVorbisComments(std::span<const std::byte> block, Tags& tags) {
-  std::string_view rest = charactersOf(block);
-  if (!takeText(rest)) return;  // the maker's name
-  // What stands behind the last one may be anything (RFC 7845, section 5.2).
-  for (size_t left = takeNumber(rest).value_or(0); left > 0; --left) {
-    const std::optional<std::string_view> comment = takeText(rest);
-    if (!comment) return;
-    addComment(*comment, tags);
+  for (const std::string_view comment : commentsOf(block)) addComment(comment, tags);
+}
+
+std::string cueSheetComment(std::span<const std::byte> block) {
+  for (const std::string_view comment : commentsOf(block)) {
+    if (const auto sheet = valueOf(comment, "CUESHEET")) return std::string(*sheet);
   }
+  return {};
 }
 
 }  // namespace velmor::render

@@ -4,8 +4,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "disc/text/line_of_text.h"
-#include "host/render/input/formats/file_bytes.h"
+#include "disc/audio/file_bytes.h"
 
 namespace velmor::render {
 namespace {
@@ -19,7 +18,7 @@ constexpr size_t kRegionHeaderSize =
 
 /// What an associated data list says of one cue point.
 struct Annotation {
-  std::string label, region_text, note;
+  FileText label, region_text, note;
   uint32_t length = 0;
 };
 using Annotations = std::unordered_map<uint32_t, Annotation>;
@@ -34,8 +33,8 @@ uint32_t numberAt(Bytes bytes, size_t at, ByteOrder order) {
   return value;
 }
 
-void setOnce(std::string& text, Bytes bytes) {
-  if (text.empty()) text = disc::asLineOfText(charactersOf(bytes));
+void setOnce(FileText& text, Bytes bytes) {
+  if (text.text.empty()) text = fileText(disc::charactersOf(bytes));
 }
 
 void annotate(Annotations& annotations, std::string_view id, Bytes body, ByteOrder order) {
@@ -55,26 +54,26 @@ void annotate(Annotations& annotations, std::string_view id, Bytes body, ByteOrd
 /// An id that associated data lists are made of.
 bool beginsWithId(Bytes bytes) {
   if (bytes.size() < 4) return false;
-  const std::string_view id = charactersOf(bytes.first(4));
+  const std::string_view id = disc::charactersOf(bytes.first(4));
   return id == "labl" || id == "note" || id == "ltxt" || id == "file";
 }
 
 void readList(Annotations& annotations, Bytes list, ByteOrder order) {
-  if (list.size() < 4 || charactersOf(list.first(4)) != "adtl") return;
+  if (list.size() < 4 || disc::charactersOf(list.first(4)) != "adtl") return;
   Bytes rest = list.subspan(4);
   while (rest.size() >= 8) {
     const size_t size = numberAt(rest, 4, order);
     if (size > rest.size() - 8) return;
-    annotate(annotations, charactersOf(rest.first(4)), rest.subspan(8, size), order);
+    annotate(annotations, disc::charactersOf(rest.first(4)), rest.subspan(8, size), order);
     rest = rest.subspan(8 + size);
     // Chunks begin at even offsets, but not every program writes the pad byte.
     if (size % 2 != 0 && !rest.empty() && !beginsWithId(rest)) rest = rest.subspan(1);
   }
 }
 
-std::string nameIn(const Annotation& annotation) {
-  if (!annotation.label.empty()) return annotation.label;
-  return annotation.region_text.empty() ? annotation.note : annotation.region_text;
+FileText nameIn(const Annotation& annotation) {
+  if (!annotation.label.text.empty()) return annotation.label;
+  return annotation.region_text.text.empty() ? annotation.note : annotation.region_text;
 }
 
 }  // namespace

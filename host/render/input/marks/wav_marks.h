@@ -7,13 +7,15 @@
 #include <string>
 #include <vector>
 
+#include "host/render/input/marks/file_text.h"
+
 namespace velmor::render {
 
 /// A cue point, or a region when `length` is not 0. Frames of the file.
 struct WavMark {
   int64_t start = 0;
   int64_t length = 0;
-  std::string name;  ///< a line of UTF-8; empty when the file has none
+  FileText name;  ///< empty when the file has none
 };
 
 enum class ByteOrder { kLittle, kBig };  ///< RIFF is little, RIFX big

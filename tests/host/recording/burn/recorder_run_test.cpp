@@ -91,6 +91,18 @@ TEST_F(Burn, WhoseUserInterfaceThrowsIsStoppedBeforeItsAudioGoes) {
   EXPECT_EQ(programme.producers[0]->cleaned, 1);
 }
 
+TEST_F(Burn, WhoseUserInterfaceThrowsLetsABlankingEnd) {
+  putRewritable();
+  m_person.blank = true;
+  m_person.on_progress = [](const BurnProgress&) {
+    throw std::runtime_error("the terminal is gone");
+  };
+  EXPECT_THROW(run(Programme({300})), std::runtime_error);
+  EXPECT_EQ(m_drive.blankings, 1);
+  EXPECT_EQ(m_drive.blanking_left, 0) << "the drive was still blanking";
+  EXPECT_EQ(m_drive.cancels, 0) << "half a blanking leaves a disc that is of no use";
+}
+
 TEST_F(Burn, PreparesEachProducerOnceAndTellsItOfTheEnd) {
   const Programme programme({300, 300});
   run(programme);

@@ -5,14 +5,13 @@
 #include "disc/failure.h"
 #include "host/recording/loader/load_recording.h"
 #include "tests/host/recording/emulated_drive_folder.h"
+#include "tests/host/recording/loader/library_file.h"
 #include "tests/host/recording/scripted_user_interface.h"
 
 namespace velmor::recording::testing {
 namespace {
 
 using ::testing::HasSubstr;
-
-constexpr const char* kLibrary = VELMOR_BINARY_DIR "/velmor_recording.so";
 
 TEST(RecordingLibrary, IsLoadedFromItsFileAndBurns) {
   const EmulatedDriveFolder drives;

@@ -32,6 +32,24 @@ TEST(Failure, NamesAMissingFile) {
   EXPECT_THAT(errorOf([&] { readLabelTrack(path); }), HasSubstr("no such file"));
 }
 
+TEST(Failure, NamesTheFormatAndItsDecoder) {
+  const Folder folder;
+  const std::pair<std::string, const char*> cases[] = {
+      {std::string("\0\0\0\x20", 4) + "ftypM4A ", "an MPEG-4 file (M4A: AAC or Apple Lossless)"},
+      {"wvpk", "a WavPack file"},
+      {"MAC ", "a Monkey's Audio file"},
+      {"TTA1", "a True Audio file"},
+      {"\x30\x26\xb2\x75", "a Windows Media file"},
+  };
+  for (const auto& [magic, name] : cases) {
+    const std::string path = folder.write("song.x", magic + std::string(5000, '\1'));
+    EXPECT_THAT(refusalOf(path),
+                AllOf(HasSubstr(std::string("is ") + name + ", which is not read here"),
+                      HasSubstr("ffmpeg -i \"" + path + "\" -c:a pcm_f32le \"" +
+                                folder.path("song.wav") + "\"")));
+  }
+}
+
 TEST(Failure, NamesAFolder) {
   const Folder folder;
   EXPECT_THAT(refusalOf(folder.path("")), HasSubstr("it is a folder; name the files in it"));

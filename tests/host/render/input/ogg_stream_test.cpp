@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <random>
 
-#include "host/render/input/formats/ogg_pages.h"
-#include "host/render/input/formats/readable_file.h"
+#include "disc/audio/ogg_pages.h"
+#include "disc/audio/readable_file.h"
 #include "host/render/input/marks/vorbis_comments.h"
 #include "tests/host/render/input/sound_files.h"
 
@@ -90,11 +90,11 @@ TEST(OggStream, OfDamagedPagesIsWalkedToItsEnd) {
       broken[random() % std::min<size_t>(broken.size(), 400)] = static_cast<char>(random());
     }
     broken.replace(0, 5, "OggS", 5);
-    ReadableFile opened(folder.write("a.ogg", broken));
-    const FileBytes file = opened.bytes();
-    OggPages pages(file);
+    disc::ReadableFile opened(folder.write("a.ogg", broken));
+    const disc::FileBytes file = opened.bytes();
+    disc::OggPages pages(file);
     int64_t end = 0;
-    while (const std::optional<OggPage> page = pages.next()) {
+    while (const std::optional<disc::OggPage> page = pages.next()) {
       ASSERT_GT(page->end, end) << "or the walk would not come to an end";
       end = page->end;
     }

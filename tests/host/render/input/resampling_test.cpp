@@ -139,7 +139,7 @@ TEST(Dithering, IsTriangularOneStepWideAndTheSameEveryTime) {
   constexpr size_t kFrames = 100000;
   constexpr double kStep = 1.0 / 32768.0;
   writeDoubles(path, {SF_FORMAT_WAV | SF_FORMAT_PCM_24, 44100, 2},
-               std::vector<double>(2 * kFrames, 0.25));
+               std::vector<double>(2 * kFrames, 0.25 + 0.3 * kStep));
   const Stereo plain = readAll(*AudioInput::open(path, Dither::kNone), 1024);
   const Stereo dithered = readAll(*AudioInput::open(path, Dither::kTpdf), 1024);
   double sum = 0.0;
@@ -177,7 +177,7 @@ TEST(Dithering, IsForSourcesThatDoNotFitTheDisc) {
                         Case{{SF_FORMAT_WAV | SF_FORMAT_FLOAT, 44100, 2}, true},
                         Case{{SF_FORMAT_OGG | SF_FORMAT_VORBIS, 44100, 2}, true}}) {
     const std::string path = folder.path("a");
-    writeDoubles(path, c.shape, std::vector<double>(8000, 0.125));
+    writeDoubles(path, c.shape, std::vector<double>(8000, 0.1234567));
     const Stereo plain = readAll(*AudioInput::open(path, Dither::kNone), 512);
     const Stereo dithered = readAll(*AudioInput::open(path, Dither::kTpdf), 512);
     EXPECT_EQ(plain.left != dithered.left, c.dithered) << std::hex << c.shape.format;

@@ -33,11 +33,11 @@ TEST(WavMarks, ComeInAscendingOrderWithTheirNames) {
                              {"adtl" + label(1, "one") + label(2, "a pair") + label(3, "three")});
   ASSERT_EQ(marks.size(), 3U);
   EXPECT_EQ(marks[0].start, 100);
-  EXPECT_EQ(marks[0].name, "one");
+  EXPECT_EQ(marks[0].name.text, "one");
   EXPECT_EQ(marks[1].start, 500);
-  EXPECT_EQ(marks[1].name, "a pair") << "after a label of odd length and its pad byte";
+  EXPECT_EQ(marks[1].name.text, "a pair") << "after a label of odd length and its pad byte";
   EXPECT_EQ(marks[2].start, 900);
-  EXPECT_EQ(marks[2].name, "three");
+  EXPECT_EQ(marks[2].name.text, "three");
   for (const WavMark& mark : marks) EXPECT_EQ(mark.length, 0);
 }
 
@@ -46,42 +46,42 @@ TEST(WavMarks, WithALengthAreRegions) {
       marksOf(cueBody(kUnsortedPoints), {"adtl" + region(2, 250, "") + label(2, "solo")});
   ASSERT_EQ(marks.size(), 3U);
   EXPECT_EQ(marks[1].length, 250);
-  EXPECT_EQ(marks[1].name, "solo");
+  EXPECT_EQ(marks[1].name.text, "solo");
   EXPECT_EQ(marks[2].length, 0);
 }
 
 TEST(WavMarks, TakeTheLabelThenTheRegionsTextThenTheNote) {
   const std::string all = note(1, "note") + region(1, 5, "text") + label(1, "label");
-  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + all})[0].name, "label");
-  EXPECT_EQ(
-      marksOf(cueBody(kUnsortedPoints), {"adtl" + note(1, "note") + region(1, 5, "text")})[0].name,
-      "text");
-  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + note(1, "note")})[0].name, "note");
-  EXPECT_EQ(
-      marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "first") + label(1, "second")})[0].name,
-      "first");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + all})[0].name.text, "label");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + note(1, "note") + region(1, 5, "text")})[0]
+                .name.text,
+            "text");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + note(1, "note")})[0].name.text, "note");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "first") + label(1, "second")})[0]
+                .name.text,
+            "first");
 }
 
 TEST(WavMarks, KeepLongNamesAndThoseWithoutATerminator) {
   const std::string name(300, 'n');
   const std::string bare = riffChunk("labl", little32(1) + name);
-  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + bare})[0].name, name);
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + bare})[0].name.text, name);
 }
 
 TEST(WavMarks, ReadNamesThatAreNotUtf8AsWindows1252) {
-  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "Caf\xe9")})[0].name,
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "Caf\xe9")})[0].name.text,
             "Caf\xc3\xa9");
-  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "\x8cuvre")})[0].name,
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "\x8cuvre")})[0].name.text,
             "\xc5\x92uvre");
-  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "Caf\xc3\xa9\nb")})[0].name,
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"adtl" + label(1, "Caf\xc3\xa9\nb")})[0].name.text,
             "Caf\xc3\xa9 b");
 }
 
 TEST(WavMarks, OfOtherListsTakeNothing) {
-  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"INFO" + label(1, "no")})[0].name, "");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {"INFO" + label(1, "no")})[0].name.text, "");
   EXPECT_EQ(
       marksOf(cueBody(kUnsortedPoints), {"INFO" + label(1, "no"), "adtl" + label(1, "yes")})[0]
-          .name,
+          .name.text,
       "yes");
 }
 
@@ -92,7 +92,7 @@ TEST(WavMarks, ReadBigEndianFiles) {
   const auto marks = marksOf(cue, {list}, ByteOrder::kBig);
   ASSERT_EQ(marks.size(), 1U);
   EXPECT_EQ(marks[0].start, 4410);
-  EXPECT_EQ(marks[0].name, "x");
+  EXPECT_EQ(marks[0].name.text, "x");
 }
 
 // Some programs write chunks of odd length without the byte that pads them.
@@ -106,9 +106,9 @@ TEST(WavMarks, KeepTheirNamesWherePadBytesAreMissing) {
         one + label(2, "dual") + note(9, "") + label(3, "three"),
         label(1, "pair") + two + note(3, "three"), one + two + region(3, 7, "three")}) {
     const auto marks = marksOf(cueBody(kUnsortedPoints), {"adtl" + list});
-    EXPECT_EQ(marks[0].name, "pair");
-    EXPECT_EQ(marks[1].name, "dual");
-    EXPECT_EQ(marks[2].name, "three");
+    EXPECT_EQ(marks[0].name.text, "pair");
+    EXPECT_EQ(marks[1].name.text, "dual");
+    EXPECT_EQ(marks[2].name.text, "three");
   }
 }
 
@@ -128,12 +128,12 @@ TEST(WavMarks, OfADamagedListKeepWhatIsWholeBeforeTheDamage) {
   for (size_t length = 0; length <= list.size(); ++length) {
     const auto marks = marksOf(cueBody(kUnsortedPoints), {list.substr(0, length)});
     ASSERT_EQ(marks.size(), 3U) << length;
-    EXPECT_TRUE(marks[2].name.empty() || marks[2].name == "three") << length;
+    EXPECT_TRUE(marks[2].name.text.empty() || marks[2].name.text == "three") << length;
   }
   const std::string huge = "adtl" + label(1, "one") + "labl" + little32(0xfffffffeU) + little32(2);
-  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {huge})[0].name, "one");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {huge})[0].name.text, "one");
   const std::string tiny = "adtl" + riffChunk("labl", "ab") + riffChunk("ltxt", little32(1));
-  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {tiny})[0].name, "");
+  EXPECT_EQ(marksOf(cueBody(kUnsortedPoints), {tiny})[0].name.text, "");
 }
 
 TEST(WavMarks, OfRandomBytesNeverLeaveTheirSpans) {

@@ -116,8 +116,15 @@ TEST_F(Blocks, OfDecodedInputsAreLookedThroughForClipping) {
   AlbumBlocks blocks(*audio, 1024);
   while (blocks.next() > 0) {
   }
-  EXPECT_EQ(audio->clipping().samples, 1);
-  EXPECT_EQ(audio->clipping().first_frame, 44099);
+  ASSERT_EQ(audio->inputs().size(), 2U);
+  const InputOutcome& hot_one = audio->inputs()[0];
+  EXPECT_EQ(hot_one.input, 0U);
+  EXPECT_EQ(hot_one.clipping.samples, 1);
+  EXPECT_EQ(hot_one.clipping.first_frame, 44099);
+  EXPECT_EQ(hot_one.clipping.worst_frame, 44099);
+  EXPECT_EQ(hot_one.clipping.peak, 1.5);
+  EXPECT_EQ(audio->inputs()[1].input, 1U);
+  EXPECT_EQ(audio->inputs()[1].clipping.samples, 0);
 }
 
 }  // namespace

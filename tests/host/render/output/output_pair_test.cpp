@@ -5,8 +5,10 @@
 #include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -21,6 +23,7 @@ namespace fs = std::filesystem;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 using testing::UnorderedElementsAre;
 
 class OutputPairTest : public testing::Test {
@@ -108,6 +111,14 @@ TEST_F(OutputPairTest, AnInputInTheWayIsRefusedUnderWhateverName) {
   EXPECT_EQ(contents(input), "audio");
 }
 
+TEST_F(OutputPairTest, ANameThatIsNoUtf8IsConvertedAndTold) {
+  const OutputPair pair(m_folder.path("Caf\xe9.cue"), false, {});
+  EXPECT_EQ(pair.sheet(), m_folder.path("Caf\xc3\xa9.cue"));
+  EXPECT_EQ(pair.image(), m_folder.path("Caf\xc3\xa9.bin"));
+  EXPECT_THAT(pair.warnings(),
+              ElementsAre(AllOf(HasSubstr("no UTF-8"), HasSubstr("Caf\xc3\xa9.cue\""))));
+}
+
 TEST_F(OutputPairTest, AnExistingPairNeedsForce) {
   m_folder.write("disc.bin", "old");
   EXPECT_THAT(refusal(m_folder.path("disc.cue")),
@@ -141,6 +152,92 @@ TEST_F(OutputPairTest, NothingIsSeenBeforeTheEndAndNothingIsLeftWithoutIt) {
     EXPECT_THAT(names(), ElementsAre(HasSubstr(".velmor-render-")));
   }
   EXPECT_THAT(names(), testing::IsEmpty());
+}
+
+/// What another process leaves in `folder` when it is killed after `stage` has been called.
+template <typename Stage>
+void killWithAPair(const std::string& sheet, Stage stage) {
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    OutputPair pair(sheet, true, {});
+    stage(pair);
+    kill(getpid(), SIGKILL);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFSIGNALED(status));
+}
+
+TEST_F(OutputPairTest, WhatAKilledRunHasLeftIsRemovedAndTold) {
+  killWithAPair(m_folder.path("disc"), [](OutputPair& pair) {
+    fill(pair);
+    fs::resize_file(pair.workingImage(), 3'000'000);
+  });
+  ASSERT_THAT(names(), ElementsAre(HasSubstr(".velmor-render-")));
+  const std::string left = names()[0];
+  {
+    const OutputPair pair(m_folder.path("other"), false, {});
+    EXPECT_THAT(pair.warnings(),
+                ElementsAre(AllOf(HasSubstr(left), HasSubstr("was removed, 3 MB"))));
+    EXPECT_THAT(names(), Not(testing::Contains(left)));
+  }
+  EXPECT_THAT(names(), testing::IsEmpty());
+}
+
+TEST_F(OutputPairTest, WhatARunHasLeftThatWasKilledInItsBurnIsRemovedWithoutItsAlbum) {
+  killWithAPair(m_folder.path("disc"), [](OutputPair& pair) {
+    fill(pair);
+    pair.commitAndKeepWorkingNames();
+    EXPECT_EQ(contents(pair.workingSheet()), "new sheet") << "through its working name";
+  });
+  ASSERT_EQ(names().size(), 3U);
+  EXPECT_EQ(OutputPair(m_folder.path("other"), false, {}).warnings().size(), 1U);
+  EXPECT_THAT(names(), UnorderedElementsAre("disc.cue", "disc.bin"));
+}
+
+TEST_F(OutputPairTest, AnOldAlbumThatOnlyAKilledRunHasStaysThere) {
+  m_folder.write("disc.cue", "old sheet");
+  killWithAPair(m_folder.path("disc"), [this](OutputPair& pair) {
+    const fs::path replaced =
+        fs::path(pair.workingSheet()).parent_path().parent_path() / "replaced";
+    fs::create_directory(replaced);
+    fs::rename(m_folder.path("disc.cue"), replaced / "disc.cue");
+  });
+  const OutputPair pair(m_folder.path("other"), false, {});
+  EXPECT_THAT(pair.warnings(), ElementsAre(AllOf(HasSubstr("stays"), HasSubstr("replaced\""))));
+  EXPECT_EQ(names().size(), 2U);
+}
+
+TEST_F(OutputPairTest, AnOldAlbumWithTwoNamesLosesTheOneThatAKilledRunGaveIt) {
+  m_folder.write("disc.cue", "old sheet");
+  killWithAPair(m_folder.path("disc"), [this](OutputPair& pair) {
+    const fs::path replaced =
+        fs::path(pair.workingSheet()).parent_path().parent_path() / "replaced";
+    fs::create_directory(replaced);
+    fs::create_hard_link(m_folder.path("disc.cue"), replaced / "disc.cue");
+  });
+  EXPECT_EQ(OutputPair(m_folder.path("other"), false, {}).warnings().size(), 1U);
+  EXPECT_THAT(names(), ElementsAre("disc.cue"));
+  EXPECT_EQ(contents(m_folder.path("disc.cue")), "old sheet");
+}
+
+TEST_F(OutputPairTest, AFolderThatAnotherRunStillHoldsIsLeftAlone) {
+  const OutputPair one(m_folder.path("one"), false, {});
+  fill(one);
+  const OutputPair other(m_folder.path("other"), false, {});
+  EXPECT_THAT(other.warnings(), testing::IsEmpty());
+  EXPECT_EQ(contents(one.workingSheet()), "new sheet");
+}
+
+TEST_F(OutputPairTest, FoldersOfOtherNamesAndFilesAreNobodysLeavings) {
+  fs::create_directory(m_folder.path(".velmor-render-notes"));
+  fs::create_directory(m_folder.path(".velmor-render-"));
+  m_folder.write(".velmor-render-abcdef", "a file");
+  fs::create_directory(m_folder.path("elsewhere"));
+  fs::create_directory_symlink("elsewhere", m_folder.path(".velmor-render-ghijkl"));
+  EXPECT_THAT(OutputPair(m_folder.path("disc"), false, {}).warnings(), testing::IsEmpty());
+  EXPECT_EQ(names().size(), 5U);
 }
 
 TEST_F(OutputPairTest, TheNewPairTakesThePlaceOfTheOld) {

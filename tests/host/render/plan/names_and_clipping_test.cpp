@@ -20,11 +20,30 @@ TEST(Clipping, CountsWhatLiesBeyondFullScaleAndWhatIsNoNumber) {
   look({0.0, 0.0, -over}, {0.0, std::nan(""), over}, 1000);
   EXPECT_EQ(clipping.samples, 3);
   EXPECT_EQ(clipping.first_frame, 1001);
+  EXPECT_EQ(clipping.worst_frame, 1001);
+  EXPECT_EQ(clipping.peak, HUGE_VAL) << "what is no number has no peak";
   look({2.0}, {HUGE_VAL}, 5000);
   EXPECT_EQ(clipping.samples, 5);
   EXPECT_EQ(clipping.first_frame, 1001);
   look({}, {}, 9000);
   EXPECT_EQ(clipping.samples, 5);
+}
+
+TEST(Clipping, KnowsThePlaceFurthestBeyondFullScale) {
+  Clipping clipping;
+  const std::vector<double> silent(3);
+  const auto look = [&](const std::vector<double>& left, int64_t start) {
+    clipping.look(left, silent, start);
+    clipping.look(silent, left, start + 3);
+  };
+  look({1.25, 0.0, -1.5}, 100);
+  EXPECT_EQ(clipping.worst_frame, 102);
+  EXPECT_EQ(clipping.peak, 1.5);
+  look({0.0, 2.0, 1.0}, 200);
+  EXPECT_EQ(clipping.worst_frame, 201) << "the first of two equal ones";
+  EXPECT_EQ(clipping.peak, 2.0);
+  EXPECT_EQ(clipping.first_frame, 100);
+  EXPECT_EQ(clipping.samples, 6);
 }
 
 TEST(MarkNames, TagsAreKnownByFiveCharactersInAnyCase) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
+#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "tests/host/render/program/program.h"
@@ -129,7 +130,7 @@ TEST(Inputs, TheBlockSizeChangesNothing) {
   }
 }
 
-TEST(Inputs, SamplesBeyondFullScaleAreCountedAndSaturated) {
+TEST(Inputs, SamplesBeyondFullScaleAreSaturated) {
   const Scratch folder;
   std::vector<float> samples(2 * 44100 * 4);
   samples[2 * 44100] = 1.5F;
@@ -137,8 +138,67 @@ TEST(Inputs, SamplesBeyondFullScaleAreCountedAndSaturated) {
   writeFloatWav(folder / "hot.wav", samples);
   const Ended ended = render({folder / "hot.wav", "-o", folder / "album.cue"});
   ASSERT_EQ(ended.status, 0) << ended.err;
-  EXPECT_THAT(ended.out, HasSubstr("2 samples clipped, the first at 0:01.000"));
   EXPECT_EQ(readFile(folder / "album.bin").substr(176400, 4), std::string("\xFF\x7F\x00\x80", 4));
+}
+
+TEST(Inputs, ThatClipAreNamedWithTheirWorstPlaceEvenToWhoWantsQuiet) {
+  const Scratch folder;
+  std::vector<float> samples(2 * 44100 * 5);
+  samples[2 * 44100] = 1.5F;
+  samples[2 * 44100 * 2 + 1] = -2.0F;
+  writeFloatWav(folder / "hot.wav", samples);
+  writeFloatWav(folder / "fine.wav", std::vector<float>(2 * 44100 * 5, 1.0F));
+  samples[2 * 44100 * 3] = std::numeric_limits<float>::quiet_NaN();
+  writeFloatWav(folder / "broken.wav", samples);
+  const Ended ended = render({folder / "fine.wav", folder / "hot.wav", folder / "broken.wav",
+                              "--quiet", "-o", folder / "album.cue"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.err, "velmor-render: warning: \"" + folder / "hot.wav" +
+                           "\" clips: 2 samples beyond full scale, the worst at 0:02.000 of it, "
+                           "by 6.0 dB; lower its level and render again\n"
+                           "velmor-render: warning: \"" +
+                           folder / "broken.wav" +
+                           "\" clips: 3 samples beyond full scale, the worst at 0:03.000 of it, "
+                           "which is infinite or no number; export it again\n");
+  EXPECT_EQ(ended.out, "");
+}
+
+TEST(Inputs, SayWhatMakesSixteenBitsOfThem) {
+  const Scratch folder;
+  writeWav(folder / "a.wav", 4);
+  ASSERT_TRUE(writeAudio(folder / "b.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_24, 44100, 2,
+                         noise(44100 * 4, 2)));
+  writeFloatWav(folder / "c.wav", std::vector<float>(44100 * 8, 0.3F / 32768.0F));
+  ASSERT_TRUE(writeAudio(folder / "d.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 48000, 2,
+                         noise(48000 * 4, 2)));
+  std::vector<std::string> arguments = {
+      folder / "a.wav", folder / "b.flac", folder / "c.wav", folder / "d.wav", "-o",
+      folder / "album"};
+  const auto lineOf = [&](const char* name, const std::string& treatment) {
+    return HasSubstr(folder / name + ": " + treatment + "\n");
+  };
+  const Ended dithered = render(arguments);
+  EXPECT_THAT(dithered.out, lineOf("a.wav", "16 bit: exact"));
+  EXPECT_THAT(dithered.out, lineOf("b.flac", "all samples fit 16 bit: exact"));
+  EXPECT_THAT(dithered.out, lineOf("c.wav", "TPDF dither"));
+  EXPECT_THAT(dithered.out, lineOf("d.wav", "resampled from 48000 Hz, TPDF dither"));
+  const std::string image = readFile(folder / "album.bin");
+  arguments.push_back("--force");
+  EXPECT_EQ(render(arguments).status, 0);
+  EXPECT_TRUE(readFile(folder / "album.bin") == image) << "the noise is the same every time";
+  arguments.push_back("--no-dither");
+  const Ended rounded = render(arguments);
+  EXPECT_THAT(rounded.out, lineOf("a.wav", "16 bit: exact"));
+  EXPECT_THAT(rounded.out, lineOf("b.flac", "rounded from 24 bit"));
+  EXPECT_THAT(rounded.out, lineOf("c.wav", "rounded from 32 bit float"));
+  EXPECT_THAT(rounded.out, lineOf("d.wav", "resampled from 48000 Hz, rounded"));
+  arguments.push_back("--json");
+  std::string words;
+  const nlohmann::json report = nlohmann::json::parse(render(arguments).out);
+  for (const nlohmann::json& input : report["inputs"]) {
+    words += input["samples"].get<std::string>() + " ";
+  }
+  EXPECT_EQ(words, "exact rounded rounded rounded ");
 }
 
 TEST(Inputs, WhatCannotBeReadIsNamed) {
@@ -155,6 +215,24 @@ TEST(Inputs, WhatCannotBeReadIsNamed) {
     EXPECT_THAT(ended.err, HasSubstr(name));
   }
   EXPECT_EQ(folder.names(), (std::vector<std::string>{"text.wav"}));
+}
+
+TEST(Inputs, OfAFormatThatIsNotReadAreReadOnceTheAdviceIsFollowed) {
+  if (!isInstalled("ffmpeg")) GTEST_SKIP() << "there is no ffmpeg";
+  const Scratch folder;
+  const std::vector<int16_t> samples = writeWav(folder / "song.wav", 5);
+  ASSERT_EQ(run("ffmpeg",
+                {"-v", "error", "-i", folder / "song.wav", "-c:a", "alac", folder / "song two.m4a"})
+                .status,
+            0);
+  const Ended refused = render({folder / "song two.m4a", "-o", folder / "album"});
+  EXPECT_EQ(refused.status, 1);
+  const std::string begin = "decode it first: ";
+  const size_t at = refused.err.find(begin);
+  ASSERT_NE(at, std::string::npos) << refused.err;
+  ASSERT_EQ(run("sh", {"-c", refused.err.substr(at + begin.size())}).status, 0);
+  EXPECT_EQ(render({folder / "song two.wav", "-o", folder / "album"}).status, 0);
+  EXPECT_TRUE(readFile(folder / "album.bin") == asImage(samples)) << "the very samples";
 }
 
 TEST(Inputs, MemoryDoesNotGrowWithTheirLength) {

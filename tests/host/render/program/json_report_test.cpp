@@ -32,7 +32,8 @@ TEST(RenderReport, ListsTracksFilesAndSizesAndNothingElse) {
             "  2  00:09:00     675  0:06.000    b (Ana)  [USABC2600002]\n"
             "\n" +
                 folder / "disc.cue" + ": " + std::to_string(readFile(folder / "disc.cue").size()) +
-                " bytes\n" + folder / "disc.bin" + ": 2646000 bytes, 00:15:00 (MM:SS:FF)\n");
+                " bytes\n" + folder / "disc.bin" + ": 2646000 bytes, 00:15:00 (MM:SS:FF)\n" +
+                folder / "a.wav" + " and " + folder / "b.wav" + ": 16 bit: exact\n");
 }
 
 TEST(RenderReport, ALeadInOfBrokenFramesStillPutsTheTrackOnItsSector) {
@@ -159,6 +160,10 @@ TEST(RenderReport, CountsTheClippedSamplesThatAreOnTheDisc) {
   };
   EXPECT_EQ(clipped({})["samples"], 5);
   EXPECT_EQ(clipped({})["first_seconds"], 0.0);
+  const json loud = clipped({"--start", "1"})["inputs"][0];
+  EXPECT_EQ(loud["input"], 1);
+  EXPECT_EQ(loud["worst_seconds_in_input"], 3.0) << "in the input, not in the render";
+  EXPECT_NEAR(loud["worst_decibels"].get<double>(), 3.52, 0.01);
   const json in_regions = clipped({"--track-mode", "regions", "--region", "2-4=A", "--region",
                                    "4.5-7=B", "--region", "8-10=C"});
   EXPECT_EQ(in_regions["samples"], 2);

@@ -20,6 +20,7 @@
 namespace render_test {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using Names = std::vector<std::string>;
 
@@ -151,7 +152,7 @@ off_t sizeOf(int fd) {
 int openUnfinishedImage(const Scratch& folder) {
   for (int i = 0; i < 3000; ++i) {
     for (const std::string& name : folder.names()) {
-      const int fd = open((folder / name + "/disc.bin").c_str(), O_RDONLY | O_CLOEXEC);
+      const int fd = open((folder / name + "/files/disc.bin").c_str(), O_RDONLY | O_CLOEXEC);
       if (sizeOf(fd) > 6 * 176400) return fd;
       close(fd);
     }
@@ -178,6 +179,28 @@ TEST_P(Interruption, CutsASilenceOfHoursShort) {
     EXPECT_LT(written, 4799 * 176400LL) << "the silence was written to its end";
     EXPECT_EQ(folder.names(), (Names{"a.wav"}));
   }
+}
+
+TEST(AKilledRun, IsCleanedUpAfterByTheNextToTheSamePlace) {
+  const Scratch folder;
+  writeSparseWav(folder / "a.wav", 20);
+  Running running(VELMOR_BINARY_DIR "/velmor-render",
+                  {folder / "a.wav", "--allow-overlong", "--marker", "5=b", "--track-leadin",
+                   "4799986", "-o", folder / "disc.cue"});
+  const int image = openUnfinishedImage(folder);
+  close(image);
+  kill(running.pid(), SIGSTOP);  // lest it be done before it is killed
+  ASSERT_GE(image, 0);
+  const Ended beside = render({folder / "a.wav", "-o", folder / "beside"});
+  EXPECT_EQ(beside.err, "") << "while the other one still runs";
+  kill(running.pid(), SIGKILL);
+  running.wait();
+  EXPECT_EQ(folder.names().size(), 4U);
+  const Ended next = render({folder / "a.wav", "--quiet", "--json", "-o", folder / "disc.cue"});
+  EXPECT_EQ(next.status, 0);
+  EXPECT_THAT(next.out, AllOf(HasSubstr(folder / ".velmor-render-"),
+                              HasSubstr("which a killed run has left, was removed")));
+  EXPECT_EQ(folder.names(), (Names{"a.wav", "beside.bin", "beside.cue", "disc.bin", "disc.cue"}));
 }
 
 TEST(InterruptionOfAReplacement, LeavesTheOldPairWhole) {

@@ -74,6 +74,16 @@ INSTANTIATE_TEST_SUITE_P(
              12,
              {"--marker", "00:06:01=b"},
              "INDEX 01 of track 2 lies one sector before the audio"},
+        Case{"long_disc_title",
+             6,
+             {"--title",
+              "0123456789012345678901234567890123456789012345678901234567890123456789"
+              "01234567890"},
+             "warning: the disc's title is longer than the 80 characters"},
+        Case{"field_without_a_place",
+             6,
+             {"--meta", "CUE:DISC_LABEL=x"},
+             "has no place for the field \"LABEL\""},
         Case{"long_title",
              6,
              {"--marker",
@@ -81,6 +91,17 @@ INSTANTIATE_TEST_SUITE_P(
               "01234567890"},
              "longer than the 80 characters"}),
     [](const auto& value) { return value.param.name; });
+
+TEST(WarningOfEncodings, NamesTheTextsOfAnInputThatWereConverted) {
+  const Scratch folder;
+  writeWav(folder / "a.wav", 5, 1, {"Caf\xe9", "Ana", "Caf\xe9"});
+  writeWav(folder / "b.wav", 5, 2, {"Caf\xc3\xa9", "Ana", ""});
+  const Ended ended = render({folder / "a.wav", folder / "b.wav", "-o", folder / "disc"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.err, "velmor-render: warning: \"Caf\xc3\xa9\" in \"" + folder / "a.wav" +
+                           "\" is no UTF-8 there and is read as Windows-1252; look whether it is "
+                           "right\n");
+}
 
 }  // namespace
 }  // namespace render_test

@@ -1,0 +1,21 @@
+#include "check/portable/exact_starts.h"
+
+#include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
+
+namespace velmor::check {
+
+void moveStarts(disc::Sheet& sheet, const ExactStarts& exact) {
+  if (exact.size() != sheet.tracks.size()) return;
+  for (size_t t = 0; t < exact.size(); ++t) {
+    const disc::Index* start = sheet.tracks[t].index(1);
+    if (!start || !start->time.readable()) continue;
+    const int64_t moved = exact[t] / disc::kFramesPerSector - start->time.sectors();
+    for (disc::Index& index : sheet.tracks[t].indices) {
+      const bool at_begin = index.number == 0 && index.time.sectors() == 0;
+      if (!at_begin) index.time = disc::msfOf(index.time.sectors() + moved);
+    }
+  }
+}
+
+}  // namespace velmor::check

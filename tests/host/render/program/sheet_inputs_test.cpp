@@ -1,0 +1,164 @@
+// A cue sheet and its audio as an input, inputs that make one track, and remarks of the date.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/host/render/program/program.h"
+
+namespace render_test {
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+TEST(ASheetAsAnInput, BringsItsAlbumBack) {
+  const Scratch folder;
+  writeWav(folder / "a.wav", 5, 1);
+  writeWav(folder / "b.wav", 6, 2);
+  ASSERT_EQ(render({folder / "a.wav", folder / "b.wav", "--title", "Disc", "--performer", "Band",
+                    "--catalog", "0731452345622", "--marker", "5=PERF=Guest", "--marker",
+                    "5=ISRC=USABC2600002", "-o", folder / "album"})
+                .status,
+            0);
+  const Ended again = render({folder / "album.cue", "-o", folder / "again"});
+  EXPECT_EQ(again.err, "");
+  EXPECT_TRUE(readFile(folder / "again.bin") == readFile(folder / "album.bin"));
+  std::string sheet = readFile(folder / "album.cue");
+  sheet.replace(sheet.find("album.bin"), 9, "again.bin");
+  EXPECT_EQ(readFile(folder / "again.cue"), sheet);
+}
+
+TEST(ASheetAsAnInput, GoesWithOthersBeforeAndBehindIt) {
+  const Scratch folder;
+  const std::vector<int16_t> a = writeWav(folder / "a.wav", 5, 1);
+  const std::vector<int16_t> b = writeWav(folder / "b.wav", 10, 2);
+  const std::vector<int16_t> c = writeWav(folder / "c.wav", 5, 3);
+  const std::vector<int16_t> d = writeWav(folder / "d.wav", 5, 4);
+  writeFile(folder / "bc.cue",
+            "FILE \"b.wav\" WAVE\n  TRACK 01 AUDIO\n    TITLE \"B1\"\n    INDEX 01 00:00:00\n"
+            "  TRACK 02 AUDIO\n    TITLE \"B2\"\n    INDEX 01 00:05:00\n"
+            "FILE \"c.wav\" WAVE\n  TRACK 03 AUDIO\n    TITLE \"C\"\n    INDEX 01 00:00:00\n");
+  const Ended ended = render({folder / "a.wav", folder / "bc.cue", folder / "d.wav", "--isrc",
+                              "3=USABC2600004", "-o", folder / "album"});
+  ASSERT_EQ(ended.status, 0) << ended.err;
+  EXPECT_TRUE(readFile(folder / "album.bin") == asImage(a) + asImage(b) + asImage(c) + asImage(d));
+  EXPECT_EQ(readFile(folder / "album.cue"),
+            "FILE \"album.bin\" BINARY\r\n"
+            "  TRACK 01 AUDIO\r\n    TITLE \"a\"\r\n    INDEX 01 00:00:00\r\n"
+            "  TRACK 02 AUDIO\r\n    TITLE \"B1\"\r\n    INDEX 01 00:05:00\r\n"
+            "  TRACK 03 AUDIO\r\n    TITLE \"B2\"\r\n    INDEX 01 00:10:00\r\n"
+            "  TRACK 04 AUDIO\r\n    TITLE \"C\"\r\n    INDEX 01 00:15:00\r\n"
+            "  TRACK 05 AUDIO\r\n    TITLE \"d\"\r\n    ISRC \"USABC2600004\"\r\n"
+            "    INDEX 01 00:20:00\r\n");
+}
+
+TEST(ASheetAsAnInput, IsRefusedWithWhatIsWrongWithIt) {
+  const Scratch folder;
+  writeFile(folder / "data.cue",
+            "FILE \"a.bin\" BINARY\n  TRACK 01 MODE1/2352\n    INDEX 01 00:00:00\n");
+  writeFile(folder / "gone.cue",
+            "FILE \"gone.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n");
+  const std::pair<const char*, const char*> cases[] = {
+      {"data.cue", "has a data track, track 1; an audio CD has none"},
+      {"gone.cue", "gone.bin\": there is no such file"},
+  };
+  for (const auto& [name, words] : cases) {
+    const Ended ended = render({folder / name, "-o", folder / "album"});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_THAT(ended.err, HasSubstr(words));
+  }
+  const Ended coded =
+      render({folder / "gone.cue", "--isrc", "1=USABC2600001", "-o", folder / "album"});
+  EXPECT_NE(coded.status, 0);
+}
+
+TEST(ASheetAsAnInput, KeepsItsOwnAudioFromBeingOverwritten) {
+  const Scratch folder;
+  writeWav(folder / "a.wav", 5);
+  ASSERT_EQ(render({folder / "a.wav", "-o", folder / "album"}).status, 0);
+  std::filesystem::rename(folder / "album.cue", folder / "other.cue");
+  const std::string image = readFile(folder / "album.bin");
+  const Ended ended = render({folder / "other.cue", "--force", "-o", folder / "album"});
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_THAT(ended.err, HasSubstr("is one of the inputs and would be overwritten"));
+  EXPECT_TRUE(readFile(folder / "album.bin") == image);
+}
+
+class Joined : public testing::Test {
+ protected:
+  void SetUp() override {
+    for (const char* const name : {"a", "b", "c"}) {
+      writeAudio(m_folder / (std::string(name) + ".flac"), SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 44100,
+                 2, noise(44100 * 5, 2), {name, name});
+    }
+  }
+  Ended renderAll(const std::vector<std::string>& options) {
+    std::vector<std::string> arguments = {m_folder / "a.flac", m_folder / "b.flac",
+                                          m_folder / "c.flac", "--force"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    arguments.insert(arguments.end(), {"-o", m_folder / "album"});
+    return render(arguments);
+  }
+  std::string sheet() const { return readFile(m_folder / "album.cue"); }
+  Scratch m_folder;
+};
+
+TEST_F(Joined, InputsMakeOneTrack) {
+  const Ended ended = renderAll({"--join"});
+  EXPECT_EQ(ended.err, "");
+  EXPECT_EQ(sheet(),
+            "FILE \"album.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    TITLE \"a\"\r\n"
+            "    PERFORMER \"a\"\r\n    INDEX 01 00:00:00\r\n");
+  EXPECT_EQ(readFile(m_folder / "album.bin").size(), 15U * 176400U);
+}
+
+TEST_F(Joined, SomeInputsMakeOneTrackAndTheOthersTheirOwn) {
+  EXPECT_EQ(renderAll({"--join=2-3"}).err, "");
+  EXPECT_THAT(sheet(), AllOf(HasSubstr("TITLE \"b\"\r\n    PERFORMER \"b\"\r\n"
+                                       "    INDEX 01 00:05:00\r\n"),
+                             Not(HasSubstr("TRACK 03"))));
+  EXPECT_EQ(renderAll({"--join=1-2", "--track-mode", "regions"}).status, 0);
+  EXPECT_THAT(sheet(), AllOf(HasSubstr("INDEX 01 00:10:00"), Not(HasSubstr("TRACK 03"))));
+}
+
+TEST_F(Joined, InputsAreStillCutByMarks) {
+  EXPECT_EQ(renderAll({"--join", "--marker", "7=cut"}).err, "");
+  EXPECT_THAT(sheet(), HasSubstr("TITLE \"cut\"\r\n    INDEX 01 00:07:00\r\n"));
+}
+
+TEST_F(Joined, ARangeThatIsNoneIsRefused) {
+  for (const char* const range : {"3-4", "0-2", "2-2", "3-2", "2", "x", "1-2-3", "-"}) {
+    const Ended ended = renderAll({std::string("--join=") + range});
+    EXPECT_EQ(ended.status, 2) << range;
+    EXPECT_THAT(ended.err, HasSubstr("is no range of the 3 inputs"));
+  }
+}
+
+TEST(TheDateAndGenreOfTheInputs, AreRemarksOfThePortableSheet) {
+  const Scratch folder;
+  for (const char* const name : {"a.flac", "b.flac"}) {
+    ASSERT_TRUE(writeAudio(folder / name, SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 44100, 2,
+                           noise(44100 * 5, 2), {name, "Ana", "Disc", "2026-11-01", "Jazz \"x\""}));
+  }
+  const Ended ended =
+      render({folder / "a.flac", folder / "b.flac", "--portable-cue", "-o", folder / "album"});
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_THAT(readFile(folder / "album.portable.cue"),
+              StartsWith("REM GENRE \"Jazz 'x'\"\r\nREM DATE 2026-11-01\r\nTITLE \"Disc\"\r\n"));
+  EXPECT_THAT(ended.out, HasSubstr("album.portable.cue: ready, 0 errors"));
+  EXPECT_THAT(readFile(folder / "album.cue"), Not(HasSubstr("REM")));
+  writeWav(folder / "c.wav", 5);
+  ASSERT_EQ(render({folder / "a.flac", folder / "c.wav", "--portable-cue", "--force", "-o",
+                    folder / "album"})
+                .status,
+            0);
+  EXPECT_THAT(readFile(folder / "album.portable.cue"), Not(HasSubstr("REM")))
+      << "not all inputs say so";
+}
+
+}  // namespace
+}  // namespace render_test
