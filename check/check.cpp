@@ -22,7 +22,8 @@ std::string bytesOfSheet(const std::filesystem::path& path) {
     throw Failure(name + " is a folder; name the cue sheet in it");
   // Opening a pipe that nobody writes to would block for ever.
   const auto kind = std::filesystem::status(path, error).type();
-  if (kind == std::filesystem::file_type::none)
+  // Unknown: there may be something, in a folder that cannot be looked into.
+  if (kind == std::filesystem::file_type::none || kind == std::filesystem::file_type::unknown)
     throw Failure("the sheet " + name + " cannot be opened: " + error.message() +
                   "; check its name and folder");
   if (kind != std::filesystem::file_type::regular && kind != std::filesystem::file_type::not_found)
@@ -86,8 +87,9 @@ Report check(disc::Sheet sheet, const std::filesystem::path& name, const CheckOp
   report.disc = openDisc(std::move(sheet), name);
   if (options.samples) scanImages(report.disc, options);
   Findings findings(options.readers);
-  for (const auto group : {checkSyntax, checkTexts, checkCodes, checkTracks, checkLayout,
-                           checkImages, checkAudio, checkSound})
+  for (const auto group :
+       {checkSyntax, checkForm, checkTimes, checkRemarks, checkTexts, checkCodes, checkTracks,
+        checkLayout, checkImages, checkFiles, checkAudio, checkSound})
     group(report.disc, findings);
   report.findings = std::move(findings).sorted();
   keepErrorsOfNoSheet(report.findings);

@@ -46,6 +46,7 @@ std::optional<std::string> writePage(const SetCheck& wanted, const ddp::CheckedS
 }
 
 void print(const SetCheck& wanted, const ddp::CheckedSet& set, bool page_written) {
+  std::cout << wanted.before;
   if (wanted.json) {
     ddp::printSetJson(
         set, std::cout,

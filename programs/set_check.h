@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "disc/failure.h"
 #include "disc/terminal/interrupt.h"
@@ -13,6 +14,7 @@ struct SetCheck {
   std::string program;         ///< whose name stands before messages
   std::filesystem::path set;   ///< the folder
   std::filesystem::path page;  ///< to write a page to; empty: none is wanted
+  std::string_view before;     ///< printed in front of the report, where there is one
   bool json = false, strict = false, force = false;
 };
 

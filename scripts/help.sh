@@ -15,6 +15,8 @@ cat <<'TEXT'
   coverage  which conditions of the module the tests never saw go one way, and why
   fuzz      fuzz the renders and parsers: ./dev fuzz [MINUTES]; ./dev fuzz --keep makes seeds of what was learnt
   faults    let every allocation and every system call of velmor-render fail in turn (a quarter of an hour)
+  readers   compare what every installed reader does with hundreds of spoilt sheets and what velmor-cdcheck
+            says (ten minutes); ./dev readers --pairs 300 draws pairs of edits too
   threads   run the tests that have threads under ThreadSanitizer
   mutate    change the code in many small places, one at a time, and print the changes that no test
             notices: ./dev mutate [COUNT] [ROOM...]

@@ -57,6 +57,9 @@ class Maker {
     for (const disc::Track& t : m_sheet.tracks) takeTrack(t);
     placeStarts(m_report.disc, exact, m_made.tracks, m_made.changes);
     dropEmptyGaps();
+    dropMoreIndices();
+    beginAtTheImage();
+    countFromOne();
     completeFields();
     if (!m_sheet.remarks.empty())
       say(std::to_string(m_sheet.remarks.size()) + " REM lines are left out: no disc holds them.");
@@ -121,10 +124,11 @@ class Maker {
       const ImageFile& image = m_report.disc.images[f];
       if (image.container() == disc::Container::kFlac)
         throw Failure("no second sheet can be made: " +
-                      disc::inQuotes(disc::printable(fileName(image.path()))) +
+                      disc::inQuotes(disc::printable(nameFromFolder(image.path(), m_folder))) +
                       " is a FLAC file, which not every reader decodes; decode it with flac -d and "
                       "name the WAVE file");
-      disc::PlainFile file{fileName(image.path()), m_sheet.files[f].type};
+      disc::PlainFile file{nameFromFolder(image.path(), m_folder), m_sheet.files[f].type,
+                           image.sectors()};
       if (file.name.find_first_of("\"\r\n") != std::string::npos)
         throw Failure("the image's name " + disc::inQuotes(disc::printable(file.name)) +
                       " has a quote or a line break, which no sheet can hold; rename it");
@@ -135,30 +139,7 @@ class Maker {
             "image in ASCII for readers on other systems.");
       m_made.files.push_back(std::move(file));
     }
-    checkStems(m_made.files[0].name);
-    if (m_made.files.size() > 1)
-      say("The sheet keeps its " + std::to_string(m_made.files.size()) +
-          " files; readers that want one image will not take it.");
-  }
-
-  /// The one thing that a sheet cannot say: libcdio looks for the sheet's name with ".bin".
-  void checkStems(const std::string& file) {
-    if (m_name.empty() || file == m_name.stem().string() + ".bin") return;
-    say("For libcdio (cd-info) rename this sheet or the image: it looks for " +
-        disc::inQuotes(m_name.stem().string() + ".bin") + " beside the sheet, whatever FILE says.");
-  }
-
-  std::string fileName(const std::filesystem::path& image) const {
-    std::error_code error;
-    const auto there = std::filesystem::weakly_canonical(image, error);
-    const auto here = std::filesystem::weakly_canonical(
-        m_folder.empty() ? std::filesystem::path(".") : m_folder, error);
-    const auto relative = there.lexically_relative(std::filesystem::absolute(here, error));
-    // A link to an image elsewhere keeps the name it has beside the sheet.
-    const bool beside = std::filesystem::equivalent(
-        image.parent_path().empty() ? std::filesystem::path(".") : image.parent_path(), here,
-        error);
-    return beside || relative.empty() ? image.filename().string() : relative.string();
+    if (const auto advice = nameForLibcdio(m_name, m_made.files[0].name)) say(*advice);
   }
 
   void takeTrack(const disc::Track& from) {
@@ -216,21 +197,64 @@ class Maker {
     }
   }
 
-  /// The packs of a CD-TEXT field come for every track or for none.
+  /// cdrdao counts them from the start of their track, other readers from that of the file.
+  void dropMoreIndices() {
+    for (disc::PlainTrack& t : m_made.tracks)
+      if (std::erase_if(t.indices, [](const disc::PlainIndex& i) { return i.number > 1; }) > 0)
+        say("Track " + std::to_string(t.number) + ": indices above 01 are left out.");
+  }
+
+  /// What lies before the first index is a pause to some readers, and refused by others.
+  void beginAtTheImage() {
+    disc::PlainTrack& first = m_made.tracks.front();
+    const disc::PlainIndex start = first.indices.front();
+    if (start.number != 1 || start.sector == 0) return;
+    first.indices.insert(first.indices.begin(), {0, 0, start.file});
+    say("Track " + std::to_string(first.number) +
+        ": INDEX 00 00:00:00 is added: the image begins before INDEX 01.");
+  }
+
+  void countFromOne() {
+    const int shift = m_made.tracks.front().number - 1;
+    if (shift == 0) return;
+    for (disc::PlainTrack& t : m_made.tracks) t.number -= shift;
+    say("The tracks are counted from 1, not from " + std::to_string(shift + 1) + ".");
+  }
+
+  /// The packs of a CD-TEXT field come for every track or for none; cdrdao writes no CD-TEXT that
+  /// has titles and no performers, or the other way round.
   void completeFields() {
+    const auto has_text = [](const disc::PlainFields& f) {
+      return !f.title.empty() || !f.performer.empty() || !f.songwriter.empty();
+    };
+    const bool texts = has_text(m_made.fields) ||
+                       std::any_of(m_made.tracks.begin(), m_made.tracks.end(),
+                                   [&](const disc::PlainTrack& t) { return has_text(t.fields); });
+    if (texts && !anyPerformer()) {
+      m_made.fields.performer = "Unknown";
+      say("PERFORMER \"Unknown\" is added: cdrdao writes no CD-TEXT without performers.");
+      for (disc::PlainTrack& t : m_made.tracks) t.fields.performer = m_made.fields.performer;
+    }
     complete(
         &disc::PlainFields::title, "TITLE",
-        [](const disc::PlainTrack& t) { return "Track " + std::to_string(t.number); }, "Untitled");
+        [](const disc::PlainTrack& t) { return "Track " + std::to_string(t.number); }, "Untitled",
+        texts);
     complete(&disc::PlainFields::performer, "PERFORMER", {}, "Various");
     complete(&disc::PlainFields::songwriter, "SONGWRITER", {}, "Various");
   }
 
+  bool anyPerformer() const {
+    return !m_made.fields.performer.empty() ||
+           std::any_of(m_made.tracks.begin(), m_made.tracks.end(),
+                       [](const disc::PlainTrack& t) { return !t.fields.performer.empty(); });
+  }
+
   void complete(std::string disc::PlainFields::*field, const std::string& name,
                 const std::function<std::string(const disc::PlainTrack&)>& own,
-                const std::string& for_disc) {
+                const std::string& for_disc, bool wanted = false) {
     const auto has = [&](const disc::PlainTrack& t) { return !(t.fields.*field).empty(); };
     const bool any = std::any_of(m_made.tracks.begin(), m_made.tracks.end(), has);
-    if (!any && (m_made.fields.*field).empty()) return;
+    if (!any && (m_made.fields.*field).empty() && !wanted) return;
     if ((m_made.fields.*field).empty()) {
       m_made.fields.*field = for_disc;
       say("Disc: " + name + ' ' + disc::inQuotes(for_disc) + " is added: tracks have one.");
@@ -251,6 +275,27 @@ class Maker {
 };
 
 }  // namespace
+
+std::string nameFromFolder(const std::filesystem::path& image,
+                           const std::filesystem::path& folder) {
+  std::error_code error;
+  const std::filesystem::path from = folder.empty() ? std::filesystem::path(".") : folder;
+  const auto there = std::filesystem::weakly_canonical(image, error);
+  const auto here = std::filesystem::weakly_canonical(from, error);
+  const auto relative = there.lexically_relative(std::filesystem::absolute(here, error));
+  // A link to an image elsewhere keeps the name it has beside the sheet.
+  const bool beside = std::filesystem::equivalent(
+      image.parent_path().empty() ? std::filesystem::path(".") : image.parent_path(), here, error);
+  return beside || relative.empty() ? image.filename().string() : relative.string();
+}
+
+std::optional<std::string> nameForLibcdio(const std::filesystem::path& sheet,
+                                          const std::string& file) {
+  const std::string wanted = sheet.stem().string() + ".bin";
+  if (sheet.empty() || file == wanted) return std::nullopt;
+  return "For libcdio (cd-info) rename this sheet or the image: it looks for " +
+         disc::inQuotes(wanted) + " beside the sheet, whatever FILE says.";
+}
 
 disc::PortableDisc makePortable(const Report& report, const std::filesystem::path& target,
                                 const ExactStarts& exact) {

@@ -1,7 +1,6 @@
 #include "check/report/findings.h"
 
 #include <algorithm>
-#include <cassert>
 #include <iterator>
 #include <tuple>
 
@@ -22,8 +21,8 @@ bool Findings::chosen(Reader reader) const {
   return m_chosen.empty() || std::find(m_chosen.begin(), m_chosen.end(), reader) != m_chosen.end();
 }
 
-void Findings::fillReaders(Finding& finding) const {
-  const ReaderVerdict* verdict = readerVerdict(finding.rule);
+void Findings::fillReaders(Finding& finding, const RuleCase& rule) const {
+  const ReaderVerdict* verdict = readerVerdict(rule.key());
   if (!verdict) return;
   const auto is_chosen = [this](Reader r) { return chosen(r); };
   std::copy_if(verdict->refused.begin(), verdict->refused.end(),
@@ -37,33 +36,33 @@ void Findings::push(Finding finding) {
   if (++m_counts[finding.rule] <= kMostOfARule) m_all.push_back(std::move(finding));
 }
 
-void Findings::add(Severity severity, std::string_view rule, const Place& place, std::string what,
+void Findings::add(Severity severity, const RuleCase& rule, const Place& place, std::string what,
                    std::string action, std::string_view source) {
-  Finding f{severity,          rule,   place.file, place.line, place.track, std::move(what),
-            std::move(action), source, {},         {},         {}};
-  fillReaders(f);
+  Finding f{severity,          rule.rule, place.file, place.line, place.track, std::move(what),
+            std::move(action), source,    {},         {},         {}};
+  fillReaders(f, rule);
+  if (!m_chosen.empty() && !f.refused.empty()) f.severity = Severity::kError;
   push(std::move(f));
 }
 
-void Findings::addForReaders(std::string_view rule, const Place& place, std::string what,
+void Findings::addForReaders(const RuleCase& rule, const Place& place, std::string what,
                              std::string action) {
-  assert(readerVerdict(rule) != nullptr);
-  Finding f{Severity::kWarning, rule, place.file, place.line, place.track, std::move(what),
-            std::move(action),  {},   {},         {},         {}};
-  fillReaders(f);
+  Finding f{Severity::kWarning, rule.rule, place.file, place.line, place.track, std::move(what),
+            std::move(action),  {},        {},         {},         {}};
+  fillReaders(f, rule);
   if (f.refused.empty() && f.damaged.empty()) return;
   if (!m_chosen.empty() && !f.refused.empty()) f.severity = Severity::kError;
   push(std::move(f));
 }
 
-void Findings::addHabit(std::string_view rule, const Place& place, std::string what,
+void Findings::addHabit(const RuleCase& rule, const Place& place, std::string what,
                         std::string action) {
-  assert(readerVerdict(rule) != nullptr);
   if (m_chosen.empty()) return;
-  Finding f{Severity::kNote,   rule, place.file, place.line, place.track, std::move(what),
-            std::move(action), {},   {},         {},         {}};
-  fillReaders(f);
-  if (!f.damaged.empty()) push(std::move(f));
+  Finding f{Severity::kNote,   rule.rule, place.file, place.line, place.track, std::move(what),
+            std::move(action), {},        {},         {},         {}};
+  fillReaders(f, rule);
+  if (!f.refused.empty()) f.severity = Severity::kError;
+  if (!f.refused.empty() || !f.damaged.empty()) push(std::move(f));
 }
 
 std::vector<Finding> Findings::sorted() && {

@@ -34,6 +34,21 @@ struct Place {
   std::string file = {};  ///< of a set of files, which are counted in packets; empty: the sheet
 };
 
+/// A rule, and where readers tell its cases apart, which case it is.
+struct RuleCase {
+  std::string_view rule;  ///< static
+  std::string which;      ///< empty: the rule has one case
+
+  // A rule's name alone is the usual way to say one.
+  RuleCase(const char* name) : rule(name) {}       // NOLINT(google-explicit-constructor)
+  RuleCase(std::string_view name) : rule(name) {}  // NOLINT(google-explicit-constructor)
+  RuleCase(const char* name, std::string of) : rule(name), which(std::move(of)) {}
+  /// As `readerVerdict` knows it: "pregap:late".
+  std::string key() const {
+    return which.empty() ? std::string(rule) : std::string(rule) + ':' + which;
+  }
+};
+
 /// Collects findings, to be asked for once; at most `kMostOfARule` of each rule, the rest as one
 /// count.
 class Findings {
@@ -43,16 +58,16 @@ class Findings {
   /// `chosen`: the readers that matter; empty: all.
   explicit Findings(std::vector<Reader> chosen) : m_chosen(std::move(chosen)) {}
 
-  /// Breaks a rule of the disc or of the sheet, whoever reads it. `source` may be empty.
-  void add(Severity severity, std::string_view rule, const Place& place, std::string what,
+  /// Breaks a rule of the disc or of the sheet, whoever reads it. `source` may be empty. An
+  /// error whatever `severity` is when a chosen reader refuses it.
+  void add(Severity severity, const RuleCase& rule, const Place& place, std::string what,
            std::string action, std::string_view source = {});
   /// Matters to some readers only, by the rule's verdict: a warning; with chosen readers an error
-  /// when one of them refuses it, and nothing when it is all the same to them. `rule` has a verdict
-  /// in readers.cpp.
-  void addForReaders(std::string_view rule, const Place& place, std::string what,
+  /// when one of them refuses it, and nothing when it is all the same to them, or to all readers.
+  void addForReaders(const RuleCase& rule, const Place& place, std::string what,
                      std::string action);
-  /// As above, but a note, and only when such a reader was chosen.
-  void addHabit(std::string_view rule, const Place& place, std::string what, std::string action);
+  /// As above, but only when such a reader was chosen, and a note unless it refuses.
+  void addHabit(const RuleCase& rule, const Place& place, std::string what, std::string action);
 
   /// As somebody else has found it.
   void add(Finding finding) { push(std::move(finding)); }
@@ -62,7 +77,7 @@ class Findings {
 
  private:
   bool chosen(Reader reader) const;
-  void fillReaders(Finding& finding) const;
+  void fillReaders(Finding& finding, const RuleCase& rule) const;
   void push(Finding finding);
 
   std::vector<Reader> m_chosen;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 
+#include "check/image/similar_file.h"
 #include "check/rules/places.h"
 #include "check/rules/rules.h"
 #include "disc/sheet/sheet.h"
@@ -106,7 +107,15 @@ void checkLength(const ImageFile& image, const Place& place, Findings& findings)
         "Pad it with zeros to a whole sector, or render it again.", "Red Book (IEC 60908)");
 }
 
-void checkFile(const disc::File& file, const ImageFile& image, Findings& findings) {
+std::string hintFor(const std::filesystem::path& missing, const std::filesystem::path& folder) {
+  const auto similar = similarFile(missing, folder);
+  if (!similar) return "Put it beside the sheet under the name that FILE gives.";
+  return "There is " + disc::inQuotes(similar->string()) +
+         " beside the sheet: name that one in FILE.";
+}
+
+void checkFile(const disc::File& file, const ImageFile& image, const std::filesystem::path& folder,
+               Findings& findings) {
   const Place& place{file.name.line, 0};
   if (std::find(kTypes.begin(), kTypes.end(), file.type) == kTypes.end())
     findings.add(
@@ -118,9 +127,10 @@ void checkFile(const disc::File& file, const ImageFile& image, Findings& finding
     findings.addForReaders("quote-in-file-name", place, "the name in FILE has a quote inside",
                            "Rename the image.");
   if (!image.exists()) {
-    findings.add(Severity::kError, "image-missing", place,
-                 shown(image) + " cannot be opened: " + image.problem(),
-                 "Put it beside the sheet under the name that FILE gives.");
+    findings.add(
+        Severity::kError, "image-missing", place,
+        disc::inQuotes(file.name.bytes.substr(0, 200)) + " cannot be opened: " + image.problem(),
+        hintFor(file.name.bytes, folder));
     return;
   }
   if (image.mislabelled()) {
@@ -150,7 +160,9 @@ void checkPastEnd(const Disc& disc, Findings& findings) {
       if (i.file >= disc.images.size() || !i.time.readable()) continue;
       const ImageFile& image = disc.images[i.file];
       if (!image.readable() || i.time.sectors() < image.sectors()) continue;
-      findings.add(Severity::kError, "index-past-end", {i.line, number},
+      // Readers measure the last track by its start; of another one they go by the track behind it.
+      const bool last = &t == &disc.sheet.tracks.back() && i.number <= 1;
+      findings.add(Severity::kError, {"index-past-end", last ? "" : "inside"}, {i.line, number},
                    "the index is sector " + std::to_string(i.time.sectors()) + ", and " +
                        shown(image) + " has " + std::to_string(image.sectors()),
                    "The image is too short or belongs to another sheet: render it again.",
@@ -169,19 +181,6 @@ void checkUse(const disc::Sheet& sheet, Findings& findings) {
                    "Remove the line, or give it the track that is missing.", kSheetRules);
 }
 
-/// libcdio takes the sheet's name with ".bin" for the image's, whatever FILE says.
-void checkName(const Disc& disc, Findings& findings) {
-  const std::string stem = disc.name.stem().string();
-  const ImageFile& image = disc.images.front();
-  const auto folder = disc.name.parent_path().lexically_normal();
-  const bool beside = image.path().lexically_normal().parent_path() == folder;
-  if (!image.exists() || (beside && image.path().filename() == stem + ".bin")) return;
-  findings.addForReaders(
-      "image-named-otherwise", {disc.sheet.files[0].name.line, 0},
-      "the image is not " + disc::inQuotes(stem.substr(0, 200) + ".bin") + " beside the sheet",
-      "Give sheet and image one name in one folder.");
-}
-
 }  // namespace
 
 void checkImages(const Disc& disc, Findings& findings) {
@@ -191,7 +190,7 @@ void checkImages(const Disc& disc, Findings& findings) {
     return;
   }
   for (size_t f = 0; f < disc.images.size(); ++f)
-    checkFile(disc.sheet.files[f], disc.images[f], findings);
+    checkFile(disc.sheet.files[f], disc.images[f], disc.name.parent_path(), findings);
   if (disc.images.size() < disc.sheet.files.size())
     findings.add(Severity::kError, "too-many-files",
                  {disc.sheet.files[disc.images.size()].name.line, 0},
@@ -199,7 +198,6 @@ void checkImages(const Disc& disc, Findings& findings) {
                      " files; those from here on are not opened",
                  "A disc has 99 tracks at most: join the files.");
   checkUse(disc.sheet, findings);
-  checkName(disc, findings);
   checkPastEnd(disc, findings);
 }
 

@@ -2,6 +2,7 @@
 
 #include "check/rules/rules.h"
 #include "disc/sheet/sheet.h"
+#include "disc/text/phrases.h"
 #include "disc/units/disc_limits.h"
 #include "disc/units/disc_time.h"
 
@@ -36,6 +37,13 @@ void checkNumbers(const disc::Sheet& sheet, Findings& findings) {
                  {sheet.tracks[disc::kMostTracks].line, disc::kMostTracks + 1},
                  "the sheet has " + std::to_string(sheet.tracks_in_all) + " tracks; a disc has 99",
                  "Join tracks, or make two discs.", kRedBook);
+  if (sheet.tracks.front().number > 1)
+    findings.addForReaders("first-track-not-1", {sheet.tracks.front().line, 1},
+                           "the first track is " + std::to_string(sheet.tracks.front().number),
+                           "Number the tracks from 1.");
+  if (sheet.tracks.size() == 1)
+    findings.addHabit("one-track", {sheet.tracks.front().line, 1}, "the disc has one track",
+                      "There is nothing to split.");
   int expected = std::max(sheet.tracks.front().number, 1);
   int counted = 0;
   for (const disc::Track& t : sheet.tracks) {
@@ -69,7 +77,8 @@ void checkIndices(const disc::Track& t, int track, Findings& findings) {
   for (size_t i = 1; i < t.indices.size(); ++i) {
     const disc::Index& before = t.indices[i - 1];
     const disc::Index& here = t.indices[i];
-    if (here.number != before.number + 1)
+    const bool known = here.number >= 0 && before.number >= 0;
+    if (known && here.number != before.number + 1)
       findings.add(Severity::kError, "index-order", {here.line, track},
                    "INDEX " + std::to_string(here.number) + " follows INDEX " +
                        std::to_string(before.number),
@@ -106,12 +115,12 @@ void checkOrder(const disc::Sheet& sheet, Findings& findings) {
       if (same_file && i.time.sectors() <= before->time.sectors())
         addOrder(*before, i, number, findings);
       if (!same_file && i.time.sectors() != 0)
-        findings.add(i.number == 0 || before ? Severity::kError : Severity::kWarning,
-                     "file-starts-late", {i.line, number},
-                     "the first index of the file is " + disc::msfText(i.time.sectors()) +
-                         "; what lies before it is in no track",
-                     "Begin the file at 00:00:00, with INDEX 00 where it is a lead-in.",
-                     kSheetRules);
+        findings.add(
+            i.number == 0 || before ? Severity::kError : Severity::kWarning,
+            {"file-starts-late", i.number == 1 && !before ? "track 1" : ""}, {i.line, number},
+            "the first index of the file is " + disc::msfText(i.time.sectors()) +
+                "; what lies before it is in no track",
+            "Begin the file at 00:00:00, with INDEX 00 where it is a lead-in.", kSheetRules);
       before = &i;
     }
   }
@@ -125,7 +134,8 @@ void checkLengths(const Disc& disc, Findings& findings) {
     if (length > 0 && length < disc::kShortestTrackSectors)
       findings.add(Severity::kError, "track-under-4-s",
                    {disc.sheet.tracks[t].line, static_cast<int>(t) + 1},
-                   "the track lasts " + std::to_string(length) + " sectors; 300 (4 s) is the least",
+                   "the track lasts " + disc::counted(static_cast<int>(length), "sector") +
+                       "; 300 (4 s) is the least, and cdrdao warns of it",
                    "Join it to a neighbour, or let it last longer.", kRedBook);
   }
 }

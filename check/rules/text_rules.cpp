@@ -12,6 +12,9 @@ namespace {
 
 constexpr std::string_view kCdText = "MMC-3 annex J (CD-TEXT)";
 
+/// Bytes of a text that libcue keeps.
+constexpr size_t kLibcueTakes = 1022;
+
 using FieldOf = std::optional<disc::Text> disc::Fields::*;
 struct NamedField {
   std::string_view name;
@@ -48,23 +51,24 @@ void checkText(const disc::Text& text, std::string_view field, int track, Findin
                            name + " is empty", "Give it a value or remove the line.");
     return;
   }
-  if (b.find('"') != std::string::npos)
-    findings.addForReaders("quote-in-text", place, name + " has a double quote inside",
+  if (text.quoted && b.find('"') != std::string::npos)
+    findings.addForReaders({"quote-in-text", name}, place, name + " has a double quote inside",
                            "Write apostrophes instead.");
   if (b.ends_with('\\'))
-    findings.addForReaders("backslash-at-end", place,
+    findings.addForReaders({"backslash-at-end", track > 0 ? "" : name}, place,
                            name +
                                " ends in a backslash, which some readers take together with the "
                                "closing quote",
                            "Remove the backslash.");
   if (disc::countCharacters(b) > disc::kMostCharacters)
-    findings.addForReaders("text-too-long", place,
+    findings.addForReaders({"text-too-long", b.size() > kLibcueTakes ? "very" : ""}, place,
                            name + " has " + std::to_string(disc::countCharacters(b)) +
                                " characters; some readers take 80 at most",
                            "Shorten it to 80.");
   const auto control = [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; };
   if (std::any_of(b.begin(), b.end(), control))
-    findings.add(Severity::kWarning, "control-character", place,
+    findings.add(Severity::kWarning,
+                 {"control-character", b.find('\t') != std::string::npos ? "tab" : ""}, place,
                  name + " has a control character inside", "Remove it.", kCdText);
   checkEncoding(text, name, place, findings);
 }
@@ -132,7 +136,8 @@ void checkTexts(const Disc& disc, Findings& findings) {
     checkComplete(sheet, named, findings);
   }
   for (const disc::Text& remark : sheet.remarks)
-    checkEncoding(remark, "REM", {remark.line, 0}, findings);
+    if (disc::encodingOf(remark.bytes) == disc::Encoding::kLatin1)
+      checkEncoding(remark, "REM", {remark.line, 0}, findings);
   checkRoom(sheet, findings);
 }
 

@@ -33,6 +33,7 @@ void writeWhole(const std::vector<TextFile>& files, bool force) {
     for (const TextFile& file : files) {
       Draft& draft = drafts.emplace_back(file.path);
       draft.write(file.text);
+      if (file.more) file.more([&draft](std::string_view bytes) { draft.write(bytes); });
       draft.sync();
     }
     placeAll(drafts, force);

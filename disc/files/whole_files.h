@@ -2,8 +2,10 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <list>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "disc/failure.h"
@@ -11,9 +13,13 @@
 
 namespace velmor::disc {
 
+using WriteBytes = std::function<void(std::string_view)>;
+
 struct TextFile {
   std::filesystem::path path;
   std::string text;
+  /// Writes what does not fit into memory, behind the text; empty: nothing.
+  std::function<void(const WriteBytes&)> more = {};
 };
 
 /// Writes each text beside its path, and moves them into place once all are on the disk: a failure

@@ -31,6 +31,7 @@ struct PlainTrack {
 
 struct PlainFile {
   std::string name, type;
+  int64_t sectors = 0;  ///< of its samples; 0: not known
 };
 
 struct PortableDisc {

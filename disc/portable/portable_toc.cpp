@@ -2,6 +2,7 @@
 
 #include <cassert>
 #include <utility>
+#include <vector>
 
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
@@ -80,40 +81,62 @@ class TocWriter {
   void addAudio(size_t t) {
     const PlainTrack& track = m_disc.tracks[t];
     assert(!track.indices.empty());
-    const PlainIndex& first = track.indices.front();
-    for (const PlainIndex& i : track.indices)
-      if (i.file != first.file || track.mode != "AUDIO")
-        throw Failure("track " + std::to_string(track.number) +
-                      " is not audio in one file, which a TOC for cdrdao cannot say; join the "
-                      "files first");
-    const PlainFile& file = m_disc.files[first.file];
+    if (track.mode != "AUDIO")
+      throw Failure("track " + std::to_string(track.number) +
+                    " is not audio, for which no TOC is written; burn it from its sheet");
+    if (track.pregap > 0) m_text += "SILENCE " + msfText(track.pregap) + '\n';
+    const std::vector<int64_t> places = addPieces(t);
+    if (track.postgap > 0) m_text += "SILENCE " + msfText(track.postgap) + '\n';
+    addIndices(track, places);
+  }
+
+  /// The track's audio, a piece of each file that its indices lie in. Returns where each index lies
+  /// in it.
+  std::vector<int64_t> addPieces(size_t t) {
+    const PlainTrack& track = m_disc.tracks[t];
+    std::vector<int64_t> places;
+    PlainIndex begin = track.indices.front();
+    int64_t before = 0;
+    for (const PlainIndex& i : track.indices) {
+      if (i.file != begin.file) {
+        const int64_t rest = m_disc.files[begin.file].sectors - begin.sector;
+        if (rest <= 0)
+          throw Failure("track " + std::to_string(track.number) +
+                        " goes on in a second file, and the first one's length is not known; "
+                        "join the files first");
+        addFile(begin, ' ' + msfText(rest));
+        before += rest;
+        begin = {i.number, 0, i.file};
+      }
+      places.push_back(before + i.sector - begin.sector);
+    }
+    addFile(begin, lengthOf(t, begin));
+    return places;
+  }
+
+  void addFile(const PlainIndex& begin, const std::string& length) {
+    const PlainFile& file = m_disc.files[begin.file];
     refuseUnknownContainer(file);
     const std::string swap = file.type == "BINARY" ? "SWAP " : "";
-    if (track.pregap > 0) m_text += "SILENCE " + msfText(track.pregap) + '\n';
-    m_text +=
-        "FILE \"" + escaped(file.name) + "\" " + swap + msfText(first.sector) + lengthOf(t) + '\n';
-    if (track.postgap > 0) m_text += "SILENCE " + msfText(track.postgap) + '\n';
-    addIndices(track);
+    m_text += "FILE \"" + escaped(file.name) + "\" " + swap + msfText(begin.sector) + length + '\n';
   }
 
   /// None for the last track of a file: it goes to the file's end, whole sector or not.
-  std::string lengthOf(size_t t) const {
+  std::string lengthOf(size_t t, const PlainIndex& first) const {
     if (t + 1 >= m_disc.tracks.size()) return "";
-    const PlainIndex& first = m_disc.tracks[t].indices.front();
     const PlainIndex& next = m_disc.tracks[t + 1].indices.front();
     return next.file == first.file ? ' ' + msfText(next.sector - first.sector) : "";
   }
 
-  void addIndices(const PlainTrack& track) {
-    const int64_t begin = track.indices.front().sector;
-    int64_t start = begin;
-    for (const PlainIndex& i : track.indices) {
-      if (i.number == 1) {
-        start = i.sector;
-        const int64_t gap = start - begin + track.pregap;
+  void addIndices(const PlainTrack& track, const std::vector<int64_t>& places) {
+    int64_t start = 0;
+    for (size_t i = 0; i < places.size(); ++i) {
+      if (track.indices[i].number == 1) {
+        start = places[i];
+        const int64_t gap = start + track.pregap;
         if (gap > 0) m_text += "START " + msfText(gap) + '\n';
-      } else if (i.number > 1) {
-        m_text += "INDEX " + msfText(i.sector - start) + '\n';
+      } else if (track.indices[i].number > 1) {
+        m_text += "INDEX " + msfText(places[i] - start) + '\n';
       }
     }
   }

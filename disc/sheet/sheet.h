@@ -16,9 +16,10 @@ namespace velmor::disc {
 /// A value of a command, byte for byte between its outer quotes (or trimmed, when it has none).
 struct Text {
   std::string bytes;
-  int line = 0;         ///< 1 and up
-  bool quoted = false;  ///< it began with a double quote
-  bool closed = true;   ///< the quote it began with was closed on the same line
+  int line = 0;             ///< 1 and up
+  bool quoted = false;      ///< it began with a double quote
+  bool closed = true;       ///< the quote it began with was closed on the same line
+  bool text_after = false;  ///< more text stands behind its closing quote
 };
 
 struct Index {
@@ -34,12 +35,14 @@ struct Fields {
 };
 
 struct Track {
-  int number = -1;   ///< as written; -1: not a number
-  std::string mode;  ///< upper case, "AUDIO"
+  int number = -1;               ///< as written; -1: not a number
+  std::string mode;              ///< upper case, "AUDIO"; empty when missing
+  bool lower_case_mode = false;  ///< it has small letters in the sheet
   int line = 0;
   Fields fields;
   std::optional<Text> isrc, flags;
   std::optional<Msf> pregap, postgap;
+  bool pregap_behind_index = false;  ///< the PREGAP stands behind an INDEX
   std::vector<Index> indices;
 
   bool isAudio() const { return mode == "AUDIO"; }
@@ -72,6 +75,7 @@ struct SyntaxProblem {
   int line = 0;
   int track = 0;  ///< 0: not within a track
   std::string what;
+  bool same_value = false;  ///< of kRepeated: it says what the first one said
 };
 
 struct LineEnds {
@@ -79,14 +83,13 @@ struct LineEnds {
 };
 
 struct Sheet {
+  std::string bytes;  ///< as they stand in the file, but for a byte-order mark
   bool byte_order_mark = false;
   bool binary_bytes = false;  ///< zero bytes: UTF-16, or not a text at all
   LineEnds ends;
   bool no_last_line_end = false;  ///< the last line stops with the file
-  int lower_case_command =
-      0;  ///< first line with a command or a track mode in small letters; 0: none
-  int lower_case_file_type = 0;  ///< likewise with the type of a FILE
-  size_t longest_line = 0;       ///< bytes
+  int lower_case_file_type = 0;   ///< first line with a FILE's type in small letters; 0: none
+  size_t longest_line = 0;        ///< bytes
   Fields fields;
   std::optional<Text> catalog, cd_text_file;
   std::vector<Text> remarks;

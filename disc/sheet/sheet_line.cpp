@@ -30,8 +30,10 @@ Text wholeValue(std::string_view rest, int line) {
     value.bytes = rest;
     return value;
   }
-  value.closed = rest.size() > 1 && rest.ends_with('"');
-  value.bytes = rest.substr(1, rest.size() - (value.closed ? 2 : 1));
+  const size_t last_quote = rest.rfind('"');
+  value.closed = last_quote > 0;
+  value.text_after = value.closed && last_quote + 1 < rest.size();
+  value.bytes = value.closed ? rest.substr(1, last_quote - 1) : rest.substr(1);
   return value;
 }
 

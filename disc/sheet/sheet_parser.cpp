@@ -28,6 +28,7 @@ class Parser {
     while (const auto line = lines.next()) readLine(*line);
     if (m_pending) problem(SyntaxKind::kUnclosed, m_pending->line, "");
     m_sheet.ends = lines.ends();
+    m_sheet.bytes = m_bytes;
     return std::move(m_sheet);
   }
 
@@ -88,13 +89,7 @@ class Parser {
       readGap(command, rest);
     } else if (!readText(command, rest)) {
       problem(SyntaxKind::kUnknownCommand, m_line, word.substr(0, 40));
-      return;
     }
-    noteSmallLetters(word, m_sheet.lower_case_command);
-  }
-
-  void noteSmallLetters(std::string_view word, int& first_line) const {
-    if (first_line == 0 && upperCase(word) != word) first_line = m_line;
   }
 
   bool readText(std::string_view command, std::string_view rest) {
@@ -126,9 +121,10 @@ class Parser {
 
   void store(std::optional<Text>& place, std::string_view command, std::string_view rest) {
     Text value = wholeValue(rest, m_line);
+    if (value.text_after) problem(SyntaxKind::kTextAfterValue, m_line, command);
     const bool goes_on = !value.closed && !m_cut;
     if (place)
-      problem(SyntaxKind::kRepeated, m_line, command);
+      problem(SyntaxKind::kRepeated, m_line, command, place->bytes == value.bytes);
     else
       place = std::move(value);
     if (goes_on) m_pending = Pending{m_line, place->line == m_line ? &*place : nullptr};
@@ -136,9 +132,14 @@ class Parser {
 
   void readFile(std::string_view rest) {
     File file;
-    file.name = valueBeforeWord(rest, m_line, file.type);
-    noteSmallLetters(file.type, m_sheet.lower_case_file_type);
-    file.type = upperCase(file.type);
+    std::string after;
+    file.name = valueBeforeWord(rest, m_line, after);
+    std::string_view words = after;
+    const std::string_view type = takeWord(words);
+    if (!trimmed(words).empty()) problem(SyntaxKind::kTextAfterValue, m_line, "FILE");
+    file.type = upperCase(type);
+    if (m_sheet.lower_case_file_type == 0 && file.type != type)
+      m_sheet.lower_case_file_type = m_line;
     if (!file.name.closed) problem(SyntaxKind::kUnclosed, m_line, "FILE");
     m_sheet.files.push_back(std::move(file));
   }
@@ -146,12 +147,13 @@ class Parser {
   void readTrack(std::string_view rest) {
     if (m_sheet.files.empty()) problem(SyntaxKind::kMisplaced, m_line, "TRACK before any FILE");
     const int number = parseNumber(takeWord(rest), 6);
+    const std::string_view mode = takeWord(rest).substr(0, 40);
+    if (!trimmed(rest).empty()) problem(SyntaxKind::kTextAfterValue, m_line, "TRACK");
     if (number < 0) problem(SyntaxKind::kBadNumber, m_line, "TRACK");
     Track& made = addTrack();
     made.number = number;
-    made.mode = trimmed(rest).substr(0, 40);
-    noteSmallLetters(made.mode, m_sheet.lower_case_command);
-    made.mode = upperCase(made.mode);
+    made.mode = upperCase(mode);
+    made.lower_case_mode = made.mode != mode;
     made.line = m_line;
   }
 
@@ -179,7 +181,13 @@ class Parser {
     if (!inTrack(command)) return;
     const Msf time = parseMsf(takeWord(rest));
     if (!time.readable()) problem(SyntaxKind::kBadNumber, m_line, command);
-    (command == "PREGAP" ? track()->pregap : track()->postgap) = time;
+    std::optional<Msf>& place = command == "PREGAP" ? track()->pregap : track()->postgap;
+    if (place) {
+      problem(SyntaxKind::kRepeated, m_line, command);
+      return;
+    }
+    place = time;
+    if (command == "PREGAP") track()->pregap_behind_index = !track()->indices.empty();
   }
 
   Track* track() {
@@ -193,13 +201,13 @@ class Parser {
     return false;
   }
 
-  void problem(SyntaxKind kind, int line, std::string_view what) {
+  void problem(SyntaxKind kind, int line, std::string_view what, bool same_value = false) {
     if (m_sheet.problems.size() >= kMostProblems) {
       ++m_sheet.problems_left_out;
       return;
     }
     const int number = static_cast<int>(m_sheet.tracks_in_all);
-    m_sheet.problems.push_back({kind, line, number, std::string(what)});
+    m_sheet.problems.push_back({kind, line, number, std::string(what), same_value});
   }
 
   /// A quoted value whose closing quote may come in a later line.

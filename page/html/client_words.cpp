@@ -95,6 +95,7 @@ const Words& ofTheFiles() {
       {"too-many-tracks", "There are more than 99 tracks."},
       {"track-number", "The tracks are not numbered one after the other."},
       {"first-track", "The first track is not number 1."},
+      {"first-track-not-1", "The first track is not number 1."},
       {"no-index-01", "It is not said where a track starts."},
       {"index-order", "The marks inside a track are not numbered one after the other."},
       {"indices-descend", "A mark lies before the one that it should follow."},
@@ -126,6 +127,37 @@ const Words& ofTheFiles() {
       {"cd-text-file", "Texts for the disc are in a file of their own, which has to go along."},
       {"set-holds-audio-only", "A set for a plant takes music only."},
       {"master-id", "The master's identifier is not one."},
+  };
+  return kWords;
+}
+
+/// What some programs stumble over, though the sheet says what is meant.
+const Words& ofTheWriting() {
+  static const Words kWords = {
+      {"first-line", "One program wants another first line in the sheet."},
+      {"blank-line", "One program does not take a sheet with a line of blanks."},
+      {"blank-at-end", "Blanks at the end of a line confuse some programs."},
+      {"blanks-between", "Blanks in a row inside a line confuse some programs."},
+      {"tab-between", "A tab inside a line confuses some programs."},
+      {"command-out-of-place", "A line stands where some programs do not look for it."},
+      {"command-within", "One program takes a part of a text for a line of its own."},
+      {"new-command", "The sheet has a line that older programs do not know."},
+      {"remark-without-value", "One program loses the line behind an empty remark."},
+      {"text-without-value", "Some programs lose the line behind an empty text."},
+      {"flac-remark", "The sheet repeats something about the music and has it wrong."},
+      {"text-unquoted", "A title or a name without quotes is read wrongly by some programs."},
+      {"file-unquoted", "Some programs do not read the name of a file without quotes."},
+      {"odd-file-name", "One program does not take the name of the file with the music."},
+      {"image-not-bin", "One program does not take the file with the music by its ending."},
+      {"type-not-for-all", "Some programs do not take this kind of file with music."},
+      {"several-files", "The music is in several files, which some programs do not take."},
+      {"pause-begins-file", "One program cuts out a pause with which a file begins."},
+      {"pregap", "Some programs leave out the silence that is added before a track."},
+      {"postgap", "Some programs leave out the silence that is added behind a track."},
+      {"index-02", "A mark inside a track is put in the wrong place by one program."},
+      {"index-digits", "Some programs do not read a mark's number of one digit."},
+      {"time-digits", "Some programs do not read times with more or fewer digits than usual."},
+      {"one-track", "One program does not split a disc that has one track only."},
   };
   return kWords;
 }
@@ -182,7 +214,7 @@ const Words& ofTheSet() {
 }  // namespace
 
 std::string_view clientWords(std::string_view rule) {
-  for (const Words* words : {&ofTheMusic(), &ofTheFiles(), &ofTheSet()})
+  for (const Words* words : {&ofTheMusic(), &ofTheFiles(), &ofTheWriting(), &ofTheSet()})
     if (const auto found = words->find(rule); found != words->end()) return found->second;
   return {};
 }

@@ -1,10 +1,12 @@
 // velmor-cdcheck: will this disc load elsewhere?
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <iostream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -29,15 +31,15 @@ constexpr int kFailed = 1;
 constexpr int kUsage = 2;
 
 struct Arguments {
-  std::string sheet;
+  std::vector<std::string> sheets;
   std::vector<std::string> readers;
-  std::string cue, toc, page;
+  std::string cue, toc, join, page;
   bool json = false, strict = false, force = false;
 };
 
 void describe(CLI::App& app, Arguments& a) {
-  app.add_option("SHEET", a.sheet,
-                 "the cue sheet to check, whose images are read too, or the folder of a DDP set")
+  app.add_option("SHEET", a.sheets,
+                 "the cue sheets to check, whose images are read too, or folders of DDP sets")
       ->required();
   app.add_flag("--json", a.json, "print the report as one JSON object");
   app.add_flag("--strict", a.strict, "warnings count as errors");
@@ -45,10 +47,14 @@ void describe(CLI::App& app, Arguments& a) {
                  "only these readers matter; what they refuse is an error. Of: " + readerNames())
       ->delimiter(',');
   app.add_option("--portable", a.cue, "write a second sheet that all readers take to this file");
+  app.add_option("--join", a.join,
+                 "with --portable or --toc: write all audio, pauses included, as one image to this "
+                 "file, and name that in the second sheet");
   app.add_option("--toc", a.toc, "write a table of contents for cdrdao to this file");
   app.add_option("--html", a.page,
                  "write a page to look at to this file: tracks, times, levels, findings");
-  app.add_flag("--force", a.force, "replace the files named by --portable, --toc and --html");
+  app.add_flag("--force", a.force,
+               "replace the files named by --portable, --toc, --join and --html");
   app.set_version_flag("--version", std::string(kProgram) + ' ' + disc::kVersion);
   app.footer(
       "Exit status: 0 nothing wrong, 1 errors (with --strict warnings too), 2 wrong usage or a\n"
@@ -82,11 +88,12 @@ void tryTo(Written& written, const std::function<void()>& write) {
   }
 }
 
-Written writeAll(const Arguments& a, const Report& report, const std::vector<Second>& seconds) {
+Written writeAll(const Arguments& a, const Report& report, const SecondFiles& seconds) {
   Written written;
   tryTo(written, [&] {
     written.changes = writeSeconds(report, seconds, a.force);
-    for (const Second& s : seconds) written.files.push_back(s.path.string());
+    for (const std::filesystem::path& path : seconds.paths())
+      written.files.push_back(path.string());
   });
   if (a.page.empty()) return written;
   tryTo(written, [&] {
@@ -98,25 +105,25 @@ Written writeAll(const Arguments& a, const Report& report, const std::vector<Sec
 }
 
 /// What the page must not take the place of.
-std::vector<std::filesystem::path> otherFiles(const Arguments& a, const disc::Sheet& sheet,
-                                              const std::vector<Second>& seconds) {
-  std::vector<std::filesystem::path> others{a.sheet};
-  for (const disc::File& file : sheet.files)
-    others.push_back(std::filesystem::path(a.sheet).parent_path() / file.name.bytes);
-  for (const Second& s : seconds) others.push_back(s.path);
+std::vector<std::filesystem::path> otherFiles(const disc::Sheet& sheet,
+                                              const std::filesystem::path& name,
+                                              const SecondFiles& seconds) {
+  std::vector<std::filesystem::path> others = seconds.paths();
+  others.push_back(name);
+  for (const disc::File& file : sheet.files) others.push_back(name.parent_path() / file.name.bytes);
   return others;
 }
 
-Report checked(const Arguments& a, const std::vector<Second>& seconds) {
+Report checked(const Arguments& a, const std::string& name, const SecondFiles& seconds) {
   CheckOptions options;
   options.readers = chosenReaders(a.readers);
-  disc::Sheet sheet = readSheet(a.sheet);
-  if (!a.page.empty()) velmor::page::refusePage(a.page, otherFiles(a, sheet, seconds), a.force);
+  disc::Sheet sheet = readSheet(name);
+  if (!a.page.empty()) velmor::page::refusePage(a.page, otherFiles(sheet, name, seconds), a.force);
   disc::ProgressBar bar(true);
   options.progress = [&bar](int64_t done, int64_t all) {
     disc::drawBytes(bar, "Checking", done, all);
   };
-  return check(std::move(sheet), a.sheet, options);
+  return check(std::move(sheet), name, options);
 }
 
 void print(const Arguments& a, const Report& report, const Written& written) {
@@ -130,10 +137,11 @@ void print(const Arguments& a, const Report& report, const Written& written) {
   flushReport();
 }
 
-int runOnSheet(const Arguments& a) {
-  const std::vector<Second> seconds = wantedSeconds(a.cue, a.toc);
-  const Report report = checked(a, seconds);
+int runOnSheet(const Arguments& a, const std::string& sheet, std::string_view before) {
+  const SecondFiles seconds = wantedSeconds(a.cue, a.toc, a.join);
+  const Report report = checked(a, sheet, seconds);
   const Written written = writeAll(a, report, seconds);
+  std::cout << before;
   print(a, report, written);
   for (const std::string& failure : written.failures)
     std::cerr << kProgram << ": " << failure << '\n';
@@ -141,23 +149,51 @@ int runOnSheet(const Arguments& a) {
   return written.failures.empty() ? 0 : kUsage;
 }
 
-int runOnSet(const Arguments& a) {
-  if (!a.cue.empty() || !a.toc.empty() || !a.readers.empty())
-    throw velmor::Failure("--portable, --toc and --for are for cue sheets, and " +
-                          disc::inQuotes(a.sheet) +
+int runOnSet(const Arguments& a, const std::string& set, std::string_view before) {
+  if (!a.cue.empty() || !a.toc.empty() || !a.join.empty() || !a.readers.empty())
+    throw velmor::Failure("--portable, --toc, --join and --for are for cue sheets, and " +
+                          disc::inQuotes(set) +
                           " is a DDP set; velmor-ddp extract makes a sheet of it");
   SetCheck wanted;
   wanted.program = kProgram;
-  wanted.set = a.sheet;
+  wanted.set = set;
   wanted.page = a.page;
+  wanted.before = before;
   wanted.json = a.json;
   wanted.strict = a.strict;
   wanted.force = a.force;
   return checkSet(wanted);
 }
 
+/// `before` is printed in front of the report, where there is one.
+int runOne(const Arguments& a, const std::string& name, std::string_view before = {}) {
+  return looksLikeSet(name) ? runOnSet(a, name, before) : runOnSheet(a, name, before);
+}
+
+/// Each by itself: one that cannot be read stops none of the others. As JSON they are one array.
+int runSeveral(const Arguments& a) {
+  if (!a.page.empty() || !a.cue.empty() || !a.toc.empty() || !a.join.empty())
+    throw velmor::Failure("--portable, --toc, --join and --html take one sheet, and here are " +
+                          std::to_string(a.sheets.size()) + "; make them for each by itself");
+  chosenReaders(a.readers);
+  int worst = 0;
+  std::string_view before = a.json ? "[\n" : "";
+  for (const std::string& name : a.sheets) {
+    try {
+      worst = std::max(worst, runOne(a, name, before));
+      if (a.json) before = ",\n";
+    } catch (const velmor::Failure& failure) {
+      std::cerr << kProgram << ": " << failure.what() << '\n';
+      worst = kUsage;
+    }
+  }
+  if (a.json) std::cout << (before == ",\n" ? "]\n" : "[]\n");
+  flushReport();
+  return worst;
+}
+
 int run(const Arguments& a) {
-  return looksLikeSet(a.sheet) ? runOnSet(a) : runOnSheet(a);
+  return a.sheets.size() == 1 ? runOne(a, a.sheets.front()) : runSeveral(a);
 }
 
 }  // namespace

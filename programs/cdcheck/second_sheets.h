@@ -16,13 +16,22 @@ struct Second {
   std::string (*text)(const disc::PortableDisc&);
 };
 
-/// The sheet `cue` and the table of contents `toc`; empty: not wanted. Throws `Failure` when both
-/// name one file.
-std::vector<Second> wantedSeconds(const std::string& cue, const std::string& toc);
+/// The files to be made of a sheet.
+struct SecondFiles {
+  std::vector<Second> sheets;
+  std::filesystem::path joined;  ///< all audio as one image, named by the sheets; empty: not wanted
+
+  bool none() const { return sheets.empty(); }
+  std::vector<std::filesystem::path> paths() const;
+};
+
+/// The sheet `cue`, the table of contents `toc` and the image `join`; empty: not wanted. Throws
+/// `Failure` when two of them name one file, and for an image without a sheet that names it.
+SecondFiles wantedSeconds(const std::string& cue, const std::string& toc, const std::string& join);
 
 /// Writes all of them or none, and returns what they have otherwise than the first sheet, one
 /// sentence each. Throws `Failure`.
-std::vector<std::string> writeSeconds(const check::Report& report,
-                                      const std::vector<Second>& seconds, bool force);
+std::vector<std::string> writeSeconds(const check::Report& report, const SecondFiles& wanted,
+                                      bool force);
 
 }  // namespace velmor::programs

@@ -184,7 +184,8 @@ TEST_F(ReportTest, GoesByTheLengthOfTheDiscWithTheSilenceThatTheSheetAdds) {
       {"88:08:01", "disc-too-long"},
   };
   for (const auto& [pregap, rule] : cases) {
-    const auto rules = rulesFor(track(1, "PREGAP " + pregap + "\r\nINDEX 01 00:00:00"));
+    auto rules = rulesFor(track(1, "PREGAP " + pregap + "\r\nINDEX 01 00:00:00"));
+    std::erase(rules, "pregap");  // which some readers lose, whatever its length
     EXPECT_EQ(rules, rule.empty() ? std::vector<std::string>{} : std::vector<std::string>{rule})
         << pregap;
   }

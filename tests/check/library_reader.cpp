@@ -29,11 +29,18 @@ int readWithLibcue(const char* path) {
   std::fclose(file);
   if (!cd) return 1;
   const auto text = [](const char* t) { return std::string(t ? t : ""); };
+  for (const Pti kind : {PTI_TITLE, PTI_PERFORMER})
+    show("disc", 0, text(cdtext_get(kind, cd_get_cdtext(cd))));
   for (int t = 1; t <= cd_get_ntrack(cd); ++t) {
     const Track* track = cd_get_track(cd, t);
     show("title", t, text(cdtext_get(PTI_TITLE, track_get_cdtext(track))));
     show("isrc", t, text(track_get_isrc(track)));
-    show("start", t, std::to_string(track_get_start(track)));
+    show("performer", t, text(cdtext_get(PTI_PERFORMER, track_get_cdtext(track))));
+    std::string place = std::to_string(track_get_start(track));
+    for (const long number :
+         {track_get_index(track, 0), track_get_zero_pre(track), track_get_zero_post(track)})
+      place += ' ' + std::to_string(number);
+    show("place", t, place + ' ' + text(track_get_filename(track)));
   }
   cd_delete(cd);
   return 0;
@@ -67,13 +74,17 @@ void showSession(burn_session* session) {
   int count = 0;
   burn_cdtext_from_session(session, &packs, &count, 0);
   const auto titles = packTexts(packs, count, 0x80);
+  const auto performers = packTexts(packs, count, 0x81);
   const auto codes = packTexts(packs, count, 0x8e);
   const auto at = [](const std::vector<std::string>& texts, int i) {
     return static_cast<size_t>(i) < texts.size() ? texts[static_cast<size_t>(i)] : "";
   };
   show("catalog", 0, at(codes, 0));
+  show("disc", 0, at(titles, 0));
+  show("disc", 0, at(performers, 0));
   for (int t = 1; t <= tracks; ++t) {
     show("title", t, at(titles, t));
+    show("performer", t, at(performers, t));
     show("isrc", t, at(codes, t));
     show("sectors", t, std::to_string(burn_track_get_sectors(list[t - 1])));
   }

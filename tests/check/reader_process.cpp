@@ -1,14 +1,28 @@
 #include "tests/check/reader_process.h"
 
+#include <sys/resource.h>
+
 #include <cstdlib>
 
 namespace velmor::check::test {
+
+namespace {
+
+/// A reader that a sheet leads astray may write until the disk is full.
+void limitFiles() {
+  constexpr rlim_t kMostBytes = rlim_t{256} << 20;
+  const rlimit limit{kMostBytes, kMostBytes};
+  ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+}  // namespace
 
 ProcessResult runProcess(const std::vector<std::string>& arguments, const std::string& folder,
                          const std::string& stop_at) {
   const char* path = std::getenv("PATH");
   test_kit::ProcessOptions options;
   options.folder = folder;
+  options.in_child = limitFiles;
   options.environment = {"PATH=" + std::string(path != nullptr ? path : ""), "HOME=" + folder,
                          "LC_ALL=C.UTF-8", "SDL_VIDEODRIVER=dummy", "SDL_AUDIODRIVER=dummy"};
   options.stop_at = stop_at;

@@ -1,6 +1,7 @@
 #include "tests/check/reader_runs.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -10,6 +11,7 @@
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <sstream>
+#include <system_error>
 
 #include "disc/text/encoding.h"
 #include "tests/check/reader_process.h"
@@ -21,6 +23,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// Of a track that a reader has and that starts nowhere.
+constexpr int64_t kNoStart = -1'000'000;
 constexpr const char* kLibraryReader = VELMOR_BINARY_DIR "/tests/cdcheck_library_reader";
 
 std::vector<std::vector<std::string>> allMatches(const std::string& text, const char* pattern) {
@@ -34,10 +38,18 @@ std::vector<std::vector<std::string>> allMatches(const std::string& text, const 
   return found;
 }
 
+/// What a reader prints of a time that is none can be any number; one too long is no sector.
+int64_t wholeNumber(const std::string& digits) {
+  int64_t number = 0;
+  const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  constexpr int64_t kFarAway = 1'000'000'000;
+  return read.ec == std::errc{} ? std::clamp(number, -kFarAway, kFarAway) : -kFarAway;
+}
+
 int64_t sectorsOf(const std::string& msf) {
   const auto parts = allMatches(msf, "(\\d+)[:.](\\d+)[:.](\\d+)");
   if (parts.empty()) return -1;
-  return (std::stoll(parts[0][0]) * 60 + std::stoll(parts[0][1])) * 75 + std::stoll(parts[0][2]);
+  return (wholeNumber(parts[0][0]) * 60 + wholeNumber(parts[0][1])) * 75 + wholeNumber(parts[0][2]);
 }
 
 /// Column `group` of every match.
@@ -45,6 +57,12 @@ std::vector<std::string> column(const std::string& text, const char* pattern, si
   std::vector<std::string> values;
   for (const auto& m : allMatches(text, pattern)) values.push_back(m[group]);
   return values;
+}
+
+/// The first match; empty when there is none.
+std::string onlyMatch(const std::string& text, const char* pattern) {
+  const auto found = column(text, pattern);
+  return found.empty() ? "" : found[0];
 }
 
 std::vector<int64_t> msfColumn(const std::string& text, const char* pattern) {
@@ -55,7 +73,7 @@ std::vector<int64_t> msfColumn(const std::string& text, const char* pattern) {
 
 std::vector<int64_t> numberColumn(const std::string& text, const char* pattern) {
   std::vector<int64_t> values;
-  for (const std::string& v : column(text, pattern)) values.push_back(std::stoll(v));
+  for (const std::string& v : column(text, pattern)) values.push_back(wholeNumber(v));
   return values;
 }
 
@@ -80,21 +98,55 @@ LoadedDisc loadedWhere(bool accepted, const ProcessResult& run) {
   return disc;
 }
 
+/// Where the first sector of the file lies on the disc; `kNoStart`: the sheet on disk has no such.
+int64_t fileStart(const SheetOnDisk& s, const std::string& name) {
+  if (s.files.empty()) return 0;
+  int64_t at = 0;
+  for (const auto& [file, sectors] : s.files) {
+    if (file == name) return at;
+    at += sectors;
+  }
+  return kNoStart;
+}
+
+/// The starts of a TOC in cdrdao's language: ZERO and FILE are the pieces of a track, START is
+/// where its INDEX 01 lies in them.
+void placeByToc(const std::string& toc, const SheetOnDisk& s, LoadedDisc& disc) {
+  disc.starts.emplace();
+  disc.gap_starts.emplace();
+  int64_t added = 0;
+  for (const std::string& track : column(toc, "TRACK (\\S+[\\s\\S]*?)(?=\nTRACK|$)")) {
+    const auto files = allMatches(track, "\nFILE \"(.*)\" (\\S+)");
+    if (files.empty()) continue;
+    int64_t before = 0, behind = 0;
+    for (const auto& zero : allMatches(track, "\nZERO (\\d+:\\d+:\\d+)(?=([\\s\\S]*))"))
+      (zero[1].find("\nFILE") == std::string::npos ? behind : before) += sectorsOf(zero[0]);
+    const int64_t begin = fileStart(s, files[0][0]) + std::max<int64_t>(sectorsOf(files[0][1]), 0);
+    const auto start = column(track, "\nSTART (\\d+:\\d+:\\d+)");
+    disc.gap_starts->push_back(begin + added);
+    disc.starts->push_back(begin + added + (start.empty() ? 0 : sectorsOf(start[0])));
+    added += before + behind;
+  }
+}
+
 LoadedDisc runCuetools(const SheetOnDisk& s) {
-  const ProcessResult print =
-      runProcess({"cueprint", "-i", "cue", "-d", "", "-t", "T|%t|%i|\\n", s.sheet}, s.folder);
+  const ProcessResult print = runProcess(
+      {"cueprint", "-i", "cue", "-d", "D|%T|%P|\\n", "-t", "T|%t|%i|%p|\\n", s.sheet}, s.folder);
   const ProcessResult breaks = runProcess({"cuebreakpoints", "-i", "cue", s.sheet}, s.folder);
   const ProcessResult toc = runProcess({"cueconvert", "-i", "cue", "-o", "toc", s.sheet}, s.folder);
   LoadedDisc disc = loadedWhere(print.status == 0 && breaks.status == 0 && toc.status == 0, toc);
   disc.output = print.all + breaks.all + toc.all;
-  disc.titles = column(print.out, "T\\|([^|]*)\\|([^|]*)\\|", 0);
-  disc.isrcs = column(print.out, "T\\|([^|]*)\\|([^|]*)\\|", 1);
+  constexpr const char* kTrackLine = "T\\|([^|]*)\\|([^|]*)\\|([^|]*)\\|";
+  disc.titles = column(print.out, kTrackLine, 0);
+  disc.isrcs = column(print.out, kTrackLine, 1);
+  disc.performers = column(print.out, kTrackLine, 2);
+  disc.disc_texts = {onlyMatch(print.out, "D\\|([^|]*)\\|[^|]*\\|"),
+                     onlyMatch(print.out, "D\\|[^|]*\\|([^|]*)\\|")};
   const auto catalog = column(toc.out, "CATALOG \"([^\"\\n]*)\"");
   disc.catalog = catalog.empty() ? "" : catalog[0];
+  placeByToc(toc.out, s, disc);
   // It prints the breaks between tracks: the start of the first is not among them.
-  auto starts = msfColumn(breaks.out, "(\\d+:\\d+\\.\\d+)");
-  starts.insert(starts.begin(), -1);
-  disc.starts = starts;
+  if (breaks.out.empty() && disc.starts->size() > 1) disc.accepted = false;
   return disc;
 }
 
@@ -117,7 +169,21 @@ LoadedDisc runLibcue(const SheetOnDisk& s) {
   auto keyed = keyedLines(run.out);
   disc.titles = keyed["title"];
   disc.isrcs = keyed["isrc"];
-  disc.starts = numberColumn(run.out, "start \\d+ (-?\\d+)");
+  disc.performers = keyed["performer"];
+  disc.disc_texts = keyed["disc"];
+  disc.starts.emplace();
+  disc.gap_starts.emplace();
+  int64_t added = 0;
+  for (const auto& m :
+       allMatches(run.out, "place \\d+ (-?\\d+) (-?\\d+) (-?\\d+) (-?\\d+) ([^\n]*)")) {
+    const int64_t file = fileStart(s, m[4]), gap = wholeNumber(m[1]), start = wholeNumber(m[0]);
+    disc.gap_starts->push_back(added + file + (gap >= 0 ? gap : start));
+    // It counts a pause in the file among the silence before the track.
+    const int64_t silence = wholeNumber(m[2]) - (gap >= 0 ? start - gap : 0);
+    added += std::max<int64_t>(silence, 0);
+    disc.starts->push_back(added + file + start);
+    added += std::max<int64_t>(wholeNumber(m[3]), 0);
+  }
   return disc;
 }
 
@@ -128,8 +194,14 @@ LoadedDisc runLibburn(const SheetOnDisk& s) {
   disc.titles.emplace();
   // The packs say that they are ISO 8859-1.
   for (const std::string& title : keyed["title"]) disc.titles->push_back(fromLatin1(title));
+  disc.performers.emplace();
+  for (const std::string& name : keyed["performer"]) disc.performers->push_back(fromLatin1(name));
+  disc.disc_texts.emplace();
+  for (const std::string& text : keyed["disc"]) disc.disc_texts->push_back(fromLatin1(text));
   disc.isrcs = keyed["isrc"];
   disc.catalog = keyed["catalog"].empty() ? "" : keyed["catalog"][0];
+  // It does not tell of the silence that a sheet adds.
+  if (s.silence_added) return disc;
   const auto lengths = numberColumn(run.out, "sectors \\d+ (\\d+)");
   disc.gap_starts.emplace();
   int64_t at = s.sectors;
@@ -143,13 +215,32 @@ LoadedDisc runCdrdao(const SheetOnDisk& s) {
   LoadedDisc disc = loadedWhere(run.status == 0, run);
   const auto catalog = column(run.out, "CATALOG NUMBER: (\\d+)");
   disc.catalog = catalog.empty() ? "" : catalog[0];
+  disc.more_indices = msfColumn(run.out, "INDEX +\\d+ (\\d+:\\d+:\\d+)");
   disc.starts = msfColumn(run.out, "START\\s+(\\d+:\\d+:\\d+)");
   disc.isrcs.emplace();
+  disc.gap_starts.emplace();
   for (const std::string& track : column(run.out, "TRACK +\\d+([\\s\\S]*?)END")) {
+    const auto start = msfColumn(track, "START\\s+(\\d+:\\d+:\\d+)");
+    const auto gap = msfColumn(track, "PREGAP\\s+(\\d+:\\d+:\\d+)");
+    if (start.empty()) continue;
+    disc.gap_starts->push_back(start[0] - (gap.empty() ? 0 : gap[0]));
     const auto code = allMatches(track, "ISRC (\\S+) (\\S+) (\\S+) (\\S+)");
     disc.isrcs->push_back(code.empty() ? "" : code[0][0] + code[0][1] + code[0][2] + code[0][3]);
   }
   return disc;
+}
+
+/// The texts of that name that cd-info shows, one for each track.
+std::vector<std::string> textsOfTracks(const std::string& out, const std::string& name,
+                                       size_t tracks) {
+  std::vector<std::string> texts(tracks);
+  const std::string pattern =
+      "CD-TEXT for Track +(\\d+):(?:\n\t[^\n]*)*?\n\t" + name + ": ([^\n]*)";
+  for (const auto& m : allMatches(out, pattern.c_str())) {
+    const auto track = static_cast<size_t>(wholeNumber(m[0]));
+    if (track >= 1 && track <= tracks) texts[track - 1] = m[1];
+  }
+  return texts;
 }
 
 LoadedDisc runLibcdio(const SheetOnDisk& s) {
@@ -157,12 +248,12 @@ LoadedDisc runLibcdio(const SheetOnDisk& s) {
   LoadedDisc disc = loadedWhere(run.out.find("Track List") != std::string::npos, run);
   const auto catalog = column(run.out, "\\(MCN\\): (\\d+)");
   disc.catalog = catalog.empty() ? "" : catalog[0];
-  disc.starts = numberColumn(run.out, "\n +\\d+: \\d+:\\d+:\\d+ +(\\d+) audio");
-  disc.titles.emplace(disc.starts->size());
-  for (const auto& m : allMatches(run.out, "CD-TEXT for Track +(\\d+):[\\s\\S]*?TITLE: ([^\n]*)")) {
-    const size_t track = std::stoul(m[0]);
-    if (track >= 1 && track <= disc.titles->size()) (*disc.titles)[track - 1] = m[1];
-  }
+  disc.starts = numberColumn(run.out, "\n +\\d+: \\d+:\\d+:\\d+ +(\\d+) (?!leadout)");
+  disc.titles = textsOfTracks(run.out, "TITLE", disc.starts->size());
+  disc.performers = textsOfTracks(run.out, "PERFORMER", disc.starts->size());
+  disc.disc_texts = {
+      onlyMatch(run.out, "CD-TEXT for Disc:(?:\n\t[^\n]*)*?\n\tTITLE: ([^\n]*)"),
+      onlyMatch(run.out, "CD-TEXT for Disc:(?:\n\t[^\n]*)*?\n\tPERFORMER: ([^\n]*)")};
   return disc;
 }
 
@@ -174,9 +265,16 @@ LoadedDisc runChdman(const SheetOnDisk& s) {
   LoadedDisc disc = loadedWhere(info.status == 0, info);
   disc.starts.emplace();
   int64_t at = 0;
-  for (const auto& m : allMatches(info.out, "FRAMES:(\\d+) PREGAP:(\\d+)")) {
-    disc.starts->push_back(at + std::stoll(m[1]));
-    at += std::stoll(m[0]);
+  disc.gap_starts.emplace();
+  int64_t added = 0;
+  for (const auto& m :
+       allMatches(info.out, "FRAMES:(\\d+) PREGAP:(\\d+) PGTYPE:(V?)\\S* \\S* POSTGAP:(\\d+)")) {
+    disc.gap_starts->push_back(at + added);
+    disc.starts->push_back(at + added + wholeNumber(m[1]));
+    // V: the pause lies in the image.
+    if (m[2].empty()) added += wholeNumber(m[1]);
+    added += wholeNumber(m[3]);
+    at += wholeNumber(m[0]);
   }
   fs::remove(s.folder + "/made.chd");
   // What is kept of the image shows in its length.
@@ -199,10 +297,13 @@ LoadedDisc runMetaflac(const SheetOnDisk& s) {
   disc.catalog = catalog.empty() ? "" : catalog[0];
   disc.isrcs = column(list.out, "ISRC: ?([^\n]*)\n");
   disc.starts.emplace();
+  disc.gap_starts.emplace();
   for (const auto& track :
        allMatches(list.out, "track\\[\\d+\\]\n +offset: (\\d+)\n([\\s\\S]*?)(?=track\\[|$)"))
-    for (const auto& i : allMatches(track[1], "offset: (\\d+)\n +number: 1\n"))
-      disc.starts->push_back((std::stoll(track[0]) + std::stoll(i[0])) / 588);
+    for (const auto& i : allMatches(track[1], "offset: (\\d+)\n +number: 1\n")) {
+      disc.gap_starts->push_back(wholeNumber(track[0]) / 588);
+      disc.starts->push_back((wholeNumber(track[0]) + wholeNumber(i[0])) / 588);
+    }
   return disc;
 }
 
@@ -254,7 +355,14 @@ LoadedDisc runMednafen(const SheetOnDisk& s) {
 LoadedDisc runBchunk(const SheetOnDisk& s) {
   const ProcessResult run = runProcess({"bchunk", "-r", s.image, s.sheet, "piece"}, s.folder);
   LoadedDisc disc = loadedWhere(run.status == 0, run);
-  disc.starts = msfColumn(run.out, "\nTrack +\\d+: AUDIO[^\n]* 01 (\\d+:\\d+:\\d+)");
+  disc.starts.emplace();
+  disc.gap_starts.emplace();
+  for (const std::string& track : column(run.out, "\nTrack +\\d+: ([^\n]*)")) {
+    const auto start = msfColumn(track, " 01 (\\d+:\\d+:\\d+)");
+    const auto gap = msfColumn(track, " 0[01] (\\d+:\\d+:\\d+)");
+    disc.starts->push_back(start.empty() ? kNoStart : start[0]);
+    disc.gap_starts->push_back(gap.empty() ? kNoStart : gap[0]);
+  }
   int64_t pieces = 0;
   for (const auto& entry : fs::directory_iterator(s.folder)) {
     if (entry.path().filename().string().rfind("piece", 0) != 0) continue;
@@ -389,6 +497,15 @@ std::string difference(const LoadedDisc& loaded, const LoadedDisc& truth) {
     text += "catalog '" + *loaded.catalog + "', truly '" + *truth.catalog + "'\n";
   if (loaded.titles && normal(*loaded.titles) != *truth.titles)
     text += "titles " + shownList(*loaded.titles) + ", truly " + shownList(*truth.titles) + '\n';
+  if (loaded.performers && truth.performers && normal(*loaded.performers) != *truth.performers)
+    text += "performers " + shownList(*loaded.performers) + ", truly " +
+            shownList(*truth.performers) + '\n';
+  if (loaded.disc_texts && truth.disc_texts && normal(*loaded.disc_texts) != *truth.disc_texts)
+    text += "disc's texts " + shownList(*loaded.disc_texts) + ", truly " +
+            shownList(*truth.disc_texts) + '\n';
+  if (loaded.more_indices && truth.more_indices && *loaded.more_indices != *truth.more_indices)
+    text += "more indices " + shownStarts(*loaded.more_indices) + ", truly " +
+            shownStarts(*truth.more_indices) + '\n';
   if (loaded.isrcs && *loaded.isrcs != *truth.isrcs)
     text += "codes " + shownList(*loaded.isrcs) + ", truly " + shownList(*truth.isrcs) + '\n';
   if (loaded.starts && !sameStarts(*loaded.starts, *truth.starts))

@@ -17,15 +17,22 @@ struct LoadedDisc {
   bool accepted = false;
   std::string output;  ///< of the reader, for messages
   std::optional<std::string> catalog;
-  std::optional<std::vector<std::string>> titles, isrcs;  ///< of the tracks; empty: none
-  std::optional<std::vector<int64_t>> starts;             ///< INDEX 01, sectors of the image
-  std::optional<std::vector<int64_t>> gap_starts;         ///< INDEX 00, else 01, likewise
+  /// Of the tracks; empty: none.
+  std::optional<std::vector<std::string>> titles, performers, isrcs;
+  std::optional<std::vector<std::string>> disc_texts;  ///< TITLE and PERFORMER of the disc
+  std::optional<std::vector<int64_t>> more_indices;    ///< INDEX 02 and on, as the starts
+  /// INDEX 01, in sectors of the image and of the silence that the sheet adds.
+  std::optional<std::vector<int64_t>> starts;
+  std::optional<std::vector<int64_t>> gap_starts;  ///< of the pause before it, else the same
 };
 
 /// A sheet in a folder of its own with its image, and the image's length.
 struct SheetOnDisk {
   std::string folder, sheet, image;
   int64_t sectors = 0;
+  bool silence_added = false;  ///< by PREGAP or POSTGAP
+  /// The files that the sheet names, with their sectors, where they are several.
+  std::vector<std::pair<std::string, int64_t>> files = {};
 };
 
 struct ReaderRun {

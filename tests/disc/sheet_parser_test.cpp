@@ -95,19 +95,23 @@ INSTANTIATE_TEST_SUITE_P(
         Bad{"TITLE \"a\nPERFORMER \"b\"\n", SyntaxKind::kUnclosed, 1},
         Bad{"TITLE \"a\nb\"\n", SyntaxKind::kLineBreak, 1},
         Bad{"FILE \"a.bin BINARY\n", SyntaxKind::kUnclosed, 1},
+        Bad{"TITLE \"a\" b\n", SyntaxKind::kTextAfterValue, 1},
+        Bad{"FILE \"a.bin\" BINARY b\n", SyntaxKind::kTextAfterValue, 1},
+        Bad{"FILE a BINARY\nTRACK 1 AUDIO b\n", SyntaxKind::kTextAfterValue, 2},
+        Bad{"FILE a BINARY\nTRACK 1 AUDIO\nPREGAP 00:02:00\nPREGAP 00:02:00\n",
+            SyntaxKind::kRepeated, 4},
         Bad{"FILE a BINARY\nTRACK 1 AUDIO\nINDEX 01 00:00:00 x\n", SyntaxKind::kTextAfterValue,
             3}));
 
 TEST(Parser, KnowsWhereSmallLettersAndAMissingLineEndAre) {
   const Sheet small = parseSheet("REM x\nfile a BINARY\nTRACK 01 audio\nindex 01 00:00:00");
-  EXPECT_EQ(small.lower_case_command, 2);
   EXPECT_EQ(small.lower_case_file_type, 0);
+  EXPECT_TRUE(small.tracks.at(0).lower_case_mode);
   EXPECT_TRUE(small.no_last_line_end);
   const Sheet mode = parseSheet("FILE a Wave\nTRACK 01 Audio\nINDEX 01 00:00:00\r");
-  EXPECT_EQ(mode.lower_case_command, 2);
+  EXPECT_TRUE(mode.tracks.at(0).lower_case_mode);
   EXPECT_EQ(mode.lower_case_file_type, 1);
   EXPECT_FALSE(mode.no_last_line_end);
-  EXPECT_EQ(parseSheet("nonsense\n").lower_case_command, 0);
   EXPECT_FALSE(parseSheet("").no_last_line_end);
 }
 

@@ -36,6 +36,11 @@ TEST(ClientWords, AreThereForEveryRule) {
   for (const std::string& rule : rules) EXPECT_FALSE(clientWords(rule).empty()) << rule;
 }
 
+TEST(ClientWords, AreThereForRulesOfOneWord) {
+  for (const char* rule : {"clipped", "pregap", "postgap"})
+    EXPECT_FALSE(clientWords(rule).empty()) << rule;
+}
+
 TEST(ClientWords, AreWholeSentences) {
   for (const std::string& rule : rulesOfSources()) {
     const std::string_view words = clientWords(rule);

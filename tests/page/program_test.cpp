@@ -171,6 +171,21 @@ TEST_F(SetPage, IsNoSheetForOtherReaders) {
   EXPECT_THAT(ended.err, HasSubstr("velmor-ddp extract makes a sheet of it"));
 }
 
+TEST_F(SetPage, IsOneOfSeveralThingsToCheckAndTakesNoPageThen) {
+  const auto both = run(VELMOR_CDCHECK, {"none.cue", "master", "a.cue", "--json"});
+  EXPECT_EQ(both.status, 2);
+  EXPECT_THAT(both.err, HasSubstr("none.cue"));
+  const auto json = nlohmann::json::parse(both.out);
+  ASSERT_EQ(json.size(), 2U) << both.out;
+  EXPECT_EQ(json[0]["folder"], "master");
+  EXPECT_EQ(json[1]["sheet"], "a.cue");
+  EXPECT_EQ(nlohmann::json::parse(run(VELMOR_CDCHECK, {"a", "b", "--json"}).out).size(), 0U);
+  const auto paged = run(VELMOR_CDCHECK, {"master", "a.cue", "--html", "page.html"});
+  EXPECT_EQ(paged.status, 2);
+  EXPECT_EQ(paged.out, "");
+  EXPECT_THAT(paged.err, HasSubstr("--html take one sheet, and here are 2"));
+}
+
 TEST_F(SetPage, IsNamedInTheJsonOfTheSet) {
   const auto ended = run(VELMOR_DDP, {"check", "master", "--json", "--html", "page.html"});
   EXPECT_EQ(nlohmann::json::parse(ended.out)["written"], nlohmann::json{"page.html"});

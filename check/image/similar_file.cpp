@@ -1,0 +1,27 @@
+#include "check/image/similar_file.h"
+
+#include <string>
+#include <system_error>
+
+#include "disc/text/words.h"
+
+namespace velmor::check {
+
+namespace fs = std::filesystem;
+
+std::optional<fs::path> similarFile(const fs::path& missing, const fs::path& folder) {
+  const std::string whole = missing.string();
+  const std::string wanted = disc::upperCase(whole.substr(whole.find_last_of("/\\") + 1));
+  if (wanted.empty()) return std::nullopt;
+  std::error_code error;
+  // The first by name, so that the answer does not hang on the order of the folder.
+  std::optional<fs::path> found;
+  for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, error), end;
+       !error && entry != end; entry.increment(error)) {
+    const fs::path name = entry->path().filename();
+    if (disc::upperCase(name.string()) == wanted && (!found || name < *found)) found = name;
+  }
+  return found;
+}
+
+}  // namespace velmor::check

@@ -1,0 +1,15 @@
+// What a second sheet could not mend.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace velmor::check {
+
+/// What some reader refuses or damages in the sheet `text`, which will stand at `target`: a
+/// sentence each.
+std::vector<std::string> leftForReaders(const std::string& text,
+                                        const std::filesystem::path& target);
+
+}  // namespace velmor::check

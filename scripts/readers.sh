@@ -1,0 +1,10 @@
+# shellcheck shell=bash
+# ./dev readers [--pairs N] [--seed N] [--for READER,...] [--edits PATTERN] [--table FILE]: hundreds of sheets that differ
+# from a good one by one edit, and pairs of edits drawn by the seed, before every installed reader of cue sheets. Prints
+# each answer that velmor-cdcheck --for that reader does not foretell, and fails when there is one.
+bash scripts/setup.sh >&2
+source scripts/common.sh
+
+say "Building velmor-cdcheck and what runs the readers"
+configure_and_build release cdcheck_reader_matrix | tail -n 1
+build/release/tests/cdcheck_reader_matrix --jobs "$(nproc)" "$@"

@@ -1,0 +1,121 @@
+#include "tests/check/matrix/cells.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "tests/check/reader_process.h"
+#include "tests/check/test_images.h"
+
+namespace velmor::check::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Could this damage be seen at all? cdrdao's list of tracks shows no texts, so that how it stores
+/// their letters is known from its discs alone.
+bool shows(Reader reader, const std::string& rule) {
+  return reader != Reader::kCdrdao || rule != "utf8-text";
+}
+
+Said askChecker(const fs::path& folder, const std::string& sheet, Reader reader) {
+  const ProcessResult run = runProcess(
+      {VELMOR_CDCHECK, sheet, "--json", "--for", std::string(readerName(reader))}, folder.string());
+  Said said;
+  const auto json = nlohmann::json::parse(run.out, nullptr, false);
+  if (json.is_discarded()) {
+    said.rules = "no report: " + run.all.substr(0, 200);
+    return said;
+  }
+  said.wrong = json["errors"] > 0;
+  for (const auto& finding : json["findings"]) {
+    // A note tells a habit that no spelling of the sheet changes.
+    const auto rule = finding["rule"].get<std::string>();
+    if (finding["severity"] != "note") {
+      said.refused = said.refused || !finding["refused_by"].empty();
+      said.damaged = said.damaged || (!finding["damaged_by"].empty() && shows(reader, rule));
+    }
+    said.rules += ' ' + rule;
+  }
+  return said;
+}
+
+std::string lastWords(const std::string& output) {
+  const size_t most = 400;
+  std::string words = output.size() > most ? output.substr(output.size() - most) : output;
+  std::replace(words.begin(), words.end(), '\n', '|');
+  return words;
+}
+
+std::string_view nameOf(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::kTaken:
+      return "taken";
+    case Outcome::kDamaged:
+      return "damaged";
+    default:
+      return "refused";
+  }
+}
+
+}  // namespace
+
+bool Cell::agrees() const {
+  switch (seen) {
+    case Outcome::kTaken:
+      return !said.refused && !said.damaged;
+    case Outcome::kDamaged:
+      return !said.refused && (said.damaged || said.wrong);
+    default:
+      return said.refused || said.wrong;
+  }
+}
+
+std::string Cell::text() const {
+  const std::string_view word = said.refused   ? "refused"
+                                : said.damaged ? "damaged"
+                                : said.wrong   ? "wrong"
+                                               : "ready";
+  std::string line(readerName(reader));
+  line += '\t' + draft + '\t';
+  line += nameOf(seen);
+  line += '\t';
+  line += word;
+  return line + '\t' + said.rules + '\t' + detail;
+}
+
+std::string notCompared(const Draft& draft, Reader reader) {
+  if (reader == Reader::kBchunk && draft.files.front().wave)
+    return "bchunk cuts the file that it is given, header and all, whatever FILE says";
+  return {};
+}
+
+std::vector<Cell> cellsOf(const Draft& draft, const std::vector<Reader>& readers) {
+  const TemporaryFolder prepared;
+  SheetOnDisk disk = writeDraft(draft, prepared.path());
+  std::vector<Cell> cells;
+  for (const ReaderRun& run : readerRuns()) {
+    if (!run.installed() || !notCompared(draft, run.reader).empty() ||
+        (!readers.empty() &&
+         std::find(readers.begin(), readers.end(), run.reader) == readers.end()))
+      continue;
+    const TemporaryFolder folder;
+    for (const auto& entry : fs::directory_iterator(prepared.path()))
+      fs::create_hard_link(entry, folder.path() / entry.path().filename());
+    disk.folder = folder.path().string();
+    Cell cell;
+    cell.draft = draft.name;
+    cell.reader = run.reader;
+    cell.said = askChecker(folder.path(), disk.sheet, run.reader);
+    const LoadedDisc loaded = run.load(disk);
+    const std::string lost = loaded.accepted ? difference(loaded, draft.truth) : "";
+    cell.seen = !loaded.accepted ? Outcome::kRefused
+                : lost.empty()   ? Outcome::kTaken
+                                 : Outcome::kDamaged;
+    cell.detail = lastWords(loaded.accepted ? lost : loaded.output);
+    cells.push_back(std::move(cell));
+  }
+  return cells;
+}
+
+}  // namespace velmor::check::test

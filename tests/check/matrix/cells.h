@@ -1,0 +1,41 @@
+// What the readers do with a sheet, beside what the checker says that they do.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/check/matrix/draft.h"
+
+namespace velmor::check::test {
+
+enum class Outcome { kTaken, kDamaged, kRefused };
+
+/// What `velmor-cdcheck --for READER` says of a sheet.
+struct Said {
+  bool refused = false;  ///< by this reader
+  bool damaged = false;  ///< by this reader
+  bool wrong = false;    ///< the sheet breaks a rule, whoever reads it
+  std::string rules;     ///< that it named, for messages
+};
+
+struct Cell {
+  std::string draft;
+  Reader reader{};
+  Outcome seen = Outcome::kTaken;
+  Said said;
+  std::string detail;  ///< what was lost, or the reader's last words
+
+  /// A refusal or a damage must be named, or the sheet be wrong by itself; what the reader takes as
+  /// it is must be neither.
+  bool agrees() const;
+  std::string text() const;
+};
+
+/// Why this reader's answer to this sheet is not compared; empty: it is.
+std::string notCompared(const Draft& draft, Reader reader);
+
+/// Runs all installed readers, or those of `readers`, and the checker, in a scratch folder.
+std::vector<Cell> cellsOf(const Draft& draft, const std::vector<Reader>& readers = {});
+
+}  // namespace velmor::check::test
