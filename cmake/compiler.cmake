@@ -31,9 +31,17 @@ endif()
 include_directories(${CMAKE_SOURCE_DIR})
 
 # velmor_reads_command_line(file...): such files are compiled unoptimised, since nobody waits for them and the
-# library behind them takes twice as long otherwise. A fuzzer waits for them.
+# library behind them takes twice as long otherwise.
 function(velmor_reads_command_line)
-  if(NOT VELMOR_LIBFUZZER)
-    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -O0)
+  set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -O0 SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
+
+# velmor_waits_for_others(target...): no sample and no sector goes through these targets, or few do. For the sanitizers
+# they are compiled unoptimised: optimising what those put in takes longer than all that their tests would gain.
+function(velmor_waits_for_others)
+  if(VELMOR_SANITIZE)
+    foreach(target IN LISTS ARGN)
+      target_compile_options(${target} PRIVATE -O0)
+    endforeach()
   endif()
 endfunction()

@@ -25,13 +25,26 @@ function(velmor_run_test)
   endif()
   add_test(NAME ${R_NAME} COMMAND ${R_PROGRAM} ${R_ARGS})
   set_tests_properties(${R_NAME} PROPERTIES TIMEOUT ${R_TIMEOUT} ENVIRONMENT "${R_ENVIRONMENT}")
+  if(R_NAME IN_LIST VELMOR_LONGEST_TESTS)
+    set_tests_properties(${R_NAME} PROPERTIES COST 1000)
+  endif()
 endfunction()
 
 # velmor_once(name...): what these tests are about is the same in every build, files of other compilers and programs of
-# others. The sanitizers' run leaves them out.
+# others. The sanitizers' run leaves them out, and their build the programs that are for nothing else.
 function(velmor_once)
   set_tests_properties(${ARGN} PROPERTIES LABELS once)
+  foreach(test IN LISTS ARGN)
+    if(VELMOR_SANITIZE AND TARGET ${test})
+      set_target_properties(${test} PROPERTIES EXCLUDE_FROM_ALL ON)
+    endif()
+  endforeach()
 endfunction()
+
+# The longest begin first, so that no processor is left alone with one of them at the end.
+set(VELMOR_LONGEST_TESTS
+  burn_program_test cdcheck_matrix_test cdcheck_test ddp_test dylib_through_sink_test input_test recording_emulated_tests
+  render_fault_test render_process_test sink_test)
 
 # velmor_add_test(NAME name SOURCES file... [LIBS lib...] [ARGS arg...] [TIMEOUT seconds] [ENVIRONMENT variable...])
 # A GoogleTest program; VELMOR_MODULE and VELMOR_SOURCE_DIR tell it where the module and its fixtures are.

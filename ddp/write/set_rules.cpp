@@ -47,7 +47,7 @@ void checkImage(const check::ImageFile& image, const disc::File& file, bool is_l
   }
 }
 
-void checkImages(const check::Disc& disc, Findings& findings) {
+void checkSetImages(const check::Disc& disc, Findings& findings) {
   const std::vector<bool> used = check::filesInUse(disc.sheet);
   size_t last = 0;
   for (size_t f = 0; f < used.size(); ++f)
@@ -60,7 +60,7 @@ void checkImages(const check::Disc& disc, Findings& findings) {
 
 void checkForSet(const check::Disc& disc, Findings& findings) {
   checkTracks(disc.sheet, findings);
-  checkImages(disc, findings);
+  checkSetImages(disc, findings);
 }
 
 }  // namespace velmor::ddp

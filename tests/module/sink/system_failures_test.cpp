@@ -23,8 +23,7 @@ using testing::Pair;
 
 constexpr int kOutOfSpace = -101010111;
 constexpr int kOtherError = -101010110;
-constexpr int64_t kBuffer = 131072;
-constexpr int64_t kBufferFrames = kBuffer / 4;
+constexpr int64_t kBufferFrames = 32768;
 
 class SystemFailures : public BoundSession, public testing::Test {
  protected:
@@ -144,7 +143,7 @@ TEST_F(SystemFailures, AFailedWriteIsReportedByItsKind) {
 }
 
 TEST_F(SystemFailures, AShortWriteIsOutOfSpaceAndWhatFollowsGoesBehindWhatLanded) {
-  for (const int64_t taken : {int64_t{0}, int64_t{1000}, kBuffer - 4}) {
+  for (const int64_t taken : {int64_t{0}, int64_t{1000}, 4 * kBufferFrames - 4}) {
     host.disk_counters.clear();
     Sink sink = create();
     SystemCallScript calls;
