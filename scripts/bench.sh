@@ -113,9 +113,9 @@ measure_sets() {
 measure_checker() {
   say "The checker, ten rounds"
   local raw="-t raw -r 44100 -c 2 -e signed -b 16"
-  # Every sector has samples at full scale then. That it clips is what sox would say.
+  # Every sector has two samples at full scale then, as in a loud master. That it clips is what sox would say.
   # shellcheck disable=SC2086 # they are words
-  sox -V1 -D $raw "$data/album.bin" $raw "$data/loud.bin" vol 1.02
+  sox -V1 -D $raw "$data/album.bin" $raw "$data/loud.bin" vol 1.002
   sed 's/album\.bin/loud.bin/' "$data/album.cue" >"$data/loud.cue"
   {
     echo 'FILE "album.bin" BINARY'

@@ -39,14 +39,14 @@ class AudioMap::Scan {
     const size_t sectors = (frames + kSectorFrames - 1) / kSectorFrames;
     // A last sector that is not whole counts as if zeros followed, which is what a burner writes.
     std::fill(m_batch + 2 * frames, m_batch + sectors * kSectorSamples, int16_t{0});
-    m_touched.clear();
+    m_loud.clear();
     for (size_t s = 0; s < sectors; ++s) {
       const SectorLook look = m_loops.look(m_batch + s * kSectorSamples);
       const int peak = std::max<int>(look.high, -look.low);
       m_map.m_sectors.push_back({static_cast<uint16_t>(peak), look.channels});
-      if (look.touched != 0) m_touched.push_back({s, look.touched});
+      if (look.turn_blocks != 0) m_loud.push_back({s, look.turn_blocks});
     }
-    m_clips.readBatch(m_batch, sectors, first_frame, m_touched);
+    m_clips.readBatch(m_batch, sectors, first_frame, m_loud);
   }
 
   AudioMap& m_map;
@@ -55,7 +55,7 @@ class AudioMap::Scan {
   std::vector<int16_t> m_samples =
       std::vector<int16_t>(kTurnsLookBack + kBatch * kSectorSamples + kTurnsLookAhead);
   int16_t* const m_batch = m_samples.data() + kTurnsLookBack;
-  std::vector<TouchedSector> m_touched;
+  std::vector<LoudSector> m_loud;
 };
 
 AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {

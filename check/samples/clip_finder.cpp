@@ -19,14 +19,14 @@ void leaveLastFrame(BlockTurns& turns) {
 }  // namespace
 
 void ClipFinder::readBatch(int16_t* batch, size_t sectors, int64_t first_frame,
-                           const std::vector<TouchedSector>& touched) {
+                           const std::vector<LoudSector>& loud) {
   readLastFrame(batch[0], batch[1]);
   std::copy(m_last_samples.end() - kTurnsLookBack, m_last_samples.end(), batch - kTurnsLookBack);
   const size_t samples = sectors * kSectorSamples;
   std::array<BlockTurns, kSectorBlocks> found;
-  for (const TouchedSector& t : touched) {
-    const size_t first = t.sector * kSectorSamples;
-    const size_t count = m_loops.turns(batch + first, t.blocks, found.data());
+  for (const LoudSector& l : loud) {
+    const size_t first = l.sector * kSectorSamples;
+    const size_t count = m_loops.turns(batch + first, l.turn_blocks, found.data());
     for (size_t i = 0; i < count; ++i) {
       const size_t at = first + blockBegin(found[i].block);
       if (at + kBlockSamples == samples) leaveLastFrame(found[i]);

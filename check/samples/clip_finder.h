@@ -27,10 +27,10 @@ struct ClippedRuns {
   int64_t left_out = 0;          ///< runs beyond those
 };
 
-/// A sector with samples at full scale.
-struct TouchedSector {
-  size_t sector;    ///< of its batch
-  uint32_t blocks;  ///< see SectorLook::touched
+/// A sector in which runs may begin or end.
+struct LoudSector {
+  size_t sector;         ///< of its batch
+  uint32_t turn_blocks;  ///< see SectorLook
 };
 
 /// Follows both channels over the batches, which come in their order and without a gap.
@@ -39,10 +39,10 @@ class ClipFinder {
   explicit ClipFinder(const SampleLoops& loops) : m_loops(loops) {}
 
   /// Looks at the next batch, `sectors` sectors at `batch`, before which kTurnsLookBack samples
-  /// must be writable, and kTurnsLookAhead readable behind it. No other sectors than those of
-  /// `touched` have a sample at full scale. `first_frame` is the batch's first one in the file.
+  /// must be writable, and kTurnsLookAhead readable behind it. Runs begin and end in the
+  /// sectors of `loud` alone. `first_frame` is the batch's first one in the file.
   void readBatch(int16_t* batch, size_t sectors, int64_t first_frame,
-                 const std::vector<TouchedSector>& touched);
+                 const std::vector<LoudSector>& loud);
   /// The runs, after the last batch.
   ClippedRuns finish();
 

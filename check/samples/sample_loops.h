@@ -1,4 +1,4 @@
-// The loops over samples that a scan spends its time in. Every form gives the same.
+// The loops over samples that a scan spends its time in.
 #pragma once
 
 #include <cstddef>
@@ -36,7 +36,10 @@ constexpr size_t blockBegin(size_t block) {
 struct SectorLook {
   int16_t low = 0, high = 0;  ///< the extremes of both channels
   Channels channels;
-  uint32_t touched = 0;  ///< bit b: a sample of block b lies at full scale, 32767 or -32768
+  /// Bit b: block b may have turns of clipped runs (see BlockTurns). Every block that has any is
+  /// among them, and none where no sample lies at full scale, 32767 or -32768. A form may tell more
+  /// blocks than another.
+  uint32_t turn_blocks = 0;
 };
 
 /// Three samples of a channel in a row at full scale, one of the two, make a clipped run. What a
@@ -52,14 +55,14 @@ struct BlockTurns {
 inline constexpr size_t kTurnsLookBack = 4;
 inline constexpr size_t kTurnsLookAhead = 2;
 
-/// A form of the loops.
+/// A form of the loops. The forms give the same but for `turn_blocks`.
 struct SampleLoops {
   const char* name;
   bool runs_here;  ///< this very processor has what the form needs
   SectorLook (*look)(const int16_t* sector);
-  /// Looks for turns at the samples of the `touched` blocks. Those that have any are written to
+  /// Looks for turns in the blocks that the look has told. Those that have any are written to
   /// `found`, which has room for all blocks, in their order; returns how many.
-  size_t (*turns)(const int16_t* sector, uint32_t touched, BlockTurns* found);
+  size_t (*turns)(const int16_t* sector, uint32_t turn_blocks, BlockTurns* found);
 };
 
 extern const SampleLoops kPlainLoops;

@@ -97,11 +97,11 @@ bool anyTurn(const int16_t* block) {
   return found != 0;
 }
 
-size_t turnsPlain(const int16_t* sector, uint32_t touched, BlockTurns* found) {
+size_t turnsPlain(const int16_t* sector, uint32_t turn_blocks, BlockTurns* found) {
   size_t count = 0, looked_to = 0;
   for (size_t b = 0; b < kSectorBlocks; ++b) {
     const size_t begin = blockBegin(b);
-    if ((touched >> b & 1) && anyTurn(sector + begin)) {
+    if ((turn_blocks >> b & 1) && anyTurn(sector + begin)) {
       BlockTurns turns{b};
       for (size_t i = looked_to - begin; i < kBlockSamples; ++i) {
         const int16_t* s = sector + begin + i;

@@ -2,6 +2,7 @@
 // still runs on processors without it.
 #include <immintrin.h>
 
+#include <array>
 #include <bit>
 #include <cstdlib>
 
@@ -79,25 +80,52 @@ VELMOR_AVX2 inline Channels channelsOf(__m256i low, __m256i high, bool same) {
   return {!(sounds & kLeft), !(sounds & kRight), same};
 }
 
+/// Which lanes of a block's vectors, two bits each, have a sample at full scale; and room for what
+/// is read beyond the last one.
+using FullLanes = std::array<uint32_t, kSectorBlocks + 1>;
+
+/// The blocks in which runs may turn. Most of a loud sector's blocks touch full scale, but few have
+/// three samples of it in a row, and these lie two lanes from one another, perhaps in two blocks.
+VELMOR_AVX2 inline uint32_t blocksWithThree(FullLanes& full) {
+  // The last block begins in the midst of a vector of the one before it.
+  static_assert((blockBegin(kSectorBlocks - 1) - blockBegin(kSectorBlocks - 2)) % kLanes ==
+                kLanes / 2);
+  full[kSectorBlocks - 1] = std::rotl(full[kSectorBlocks - 1], kLanes);
+  // What lies beside the sector may go on in its first block and in its last one.
+  uint32_t blocks = 0, three_before = ~uint32_t{0};
+  for (size_t b = 0; b < kSectorBlocks; ++b) {
+    const uint32_t here = full[b], two_blocks = here | full[b + 1];
+    const uint32_t three = b + 1 < kSectorBlocks
+                               ? two_blocks & std::rotl(two_blocks, 4) & std::rotl(two_blocks, 8)
+                               : ~uint32_t{0};
+    blocks |= static_cast<uint32_t>(here != 0 && (three_before | three) != 0) << b;
+    three_before = three;
+  }
+  return blocks;
+}
+
 /// All in one pass: while samples come from the cache the vector unit has time. Comparing the
 /// channels as well would be more than it has time for.
 template <bool kCompare>
 VELMOR_AVX2 inline SectorLook lookOnce(const int16_t* sector) {
   __m256i low = load(sector), high = low, furthest_apart = _mm256_setzero_si256();
-  uint32_t touched = 0;
+  FullLanes full;
+  full[kSectorBlocks] = 0;
+  uint32_t any_full = 0;
   for (size_t b = 0; b < kSectorBlocks; ++b) {
     const Block block = loadBlock(sector + blockBegin(b));
     const __m256i l = lowest(block), h = highest(block);
     low = _mm256_min_epi16(low, l);
     high = _mm256_max_epi16(high, h);
-    const __m256i full = atFullScale(l, h);
-    touched |= static_cast<uint32_t>(!_mm256_testz_si256(full, full)) << b;
+    full[b] = static_cast<uint32_t>(_mm256_movemask_epi8(atFullScale(l, h)));
+    any_full |= full[b];
     if constexpr (kCompare)
       furthest_apart = _mm256_max_epi16(furthest_apart, highest({apart(block.a), apart(block.b),
                                                                  apart(block.c), apart(block.d)}));
   }
   const bool same = kCompare && !lanesAbove(furthest_apart, kResidue);
-  return {lowestLane(low), highestLane(high), channelsOf(low, high, same), touched};
+  return {lowestLane(low), highestLane(high), channelsOf(low, high, same),
+          any_full ? blocksWithThree(full) : 0};
 }
 
 /// Nearly every sector of stereo music tells by its first frame that its channels differ.
@@ -128,11 +156,11 @@ VELMOR_AVX2 inline uint64_t bitsOf(__m256i first, __m256i second) {
   return static_cast<unsigned>(_mm256_movemask_epi8(packed));
 }
 
-VELMOR_AVX2 size_t turnsAvx2(const int16_t* sector, uint32_t touched, BlockTurns* found) {
+VELMOR_AVX2 size_t turnsAvx2(const int16_t* sector, uint32_t turn_blocks, BlockTurns* found) {
   constexpr size_t kShared = kSectorBlocks * kBlockSamples - kSectorSamples;
   size_t count = 0;
-  for (; touched != 0; touched &= touched - 1) {
-    const auto b = static_cast<size_t>(std::countr_zero(touched));
+  for (; turn_blocks != 0; turn_blocks &= turn_blocks - 1) {
+    const auto b = static_cast<size_t>(std::countr_zero(turn_blocks));
     const int16_t* block = sector + blockBegin(b);
     const Turns t[] = {turnsAt(block), turnsAt(block + kLanes), turnsAt(block + 2 * kLanes),
                        turnsAt(block + 3 * kLanes)};
