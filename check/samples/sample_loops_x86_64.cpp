@@ -86,11 +86,9 @@ using FullLanes = std::array<uint32_t, kSectorBlocks + 1>;
 
 /// The blocks in which runs may turn. Most of a loud sector's blocks touch full scale, but few have
 /// three samples of it in a row, and these lie two lanes from one another, perhaps in two blocks.
-VELMOR_AVX2 inline uint32_t blocksWithThree(FullLanes& full) {
-  // The last block begins in the midst of a vector of the one before it.
-  static_assert((blockBegin(kSectorBlocks - 1) - blockBegin(kSectorBlocks - 2)) % kLanes ==
-                kLanes / 2);
-  full[kSectorBlocks - 1] = std::rotl(full[kSectorBlocks - 1], kLanes);
+/// (The last block begins in the midst of a vector of the one before it, but shares more with it
+/// than three in a row can reach over.)
+VELMOR_AVX2 inline uint32_t blocksWithThree(const FullLanes& full) {
   // What lies beside the sector may go on in its first block and in its last one.
   uint32_t blocks = 0, three_before = ~uint32_t{0};
   for (size_t b = 0; b < kSectorBlocks; ++b) {

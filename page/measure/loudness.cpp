@@ -78,6 +78,7 @@ void LoudnessMeter::add(const int16_t* samples, size_t frames) {
 double LoudnessMeter::lufsOf(const std::vector<const LoudnessMeter*>& meters) {
   double lufs = -std::numeric_limits<double>::infinity();
   std::vector<ebur128_state*> states;
+  states.reserve(meters.size());
   for (const LoudnessMeter* meter : meters) states.push_back(stateOf(meter->m_state));
   if (!states.empty() &&
       ebur128_loudness_global_multiple(states.data(), states.size(), &lufs) != EBUR128_SUCCESS)
