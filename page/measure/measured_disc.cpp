@@ -15,7 +15,7 @@ namespace {
 constexpr int64_t kLoudnessWork = 2;
 constexpr int64_t kTruePeakWork = 6;
 
-/// Sectors whose true peak is one job. It takes several times as long as all else together, so that
+/// Sectors whose true peak is one job. It takes twice as long as all else together, so that
 /// it is what the processors share at the end, on a disc of one track as on any.
 constexpr int64_t kPeakPiece = int64_t{120} * disc::kSectorsPerSecond;
 
