@@ -108,9 +108,15 @@ measure_sets() {
   rm -rf "$data/set" "$data/copy.bin"
 }
 
-# The checker on the album that is there, beside cat of its image, and on a file of 16 MiB that is all TRACK lines.
+# The checker on the album that is there and on one that is too loud, beside cat of their images, and on a file of 16 MiB
+# that is all TRACK lines.
 measure_checker() {
   say "The checker, ten rounds"
+  local raw="-t raw -r 44100 -c 2 -e signed -b 16"
+  # Every sector has two samples at full scale then, as in a loud master. That it clips is what sox would say.
+  # shellcheck disable=SC2086 # they are words
+  sox -V1 -D $raw "$data/album.bin" $raw "$data/loud.bin" vol 1.002
+  sed 's/album\.bin/loud.bin/' "$data/album.cue" >"$data/loud.cue"
   {
     echo 'FILE "album.bin" BINARY'
     head -c 16777000 < <(yes '  TRACK 01 AUDIO')
@@ -120,12 +126,13 @@ measure_checker() {
     # Of a sheet with errors the checker says so by its exit status.
     hyperfine -N --ignore-failure --warmup 1 --runs 1 --style basic --export-json "$folder/programs-check-$round.json" \
       -n check "build/release/velmor-cdcheck '$data/album.cue'" -n cat "cat '$data/album.bin'" \
+      -n check-loud "build/release/velmor-cdcheck '$data/loud.cue'" -n cat-loud "cat '$data/loud.bin'" \
       -n check-tracks "build/release/velmor-cdcheck '$data/tracks.cue'" >"$folder/programs-check-$round.log" 2>&1 || {
       cat "$folder/programs-check-$round.log" >&2
       fail "a program failed; the lines above say why"
     }
   done
-  rm -f "$data/tracks.cue"
+  rm -f "$data/tracks.cue" "$data"/loud.{cue,bin}
 }
 
 # The page of the same album, beside the checker without it and the loudness library by itself.

@@ -93,6 +93,7 @@ def main():
     table.at_most("a set for a plant, beside cp and md5sum of its image", "set-write", "copy-and-md5sum", 1.2)
     table.at_most("checking a set, beside md5sum of its audio", "set-check", "md5sum", 1.2)
     table.at_most("velmor-cdcheck's processor time, beside cat of the image", "check cpu", "cat cpu", 1.3)
+    table.at_most("the same where every sector touches full scale", "check-loud cpu", "cat-loud cpu", 1.3)
     if "check-tracks" in table.times:
         table.below("velmor-cdcheck on 16 MiB of TRACK lines", table.times["check-tracks"], 1, " s")
     if "scan" in table.times and "loudness-alone" in table.times:

@@ -58,5 +58,5 @@ done
 tidy "${rooms[@]}" -- --checks=-bugprone-suspicious-include -- -std=c++20 -I.
 tidy "${files[@]}" -- --checks=-bugprone-suspicious-include -p build/sanitize
 # What is compiled for the other processor alone.
-tidy module/sink/sample_conversion_neon.cpp tools/mac/loader/processor_arm64.cpp -- \
+tidy module/sink/sample_conversion_neon.cpp check/samples/sample_loops_arm64.cpp tools/mac/loader/processor_arm64.cpp -- \
   -- -std=c++20 -I. --target=aarch64-linux-gnu

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
-#include "check/image/sector_extremes.h"
+#include "check/samples/sample_loops.h"
 #include "disc/units/disc_units.h"
 
 namespace velmor::check {
@@ -38,24 +38,24 @@ class AudioMap::Scan {
   void readBatch(size_t frames, int64_t first_frame) {
     const size_t sectors = (frames + kSectorFrames - 1) / kSectorFrames;
     // A last sector that is not whole counts as if zeros followed, which is what a burner writes.
-    std::fill(m_batch + 2 * frames, m_batch + 2 * sectors * kSectorFrames, int16_t{0});
-    m_touched.clear();
+    std::fill(m_batch + 2 * frames, m_batch + sectors * kSectorSamples, int16_t{0});
+    m_loud.clear();
     for (size_t s = 0; s < sectors; ++s) {
-      const int16_t* samples = m_batch + 2 * s * kSectorFrames;
-      const Extremes e = sectorExtremes(samples);
-      const int peak = std::max<int>(e.high, -e.low);
-      m_map.m_sectors.push_back({static_cast<uint16_t>(peak), channelsOf(samples)});
-      if (e.low == INT16_MIN || e.high == INT16_MAX) m_touched.push_back(s);
+      const SectorLook look = m_loops.look(m_batch + s * kSectorSamples);
+      const int peak = std::max<int>(look.high, -look.low);
+      m_map.m_sectors.push_back({static_cast<uint16_t>(peak), look.channels});
+      if (look.turn_blocks != 0) m_loud.push_back({s, look.turn_blocks});
     }
-    m_clips.readBatch(m_batch, sectors * kSectorFrames, first_frame, m_touched);
+    m_clips.readBatch(m_batch, sectors, first_frame, m_loud);
   }
 
   AudioMap& m_map;
-  ClipFinder m_clips;
+  const SampleLoops& m_loops = sampleLoops();
+  ClipFinder m_clips{m_loops};
   std::vector<int16_t> m_samples =
-      std::vector<int16_t>(2 * (kBatch * kSectorFrames + 2 * ClipFinder::kMargin));
-  int16_t* const m_batch = m_samples.data() + 2 * ClipFinder::kMargin;
-  std::vector<size_t> m_touched;
+      std::vector<int16_t>(kTurnsLookBack + kBatch * kSectorSamples + kTurnsLookAhead);
+  int16_t* const m_batch = m_samples.data() + kTurnsLookBack;
+  std::vector<LoudSector> m_loud;
 };
 
 AudioMap AudioMap::scan(const ImageFile& image, const Progress& progress) {

@@ -7,9 +7,9 @@
 #include <optional>
 #include <vector>
 
-#include "check/image/clip_finder.h"
 #include "check/image/image_file.h"
-#include "check/image/sector_channels.h"
+#include "check/samples/clip_finder.h"
+#include "check/samples/sample_loops.h"
 
 namespace velmor::check {
 

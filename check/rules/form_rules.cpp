@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cctype>
+#include <optional>
 #include <set>
+#include <utility>
 
 #include "check/rules/rules.h"
 #include "disc/sheet/line_reader.h"
@@ -21,6 +23,8 @@ struct FormLine {
   std::string_view rest;  ///< what follows the command, with the blanks around it
   std::string command;    ///< in capitals
   bool known = false;     ///< a command of a cue sheet
+
+  bool is(std::string_view name) const { return command == name; }
 };
 
 FormLine formLine(const disc::Line& line) {
@@ -37,8 +41,14 @@ FormLine formLine(const disc::Line& line) {
   return form;
 }
 
-bool isText(const std::string& command) {
-  return command == "TITLE" || command == "PERFORMER" || command == "SONGWRITER";
+std::optional<FormLine> nextLine(disc::LineReader& lines) {
+  const std::optional<disc::Line> line = lines.next();
+  if (!line) return std::nullopt;
+  return formLine(*line);
+}
+
+bool isText(const FormLine& l) {
+  return l.is("TITLE") || l.is("PERFORMER") || l.is("SONGWRITER");
 }
 
 /// What stands between command and values, and between them, outside of quotes: is `blank` there?
@@ -57,13 +67,13 @@ class FormCheck {
 
   void run() {
     disc::LineReader lines(m_sheet.bytes);
-    std::optional<disc::Line> line = lines.next();
-    while (line) {
-      const std::optional<disc::Line> next = lines.next();
-      const FormLine form = formLine(*line);
-      checkLine(form, next ? formLine(*next) : FormLine{});
-      passOn(form);
-      line = next;
+    const FormLine none;
+    std::optional<FormLine> form = nextLine(lines);
+    while (form) {
+      std::optional<FormLine> next = nextLine(lines);
+      checkLine(*form, next ? *next : none);
+      passOn(*form);
+      form = std::move(next);
     }
     if (m_tracks > 0 && m_capital_tracks == 0)
       tell({"lower-case-command", "all"}, m_first_track, "no TRACK stands in capitals",
@@ -77,13 +87,13 @@ class FormCheck {
   }
 
   void passOn(const FormLine& l) {
-    if (l.command == "TRACK") {
+    if (l.is("TRACK")) {
       ++m_tracks;
       if (m_first_track == 0) m_first_track = l.number;
       if (l.word == l.command) ++m_capital_tracks;
       m_index_seen = false;
     }
-    if (l.command == "INDEX") m_index_seen = true;
+    if (l.is("INDEX")) m_index_seen = true;
   }
 
   void checkLine(const FormLine& l, const FormLine& next) {
@@ -98,17 +108,16 @@ class FormCheck {
     checkCapitals(l);
     checkBlanks(l);
     checkPlace(l);
-    if (isText(l.command)) checkQuotes(l);
-    if (isText(l.command) && disc::trimmed(l.rest).empty() && losesMuch(next))
+    if (isText(l)) checkQuotes(l);
+    if (isText(l) && disc::trimmed(l.rest).empty() && losesMuch(next))
       tell("text-without-value", l.number, l.command + " has no value",
            "Give it one, or take the line out.");
-    if (l.command == "FILE") checkFile(l);
-    if (l.command == "COMPOSER" || l.command == "ARRANGER" || l.command == "MESSAGE")
+    if (l.is("FILE")) checkFile(l);
+    if (l.is("COMPOSER") || l.is("ARRANGER") || l.is("MESSAGE"))
       tell({"new-command", l.command}, l.number, l.command + " is a command of newer sheets",
            "Leave it out where these readers matter (--portable does).");
-    if (l.command == "REM") checkRemark(l, next);
-    if (l.command == "TITLE" || l.command == "PERFORMER" || l.command == "FILE")
-      checkWordsWithin(l);
+    if (l.is("REM")) checkRemark(l, next);
+    if (l.is("TITLE") || l.is("PERFORMER") || l.is("FILE")) checkWordsWithin(l);
   }
 
   void checkFirst(const FormLine& l) {
@@ -146,10 +155,10 @@ class FormCheck {
   }
 
   void checkPlace(const FormLine& l) {
-    if (l.command == "CATALOG" && m_tracks > 0)
+    if (l.is("CATALOG") && m_tracks > 0)
       tell({"command-out-of-place", l.command}, l.number, "CATALOG stands behind a TRACK",
            "Put it before FILE: it is the disc's.");
-    if ((l.command == "FLAGS" || l.command == "ISRC") && m_index_seen)
+    if ((l.is("FLAGS") || l.is("ISRC")) && m_index_seen)
       tell({"command-out-of-place", l.command}, l.number, l.command + " stands behind an INDEX",
            "Put it between TRACK and the first INDEX.");
   }
@@ -195,7 +204,7 @@ class FormCheck {
 
   /// Would it matter that this line is passed over?
   static bool losesMuch(const FormLine& l) {
-    return isText(l.command) || l.command == "INDEX" || l.command == "ISRC" || l.command == "TRACK";
+    return isText(l) || l.is("INDEX") || l.is("ISRC") || l.is("TRACK");
   }
 
   void checkRemark(const FormLine& l, const FormLine& next) {

@@ -76,7 +76,8 @@ class Parser {
     std::string_view rest = text;
     const std::string_view word = takeWord(rest);
     if (word.empty()) return;
-    const std::string command = upperCase(word);
+    const std::string in_capitals = upperCase(word);
+    const std::string_view command = in_capitals;
     if (command == "REM") {
       m_sheet.remarks.push_back(wholeValue(rest, m_line));
     } else if (command == "FILE") {

@@ -1,8 +1,6 @@
 // Loudness and true peak (EBU R 128, ITU-R BS.1770).
 #pragma once
 
-#include <memory>
-#include <optional>
 #include <vector>
 
 #include "page/measure/outline.h"
@@ -15,7 +13,7 @@ struct Loudness {
   double true_peak = 0.0;  ///< of full scale 1.0
 };
 
-/// One measurement while the samples pass by. One thread.
+/// The measurement of one programme's loudness while its samples pass by. One thread.
 class LoudnessMeter {
  public:
   /// Throws `std::bad_alloc`.
@@ -24,17 +22,22 @@ class LoudnessMeter {
   LoudnessMeter(LoudnessMeter&& other) noexcept;
   LoudnessMeter& operator=(LoudnessMeter&&) = delete;
 
+  /// Throws `std::bad_alloc`.
   void add(const int16_t* samples, size_t frames);
-  Loudness result() const;
 
-  /// Of all together, as one programme: their quiet parts are gated against the whole.
-  static Loudness ofAll(const std::vector<const LoudnessMeter*>& meters);
+  /// LUFS of all together, as one programme: their quiet parts are gated against the whole.
+  static double lufsOf(const std::vector<const LoudnessMeter*>& meters);
 
  private:
   void* m_state;
 };
 
-/// Measures one track of the disc. Throws what `progress` throws.
-LoudnessMeter measureTrack(const PageDisc& disc, size_t track, const SectorsDone& progress);
+/// Measures the loudness of one track of the disc. Throws what `progress` throws.
+LoudnessMeter measureLoudness(const PageDisc& disc, size_t track, const SectorsDone& progress);
+
+/// The true peak of a piece of one track of the disc, as it is in the midst of the track: that of
+/// the track is the highest of its pieces. Throws what `progress` throws, and `std::bad_alloc`.
+double measureTruePeak(const PageDisc& disc, size_t track, const Stretch& piece,
+                       const SectorsDone& progress);
 
 }  // namespace velmor::page

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "check/image/sector_extremes.h"
+#include "check/samples/sample_loops.h"
 #include "disc/units/disc_units.h"
 #include "page/measure/disc_audio.h"
 
@@ -59,7 +59,7 @@ class Outliner {
 
  private:
   void takeSector(int64_t sector, const int16_t* samples) {
-    const check::Extremes e = check::sectorExtremes(samples);
+    const check::SectorLook e = m_loops.look(samples);
     m_outline.swings.push_back({e.low, e.high});
     findTrack(sector);
     if (!m_now) return;
@@ -68,7 +68,7 @@ class Outliner {
     track.frames += disc::kFramesPerSector;
   }
 
-  void takeSound(const int16_t* samples, const check::Extremes& e, TrackOutline& track) {
+  void takeSound(const int16_t* samples, const check::SectorLook& e, TrackOutline& track) {
     int64_t first = 0, last = disc::kFramesPerSector - 1;
     while (silentFrame(samples, first)) ++first;
     while (silentFrame(samples, last)) --last;
@@ -106,6 +106,7 @@ class Outliner {
   }
 
   const PageDisc& m_disc;
+  const check::SampleLoops& m_loops = check::sampleLoops();
   Outline m_outline;
   size_t m_track = 0;
   std::optional<TrackOutline> m_now;

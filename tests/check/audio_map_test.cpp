@@ -44,7 +44,7 @@ std::vector<int16_t> clippedSamples(std::mt19937& random, size_t sectors) {
   for (size_t stretch = sectors * 2; stretch > 0; --stretch) {
     const size_t length = random() % 40 == 0 ? random() % 1500 : random() % 6;
     const int16_t level = random() % 2 == 0 ? INT16_MAX : INT16_MIN;
-    // Every other one begins near the edge of a block of 28 frames, and so of a sector.
+    // Every other one begins near the edge of a stretch of 28 frames, and so of a sector.
     size_t at = random() % samples.size();
     if (random() % 2 == 0) at = at / 56 * 56 + random() % 8;
     for (size_t i = 0; i < length && at + 2 * i < samples.size(); ++i) samples[at + 2 * i] = level;
@@ -94,6 +94,23 @@ TEST(AudioMap, FindsARunThatEndsWithTheImage) {
             {reinterpret_cast<const char*>(samples.data()), samples.size() * 2});
   const ImageFile image(folder / "image.bin", "BINARY");
   EXPECT_EQ(scannedRuns(AudioMap::scan(image, {})), plainRuns(samples));
+}
+
+TEST(AudioMap, CountsTheClippedRunsThatItDoesNotList) {
+  // One run of three in every eight frames of each channel, and one that the image ends in.
+  TemporaryFolder folder;
+  std::vector<int16_t> samples(700 * disc::kFramesPerSector * 2, int16_t{7});
+  for (size_t i = 0; i < samples.size(); ++i)
+    if (i / 2 % 8 < 3) samples[i] = INT16_MAX;
+  std::fill(samples.end() - 6, samples.end(), INT16_MIN);
+  writeFile(folder / "image.bin",
+            {reinterpret_cast<const char*>(samples.data()), samples.size() * 2});
+  const AudioMap map = AudioMap::scan(ImageFile(folder / "image.bin", "BINARY"), {});
+  const auto all = plainRuns(samples);
+  ASSERT_GT(all.size(), ClippedRuns::kMost);
+  EXPECT_EQ(map.clippedRuns().size(), ClippedRuns::kMost);
+  EXPECT_EQ(map.clippedRunsLeftOut(), static_cast<int64_t>(all.size() - ClippedRuns::kMost));
+  EXPECT_EQ(scannedRuns(map), decltype(all)(all.begin(), all.begin() + ClippedRuns::kMost));
 }
 
 TEST(AudioMap, TellsASilentChannelAndTwoEqualOnesFromStereo) {

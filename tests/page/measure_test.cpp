@@ -1,8 +1,11 @@
 // Measured discs, of samples that were laid out by hand.
 
+#include <ebur128.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
 
 #include "check/check.h"
 #include "disc/units/disc_units.h"
@@ -76,6 +79,53 @@ TEST_F(Measured, OffsetsAndPeaksBelongToTheirTrack) {
   EXPECT_DOUBLE_EQ(disc.outline.tracks[0]->offset_right, 0.0);
   EXPECT_EQ(disc.outline.tracks[0]->peak, 8192);
   EXPECT_EQ(disc.outline.tracks[1]->peak, 20000);
+}
+
+/// The library's own numbers of samples that it is given all at once.
+Loudness measuredAtOnce(const std::string& bytes) {
+  const auto destroy = [](ebur128_state* state) { ebur128_destroy(&state); };
+  const std::unique_ptr<ebur128_state, decltype(destroy)> state(
+      ebur128_init(2, 44100, EBUR128_MODE_I | EBUR128_MODE_TRUE_PEAK), destroy);
+  ebur128_add_frames_short(state.get(), reinterpret_cast<const int16_t*>(bytes.data()),
+                           bytes.size() / 4);
+  Loudness loudness;
+  double left = 0.0, right = 0.0;
+  ebur128_loudness_global(state.get(), &loudness.lufs);
+  ebur128_true_peak(state.get(), 0, &left);
+  ebur128_true_peak(state.get(), 1, &right);
+  loudness.true_peak = std::max(left, right);
+  return loudness;
+}
+
+TEST_F(Measured, ATruePeakBetweenTwoPiecesIsThatOfTheWhole) {
+  writeFile(m_folder / "a.cue", "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n");
+  const auto untold = [](int64_t) {};
+  for (int64_t from = -12; from <= 12; ++from) {
+    TestImage image(40);
+    image.level(20 * kSector + from, 4, 32767);
+    image.write(m_folder / "a.bin");
+    m_disc = discOfSheet(check::check(m_folder / "a.cue", {}));
+    const Stretch place = *m_disc.tracks[0].place;
+    const Stretch first{place.begin, place.begin + 20}, second{place.begin + 20, place.end};
+    const double peak = std::max(measureTruePeak(m_disc, 0, first, untold),
+                                 measureTruePeak(m_disc, 0, second, untold));
+    EXPECT_EQ(peak, measuredAtOnce(image.bytes()).true_peak) << from;
+  }
+}
+
+TEST_F(Measured, ALongTrackHasTheNumbersOfTheWhole) {
+  // What is measured in pieces is: of two minutes and more, with its peak behind the first.
+  TestImage image(75 * 125);
+  image.level(75 * 123 * kSector, 5, 32767);
+  image.write(m_folder / "a.bin");
+  writeFile(m_folder / "a.cue", "FILE a.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n");
+  m_disc = discOfSheet(check::check(m_folder / "a.cue", {}));
+  const MeasuredDisc disc = measure(m_disc, kUntold);
+  const Loudness expected = measuredAtOnce(image.bytes());
+  EXPECT_EQ(disc.loudness[0]->lufs, expected.lufs);
+  EXPECT_EQ(disc.loudness[0]->true_peak, expected.true_peak);
+  EXPECT_EQ(disc.whole->lufs, expected.lufs);
+  EXPECT_EQ(disc.whole->true_peak, expected.true_peak);
 }
 
 TEST_F(Measured, ClippedRunsAreCountedInTheTrackInWhichTheyBegin) {
