@@ -7,8 +7,8 @@
 
 namespace velmor::check {
 
-/// What some reader refuses or damages in the sheet `text`, which will stand at `target`: a
-/// sentence each.
+/// What some reader refuses or damages in the sheet `text`, which stands or will stand at `target`
+/// beside its images: a sentence each.
 std::vector<std::string> leftForReaders(const std::string& text,
                                         const std::filesystem::path& target);
 

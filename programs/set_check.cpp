@@ -1,6 +1,5 @@
 #include "programs/set_check.h"
 
-#include <cerrno>
 #include <iostream>
 #include <optional>
 #include <system_error>
@@ -11,7 +10,9 @@
 #include "ddp/check/set_report.h"
 #include "disc/ddp/set_layout.h"
 #include "disc/terminal/progress_bar.h"
+#include "disc/text/line_of_text.h"
 #include "page/page.h"
+#include "programs/program_run.h"
 
 namespace velmor::programs {
 
@@ -53,7 +54,7 @@ void print(const SetCheck& wanted, const ddp::CheckedSet& set, bool page_written
         page_written ? std::vector<std::string>{wanted.page.string()} : std::vector<std::string>{});
   } else {
     ddp::printSet(set, std::cout);
-    if (page_written) std::cout << "written: " << wanted.page.string() << '\n';
+    if (page_written) std::cout << "written: " << disc::printable(wanted.page.string()) << '\n';
   }
   flushReport();
 }
@@ -66,20 +67,14 @@ int checkSet(const SetCheck& wanted) {
   const ddp::CheckedSet set = checkedSet(wanted.set);
   const auto not_written = with_page ? writePage(wanted, set) : std::nullopt;
   print(wanted, set, with_page && !not_written);
-  if (not_written) std::cerr << wanted.program << ": " << *not_written << '\n';
+  if (not_written) printMessage(wanted.program, *not_written);
   const bool warned = wanted.strict && set.count(check::Severity::kWarning) > 0;
-  return set.ready() && !warned && !not_written ? 0 : 1;
+  return set.ready() && !warned && !not_written ? 0 : kFailed;
 }
 
 bool looksLikeSet(const fs::path& folder) {
   std::error_code error;
   return fs::exists(folder / ddp::kIdentifierFile, error);
-}
-
-void flushReport() {
-  if (!std::cout.flush())
-    throw Failure("the report cannot be written to standard output: " +
-                  std::generic_category().message(errno) + "; give it another place");
 }
 
 }  // namespace velmor::programs

@@ -27,7 +27,4 @@ int checkSet(const SetCheck& wanted);
 /// Is there the identifier of a set in the folder?
 bool looksLikeSet(const std::filesystem::path& folder);
 
-/// Scripts go by the exit status: on a full disk a report must not look complete. Throws `Failure`.
-void flushReport();
-
 }  // namespace velmor::programs

@@ -37,4 +37,14 @@ configure_and_build() {
   cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
+# quiet_build NAME COMMAND...: runs the command, which builds that. Its report goes to build/NAME.build.log; printed is the
+# last line of it, or what went wrong.
+quiet_build() {
+  "${@:2}" >"build/$1.build.log" 2>&1 || {
+    grep -E 'error|FAILED' "build/$1.build.log" | head -n 40 >&2
+    fail "building '$1' failed; the whole report is build/$1.build.log"
+  }
+  tail -n 1 "build/$1.build.log"
+}
+
 mkdir -p build

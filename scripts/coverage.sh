@@ -13,11 +13,7 @@ folder=$PWD/build/coverage
 profiles=$folder/profiles
 
 say "Build: coverage"
-configure_and_build coverage "${tests[@]}" >build/coverage.build.log 2>&1 || {
-  grep -E 'error|FAILED' build/coverage.build.log | head -n 40 >&2
-  fail "building 'coverage' failed; the whole report is build/coverage.build.log"
-}
-tail -n 1 build/coverage.build.log
+quiet_build coverage configure_and_build coverage "${tests[@]}"
 
 say "Tests of the module"
 rm -rf "$profiles"

@@ -9,11 +9,7 @@ tests=(recording_tests recording_emulated_tests recording_library_tests burn_pro
 reports=$PWD/build/thread/reports
 
 say "Build: thread"
-configure_and_build thread "${tests[@]}" >build/thread.build.log 2>&1 || {
-  grep -E 'error|FAILED' build/thread.build.log | head -n 40 >&2
-  fail "building 'thread' failed; the whole report is build/thread.build.log"
-}
-tail -n 1 build/thread.build.log
+quiet_build thread configure_and_build thread "${tests[@]}"
 
 say "Tests: thread"
 rm -rf "$reports"

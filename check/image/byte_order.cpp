@@ -5,6 +5,7 @@
 #include <cassert>
 #include <cstdlib>
 
+#include "check/image/swapped_bytes.h"
 #include "disc/units/disc_units.h"
 
 namespace velmor::check {
@@ -20,11 +21,6 @@ constexpr int64_t kPieces = 40;
 constexpr double kNoise = 0.8;
 
 using Sector = std::array<int16_t, static_cast<size_t>(disc::kFramesPerSector) * 2>;
-
-int16_t swapped(int16_t sample) {
-  const auto raw = static_cast<uint16_t>(sample);
-  return static_cast<int16_t>(static_cast<uint16_t>(raw << 8 | raw >> 8));
-}
 
 class Roughness {
  public:
@@ -59,7 +55,7 @@ bool bytesLookSwapped(const ImageFile& image, int64_t first, int64_t end) {
     const int64_t sector = first + (end - first) * p / pieces;
     image.readFrames(sector * disc::kFramesPerSector, samples.data(), disc::kFramesPerSector);
     as_read.add(samples);
-    std::transform(samples.begin(), samples.end(), samples.begin(), swapped);
+    std::transform(samples.begin(), samples.end(), samples.begin(), swappedBytes);
     the_other_way.add(samples);
   }
   return as_read.value() > kNoise && the_other_way.value() < as_read.value() / 2;

@@ -10,8 +10,10 @@
 #include <system_error>
 #include <utility>
 
+#include "check/image/swapped_bytes.h"
 #include "disc/audio/source_format.h"
 #include "disc/failure.h"
+#include "disc/files/read_at.h"
 #include "disc/units/disc_units.h"
 
 namespace velmor::check {
@@ -125,18 +127,6 @@ void ImageFile::openSound() {
   m_data_bytes = m_sound->info().frames * disc::kBytesPerFrame;
 }
 
-size_t ImageFile::readBytes(int64_t offset, void* to, size_t bytes) const {
-  size_t done = 0;
-  while (done < bytes) {
-    const ssize_t got = ::pread(m_descriptor, static_cast<char*>(to) + done, bytes - done,
-                                offset + static_cast<int64_t>(done));
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) break;
-    done += static_cast<size_t>(got);
-  }
-  return done;
-}
-
 size_t ImageFile::readFrames(int64_t frame, int16_t* samples, size_t frames) const {
   if (!readable() || frame < 0 || frame * disc::kBytesPerFrame >= m_data_bytes) return 0;
   const int64_t left = m_data_bytes / disc::kBytesPerFrame - frame;
@@ -145,14 +135,11 @@ size_t ImageFile::readFrames(int64_t frame, int16_t* samples, size_t frames) con
 }
 
 size_t ImageFile::readRaw(int64_t frame, int16_t* samples, size_t frames) const {
-  const size_t got =
-      readBytes(frame * disc::kBytesPerFrame, samples, frames * disc::kBytesPerFrame) /
-      static_cast<size_t>(disc::kBytesPerFrame);
+  const size_t got = disc::readAt(m_descriptor, frame * disc::kBytesPerFrame, samples,
+                                  frames * disc::kBytesPerFrame) /
+                     static_cast<size_t>(disc::kBytesPerFrame);
   if (m_form == SampleForm::kBig) {
-    for (size_t i = 0; i < got * 2; ++i) {
-      const auto raw = static_cast<uint16_t>(samples[i]);
-      samples[i] = static_cast<int16_t>(static_cast<uint16_t>(raw << 8 | raw >> 8));
-    }
+    for (size_t i = 0; i < got * 2; ++i) samples[i] = swappedBytes(samples[i]);
   }
   return got;
 }

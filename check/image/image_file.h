@@ -59,7 +59,6 @@ class ImageFile {
  private:
   void locateSamples(std::string_view type);
   void openSound();
-  size_t readBytes(int64_t offset, void* to, size_t bytes) const;
   size_t readRaw(int64_t frame, int16_t* samples, size_t frames) const;
   size_t readSound(int64_t frame, int16_t* samples, size_t frames) const;
 

@@ -9,20 +9,12 @@ namespace velmor::check {
 
 namespace {
 
-/// Sectors, far more than a disc has. Longer times are cut to it, so that sums of hostile times do
-/// not overflow.
-constexpr int64_t kFarAway = 1'000'000;
-
-int64_t sectorsOf(const disc::Msf& time) {
-  return time.readable() ? std::min(time.sectors(), kFarAway) : 0;
-}
-
 /// Sectors of silence that the sheet adds around the tracks before number `track` and before it.
 int64_t addedBefore(const disc::Sheet& sheet, size_t track) {
   int64_t added = 0;
   for (size_t t = 0; t <= track && t < sheet.tracks.size(); ++t) {
-    if (sheet.tracks[t].pregap) added += sectorsOf(*sheet.tracks[t].pregap);
-    if (t < track && sheet.tracks[t].postgap) added += sectorsOf(*sheet.tracks[t].postgap);
+    if (sheet.tracks[t].pregap) added += boundedSectors(*sheet.tracks[t].pregap);
+    if (t < track && sheet.tracks[t].postgap) added += boundedSectors(*sheet.tracks[t].postgap);
   }
   return added;
 }
@@ -44,11 +36,11 @@ std::optional<TrackPlace> placeOf(const disc::Track& track) {
   if (!first || !first->time.readable()) return std::nullopt;
   TrackPlace place;
   place.file = first->file;
-  place.start = sectorsOf(first->time);
+  place.start = boundedSectors(first->time);
   place.gap_start = place.start;
   const disc::Index* gap = track.index(0);
   if (gap && gap->time.readable() && gap->file == first->file)
-    place.gap_start = std::min(sectorsOf(gap->time), place.start);
+    place.gap_start = std::min(boundedSectors(gap->time), place.start);
   return place;
 }
 
@@ -56,7 +48,7 @@ std::optional<TrackPlace> placeOf(const disc::Track& track) {
 int64_t pauseStart(const disc::Track& next, const TrackPlace& here) {
   const disc::Index* gap = next.index(0);
   if (!gap || !gap->time.readable() || gap->file != here.file) return here.end;
-  const int64_t start = sectorsOf(gap->time);
+  const int64_t start = boundedSectors(gap->time);
   return start > here.start ? std::min(start, here.end) : here.end;
 }
 
@@ -82,6 +74,11 @@ void setEnds(Disc& disc) {
 }
 
 }  // namespace
+
+int64_t boundedSectors(const disc::Msf& time) {
+  constexpr int64_t kFarAway = 1'000'000;
+  return time.readable() ? std::min(time.sectors(), kFarAway) : 0;
+}
 
 Disc openDisc(disc::Sheet sheet, const std::filesystem::path& name) {
   Disc disc;

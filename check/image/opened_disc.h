@@ -33,6 +33,10 @@ struct Disc {
   bool length_known = false;  ///< every FILE could be measured
 };
 
+/// The sectors of a time of a sheet, far beyond any disc at most, so that sums of hostile times do
+/// not overflow; 0 of one that cannot be read.
+int64_t boundedSectors(const disc::Msf& time);
+
 /// The images that `sheet` names, opened beside it, and the tracks laid out on them. `name`: the
 /// sheet's own file.
 Disc openDisc(disc::Sheet sheet, const std::filesystem::path& name);

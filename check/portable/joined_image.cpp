@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "check/portable/make_portable.h"
+#include "check/portable/image_names.h"
+#include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 
@@ -81,6 +82,21 @@ class Joiner {
   int64_t m_sector = 0, m_out = 0;
 };
 
+/// Fills `samples` with sectors of the piece from its sector `first` on.
+void readPiece(const Report& report, const ImagePiece& piece, int64_t first, int64_t sectors,
+               std::vector<int16_t>& samples) {
+  const auto frames = static_cast<size_t>(sectors * disc::kFramesPerSector);
+  samples.assign(frames * 2, 0);
+  if (piece.silence) return;
+  const ImageFile& image = report.disc.images[piece.file];
+  const int64_t from = (piece.first + first) * disc::kFramesPerSector;
+  const int64_t there = image.dataBytes() / disc::kBytesPerFrame - from;
+  const auto wanted = std::min(frames, static_cast<size_t>(std::max<int64_t>(there, 0)));
+  if (image.readFrames(from, samples.data(), frames) < wanted)
+    throw Failure(disc::inQuotes(image.path().string()) +
+                  " cannot be read to its end; copy it to another disk");
+}
+
 }  // namespace
 
 std::vector<ImagePiece> joinFiles(const Report& report, const std::filesystem::path& image,
@@ -96,35 +112,30 @@ std::vector<ImagePiece> joinFiles(const Report& report, const std::filesystem::p
   std::vector<ImagePiece> pieces = Joiner(report.disc, disc).run();
   const size_t files = disc.files.size();
   const std::string name = nameFromFolder(image, sheet.parent_path());
+  if (const auto of_old_image = nameForLibcdio(sheet, disc.files.front().name))
+    std::erase(disc.changes, *of_old_image);
   disc.files = {{name, "BINARY"}};
-  std::erase_if(disc.changes, [](const std::string& c) { return c.starts_with("For libcdio "); });
   if (const auto advice = nameForLibcdio(sheet, name)) disc.changes.push_back(*advice);
-  disc.changes.push_back(disc::counted(static_cast<int64_t>(files), "file") +
-                         (files == 1 ? " becomes " : " become ") + disc::inQuotes(name) +
-                         ", with the silence of PREGAP and POSTGAP inside.");
+  disc.changes.push_back(disc::printable(
+      disc::counted(static_cast<int64_t>(files), "file") + (files == 1 ? " becomes " : " become ") +
+      disc::inQuotes(name) + ", with the silence of PREGAP and POSTGAP inside."));
   return pieces;
 }
 
 void writePieces(const Report& report, const std::vector<ImagePiece>& pieces,
-                 const std::function<void(std::string_view)>& write) {
+                 const std::function<void(std::string_view)>& write, const JoinProgress& progress) {
   constexpr int64_t kSectorsAtOnce = 100;
   std::vector<int16_t> samples;
+  int64_t done_before = 0, all = 0;
+  for (const ImagePiece& piece : pieces) all += piece.sectors;
   for (const ImagePiece& piece : pieces) {
     for (int64_t done = 0; done < piece.sectors; done += kSectorsAtOnce) {
       const int64_t sectors = std::min(kSectorsAtOnce, piece.sectors - done);
-      const auto frames = static_cast<size_t>(sectors * disc::kFramesPerSector);
-      samples.assign(frames * 2, 0);
-      if (!piece.silence) {
-        const ImageFile& image = report.disc.images[piece.file];
-        const int64_t from = (piece.first + done) * disc::kFramesPerSector;
-        const int64_t there = image.dataBytes() / disc::kBytesPerFrame - from;
-        const auto wanted = std::min(frames, static_cast<size_t>(std::max<int64_t>(there, 0)));
-        if (image.readFrames(from, samples.data(), frames) < wanted)
-          throw Failure(disc::inQuotes(image.path().string()) +
-                        " cannot be read to its end; copy it to another disk");
-      }
+      readPiece(report, piece, done, sectors, samples);
       write({reinterpret_cast<const char*>(samples.data()), samples.size() * sizeof(int16_t)});
+      progress(done_before + done + sectors, all);
     }
+    done_before += piece.sectors;
   }
 }
 

@@ -26,9 +26,12 @@ struct ImagePiece {
 std::vector<ImagePiece> joinFiles(const Report& report, const std::filesystem::path& image,
                                   const std::filesystem::path& sheet, disc::PortableDisc& disc);
 
+/// Told of the sectors done and of all. May throw, which ends the work.
+using JoinProgress = std::function<void(int64_t done, int64_t all)>;
+
 /// Hands the samples of the pieces to `write`, little-endian, a file's last sector filled up with
-/// zeros. Throws `Failure` when a file ends before its time, and what `write` throws.
+/// zeros. Throws `Failure` when a file ends before its time, and what `write` and `progress` throw.
 void writePieces(const Report& report, const std::vector<ImagePiece>& pieces,
-                 const std::function<void(std::string_view)>& write);
+                 const std::function<void(std::string_view)>& write, const JoinProgress& progress);
 
 }  // namespace velmor::check

@@ -1,10 +1,10 @@
 #include "check/portable/make_portable.h"
 
 #include <algorithm>
-#include <functional>
 #include <set>
-#include <system_error>
 
+#include "check/portable/complete_fields.h"
+#include "check/portable/image_names.h"
 #include "check/portable/start_times.h"
 #include "disc/codes/catalogue_number.h"
 #include "disc/codes/isrc.h"
@@ -46,9 +46,10 @@ void refuseHopeless(const Report& report) {
 class Maker {
  public:
   Maker(const Report& report, const std::filesystem::path& target)
-      : m_sheet(report.disc.sheet), m_report(report), m_folder(target.parent_path()) {
-    if (target.extension() == ".cue") m_name = target.filename();
-  }
+      : m_sheet(report.disc.sheet),
+        m_report(report),
+        m_target(target),
+        m_folder(target.parent_path()) {}
 
   disc::PortableDisc run(const ExactStarts& exact) {
     takeCatalog();
@@ -60,7 +61,7 @@ class Maker {
     dropMoreIndices();
     beginAtTheImage();
     countFromOne();
-    completeFields();
+    completeFields(m_made);
     if (!m_sheet.remarks.empty())
       say(std::to_string(m_sheet.remarks.size()) + " REM lines are left out: no disc holds them.");
     if (m_sheet.cd_text_file) say("CDTEXTFILE is left out: most readers do not know it.");
@@ -139,7 +140,7 @@ class Maker {
             "image in ASCII for readers on other systems.");
       m_made.files.push_back(std::move(file));
     }
-    if (const auto advice = nameForLibcdio(m_name, m_made.files[0].name)) say(*advice);
+    if (const auto advice = nameForLibcdio(m_target, m_made.files[0].name)) say(*advice);
   }
 
   void takeTrack(const disc::Track& from) {
@@ -221,81 +222,15 @@ class Maker {
     say("The tracks are counted from 1, not from " + std::to_string(shift + 1) + ".");
   }
 
-  /// The packs of a CD-TEXT field come for every track or for none; cdrdao writes no CD-TEXT that
-  /// has titles and no performers, or the other way round.
-  void completeFields() {
-    const auto has_text = [](const disc::PlainFields& f) {
-      return !f.title.empty() || !f.performer.empty() || !f.songwriter.empty();
-    };
-    const bool texts = has_text(m_made.fields) ||
-                       std::any_of(m_made.tracks.begin(), m_made.tracks.end(),
-                                   [&](const disc::PlainTrack& t) { return has_text(t.fields); });
-    if (texts && !anyPerformer()) {
-      m_made.fields.performer = "Unknown";
-      say("PERFORMER \"Unknown\" is added: cdrdao writes no CD-TEXT without performers.");
-      for (disc::PlainTrack& t : m_made.tracks) t.fields.performer = m_made.fields.performer;
-    }
-    complete(
-        &disc::PlainFields::title, "TITLE",
-        [](const disc::PlainTrack& t) { return "Track " + std::to_string(t.number); }, "Untitled",
-        texts);
-    complete(&disc::PlainFields::performer, "PERFORMER", {}, "Various");
-    complete(&disc::PlainFields::songwriter, "SONGWRITER", {}, "Various");
-  }
-
-  bool anyPerformer() const {
-    return !m_made.fields.performer.empty() ||
-           std::any_of(m_made.tracks.begin(), m_made.tracks.end(),
-                       [](const disc::PlainTrack& t) { return !t.fields.performer.empty(); });
-  }
-
-  void complete(std::string disc::PlainFields::*field, const std::string& name,
-                const std::function<std::string(const disc::PlainTrack&)>& own,
-                const std::string& for_disc, bool wanted = false) {
-    const auto has = [&](const disc::PlainTrack& t) { return !(t.fields.*field).empty(); };
-    const bool any = std::any_of(m_made.tracks.begin(), m_made.tracks.end(), has);
-    if (!any && (m_made.fields.*field).empty() && !wanted) return;
-    if ((m_made.fields.*field).empty()) {
-      m_made.fields.*field = for_disc;
-      say("Disc: " + name + ' ' + disc::inQuotes(for_disc) + " is added: tracks have one.");
-    }
-    for (disc::PlainTrack& t : m_made.tracks) {
-      if (has(t)) continue;
-      t.fields.*field = own ? own(t) : m_made.fields.*field;
-      say("Track " + std::to_string(t.number) + ": " + name + ' ' +
-          disc::inQuotes(t.fields.*field) + " is added: a field is given for all or for none.");
-    }
-  }
-
   const disc::Sheet& m_sheet;
   const Report& m_report;
-  std::filesystem::path m_folder, m_name;  ///< of a new cue sheet; no name for a TOC
+  const std::filesystem::path& m_target;
+  const std::filesystem::path m_folder;
   std::set<std::string> m_isrcs;
   disc::PortableDisc m_made;
 };
 
 }  // namespace
-
-std::string nameFromFolder(const std::filesystem::path& image,
-                           const std::filesystem::path& folder) {
-  std::error_code error;
-  const std::filesystem::path from = folder.empty() ? std::filesystem::path(".") : folder;
-  const auto there = std::filesystem::weakly_canonical(image, error);
-  const auto here = std::filesystem::weakly_canonical(from, error);
-  const auto relative = there.lexically_relative(std::filesystem::absolute(here, error));
-  // A link to an image elsewhere keeps the name it has beside the sheet.
-  const bool beside = std::filesystem::equivalent(
-      image.parent_path().empty() ? std::filesystem::path(".") : image.parent_path(), here, error);
-  return beside || relative.empty() ? image.filename().string() : relative.string();
-}
-
-std::optional<std::string> nameForLibcdio(const std::filesystem::path& sheet,
-                                          const std::string& file) {
-  const std::string wanted = sheet.stem().string() + ".bin";
-  if (sheet.empty() || file == wanted) return std::nullopt;
-  return "For libcdio (cd-info) rename this sheet or the image: it looks for " +
-         disc::inQuotes(wanted) + " beside the sheet, whatever FILE says.";
-}
 
 disc::PortableDisc makePortable(const Report& report, const std::filesystem::path& target,
                                 const ExactStarts& exact) {

@@ -3,8 +3,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
-#include <string>
 #include <vector>
 
 #include "check/report/report.h"
@@ -22,13 +20,5 @@ using ExactStarts = std::vector<int64_t>;
 /// FILE names are given relative to its folder.
 disc::PortableDisc makePortable(const Report& report, const std::filesystem::path& target,
                                 const ExactStarts& exact = {});
-
-/// The name by which a sheet in `folder` finds the image.
-std::string nameFromFolder(const std::filesystem::path& image, const std::filesystem::path& folder);
-
-/// The one thing that a sheet cannot say: libcdio looks for the sheet's name with ".bin". A
-/// sentence where `file`, which the sheet names, is another.
-std::optional<std::string> nameForLibcdio(const std::filesystem::path& sheet,
-                                          const std::string& file);
 
 }  // namespace velmor::check

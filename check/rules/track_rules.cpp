@@ -8,9 +8,11 @@ namespace velmor::check {
 
 namespace {
 
-/// Some readers lose a track of a mode that they do not know, or the disc when it is the last.
-std::string modeKind(const std::string& mode, bool last) {
-  return mode + (last && mode.starts_with("CD") ? ", last" : "");
+/// Some readers lose a track of a mode that they do not know, or the disc when it is the last; and
+/// one loses the code of a data track, where it has one.
+std::string modeKind(const disc::Track& t, bool last) {
+  if (t.mode.starts_with("CD")) return t.mode + (last ? ", last" : "");
+  return t.mode + (t.isrc ? "" : ", without ISRC");
 }
 
 /// Modes of other discs than those of the rules, which some readers know.
@@ -28,7 +30,7 @@ void checkMode(const disc::Track& t, int number, bool last, Findings& findings) 
                        : "TRACK has the mode " + disc::inQuotes(t.mode) + ", which is none",
         "Write AUDIO.", kSheetRules);
   else if (!t.isAudio())
-    findings.add(Severity::kWarning, {"not-audio", modeKind(t.mode, last)}, {t.line, number},
+    findings.add(Severity::kWarning, {"not-audio", modeKind(t, last)}, {t.line, number},
                  "the track is " + t.mode + ", not AUDIO",
                  "Sector rules of audio are applied to it all the same.", "Red Book (IEC 60908)");
 }

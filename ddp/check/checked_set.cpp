@@ -39,7 +39,7 @@ class SetChecker {
   void error(std::string_view rule, const std::string& file, std::string what,
              std::string action = kAskAnew) {
     m_findings.add(Severity::kError, rule, {0, 0, file}, std::move(what), std::move(action),
-                   kLevelRules);
+                   kLevel);
   }
 
   /// A file without which there is no set at all.
@@ -158,7 +158,7 @@ class SetChecker {
                    "Ask which one is right.");
     m_findings.add(Severity::kWarning, "catalogue-once", {0, 0, kIdentifierFile},
                    "the UPC/EAN stands in only one of DDPID and the PQ descriptor",
-                   "Ask whether the disc is to have it.", kLevelRules);
+                   "Ask whether the disc is to have it.", kLevel);
     if (of_disc.empty()) of_disc = of_id;
   }
 

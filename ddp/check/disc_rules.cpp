@@ -58,7 +58,7 @@ void judgeDisc(const SetLayout& layout, Findings& findings) {
     findings.add(Severity::kError, "first-pregap", {0, 1},
                  "track 1 starts " + std::to_string(layout.tracks.front().at(1)) +
                      " sectors after the begin, and 150 (2 s) is the least",
-                 "Ask for a set with the pause that every disc has before track 1.", kLevelRules);
+                 "Ask for a set with the pause that every disc has before track 1.", kLevel);
     return;
   }
   const check::Disc disc = discOf(layout);

@@ -39,7 +39,7 @@ class MapJudge {
   void add(Severity severity, std::string_view rule, int packet, std::string what,
            std::string action) {
     m_findings.add(severity, rule, {packet, 0, kMapFile}, std::move(what), std::move(action),
-                   kLevelRules);
+                   kLevel);
   }
   void error(std::string_view rule, int packet, std::string what, std::string action) {
     add(Severity::kError, rule, packet, std::move(what), std::move(action));

@@ -49,7 +49,7 @@ class PqJudge {
            std::string action) {
     if (severity == Severity::kError) ++m_errors;
     m_findings.add(severity, rule, {m_packet, track, m_file}, std::move(what), std::move(action),
-                   kLevelRules);
+                   kLevel);
   }
   void error(std::string_view rule, int track, std::string what, std::string action) {
     add(Severity::kError, rule, track, std::move(what), std::move(action));

@@ -16,9 +16,6 @@
 
 namespace velmor::ddp {
 
-/// Where the rules of a set come from.
-inline constexpr std::string_view kLevelRules = "DDP 2.00";
-
 /// What to do about bytes that nobody meant.
 inline constexpr const char* kAskAnew = "Ask for the set anew; it was cut or changed on its way.";
 

@@ -12,6 +12,7 @@
 
 #include "disc/ddp/set_layout.h"
 #include "disc/ddp/stream_map.h"
+#include "disc/files/read_at.h"
 #include "disc/text/phrases.h"
 
 namespace velmor::ddp {
@@ -19,10 +20,6 @@ namespace velmor::ddp {
 namespace {
 
 constexpr size_t kBytesAtOnce = size_t{128} << 10;
-
-std::string because(int error) {
-  return std::error_code(error, std::generic_category()).message();
-}
 
 }  // namespace
 
@@ -34,22 +31,15 @@ SetFile::SetFile(SetFile&& other) noexcept
     : m_descriptor(std::exchange(other.m_descriptor, -1)), m_bytes(other.m_bytes) {}
 
 size_t SetFile::read(int64_t offset, void* to, size_t count) const {
-  size_t done = 0;
-  while (done < count) {
-    const ssize_t got = ::pread(m_descriptor, static_cast<char*>(to) + done, count - done,
-                                offset + static_cast<int64_t>(done));
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) break;
-    done += static_cast<size_t>(got);
-  }
-  return done;
+  return disc::readAt(m_descriptor, offset, to, count);
 }
 
 SetFolder::SetFolder(const std::filesystem::path& path)
     : m_path(path), m_descriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
   if (m_descriptor < 0)
-    throw Failure("the folder " + disc::inQuotes(path.string()) + " cannot be opened: " +
-                  because(errno) + "; name the folder that holds DDPID and DDPMS");
+    throw Failure("the folder " + disc::inQuotes(path.string()) +
+                  " cannot be opened: " + std::generic_category().message(errno) +
+                  "; name the folder that holds DDPID and DDPMS");
 }
 
 SetFolder::~SetFolder() {
@@ -64,7 +54,7 @@ OpenedFile SetFolder::open(const std::string& name) const {
   if (descriptor < 0)
     return {std::nullopt, errno == ENOENT,
             errno == ELOOP ? std::string("is a link, which is not followed")
-                           : "cannot be opened: " + because(errno)};
+                           : "cannot be opened: " + std::generic_category().message(errno)};
   struct stat info {};
   const bool known = ::fstat(descriptor, &info) == 0;
   SetFile file(descriptor, known ? info.st_size : 0);

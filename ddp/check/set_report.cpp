@@ -18,20 +18,9 @@ namespace {
 using Json = nlohmann::ordered_json;
 using check::Severity;
 
-struct NamedKind {
-  disc::TextKind kind;
-  const char* name;
-};
-constexpr NamedKind kKinds[] = {
-    {disc::TextKind::kTitle, "title"},           {disc::TextKind::kPerformer, "performer"},
-    {disc::TextKind::kSongwriter, "songwriter"}, {disc::TextKind::kComposer, "composer"},
-    {disc::TextKind::kArranger, "arranger"},     {disc::TextKind::kMessage, "message"}};
-
 /// The text of track `track`, from 1 on, or of the disc (0), to be shown.
 std::string shownText(const CheckedSet& set, disc::TextKind kind, size_t track) {
-  const disc::TextBlock& block = set.texts.block(kind);
-  if (!block.present() || track > block.tracks.size()) return {};
-  return disc::printable(disc::fromLatin1(track == 0 ? block.disc : block.tracks[track - 1]));
+  return disc::printable(disc::fromLatin1(set.texts.text(kind, track)));
 }
 
 /// "Performer: Title", as far as there is any.
@@ -51,10 +40,10 @@ void printHead(const CheckedSet& set, std::ostream& out) {
 
 /// The other kinds of text that a track has, a line each.
 void printMoreTexts(const CheckedSet& set, size_t track, std::ostream& out) {
-  for (const NamedKind& named : kKinds) {
-    if (named.kind == disc::TextKind::kTitle || named.kind == disc::TextKind::kPerformer) continue;
-    const std::string text = shownText(set, named.kind, track);
-    if (!text.empty()) out << "     " << named.name << ": " << text << '\n';
+  for (const disc::TextKind kind : disc::kWrittenKinds) {
+    if (kind == disc::TextKind::kTitle || kind == disc::TextKind::kPerformer) continue;
+    const std::string text = shownText(set, kind, track);
+    if (!text.empty()) out << "     " << disc::nameOf(kind) << ": " << text << '\n';
   }
 }
 
@@ -77,9 +66,9 @@ void printTrack(const CheckedSet& set, size_t track, std::ostream& out) {
 
 Json textsJson(const CheckedSet& set, size_t track) {
   Json json = Json::object();
-  for (const NamedKind& named : kKinds)
-    if (const std::string text = shownText(set, named.kind, track); !text.empty())
-      json[named.name] = text;
+  for (const disc::TextKind kind : disc::kWrittenKinds)
+    if (const std::string text = shownText(set, kind, track); !text.empty())
+      json[std::string(disc::nameOf(kind))] = text;
   return json;
 }
 

@@ -1,38 +1,32 @@
 #include "ddp/extract/album_of_set.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "ddp/write/prepared_set.h"
+#include "disc/ddp/identifier.h"
 #include "disc/ddp/sheet_flags.h"
 #include "disc/text/latin1.h"
 #include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
+#include "disc/text/words.h"
 
 namespace velmor::ddp {
 
 namespace {
 
-struct FieldOfKind {
-  disc::TextKind kind;
-  std::string disc::PlainFields::*field;
-  const char* command;
-};
-constexpr FieldOfKind kFields[] = {
-    {disc::TextKind::kTitle, &disc::PlainFields::title, "TITLE"},
-    {disc::TextKind::kPerformer, &disc::PlainFields::performer, "PERFORMER"},
-    {disc::TextKind::kSongwriter, &disc::PlainFields::songwriter, "SONGWRITER"},
-    {disc::TextKind::kComposer, &disc::PlainFields::composer, "COMPOSER"},
-    {disc::TextKind::kArranger, &disc::PlainFields::arranger, "ARRANGER"},
-    {disc::TextKind::kMessage, &disc::PlainFields::message, "MESSAGE"}};
+/// In the order of `kWrittenKinds`.
+constexpr std::string disc::PlainFields::*kFields[] = {
+    &disc::PlainFields::title,    &disc::PlainFields::performer, &disc::PlainFields::songwriter,
+    &disc::PlainFields::composer, &disc::PlainFields::arranger,  &disc::PlainFields::message};
+static_assert(std::size(kFields) == disc::kWrittenKinds.size());
 
 class Maker {
  public:
   explicit Maker(const CheckedSet& set) : m_set(set) {}
 
   disc::PortableDisc run(const std::string& image, int64_t left_out) {
-    if (!m_set.identifier.master_id.empty())
-      m_made.remarks.push_back(std::string(kMasterIdRemark) +
-                               disc::inQuotes(m_set.identifier.master_id));
+    takeMasterId(m_set.identifier.master_id);
     m_made.catalog = m_set.layout.catalogue;
     m_made.files.push_back({image, "BINARY"});
     m_made.fields = fieldsOf(0);
@@ -44,6 +38,15 @@ class Maker {
   }
 
  private:
+  /// A line break in it would begin a line of the sheet.
+  void takeMasterId(const std::string& id) {
+    if (id.empty()) return;
+    if (isMasterId(id))
+      m_made.remarks.push_back(std::string(kMasterIdRemark) + disc::inQuotes(id));
+    else
+      m_made.changes.emplace_back("the master identifier is left out: it is not printable ASCII");
+  }
+
   void addTrack(size_t track, int64_t left_out) {
     const SetTrack& from = m_set.layout.tracks[track];
     disc::PlainTrack to;
@@ -61,12 +64,11 @@ class Maker {
   /// Of track `track`, from 1 on, or of the disc (0).
   disc::PlainFields fieldsOf(size_t track) {
     disc::PlainFields fields;
-    for (const FieldOfKind& kind : kFields) {
-      const disc::TextBlock& block = m_set.texts.block(kind.kind);
-      if (!block.present() || track > block.tracks.size()) continue;
-      fields.*kind.field =
-          lineOf(disc::fromLatin1(track == 0 ? block.disc : block.tracks[track - 1]),
-                 std::string(kind.command) +
+    for (size_t k = 0; k < std::size(kFields); ++k) {
+      const disc::TextKind kind = disc::kWrittenKinds[k];
+      fields.*kFields[k] =
+          lineOf(disc::fromLatin1(m_set.texts.text(kind, track)),
+                 disc::upperCase(disc::nameOf(kind)) +
                      (track == 0 ? " of the disc" : " of track " + std::to_string(track)));
     }
     return fields;

@@ -24,6 +24,9 @@ void checkTarget(const fs::path& path, const CheckedSet& set, bool force) {
     throw Failure("the output's name " + disc::inQuotes(disc::printable(name)) +
                   " has a quote or a control character, which a cue sheet cannot hold; choose "
                   "another with -o");
+  if (name == ".cue" || name == ".bin")
+    throw Failure("the output " + disc::inQuotes(disc::printable(path.string())) +
+                  " has no usable file name; give one like album.cue with -o");
   std::error_code error;
   const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
   if (!fs::is_directory(folder, error))

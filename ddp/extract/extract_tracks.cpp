@@ -36,10 +36,9 @@ std::string asFileName(const std::string& title) {
 }
 
 std::string nameOf(const CheckedSet& set, size_t track) {
-  const disc::TextBlock& titles = set.texts.block(disc::TextKind::kTitle);
+  const std::string title = set.texts.text(disc::TextKind::kTitle, track + 1);
   const std::string number = disc::twoDigits(static_cast<int64_t>(track) + 1);
-  if (track >= titles.tracks.size() || titles.tracks[track].empty()) return number + ".wav";
-  return number + ' ' + asFileName(disc::fromLatin1(titles.tracks[track])) + ".wav";
+  return number + (title.empty() ? "" : ' ' + asFileName(disc::fromLatin1(title))) + ".wav";
 }
 
 std::vector<TrackFile> filesOf(const CheckedSet& set, const SetAudio& audio) {

@@ -33,9 +33,14 @@ void SetAudio::read(int64_t sector, char* bytes, int64_t sectors) const {
 }
 
 bool SetAudio::silent(int64_t sector, int64_t sectors) const {
-  std::vector<char> bytes(static_cast<size_t>(sectors * disc::kBytesPerSector));
-  read(sector, bytes.data(), sectors);
-  return std::all_of(bytes.begin(), bytes.end(), [](char c) { return c == 0; });
+  std::vector<char> bytes(static_cast<size_t>(kSectorsAtOnce * disc::kBytesPerSector));
+  for (const int64_t end = sector + sectors; sector < end; sector += kSectorsAtOnce) {
+    const int64_t now = std::min(kSectorsAtOnce, end - sector);
+    read(sector, bytes.data(), now);
+    const auto behind = bytes.begin() + now * disc::kBytesPerSector;
+    if (std::any_of(bytes.begin(), behind, [](char c) { return c != 0; })) return false;
+  }
+  return true;
 }
 
 int64_t sectorsLeftOut(const CheckedSet& set, const SetAudio& audio) {

@@ -1,6 +1,5 @@
 #include "ddp/write/prepared_set.h"
 
-#include <algorithm>
 #include <optional>
 
 #include "check/check.h"
@@ -9,6 +8,7 @@
 #include "disc/cd_text/disc_texts.h"
 #include "disc/cd_text/pack_writing.h"
 #include "disc/cd_text/text_packs.h"
+#include "disc/ddp/identifier.h"
 #include "disc/sheet/sheet_line.h"
 #include "disc/sheet/sheet_texts.h"
 #include "disc/text/line_of_text.h"
@@ -47,7 +47,7 @@ class Preparation {
       if (isMasterId(m_master_id)) return;
       m_findings.add(Severity::kError, "master-id", {remark.line},
                      "the master identifier is not up to 48 printable ASCII characters",
-                     "Shorten it, or give another with --master-id.", kSetRules);
+                     "Shorten it, or give another with --master-id.", kLevel);
       return;
     }
   }
@@ -62,7 +62,7 @@ class Preparation {
                      "Shorten them by about " +
                          std::to_string((packs - disc::kMostTextPacks) * disc::kTextPackBytes) +
                          " characters in all, or leave them out with --no-cd-text.",
-                     kSetRules);
+                     kLevel);
     } else if (m_disc.sheet.tracks.size() <= disc::kMostTracks) {
       m_made.text_packs = disc::packBytes(texts);
     }
@@ -89,12 +89,12 @@ class Preparation {
               " sectors after its INDEX 00, and 150 (2 s) is the least",
           "Remove its INDEX 00, which puts the 2 s of every disc before the image, or make "
           "the lead-in 2 s long.",
-          kSetRules);
+          kLevel);
     else if (pregap > kLongestFirstPregap)
       findings.add(Severity::kError, "first-pregap", place,
                    "track 1 starts " + std::to_string(pregap) +
                        " sectors after the begin, and its field has four digits",
-                   "Make what lies before track 1 a track of its own.", kSetRules);
+                   "Make what lies before track 1 a track of its own.", kLevel);
   }
 
   void checkEnd(Findings& findings) const {
@@ -102,7 +102,7 @@ class Preparation {
     findings.add(Severity::kError, "lead-out", {},
                  "the lead-out would lie at " + disc::msfText(m_made.layout.set.sectors) +
                      ", and the last time that a set can name is 99:59:74",
-                 "Make two discs.", kSetRules);
+                 "Make two discs.", kLevel);
   }
 
   /// An image may end anywhere, but not inside a sample: half of one is no sound.
@@ -124,11 +124,6 @@ class Preparation {
 };
 
 }  // namespace
-
-bool isMasterId(std::string_view text) {
-  return text.size() <= kLongestMasterId && !text.ends_with(' ') &&
-         std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
-}
 
 PreparedSet prepareSet(const std::filesystem::path& sheet, const SetOptions& options) {
   disc::Sheet parsed = check::readSheet(sheet);

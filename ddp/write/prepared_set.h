@@ -35,9 +35,6 @@ struct PreparedSet {
   bool refused() const { return report.failed(false); }
 };
 
-/// Up to 48 printable ASCII characters, blanks among them.
-bool isMasterId(std::string_view text);
-
 /// Throws `Failure` when the sheet itself cannot be read; everything else is in the report.
 PreparedSet prepareSet(const std::filesystem::path& sheet, const SetOptions& options);
 

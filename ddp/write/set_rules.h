@@ -6,9 +6,6 @@
 
 namespace velmor::ddp {
 
-/// Where the rules of a set come from.
-inline constexpr std::string_view kSetRules = "DDP 2.00";
-
 /// Tracks that are no audio or not numbered from 1, images that cannot be joined, flags that
 /// exclude each other.
 void checkForSet(const check::Disc& disc, check::Findings& findings);

@@ -13,17 +13,16 @@ namespace {
 
 struct Kind {
   TextKind kind;
-  const char* name;
   std::string TextFields::*field;
   bool of_the_disc;  // a track without it has the disc's
 };
 constexpr std::array<Kind, 6> kKinds{{
-    {TextKind::kTitle, "title", &TextFields::title, false},
-    {TextKind::kPerformer, "performer", &TextFields::performer, true},
-    {TextKind::kSongwriter, "songwriter", &TextFields::songwriter, true},
-    {TextKind::kComposer, "composer", &TextFields::composer, true},
-    {TextKind::kArranger, "arranger", &TextFields::arranger, true},
-    {TextKind::kMessage, "message", &TextFields::message, false},
+    {TextKind::kTitle, &TextFields::title, false},
+    {TextKind::kPerformer, &TextFields::performer, true},
+    {TextKind::kSongwriter, &TextFields::songwriter, true},
+    {TextKind::kComposer, &TextFields::composer, true},
+    {TextKind::kArranger, &TextFields::arranger, true},
+    {TextKind::kMessage, &TextFields::message, false},
 }};
 
 std::string convert(const std::string& text, const std::string& what,
@@ -41,7 +40,7 @@ std::string convert(const std::string& text, const std::string& what,
 
 TextBlock makeBlock(const Kind& kind, const SheetTexts& sheet, std::vector<std::string>& warnings) {
   TextBlock block;
-  const std::string name = kind.name;
+  const std::string name(nameOf(kind.kind));
   const auto given = [&kind](const SheetTrack& track) {
     return !(track.texts.*kind.field).empty();
   };
@@ -105,6 +104,12 @@ size_t payloadBytes(const TextBlock& block) {
 
 bool DiscTexts::hasCdText() const {
   return std::any_of(blocks.begin(), blocks.end(), [](const auto& b) { return b.present(); });
+}
+
+std::string DiscTexts::text(TextKind kind, size_t track) const {
+  const TextBlock& texts = block(kind);
+  if (!texts.present() || track > texts.tracks.size()) return {};
+  return track == 0 ? texts.disc : texts.tracks[track - 1];
 }
 
 int textPacks(const DiscTexts& texts) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "disc/cd_text/text_packs.h"
@@ -15,6 +16,18 @@ namespace velmor::disc {
 /// The packs of CD-TEXT that a sheet can fill, in the order of their types.
 enum class TextKind { kTitle, kPerformer, kSongwriter, kComposer, kArranger, kMessage, kCode };
 inline constexpr size_t kTextKinds = 7;
+
+/// Those that people write; codes are none.
+inline constexpr std::array kWrittenKinds = {TextKind::kTitle,      TextKind::kPerformer,
+                                             TextKind::kSongwriter, TextKind::kComposer,
+                                             TextKind::kArranger,   TextKind::kMessage};
+
+/// "title"; in capitals it is the sheet's command.
+constexpr std::string_view nameOf(TextKind kind) {
+  constexpr std::array<std::string_view, kTextKinds> kNames = {
+      "title", "performer", "songwriter", "composer", "arranger", "message", "code"};
+  return kNames[static_cast<size_t>(kind)];
+}
 
 /// The first byte of a kind's packs.
 constexpr uint8_t packType(TextKind kind) {
@@ -38,6 +51,8 @@ struct DiscTexts {
 
   const TextBlock& block(TextKind kind) const { return blocks[static_cast<size_t>(kind)]; }
   TextBlock& block(TextKind kind) { return blocks[static_cast<size_t>(kind)]; }
+  /// Of track `track`, counted from 1, or of the disc (0); ISO 8859-1, empty where there is none.
+  std::string text(TextKind kind, size_t track) const;
   bool hasCdText() const;
   size_t tracks() const { return recording_codes.size(); }
 };

@@ -1,5 +1,6 @@
 #include "disc/ddp/identifier.h"
 
+#include <algorithm>
 #include <cassert>
 #include <optional>
 
@@ -30,6 +31,11 @@ std::optional<std::string> userText(const PacketFields& packet) {
 }
 
 }  // namespace
+
+bool isMasterId(std::string_view text) {
+  return text.size() <= kLongestMasterId && !text.ends_with(' ') &&
+         std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
 
 std::string identifierBytes(const SetLayout& layout) {
   PacketForm packet(kIdentifierBytes);

@@ -9,6 +9,7 @@
 namespace velmor::ddp {
 
 inline constexpr size_t kIdentifierBytes = 128;
+/// The level of every set, from which its rules come.
 inline constexpr std::string_view kLevel = "DDP 2.00";
 inline constexpr std::string_view kMedium = "CD";
 
@@ -17,6 +18,9 @@ struct Identifier {
   std::string level, catalogue, master_id, medium, user_text;
   std::string unknown;  ///< what stands where nothing should, if anything does
 };
+
+/// Up to `kLongestMasterId` printable ASCII characters, blanks among them but for the last.
+bool isMasterId(std::string_view text);
 
 std::string identifierBytes(const SetLayout& layout);
 /// `bytes` has `kIdentifierBytes`.

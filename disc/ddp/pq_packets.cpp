@@ -27,7 +27,7 @@ std::string controlOf(const TrackFlags& flags) {
   return {kHexadecimal[bits], flags.serial_copies ? kTimeModeScms : kTimeMode};
 }
 
-std::optional<TrackFlags> flagsOf(std::string_view control) {
+std::optional<TrackFlags> flagsIn(std::string_view control) {
   const size_t bits = kHexadecimal.find(control[0]);
   if (bits == std::string_view::npos || (bits & ~(kPreEmphasis | kCopyPermitted | kFourChannels)))
     return std::nullopt;
@@ -36,7 +36,7 @@ std::optional<TrackFlags> flagsOf(std::string_view control) {
                     (bits & kFourChannels) != 0, control[1] == kTimeModeScms};
 }
 
-PacketForm formFor(std::string_view track, int index, int64_t sector, const TrackFlags& flags) {
+PacketForm pqForm(std::string_view track, int index, int64_t sector, const TrackFlags& flags) {
   assert(sector >= 0 && sector <= kLastTime);
   PacketForm packet(kPqPacketBytes);
   packet.putText(kPqMarkField, kPqMark);
@@ -51,7 +51,7 @@ PacketForm formFor(std::string_view track, int index, int64_t sector, const Trac
 }
 
 std::string leadInPacket(const SetLayout& layout) {
-  PacketForm packet = formFor(kLeadIn, 0, 0, {});
+  PacketForm packet = pqForm(kLeadIn, 0, 0, {});
   packet.putText(kPqCatalogueField, layout.catalogue);
   return packet.bytes();
 }
@@ -59,8 +59,8 @@ std::string leadInPacket(const SetLayout& layout) {
 std::string trackPackets(const SetTrack& track, size_t number) {
   std::string bytes;
   for (const IndexPoint& index : track.indices) {
-    PacketForm packet = formFor(disc::twoDigits(static_cast<int64_t>(number)), index.number,
-                                index.sector, track.flags);
+    PacketForm packet = pqForm(disc::twoDigits(static_cast<int64_t>(number)), index.number,
+                               index.sector, track.flags);
     if (bytes.empty()) packet.putText(kIsrcField, track.isrc);
     bytes += packet.bytes();
   }
@@ -89,7 +89,7 @@ std::optional<int64_t> timeIn(const PacketFields& packet) {
 std::string pqBytes(const SetLayout& layout) {
   std::string bytes = leadInPacket(layout);
   for (size_t t = 0; t < layout.tracks.size(); ++t) bytes += trackPackets(layout.tracks[t], t + 1);
-  const std::string lead_out = formFor(kLeadOut, 1, layout.sectors, {}).bytes();
+  const std::string lead_out = pqForm(kLeadOut, 1, layout.sectors, {}).bytes();
   return bytes + lead_out + lead_out;
 }
 
@@ -101,7 +101,7 @@ PqPacket readPqPacket(std::string_view bytes) {
   packet.track = fields.text(kTrackField);
   packet.index = twoDigitsIn(fields.raw(kIndexField));
   packet.sector = timeIn(fields);
-  packet.flags = flagsOf(fields.raw(kControlField));
+  packet.flags = flagsIn(fields.raw(kControlField));
   packet.isrc = fields.text(kIsrcField);
   packet.catalogue = fields.text(kPqCatalogueField);
   packet.comment = fields.text(kCommentField);

@@ -14,7 +14,7 @@ constexpr Field kMarkField{0, 4}, kTypeField{4, 2}, kBeforeLength{6, 8}, kLength
     kStoredField{55, 2}, kBeforeName{57, 14}, kNameWidthField{71, 3}, kNameField{74, 17},
     kBehindName{91, 37};
 
-PacketForm formFor(std::string_view type, int64_t length, std::string_view file) {
+PacketForm mapForm(std::string_view type, int64_t length, std::string_view file) {
   PacketForm packet(kMapPacketBytes);
   packet.putText(kMarkField, kMapMark);
   packet.putText(kTypeField, type);
@@ -25,20 +25,20 @@ PacketForm formFor(std::string_view type, int64_t length, std::string_view file)
 }
 
 std::string textPacket(size_t bytes) {
-  PacketForm packet = formFor(kSubcodeStream, static_cast<int64_t>(bytes), kTextFile);
+  PacketForm packet = mapForm(kSubcodeStream, static_cast<int64_t>(bytes), kTextFile);
   packet.putText(kKindField, kTextKind);
   packet.putText(kStoredField, "00");
   return packet.bytes();
 }
 
 std::string pqPacket(size_t bytes) {
-  PacketForm packet = formFor(kSubcodeStream, static_cast<int64_t>(bytes), kPqFile);
+  PacketForm packet = mapForm(kSubcodeStream, static_cast<int64_t>(bytes), kPqFile);
   packet.putText(kKindField, kPqKind);
   return packet.bytes();
 }
 
 std::string audioPacket(const SetLayout& layout) {
-  PacketForm packet = formFor(kMainStream, layout.sectors, kAudioFile);
+  PacketForm packet = mapForm(kMainStream, layout.sectors, kAudioFile);
   packet.putText(kStreamMediumField, kAudioKind);
   packet.putText(kModeField, "7");
   packet.putText(kScramblingField, "1");

@@ -18,10 +18,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string because(int error) {
-  return std::error_code(error, std::generic_category()).message();
-}
-
 /// Without slashes at its end, and with a link to a folder followed: what takes the place is the
 /// folder itself.
 fs::path plainTarget(const fs::path& target) {
@@ -60,7 +56,7 @@ DraftFolder::DraftFolder(const fs::path& target, bool force, IsReplaced replaced
   std::string pattern = (parent / ('.' + m_target.filename().string() + "-XXXXXX")).string();
   if (::mkdtemp(pattern.data()) == nullptr)
     throw Failure("nothing can be written to the folder " + inQuotes(parent.string()) + ": " +
-                  because(errno) + "; choose another place");
+                  std::generic_category().message(errno) + "; choose another place");
   m_path = pattern;
 }
 
@@ -101,8 +97,8 @@ void DraftFolder::checkTarget() {
   if (error) throw Failure(name + " cannot be read: " + error.message() + "; choose another place");
   if (any && !m_force)
     throw Failure(name +
-                  " is not empty; choose a new folder, or give --force to replace what is "
-                  "of a set in it");
+                  " is not empty; choose a new folder, or give --force to replace files of "
+                  "the same names in it");
 }
 
 /// Files that are in no set get a second name in the new folder: at no moment are they nowhere.
@@ -121,8 +117,8 @@ void DraftFolder::exchange() {
   if (::renameat2(AT_FDCWD, m_path.c_str(), AT_FDCWD, m_target.c_str(), RENAME_EXCHANGE) == 0)
     return;
   if (errno != EINVAL && errno != ENOSYS)
-    throw Failure(inQuotes(m_target.string()) + " cannot be replaced: " + because(errno) +
-                  "; choose another place");
+    throw Failure(inQuotes(m_target.string()) + " cannot be replaced: " +
+                  std::generic_category().message(errno) + "; choose another place");
   const fs::path aside = m_path.string() + ".old";
   std::error_code error;
   fs::rename(m_target, aside, error);
@@ -146,8 +142,8 @@ void DraftFolder::takePlace() {
   if (replaces && m_force)
     exchange();
   else if (::rename(m_path.c_str(), m_target.c_str()) != 0)
-    throw Failure(inQuotes(m_target.string()) + " cannot be put in its place: " + because(errno) +
-                  "; choose another place");
+    throw Failure(inQuotes(m_target.string()) + " cannot be put in its place: " +
+                  std::generic_category().message(errno) + "; choose another place");
   syncFolder(folderOf(m_target));
 }
 

@@ -164,7 +164,7 @@ int run(const Options& options) {
         ddp ? &ddp->made() : nullptr, page ? &page->made() : nullptr});
   const int portable_status = portable ? portableStatus(*portable) : 0;
   const int ddp_status = ddp ? ddpStatus(ddp->made()) : 0;
-  const int page_status = page ? pageStatus(page->made()) : 0;
+  const int page_status = page ? statusOf(page->made()) : 0;
   int status = ddp_status != 0 ? ddp_status : portable_status;
   if (page_status != 0) status = page_status;
   const int burn_status = burned ? burnStatus(*burned, output.image()) : 0;

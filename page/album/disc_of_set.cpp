@@ -23,9 +23,7 @@ std::string nameOf(const std::filesystem::path& folder) {
 
 /// The text of track `track`, from 1 on, or of the disc (0).
 std::string textOf(const ddp::CheckedSet& set, disc::TextKind kind, size_t track) {
-  const disc::TextBlock& block = set.texts.block(kind);
-  if (!block.present() || track > block.tracks.size()) return {};
-  return shownText(disc::fromLatin1(track == 0 ? block.disc : block.tracks[track - 1]));
+  return shownText(disc::fromLatin1(set.texts.text(kind, track)));
 }
 
 PageTrack trackOf(const ddp::CheckedSet& set, size_t t) {

@@ -10,8 +10,6 @@ namespace velmor::page {
 
 namespace {
 
-/// Sectors, far more than a disc has; hostile times are cut to it.
-constexpr int64_t kFarAway = 1'000'000;
 /// Indices of a track that are shown; their numbers go to 99.
 constexpr size_t kMostIndices = 100;
 
@@ -86,7 +84,7 @@ class Maker {
     for (size_t earlier = t + 1; earlier-- > 0 && earlier + 2 > t;) {
       const int64_t* offset = offsetOf(earlier);
       if (offset && m_from.places[earlier]->file == index.file)
-        return *offset + std::min(index.time.sectors(), kFarAway);
+        return *offset + check::boundedSectors(index.time);
     }
     return std::nullopt;
   }
@@ -103,9 +101,7 @@ class Maker {
     // Every disc begins with a pause, which is track 1's and in no image.
     const bool has_pause = !track.indices.empty() && track.indices.front().number == 0;
     if (t == 0 && has_pause) track.indices.front().sector = kFirstSector;
-    const int64_t pregap = from.pregap && from.pregap->readable()
-                               ? std::min(from.pregap->sectors(), kFarAway)
-                               : int64_t{0};
+    const int64_t pregap = from.pregap ? check::boundedSectors(*from.pregap) : int64_t{0};
     if (!has_pause && (t == 0 || pregap > 0))
       track.indices.insert(track.indices.begin(), {0, t == 0 ? kFirstSector : start - pregap});
     if (!track.indices.empty() && track.indices.front().number == 0)

@@ -5,7 +5,10 @@
 #include <condition_variable>
 #include <exception>
 #include <mutex>
+#include <string>
 #include <thread>
+
+#include "disc/failure.h"
 
 namespace velmor::page {
 
@@ -23,8 +26,9 @@ class Workers {
       : m_jobs(jobs), m_progress(progress) {
     const size_t processors = std::max<size_t>(std::thread::hardware_concurrency(), 1);
     const size_t threads = std::min({processors, kMostThreads, jobs.size()});
-    m_running = threads;
-    for (size_t i = 0; i < threads; ++i) begin();
+    m_threads.reserve(threads);
+    while (m_threads.size() < threads && begin()) {
+    }
   }
 
   ~Workers() { join(); }
@@ -48,20 +52,25 @@ class Workers {
     m_threads.clear();
   }
 
+  /// Throws what has ended the work early.
   void rethrow() const {
     if (m_error) std::rethrow_exception(m_error);
   }
 
  private:
-  /// What cannot begin a thread of its own goes without.
-  void begin() {
+  /// False when the system gives no more threads: those that have begun do all the work.
+  bool begin() {
+    const std::lock_guard lock(m_mutex);
     try {
       m_threads.emplace_back([this] { work(); });
-    } catch (...) {
-      fail(std::current_exception());
-      const std::lock_guard lock(m_mutex);
-      --m_running;
+    } catch (const std::exception& error) {
+      if (m_threads.empty())
+        throw Failure(std::string("no thread can be begun: ") + error.what() +
+                      "; end other programs, or raise the limit of processes");
+      return false;
     }
+    ++m_running;
+    return true;
   }
 
   void work() {

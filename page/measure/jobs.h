@@ -6,6 +6,8 @@
 #include <functional>
 #include <vector>
 
+#include "disc/failure.h"
+
 namespace velmor::page {
 
 /// What all pieces have done so far; a piece tells it now and then, and so learns that it is to
@@ -26,7 +28,8 @@ using Job = std::function<void()>;
 
 /// Runs all of `jobs` to their end, the first ones first. `watch` is called on the calling thread a
 /// few times a second; when it throws, or a job does, the others stop as soon as they tell their
-/// progress, and the first exception goes on to the caller.
+/// progress, and the first exception goes on to the caller. Throws `Failure` when no thread can be
+/// begun.
 void runJobs(const std::vector<Job>& jobs, SharedProgress& progress,
              const std::function<void()>& watch);
 

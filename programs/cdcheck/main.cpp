@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
-#include <functional>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -13,11 +12,14 @@
 #include "check/check.h"
 #include "check/report/report_text.h"
 #include "disc/failure.h"
+#include "disc/terminal/interrupt.h"
 #include "disc/terminal/progress_bar.h"
+#include "disc/text/line_of_text.h"
 #include "disc/text/phrases.h"
 #include "disc/version.h"
 #include "page/page.h"
 #include "programs/cdcheck/second_sheets.h"
+#include "programs/program_run.h"
 #include "programs/set_check.h"
 
 namespace {
@@ -27,8 +29,6 @@ using namespace velmor::programs;
 namespace disc = velmor::disc;
 
 constexpr const char* kProgram = "velmor-cdcheck";
-constexpr int kFailed = 1;
-constexpr int kUsage = 2;
 
 struct Arguments {
   std::vector<std::string> sheets;
@@ -57,8 +57,8 @@ void describe(CLI::App& app, Arguments& a) {
                "replace the files named by --portable, --toc, --join and --html");
   app.set_version_flag("--version", std::string(kProgram) + ' ' + disc::kVersion);
   app.footer(
-      "Exit status: 0 nothing wrong, 1 errors (with --strict warnings too), 2 wrong usage or a\n"
-      "sheet that cannot be read.");
+      "Exit status: 0 nothing wrong, 1 errors (with --strict warnings too), 2 wrong usage, a\n"
+      "sheet that cannot be read or a file that was not written, 128 and its number for a signal.");
 }
 
 std::vector<Reader> chosenReaders(const std::vector<std::string>& names) {
@@ -78,29 +78,33 @@ struct Written {
   std::vector<std::string> files;
   std::vector<std::string> changes;   ///< of the second sheets against the first
   std::vector<std::string> failures;  ///< sentences
+  bool interrupted = false;
 };
 
-void tryTo(Written& written, const std::function<void()>& write) {
+void writePage(const Arguments& a, const Report& report, Written& written) {
   try {
-    write();
+    velmor::page::makePage({&report, nullptr, chosenReaders(a.readers), a.strict}, a.page, a.force,
+                           true);
+    written.files.push_back(a.page);
   } catch (const velmor::Failure& failure) {
     written.failures.emplace_back(failure.what());
+  } catch (const velmor::Interrupted&) {
+    if (written.files.empty()) throw;
+    written.failures.push_back(disc::inQuotes(a.page) + " was not written: interrupted");
+    written.interrupted = true;
   }
 }
 
 Written writeAll(const Arguments& a, const Report& report, const SecondFiles& seconds) {
   Written written;
-  tryTo(written, [&] {
+  try {
     written.changes = writeSeconds(report, seconds, a.force);
     for (const std::filesystem::path& path : seconds.paths())
       written.files.push_back(path.string());
-  });
-  if (a.page.empty()) return written;
-  tryTo(written, [&] {
-    velmor::page::makePage({&report, nullptr, chosenReaders(a.readers), a.strict}, a.page, a.force,
-                           true);
-    written.files.push_back(a.page);
-  });
+  } catch (const velmor::Failure& failure) {
+    written.failures.emplace_back(failure.what());
+  }
+  if (!a.page.empty()) writePage(a, report, written);
   return written;
 }
 
@@ -121,6 +125,7 @@ Report checked(const Arguments& a, const std::string& name, const SecondFiles& s
   if (!a.page.empty()) velmor::page::refusePage(a.page, otherFiles(sheet, name, seconds), a.force);
   disc::ProgressBar bar(true);
   options.progress = [&bar](int64_t done, int64_t all) {
+    velmor::stopIfInterrupted();
     disc::drawBytes(bar, "Checking", done, all);
   };
   return check(std::move(sheet), name, options);
@@ -131,7 +136,8 @@ void print(const Arguments& a, const Report& report, const Written& written) {
     printJson(report, a.strict, written.changes, std::cout, written.files);
   } else {
     printReport(report, a.strict, std::cout);
-    for (const std::string& file : written.files) std::cout << "written: " << file << '\n';
+    for (const std::string& file : written.files)
+      std::cout << "written: " << disc::printable(file) << '\n';
     for (const std::string& change : written.changes) std::cout << "changed: " << change << '\n';
   }
   flushReport();
@@ -143,10 +149,10 @@ int runOnSheet(const Arguments& a, const std::string& sheet, std::string_view be
   const Written written = writeAll(a, report, seconds);
   std::cout << before;
   print(a, report, written);
-  for (const std::string& failure : written.failures)
-    std::cerr << kProgram << ": " << failure << '\n';
+  for (const std::string& failure : written.failures) printMessage(kProgram, failure);
+  if (written.interrupted) return velmor::interruptedStatus();
   if (report.failed(a.strict)) return kFailed;
-  return written.failures.empty() ? 0 : kUsage;
+  return written.failures.empty() ? 0 : kNotDone;
 }
 
 int runOnSet(const Arguments& a, const std::string& set, std::string_view before) {
@@ -183,8 +189,8 @@ int runSeveral(const Arguments& a) {
       worst = std::max(worst, runOne(a, name, before));
       if (a.json) before = ",\n";
     } catch (const velmor::Failure& failure) {
-      std::cerr << kProgram << ": " << failure.what() << '\n';
-      worst = kUsage;
+      printMessage(kProgram, failure.what());
+      worst = kNotDone;
     }
   }
   if (a.json) std::cout << (before == ",\n" ? "]\n" : "[]\n");
@@ -205,15 +211,5 @@ int main(int argc, char** argv) {
       kProgram);
   Arguments arguments;
   describe(app, arguments);
-  try {
-    app.parse(argc, argv);
-    return run(arguments);
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);
-    std::cerr << kProgram << ": " << disc::asClause(error.what()) << "; --help lists the options\n";
-    return kUsage;
-  } catch (const std::exception& error) {
-    std::cerr << kProgram << ": " << error.what() << '\n';
-    return kUsage;
-  }
+  return runProgram(app, argc, argv, [&arguments] { return run(arguments); });
 }

@@ -10,6 +10,9 @@
 #include "disc/files/whole_files.h"
 #include "disc/portable/portable_cue.h"
 #include "disc/portable/portable_toc.h"
+#include "disc/terminal/interrupt.h"
+#include "disc/terminal/progress_bar.h"
+#include "disc/units/disc_units.h"
 
 namespace velmor::programs {
 
@@ -23,17 +26,14 @@ std::vector<std::filesystem::path> imagePaths(const Report& report) {
   return paths;
 }
 
-/// `image` is empty when the audio stays in the files that it is in.
-std::string secondText(const Report& report, const Second& second,
-                       const std::filesystem::path& image, std::vector<ImagePiece>& pieces,
-                       std::vector<std::string>& changes) {
-  disc::PortableDisc disc = makePortable(report, second.path);
-  if (!image.empty()) pieces = joinFiles(report, image, second.path, disc);
-  std::string text = second.text(disc);
-  changes = std::move(disc.changes);
-  if (second.text == disc::cueText)
-    for (std::string& left : leftForReaders(text, second.path)) changes.push_back(std::move(left));
-  return text;
+/// Writes the joined image, with a progress bar.
+void writeJoined(const Report& report, const std::vector<ImagePiece>& pieces,
+                 const disc::WriteBytes& write) {
+  disc::ProgressBar bar(true);
+  writePieces(report, pieces, write, [&bar](int64_t done, int64_t all) {
+    stopIfInterrupted();
+    disc::drawBytes(bar, "Joining", done * disc::kBytesPerSector, all * disc::kBytesPerSector);
+  });
 }
 
 }  // namespace
@@ -67,14 +67,21 @@ std::vector<std::string> writeSeconds(const Report& report, const SecondFiles& w
   std::vector<std::string> changes;
   std::vector<ImagePiece> pieces;
   for (const Second& s : wanted.sheets) {
-    std::vector<std::string> changes_here;
-    files.push_back({s.path, secondText(report, s, wanted.joined, pieces, changes_here)});
-    if (changes.size() < changes_here.size()) changes = std::move(changes_here);
+    disc::PortableDisc disc = makePortable(report, s.path);
+    if (!wanted.joined.empty()) pieces = joinFiles(report, wanted.joined, s.path, disc);
+    files.push_back({s.path, s.text(disc)});
+    // The sheet comes first, and the table of contents changes nothing that the sheet does not.
+    if (changes.empty()) changes = std::move(disc.changes);
   }
   if (!wanted.joined.empty())
     files.push_back({wanted.joined, "",
-                     [&](const disc::WriteBytes& write) { writePieces(report, pieces, write); }});
+                     [&](const disc::WriteBytes& write) { writeJoined(report, pieces, write); }});
   disc::writeWhole(files, force);
+  // Readers go by the image's name as well, and a joined image is there only now.
+  for (size_t s = 0; s < wanted.sheets.size(); ++s)
+    if (wanted.sheets[s].text == disc::cueText)
+      for (std::string& left : leftForReaders(files[s].text, files[s].path))
+        changes.push_back(std::move(left));
   return changes;
 }
 

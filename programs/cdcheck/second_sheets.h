@@ -8,6 +8,7 @@
 #include "check/report/report.h"
 #include "disc/failure.h"
 #include "disc/portable/portable_disc.h"
+#include "disc/terminal/interrupt.h"
 
 namespace velmor::programs {
 
@@ -29,8 +30,8 @@ struct SecondFiles {
 /// `Failure` when two of them name one file, and for an image without a sheet that names it.
 SecondFiles wantedSeconds(const std::string& cue, const std::string& toc, const std::string& join);
 
-/// Writes all of them or none, and returns what they have otherwise than the first sheet, one
-/// sentence each. Throws `Failure`.
+/// Writes all of them or none, with a progress bar, and returns what they have otherwise than the
+/// first sheet, one sentence each. Throws `Failure`, or `Interrupted` when a signal was noted.
 std::vector<std::string> writeSeconds(const check::Report& report, const SecondFiles& wanted,
                                       bool force);
 

@@ -13,6 +13,7 @@
 #include "ddp/extract/extract.h"
 #include "ddp/write/prepared_set.h"
 #include "ddp/write/set_target.h"
+#include "disc/ddp/identifier.h"
 #include "disc/failure.h"
 #include "disc/terminal/interrupt.h"
 #include "disc/terminal/progress_bar.h"
@@ -21,6 +22,7 @@
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 #include "disc/version.h"
+#include "programs/program_run.h"
 #include "programs/set_check.h"
 
 namespace {
@@ -29,9 +31,10 @@ using namespace velmor::ddp;
 namespace disc = velmor::disc;
 namespace fs = std::filesystem;
 
+using velmor::programs::flushReport;
+using velmor::programs::kFailed;
+
 constexpr const char* kProgram = "velmor-ddp";
-constexpr int kFailed = 1;
-constexpr int kUsage = 2;
 
 struct Arguments {
   std::string sheet, set;      ///< what is read
@@ -41,7 +44,7 @@ struct Arguments {
 };
 
 void printMessage(const std::string& text) {
-  std::cerr << kProgram << ": " << text << '\n';
+  velmor::programs::printMessage(kProgram, text);
 }
 
 /// What was read is sound; what cannot be written is another failure. False after its message.
@@ -86,7 +89,7 @@ int write(const Arguments& a) {
   const PreparedSet set = prepareSet(a.sheet, options);
   if (set.refused()) {
     velmor::check::printErrors(set.report, std::cout);
-    velmor::programs::flushReport();
+    flushReport();
     printMessage("no set was made of " + disc::inQuotes(a.sheet) +
                  "; nothing was written; mend what stands above");
     return kFailed;
@@ -102,7 +105,7 @@ int write(const Arguments& a) {
   std::cout << "written: " << disc::printable(a.output) << ", "
             << disc::counted(static_cast<int64_t>(set.layout.set.tracks.size()), "track") << ", "
             << disc::msfText(sectors) << '\n';
-  velmor::programs::flushReport();
+  flushReport();
   return 0;
 }
 
@@ -127,7 +130,7 @@ int extract(const Arguments& a) {
   const CheckedSet set = checked(a);
   if (!set.ready()) {
     printSet(set, std::cout);
-    velmor::programs::flushReport();
+    flushReport();
     printMessage("nothing was taken from " + disc::inQuotes(a.set) +
                  ", since it has errors; they stand above");
     return kFailed;
@@ -141,8 +144,9 @@ int extract(const Arguments& a) {
   });
   if (!written) return kFailed;
   for (const std::string& change : extracted.changes) std::cout << "changed: " << change << '\n';
-  for (const fs::path& path : extracted.written) std::cout << "written: " << path.string() << '\n';
-  velmor::programs::flushReport();
+  for (const fs::path& path : extracted.written)
+    std::cout << "written: " << disc::printable(path.string()) << '\n';
+  flushReport();
   return 0;
 }
 
@@ -192,11 +196,12 @@ void describeExtract(CLI::App& app, Arguments& a) {
   });
 }
 
-int run(int argc, char** argv) {
+}  // namespace
+
+int main(int argc, char** argv) {
   Arguments arguments;
   CLI::App app("Makes, checks and takes apart the DDP 2.00 set of an audio CD.", kProgram);
   app.set_version_flag("--version", std::string(kProgram) + ' ' + disc::kVersion);
-  app.require_subcommand(1);
   app.footer(
       "velmor-ddp COMMAND --help tells more. Exit status: 0 done or nothing wrong, 1 refused,\n"
       "errors, or not written, 2 wrong usage or a sheet or set that cannot be read, 128 and its\n"
@@ -207,28 +212,11 @@ int run(int argc, char** argv) {
   describeWrite(*writing, arguments);
   describeCheck(*checking, arguments);
   describeExtract(*extracting, arguments);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);
-    printMessage(disc::asClause(error.what()) + "; --help lists the options");
-    return kUsage;
-  }
-  velmor::watchForInterrupts();
-  if (writing->parsed()) return write(arguments);
-  return checking->parsed() ? check(arguments) : extract(arguments);
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-  try {
-    return run(argc, argv);
-  } catch (const velmor::Interrupted& interruption) {
-    printMessage("interrupted; nothing was written");
-    return interruption.exitStatus();
-  } catch (const std::exception& error) {
-    printMessage(error.what());
-    return kUsage;
-  }
+  app.require_subcommand(0, 1);  // none is told of below, in words of our own
+  return velmor::programs::runProgram(app, argc, argv, [&] {
+    if (writing->parsed()) return write(arguments);
+    if (checking->parsed()) return check(arguments);
+    if (extracting->parsed()) return extract(arguments);
+    throw velmor::Failure("a command is needed: write, check or extract; --help lists the options");
+  });
 }

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
 
 #include <nlohmann/json.hpp>
@@ -166,10 +167,9 @@ TEST_F(ProgramTest, SaysInJsonAllThatItSaysInLines) {
 }
 
 TEST_F(ProgramTest, DoesNotCallAReportDoneThatNobodyGot) {
-  for (const std::string options : {"", " --json"}) {
-    const ProcessResult full =
-        runProcess({"sh", "-c", VELMOR_CDCHECK " image.cue" + options + " > /dev/full"},
-                   m_folder.path().string());
+  for (const std::string options : {"image.cue", "image.cue --json", "--help", "--version"}) {
+    const ProcessResult full = runProcess(
+        {"sh", "-c", VELMOR_CDCHECK " " + options + " > /dev/full"}, m_folder.path().string());
     EXPECT_EQ(full.status, 2) << options;
     EXPECT_THAT(full.all, HasSubstr("cannot be written to standard output: No space left"));
   }
@@ -202,6 +202,40 @@ TEST_F(ProgramTest, ShowsItsProgressOnAnImageThatNoDiscHoldsAndReadsNoMoreOfIt) 
   EXPECT_TRUE(run.waitFor("[disc-too-long]")) << run.output();
   EXPECT_EQ(run.finish(), 1);
   EXPECT_THAT(run.output(), testing::Not(HasSubstr("[image-unreadable]")));
+}
+
+TEST_F(ProgramTest, InterruptedWhileItJoinsLeavesNothingBehind) {
+  writeSparse(m_folder / "image.bin", int64_t{2352} * 60'000);
+  test_kit::TerminalRun run({VELMOR_CDCHECK, (m_folder / "image.cue").string(), "--portable",
+                             (m_folder / "p.cue").string(), "--join",
+                             (m_folder / "p.bin").string()});
+  ASSERT_TRUE(run.waitFor("Joining")) << run.output();
+  run.type("\x03");
+  EXPECT_EQ(run.finish(), 128 + SIGINT) << run.output();
+  EXPECT_THAT(run.output(), HasSubstr("velmor-cdcheck: interrupted; nothing was written"));
+  const auto files = std::filesystem::directory_iterator(m_folder.path());
+  EXPECT_EQ(std::distance(begin(files), end(files)), 2);
+}
+
+TEST_F(ProgramTest, InterruptedAtItsPageTellsWhatIsWritten) {
+  writeSparse(m_folder / "image.bin", int64_t{2352} * 60'000);
+  const std::string sheet = (m_folder / "p.cue").string(), page = (m_folder / "p.html").string();
+  test_kit::TerminalRun run(
+      {VELMOR_CDCHECK, (m_folder / "image.cue").string(), "--portable", sheet, "--html", page});
+  ASSERT_TRUE(run.waitFor("Measuring")) << run.output();
+  run.type("\x03");
+  EXPECT_EQ(run.finish(), 128 + SIGINT) << run.output();
+  EXPECT_THAT(run.output(), HasSubstr("written: " + sheet));
+  EXPECT_THAT(run.output(),
+              HasSubstr("velmor-cdcheck: \"" + page + "\" was not written: interrupted"));
+  EXPECT_TRUE(std::filesystem::exists(sheet));
+  EXPECT_FALSE(std::filesystem::exists(page));
+}
+
+TEST_F(ProgramTest, PrintsNoControlCharactersOfANameInItsMessages) {
+  const ProcessResult result = run({"none\x1B[31m\nat all.cue"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.all, HasSubstr("the sheet \"none?[31m?at all.cue\" cannot be opened"));
 }
 
 TEST_F(ProgramTest, DrawsNoProgressBarIntoAPipe) {

@@ -104,6 +104,23 @@ TEST_F(FlipsWithoutCheckSums, AreToldInThePqDescriptorOrGiveAnotherDisc) {
   }
 }
 
+TEST_F(FlipsWithoutCheckSums, AreToldInTheIdentifierUnlessTheyGiveAnotherCodeOrText) {
+  const std::string whole = bytes("DDPID");
+  for (size_t at = 0; at < whole.size(); ++at) {
+    const bool code = at >= 8 && at < 21;
+    const bool text = at >= 38 && at < 86;
+    for (const char flip : kFlips) {
+      std::string changed = whole;
+      changed[at] = static_cast<char>(changed[at] ^ flip);
+      check::Findings findings({});
+      judgeIdentifier(changed, findings);
+      const bool told = !std::move(findings).sorted().empty();
+      const bool printable = changed[at] >= ' ' && changed[at] <= '~';
+      EXPECT_TRUE(told || code || (text && printable)) << "byte " << at << " by " << int{flip};
+    }
+  }
+}
+
 TEST_F(FlipsWithoutCheckSums, AreAllToldInTheTextsByTheirOwnCheckSums) {
   const std::string whole = bytes("CDTEXT.BIN");
   for (size_t at = 0; at < whole.size(); ++at) {

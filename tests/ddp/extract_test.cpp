@@ -11,6 +11,8 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
 
 class Extraction : public testing::Test {
  protected:
@@ -50,6 +52,26 @@ TEST_F(Extraction, KeepsTheMasterIdentifierForTheNextSet) {
   ASSERT_EQ(m_sheets.run({"extract", "named", "-o", "out.cue"}).status, 0);
   m_sheets.write("again", "out.cue");
   EXPECT_TRUE(sameFiles(m_sheets.folder / "named", m_sheets.folder / "again"));
+}
+
+TEST_F(Extraction, LeavesAMasterIdentifierOutThatWouldTearTheSheet) {
+  m_sheets.patch("set/DDPID", 38, "m\"\nTITLE \"not mine");
+  m_sheets.dropChecksums("set");
+  const auto ended = m_sheets.run({"extract", "set", "-o", "out.cue"});
+  ASSERT_EQ(ended.status, 0) << ended.all;
+  EXPECT_THAT(ended.out, HasSubstr("changed: the master identifier is left out"));
+  EXPECT_THAT(read("out.cue"), Not(HasSubstr("not mine")));
+  EXPECT_THAT(m_sheets.run({"check", "set"}).out,
+              HasSubstr("warning DDPID [master-id] the master identifier \"m\"?TITLE \"not mine\" "
+                        "is not printable ASCII"));
+}
+
+TEST_F(Extraction, NeedsANameForTheSheet) {
+  fs::create_directory(m_sheets.folder / "out");
+  const auto ended = m_sheets.run({"extract", "set", "-o", "out/"});
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_THAT(ended.err, HasSubstr("has no usable file name; give one like album.cue with -o"));
+  EXPECT_THAT(namesIn(m_sheets.folder / "out"), IsEmpty());
 }
 
 TEST_F(Extraction, GivesAWavForEachTrack) {

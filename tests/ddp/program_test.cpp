@@ -82,6 +82,20 @@ TEST(Program, TakesAMasterIdentifierOfFortyEightPrintableCharacters) {
   }
 }
 
+TEST(Program, NamesItsCommandsToWhoeverGivesNone) {
+  const SheetFolder sheets;
+  EXPECT_EQ(sheets.run({}).err,
+            "velmor-ddp: a command is needed: write, check or extract; --help lists the options\n");
+  EXPECT_THAT(sheets.run({"burn"}).err, HasSubstr("was not expected: burn;"));
+}
+
+TEST(Program, PrintsNoControlCharactersOfANameInItsMessages) {
+  const SheetFolder sheets;
+  const auto ended = sheets.run({"check", "none\x1B[31m\nat all"});
+  EXPECT_EQ(ended.status, 2);
+  EXPECT_THAT(ended.err, HasSubstr("the folder \"none?[31m?at all\" cannot be opened"));
+}
+
 class Target : public testing::Test {
  protected:
   std::vector<std::string> namesBeside() const { return namesIn(m_sheets.folder.path()); }

@@ -9,6 +9,7 @@ namespace velmor::ddp::test {
 namespace {
 
 using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 struct BadSheet {
@@ -88,7 +89,13 @@ TEST(RefusedSheets, NameAudioOfAnotherKind) {
   std::string wav = test_kit::wavFile(countingSectors(400));
   wav.replace(24, 4, test_kit::little32(48000));
   writeFile(sheets.folder / "a.wav", wav);
-  EXPECT_THAT(sheets.refusals(), Contains("audio-not-taken"));
+  EXPECT_THAT(sheets.refusals(), ElementsAre("audio-format"));
+}
+
+TEST(RefusedSheets, NameAudioThatIsNotLookedInto) {
+  const SheetFolder sheets("FILE \"a.mp3\" MP3\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n");
+  writeFile(sheets.folder / "a.mp3", "ID3");
+  EXPECT_THAT(sheets.refusals(), ElementsAre("audio-not-taken"));
 }
 
 TEST(RefusedSheets, JoinNoFileThatEndsInsideASector) {

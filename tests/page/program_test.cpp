@@ -112,8 +112,28 @@ TEST_F(PageProgram, MakesAPageOfASheetThatIsNone) {
   EXPECT_THAT(readFile(m_folder / "page.html"), HasSubstr("There are no tracks."));
 }
 
+TEST_F(PageProgram, SaysThatTheSystemGivesItNoThread) {
+  const auto ended = run({"image.cue", "--html", "page.html"}, VELMOR_CDCHECK, [] {
+    // A thread's stack is as large as the limit of the first one: larger than all addresses here.
+    const rlimit stacks{rlim_t{1} << 47, RLIM_INFINITY};
+    setrlimit(RLIMIT_STACK, &stacks);
+  });
+  EXPECT_EQ(ended.status, 2);
+  EXPECT_THAT(ended.err, HasSubstr("velmor-cdcheck: no thread can be begun: "));
+  EXPECT_THAT(m_folder.names(), ElementsAre("image.bin", "image.cue"));
+}
+
 TEST_F(PageProgram, JudgesAsStrictlyAsTheReport) {
-  run({"image.cue", "--html", "page.html", "--strict", "--for", "k3b"});
+  writeFile(m_folder / "image.cue",
+            "CATALOG \"0731452345622\"\r\n" + readFile(m_folder / "image.cue"));
+  run({"image.cue", "--html", "page.html"});
+  EXPECT_THAT(readFile(m_folder / "page.html"), HasSubstr("<strong>Ready</strong>"));
+  run({"image.cue", "--html", "page.html", "--strict", "--force"});
+  EXPECT_THAT(readFile(m_folder / "page.html"), HasSubstr("<strong>Not ready</strong>"));
+}
+
+TEST_F(PageProgram, ShowsTheReadersThatMatter) {
+  run({"image.cue", "--html", "page.html", "--for", "k3b"});
   const std::string page = readFile(m_folder / "page.html");
   EXPECT_THAT(page, HasSubstr("k3b</td>"));
   EXPECT_THAT(page, Not(HasSubstr("mpv</td>")));

@@ -20,6 +20,7 @@ import operators
 import test_runs
 import working_copy
 
+ROOMS = ["module", "disc", "check", "ddp", "page", "programs", "host"]
 PROJECT = {
     ".gitignore": "/build/\n",
     "CMakeLists.txt": """
@@ -103,6 +104,16 @@ class ChangesOfAText(unittest.TestCase):
     def test_comments_strings_assertions_and_macros_stay(self):
         text = '#include <cassert>\n#define KOne 1\nstatic_assert(1 < 2);\n// a < b\nconst char* s = "1 < 2";\n'
         self.assertEqual(self.changes(text + "void f(int a) {\n  assert(a > 3);\n}\nint k = KOne;\n"), set())
+
+
+class WhichTests(unittest.TestCase):
+    """The tests that are asked about a change."""
+
+    def test_are_some_for_every_source_of_what_ships(self):
+        listed = subprocess.run(["git", "ls-files", *ROOMS], cwd=ROOT, capture_output=True, check=True, text=True)
+        sources = [file for file in listed.stdout.split() if file.endswith((".cpp", ".h"))]
+        self.assertGreater(len(sources), 300)
+        self.assertEqual([file for file in sources if not test_runs.noticing(file)], [])
 
 
 class ACampaign(unittest.TestCase):

@@ -16,6 +16,7 @@ SINK_QUICK = ["sink_class_test", "VELMOR_MODEL_SEEDS=40 model_test", "GTEST_FILT
 MODULE_SINK = [*SINK_QUICK, "GTEST_FILTER=HostileInput.*-*PastTwoGibibytes*:*NoLongerFit sink_test"]
 MODULE_BURN = ["burn_class_test", "burn_test", "mac_hosted_burn_test"]
 CHECK = ["cdcheck_bad_cases_test", "cdcheck_matrix_test", "cdcheck_portable_test", "cdcheck_second_sheet_test", "cdcheck_test"]
+DDP = ["ddp_test", "page_test"]
 RECORDING = ["recording_tests", "recording_library_tests", "recording_emulated_tests"]
 BURNT = ["burn_program_test"]
 RENDER = ["render_unit_test", "render_process_test"]
@@ -30,11 +31,14 @@ NOTICING = [
     ("module/burn", [*MODULE_BURN, *SINK_QUICK]),
     ("module/support", ["support_test", *MODULE_BURN, *MODULE_FRAME, *SINK_QUICK]),
     ("module/platform", ["support_test", *MODULE_FRAME, *MODULE_BURN, *SINK_QUICK]),
-    ("disc", ["disc_test", *CHECK, "input_test", *RECORDING, *RENDER, *BURNT]),
+    ("disc/ddp", DDP),
+    ("disc/cd_text", ["disc_test", *DDP, *RECORDING]),
+    ("disc", ["disc_test", *CHECK, "ddp_test", "input_test", *RECORDING, *RENDER, *BURNT]),
     ("check", [*CHECK, *RENDER]),
+    ("ddp", DDP),
     ("page", ["page_test", "page_looks_test"]),
     ("programs/cdcheck", [*CHECK, "page_test"]),
-    ("programs", ["ddp_test", "page_test"]),
+    ("programs", [*DDP, *CHECK]),
     ("host/windowing", ["windowing_test", *RENDER, *BURNT]),
     ("host/recording", [*RECORDING, *BURNT, *RENDER]),
     ("host/render/input", ["input_test", *RENDER, *BURNT]),

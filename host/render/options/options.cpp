@@ -89,6 +89,15 @@ RequiredOptions addInputsAndOutput(CLI::App& app, Options& options) {
   return required;
 }
 
+/// An option that takes one value each time that it is given.
+void addRepeatable(CLI::App& app, const std::string& name, std::vector<std::string>& values,
+                   const std::string& about, const std::string& type, const std::string& group) {
+  app.add_option(name, values, about + "; may be given again")
+      ->type_name(type)
+      ->allow_extra_args(false)
+      ->group(group);
+}
+
 /// No lead-in is longer than the disc that it is to be on.
 CLI::Validator leadIn() {
   constexpr int64_t kLongest = disc::kLongestDiscSectors * 1000 / disc::kSectorsPerSecond;
@@ -116,14 +125,8 @@ void addTrackOptions(CLI::App& app, Options& options, RawOptions& raw) {
   app.add_flag("--hash-markers-only", options.hash_markers_only,
                "only markers whose name starts with # make tracks")
       ->group("Tracks");
-  app.add_option("--marker", raw.markers, "add a marker; may be given again")
-      ->type_name("TIME=NAME")
-      ->allow_extra_args(false)
-      ->group("Tracks");
-  app.add_option("--region", raw.regions, "add a region; may be given again")
-      ->type_name("START-END=NAME")
-      ->allow_extra_args(false)
-      ->group("Tracks");
+  addRepeatable(app, "--marker", raw.markers, "add a marker", "TIME=NAME", "Tracks");
+  addRepeatable(app, "--region", raw.regions, "add a region", "START-END=NAME", "Tracks");
   app.add_option("--labels", options.labels, "add the marks of an Audacity label track")
       ->type_name("FILE")
       ->group("Tracks");
@@ -148,14 +151,9 @@ void addTextOptions(CLI::App& app, Options& options, RawOptions& raw) {
   text("--songwriter", texts.songwriter, "the disc's songwriter");
   text("--catalog", texts.catalogue, "the disc's catalogue number (MCN), 13 digits");
   text("--comment", texts.comment, "a remark for the sheet (REM)");
-  app.add_option("--meta", raw.metas, "one more disc field; may be given again")
-      ->type_name("KEY=VALUE")
-      ->allow_extra_args(false)
-      ->group("Texts and codes");
-  app.add_option("--isrc", raw.isrcs, "the ISRC of an input's track; may be given again")
-      ->type_name("INPUT_NUMBER=CODE")
-      ->allow_extra_args(false)
-      ->group("Texts and codes");
+  addRepeatable(app, "--meta", raw.metas, "one more disc field", "KEY=VALUE", "Texts and codes");
+  addRepeatable(app, "--isrc", raw.isrcs, "the ISRC of an input's track", "INPUT_NUMBER=CODE",
+                "Texts and codes");
 }
 
 void addRenderOptions(CLI::App& app, Options& options, RawOptions& raw) {

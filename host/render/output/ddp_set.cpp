@@ -14,7 +14,6 @@
 #include "disc/units/disc_limits.h"
 #include "disc/units/disc_units.h"
 #include "host/render/output/exact_starts.h"
-#include "host/render/terminal/messages.h"
 #include "host/render/terminal/progress.h"
 
 namespace velmor::render {
@@ -49,14 +48,7 @@ DdpOutput::DdpOutput(const Options& options, const OutputPair& output)
 }
 
 void DdpOutput::make(const std::string& sheet, const TrackPlan& plan, bool show_progress) {
-  try {
-    makeSet(sheet, plan, show_progress);
-  } catch (const Interrupted&) {
-    m_made.failure = "interrupted";
-    m_made.interrupted = true;
-  } catch (const Failure& error) {
-    m_made.failure = error.what();
-  }
+  makeAlong(m_made, [&] { makeSet(sheet, plan, show_progress); });
 }
 
 void DdpOutput::makeSet(const std::string& sheet, const TrackPlan& plan, bool show_progress) {
@@ -118,9 +110,7 @@ std::string ddpSetJson(const DdpSet& set) {
 
 int ddpStatus(const DdpSet& set) {
   if (set.failure.empty()) return set.checked && set.checked->ready() ? 0 : 1;
-  printMessage("the sheet and the image are complete, but " + disc::inQuotes(set.path) +
-               " was not written: " + set.failure);
-  return set.interrupted ? interruptedStatus() : 1;
+  return statusOf(set);
 }
 
 }  // namespace velmor::render

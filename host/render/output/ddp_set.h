@@ -11,15 +11,13 @@
 #include "ddp/write/set_target.h"
 #include "disc/failure.h"
 #include "host/render/options/options.h"
+#include "host/render/output/made_along.h"
 #include "host/render/output/output_pair.h"
 #include "host/render/plan/track_plan.h"
 
 namespace velmor::render {
 
-struct DdpSet {
-  std::string path;
-  std::string failure;  ///< why there is none, for a message; empty when it was made
-  bool interrupted = false;
+struct DdpSet : MadeAlong {
   std::vector<std::string> changes;        ///< against the sheet, one sentence each
   std::optional<check::Report> refusal;    ///< the errors that it was refused for
   std::optional<ddp::CheckedSet> checked;  ///< the set, read back
@@ -49,8 +47,7 @@ class DdpOutput {
 void printDdpSet(const DdpSet& set);
 /// The same as the text of one JSON object.
 std::string ddpSetJson(const DdpSet& set);
-/// The exit status for it: 1, or that of an interruption, after the reason was printed on standard
-/// error, when the set was not made or is not good, otherwise 0.
+/// The exit status for it: that of `statusOf`, or 1 when the set is not good.
 int ddpStatus(const DdpSet& set);
 
 }  // namespace velmor::render

@@ -7,10 +7,8 @@
 #include "check/check.h"
 #include "check/portable/exact_starts.h"
 #include "disc/terminal/interrupt.h"
-#include "disc/text/phrases.h"
 #include "disc/units/disc_units.h"
 #include "host/render/output/exact_starts.h"
-#include "host/render/terminal/messages.h"
 #include "host/render/terminal/progress.h"
 #include "page/page.h"
 
@@ -47,26 +45,14 @@ PageOutput::PageOutput(const Options& options, const OutputPair& output) : m_for
 
 void PageOutput::make(const std::string& sheet, const OutputPair& output, const TrackPlan& plan,
                       const DdpSet* set, bool show_progress) {
-  try {
+  makeAlong(m_made, [&] {
     check::Report report = checkedSheet(sheet, plan, show_progress);
     report.sheet = output.sheet();
     page::PageSources sources;
     sources.report = &report;
     if (set && set->checked) sources.set = &*set->checked;
     page::makePage(sources, m_made.path, m_force, show_progress);
-  } catch (const Interrupted&) {
-    m_made.failure = "interrupted";
-    m_made.interrupted = true;
-  } catch (const Failure& error) {
-    m_made.failure = error.what();
-  }
-}
-
-int pageStatus(const HtmlPage& page) {
-  if (page.failure.empty()) return 0;
-  printMessage("the sheet and the image are complete, but " + disc::inQuotes(page.path) +
-               " was not written: " + page.failure);
-  return page.interrupted ? interruptedStatus() : 1;
+  });
 }
 
 }  // namespace velmor::render

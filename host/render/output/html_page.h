@@ -6,16 +6,11 @@
 #include "disc/failure.h"
 #include "host/render/options/options.h"
 #include "host/render/output/ddp_set.h"
+#include "host/render/output/made_along.h"
 #include "host/render/output/output_pair.h"
 #include "host/render/plan/track_plan.h"
 
 namespace velmor::render {
-
-struct HtmlPage {
-  std::string path;
-  std::string failure;  ///< why there is none, for a message; empty when it was written
-  bool interrupted = false;
-};
 
 /// Knows before the render that a page can be written.
 class PageOutput {
@@ -29,15 +24,11 @@ class PageOutput {
   void make(const std::string& sheet, const OutputPair& output, const TrackPlan& plan,
             const DdpSet* set, bool show_progress);
   /// What came of it.
-  const HtmlPage& made() const { return m_made; }
+  const MadeAlong& made() const { return m_made; }
 
  private:
   bool m_force;
-  HtmlPage m_made;
+  MadeAlong m_made;
 };
-
-/// The exit status for it: 1, or that of an interruption, after the reason was printed on standard
-/// error, when the page was not written, otherwise 0.
-int pageStatus(const HtmlPage& page);
 
 }  // namespace velmor::render

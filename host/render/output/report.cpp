@@ -101,7 +101,7 @@ Json burnJson(const BurnResult& burn) {
   return json;
 }
 
-Json pageJson(const HtmlPage& page) {
+Json pageJson(const MadeAlong& page) {
   Json json = {{"path", page.path}, {"written", page.failure.empty()}};
   if (!page.failure.empty()) json["failure"] = page.failure;
   return json;

@@ -30,7 +30,7 @@ struct RenderReport {
   const BurnResult* burn = nullptr;         ///< null when nothing was to be burned
   const PortableSheet* portable = nullptr;  ///< null when none was wanted
   const DdpSet* ddp = nullptr;              ///< likewise
-  const HtmlPage* page = nullptr;           ///< likewise
+  const MadeAlong* page = nullptr;          ///< likewise
 };
 
 /// Prints the track list, the files and what was done to the inputs, for people.

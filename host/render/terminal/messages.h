@@ -9,7 +9,8 @@ namespace velmor::render {
 
 inline constexpr const char* kProgram = "velmor-render";
 
-/// `text`, a clause in lower case without a full stop, behind the program's name. Takes no memory.
+/// `text`, a clause in lower case without a full stop, behind the program's name; control
+/// characters are shown as '?'. Takes no memory.
 void printMessage(std::string_view text);
 
 /// The same, marked as a warning.

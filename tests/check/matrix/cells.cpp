@@ -24,6 +24,7 @@ Said askChecker(const fs::path& folder, const std::string& sheet, Reader reader)
   Said said;
   const auto json = nlohmann::json::parse(run.out, nullptr, false);
   if (json.is_discarded()) {
+    said.reported = false;
     said.rules = "no report: " + run.all.substr(0, 200);
     return said;
   }
@@ -61,6 +62,7 @@ std::string_view nameOf(Outcome outcome) {
 }  // namespace
 
 bool Cell::agrees() const {
+  if (!said.reported) return false;
   switch (seen) {
     case Outcome::kTaken:
       return !said.refused && !said.damaged;

@@ -13,6 +13,7 @@ enum class Outcome { kTaken, kDamaged, kRefused };
 
 /// What `velmor-cdcheck --for READER` says of a sheet.
 struct Said {
+  bool reported = true;  ///< it has printed a report
   bool refused = false;  ///< by this reader
   bool damaged = false;  ///< by this reader
   bool wrong = false;    ///< the sheet breaks a rule, whoever reads it
@@ -27,7 +28,7 @@ struct Cell {
   std::string detail;  ///< what was lost, or the reader's last words
 
   /// A refusal or a damage must be named, or the sheet be wrong by itself; what the reader takes as
-  /// it is must be neither.
+  /// it is must be neither. Without a report nothing agrees.
   bool agrees() const;
   std::string text() const;
 };

@@ -487,6 +487,15 @@ class Edits {
       replace(std::string("as ") + mode, "track1", std::string("TRACK 01 ") + mode);
       replace(std::string("as ") + mode, "track3", std::string("TRACK 03 ") + mode);
     }
+    // A data track seldom has a code.
+    for (const char* mode : {"MODE1/2352", "MODE2/2352", "MODE1/2048", "MODE2/2336"})
+      edit(std::string("without ISRC, as ") + mode, "track3", [mode = std::string(mode)](Draft& d) {
+        if (!d.line("track3") || !d.line("isrc3")) return false;
+        d.line("track3")->text = "  TRACK 03 " + mode;
+        d.lines.erase(d.lines.begin() + static_cast<std::ptrdiff_t>(d.at("isrc3")));
+        emptied("isrc3")(d.truth);
+        return true;
+      });
     edit("tracks from 2", "", [](Draft& d) {
       d.line("track1")->text = "  TRACK 02 AUDIO";
       d.line("track2")->text = "  TRACK 03 AUDIO";

@@ -42,7 +42,7 @@ TEST(ReaderMatrix, NamesEachEditOnce) {
 Cell cell(Outcome seen, bool refused, bool damaged, bool wrong) {
   Cell made;
   made.seen = seen;
-  made.said = {refused, damaged, wrong, ""};
+  made.said = {true, refused, damaged, wrong, ""};
   return made;
 }
 
@@ -57,6 +57,9 @@ TEST(ReaderMatrix, CallsItDisagreementWhenARefusalOrADamageIsNotToldOrIsInvented
   EXPECT_FALSE(cell(Outcome::kTaken, true, false, true).agrees());
   EXPECT_FALSE(cell(Outcome::kTaken, false, true, false).agrees());
   EXPECT_TRUE(cell(Outcome::kTaken, false, false, true).agrees());
+  Cell crashed = cell(Outcome::kTaken, false, false, false);
+  crashed.said.reported = false;
+  EXPECT_FALSE(crashed.agrees());
 }
 
 }  // namespace

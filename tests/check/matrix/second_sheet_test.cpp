@@ -79,6 +79,23 @@ TEST_F(SecondSheetTest, SaysWhatItCannotMendAndForWhom) {
   EXPECT_FALSE(std::filesystem::exists(m_folder / "j.bin"));
 }
 
+TEST_F(SecondSheetTest, SaysWhoMindsTheNameOfTheJoinedImage) {
+  write("LF");
+  const ProcessResult made = run({"image.cue", "--portable", "p.cue", "--join", "p.img"});
+  EXPECT_THAT(made.out, HasSubstr("changed: Not mended: the image's name does not end in \".bin\". "
+                                  "Refused by mpv."));
+}
+
+TEST_F(SecondSheetTest, GivesAdviceForLibcdioOfTheJoinedImageAndForSheetsAlone) {
+  write("named other.bin:file");
+  const ProcessResult sheet = run({"image.cue", "--portable", "p.cue", "--join", "q.bin"});
+  EXPECT_THAT(sheet.out, HasSubstr("it looks for \"p.bin\" beside the sheet"));
+  const ProcessResult same = run({"image.cue", "--portable", "r.cue", "--join", "r.bin"});
+  EXPECT_EQ(same.out.find("For libcdio"), std::string::npos) << same.out;
+  const ProcessResult toc = run({"image.cue", "--toc", "t.toc", "--join", "s.bin"});
+  EXPECT_EQ(toc.out.find("For libcdio"), std::string::npos) << toc.out;
+}
+
 TEST_F(SecondSheetTest, SaysNothingOfWhatItMended) {
   for (const char* edit : {"INDEX 02:behind-index2.1", "tracks from 2", "first index late:index1.1",
                            "blank-at-end:track2", "unquoted:title2"}) {
