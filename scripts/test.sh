@@ -20,14 +20,9 @@ step() {
   say "$*, after $(((SECONDS - started) / 60)) min $(((SECONDS - started) % 60)) s"
 }
 
-# build NAME COMMAND...: runs the command, which builds that, and says what went wrong.
 build() {
   step "Build: $1"
-  "${@:2}" >"build/$1.build.log" 2>&1 || {
-    grep -E 'error|FAILED' "build/$1.build.log" | head -n 40 >&2
-    fail "building '$1' failed; the whole report is build/$1.build.log"
-  }
-  tail -n 1 "build/$1.build.log"
+  quiet_build "$@"
 }
 
 started=$SECONDS
