@@ -129,6 +129,7 @@ int run(const Options& options) {
   const TrackPlan plan = planTracks(config, album.project.marks, album.frames());
   const std::vector<MarkFate> marks = fatesOf(album, plan, options.hash_markers_only);
   std::vector<std::string> warnings = checked(options, config, album, plan, marks, output);
+  if (ddp) warnings.insert(warnings.begin(), ddp->warnings().begin(), ddp->warnings().end());
   printWarnings(options, warnings);
 
   std::optional<PortableSheet> portable;

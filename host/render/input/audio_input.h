@@ -33,6 +33,12 @@ enum class Beginning {
   kJoined    ///< it goes on with the track of the input before
 };
 
+/// Frames of silence in front of frame `at` of a file at the disc's rate.
+struct Silence {
+  int64_t at = 0;
+  int64_t frames = 0;
+};
+
 struct InputInfo {
   std::string path;
   disc::RawSamples raw = disc::RawSamples::kNone;
@@ -47,6 +53,10 @@ struct InputInfo {
   To16Bits to_16_bits = To16Bits::kExact;
   Tags tags;
   std::vector<Mark> marks;  ///< cue points, labels and regions of the file, in ascending start
+  /// Where pauses begin that last until the next track's mark, in this input or a later one;
+  /// seconds like those of the marks.
+  std::vector<double> pauses;
+  std::vector<Silence> silences;      ///< that the audio gets; the times of the marks count them
   std::vector<std::string> warnings;  ///< clauses about what marks cannot say
 };
 
