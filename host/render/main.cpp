@@ -48,8 +48,8 @@ void printWarnings(const Options& options, const std::vector<std::string>& warni
 
 SinkConfig sinkConfig(const Options& options, const Album& album) {
   return {static_cast<int32_t>(kIsoFormatCode),
-          options.disc_leadin_ms,
-          options.track_leadin_ms,
+          album.lead_ins.disc_ms,
+          album.lead_ins.track_ms,
           options.burn.wanted,
           album.track_mode,
           options.hash_markers_only};

@@ -168,6 +168,15 @@ InputInfo infoOf(const AudioSource& source, const Options& options) {
   return info;
 }
 
+/// Whether the tracks will be those of one sheet, with no lead-ins and no cuts of the user's own.
+bool isSheetAsItIs(const Options& options, const std::vector<AudioSource>& sources) {
+  return options.inputs.size() == 1 && !sources.empty() && sources.front().sheet &&
+         options.disc_leadin_ms == 0 && options.track_leadin_ms == 0 && options.marks.empty() &&
+         options.labels.empty() && !options.start && !options.end &&
+         options.track_mode.value_or(kTracksFromMarkers) == kTracksFromMarkers &&
+         !options.hash_markers_only;
+}
+
 }  // namespace
 
 Album layOutAlbum(const Options& options) {
@@ -178,11 +187,16 @@ Album layOutAlbum(const Options& options, const std::vector<AudioSource>& source
   std::vector<InputInfo> infos;
   infos.reserve(sources.size());
   for (const AudioSource& source : sources) infos.push_back(infoOf(source, options));
-  return layOutAlbum(options, std::move(infos));
+  const LeadIns taken = isSheetAsItIs(options, sources) ? takeLeadIns(infos) : LeadIns{};
+  Album album = layOutAlbum(options, std::move(infos));
+  if (taken.disc_ms > 0) album.lead_ins.disc_ms = taken.disc_ms;
+  if (taken.track_ms > 0) album.lead_ins.track_ms = taken.track_ms;
+  return album;
 }
 
 Album layOutAlbum(const Options& options, std::vector<InputInfo> infos) {
   Album album;
+  album.lead_ins = {options.disc_leadin_ms, options.track_leadin_ms};
   placeInputs(album, std::move(infos));
   join(options, album);
   refuseTwoFacedTimes(options.two_faced_times, album);

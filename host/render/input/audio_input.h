@@ -14,6 +14,7 @@
 #include "host/render/input/audio_stretch.h"
 #include "host/render/input/marks/mark.h"
 #include "host/render/input/marks/tags.h"
+#include "host/render/input/sheets/silence.h"
 
 namespace velmor::render {
 
@@ -33,12 +34,6 @@ enum class Beginning {
   kJoined    ///< it goes on with the track of the input before
 };
 
-/// Frames of silence in front of frame `at` of a file at the disc's rate.
-struct Silence {
-  int64_t at = 0;
-  int64_t frames = 0;
-};
-
 struct InputInfo {
   std::string path;
   disc::RawSamples raw = disc::RawSamples::kNone;
@@ -56,7 +51,8 @@ struct InputInfo {
   /// Where pauses begin that last until the next track's mark, in this input or a later one;
   /// seconds like those of the marks.
   std::vector<double> pauses;
-  std::vector<Silence> silences;      ///< that the audio gets; the times of the marks count them
+  std::vector<Silence> silences;  ///< that the audio gets; the times of the marks count them
+  std::vector<Silence> cuts;  ///< stretches, behind `at`, of audio and silences that are left out
   std::vector<std::string> warnings;  ///< clauses about what marks cannot say
 };
 

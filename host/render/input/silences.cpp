@@ -86,6 +86,61 @@ class SilencedInput : public AudioInput {
   int64_t m_at = 0;  ///< frames of the source so far
 };
 
+class CutInput : public AudioInput {
+ public:
+  CutInput(std::unique_ptr<AudioInput> source, std::vector<Silence> cuts)
+      : m_source(std::move(source)), m_cuts(std::move(cuts)), m_info(m_source->info()) {
+    m_info.frames -= framesOf(m_cuts);
+  }
+
+  const InputInfo& info() const override { return m_info; }
+  bool hasAddedDither() const override { return m_source->hasAddedDither(); }
+
+  size_t read(double* left, double* right, size_t frames) override {
+    size_t done = 0;
+    while (done < frames) {
+      skipCut();
+      const size_t got = m_source->read(left + done, right + done, keptBefore(frames - done));
+      m_at += static_cast<int64_t>(got);
+      if (got == 0) break;
+      done += got;
+    }
+    return done;
+  }
+  void readStretch(AudioStretch& stretch, size_t frames) override {
+    skipCut();
+    m_source->readStretch(stretch, keptBefore(frames));
+    m_at += static_cast<int64_t>(stretch.frames());
+  }
+
+ private:
+  /// Reads over the stretch that is left out here, if there is one.
+  void skipCut() {
+    if (m_next == m_cuts.size() || m_cuts[m_next].at > m_at) return;
+    AudioStretch skipped;
+    for (int64_t left = m_cuts[m_next].frames; left > 0;) {
+      m_source->readStretch(skipped, static_cast<size_t>(std::min<int64_t>(left, kSkipped)));
+      if (skipped.frames() == 0) return;
+      left -= static_cast<int64_t>(skipped.frames());
+      m_at += static_cast<int64_t>(skipped.frames());
+    }
+    ++m_next;
+  }
+  size_t keptBefore(size_t most) const {
+    if (m_next == m_cuts.size()) return most;
+    return static_cast<size_t>(
+        std::min<int64_t>(m_cuts[m_next].at - m_at, static_cast<int64_t>(most)));
+  }
+
+  static constexpr int64_t kSkipped = 16384;
+
+  std::unique_ptr<AudioInput> m_source;
+  std::vector<Silence> m_cuts;
+  InputInfo m_info;
+  size_t m_next = 0;
+  int64_t m_at = 0;  ///< frames of the source so far
+};
+
 }  // namespace
 
 int64_t framesOf(const std::vector<Silence>& silences) {
@@ -98,6 +153,17 @@ std::unique_ptr<AudioInput> withSilences(std::unique_ptr<AudioInput> source,
                                          std::vector<Silence> silences) {
   if (silences.empty()) return source;
   return std::make_unique<SilencedInput>(std::move(source), std::move(silences));
+}
+
+std::unique_ptr<AudioInput> withoutCuts(std::unique_ptr<AudioInput> source,
+                                        std::vector<Silence> cuts) {
+  if (cuts.empty()) return source;
+  return std::make_unique<CutInput>(std::move(source), std::move(cuts));
+}
+
+std::unique_ptr<AudioInput> openLaidOut(const InputInfo& info, Dither dither) {
+  return withoutCuts(withSilences(AudioInput::open(info.path, dither, info.raw), info.silences),
+                     info.cuts);
 }
 
 }  // namespace velmor::render

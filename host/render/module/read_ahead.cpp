@@ -141,8 +141,7 @@ void ReadAhead::readAll() {
 /// they are not wanted any more.
 bool ReadAhead::readInput(size_t index, int64_t& at, int64_t end) {
   const AlbumInput& place = m_album.inputs[index];
-  const std::unique_ptr<AudioInput> input = withSilences(
-      AudioInput::open(place.info.path, m_dither, place.info.raw), place.info.silences);
+  const std::unique_ptr<AudioInput> input = openLaidOut(place.info, m_dither);
   if (input->info().frames != place.info.frames) {
     throw Failure(disc::inQuotes(place.info.path) +
                   " has changed while it was being rendered; start again");

@@ -9,7 +9,6 @@
 #include "disc/text/phrases.h"
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
-#include "host/render/input/silences.h"
 
 namespace velmor::render {
 namespace {

@@ -6,9 +6,9 @@
 
 #include "disc/failure.h"
 #include "disc/sheet/sheet.h"
-#include "host/render/input/audio_input.h"
 #include "host/render/input/marks/mark.h"
 #include "host/render/input/marks/tags.h"
+#include "host/render/input/sheets/silence.h"
 
 namespace velmor::render {
 

@@ -81,6 +81,27 @@ TEST_F(SilencesTest, ComeAsStretchesOfTheirOwnAndLeaveTheOthersPacked) {
   }
 }
 
+TEST_F(SilencesTest, AndSoundAreCutOut) {
+  const std::vector<Silence> silences{{100, 50}, {kAtTheEnd, 30}};
+  const std::vector<Silence> cuts{{0, 10}, {90, 70}, {5070, 10}};
+  std::vector<double> due = expected(silences);
+  for (auto cut = cuts.rbegin(); cut != cuts.rend(); ++cut)
+    due.erase(due.begin() + cut->at, due.begin() + cut->at + cut->frames);
+  for (const size_t block : {1U, 9U, 100000U}) {
+    const auto input = withoutCuts(open(silences), cuts);
+    EXPECT_EQ(input->info().frames, static_cast<int64_t>(due.size()));
+    EXPECT_TRUE(readAll(*input, block).left == due) << block;
+  }
+  const auto input = withoutCuts(open(silences), cuts);
+  std::vector<double> read;
+  for (AudioStretch stretch; input->readStretch(stretch, 600), stretch.frames() > 0;) {
+    std::vector<double> left(stretch.frames()), right(stretch.frames());
+    stretch.copy(0, stretch.frames(), left.data(), right.data());
+    read.insert(read.end(), left.begin(), left.end());
+  }
+  EXPECT_TRUE(read == due);
+}
+
 TEST_F(SilencesTest, OfNoneLeaveTheInputAsItIs) {
   const auto input = open({});
   EXPECT_EQ(input->info().frames, static_cast<int64_t>(kFrames));

@@ -155,6 +155,53 @@ TEST_F(PausesOfASheet, ThatLeaveTooLittleOfATrackAreLeftOut) {
   EXPECT_THAT(readFile(m_folder / "album.portable.cue"), Not(HasSubstr("INDEX 00")));
 }
 
+TEST(ASheetAsAnInput, BringsTheLeadInsOfItsAlbumBack) {
+  const Scratch folder;
+  writeWav(folder / "a.wav", 5, 1);
+  writeWav(folder / "b.wav", 6, 2);
+  writeWav(folder / "c.wav", 7, 3);
+  ASSERT_EQ(render({folder / "a.wav", folder / "b.wav", folder / "c.wav", "--disc-leadin", "3000",
+                    "--track-leadin", "2000", "--performer", "Band", "--title", "Disc",
+                    "--portable-cue", "-o", folder / "album"})
+                .status,
+            0);
+  const Ended again = render({folder / "album.portable.cue", "-o", folder / "again"});
+  EXPECT_EQ(again.err, "");
+  EXPECT_TRUE(readFile(folder / "again.bin") == readFile(folder / "album.bin"));
+  const std::string sheet = readFile(folder / "again.cue");
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:00:00\r\n    INDEX 01 00:03:00\r\n"));
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:08:00\r\n    INDEX 01 00:10:00\r\n"));
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:16:00\r\n    INDEX 01 00:18:00\r\n"));
+}
+
+TEST_F(PausesOfASheet, ThatAreEquallyLongSilencesAreInTheNewSheetToo) {
+  writeFile(m_folder / "in.cue",
+            "FILE \"sound.wav\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
+            "  TRACK 02 AUDIO\n    PREGAP 00:02:00\n    INDEX 01 00:10:00\n"
+            "  TRACK 03 AUDIO\n    PREGAP 00:02:00\n    INDEX 01 00:20:00\n");
+  EXPECT_EQ(renderSheet({}).err, "");
+  const std::string sheet = readFile(m_folder / "album.cue");
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:10:00\r\n    INDEX 01 00:12:00\r\n"));
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:22:00\r\n    INDEX 01 00:24:00\r\n"));
+  const size_t ten_seconds = 1764000;
+  const std::string silence(352800, '\0');
+  const std::string image = readFile(m_folder / "album.bin");
+  EXPECT_TRUE(image == m_sound.substr(0, ten_seconds) + silence +
+                           m_sound.substr(ten_seconds, ten_seconds) + silence +
+                           m_sound.substr(2 * ten_seconds));
+  ASSERT_EQ(renderSheet({"--force", "--marker", "5=x"}).status, 0);
+  EXPECT_TRUE(readFile(m_folder / "album.bin") == image) << "where they are no lead-ins either";
+}
+
+TEST_F(PausesOfASheet, ThatSoundStayInTheAudio) {
+  writeFile(m_folder / "in.cue",
+            "FILE \"sound.wav\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
+            "  TRACK 02 AUDIO\n    INDEX 00 00:08:00\n    INDEX 01 00:10:00\n");
+  EXPECT_THAT(renderSheet({}).err,
+              HasSubstr("the pause before track 2 (0:02.000) has no INDEX 00"));
+  EXPECT_TRUE(readFile(m_folder / "album.bin") == m_sound);
+}
+
 TEST(ASheetAsAnInput, IsRefusedWithWhatIsWrongWithIt) {
   const Scratch folder;
   writeFile(folder / "data.cue",
