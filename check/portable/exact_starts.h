@@ -7,7 +7,8 @@
 namespace velmor::check {
 
 /// Moves each track of `sheet`, whose image `exact` speaks of, to the sector in which it truly
-/// starts. INDEX 00 keeps its distance to INDEX 01, but for the one at the image's first sector.
+/// starts. INDEX 00 keeps its distance to INDEX 01, but for the one at the image's first sector and
+/// for one that `exact` places.
 /// Does nothing when `exact` has another number of tracks.
 void moveStarts(disc::Sheet& sheet, const ExactStarts& exact);
 

@@ -11,9 +11,15 @@
 
 namespace velmor::check {
 
-/// Where tracks truly start, when the one who rendered the image says so: stereo frames from the
-/// image's first, one for each track. Empty: what sheet and image show must do.
-using ExactStarts = std::vector<int64_t>;
+/// Where a track truly starts, when the one who rendered the image says so.
+struct ExactStart {
+  int64_t frame = 0;  ///< stereo frame of the image
+  /// The sector of INDEX 00; nothing where the sheet's own keeps its distance.
+  std::optional<int64_t> pause = std::nullopt;
+};
+
+/// One for each track. Empty: what sheet and image show must do.
+using ExactStarts = std::vector<ExactStart>;
 
 /// Throws `Failure` where no sheet can be made: no image, no tracks, over 99, indices that are
 /// missing, descend or lie past the end. `target`: the new sheet's file;

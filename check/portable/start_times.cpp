@@ -29,6 +29,16 @@ void moveTrack(disc::PlainTrack& track, int64_t sectors, const std::string& why,
                     " is written as " + disc::msfText(start->sector) + ": " + why + '.');
 }
 
+void placePause(disc::PlainTrack& track, int64_t sector, std::vector<std::string>& changes) {
+  disc::PlainIndex pause = *find(track, 1);
+  pause.number = 0;
+  pause.sector = sector;
+  std::erase_if(track.indices, [](const disc::PlainIndex& i) { return i.number == 0; });
+  track.indices.insert(track.indices.begin(), pause);
+  changes.push_back("Track " + std::to_string(track.number) + ": INDEX 00 is written as " +
+                    disc::msfText(sector) + ": the render says that its pause begins there.");
+}
+
 bool imageShowsNextSector(const AudioMap& map, int64_t sector) {
   return sector % 3 != 2 && map.silent(sector) && (sector == 0 || map.silent(sector - 1)) &&
          sector + 1 < map.sectors() && !map.silent(sector + 1);
@@ -44,8 +54,9 @@ void placeStarts(const Disc& disc, const ExactStarts& exact, std::vector<disc::P
     disc::PlainIndex* start = find(tracks[t], 1);
     assert(start != nullptr);
     if (known) {
-      moveTrack(tracks[t], exact[t] / disc::kFramesPerSector - start->sector,
+      moveTrack(tracks[t], exact[t].frame / disc::kFramesPerSector - start->sector,
                 "the render says that it starts there", changes);
+      if (exact[t].pause) placePause(tracks[t], *exact[t].pause, changes);
     } else if (truncated && find(tracks[t], 0) && disc.audio[start->file] &&
                imageShowsNextSector(*disc.audio[start->file], start->sector)) {
       moveTrack(tracks[t], 1,

@@ -12,7 +12,8 @@ namespace velmor::check {
 /// Moves INDEX 00 and 01 of `tracks`, which are those of `disc.sheet` and have an INDEX 01 each, to
 /// where the tracks truly start, and says so in `changes`.
 ///
-/// Known starts: INDEX 01 becomes the sector in which the start lies.
+/// Known starts: INDEX 01 becomes the sector in which the start lies, and INDEX 00 the one that is
+/// given with it.
 ///
 /// From the image: a sheet whose times were truncated shows a sector boundary n/75 s as n - 1 when
 /// n is not divisible by 3. Such an index is moved one sector later only where the image proves

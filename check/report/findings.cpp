@@ -24,12 +24,18 @@ bool Findings::chosen(Reader reader) const {
 void Findings::fillReaders(Finding& finding, const RuleCase& rule) const {
   const ReaderVerdict* verdict = readerVerdict(rule.key());
   if (!verdict) return;
-  const auto is_chosen = [this](Reader r) { return chosen(r); };
+  const auto is_chosen = [this](Reader r) {
+    return chosen(r) && std::find(m_done.begin(), m_done.end(), r) == m_done.end();
+  };
   std::copy_if(verdict->refused.begin(), verdict->refused.end(),
                std::back_inserter(finding.refused), is_chosen);
   std::copy_if(verdict->damaged.begin(), verdict->damaged.end(),
                std::back_inserter(finding.damaged), is_chosen);
   finding.damage = verdict->damage;
+}
+
+void Findings::sayNoMoreOf(const std::vector<Reader>& readers) {
+  m_done.insert(m_done.end(), readers.begin(), readers.end());
 }
 
 void Findings::push(Finding finding) {

@@ -69,6 +69,9 @@ class Findings {
   /// As above, but only when such a reader was chosen, and a note unless it refuses.
   void addHabit(const RuleCase& rule, const Place& place, std::string what, std::string action);
 
+  /// From here on nothing is said of these readers: what they meet first hides the rest from them.
+  void sayNoMoreOf(const std::vector<Reader>& readers);
+
   /// As somebody else has found it.
   void add(Finding finding) { push(std::move(finding)); }
 
@@ -80,7 +83,7 @@ class Findings {
   void fillReaders(Finding& finding, const RuleCase& rule) const;
   void push(Finding finding);
 
-  std::vector<Reader> m_chosen;
+  std::vector<Reader> m_chosen, m_done;
   std::vector<Finding> m_all;
   std::map<std::string_view, int> m_counts;
 };

@@ -141,7 +141,7 @@ const Verdicts& lines() {
       {"lower-case-command:POSTGAP",
        {{kLibburn, kLibcdio}, {kCuetools, kLibcue, kChdman}, kPassedOver}},
       {"lower-case-command:mode",
-       {{kLibburn, kLibcdio, kChdman}, {kCuetools, kLibcue, kBchunk}, kTrackLost}},
+       {{kLibburn, kLibcdio, kChdman}, {kCuetools, kLibcue}, kTrackLost}},
       {"lower-case-file-type", {{kLibburn, kChdman}, {}, ""}},
       {"command-out-of-place:CATALOG", {{kCdrdao, kLibcdio}, {kCuetools}, "the number is lost"}},
       {"command-out-of-place:FLAGS", {{kMetaflac}, {}, ""}},
@@ -290,6 +290,8 @@ const Verdicts& images() {
       {"index-past-end", {{kLibburn, kCdrdao, kLibmirage, kChdman, kMednafen, kShnsplit}, {}, ""}},
       {"image-not-whole-sectors",
        {{}, {kLibmirage, kChdman, kBchunk}, "the last sector is cut off"}},
+      {"file-from-working-folder",
+       {{}, {kLibburn}, "it looks for the file in the folder that it is started in"}},
       {"raw-byte-order", {{}, {kCdrdao}, "it takes raw samples as big-endian: give it --swap"}},
   };
   return kVerdicts;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <system_error>
 
 #include "check/image/similar_file.h"
 #include "check/rules/places.h"
@@ -114,6 +115,13 @@ std::string hintFor(const std::filesystem::path& missing, const std::filesystem:
          " beside the sheet: name that one in FILE.";
 }
 
+/// Does a name that counts from the sheet's folder mean another file from the current one?
+bool isSoughtElsewhere(const disc::File& file, const std::filesystem::path& folder) {
+  std::error_code error;
+  return std::filesystem::path(file.name.bytes).is_relative() &&
+         !std::filesystem::equivalent(folder.empty() ? "." : folder, ".", error);
+}
+
 void checkFile(const disc::File& file, const ImageFile& image, const std::filesystem::path& folder,
                Findings& findings) {
   const Place& place{file.name.line, 0};
@@ -126,6 +134,11 @@ void checkFile(const disc::File& file, const ImageFile& image, const std::filesy
   if (file.name.bytes.find('"') != std::string::npos)
     findings.addForReaders("quote-in-file-name", place, "the name in FILE has a quote inside",
                            "Rename the image.");
+  if (isSoughtElsewhere(file, folder))
+    findings.addHabit("file-from-working-folder", place,
+                      disc::inQuotes(file.name.bytes.substr(0, 200)) +
+                          " counts from the sheet's folder, which is not the one you are in",
+                      "Start cdrskin in the sheet's folder.");
   if (!image.exists()) {
     findings.add(
         Severity::kError, "image-missing", place,

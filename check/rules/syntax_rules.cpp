@@ -76,17 +76,21 @@ void addProblem(const disc::SyntaxProblem& p, Findings& findings) {
 }
 
 /// Two of three readers know no line that ends in a carriage return alone: they find one line.
+/// Those that take it find nothing else in it, good or bad.
 void checkLineEnds(const disc::Sheet& sheet, Findings& findings) {
   const std::string count = std::to_string(sheet.ends.cr);
-  if (endsInReturnsAlone(sheet))
-    findings.add(Severity::kError, "carriage-return-alone", {},
-                 "all lines end in a carriage return alone", "Write CRLF or LF line ends.");
-  else if (sheet.ends.cr > 0)
+  if (endsInReturnsAlone(sheet)) {
+    const char* const rule = "carriage-return-alone";
+    findings.add(Severity::kError, rule, {}, "all lines end in a carriage return alone",
+                 "Write CRLF or LF line ends.");
+    findings.sayNoMoreOf(readerVerdict(rule)->damaged);
+  } else if (sheet.ends.cr > 0) {
     findings.add(Severity::kWarning, "stray-carriage-return", {},
                  count +
                      " carriage returns stand without a line feed, which some readers take for "
                      "no line end",
                  "Write CRLF or LF line ends.");
+  }
   if (sheet.no_last_line_end)
     findings.addForReaders("no-last-line-end", {}, "the last line has no line end",
                            "End it as the others end.");

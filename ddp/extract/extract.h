@@ -14,7 +14,8 @@ namespace velmor::ddp {
 
 struct Extracted {
   std::vector<std::filesystem::path> written;
-  std::vector<std::string> changes;  ///< what could not be kept, one sentence each
+  std::vector<std::string> changes;   ///< what could not be kept, one sentence each
+  std::vector<std::string> warnings;  ///< clauses about what killed runs had left in the place
 };
 
 /// Told of the sectors done and of all. May throw, which ends the work with nothing written.

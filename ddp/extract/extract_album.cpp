@@ -75,7 +75,7 @@ Extracted extractAlbum(const CheckedSet& set, const fs::path& sheet, bool force,
   } catch (const fs::filesystem_error& error) {
     throw disc::notWritten(error);
   }
-  return {{sheet, image}, album.changes};
+  return {{sheet, image}, album.changes, {}};
 }
 
 }  // namespace velmor::ddp

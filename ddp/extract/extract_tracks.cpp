@@ -103,6 +103,7 @@ Extracted extractTracks(const CheckedSet& set, const fs::path& folder, bool forc
   disc::DraftFolder target(folder, force,
                            [names](const std::string& name) { return names.count(name) > 0; });
   Extracted extracted;
+  extracted.warnings = target.warnings();
   try {
     for (const TrackFile& file : files) {
       writeTrack(audio, file, target.path() / file.name, progress);

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "ddp/write/prepared_set.h"
 #include "disc/ddp/set_writer.h"
@@ -20,6 +22,8 @@ class SetTarget {
   /// `progress` throws; the folder is as it was then.
   void write(const PreparedSet& set, const WrittenSectors& progress);
   const std::filesystem::path& path() const { return m_folder.target(); }
+  /// A clause about each folder that a killed process had left there and that is removed now.
+  const std::vector<std::string>& warnings() const { return m_folder.warnings(); }
 
  private:
   void refuseOwnImages(const PreparedSet& set) const;

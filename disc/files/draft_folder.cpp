@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <system_error>
 #include <utility>
 
@@ -17,6 +16,9 @@ namespace velmor::disc {
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr const char* kNameBegin = ".velmor-ddp-";
+constexpr const char* kAside = ".old";  ///< ends the name of what is being replaced
 
 /// Without slashes at its end, and with a link to a folder followed: what takes the place is the
 /// folder itself.
@@ -52,17 +54,28 @@ void syncFolder(const fs::path& folder) {
 DraftFolder::DraftFolder(const fs::path& target, bool force, IsReplaced replaced)
     : m_target(plainTarget(target)), m_force(force), m_replaced(std::move(replaced)) {
   checkTarget();
-  const fs::path parent = folderOf(m_target);
-  std::string pattern = (parent / ('.' + m_target.filename().string() + "-XXXXXX")).string();
-  if (::mkdtemp(pattern.data()) == nullptr)
-    throw Failure("nothing can be written to the folder " + inQuotes(parent.string()) + ": " +
-                  std::generic_category().message(errno) + "; choose another place");
-  m_path = pattern;
+  removeAbandoned();
+  m_path = m_hidden.emplace(folderOf(m_target), kNameBegin, "choose another place").path();
 }
 
 DraftFolder::~DraftFolder() {
   std::error_code ignored;
   fs::remove_all(m_path, ignored);
+}
+
+void DraftFolder::removeAbandoned() {
+  const fs::path parent = folderOf(m_target);
+  forEachAbandoned(parent, kNameBegin, [this](const fs::path& folder) {
+    m_warnings.push_back(disc::removeAbandoned(folder, bytesIn(folder)));
+  });
+  std::error_code ignored;
+  for (const fs::path& entry : entriesOf(parent, ignored)) {
+    const std::string name = entry.filename().string();
+    if (name.starts_with(kNameBegin) && name.ends_with(kAside))
+      m_warnings.push_back(leftByKilledRun(entry) +
+                           "stays: it is what was to be replaced; move it where it belongs, or "
+                           "delete it");
+  }
 }
 
 void DraftFolder::checkTarget() {
@@ -119,7 +132,7 @@ void DraftFolder::exchange() {
   if (errno != EINVAL && errno != ENOSYS)
     throw Failure(inQuotes(m_target.string()) + " cannot be replaced: " +
                   std::generic_category().message(errno) + "; choose another place");
-  const fs::path aside = m_path.string() + ".old";
+  const fs::path aside = m_path.string() + kAside;
   std::error_code error;
   fs::rename(m_target, aside, error);
   if (!error) {

@@ -3,16 +3,18 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "disc/failure.h"
+#include "disc/files/held_folder.h"
 
 namespace velmor::disc {
 
 /// A hidden folder beside its target while it is being filled; gone with the object unless it took
 /// the target's place. A process that is killed leaves the hidden folder behind, and the target as
-/// it was.
+/// it was; the next one to be made beside it removes it.
 class DraftFolder {
  public:
   /// Files of the target that the new folder stands for and that go when it is replaced; all others
@@ -30,6 +32,8 @@ class DraftFolder {
   /// Where the files are to be made.
   const std::filesystem::path& path() const { return m_path; }
   const std::filesystem::path& target() const { return m_target; }
+  /// A clause about each hidden folder that was found left behind, for messages.
+  const std::vector<std::string>& warnings() const { return m_warnings; }
 
   /// Gives the folder, whose files are on the disk, the target's place in one step. Throws
   /// `Failure`, with the target as it was, when that fails, or when something has come there
@@ -38,6 +42,7 @@ class DraftFolder {
 
  private:
   void checkTarget();
+  void removeAbandoned();
   void carryOver();
   void exchange();
 
@@ -45,6 +50,8 @@ class DraftFolder {
   bool m_force;
   IsReplaced m_replaced;
   std::vector<std::string> m_carried;  ///< names in the target that are in no set
+  std::vector<std::string> m_warnings;
+  std::optional<HeldFolder> m_hidden;
 };
 
 }  // namespace velmor::disc

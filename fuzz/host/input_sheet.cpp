@@ -25,7 +25,12 @@ void readAsText(std::string_view text) {
   try {
     const auto found = velmor::render::marksOfSheet(sheet, "x.cue");
     fuzz::require(found.of_files.size() == sheet.files.size(), "each file has its marks");
-    for (const auto& marks : found.of_files) requireMarks(marks);
+    for (const auto& file : found.of_files) {
+      requireMarks(file.marks);
+      for (const double pause : file.pauses) fuzz::require(pause >= 0.0, "a pause has a place");
+      for (const auto& silence : file.silences)
+        fuzz::require(silence.frames > 0, "it has a length");
+    }
   } catch (const velmor::Failure&) {  // it is refused with a reason
   }
 }
@@ -36,7 +41,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   readAsText(fuzz::textOf(data, size));
   velmor::render::Tags tags;
   requireMarks(
-      velmor::render::marksOfCuesheetBlock(std::as_bytes(std::span(data, size)), 44100, tags));
+      velmor::render::marksOfCuesheetBlock(std::as_bytes(std::span(data, size)), 44100, tags)
+          .marks);
   fuzz::requireLineOfText(tags.catalogue);
   return 0;
 }

@@ -48,8 +48,8 @@ void printWarnings(const Options& options, const std::vector<std::string>& warni
 
 SinkConfig sinkConfig(const Options& options, const Album& album) {
   return {static_cast<int32_t>(kIsoFormatCode),
-          options.disc_leadin_ms,
-          options.track_leadin_ms,
+          album.lead_ins.disc_ms,
+          album.lead_ins.track_ms,
           options.burn.wanted,
           album.track_mode,
           options.hash_markers_only};
@@ -129,6 +129,7 @@ int run(const Options& options) {
   const TrackPlan plan = planTracks(config, album.project.marks, album.frames());
   const std::vector<MarkFate> marks = fatesOf(album, plan, options.hash_markers_only);
   std::vector<std::string> warnings = checked(options, config, album, plan, marks, output);
+  if (ddp) warnings.insert(warnings.begin(), ddp->warnings().begin(), ddp->warnings().end());
   printWarnings(options, warnings);
 
   std::optional<PortableSheet> portable;

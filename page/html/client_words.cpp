@@ -83,6 +83,7 @@ const Words& ofTheFiles() {
       {"byte-order",
        "The music is said to be stored the other way round than usual; in the wrong one it is "
        "noise."},
+      {"file-from-working-folder", "One program finds the music only from the sheet's folder."},
       {"raw-byte-order", "One program needs to be told how the music is stored."},
       {"file-type", "The sheet names a kind of file that does not exist."},
       {"file-without-track", "A file that the sheet names is not on the disc."},

@@ -96,8 +96,10 @@ int write(const Arguments& a) {
   }
   const int64_t sectors = set.layout.set.sectors;
   const bool written = tried([&] {
+    SetTarget target(a.output, a.force);
+    for (const std::string& left : target.warnings()) printMessage(left);
     Bar bar("Writing");
-    SetTarget(a.output, a.force).write(set, [&](int64_t done) { bar.showSectors(done, sectors); });
+    target.write(set, [&](int64_t done) { bar.showSectors(done, sectors); });
   });
   if (!written) return kFailed;
   printWarnings(set);
@@ -143,6 +145,7 @@ int extract(const Arguments& a) {
                                  : extractTracks(set, a.tracks, a.force, progress);
   });
   if (!written) return kFailed;
+  for (const std::string& left : extracted.warnings) printMessage(left);
   for (const std::string& change : extracted.changes) std::cout << "changed: " << change << '\n';
   for (const fs::path& path : extracted.written)
     std::cout << "written: " << disc::printable(path.string()) << '\n';

@@ -175,7 +175,7 @@ TEST(PortableSheet, TakesTheStartsThatTheRenderKnows) {
   LeadInAlbum::write(folder.path());
   const Report report = check(folder / "image.cue", {});
   const disc::PortableDisc disc =
-      makePortable(report, folder / "p.cue", {150 * 588, 800 * 588, 1301 * 588 + 587});
+      makePortable(report, folder / "p.cue", {{150 * 588}, {800 * 588}, {1301 * 588 + 587}});
   EXPECT_EQ(startsOf(disc), (std::vector<int64_t>{150, 800, 1301}));
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <nlohmann/json.hpp>
 
@@ -136,6 +137,58 @@ TEST_F(ProgramTest, DoesNotWaitForAPipeThatNobodyWritesTo) {
   const ProcessResult result = run({"pipe.cue"});
   EXPECT_EQ(result.status, 2);
   EXPECT_THAT(result.all, HasSubstr("\"pipe.cue\" is no regular file"));
+}
+
+/// Permissions do not bind root.
+void becomeNobody() {
+  if (::setuid(65534) != 0) ::_exit(77);
+}
+
+TEST_F(ProgramTest, SaysThatAFolderCannotBeLookedInto) {
+  namespace fs = std::filesystem;
+  fs::create_directory(m_folder / "closed");
+  for (const char* const name : {"image.cue", "image.bin"})
+    fs::copy(m_folder / name, m_folder / "closed" / name);
+  std::string sheet = readFile(m_folder / "image.cue");
+  sheet.replace(sheet.find("image.bin"), 9, "closed/image.bin");
+  writeFile(m_folder / "outside.cue", sheet);
+  fs::permissions(m_folder.path(), fs::perms::all);
+  fs::permissions(m_folder / "closed", fs::perms::owner_all);
+  const auto run_as_nobody = [&](const std::string& argument) {
+    test_kit::ProcessOptions options;
+    options.folder = m_folder.path().string();
+    options.in_child = becomeNobody;
+    return test_kit::runProcess({VELMOR_CDCHECK, argument}, options);
+  };
+  if (run_as_nobody("--version").status != 0)
+    GTEST_SKIP() << "another user cannot be, or cannot run the program";
+  const ProcessResult within = run_as_nobody("closed/image.cue");
+  EXPECT_EQ(within.status, 2);
+  EXPECT_THAT(within.all, HasSubstr("the sheet \"closed/image.cue\" cannot be opened: Permission "
+                                    "denied; check its name and folder"));
+  const ProcessResult image = run_as_nobody("outside.cue");
+  EXPECT_EQ(image.status, 1);
+  EXPECT_THAT(image.all, HasSubstr("\"closed/image.bin\" cannot be opened: Permission denied"));
+  EXPECT_EQ((within.all + image.all).find("regular file"), std::string::npos);
+}
+
+TEST_F(ProgramTest, TellsCdrskinToStartInTheSheetsFolder) {
+  std::filesystem::create_directory(m_folder / "within");
+  const auto check = [&](const std::string& folder, const std::string& sheet) {
+    return runProcess({VELMOR_CDCHECK, sheet, "--for", "cdrskin"}, folder);
+  };
+  const ProcessResult away = check((m_folder / "within").string(), "../image.cue");
+  EXPECT_THAT(away.out,
+              HasSubstr("note line 2 [file-from-working-folder] \"image.bin\" counts from "
+                        "the sheet's folder, which is not the one you are in"));
+  EXPECT_THAT(away.out, HasSubstr("Start cdrskin in the sheet's folder."));
+  EXPECT_EQ(away.status, 0);
+  const ProcessResult here = check(m_folder.path().string(), "image.cue");
+  EXPECT_EQ(here.out.find("file-from-working-folder"), std::string::npos);
+  EXPECT_EQ(runProcess({VELMOR_CDCHECK, "../image.cue"}, (m_folder / "within").string())
+                .out.find("file-from-working-folder"),
+            std::string::npos)
+      << "of one reader alone";
 }
 
 TEST_F(ProgramTest, CountsWhatItLeavesOutBehindTheLinesThatItShows) {

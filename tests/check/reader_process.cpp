@@ -26,8 +26,10 @@ ProcessResult runProcess(const std::vector<std::string>& arguments, const std::s
   options.environment = {"PATH=" + std::string(path != nullptr ? path : ""), "HOME=" + folder,
                          "LC_ALL=C.UTF-8", "SDL_VIDEODRIVER=dummy", "SDL_AUDIODRIVER=dummy"};
   options.stop_at = stop_at;
-  options.limit = std::chrono::seconds(20);
-  return test_kit::runProcess(arguments, options);
+  options.limit = std::chrono::minutes(3);
+  ProcessResult ended = test_kit::runProcess(arguments, options);
+  if (ended.took_too_long) ended.all += "\n(not ended after three minutes)";
+  return ended;
 }
 
 }  // namespace velmor::check::test

@@ -200,7 +200,7 @@ class LongWork : public Target, public testing::WithParamInterface<int> {
  private:
   bool begun() const {
     for (const std::string& name : namesIn(m_sheets.folder.path()))
-      if (name.starts_with(".set-") && fs::exists(m_sheets.folder / name / "IMAGE.DAT"))
+      if (name.starts_with(".velmor-ddp-") && fs::exists(m_sheets.folder / name / "IMAGE.DAT"))
         return true;
     return false;
   }
@@ -217,9 +217,14 @@ INSTANTIATE_TEST_SUITE_P(Signals, LongWork, testing::Values(SIGINT, SIGTERM));
 
 class KilledWork : public LongWork {};
 
-TEST_P(KilledWork, LeavesNoSet) {
+TEST_P(KilledWork, LeavesNoSetAndIsCleanedUpAfterByTheNext) {
   EXPECT_EQ(stopped(GetParam()).status, 128 + GetParam());
   EXPECT_FALSE(fs::exists(m_sheets.folder / "set"));
+  EXPECT_EQ(namesBeside().size(), 5U);
+  const auto next = m_sheets.run({"write", "a.cue", "-o", "set"});
+  EXPECT_EQ(next.status, 0);
+  EXPECT_THAT(next.err, HasSubstr("which a killed run has left, was removed, "));
+  EXPECT_THAT(namesBeside(), ElementsAre("a.bin", "a.cue", "l.bin", "l.cue", "set"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, KilledWork, testing::Values(SIGKILL));

@@ -108,7 +108,7 @@ TEST(SetsOfSheets, HaveNoTextsWithoutThem) {
 TEST(SetsOfSheets, StartWhereTheRenderSays) {
   const SheetFolder sheets;
   SetOptions options;
-  options.exact_starts = {0, 751 * 588 + 3};
+  options.exact_starts = {{0}, {751 * 588 + 3}};
   sheets.write("set", "a.cue", options);
   const CheckedSet set = sheets.check("set");
   EXPECT_THAT(timesOf(set, 0), ElementsAre(0, 0, 1, 150, 2, 525));

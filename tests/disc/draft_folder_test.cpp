@@ -2,6 +2,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
 
 #include "tests/kit/scratch_folder.h"
 #include "tests/kit/whole_files.h"
@@ -26,7 +30,7 @@ TEST_F(DraftFolders, AreHiddenUntilTheyTakeTheirPlace) {
     DraftFolder draft(m_folder / "new", false, nothing);
     writeFile(draft.path() / "a", "1");
     EXPECT_FALSE(fs::exists(m_folder / "new"));
-    EXPECT_THAT(m_folder.names(), ElementsAre(testing::StartsWith(".new-")));
+    EXPECT_THAT(m_folder.names(), ElementsAre(testing::StartsWith(".velmor-ddp-")));
     draft.takePlace();
     EXPECT_EQ(readFile(m_folder / "new/a"), "1");
   }
@@ -36,6 +40,50 @@ TEST_F(DraftFolders, AreHiddenUntilTheyTakeTheirPlace) {
 TEST_F(DraftFolders, AreGoneWhenTheyDoNot) {
   { const DraftFolder draft(m_folder / "new", false, nothing); }
   EXPECT_THAT(m_folder.names(), testing::IsEmpty());
+}
+
+/// Kills a process that has filled a draft for `target`.
+void killWithADraft(const fs::path& target) {
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const DraftFolder draft(target, false, [](const std::string&) { return false; });
+    writeFile(draft.path() / "image", std::string(3'000'000, 'x'));
+    kill(getpid(), SIGKILL);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFSIGNALED(status));
+}
+
+TEST_F(DraftFolders, OfKilledProcessesAreRemovedAndTold) {
+  killWithADraft(m_folder / "new");
+  ASSERT_EQ(m_folder.names().size(), 1U);
+  const std::string left = m_folder.names()[0];
+  const DraftFolder draft(m_folder / "other", false, nothing);
+  EXPECT_THAT(
+      draft.warnings(),
+      ElementsAre(testing::AllOf(testing::HasSubstr(left),
+                                 testing::EndsWith("a killed run has left, was removed, 3 MB"))));
+  EXPECT_FALSE(fs::exists(m_folder / left));
+}
+
+TEST_F(DraftFolders, ThatAreStillHeldAreLeftAlone) {
+  const DraftFolder one(m_folder / "one", false, nothing);
+  writeFile(one.path() / "a", "1");
+  const DraftFolder other(m_folder / "other", false, nothing);
+  EXPECT_THAT(other.warnings(), testing::IsEmpty());
+  EXPECT_EQ(readFile(one.path() / "a"), "1");
+}
+
+TEST_F(DraftFolders, ThatHoldWhatWasToBeReplacedAreToldAndStay) {
+  fs::create_directory(m_folder / ".velmor-ddp-abcdef.old");
+  fs::create_directory(m_folder / ".velmor-ddp-notes.d");
+  fs::create_directory(m_folder / ".master-backup");
+  const DraftFolder draft(m_folder / "new", false, nothing);
+  EXPECT_THAT(draft.warnings(),
+              ElementsAre(testing::HasSubstr("stays: it is what was to be replaced")));
+  EXPECT_EQ(m_folder.names().size(), 4U);
 }
 
 TEST_F(DraftFolders, HaveThePermissionsOfAnyOtherFolder) {

@@ -118,6 +118,7 @@ void ChildProcess::collect(EndedProcess& ended) {
   while (waiting[0].fd >= 0 || waiting[1].fd >= 0) {
     const bool printed = !m_stop_at.empty() && ended.all.find(m_stop_at) != std::string::npos;
     if (printed || std::chrono::steady_clock::now() > end) {
+      ended.took_too_long = !printed;
       ::kill(m_pid, SIGKILL);
       return;
     }

@@ -16,6 +16,7 @@ struct EndedProcess {
   std::string err;  ///< standard error
   std::string all;  ///< both, as they came
   long peak_kilobytes = 0;
+  bool took_too_long = false;  ///< it was killed at its limit
 };
 
 struct ProcessOptions {

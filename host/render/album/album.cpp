@@ -15,11 +15,42 @@
 #include "host/render/album/sheet_text.h"
 #include "host/render/album/track_mode.h"
 #include "host/render/input/marks/label_track.h"
+#include "host/render/input/silences.h"
 #include "host/render/options/usage_error.h"
 
 namespace velmor::render {
 
 namespace {
+
+/// Tells the marks of the pauses, which begin at `pauses` and end at the next mark.
+void endPauses(const std::vector<double>& pauses, std::vector<Mark>& marks) {
+  for (const double pause : pauses) {
+    const auto end = std::find_if(marks.begin(), marks.end(),
+                                  [&](const Mark& mark) { return mark.start > pause; });
+    if (end != marks.end()) end->pause_before = end->start - pause;
+  }
+}
+
+/// The marks of the album's inputs, on its timeline.
+std::vector<Mark> marksOfInputs(const Options& options, const Album& album) {
+  std::vector<Mark> marks;
+  std::vector<double> pauses;
+  for (const AlbumInput& input : album.inputs) {
+    const double start = disc::secondsOf(input.start);
+    for (const double pause : input.info.pauses) pauses.push_back(start + pause);
+    for (Mark mark : input.info.marks) {
+      // Those of a sheet have a giver already; the sheet was named on purpose.
+      const bool is_embedded = mark.given_by.empty();
+      if (is_embedded && !options.embedded_markers) continue;
+      if (is_embedded) mark.given_by = "inside " + disc::inQuotes(input.info.path);
+      mark.start += start;
+      if (mark.end) *mark.end += start;
+      marks.push_back(std::move(mark));
+    }
+  }
+  endPauses(pauses, marks);
+  return marks;
+}
 
 std::vector<Mark> givenMarks(const Options& options, Album& album) {
   std::vector<Mark> marks = options.marks;
@@ -28,17 +59,8 @@ std::vector<Mark> givenMarks(const Options& options, Album& album) {
     marks.insert(marks.end(), labels.marks.begin(), labels.marks.end());
     album.warnings.insert(album.warnings.end(), labels.warnings.begin(), labels.warnings.end());
   }
-  for (const AlbumInput& input : album.inputs) {
-    for (Mark mark : input.info.marks) {
-      // Those of a sheet have a giver already; the sheet was named on purpose.
-      const bool is_embedded = mark.given_by.empty();
-      if (is_embedded && !options.embedded_markers) continue;
-      if (is_embedded) mark.given_by = "inside " + disc::inQuotes(input.info.path);
-      mark.start += disc::secondsOf(input.start);
-      if (mark.end) *mark.end += disc::secondsOf(input.start);
-      marks.push_back(std::move(mark));
-    }
-  }
+  const std::vector<Mark> of_inputs = marksOfInputs(options, album);
+  marks.insert(marks.end(), of_inputs.begin(), of_inputs.end());
   return marks;
 }
 
@@ -127,16 +149,32 @@ void setRange(const Options& options, Album& album) {
 InputInfo infoOf(const AudioSource& source, const Options& options) {
   InputInfo info = AudioInput::open(source.path, options.dither, source.raw)->info();
   info.number = source.number;
-  if (!source.sheet) return info;
+  if (!source.sheet) {
+    if (!options.embedded_markers) info.silences.clear();
+    info.frames += framesOf(info.silences);
+    return info;
+  }
   if (options.isrcs.count(source.number) > 0) {
     throw UsageError("--isrc for input " + std::to_string(source.number) +
                      ", which is a cue sheet: its tracks have their ISRCs there");
   }
   info.tags = source.sheet->tags;
-  info.marks = source.sheet->marks;
+  info.marks = source.sheet->marks.marks;
+  info.pauses = source.sheet->marks.pauses;
+  info.silences = source.sheet->marks.silences;
+  info.frames += framesOf(info.silences);
   info.warnings = source.sheet->warnings;
   info.beginning = Beginning::kNothing;
   return info;
+}
+
+/// Whether the tracks will be those of one sheet, with no lead-ins and no cuts of the user's own.
+bool isSheetAsItIs(const Options& options, const std::vector<AudioSource>& sources) {
+  return options.inputs.size() == 1 && !sources.empty() && sources.front().sheet &&
+         options.disc_leadin_ms == 0 && options.track_leadin_ms == 0 && options.marks.empty() &&
+         options.labels.empty() && !options.start && !options.end &&
+         options.track_mode.value_or(kTracksFromMarkers) == kTracksFromMarkers &&
+         !options.hash_markers_only;
 }
 
 }  // namespace
@@ -149,11 +187,16 @@ Album layOutAlbum(const Options& options, const std::vector<AudioSource>& source
   std::vector<InputInfo> infos;
   infos.reserve(sources.size());
   for (const AudioSource& source : sources) infos.push_back(infoOf(source, options));
-  return layOutAlbum(options, std::move(infos));
+  const LeadIns taken = isSheetAsItIs(options, sources) ? takeLeadIns(infos) : LeadIns{};
+  Album album = layOutAlbum(options, std::move(infos));
+  if (taken.disc_ms > 0) album.lead_ins.disc_ms = taken.disc_ms;
+  if (taken.track_ms > 0) album.lead_ins.track_ms = taken.track_ms;
+  return album;
 }
 
 Album layOutAlbum(const Options& options, std::vector<InputInfo> infos) {
   Album album;
+  album.lead_ins = {options.disc_leadin_ms, options.track_leadin_ms};
   placeInputs(album, std::move(infos));
   join(options, album);
   refuseTwoFacedTimes(options.two_faced_times, album);

@@ -9,6 +9,7 @@
 
 #include "disc/failure.h"
 #include "host/render/album/host_project.h"
+#include "host/render/album/sheet_lead_ins.h"
 #include "host/render/input/audio_input.h"
 #include "host/render/input/sheets/audio_source.h"
 #include "host/render/options/options.h"
@@ -27,6 +28,7 @@ struct Album {
   int64_t render_start = 0;  ///< frames of the timeline
   int64_t render_end = 0;    ///< frames of the timeline, past the last one rendered
   TrackMode track_mode = kTracksFromMarkers;  ///< as given, or as the marks ask for
+  LeadIns lead_ins;                           ///< as given, or as an input's sheet asks for
   HostProject project;                        ///< as the module sees it: the render starts at 0
   /// Marks that did not get into the project, seconds of the timeline: beyond the audio or outside
   /// --start and --end.

@@ -41,6 +41,12 @@ std::optional<double> regionInForce(const std::vector<Mark>& marks, double start
   return std::nullopt;
 }
 
+/// Leaves of the mark's pause what lies behind `start`, to which the mark moves if it lies before.
+void cutPause(Mark& mark, double start) {
+  mark.pause_before = std::clamp(mark.start - start, 0.0, mark.pause_before);
+  mark.pause_behind = std::max(mark.pause_behind - std::max(start - mark.start, 0.0), 0.0);
+}
+
 }  // namespace
 
 std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int64_t end_frame,
@@ -73,6 +79,7 @@ std::vector<Mark> marksInRange(std::vector<Mark> marks, int64_t start_frame, int
       left_out.push_back(std::move(mark));
       continue;
     }
+    cutPause(mark, start);
     mark.start = relative(std::max(mark.start, start), start_frame);
     if (mark.end) mark.end = relative(std::min(*mark.end, end), start_frame);
     kept.push_back(std::move(mark));

@@ -49,7 +49,11 @@ InputInfo describe(const std::string& path, const disc::SoundFile& sound) {
   addVorbisComments(vorbisCommentsIn(sound.bytes()), info.tags);
   info.marks = embeddedMarks(file, sound.info(), sound.bytes(), info.tags.converted);
   if (info.marks.empty()) {
-    info.marks = marksOfCarriedSheet(sound.bytes(), path, info.rate, info.tags, info.warnings);
+    FileMarks carried =
+        marksOfCarriedSheet(sound.bytes(), path, info.rate, info.tags, info.warnings);
+    info.marks = std::move(carried.marks);
+    info.pauses = std::move(carried.pauses);
+    info.silences = std::move(carried.silences);
   }
   sound.checkReading();  // or a mark would be missing that nobody misses
   return info;

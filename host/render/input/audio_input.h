@@ -14,6 +14,7 @@
 #include "host/render/input/audio_stretch.h"
 #include "host/render/input/marks/mark.h"
 #include "host/render/input/marks/tags.h"
+#include "host/render/input/sheets/silence.h"
 
 namespace velmor::render {
 
@@ -47,6 +48,11 @@ struct InputInfo {
   To16Bits to_16_bits = To16Bits::kExact;
   Tags tags;
   std::vector<Mark> marks;  ///< cue points, labels and regions of the file, in ascending start
+  /// Where pauses begin that last until the next track's mark, in this input or a later one;
+  /// seconds like those of the marks.
+  std::vector<double> pauses;
+  std::vector<Silence> silences;  ///< that the audio gets; the times of the marks count them
+  std::vector<Silence> cuts;  ///< stretches, behind `at`, of audio and silences that are left out
   std::vector<std::string> warnings;  ///< clauses about what marks cannot say
 };
 

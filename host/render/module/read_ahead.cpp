@@ -9,6 +9,7 @@
 #include "disc/failure.h"
 #include "disc/terminal/interrupt.h"
 #include "disc/text/phrases.h"
+#include "host/render/input/silences.h"
 
 namespace velmor::render {
 
@@ -140,8 +141,7 @@ void ReadAhead::readAll() {
 /// they are not wanted any more.
 bool ReadAhead::readInput(size_t index, int64_t& at, int64_t end) {
   const AlbumInput& place = m_album.inputs[index];
-  const std::unique_ptr<AudioInput> input =
-      AudioInput::open(place.info.path, m_dither, place.info.raw);
+  const std::unique_ptr<AudioInput> input = openLaidOut(place.info, m_dither);
   if (input->info().frames != place.info.frames) {
     throw Failure(disc::inQuotes(place.info.path) +
                   " has changed while it was being rendered; start again");

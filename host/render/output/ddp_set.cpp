@@ -51,11 +51,23 @@ void DdpOutput::make(const std::string& sheet, const TrackPlan& plan, bool show_
   makeAlong(m_made, [&] { makeSet(sheet, plan, show_progress); });
 }
 
+/// The audio of a set holds the whole of track 1's pause, which is two seconds at least, or nothing
+/// of it.
+void DdpOutput::joinShortFirstPause(const TrackPlan& plan, check::ExactStarts& starts) {
+  check::ExactStart& first = starts.front();
+  const int64_t sectors = first.frame / disc::kFramesPerSector;
+  if (!first.pause || sectors >= disc::kSectorsBeforeTrack1) return;
+  first = {plan.tracks.front().start_frame};
+  m_made.changes.push_back("the pause of track 1, " + disc::counted(sectors, "sector") +
+                           ", becomes a part of the track: in a set it is 150 sectors at least");
+}
+
 void DdpOutput::makeSet(const std::string& sheet, const TrackPlan& plan, bool show_progress) {
   ddp::SetOptions options;
   options.exact_starts = startsOf(plan);
+  joinShortFirstPause(plan, options.exact_starts);
   const ddp::PreparedSet prepared = ddp::prepareSet(sheet, options);
-  m_made.changes = prepared.changes;
+  m_made.changes.insert(m_made.changes.end(), prepared.changes.begin(), prepared.changes.end());
   if (prepared.refused()) {
     m_made.refusal.emplace();
     m_made.refusal->sheet = prepared.report.sheet;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "check/portable/make_portable.h"
 #include "check/report/report.h"
 #include "ddp/check/checked_set.h"
 #include "ddp/write/set_target.h"
@@ -33,11 +34,14 @@ class DdpOutput {
   /// Makes the set from the finished pair, whose sheet is `sheet`, and checks it; shows progress
   /// when `show_progress`. Whatever goes wrong is told in the result.
   void make(const std::string& sheet, const TrackPlan& plan, bool show_progress);
+  /// Clauses about what killed runs had left in its place.
+  const std::vector<std::string>& warnings() const { return m_target.warnings(); }
   /// What came of it.
   const DdpSet& made() const { return m_made; }
 
  private:
   void makeSet(const std::string& sheet, const TrackPlan& plan, bool show_progress);
+  void joinShortFirstPause(const TrackPlan& plan, check::ExactStarts& starts);
 
   ddp::SetTarget m_target;
   DdpSet m_made;

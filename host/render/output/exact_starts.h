@@ -6,7 +6,7 @@
 
 namespace velmor::render {
 
-/// The first frame of each track.
+/// The first frame of each track, and the pauses that the inputs' sheets give.
 check::ExactStarts startsOf(const TrackPlan& plan);
 
 }  // namespace velmor::render

@@ -5,14 +5,17 @@
 #include <string>
 #include <vector>
 
+#include "disc/failure.h"
+#include "disc/files/held_folder.h"
+
 namespace velmor::render {
 
 /// A fresh hidden folder beside the place of the files, removed with what is in it at the object's
 /// end. That takes no memory, so that nothing is left lying either where memory has run out; what
 /// the system refuses is tried once more, and told when it is refused again.
 ///
-/// A process that is killed leaves the folder behind. The process holds a lock on it for as long as
-/// it runs, so that a later one can tell whose folder is nobody's any more.
+/// A process that is killed leaves the folder behind, and a later one can tell that it is nobody's
+/// any more.
 class WorkingFolder {
  public:
   /// Throws `Failure` when nothing can be written to `parent`.
@@ -21,7 +24,7 @@ class WorkingFolder {
   WorkingFolder(const WorkingFolder&) = delete;
   WorkingFolder& operator=(const WorkingFolder&) = delete;
 
-  std::filesystem::path path() const { return m_path; }
+  std::filesystem::path path() const { return m_folder.path(); }
   /// A folder within for the new files.
   std::filesystem::path files() const { return path() / kFiles; }
   /// A folder within, to be made, for old files while they are being replaced.
@@ -40,12 +43,9 @@ class WorkingFolder {
   static constexpr const char* kReplaced = "replaced";
 
   static std::string removeOne(const std::filesystem::path& folder);
-  void make(const std::filesystem::path& parent);
-  bool holdsIt() const;
   void remove() noexcept;
 
-  std::string m_path;
-  int m_held = -1;  ///< descriptor with the lock
+  disc::HeldFolder m_folder;
   bool m_stays = false;
 };
 

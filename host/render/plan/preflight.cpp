@@ -12,6 +12,7 @@
 #include "host/render/album/disc_fields.h"
 #include "host/render/album/mark_names.h"
 #include "host/render/plan/preflight_codes.h"
+#include "host/render/plan/preflight_pauses.h"
 #include "host/render/plan/preflight_starts.h"
 
 namespace velmor::render {
@@ -91,6 +92,7 @@ PreflightFindings checkBeforeRender(const SinkConfig& config, const HostProject&
   checkTracks(config, plan, findings);
   checkLength(plan, allow_overlong, findings);
   checkStarts(config, plan, findings);
+  checkPauses(plan, findings);
   checkNames(plan, findings);
   checkFields(project, findings);
   checkCodes(project, plan, findings);

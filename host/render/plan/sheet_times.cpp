@@ -24,7 +24,8 @@ int64_t startSectorInSheet(const TrackPlan& plan, size_t track) {
 
 int64_t exactStartSector(const TrackPlan& plan, size_t track) {
   assert(track < plan.tracks.size());
-  return plan.tracks[track].start_frame / disc::kFramesPerSector;
+  const PlannedTrack& planned = plan.tracks[track];
+  return (planned.start_frame + planned.pause_behind) / disc::kFramesPerSector;
 }
 
 std::optional<int64_t> gapSectorInSheet(const SinkConfig& config, const TrackPlan& plan,
@@ -38,11 +39,20 @@ std::optional<int64_t> gapSectorInSheet(const SinkConfig& config, const TrackPla
   return sectorInSheet(std::max(plan.tracks[track].start - whole_seconds, 0.0));
 }
 
+std::optional<int64_t> ownGapSector(const TrackPlan& plan, size_t track) {
+  const PlannedTrack& planned = plan.tracks[track];
+  if (!planned.hasOwnPause()) return std::nullopt;
+  return track == 0 ? 0 : (planned.start_frame - planned.pause_before) / disc::kFramesPerSector;
+}
+
 std::optional<int64_t> exactGapSector(const SinkConfig& config, const TrackPlan& plan,
                                       size_t track) {
+  const int64_t start = exactStartSector(plan, track);
+  if (const auto own = ownGapSector(plan, track)) {
+    return *own < start ? own : std::nullopt;
+  }
   const std::optional<int64_t> in_sheet = gapSectorInSheet(config, plan, track);
   if (!in_sheet) return std::nullopt;
-  const int64_t start = exactStartSector(plan, track);
   const int64_t gap = *in_sheet == 0 ? 0 : *in_sheet + start - startSectorInSheet(plan, track);
   return gap < start ? std::optional(gap) : std::nullopt;
 }

@@ -6,6 +6,7 @@
 #include "disc/units/disc_limits.h"
 #include "disc/units/disc_units.h"
 #include "host/render/album/mark_names.h"
+#include "host/render/plan/track_pauses.h"
 
 namespace velmor::render {
 
@@ -42,8 +43,10 @@ class Planner {
   }
 
   void split(const std::string& title) {
+    const int64_t end_of_audio = position();
     leadIn(m_config.track_leadin_ms);
-    m_plan.tracks.push_back({title, disc::secondsOf(m_frames), position(), 0, 0.0, 0.0});
+    m_plan.tracks.push_back(
+        {title, disc::secondsOf(m_frames), position(), 0, 0.0, 0.0, position() - end_of_audio});
   }
 
   /// The last track begins at `start` in the project, where the one before it ends.
@@ -177,7 +180,9 @@ TrackPlan planTracks(const SinkConfig& config, const std::vector<Mark>& marks, i
     planner.begin("");
     planner.write(0, frames);
   }
-  return planner.finish();
+  TrackPlan plan = planner.finish();
+  placePauses(marks, plan);
+  return plan;
 }
 
 }  // namespace velmor::render

@@ -23,6 +23,13 @@ struct PlannedTrack {
   /// The stretch of the project, in seconds, whose tags the module gives to the track.
   double source_start = 0.0;
   double source_length = 0.0;
+  int64_t lead_in = 0;  ///< frames of silence that the module puts in front of `start_frame`
+  /// The pause that an input's sheet gives the track, where the module's sheet cannot say it:
+  /// frames from INDEX 00 to `start_frame`, and from there to INDEX 01. Both 0: it has none.
+  int64_t pause_before = 0, pause_behind = 0;
+  bool pause_lost = false;  ///< it would have left a track of under four seconds
+
+  bool hasOwnPause() const { return pause_before > 0 || pause_behind > 0; }
 };
 
 /// Frames of the input, counted from the render's start; `end` is past the last one.

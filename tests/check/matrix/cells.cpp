@@ -1,6 +1,8 @@
 #include "tests/check/matrix/cells.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <functional>
 #include <nlohmann/json.hpp>
 
 #include "tests/check/reader_process.h"
@@ -46,6 +48,51 @@ std::string lastWords(const std::string& output) {
   std::string words = output.size() > most ? output.substr(output.size() - most) : output;
   std::replace(words.begin(), words.end(), '\n', '|');
   return words;
+}
+
+/// What the making of a second sheet said of a reader that will not take it.
+Said saidOfPortable(const nlohmann::json& json, Reader reader) {
+  Said said;
+  if (!json.contains("changes")) said.rules = "no report";
+  for (const auto& change : json.value("changes", nlohmann::json::array())) {
+    const auto sentence = change.get<std::string>();
+    const std::string name(readerName(reader));
+    const size_t refused = sentence.find("Refused by ");
+    const bool names_it =
+        refused != std::string::npos && sentence.find(name, refused) < sentence.find('.', refused);
+    if (!names_it && !sentence.starts_with("For " + name + ' ')) continue;
+    said.refused = true;
+    said.rules += ' ' + sentence;
+  }
+  return said;
+}
+
+/// Calls `use` for each installed reader, or those of `readers`, with a folder of its own that has
+/// links to the files of `prepared`.
+void runReaders(const std::vector<Reader>& readers, const fs::path& prepared,
+                const std::function<void(const ReaderRun&, const fs::path&)>& use) {
+  for (const ReaderRun& run : readerRuns()) {
+    const bool wanted =
+        readers.empty() || std::find(readers.begin(), readers.end(), run.reader) != readers.end();
+    if (!wanted || !run.installed()) continue;
+    const TemporaryFolder folder;
+    for (const auto& entry : fs::directory_iterator(prepared))
+      fs::create_hard_link(entry, folder.path() / entry.path().filename());
+    use(run, folder.path());
+  }
+}
+
+LoadedDisc load(const ReaderRun& run, SheetOnDisk disk, const fs::path& folder) {
+  disk.folder = folder.string();
+  return run.load(disk);
+}
+
+void judge(const LoadedDisc& loaded, const LoadedDisc& truth, Cell& cell) {
+  const std::string lost = loaded.accepted ? difference(loaded, truth) : "";
+  cell.seen = !loaded.accepted ? Outcome::kRefused
+              : lost.empty()   ? Outcome::kTaken
+                               : Outcome::kDamaged;
+  cell.detail = lastWords(loaded.accepted ? lost : loaded.output);
 }
 
 std::string_view nameOf(Outcome outcome) {
@@ -94,29 +141,46 @@ std::string notCompared(const Draft& draft, Reader reader) {
 
 std::vector<Cell> cellsOf(const Draft& draft, const std::vector<Reader>& readers) {
   const TemporaryFolder prepared;
-  SheetOnDisk disk = writeDraft(draft, prepared.path());
+  const SheetOnDisk disk = writeDraft(draft, prepared.path());
   std::vector<Cell> cells;
-  for (const ReaderRun& run : readerRuns()) {
-    if (!run.installed() || !notCompared(draft, run.reader).empty() ||
-        (!readers.empty() &&
-         std::find(readers.begin(), readers.end(), run.reader) == readers.end()))
-      continue;
-    const TemporaryFolder folder;
-    for (const auto& entry : fs::directory_iterator(prepared.path()))
-      fs::create_hard_link(entry, folder.path() / entry.path().filename());
-    disk.folder = folder.path().string();
+  runReaders(readers, prepared.path(), [&](const ReaderRun& run, const fs::path& folder) {
+    if (!notCompared(draft, run.reader).empty()) return;
     Cell cell;
     cell.draft = draft.name;
     cell.reader = run.reader;
-    cell.said = askChecker(folder.path(), disk.sheet, run.reader);
-    const LoadedDisc loaded = run.load(disk);
-    const std::string lost = loaded.accepted ? difference(loaded, draft.truth) : "";
-    cell.seen = !loaded.accepted ? Outcome::kRefused
-                : lost.empty()   ? Outcome::kTaken
-                                 : Outcome::kDamaged;
-    cell.detail = lastWords(loaded.accepted ? lost : loaded.output);
+    cell.said = askChecker(folder, disk.sheet, run.reader);
+    judge(load(run, disk, folder), draft.truth, cell);
     cells.push_back(std::move(cell));
+  });
+  return cells;
+}
+
+std::vector<Cell> portableCellsOf(const Draft& draft, const std::vector<Reader>& readers) {
+  const TemporaryFolder prepared;
+  SheetOnDisk disk = writeDraft(draft, prepared.path());
+  // The second sheet gets the name of the first, by which libcdio looks for the image.
+  fs::rename(prepared.path() / disk.sheet, prepared.path() / "first.cue");
+  std::vector<std::string> make{VELMOR_CDCHECK, "first.cue", "--portable", disk.sheet, "--json"};
+  if (draft.files.size() > 1) {
+    disk.image = "image.bin";
+    make.insert(make.end(), {"--join", disk.image});
+    disk.files.clear();
   }
+  const ProcessResult made = runProcess(make, prepared.path().string());
+  if (!fs::exists(prepared.path() / disk.sheet)) return {};
+  const auto json = nlohmann::json::parse(made.out, nullptr, false);
+  std::vector<Cell> cells;
+  runReaders(readers, prepared.path(), [&](const ReaderRun& run, const fs::path& folder) {
+    if (!notCompared(draft, run.reader).empty()) return;
+    Cell cell;
+    cell.draft = "portable of " + draft.name;
+    cell.reader = run.reader;
+    cell.said = saidOfPortable(json, run.reader);
+    const LoadedDisc loaded = load(run, disk, folder);
+    cell.seen = loaded.accepted ? Outcome::kTaken : Outcome::kRefused;
+    cell.detail = lastWords(loaded.output);
+    cells.push_back(std::move(cell));
+  });
   return cells;
 }
 

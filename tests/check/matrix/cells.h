@@ -39,4 +39,9 @@ std::string notCompared(const Draft& draft, Reader reader);
 /// Runs all installed readers, or those of `readers`, and the checker, in a scratch folder.
 std::vector<Cell> cellsOf(const Draft& draft, const std::vector<Reader>& readers = {});
 
+/// The same over the second sheet that `velmor-cdcheck --portable` writes of it, of several files
+/// with their one image; none where it writes none. It is meant for all readers: one that refuses
+/// it must be named among what could not be mended.
+std::vector<Cell> portableCellsOf(const Draft& draft, const std::vector<Reader>& readers = {});
+
 }  // namespace velmor::check::test

@@ -405,7 +405,8 @@ class Edits {
            });
     edit("INDEX 02 in a long track", "", [](Draft& d) {
       DraftLine* third = d.line("index3.1");
-      if (!third || !d.line("index2.0") || !d.line("index2.1")) return false;
+      // Where silence was added, the places below are no longer those of the image.
+      if (!third || !d.line("index2.0") || !d.line("index2.1") || d.silence_added) return false;
       third->text = "    INDEX 01 00:16:00";
       d.line("index2.0")->text = "    INDEX 00 00:04:00";
       d.line("index2.1")->text = "    INDEX 01 00:04:25";

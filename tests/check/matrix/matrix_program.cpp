@@ -75,7 +75,9 @@ int run(const Arguments& a) {
   size_t cells = 0, disagree = 0;
   const auto work = [&] {
     for (size_t i = next++; i < all.size(); i = next++) {
-      const std::vector<Cell> made = cellsOf(all[i], readers);
+      std::vector<Cell> made = cellsOf(all[i], readers);
+      const std::vector<Cell> second = portableCellsOf(all[i], readers);
+      made.insert(made.end(), second.begin(), second.end());
       const std::lock_guard<std::mutex> guard(lock);
       for (const Cell& cell : made) {
         ++cells;

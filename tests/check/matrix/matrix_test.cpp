@@ -34,6 +34,31 @@ TEST(ReaderMatrix, ChecksWhatReadersDoWithASampleOfTheEdits) {
   }
 }
 
+TEST(ReaderMatrix, FindsEveryReaderThatRefusesASecondSheetNamedThere) {
+  constexpr size_t kStep = 113;
+  const auto& edits = allEdits();
+  size_t cells = 0;
+  for (size_t e = 11; e < edits.size(); e += kStep) {
+    Draft draft = goodDraft();
+    ASSERT_TRUE(edits[e].apply(draft)) << edits[e].name;
+    draft.name = edits[e].name;
+    for (const Cell& cell : portableCellsOf(draft)) {
+      EXPECT_TRUE(cell.agrees()) << cell.text();
+      ++cells;
+    }
+  }
+  EXPECT_GT(cells, 0U);
+}
+
+TEST(ReaderMatrix, HasASecondSheetThatLibburnAloneRefusesOfADiscWithData) {
+  Draft draft = goodDraft();
+  draft.line("track3")->text = "  TRACK 03 MODE1/2352";
+  for (const Cell& cell : portableCellsOf(draft)) {
+    EXPECT_TRUE(cell.agrees()) << cell.text();
+    EXPECT_EQ(cell.seen == Outcome::kRefused, cell.reader == Reader::kLibburn) << cell.text();
+  }
+}
+
 TEST(ReaderMatrix, NamesEachEditOnce) {
   std::set<std::string> names;
   for (const Edit& edit : allEdits()) EXPECT_TRUE(names.insert(edit.name).second) << edit.name;

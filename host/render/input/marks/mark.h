@@ -18,6 +18,10 @@ struct Mark {
   /// What the user gave it with, for messages: "--marker", line 3 of "x.txt"; empty when it comes
   /// from an input.
   std::string given_by = {};
+  /// The pause of its track, from INDEX 00 to INDEX 01: seconds of it that lie in front of the
+  /// mark, and behind it.
+  double pause_before = 0.0;
+  double pause_behind = 0.0;
 };
 
 }  // namespace velmor::render

@@ -7,15 +7,15 @@
 
 #include "disc/audio/raw_samples.h"
 #include "disc/failure.h"
-#include "host/render/input/marks/mark.h"
 #include "host/render/input/marks/tags.h"
+#include "host/render/input/sheets/sheet_marks.h"
 
 namespace velmor::render {
 
 /// What a cue sheet says of one of its files, in the place of what that says itself.
 struct SheetPart {
-  Tags tags;                ///< the disc's
-  std::vector<Mark> marks;  ///< seconds of the file
+  Tags tags;  ///< the disc's
+  FileMarks marks;
   /// For messages; with the first file of the sheet alone.
   std::vector<std::string> warnings;
 };

@@ -58,7 +58,8 @@ class BlockReader {
 };
 
 struct BlockTrack {
-  uint64_t number = 0, start = 0;  ///< `start` in frames of the file
+  uint64_t number = 0;
+  uint64_t start = 0, pause = 0;  ///< INDEX 01 and 00, in frames of the file
   std::string isrc;
   bool is_audio = false;
 };
@@ -66,14 +67,17 @@ struct BlockTrack {
 BlockTrack takeTrack(BlockReader& block) {
   constexpr uint64_t kDataTrack = 0x80;
   BlockTrack track;
-  track.start = block.number(8);
+  const uint64_t begin = block.number(8);
+  track.start = track.pause = begin;
   track.number = block.number(1);
   track.isrc = block.text(kIsrcLength);
   track.is_audio = (block.number(1) & kDataTrack) == 0;
   block.skip(kBehindFlags);
   for (uint64_t left = block.number(1); left > 0 && !block.isDamaged(); --left) {
     const uint64_t from_track = block.number(8);
-    if (block.number(1) == 1) track.start += from_track;
+    const uint64_t index = block.number(1);
+    if (index == 0) track.pause = begin + from_track;
+    if (index == 1) track.start = begin + from_track;
     block.skip(kIndexReserved);
   }
   return track;
@@ -100,8 +104,8 @@ void fill(std::string& text, const std::string& with) {
 }
 
 /// The marks of a sheet in text; none when it is no sheet of one file with several tracks.
-std::vector<Mark> marksOfText(const std::string& text, const std::string& path, Tags& tags,
-                              std::vector<std::string>& warnings) {
+FileMarks marksOfText(const std::string& text, const std::string& path, Tags& tags,
+                      std::vector<std::string>& warnings) {
   const disc::Sheet sheet = disc::parseSheet(text);
   if (sheet.tracks.size() < kLeastTracks || sheet.files.size() != 1) return {};
   try {
@@ -115,7 +119,7 @@ std::vector<Mark> marksOfText(const std::string& text, const std::string& path, 
     for (std::string& converted : found.disc.converted)
       tags.converted.push_back(std::move(converted));
     for (std::string& warning : found.warnings) warnings.push_back(std::move(warning));
-    for (Mark& mark : found.of_files.front()) mark.given_by.clear();
+    for (Mark& mark : found.of_files.front().marks) mark.given_by.clear();
     return std::move(found.of_files.front());
   } catch (const Failure& damage) {
     warnings.push_back(std::string(damage.what()) + "; its tracks are left out");
@@ -125,40 +129,45 @@ std::vector<Mark> marksOfText(const std::string& text, const std::string& path, 
 
 }  // namespace
 
-std::vector<Mark> marksOfCuesheetBlock(std::span<const std::byte> bytes, int rate, Tags& tags) {
+FileMarks marksOfCuesheetBlock(std::span<const std::byte> bytes, int rate, Tags& tags) {
   BlockReader block(bytes);
   const std::string catalogue = block.text(kCatalogueLength);
   block.skip(kBehindCatalogue);
   const std::vector<BlockTrack> tracks = tracksOf(block);
   if (block.isDamaged() || tracks.size() < kLeastTracks) return {};
   fill(tags.catalogue, tags.read(catalogue));
-  std::vector<Mark> marks;
+  FileMarks found;
   for (const BlockTrack& track : tracks) {
     Mark mark;
-    // Audio before the first track's start becomes a part of it.
-    mark.start = &track == &tracks.front() ? 0.0 : static_cast<double>(track.start) / rate;
+    const double start = static_cast<double>(track.start) / rate;
+    // Audio before the first track's start is its pause, which no mark can lie behind.
+    const bool first = &track == &tracks.front();
+    (first ? mark.pause_behind : mark.start) = start;
+    if (!first && track.pause < track.start) {
+      found.pauses.push_back(static_cast<double>(track.pause) / rate);
+    }
     mark.name = "Track " + disc::twoDigits(static_cast<int64_t>(track.number));
-    marks.push_back(mark);
+    found.marks.push_back(mark);
     if (const auto isrc = disc::normalisedIsrc(track.isrc)) {
       mark.name = "ISRC=" + *isrc;
-      marks.push_back(mark);
+      found.marks.push_back(mark);
     }
   }
-  std::stable_sort(marks.begin(), marks.end(),
+  std::stable_sort(found.marks.begin(), found.marks.end(),
                    [](const Mark& a, const Mark& b) { return a.start < b.start; });
-  return marks;
+  return found;
 }
 
-std::vector<Mark> marksOfCarriedSheet(const disc::FileBytes& file, const std::string& path,
-                                      int rate, Tags& tags, std::vector<std::string>& warnings) {
+FileMarks marksOfCarriedSheet(const disc::FileBytes& file, const std::string& path, int rate,
+                              Tags& tags, std::vector<std::string>& warnings) {
   const std::string text = cueSheetComment(vorbisCommentsIn(file));
-  std::vector<Mark> marks = marksOfText(text, path, tags, warnings);
-  if (!marks.empty()) return marks;
+  FileMarks found = marksOfText(text, path, tags, warnings);
+  if (!found.marks.empty()) return found;
   const auto block = FlacBlocks(file).next(FlacBlockType::kCueSheet);
-  if (!block) return marks;
-  marks = marksOfCuesheetBlock(*block, rate, tags);
+  if (!block) return found;
+  found = marksOfCuesheetBlock(*block, rate, tags);
   checkCatalogue(tags, nameOf(path), warnings);
-  return marks;
+  return found;
 }
 
 }  // namespace velmor::render

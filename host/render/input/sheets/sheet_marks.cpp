@@ -31,13 +31,11 @@ class SheetReader {
     if (m_sheet.binary_bytes) refuse("is no text in UTF-8 or an 8-bit encoding; save it as UTF-8");
     if (m_sheet.tracks.empty()) refuse("has no tracks; look whether it is a cue sheet");
     m_marks.of_files.resize(m_sheet.files.size());
+    m_added.resize(m_sheet.files.size());
     readDisc();
     for (const disc::Track& track : m_sheet.tracks) readTrack(track);
-    warn(m_pauses, "the pause before ", "the pauses before ",
-         " in the audio, at the end of the track before", " stays", " stay");
-    warn(m_pregaps, "the PREGAP of ", "the PREGAPs of ",
-         " out, since it is silence in no file; --track-leadin puts silence before each track",
-         " is left", " are left");
+    if (m_postgap > 0)
+      m_marks.of_files[m_file].silences.push_back({kAtTheEnd, framesOf(m_postgap)});
     warn(m_indices, "INDEX 02 and above of ", "INDEX 02 and above of ", " out", " are left",
          " are left");
     warn(m_flags, "the FLAGS of ", "the FLAGS of ", " out", " are left", " are left");
@@ -84,15 +82,13 @@ class SheetReader {
     if (!start || !start->time.readable()) refuse("has no INDEX 01 in " + number + "; add it");
     if (start->file >= m_marks.of_files.size())
       refuse("names no FILE before " + number + "; add it");
-    noteLosses(track, *start, number);
-    const bool first = &track == &m_sheet.tracks.front();
-    const int64_t sector = first && start->file == 0 ? 0 : start->time.sectors();
+    noteLosses(track, number);
     Mark mark;
-    mark.start = static_cast<double>(sector) / disc::kSectorsPerSecond;
+    place(track, *start, mark);
     mark.given_by = number + " of " + m_name;
     mark.name = read(track.fields.title);
     if (mark.name.empty()) mark.name = "Track " + disc::twoDigits(shown);
-    std::vector<Mark>& marks = m_marks.of_files[start->file];
+    std::vector<Mark>& marks = m_marks.of_files[start->file].marks;
     marks.push_back(mark);
     const std::string isrc = read(track.isrc);
     for (const auto& [tag, text] : {std::pair{"PERF=", read(track.fields.performer)},
@@ -104,20 +100,50 @@ class SheetReader {
     }
   }
 
-  void noteLosses(const disc::Track& track, const disc::Index& start, const std::string& number) {
-    const disc::Index* const pause = track.index(0);
+  /// Where the track's mark and its pause lie, and the silence that is added there: the POSTGAP of
+  /// the track before it and its own PREGAP come before its first index.
+  void place(const disc::Track& track, const disc::Index& start, Mark& mark) {
+    const int64_t pregap = sectorsOf(track.pregap);
     const bool first = &track == &m_sheet.tracks.front();
-    if (first && start.file == 0 && start.time.sectors() > 0) {
-      m_marks.warnings.push_back(
-          disc::clockTime(static_cast<double>(start.time.sectors()) / disc::kSectorsPerSecond) +
-          " before INDEX 01 of " + number + " of " + m_name +
-          " become a part of it; --start leaves them out");
-    } else if (pause) {
-      m_pauses.push_back(number);
+    if (first && start.file == 0) {
+      // No mark can lie behind the disc's begin and still be track 1's.
+      addSilence(0, 0, pregap);
+      mark.pause_behind = secondsOf(pregap + start.time.sectors());
+    } else {
+      const disc::Index& begin = firstOf(track, start);
+      addSilence(begin.file, begin.time.sectors(), m_postgap);
+      const int64_t pause = m_added[begin.file] + begin.time.sectors();
+      addSilence(begin.file, begin.time.sectors(), pregap);
+      const int64_t sector = m_added[start.file] + start.time.sectors();
+      mark.start = secondsOf(sector);
+      if (begin.file != start.file || pause < sector) {
+        m_marks.of_files[begin.file].pauses.push_back(secondsOf(pause));
+      }
     }
-    if (track.pregap && track.pregap->readable() && track.pregap->sectors() > 0) {
-      m_pregaps.push_back(number);
-    }
+    m_postgap = sectorsOf(track.postgap);
+    m_file = start.file;
+  }
+
+  static const disc::Index& firstOf(const disc::Track& track, const disc::Index& start) {
+    const disc::Index* const pause = track.index(0);
+    return pause && pause->time.readable() && pause->file <= start.file ? *pause : start;
+  }
+
+  void addSilence(size_t file, int64_t sector, int64_t sectors) {
+    if (sectors == 0) return;
+    m_marks.of_files[file].silences.push_back({framesOf(sector), framesOf(sectors)});
+    m_added[file] += sectors;
+  }
+
+  static int64_t sectorsOf(const std::optional<disc::Msf>& gap) {
+    return gap && gap->readable() ? gap->sectors() : 0;
+  }
+  static int64_t framesOf(int64_t sectors) { return sectors * disc::kFramesPerSector; }
+  static double secondsOf(int64_t sectors) {
+    return static_cast<double>(sectors) / disc::kSectorsPerSecond;
+  }
+
+  void noteLosses(const disc::Track& track, const std::string& number) {
     if (track.flags) m_flags.push_back(number);
     const bool has_more = std::any_of(track.indices.begin(), track.indices.end(),
                                       [](const disc::Index& index) { return index.number > 1; });
@@ -127,7 +153,10 @@ class SheetReader {
   const disc::Sheet& m_sheet;
   const std::string& m_name;
   SheetMarks m_marks;
-  std::vector<std::string> m_pauses, m_pregaps, m_indices, m_flags;
+  std::vector<int64_t> m_added;  ///< to each file, sectors of silence so far
+  int64_t m_postgap = 0;         ///< of the track before, sectors
+  size_t m_file = 0;             ///< in which the track before begins
+  std::vector<std::string> m_indices, m_flags;
 };
 
 }  // namespace

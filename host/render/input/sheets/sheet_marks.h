@@ -8,14 +8,22 @@
 #include "disc/sheet/sheet.h"
 #include "host/render/input/marks/mark.h"
 #include "host/render/input/marks/tags.h"
+#include "host/render/input/sheets/silence.h"
 
 namespace velmor::render {
 
+/// What a sheet says of one of its files; seconds of the file with its silences.
+struct FileMarks {
+  /// One where a track's INDEX 01 lies (track 1 begins with the first file, its pause behind the
+  /// mark), and tags for its performer, songwriter and ISRC.
+  std::vector<Mark> marks;
+  std::vector<double> pauses;  ///< as `InputInfo::pauses`
+  std::vector<Silence> silences;
+};
+
 struct SheetMarks {
-  /// For each file of the sheet its marks, seconds of the file: one where a track's INDEX 01 lies
-  /// (track 1 begins with the first file), and tags for its performer, songwriter and ISRC.
-  std::vector<std::vector<Mark>> of_files;
-  Tags disc;  ///< its texts: the title is `album`, the performer `artist`
+  std::vector<FileMarks> of_files;  ///< one for each file of the sheet
+  Tags disc;                        ///< its texts: the title is `album`, the performer `artist`
   /// One clause for each kind of thing that marks cannot say.
   std::vector<std::string> warnings;
 };

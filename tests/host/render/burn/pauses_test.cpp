@@ -14,19 +14,33 @@ using velmor::emulated_drive::DiscStatus;
 using velmor::emulated_drive::EmulatedDisc;
 using velmor::emulated_drive::RecordedTrack;
 
+constexpr const char* kSongs = "song1.wav song2.wav song3.wav --isrc 2=DEABC2000002";
+constexpr const char* kSheet = "in.cue";
+
 struct LeadIns {
   const char* name;
   const char* options;
   bool pauses;  ///< between tracks
+  const char* inputs = kSongs;
 };
 
 class Pauses : public BurnProgramCase, public testing::WithParamInterface<LeadIns> {
  protected:
+  /// A pause that ends the file before, and one that no file holds.
+  void SetUp() override {
+    BurnProgramCase::SetUp();
+    test_kit::writeFile(m_root / kSheet,
+                        "FILE \"song1.wav\" WAVE\n  TRACK 01 AUDIO\n    TITLE \"a\"\n"
+                        "    INDEX 01 00:00:00\n  TRACK 02 AUDIO\n    TITLE \"b\"\n"
+                        "    ISRC DEABC2000002\n    INDEX 00 00:04:05\n"
+                        "FILE \"song2.wav\" WAVE\n    INDEX 01 00:00:00\n"
+                        "FILE \"song3.wav\" WAVE\n  TRACK 03 AUDIO\n    TITLE \"c\"\n"
+                        "    PREGAP 00:01:20\n    INDEX 01 00:00:00\n");
+  }
   void burnAlbum() {
-    ASSERT_EQ(render(std::string(kAlbum) +
-                     "--drive 0 --cd-text --performer 'The Lanterns' --title Night --portable-cue "
-                     "--isrc 2=DEABC2000002 "
-                     "--catalog 4006381333931 " +
+    ASSERT_EQ(render(std::string(GetParam().inputs) +
+                     " -o album.cue --burn --drive 0 --cd-text --performer 'The Lanterns' "
+                     "--title Night --portable-cue --catalog 4006381333931 " +
                      GetParam().options),
               0)
         << m_said;
@@ -73,6 +87,19 @@ TEST_P(PausesBesideCdrskin, AreThoseOfItsDisc) {
   expectEqualDiscs();
 }
 
+/// The TOC says the byte order itself.
+class PausesBesideToc : public Pauses {};
+
+TEST_P(PausesBesideToc, AreThoseOfTheDiscThatCdrdaoBurnsFromIt) {
+  burnAlbum();
+  ASSERT_EQ(shell("exec '" VELMOR_BINARY_DIR "/velmor-cdcheck' album.portable.cue --toc album.toc"),
+            0)
+      << m_printed << m_said;
+  ASSERT_EQ(burnBy("cdrdao write --device /dev/sr31 --driver generic-mmc:0x10 -n album.toc"), 0)
+      << m_printed << m_said;
+  expectEqualDiscs();
+}
+
 TEST_P(Pauses, StandWhereTheLeadInsAre) {
   burnAlbum();
   for (const RecordedTrack& track : disc(0).tracks) {
@@ -91,8 +118,12 @@ std::string nameOf(const testing::TestParamInfo<LeadIns>& test) {
   return test.param.name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, Pauses, testing::Values(kNone, kOfTracks, kOfTheDisc, kOfBothAndOdd),
+constexpr LeadIns kOfASheet{"OfASheet", "", true, kSheet};
+
+INSTANTIATE_TEST_SUITE_P(Each, Pauses,
+                         testing::Values(kNone, kOfTracks, kOfTheDisc, kOfBothAndOdd, kOfASheet),
                          nameOf);
+INSTANTIATE_TEST_SUITE_P(Some, PausesBesideToc, testing::Values(kOfBothAndOdd), nameOf);
 INSTANTIATE_TEST_SUITE_P(Some, PausesBesideCdrskin, testing::Values(kNone, kOfBothAndOdd), nameOf);
 
 }  // namespace

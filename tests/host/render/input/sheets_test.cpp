@@ -6,6 +6,7 @@
 #include "host/render/input/sheets/audio_source.h"
 #include "host/render/input/sheets/flac_cuesheet.h"
 #include "host/render/input/sheets/sheet_marks.h"
+#include "host/render/input/silences.h"
 #include "tests/host/render/input/sound_files.h"
 
 namespace velmor::render::test {
@@ -37,10 +38,10 @@ TEST(SheetInput, TracksTextsAndCodesBecomeMarksAndTags) {
       "us-abc-26-00002\n"
       "    INDEX 01 01:02:15\n");
   ASSERT_EQ(found.of_files.size(), 1U);
-  EXPECT_THAT(shownMarks(found.of_files[0]),
+  EXPECT_THAT(shownMarks(found.of_files[0].marks),
               ElementsAre("0.000 One", "62.20 Track 02", "62.20 PERF=Guest", "62.20 WRIT=Poet",
                           "62.20 ISRC=USABC2600002"));
-  EXPECT_EQ(found.of_files[0][1].given_by, "track 2 of \"x.cue\"");
+  EXPECT_EQ(found.of_files[0].marks[1].given_by, "track 2 of \"x.cue\"");
   EXPECT_EQ(found.disc.album, "Disc");
   EXPECT_EQ(found.disc.artist, "Band");
   EXPECT_EQ(found.disc.songwriter, "Pen");
@@ -56,32 +57,68 @@ TEST(SheetInput, EachFileHasTheMarksOfTheTracksThatBeginInIt) {
       "  TRACK 02 AUDIO\n    INDEX 00 00:08:00\nFILE \"b.wav\" WAVE\n    INDEX 01 00:00:00\n"
       "  TRACK 03 AUDIO\n    INDEX 01 00:05:00\n");
   ASSERT_EQ(found.of_files.size(), 2U);
-  EXPECT_THAT(shownMarks(found.of_files[0]), ElementsAre("0.000 Track 01"));
-  EXPECT_THAT(shownMarks(found.of_files[1]), ElementsAre("0.000 Track 02", "5.000 Track 03"));
+  EXPECT_THAT(shownMarks(found.of_files[0].marks), ElementsAre("0.000 Track 01"));
+  EXPECT_THAT(shownMarks(found.of_files[1].marks), ElementsAre("0.000 Track 02", "5.000 Track 03"));
 }
 
 TEST(SheetInput, WhatMarksCannotSayIsTold) {
   const SheetMarks found = marksOfLines(
       "CATALOG 1234567890123\nFILE \"a.wav\" WAVE\n"
-      "  TRACK 01 AUDIO\n    INDEX 00 00:00:00\n    INDEX 01 00:02:00\n"
-      "  TRACK 02 AUDIO\n    FLAGS PRE\n    INDEX 00 00:08:00\n    INDEX 01 00:10:00\n"
-      "    INDEX 02 00:12:00\n"
-      "  TRACK 03 AUDIO\n    PREGAP 00:02:00\n    INDEX 01 00:20:00\n");
-  EXPECT_THAT(shownMarks(found.of_files[0]),
-              ElementsAre("0.000 Track 01", "10.00 Track 02", "20.00 Track 03"));
+      "  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
+      "  TRACK 02 AUDIO\n    FLAGS PRE\n    INDEX 01 00:10:00\n    INDEX 02 00:12:00\n");
   EXPECT_EQ(found.disc.catalogue, "");
-  EXPECT_THAT(
-      found.warnings,
-      ElementsAre(
-          HasSubstr("the catalogue number \"1234567890123\" of \"x.cue\""),
-          "0:02.000 before INDEX 01 of track 1 of \"x.cue\" become a part of it; --start leaves "
-          "them out",
-          "the pause before track 2 of \"x.cue\" stays in the audio, at the end of the track "
-          "before",
-          "the PREGAP of track 3 of \"x.cue\" is left out, since it is silence in no file; "
-          "--track-leadin puts silence before each track",
-          "INDEX 02 and above of track 2 of \"x.cue\" are left out",
-          "the FLAGS of track 2 of \"x.cue\" are left out"));
+  EXPECT_THAT(found.warnings,
+              ElementsAre(HasSubstr("the catalogue number \"1234567890123\" of \"x.cue\""),
+                          "INDEX 02 and above of track 2 of \"x.cue\" are left out",
+                          "the FLAGS of track 2 of \"x.cue\" are left out"));
+}
+
+/// "frame+frames" of each silence, in sectors.
+std::vector<std::string> shownSilences(const FileMarks& file) {
+  std::vector<std::string> shown;
+  for (const Silence& silence : file.silences) {
+    shown.push_back((silence.at == kAtTheEnd ? "end" : std::to_string(silence.at / 588)) + "+" +
+                    std::to_string(silence.frames / 588));
+  }
+  return shown;
+}
+
+TEST(SheetInput, PregapsAndPostgapsAreSilencesBeforeTheirTracksPauses) {
+  const SheetMarks found = marksOfLines(
+      "FILE \"a.wav\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n    POSTGAP 00:01:00\n"
+      "  TRACK 02 AUDIO\n    PREGAP 00:02:00\n    INDEX 00 00:08:00\n    INDEX 01 00:10:00\n"
+      "  TRACK 03 AUDIO\n    PREGAP 00:02:00\n    INDEX 01 00:20:00\n    POSTGAP 00:00:30\n");
+  const FileMarks& file = found.of_files[0];
+  EXPECT_THAT(shownSilences(file), ElementsAre("600+75", "600+150", "1500+150", "end+30"));
+  EXPECT_THAT(shownMarks(file.marks),
+              ElementsAre("0.000 Track 01", "13.00 Track 02", "25.00 Track 03"));
+  EXPECT_THAT(file.pauses, ElementsAre(9.0, 23.0));
+  EXPECT_THAT(found.warnings, IsEmpty());
+}
+
+TEST(SheetInput, APauseMayEndTheFileBeforeItsTrack) {
+  const SheetMarks found = marksOfLines(
+      "FILE \"a.wav\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
+      "  TRACK 02 AUDIO\n    PREGAP 00:01:00\n    INDEX 00 00:08:00\n"
+      "FILE \"b.wav\" WAVE\n    INDEX 01 00:00:00\n  TRACK 03 AUDIO\n    INDEX 00 00:05:00\n"
+      "    INDEX 01 00:05:00\n");
+  EXPECT_THAT(found.of_files[0].pauses, ElementsAre(8.0));
+  EXPECT_THAT(shownSilences(found.of_files[0]), ElementsAre("600+75"));
+  EXPECT_THAT(found.of_files[1].pauses, IsEmpty()) << "a pause of no length is none";
+  EXPECT_THAT(shownMarks(found.of_files[1].marks), ElementsAre("0.000 Track 02", "5.000 Track 03"));
+}
+
+TEST(SheetInput, ThePauseOfItsFirstTrackLiesBehindTheMark) {
+  for (const char* const begin :
+       {"INDEX 00 00:00:00\n    INDEX 01 00:01:15", "INDEX 01 00:01:15",
+        "PREGAP 00:01:00\n    INDEX 01 00:00:15", "PREGAP 00:01:15\n    INDEX 01 00:00:00"}) {
+    const SheetMarks found =
+        marksOfLines("FILE \"a.wav\" WAVE\n  TRACK 01 AUDIO\n    " + std::string(begin) + "\n");
+    const Mark& mark = found.of_files[0].marks[0];
+    EXPECT_EQ(mark.start, 0.0) << begin;
+    EXPECT_DOUBLE_EQ(mark.pause_behind, 1.2) << begin;
+    EXPECT_THAT(found.of_files[0].pauses, IsEmpty()) << begin;
+  }
 }
 
 TEST(SheetInput, ASheetOfNoAudioDiscIsRefused) {
@@ -180,6 +217,8 @@ TEST(FlacCuesheet, EveryTrackOfTheBlockIsAMark) {
       shownMarks(input->info().marks),
       ElementsAre("0.000 Track 01", "0.000 ISRC=USABC2600001", "11.00 Track 02", "20.00 Track 03"));
   EXPECT_EQ(input->info().tags.catalogue, "0731452345622");
+  EXPECT_THAT(input->info().pauses, ElementsAre(10.0));
+  EXPECT_DOUBLE_EQ(input->info().marks[0].pause_behind, 588.0 / 44100);
 }
 
 TEST(FlacCuesheet, ADamagedBlockAndOneOfASingleTrackMakeNoMarks) {
@@ -188,14 +227,14 @@ TEST(FlacCuesheet, ADamagedBlockAndOneOfASingleTrackMakeNoMarks) {
     const std::string cut = whole.substr(0, length);
     Tags tags;
     const auto marks = marksOfCuesheetBlock(std::as_bytes(std::span(cut)), 44100, tags);
-    EXPECT_EQ(marks.empty(), length < whole.size()) << length;
+    EXPECT_EQ(marks.marks.empty(), length < whole.size()) << length;
     EXPECT_EQ(tags.catalogue.empty(), length < whole.size()) << length;
   }
   const std::string single =
       cuesheetBlock("", {kThreeTracksAndLeadOut[0], blockTrack(0, 2, "", false, {{0, 1}}),
                          kThreeTracksAndLeadOut[3]});
   Tags tags;
-  EXPECT_THAT(marksOfCuesheetBlock(std::as_bytes(std::span(single)), 44100, tags), IsEmpty());
+  EXPECT_THAT(marksOfCuesheetBlock(std::as_bytes(std::span(single)), 44100, tags).marks, IsEmpty());
 }
 
 /// A block of comments.
@@ -222,8 +261,8 @@ TEST(FlacCuesheet, ASheetAmongTheCommentsHasTitlesAndComesBeforeTheBlock) {
   EXPECT_EQ(info.marks[0].given_by, "") << "it comes from the input";
   EXPECT_EQ(info.tags.album, "Disc");
   EXPECT_EQ(info.tags.artist, "Somebody") << "the file's own tag wins";
-  EXPECT_THAT(info.warnings,
-              ElementsAre(HasSubstr("the pause before track 2 of the cue sheet in")));
+  EXPECT_THAT(info.pauses, ElementsAre(8.0));
+  EXPECT_THAT(info.warnings, IsEmpty());
 }
 
 TEST(FlacCuesheet, ACommentThatIsNoSheetOfOneFileIsPassedOver) {

@@ -56,6 +56,152 @@ TEST(ASheetAsAnInput, GoesWithOthersBeforeAndBehindIt) {
             "    INDEX 01 00:20:00\r\n");
 }
 
+/// Three tracks of an image of 30 seconds, each with a pause of another kind.
+class PausesOfASheet : public testing::Test {
+ protected:
+  void SetUp() override {
+    m_sound = asImage(writeWav(m_folder / "sound.wav", 30, 1));
+    writeFile(m_folder / "in.cue",
+              "FILE \"sound.wav\" WAVE\n"
+              "  TRACK 01 AUDIO\n    TITLE \"One\"\n    INDEX 00 00:00:00\n    INDEX 01 00:03:00\n"
+              "  TRACK 02 AUDIO\n    TITLE \"Two\"\n    PREGAP 00:01:30\n    INDEX 01 00:10:00\n"
+              "    POSTGAP 00:00:50\n"
+              "  TRACK 03 AUDIO\n    TITLE \"Three\"\n    INDEX 00 00:19:00\n"
+              "    INDEX 01 00:20:00\n");
+  }
+  Ended renderSheet(const std::vector<std::string>& options) {
+    std::vector<std::string> arguments = {m_folder / "in.cue", "-o", m_folder / "album"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return render(arguments);
+  }
+  Scratch m_folder;
+  std::string m_sound;
+};
+
+TEST_F(PausesOfASheet, AreInTheImageAndInThePortableSheet) {
+  const Ended ended = renderSheet({"--portable-cue"});
+  ASSERT_EQ(ended.status, 0) << ended.err;
+  const size_t second = 176400;
+  const size_t sector = 2352;
+  EXPECT_TRUE(readFile(m_folder / "album.bin") ==
+              m_sound.substr(0, 10 * second) + std::string(105 * sector, '\0') +
+                  m_sound.substr(10 * second, 9 * second) + std::string(50 * sector, '\0') +
+                  m_sound.substr(19 * second));
+  EXPECT_EQ(readFile(m_folder / "album.cue"),
+            "FILE \"album.bin\" BINARY\r\n"
+            "  TRACK 01 AUDIO\r\n    TITLE \"One\"\r\n    INDEX 01 00:00:00\r\n"
+            "  TRACK 02 AUDIO\r\n    TITLE \"Two\"\r\n    INDEX 01 00:11:30\r\n"
+            "  TRACK 03 AUDIO\r\n    TITLE \"Three\"\r\n    INDEX 01 00:22:04\r\n");
+  const std::string portable = readFile(m_folder / "album.portable.cue");
+  EXPECT_THAT(portable, HasSubstr("    INDEX 00 00:00:00\r\n    INDEX 01 00:03:00\r\n"));
+  EXPECT_THAT(portable, HasSubstr("    INDEX 00 00:10:00\r\n    INDEX 01 00:11:30\r\n"));
+  EXPECT_THAT(portable, HasSubstr("    INDEX 00 00:21:05\r\n    INDEX 01 00:22:05\r\n"));
+}
+
+TEST_F(PausesOfASheet, ThatTheNewSheetCannotSayAreToldTrackByTrack) {
+  EXPECT_THAT(
+      renderSheet({}).err,
+      HasSubstr("the pauses before tracks 1 (0:03.000), 2 (0:01.400) and 3 (0:01.000) have no "
+                "INDEX 00 in the new sheet, which knows one length of lead-in for all tracks; the "
+                "sheet of --portable-cue, the set of --ddp and a burned disc have them to the "
+                "sector"));
+}
+
+TEST_F(PausesOfASheet, AreInTheSetForAPlant) {
+  const Ended ended = renderSheet({"--ddp", m_folder / "set"});
+  ASSERT_EQ(ended.status, 0) << ended.err;
+  const Ended back = run(VELMOR_BINARY_DIR "/velmor-ddp",
+                         {"extract", m_folder / "set", "-o", m_folder / "back.cue"});
+  ASSERT_EQ(back.status, 0) << back.err;
+  const std::string sheet = readFile(m_folder / "back.cue");
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:00:00\r\n    INDEX 01 00:03:00\r\n"));
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:10:00\r\n    INDEX 01 00:11:30\r\n"));
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:21:05\r\n    INDEX 01 00:22:05\r\n"));
+}
+
+TEST_F(PausesOfASheet, OfUnderTwoSecondsBeforeTrackOneJoinItInASet) {
+  writeFile(m_folder / "in.cue",
+            "FILE \"sound.wav\" WAVE\n  TRACK 01 AUDIO\n    PREGAP 00:00:32\n"
+            "    INDEX 01 00:00:00\n");
+  const Ended ended = renderSheet({"--ddp", m_folder / "set", "--portable-cue"});
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_THAT(ended.out,
+              HasSubstr("the pause of track 1, 32 sectors, becomes a part of the track"));
+  EXPECT_THAT(readFile(m_folder / "album.portable.cue"),
+              HasSubstr("    INDEX 00 00:00:00\r\n    INDEX 01 00:00:32\r\n"));
+}
+
+TEST_F(PausesOfASheet, GoOnWhereALeadInFollows) {
+  ASSERT_EQ(renderSheet({"--portable-cue", "--track-leadin", "2000"}).status, 0);
+  EXPECT_THAT(readFile(m_folder / "album.portable.cue"),
+              HasSubstr("    INDEX 00 00:10:00\r\n    INDEX 01 00:13:30\r\n"));
+}
+
+TEST_F(PausesOfASheet, AreCutWithTheRange) {
+  ASSERT_EQ(renderSheet({"--portable-cue", "--start", "1", "--end", "0:18"}).status, 0);
+  const std::string portable = readFile(m_folder / "album.portable.cue");
+  EXPECT_THAT(portable, HasSubstr("    INDEX 00 00:00:00\r\n    INDEX 01 00:02:00\r\n"));
+  EXPECT_THAT(portable, HasSubstr("    INDEX 00 00:09:00\r\n    INDEX 01 00:10:30\r\n"));
+}
+
+TEST_F(PausesOfASheet, ThatLeaveTooLittleOfATrackAreLeftOut) {
+  writeFile(m_folder / "in.cue",
+            "FILE \"sound.wav\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
+            "  TRACK 02 AUDIO\n    INDEX 00 00:03:00\n    INDEX 01 00:05:00\n");
+  const Ended ended = renderSheet({"--portable-cue"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_THAT(ended.err, HasSubstr("the pause before track 2 is left out: a track would be shorter "
+                                   "than the 4 seconds that a disc asks for; the audio is kept"));
+  EXPECT_THAT(readFile(m_folder / "album.portable.cue"), Not(HasSubstr("INDEX 00")));
+}
+
+TEST(ASheetAsAnInput, BringsTheLeadInsOfItsAlbumBack) {
+  const Scratch folder;
+  writeWav(folder / "a.wav", 5, 1);
+  writeWav(folder / "b.wav", 6, 2);
+  writeWav(folder / "c.wav", 7, 3);
+  ASSERT_EQ(render({folder / "a.wav", folder / "b.wav", folder / "c.wav", "--disc-leadin", "3000",
+                    "--track-leadin", "2000", "--performer", "Band", "--title", "Disc",
+                    "--portable-cue", "-o", folder / "album"})
+                .status,
+            0);
+  const Ended again = render({folder / "album.portable.cue", "-o", folder / "again"});
+  EXPECT_EQ(again.err, "");
+  EXPECT_TRUE(readFile(folder / "again.bin") == readFile(folder / "album.bin"));
+  const std::string sheet = readFile(folder / "again.cue");
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:00:00\r\n    INDEX 01 00:03:00\r\n"));
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:08:00\r\n    INDEX 01 00:10:00\r\n"));
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:16:00\r\n    INDEX 01 00:18:00\r\n"));
+}
+
+TEST_F(PausesOfASheet, ThatAreEquallyLongSilencesAreInTheNewSheetToo) {
+  writeFile(m_folder / "in.cue",
+            "FILE \"sound.wav\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
+            "  TRACK 02 AUDIO\n    PREGAP 00:02:00\n    INDEX 01 00:10:00\n"
+            "  TRACK 03 AUDIO\n    PREGAP 00:02:00\n    INDEX 01 00:20:00\n");
+  EXPECT_EQ(renderSheet({}).err, "");
+  const std::string sheet = readFile(m_folder / "album.cue");
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:10:00\r\n    INDEX 01 00:12:00\r\n"));
+  EXPECT_THAT(sheet, HasSubstr("    INDEX 00 00:22:00\r\n    INDEX 01 00:24:00\r\n"));
+  const size_t ten_seconds = 1764000;
+  const std::string silence(352800, '\0');
+  const std::string image = readFile(m_folder / "album.bin");
+  EXPECT_TRUE(image == m_sound.substr(0, ten_seconds) + silence +
+                           m_sound.substr(ten_seconds, ten_seconds) + silence +
+                           m_sound.substr(2 * ten_seconds));
+  ASSERT_EQ(renderSheet({"--force", "--marker", "5=x"}).status, 0);
+  EXPECT_TRUE(readFile(m_folder / "album.bin") == image) << "where they are no lead-ins either";
+}
+
+TEST_F(PausesOfASheet, ThatSoundStayInTheAudio) {
+  writeFile(m_folder / "in.cue",
+            "FILE \"sound.wav\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
+            "  TRACK 02 AUDIO\n    INDEX 00 00:08:00\n    INDEX 01 00:10:00\n");
+  EXPECT_THAT(renderSheet({}).err,
+              HasSubstr("the pause before track 2 (0:02.000) has no INDEX 00"));
+  EXPECT_TRUE(readFile(m_folder / "album.bin") == m_sound);
+}
+
 TEST(ASheetAsAnInput, IsRefusedWithWhatIsWrongWithIt) {
   const Scratch folder;
   writeFile(folder / "data.cue",
