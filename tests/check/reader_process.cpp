@@ -8,11 +8,14 @@ namespace velmor::check::test {
 
 namespace {
 
-/// A reader that a sheet leads astray may write until the disk is full.
-void limitFiles() {
+/// A reader that a sheet leads astray may write until the disk is full, or compute for ever: chdman
+/// was seen to.
+void limitReader() {
   constexpr rlim_t kMostBytes = rlim_t{256} << 20;
-  const rlimit limit{kMostBytes, kMostBytes};
-  ::setrlimit(RLIMIT_FSIZE, &limit);
+  const rlimit bytes{kMostBytes, kMostBytes};
+  ::setrlimit(RLIMIT_FSIZE, &bytes);
+  const rlimit seconds{20, 20};
+  ::setrlimit(RLIMIT_CPU, &seconds);
 }
 
 }  // namespace
@@ -22,7 +25,7 @@ ProcessResult runProcess(const std::vector<std::string>& arguments, const std::s
   const char* path = std::getenv("PATH");
   test_kit::ProcessOptions options;
   options.folder = folder;
-  options.in_child = limitFiles;
+  options.in_child = limitReader;
   options.environment = {"PATH=" + std::string(path != nullptr ? path : ""), "HOME=" + folder,
                          "LC_ALL=C.UTF-8", "SDL_VIDEODRIVER=dummy", "SDL_AUDIODRIVER=dummy"};
   options.stop_at = stop_at;
