@@ -33,7 +33,7 @@ include_directories(${CMAKE_SOURCE_DIR})
 # velmor_reads_command_line(file...): such files are compiled unoptimised, since nobody waits for them and the
 # library behind them takes twice as long otherwise.
 function(velmor_reads_command_line)
-  set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -O0 SKIP_UNITY_BUILD_INCLUSION ON)
+  set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -O0)
 endfunction()
 
 # velmor_waits_for_others(target...): no sample and no sector goes through these targets, or few do. For the sanitizers

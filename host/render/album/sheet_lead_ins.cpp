@@ -18,7 +18,7 @@ constexpr int64_t kFramesPerSecond = disc::kSampleRate;
 constexpr int64_t kShortestTrack = disc::kShortestTrackSectors * disc::kFramesPerSector;
 constexpr int64_t kShortestDiscLeadIn = disc::kSectorsBeforeTrack1 * disc::kFramesPerSector;
 
-int64_t frameAt(double seconds) {
+int64_t nearestFrame(double seconds) {
   return std::llround(seconds * disc::kSampleRate);
 }
 
@@ -58,12 +58,12 @@ class LeadInTaker {
     for (const InputInfo& info : m_infos) {
       m_begins.push_back(m_end);
       for (const Mark& mark : info.marks) {
-        const int64_t start = m_end + frameAt(mark.start);
+        const int64_t start = m_end + nearestFrame(mark.start);
         // The tags of a track follow its own mark at the same place.
-        if (m_starts.empty()) m_first_pause = frameAt(mark.pause_behind);
+        if (m_starts.empty()) m_first_pause = nearestFrame(mark.pause_behind);
         if (m_starts.empty() || m_starts.back() != start) m_starts.push_back(start);
       }
-      for (const double pause : info.pauses) m_pauses.push_back({m_end + frameAt(pause), 0});
+      for (const double pause : info.pauses) m_pauses.push_back({m_end + nearestFrame(pause), 0});
       if (m_end % disc::kFramesPerSector != 0) return false;
       m_end += info.frames;
     }
@@ -156,8 +156,8 @@ class LeadInTaker {
     const auto moved = [&cuts](double seconds) {
       int64_t frames = 0;
       for (const Silence& gone : cuts)
-        if (gone.at < frameAt(seconds)) frames += gone.frames;
-      return disc::secondsOf(frameAt(seconds) - frames);
+        if (gone.at < nearestFrame(seconds)) frames += gone.frames;
+      return disc::secondsOf(nearestFrame(seconds) - frames);
     };
     for (Mark& mark : info.marks) mark.start = moved(mark.start);
     for (double& pause : info.pauses) pause = moved(pause);
