@@ -69,6 +69,12 @@ TEST_F(SecondSheetTest, PutsThePausesOfPregapAndPostgapIntoTheJoinedImage) {
   expectAllReadersTake("p.cue", "p.bin", kDraftSectors + 100, draft.truth);
 }
 
+TEST_F(SecondSheetTest, SaysWhoRefusesADiscOfOneTrack) {
+  write("one track");
+  EXPECT_THAT(run({"image.cue", "--portable", "p.cue"}).out,
+              HasSubstr("Not mended, track 1: the disc has one track. Refused by shnsplit."));
+}
+
 TEST_F(SecondSheetTest, SaysWhatItCannotMendAndForWhom) {
   write("as MODE1/2352:track3");
   const ProcessResult made = run({"image.cue", "--portable", "p.cue"});
