@@ -34,7 +34,8 @@ class SilencesTest : public testing::Test {
     for (size_t i = 0; i <= kFrames; ++i) {
       for (const Silence& silence : silences) {
         const auto at = std::min<int64_t>(silence.at, kFrames);
-        if (at == static_cast<int64_t>(i)) all.insert(all.end(), silence.frames, 0.0);
+        if (at == static_cast<int64_t>(i))
+          all.insert(all.end(), static_cast<size_t>(silence.frames), 0.0);
       }
       if (i < kFrames) all.push_back(static_cast<double>(i + 1) / 32768.0);
     }
