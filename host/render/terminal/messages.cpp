@@ -1,31 +1,49 @@
 #include "host/render/terminal/messages.h"
 
-#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdio>
 
 namespace velmor::render {
 
 namespace {
 
-/// Names of files come from anywhere: what a terminal would obey is '?'.
-void printText(std::string_view text) {
-  std::array<char, 512> piece{};
-  while (!text.empty()) {
-    const size_t count = std::min(text.size(), piece.size());
-    std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(count), piece.begin(),
-                   [](char c) { return (c >= 0 && c < ' ') || c == 0x7F ? '?' : c; });
-    fwrite(piece.data(), 1, count, stderr);
-    text.remove_prefix(count);
+/// A line of standard error, put together without taking memory and written at once: where nothing
+/// more can be written none of it appears, rather than its begin. A longer one comes in pieces.
+class ErrorLine {
+ public:
+  ErrorLine() { add(kProgram); }
+  ~ErrorLine() {
+    put('\n');
+    write();
   }
-}
+  ErrorLine(const ErrorLine&) = delete;
+  ErrorLine& operator=(const ErrorLine&) = delete;
+
+  /// Names of files come from anywhere: what a terminal would obey is '?'.
+  ErrorLine& add(std::string_view text) {
+    for (const char c : text) put((c >= 0 && c < ' ') || c == 0x7F ? '?' : c);
+    return *this;
+  }
+
+ private:
+  void put(char c) {
+    if (m_used == m_piece.size()) write();
+    m_piece[m_used++] = c;
+  }
+  void write() {
+    fwrite(m_piece.data(), 1, m_used, stderr);
+    m_used = 0;
+  }
+
+  std::array<char, 4096> m_piece{};
+  size_t m_used = 0;
+};
 
 }  // namespace
 
 void printMessage(std::string_view text) {
-  fprintf(stderr, "%s: ", kProgram);
-  printText(text);
-  fputc('\n', stderr);
+  ErrorLine().add(": ").add(text);
 }
 
 void printWarning(const std::string& text) {
@@ -33,9 +51,12 @@ void printWarning(const std::string& text) {
 }
 
 void printFolderThatStays(const char* path, const char* reason) {
-  fprintf(stderr, "%s: the working folder \"", kProgram);
-  printText(path);
-  fprintf(stderr, "\" cannot be removed: %s; delete it\n", reason);
+  ErrorLine()
+      .add(": the working folder \"")
+      .add(path)
+      .add("\" cannot be removed: ")
+      .add(reason)
+      .add("; delete it");
 }
 
 }  // namespace velmor::render
