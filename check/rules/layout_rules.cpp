@@ -134,7 +134,7 @@ void checkLengths(const Disc& disc, Findings& findings) {
     if (length > 0 && length < disc::kShortestTrackSectors)
       findings.add(Severity::kError, "track-under-4-s",
                    {disc.sheet.tracks[t].line, static_cast<int>(t) + 1},
-                   "the track lasts " + disc::counted(static_cast<int>(length), "sector") +
+                   "the track lasts " + disc::counted(length, "sector") +
                        "; 300 (4 s) is the least, and cdrdao warns of it",
                    "Join it to a neighbour, or let it last longer.", kRedBook);
   }

@@ -184,9 +184,11 @@ TEST_F(ReportTest, GoesByTheLengthOfTheDiscWithTheSilenceThatTheSheetAdds) {
       {"88:08:01", "disc-too-long"},
   };
   for (const auto& [pregap, rule] : cases) {
-    auto rules = rulesFor(track(1, "PREGAP " + pregap + "\r\nINDEX 01 00:00:00"));
-    std::erase(rules, "pregap");  // which some readers lose, whatever its length
-    EXPECT_EQ(rules, rule.empty() ? std::vector<std::string>{} : std::vector<std::string>{rule})
+    // Some readers lose it, whatever its length.
+    std::vector<std::string> due{"pregap"};
+    if (!rule.empty()) due.push_back(rule);
+    EXPECT_THAT(rulesFor(track(1, "PREGAP " + pregap + "\r\nINDEX 01 00:00:00")),
+                testing::UnorderedElementsAreArray(due))
         << pregap;
   }
 }

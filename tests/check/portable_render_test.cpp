@@ -60,9 +60,9 @@ TEST_F(PortableRenderTest, EndsWithTheVerdictOnBothSheetsAndLeavesOnlyTheThreeFi
                                          "0 notes\n"));
   EXPECT_THAT(run.all, Not(HasSubstr(".velmor-render-")));
   // Who chooses cdrskin is told from where to start it, and nothing else.
-  for (const Finding& f :
-       check(m_folder / "album.portable.cue", {{Reader::k3b, Reader::kLibburn}, {}}).findings)
-    EXPECT_EQ(f.rule, "file-from-working-folder");
+  EXPECT_THAT(
+      check(m_folder / "album.portable.cue", {{Reader::k3b, Reader::kLibburn}, {}}).findings,
+      testing::ElementsAre(testing::Field(&Finding::rule, "file-from-working-folder")));
   std::vector<std::string> names;
   for (const auto& entry : fs::directory_iterator(m_folder.path()))
     if (entry.is_regular_file()) names.push_back(entry.path().filename().string());
