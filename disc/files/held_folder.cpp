@@ -42,11 +42,6 @@ bool removeAll(int parent, const char* name) {
   return unlinkat(parent, name, AT_REMOVEDIR) == 0;
 }
 
-Failure notWritable(const fs::path& parent, int error, const char* advice) {
-  return Failure("nothing can be written to the folder " + inQuotes(parent.string()) + ": " +
-                 std::string(strerror(error)) + "; " + advice);
-}
-
 int openFolder(const char* path) {
   return open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
 }
@@ -70,17 +65,22 @@ bool hasSuchName(const fs::path& path, const std::string& name_begin) {
 
 }  // namespace
 
+Failure cannotWriteTo(const fs::path& parent, int error, const char* advice) {
+  return Failure("nothing can be written to the folder " + inQuotes(parent.string()) + ": " +
+                 std::string(strerror(error)) + "; " + advice);
+}
+
 /// Between its birth and its lock another process may take the folder for an abandoned one and
 /// remove it; then there is another.
 HeldFolder::HeldFolder(const fs::path& parent, const std::string& name_begin, const char* advice) {
   while (m_held < 0) {
     m_path = (parent / (name_begin + std::string(kRandomLetters, 'X'))).string();
-    if (!mkdtemp(m_path.data())) throw notWritable(parent, errno, advice);
+    if (!mkdtemp(m_path.data())) throw cannotWriteTo(parent, errno, advice);
     m_held = openFolder(m_path.c_str());
     if (m_held < 0 && errno != ENOENT) {
       const int error = errno;
       rmdir(m_path.c_str());
-      throw notWritable(parent, error, advice);
+      throw cannotWriteTo(parent, error, advice);
     }
     if (m_held < 0 || holdsIt()) continue;
     close(m_held);

@@ -13,6 +13,10 @@
 
 namespace velmor::disc {
 
+/// For when a folder cannot be made in `parent`, with the system's `error`; `advice` ends the
+/// message.
+Failure cannotWriteTo(const std::filesystem::path& parent, int error, const char* advice);
+
 /// A fresh folder of which a later process can tell whether it is somebody's: this one holds a lock
 /// on it for as long as the object, and so the process, lives. It is not removed with the object.
 class HeldFolder {

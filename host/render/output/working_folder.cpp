@@ -36,8 +36,7 @@ WorkingFolder::WorkingFolder(const fs::path& parent) : m_folder(parent, kNameBeg
   if (mkdir(files().c_str(), 0700) == 0) return;
   const int error = errno;
   remove();
-  throw Failure("nothing can be written to the folder " + disc::inQuotes(parent.string()) + ": " +
-                strerror(error) + "; " + kAdvice);
+  throw disc::cannotWriteTo(parent, error, kAdvice);
 }
 
 WorkingFolder::~WorkingFolder() {
