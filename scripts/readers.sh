@@ -7,5 +7,5 @@ bash scripts/setup.sh >&2
 source scripts/common.sh
 
 say "Building velmor-cdcheck and what runs the readers"
-configure_and_build release cdcheck_reader_matrix | tail -n 1
+quiet_build readers configure_and_build release cdcheck_reader_matrix
 build/release/tests/cdcheck_reader_matrix --jobs "$(nproc)" "$@"

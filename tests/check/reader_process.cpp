@@ -3,6 +3,7 @@
 #include <sys/resource.h>
 
 #include <cstdlib>
+#include <stdexcept>
 
 namespace velmor::check::test {
 
@@ -31,7 +32,8 @@ ProcessResult runProcess(const std::vector<std::string>& arguments, const std::s
   options.stop_at = stop_at;
   options.limit = std::chrono::minutes(3);
   ProcessResult ended = test_kit::runProcess(arguments, options);
-  if (ended.took_too_long) ended.all += "\n(not ended after three minutes)";
+  if (ended.took_too_long)
+    throw std::runtime_error(arguments.front() + " did not end within three minutes");
   return ended;
 }
 

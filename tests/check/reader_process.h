@@ -12,9 +12,9 @@ using test_kit::findProgram;
 using ProcessResult = test_kit::EndedProcess;
 
 /// Runs a program in `folder`, which is its home too, without display or sound. Ends it
-/// once `stop_at` (when not empty) was printed, after 20 s of processor time, or after three
-/// minutes: on a busy machine mpv alone was seen to take 40 s, and to be late is not to refuse a
-/// sheet.
+/// once `stop_at` (when not empty) was printed, or after 20 s of processor time. Throws
+/// `std::runtime_error` after three minutes: on a busy machine mpv alone was seen to take 40 s, and
+/// to be late is not to refuse a sheet.
 ProcessResult runProcess(const std::vector<std::string>& arguments, const std::string& folder,
                          const std::string& stop_at = "");
 

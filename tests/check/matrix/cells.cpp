@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 
 #include "tests/check/reader_process.h"
 #include "tests/check/test_images.h"
@@ -53,8 +54,12 @@ std::string lastWords(const std::string& output) {
 /// What the making of a second sheet said of a reader that will not take it.
 Said saidOfPortable(const nlohmann::json& json, Reader reader) {
   Said said;
-  if (!json.contains("changes")) said.rules = "no report";
-  for (const auto& change : json.value("changes", nlohmann::json::array())) {
+  if (!json.is_object() || !json.contains("changes")) {
+    said.reported = false;
+    said.rules = "no report";
+    return said;
+  }
+  for (const auto& change : json["changes"]) {
     const auto sentence = change.get<std::string>();
     const std::string name(readerName(reader));
     const size_t refused = sentence.find("Refused by ");
@@ -167,6 +172,9 @@ std::vector<Cell> portableCellsOf(const Draft& draft, const std::vector<Reader>&
     disk.files.clear();
   }
   const ProcessResult made = runProcess(make, prepared.path().string());
+  // 2 tells that no second sheet can be made of this one; what lies above is a crash.
+  if (made.status > 2)
+    throw std::runtime_error("--portable of " + draft.name + ": " + lastWords(made.all));
   if (!fs::exists(prepared.path() / disk.sheet)) return {};
   const auto json = nlohmann::json::parse(made.out, nullptr, false);
   std::vector<Cell> cells;

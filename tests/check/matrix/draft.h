@@ -43,7 +43,8 @@ struct Draft {
   std::string text() const;
 };
 
-/// Three tracks of 20 s with codes, texts, a flag and a pause each, which every reader takes.
+/// A disc of 20 s that every reader takes: three tracks with codes and texts, the second with a
+/// flag and a pause.
 Draft goodDraft();
 /// The same of a WAVE file.
 Draft goodWaveDraft();

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <random>
 #include <regex>
+#include <stdexcept>
 #include <thread>
 
 #include "tests/check/matrix/cells.h"
@@ -45,6 +46,7 @@ std::vector<Draft> drafts(const Arguments& a) {
   std::vector<const Edit*> edits;
   for (const Edit& edit : allEdits())
     if (std::regex_search(edit.name, wanted)) edits.push_back(&edit);
+  if (edits.empty()) return all;
   for (const Edit* edit : edits)
     if (!a.only_pairs) add(goodDraft(), {edit});
   std::mt19937 random(a.seed);
@@ -65,35 +67,66 @@ std::vector<Reader> chosen(const Arguments& a) {
   return readers;
 }
 
-int run(const Arguments& a) {
-  const std::vector<Draft> all = drafts(a);
-  const std::vector<Reader> readers = chosen(a);
-  std::ofstream table;
-  if (!a.table.empty()) table.open(a.table);
-  std::atomic<size_t> next{0};
-  std::mutex lock;
-  size_t cells = 0, disagree = 0;
-  const auto work = [&] {
-    for (size_t i = next++; i < all.size(); i = next++) {
-      std::vector<Cell> made = cellsOf(all[i], readers);
-      const std::vector<Cell> second = portableCellsOf(all[i], readers);
-      made.insert(made.end(), second.begin(), second.end());
-      const std::lock_guard<std::mutex> guard(lock);
-      for (const Cell& cell : made) {
-        ++cells;
-        if (!cell.agrees()) {
-          ++disagree;
-          std::cout << cell.text() << std::endl;
-        }
-        if (table) table << cell.text() << '\n';
+/// Both sheets of each draft before the readers, several at a time.
+class Comparison {
+ public:
+  explicit Comparison(const Arguments& a) : m_all(drafts(a)), m_readers(chosen(a)) {
+    if (a.table.empty()) return;
+    m_table.open(a.table);
+    if (!m_table) throw std::runtime_error(a.table + " cannot be written");
+  }
+
+  int run(unsigned jobs) {
+    std::vector<std::thread> workers;
+    for (unsigned w = 0; w < jobs; ++w) workers.emplace_back([this] { work(); });
+    for (std::thread& w : workers) w.join();
+    std::cout << m_all.size() << " sheets, " << m_cells << " cells, " << m_disagree
+              << " disagree\n";
+    if (m_cells == 0) std::cerr << "nothing was compared\n";
+    return m_disagree > 0 || m_cells == 0 ? 1 : 0;
+  }
+
+ private:
+  void work() {
+    for (size_t i = m_next++; i < m_all.size(); i = m_next++) {
+      try {
+        std::vector<Cell> made = cellsOf(m_all[i], m_readers);
+        const std::vector<Cell> second = portableCellsOf(m_all[i], m_readers);
+        made.insert(made.end(), second.begin(), second.end());
+        count(made);
+      } catch (const std::exception& error) {
+        const std::lock_guard<std::mutex> guard(m_lock);
+        ++m_disagree;
+        std::cout << m_all[i].name << ": " << error.what() << std::endl;
       }
     }
-  };
-  std::vector<std::thread> workers;
-  for (unsigned w = 0; w < a.jobs; ++w) workers.emplace_back(work);
-  for (std::thread& w : workers) w.join();
-  std::cout << all.size() << " sheets, " << cells << " cells, " << disagree << " disagree\n";
-  return disagree > 0 ? 1 : 0;
+  }
+
+  void count(const std::vector<Cell>& made) {
+    const std::lock_guard<std::mutex> guard(m_lock);
+    for (const Cell& cell : made) {
+      ++m_cells;
+      if (!cell.agrees()) {
+        ++m_disagree;
+        std::cout << cell.text() << std::endl;
+      }
+      if (m_table.is_open()) m_table << cell.text() << '\n';
+    }
+  }
+
+  const std::vector<Draft> m_all;
+  const std::vector<Reader> m_readers;
+  std::ofstream m_table;
+  std::atomic<size_t> m_next{0};
+  std::mutex m_lock;
+  size_t m_cells = 0, m_disagree = 0;
+};
+
+std::vector<std::string> installedReaders() {
+  std::vector<std::string> names;
+  for (const ReaderRun& run : readerRuns())
+    if (run.installed()) names.emplace_back(velmor::check::readerName(run.reader));
+  return names;
 }
 
 }  // namespace
@@ -104,10 +137,17 @@ int main(int argc, char** argv) {
   app.add_option("--pairs", a.pairs, "how many pairs of edits to draw");
   app.add_flag("--only-pairs", a.only_pairs, "leave out the edits by themselves");
   app.add_option("--seed", a.seed, "of the draw");
-  app.add_option("--jobs", a.jobs, "sheets at a time");
+  app.add_option("--jobs", a.jobs, "sheets at a time")->check(CLI::PositiveNumber);
   app.add_option("--edits", a.edits, "only edits whose name matches");
-  app.add_option("--for", a.readers, "only these readers")->delimiter(',');
+  app.add_option("--for", a.readers, "only these readers")
+      ->delimiter(',')
+      ->check(CLI::IsMember(installedReaders()));
   app.add_option("--table", a.table, "write every cell to this file, one line each");
   CLI11_PARSE(app, argc, argv);
-  return run(a);
+  try {
+    return Comparison(a).run(a.jobs);
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return 2;
+  }
 }

@@ -61,12 +61,15 @@ TEST_F(SecondSheetTest, JoinsTheFilesOfADiscIntoTheOneImageThatAllReadersTake) {
 }
 
 TEST_F(SecondSheetTest, PutsThePausesOfPregapAndPostgapIntoTheJoinedImage) {
-  Draft draft = write("PREGAP:behind-isrc3");
-  run({"image.cue", "--portable", "p.cue", "--join", "p.bin"});
-  const std::string image = readFile(m_folder / "p.bin"), sound = TestImage(kDraftSectors).bytes();
-  EXPECT_EQ(image, sound.substr(0, 1050 * 2352) + std::string(size_t{100} * 2352, '\0') +
-                       sound.substr(1050 * 2352));
-  expectAllReadersTake("p.cue", "p.bin", kDraftSectors + 100, draft.truth);
+  const std::string sound = TestImage(kDraftSectors).bytes();
+  const std::string joined = sound.substr(0, 1050 * 2352) + std::string(size_t{100} * 2352, '\0') +
+                             sound.substr(1050 * 2352);
+  for (const char* edit : {"PREGAP:behind-isrc3", "POSTGAP:behind-index2.1"}) {
+    const Draft draft = write(edit);
+    run({"image.cue", "--portable", "p.cue", "--join", "p.bin", "--force"});
+    EXPECT_EQ(readFile(m_folder / "p.bin"), joined) << edit;
+    expectAllReadersTake("p.cue", "p.bin", kDraftSectors + 100, draft.truth);
+  }
 }
 
 TEST_F(SecondSheetTest, SaysWhoRefusesADiscOfOneTrack) {
@@ -108,7 +111,7 @@ TEST_F(SecondSheetTest, SaysNothingOfWhatItMended) {
     write(edit);
     const ProcessResult made = run({"image.cue", "--portable", "p.cue", "--force"});
     EXPECT_EQ(made.out.find("Not mended"), std::string::npos) << edit << '\n' << made.out;
-    EXPECT_THAT(run({"p.cue"}).out, HasSubstr("0 errors")) << edit;
+    EXPECT_THAT(run({"p.cue"}).out, HasSubstr("p.cue: ready, 0 errors")) << edit;
   }
 }
 
