@@ -11,6 +11,7 @@ endif()
 if(VELMOR_UNITY_TESTS)
   set(CMAKE_UNITY_BUILD ON)
 endif()
+# Who changes one file of a program waits for few others with it; who changes a test does so for the test alone.
 set(CMAKE_UNITY_BUILD_BATCH_SIZE 60)
 if(BUILD_TESTING)
   enable_testing()

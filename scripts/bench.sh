@@ -112,10 +112,9 @@ measure_sets() {
 # that is all TRACK lines.
 measure_checker() {
   say "The checker, ten rounds"
-  local raw="-t raw -r 44100 -c 2 -e signed -b 16"
-  # Every sector has two samples at full scale then, as in a loud master. That it clips is what sox would say.
-  # shellcheck disable=SC2086 # they are words
-  sox -V1 -D $raw "$data/album.bin" $raw "$data/loud.bin" vol 1.002
+  local raw=(-t raw -r 44100 -c 2 -e signed -b 16)
+  # Every sector has two samples at full scale then, as in a loud master: the clipping of which sox warns is meant.
+  sox -V1 -D "${raw[@]}" "$data/album.bin" "${raw[@]}" "$data/loud.bin" vol 1.002
   sed 's/album\.bin/loud.bin/' "$data/album.cue" >"$data/loud.cue"
   {
     echo 'FILE "album.bin" BINARY'
