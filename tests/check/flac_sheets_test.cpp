@@ -1,4 +1,4 @@
-// What a keeper of lossless discs calls a bad sheet: each is told by the rule that it breaks.
+// Sheets as they are kept beside FLAC files, each spoilt in one place, and the rule that tells it.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

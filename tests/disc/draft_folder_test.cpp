@@ -2,11 +2,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
 
+#include "tests/kit/fork.h"
 #include "tests/kit/scratch_folder.h"
 #include "tests/kit/whole_files.h"
 
@@ -44,16 +43,11 @@ TEST_F(DraftFolders, AreGoneWhenTheyDoNot) {
 
 /// Kills a process that has filled a draft for `target`.
 void killWithADraft(const fs::path& target) {
-  const pid_t child = fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
+  test_kit::runUntilKilled([&target] {
     const DraftFolder draft(target, false, [](const std::string&) { return false; });
     writeFile(draft.path() / "image", std::string(3'000'000, 'x'));
-    kill(getpid(), SIGKILL);
-  }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  ASSERT_TRUE(WIFSIGNALED(status));
+    raise(SIGKILL);
+  });
 }
 
 TEST_F(DraftFolders, OfKilledProcessesAreRemovedAndTold) {

@@ -113,6 +113,7 @@ TEST(Parser, KnowsWhereSmallLettersAndAMissingLineEndAre) {
   EXPECT_EQ(mode.lower_case_file_type, 1);
   EXPECT_FALSE(mode.no_last_line_end);
   EXPECT_FALSE(parseSheet("").no_last_line_end);
+  EXPECT_FALSE(parseSheet("FILE a WAVE\nTRACK 01 AUDIO\n").tracks.at(0).lower_case_mode);
 }
 
 TEST(Parser, JoinsAValueThatGoesOnOverSeveralLines) {

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <stdexcept>
 
 namespace test_kit {
@@ -30,6 +31,20 @@ inline int waitFor(pid_t child, rusage* used = nullptr) {
   int status = 0;
   ::wait4(child, &status, 0, used);
   return exitStatusOf(status);
+}
+
+/// Runs `body`, which sends itself SIGKILL at last, in a child of a process without other threads.
+/// Throws when the child ends otherwise.
+template <typename Body>
+void runUntilKilled(Body body) {
+  const pid_t child = forkInto([&body] {
+    try {
+      body();
+    } catch (...) {
+    }
+    return 1;
+  });
+  if (waitFor(child) != 128 + SIGKILL) throw std::runtime_error("the child has ended by itself");
 }
 
 }  // namespace test_kit

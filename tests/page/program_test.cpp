@@ -115,9 +115,12 @@ TEST_F(PageProgram, MakesAPageOfASheetThatIsNone) {
 TEST_F(PageProgram, SaysThatTheSystemGivesItNoThread) {
   const auto ended = run({"image.cue", "--html", "page.html"}, VELMOR_CDCHECK, [] {
     // A thread's stack is as large as the limit of the first one: larger than all addresses here.
-    const rlimit stacks{rlim_t{1} << 47, RLIM_INFINITY};
-    setrlimit(RLIMIT_STACK, &stacks);
+    rlimit stacks{};
+    getrlimit(RLIMIT_STACK, &stacks);
+    stacks.rlim_cur = rlim_t{1} << 47;
+    if (setrlimit(RLIMIT_STACK, &stacks) != 0) _exit(77);
   });
+  if (ended.status == 77) GTEST_SKIP() << "stacks are limited here for good";
   EXPECT_EQ(ended.status, 2);
   EXPECT_THAT(ended.err, HasSubstr("velmor-cdcheck: no thread can be begun: "));
   EXPECT_THAT(m_folder.names(), ElementsAre("image.bin", "image.cue"));
@@ -199,7 +202,9 @@ TEST_F(SetPage, IsOneOfSeveralThingsToCheckAndTakesNoPageThen) {
   ASSERT_EQ(json.size(), 2U) << both.out;
   EXPECT_EQ(json[0]["folder"], "master");
   EXPECT_EQ(json[1]["sheet"], "a.cue");
-  EXPECT_EQ(nlohmann::json::parse(run(VELMOR_CDCHECK, {"a", "b", "--json"}).out).size(), 0U);
+  const auto none = run(VELMOR_CDCHECK, {"a", "b", "--json"});
+  EXPECT_EQ(none.status, 2);
+  EXPECT_EQ(nlohmann::json::parse(none.out), nlohmann::json::array());
   const auto paged = run(VELMOR_CDCHECK, {"master", "a.cue", "--html", "page.html"});
   EXPECT_EQ(paged.status, 2);
   EXPECT_EQ(paged.out, "");

@@ -46,10 +46,25 @@ class SilencesTest : public testing::Test {
   std::string m_path;
 };
 
+/// The left channel, a stretch at a time. What is not packed as in the file is silence.
+std::vector<double> leftOfStretches(AudioInput& input) {
+  std::vector<double> read;
+  for (AudioStretch stretch; input.readStretch(stretch, 600), stretch.frames() > 0;) {
+    std::vector<double> left(stretch.frames()), right(stretch.frames());
+    stretch.copy(0, stretch.frames(), left.data(), right.data());
+    if (!stretch.isPacked()) {
+      EXPECT_THAT(left, Each(0.0));
+      EXPECT_THAT(right, Each(0.0));
+    }
+    read.insert(read.end(), left.begin(), left.end());
+  }
+  return read;
+}
+
 const std::vector<Silence> kSilences[] = {
     {{0, 588}},
     {{100, 7}, {100, 5}, {4999, 1}},
-    {{static_cast<int64_t>(5000), 3}, {kAtTheEnd, 1000}},
+    {{5000, 3}, {kAtTheEnd, 1000}},
     {{0, 1}, {1, 1}, {2, 3000}, {9999999, 2}},
 };
 
@@ -67,18 +82,7 @@ TEST_F(SilencesTest, LieWhereTheyBelong) {
 
 TEST_F(SilencesTest, ComeAsStretchesOfTheirOwnAndLeaveTheOthersPacked) {
   for (const std::vector<Silence>& silences : kSilences) {
-    const auto input = open(silences);
-    std::vector<double> read;
-    for (AudioStretch stretch; input->readStretch(stretch, 600), stretch.frames() > 0;) {
-      std::vector<double> left(stretch.frames()), right(stretch.frames());
-      stretch.copy(0, stretch.frames(), left.data(), right.data());
-      if (!stretch.isPacked()) {
-        EXPECT_THAT(left, Each(0.0));
-        EXPECT_THAT(right, Each(0.0));
-      }
-      read.insert(read.end(), left.begin(), left.end());
-    }
-    EXPECT_TRUE(read == expected(silences));
+    EXPECT_TRUE(leftOfStretches(*open(silences)) == expected(silences));
   }
 }
 
@@ -93,14 +97,7 @@ TEST_F(SilencesTest, AndSoundAreCutOut) {
     EXPECT_EQ(input->info().frames, static_cast<int64_t>(due.size()));
     EXPECT_TRUE(readAll(*input, block).left == due) << block;
   }
-  const auto input = withoutCuts(open(silences), cuts);
-  std::vector<double> read;
-  for (AudioStretch stretch; input->readStretch(stretch, 600), stretch.frames() > 0;) {
-    std::vector<double> left(stretch.frames()), right(stretch.frames());
-    stretch.copy(0, stretch.frames(), left.data(), right.data());
-    read.insert(read.end(), left.begin(), left.end());
-  }
-  EXPECT_TRUE(read == due);
+  EXPECT_TRUE(leftOfStretches(*withoutCuts(open(silences), cuts)) == due);
 }
 
 TEST_F(SilencesTest, OfNoneLeaveTheInputAsItIs) {

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -15,6 +14,7 @@
 
 #include "disc/failure.h"
 #include "tests/host/render/input/sound_files.h"
+#include "tests/kit/fork.h"
 
 namespace velmor::render {
 namespace {
@@ -157,16 +157,11 @@ TEST_F(OutputPairTest, NothingIsSeenBeforeTheEndAndNothingIsLeftWithoutIt) {
 /// What another process leaves in `folder` when it is killed after `stage` has been called.
 template <typename Stage>
 void killWithAPair(const std::string& sheet, Stage stage) {
-  const pid_t child = fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
+  test_kit::runUntilKilled([&] {
     OutputPair pair(sheet, true, {});
     stage(pair);
-    kill(getpid(), SIGKILL);
-  }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  ASSERT_TRUE(WIFSIGNALED(status));
+    raise(SIGKILL);
+  });
 }
 
 TEST_F(OutputPairTest, WhatAKilledRunHasLeftIsRemovedAndTold) {

@@ -112,19 +112,14 @@ TEST_F(Failure, InputsThatAreNoFiles) {
   }
 }
 
-/// Permissions do not bind root.
-void becomeNobody() {
-  if (setuid(65534) != 0) _exit(77);
-}
-
 TEST_F(Failure, AnInputOrAFolderWithoutPermission) {
   namespace fs = std::filesystem;
   fs::permissions(m_folder / ".", fs::perms::owner_all | fs::perms::others_exec);
-  if (render({"--version"}, becomeNobody).status != 0) {
+  if (render({"--version"}, test_kit::becomeNobody).status != 0) {
     GTEST_SKIP() << "another user cannot be, or cannot run the program";
   }
   const auto refused_as_nobody = [&] {
-    const Ended ended = render({m_input, "-o", m_folder / "a"}, becomeNobody);
+    const Ended ended = render({m_input, "-o", m_folder / "a"}, test_kit::becomeNobody);
     EXPECT_EQ(ended.status, 1);
     return ended.err;
   };
