@@ -58,7 +58,8 @@ function(velmor_add_test)
     target_precompile_headers(${T_NAME} REUSE_FROM conversion_test)
   endif()
   # What is tested is optimised; the tests themselves compile twice as fast when they are not. An emulator is slow enough.
-  target_compile_options(${T_NAME} PRIVATE $<IF:$<BOOL:${CMAKE_CROSSCOMPILING}>,-O1,-O0>)
+  target_compile_options(${T_NAME} PRIVATE $<IF:$<BOOL:${CMAKE_CROSSCOMPILING}>,-O1,-O0>
+    ${VELMOR_TEST_SANITIZERS})
   target_link_libraries(${T_NAME} PRIVATE ${T_LIBS} GTest::gmock GTest::gtest GTest::gtest_main ${CMAKE_DL_LIBS})
   target_compile_definitions(${T_NAME} PRIVATE
     VELMOR_MODULE="$<TARGET_FILE:velmor_cd>"

@@ -22,12 +22,12 @@ std::vector<std::string> rulesOf(const std::vector<check::Finding>& findings, bo
 }  // namespace
 
 std::string countingFrames(int64_t frames) {
-  std::string bytes;
-  bytes.reserve(static_cast<size_t>(frames) * 4);
+  std::string bytes(static_cast<size_t>(frames) * 4, '\0');
+  char* to = bytes.data();
   for (int64_t i = 0; i < frames; ++i)
     for (const int64_t sample : {i % 65536, i / 65536}) {
-      bytes += static_cast<char>(sample & 0xFF);
-      bytes += static_cast<char>(sample >> 8 & 0xFF);
+      *to++ = static_cast<char>(sample & 0xFF);
+      *to++ = static_cast<char>(sample >> 8 & 0xFF);
     }
   return bytes;
 }

@@ -2,16 +2,16 @@
 #pragma once
 
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 
 #include "disc/units/disc_limits.h"
 #include "disc/units/disc_units.h"
 #include "tests/host/recording/programme.h"
 #include "tests/kit/scratch_folder.h"
+#include "tests/kit/whole_files.h"
 #include "tools/emulated_drive/directory/drive_directory.h"
 #include "tools/emulated_drive/interpose/device_table.h"
 
@@ -50,11 +50,11 @@ class EmulatedDriveFolder {
   }
   /// The audio that was recorded, from LBA 0.
   Bytes audio(int i) const {
-    std::ifstream file(drive(i).audioFile(), std::ios::binary);
-    Bytes bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    const std::string file = test_kit::contentOf(drive(i).audioFile());
     constexpr size_t kPregap = size_t{disc::kSectorsBeforeTrack1} * disc::kBytesPerSector;
-    if (bytes.size() <= kPregap) return {};
-    bytes.erase(bytes.begin(), bytes.begin() + kPregap);
+    if (file.size() <= kPregap) return {};
+    Bytes bytes(file.size() - kPregap);
+    std::memcpy(bytes.data(), file.data() + kPregap, bytes.size());
     return bytes;
   }
 

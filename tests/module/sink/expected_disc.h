@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -49,9 +50,11 @@ inline void expectImage(const std::string& path, const Image& image) {
   const std::vector<int16_t> found = fake_host::readSamples(path);
   const std::vector<int16_t>& wanted = image.samples();
   EXPECT_EQ(found.size(), wanted.size()) << "samples in " << path;
-  for (size_t i = 0; i < std::min(found.size(), wanted.size()); ++i) {
-    ASSERT_EQ(found[i], wanted[i]) << "frame " << i / 2 << ", channel " << i % 2;
-  }
+  const auto differing = std::mismatch(found.begin(), found.end(), wanted.begin(), wanted.end());
+  if (differing.first == found.end() || differing.second == wanted.end()) return;
+  const auto i = differing.first - found.begin();
+  FAIL() << "frame " << i / 2 << ", channel " << i % 2 << " of " << path << " is "
+         << *differing.first << ", not " << *differing.second;
 }
 
 }  // namespace expected

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <sstream>
 
@@ -14,6 +13,7 @@
 #include "host/render/module/host_callbacks.h"
 #include "host/render/module/module_library.h"
 #include "tests/host/render/input/sound_files.h"
+#include "tests/kit/whole_files.h"
 
 namespace velmor::render::test {
 
@@ -24,13 +24,8 @@ const ModuleLibrary& module() {
   return kLibrary;
 }
 
-std::string contents(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void readSheet(const std::string& path, ModuleRender& render) {
-  std::istringstream sheet(contents(path));
+  std::istringstream sheet(test_kit::contentOf(path));
   std::string line;
   while (std::getline(sheet, line)) {
     if (line.rfind("  TRACK", 0) == 0) {

@@ -10,11 +10,11 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "disc/failure.h"
 #include "tests/host/render/input/sound_files.h"
 #include "tests/kit/fork.h"
+#include "tests/kit/whole_files.h"
 
 namespace velmor::render {
 namespace {
@@ -37,11 +37,6 @@ class OutputPairTest : public testing::Test {
       return error.what();
     }
     return {};
-  }
-
-  static std::string contents(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
   }
 
   /// Everything in the folder, hidden files too.
@@ -108,7 +103,7 @@ TEST_F(OutputPairTest, AnInputInTheWayIsRefusedUnderWhateverName) {
   const std::string soft = m_folder.path("soft.cue");
   fs::create_symlink(input, soft);
   EXPECT_THAT(refusal(soft, true, {input}), HasSubstr("one of the inputs"));
-  EXPECT_EQ(contents(input), "audio");
+  EXPECT_EQ(test_kit::contentOf(input), "audio");
 }
 
 TEST_F(OutputPairTest, ANameThatIsNoUtf8IsConvertedAndTold) {
@@ -184,7 +179,7 @@ TEST_F(OutputPairTest, WhatARunHasLeftThatWasKilledInItsBurnIsRemovedWithoutItsA
   killWithAPair(m_folder.path("disc"), [](OutputPair& pair) {
     fill(pair);
     pair.commitAndKeepWorkingNames();
-    EXPECT_EQ(contents(pair.workingSheet()), "new sheet") << "through its working name";
+    EXPECT_EQ(test_kit::contentOf(pair.workingSheet()), "new sheet") << "through its working name";
   });
   ASSERT_EQ(names().size(), 3U);
   EXPECT_EQ(OutputPair(m_folder.path("other"), false, {}).warnings().size(), 1U);
@@ -214,7 +209,7 @@ TEST_F(OutputPairTest, AnOldAlbumWithTwoNamesLosesTheOneThatAKilledRunGaveIt) {
   });
   EXPECT_EQ(OutputPair(m_folder.path("other"), false, {}).warnings().size(), 1U);
   EXPECT_THAT(names(), ElementsAre("disc.cue"));
-  EXPECT_EQ(contents(m_folder.path("disc.cue")), "old sheet");
+  EXPECT_EQ(test_kit::contentOf(m_folder.path("disc.cue")), "old sheet");
 }
 
 TEST_F(OutputPairTest, AFolderThatAnotherRunStillHoldsIsLeftAlone) {
@@ -222,7 +217,7 @@ TEST_F(OutputPairTest, AFolderThatAnotherRunStillHoldsIsLeftAlone) {
   fill(one);
   const OutputPair other(m_folder.path("other"), false, {});
   EXPECT_THAT(other.warnings(), testing::IsEmpty());
-  EXPECT_EQ(contents(one.workingSheet()), "new sheet");
+  EXPECT_EQ(test_kit::contentOf(one.workingSheet()), "new sheet");
 }
 
 TEST_F(OutputPairTest, FoldersOfOtherNamesAndFilesAreNobodysLeavings) {
@@ -241,11 +236,11 @@ TEST_F(OutputPairTest, TheNewPairTakesThePlaceOfTheOld) {
   {
     OutputPair pair(m_folder.path("disc"), true, {});
     fill(pair);
-    EXPECT_EQ(contents(m_folder.path("disc.cue")), "old sheet");
+    EXPECT_EQ(test_kit::contentOf(m_folder.path("disc.cue")), "old sheet");
     pair.commit();
   }
-  EXPECT_EQ(contents(m_folder.path("disc.cue")), "new sheet");
-  EXPECT_EQ(contents(m_folder.path("disc.bin")), "new image");
+  EXPECT_EQ(test_kit::contentOf(m_folder.path("disc.cue")), "new sheet");
+  EXPECT_EQ(test_kit::contentOf(m_folder.path("disc.bin")), "new image");
   EXPECT_THAT(names(), UnorderedElementsAre("disc.cue", "disc.bin"));
 }
 
@@ -258,8 +253,8 @@ TEST_F(OutputPairTest, AFailureWhileItTakesItsPlaceLeavesTheOldPair) {
     fs::remove(pair.workingSheet());  // the last of the four moves
     EXPECT_THROW(pair.commit(), Failure);
   }
-  EXPECT_EQ(contents(m_folder.path("disc.cue")), "old sheet");
-  EXPECT_EQ(contents(m_folder.path("disc.bin")), "old image");
+  EXPECT_EQ(test_kit::contentOf(m_folder.path("disc.cue")), "old sheet");
+  EXPECT_EQ(test_kit::contentOf(m_folder.path("disc.bin")), "old image");
   EXPECT_THAT(names(), UnorderedElementsAre("disc.cue", "disc.bin"));
 }
 
@@ -275,7 +270,7 @@ TEST_F(OutputPairTest, APairThatHasComeMeanwhileIsNotReplacedWithoutForce) {
       EXPECT_THAT(error.what(), AllOf(HasSubstr("disc.cue"), HasSubstr("--force")));
     }
   }
-  EXPECT_EQ(contents(m_folder.path("disc.cue")), "another's");
+  EXPECT_EQ(test_kit::contentOf(m_folder.path("disc.cue")), "another's");
   EXPECT_THAT(names(), ElementsAre("disc.cue"));
 }
 
@@ -289,7 +284,7 @@ TEST_F(OutputPairTest, APairThatIsHeldMeanwhileIsNotReplaced) {
     EXPECT_THROW(pair.commit(), Failure);
   }
   close(fd);
-  EXPECT_EQ(contents(sheet), "old sheet");
+  EXPECT_EQ(test_kit::contentOf(sheet), "old sheet");
   EXPECT_THAT(names(), ElementsAre("disc.cue"));
 }
 
