@@ -6,7 +6,7 @@ source scripts/common.sh
 
 [ $# -eq 0 ] || fail "usage: ./dev faults"
 say "Building velmor-render and the tests that make its calls fail"
-configure_and_build release render_fault_test recording_library_tests | tail -n 1
+configure_and_build release render_fault_test recording_fault_test | tail -n 1
 export VELMOR_FAULT_STEP=1
-build/release/tests/recording_library_tests --gtest_filter='*Faults*'
+build/release/tests/recording_fault_test
 build/release/tests/render_fault_test

@@ -1,6 +1,7 @@
 #include "module/sink/sample_conversion.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 
@@ -23,7 +24,8 @@ ConvertFramesFn fastestForm() {
   const std::span<const VectorForm> forms = vectorForms();
   const auto fastest = std::find_if(forms.begin(), forms.end(),
                                     [](const VectorForm& form) { return form.runs_here; });
-  return fastest == forms.end() ? convertFramesPlain : fastest->convert;
+  assert(fastest != forms.end());
+  return fastest->convert;
 }
 
 }  // namespace

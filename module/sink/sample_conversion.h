@@ -20,8 +20,9 @@ struct VectorForm {
   bool runs_here;           ///< this very processor has that unit
 };
 
-/// The forms for the kind of processor that the module is built for, the fastest first. One file
-/// for each kind defines them, and is compiled for that kind alone.
+/// The forms for the kind of processor that the module is built for, the fastest first; the last
+/// one runs on every processor of the kind. One file for each kind defines them, and is compiled
+/// for that kind alone.
 std::span<const VectorForm> vectorForms();
 /// Whether the vector forms give what the plain one gives, as the processor is set on this thread.
 bool vectorFormsAreExact();

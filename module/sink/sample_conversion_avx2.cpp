@@ -83,7 +83,7 @@ bool processorHasAvx2() {
   unsigned ebx = 0;
   unsigned ecx = 0;
   unsigned edx = 0;
-  if (!__get_cpuid(1, &eax, &ebx, &ecx, &edx)) return false;
+  __cpuid(1, eax, ebx, ecx, edx);  // which every processor of 64 bits answers
   if (!(ecx & bit_FMA) || !(ecx & bit_OSXSAVE) ||
       (savedRegisterFiles() & kSseAndAvxState) != kSseAndAvxState) {
     return false;

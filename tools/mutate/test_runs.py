@@ -18,7 +18,7 @@ PAST_THE_IMAGE = "GTEST_FILTER=HostileInput.ATrackLeadIn* sink_test"
 MODULE_BURN = ["burn_class_test", "burn_test", "mac_hosted_burn_test"]
 CHECK = ["cdcheck_bad_cases_test", "cdcheck_matrix_test", "cdcheck_portable_test", "cdcheck_second_sheet_test", "cdcheck_test"]
 DDP = ["ddp_test", "page_test"]
-RECORDING = ["recording_tests", "recording_library_tests", "recording_emulated_tests"]
+RECORDING = ["recording_tests", "recording_library_tests", "recording_emulated_tests", "recording_fault_test"]
 BURNT = ["burn_program_test"]
 RENDER = ["render_unit_test", "render_process_test"]
 NOTICING = [
