@@ -66,7 +66,6 @@ class LeadInTaker {
         if (m_starts.empty() || m_starts.back() != start) m_starts.push_back(start);
       }
       for (const double pause : info.pauses) m_pauses.push_back({m_end + nearestFrame(pause), 0});
-      if (m_end % disc::kFramesPerSector != 0) return false;
       m_end += info.frames;
     }
     if (m_end > kLongestDisc) return false;

@@ -105,10 +105,13 @@ TEST_F(SheetLeadIns, TrackOneKeepsFourSeconds) {
 TEST_F(SheetLeadIns, APauseWithASoundAtEitherEndIsNone) {
   // A byte of each channel, of the first and of the last frame.
   for (const size_t bytes : {kSectorBytes, kSectorBytes - 2, size_t{4}, size_t{2}, size_t{1}}) {
-    for (const int64_t sector : {int64_t{0}, 2 * kOneSecond - 1}) {
-      makeDisc(2 * kOneSecond, {}, 10 * kOneSecond);
-      soundInSector(sector, bytes);
-      EXPECT_EQ(discLeadIn(), 0) << "sector " << sector << ", byte " << bytes;
+    // The longer one ends less than a sector behind a block of the reading, 16384 frames.
+    for (const int64_t pause : {int64_t{150}, int64_t{168}}) {
+      for (const int64_t sector : {int64_t{0}, pause - 1}) {
+        makeDisc(pause, {}, 10 * kOneSecond);
+        soundInSector(sector, bytes);
+        EXPECT_EQ(discLeadIn(), 0) << "sector " << sector << ", byte " << bytes;
+      }
     }
     for (const int64_t sector :
          {7 * kOneSecond, 8 * kOneSecond - 1, 15 * kOneSecond, 16 * kOneSecond - 1}) {
@@ -132,6 +135,15 @@ TEST_F(SheetLeadIns, ThePausesOfTheOthersAreEquallyLongInWholeSeconds) {
   EXPECT_EQ(trackLeadIn(), 0);
   makeDisc(0, {{7 * kOneSecond, 8 * kOneSecond + 1}, {15 * kOneSecond, 16 * kOneSecond + 1}},
            25 * kOneSecond);
+  EXPECT_EQ(trackLeadIn(), 0);
+}
+
+TEST_F(SheetLeadIns, ATrackThatStartsInsideASectorHasNone) {
+  makeDisc(0, {{7 * kOneSecond, 8 * kOneSecond}}, 20 * kOneSecond);
+  // All moves by a frame, which is silent too.
+  m_infos[0].pauses[0] += disc::secondsOf(1);
+  m_infos[0].marks[1].start += disc::secondsOf(1);
+  m_image.replace(8 * kOneSecond * kSectorBytes, disc::kBytesPerFrame, disc::kBytesPerFrame, '\0');
   EXPECT_EQ(trackLeadIn(), 0);
 }
 
