@@ -79,8 +79,10 @@ TEST(AudioMap, FollowsARunFromOneReadIntoTheNext) {
         writeFile(folder / "image.bin",
                   {reinterpret_cast<const char*>(samples.data()), samples.size() * 2});
         const ImageFile image(folder / "image.bin", "BINARY");
-        EXPECT_EQ(scannedRuns(AudioMap::scan(image, {})), plainRuns(samples))
+        const AudioMap map = AudioMap::scan(image, {});
+        EXPECT_EQ(scannedRuns(map), plainRuns(samples))
             << before << " before, " << behind << " behind, channel " << channel;
+        EXPECT_EQ(map.clippedRunsLeftOut(), 0);
       }
     }
   }

@@ -424,10 +424,10 @@ std::string shownList(const std::vector<std::string>& list) {
 bool sameStarts(const std::vector<int64_t>& loaded, const std::vector<int64_t>& truth) {
   if (loaded.size() != truth.size()) return false;
   if (loaded.empty()) return true;
-  // mpv counts from the first track's start; -1 stands for a start that is not shown.
+  // mpv counts from the first track's start.
   const int64_t shift = loaded[0] == 0 ? truth[0] : 0;
   for (size_t i = 0; i < loaded.size(); ++i)
-    if (loaded[i] != -1 && loaded[i] + shift != truth[i]) return false;
+    if (loaded[i] + shift != truth[i]) return false;
   return true;
 }
 

@@ -14,6 +14,29 @@ namespace {
 /// What a changed byte becomes.
 constexpr char kFlips[] = {'\x01', '\x20', '\x40', '\x7F', '\x80'};
 
+std::string flipped(std::string whole, size_t at, char flip) {
+  whole[at] = static_cast<char>(whole[at] ^ flip);
+  return whole;
+}
+
+/// Calls `judge` with each place in `whole` and each of its flips, and with what they make of it.
+template <typename Judge>
+void forEachFlip(const std::string& whole, Judge judge) {
+  for (size_t at = 0; at < whole.size(); ++at)
+    for (const char flip : kFlips) {
+      SCOPED_TRACE("byte " + std::to_string(at) + " by " + std::to_string(int{flip}));
+      judge(at, flipped(whole, at, flip));
+    }
+}
+
+/// Whether `judge` has anything to say of `judged`.
+template <typename Judge, typename... Judged>
+bool isTold(Judge judge, const Judged&... judged) {
+  check::Findings findings({});
+  judge(judged..., findings);
+  return !std::move(findings).sorted().empty();
+}
+
 class ByteFlips : public testing::TestWithParam<const char*> {
  protected:
   /// A short disc, since every change has its audio summed anew.
@@ -26,9 +49,7 @@ class ByteFlips : public testing::TestWithParam<const char*> {
   }
 
   bool readyWithByte(const std::string& whole, size_t at, char flip) {
-    std::string changed = whole;
-    changed[at] = static_cast<char>(changed[at] ^ flip);
-    writeFile(m_file, changed);
+    writeFile(m_file, flipped(whole, at, flip));
     try {
       return m_sheets.check("set").ready();
     } catch (const Failure&) {
@@ -71,64 +92,41 @@ TEST_F(FlipsWithoutCheckSums, AreToldInTheMapUnlessTheFieldMayBeEither) {
       if ((at >= 14 && at < 22) || (at >= 74 && at < 91) || (at >= 46 && at < 50))
         open.insert(packet * 128 + at);
   open.insert(2 * 128 + 41);  // 1 from some writers, 0 from others
-  for (size_t at = 0; at < whole.size(); ++at) {
-    for (const char flip : kFlips) {
-      std::string changed = whole;
-      changed[at] = static_cast<char>(changed[at] ^ flip);
-      check::Findings findings({});
-      judgeMap(changed, findings);
-      const bool told = !std::move(findings).sorted().empty();
-      EXPECT_TRUE(told || open.count(at) > 0) << "byte " << at << " by " << int{flip};
-    }
-  }
+  forEachFlip(whole, [&](size_t at, const std::string& changed) {
+    const bool told = isTold(judgeMap, changed);
+    EXPECT_TRUE(told || open.count(at) > 0);
+  });
 }
 
 TEST_F(FlipsWithoutCheckSums, AreToldInThePqDescriptorOrGiveAnotherDisc) {
   const std::string whole = bytes("SD");
-  check::Findings clean({});
-  judgePq(whole, "SD", clean);
-  ASSERT_TRUE(std::move(clean).sorted().empty());
-  for (size_t at = 0; at < whole.size(); ++at) {
+  ASSERT_FALSE(isTold(judgePq, whole, "SD"));
+  forEachFlip(whole, [](size_t at, const std::string& changed) {
     const size_t field = at % 64;
     const bool free_text = field >= 20;  // codes and the comment
     const bool time = field >= 10 && field < 16;
     const bool control = field == 16 || field == 17;
-    for (const char flip : kFlips) {
-      std::string changed = whole;
-      changed[at] = static_cast<char>(changed[at] ^ flip);
-      check::Findings findings({});
-      judgePq(changed, "SD", findings);
-      const bool told = !std::move(findings).sorted().empty();
-      EXPECT_TRUE(told || free_text || time || control) << "byte " << at << " by " << int{flip};
-    }
-  }
+    const bool told = isTold(judgePq, changed, "SD");
+    EXPECT_TRUE(told || free_text || time || control);
+  });
 }
 
 TEST_F(FlipsWithoutCheckSums, AreToldInTheIdentifierUnlessTheyGiveAnotherCodeOrText) {
   const std::string whole = bytes("DDPID");
-  for (size_t at = 0; at < whole.size(); ++at) {
+  forEachFlip(whole, [](size_t at, const std::string& changed) {
     const bool code = at >= 8 && at < 21;
     const bool text = at >= 38 && at < 86;
-    for (const char flip : kFlips) {
-      std::string changed = whole;
-      changed[at] = static_cast<char>(changed[at] ^ flip);
-      check::Findings findings({});
-      judgeIdentifier(changed, findings);
-      const bool told = !std::move(findings).sorted().empty();
-      const bool printable = changed[at] >= ' ' && changed[at] <= '~';
-      EXPECT_TRUE(told || code || (text && printable)) << "byte " << at << " by " << int{flip};
-    }
-  }
+    const bool printable = changed[at] >= ' ' && changed[at] <= '~';
+    const bool told = isTold(judgeIdentifier, changed);
+    EXPECT_TRUE(told || code || (text && printable));
+  });
 }
 
 TEST_F(FlipsWithoutCheckSums, AreAllToldInTheTextsByTheirOwnCheckSums) {
   const std::string whole = bytes("CDTEXT.BIN");
   for (size_t at = 0; at < whole.size(); ++at) {
-    std::string changed = whole;
-    changed[at] = static_cast<char>(changed[at] ^ kFlips[at % std::size(kFlips)]);
-    check::Findings findings({});
-    judgeTexts(changed, "CDTEXT.BIN", 2, findings);
-    EXPECT_FALSE(std::move(findings).sorted().empty()) << "byte " << at;
+    const std::string changed = flipped(whole, at, kFlips[at % std::size(kFlips)]);
+    EXPECT_TRUE(isTold(judgeTexts, changed, "CDTEXT.BIN", size_t{2})) << "byte " << at;
   }
 }
 
@@ -137,9 +135,7 @@ TEST_F(FlipsWithoutCheckSums, OfALengthANameOrAPregapAreToldByTheFiles) {
   const std::string whole = bytes("DDPMS");
   for (size_t packet = 0; packet < 3; ++packet)
     for (const size_t at : {21U, 75U, packet == 2 ? 49U : 21U}) {
-      std::string changed = whole;
-      changed[packet * 128 + at] = static_cast<char>(changed[packet * 128 + at] ^ 1);
-      writeFile(m_sheets.folder / "set/DDPMS", changed);
+      writeFile(m_sheets.folder / "set/DDPMS", flipped(whole, packet * 128 + at, '\1'));
       EXPECT_FALSE(m_sheets.check("set").ready()) << "packet " << packet << " byte " << at;
     }
 }

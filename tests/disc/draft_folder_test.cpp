@@ -5,6 +5,7 @@
 
 #include <csignal>
 
+#include "tests/kit/as_nobody.h"
 #include "tests/kit/fork.h"
 #include "tests/kit/scratch_folder.h"
 #include "tests/kit/whole_files.h"
@@ -68,6 +69,17 @@ TEST_F(DraftFolders, ThatAreStillHeldAreLeftAlone) {
   const DraftFolder other(m_folder / "other", false, nothing);
   EXPECT_THAT(other.warnings(), testing::IsEmpty());
   EXPECT_EQ(readFile(one.path() / "a"), "1");
+}
+
+TEST_F(DraftFolders, OfAnotherUserAreLeftAlone) {
+  if (!test_kit::isRoot()) GTEST_SKIP() << "nobody but root can be two users";
+  fs::permissions(m_folder / ".", fs::perms::all);
+  fs::create_directory(m_folder / ".velmor-ddp-abcdef");
+  fs::permissions(m_folder / ".velmor-ddp-abcdef", fs::perms::all);
+  const test_kit::AsNobody nobody;
+  const DraftFolder draft(m_folder / "new", false, nothing);
+  EXPECT_THAT(draft.warnings(), testing::IsEmpty());
+  EXPECT_TRUE(fs::exists(m_folder / ".velmor-ddp-abcdef"));
 }
 
 TEST_F(DraftFolders, ThatHoldWhatWasToBeReplacedAreToldAndStay) {

@@ -126,6 +126,20 @@ TEST_F(PageProgram, SaysThatTheSystemGivesItNoThread) {
   EXPECT_THAT(m_folder.names(), ElementsAre("image.bin", "image.cue"));
 }
 
+TEST_F(PageProgram, IsMadeByOneThreadWhereThereIsNoRoomForMore) {
+  if (VELMOR_SANITIZED) GTEST_SKIP() << "a sanitizer needs all addresses";
+  const auto ended = run({"image.cue", "--html", "page.html"}, VELMOR_CDCHECK, [] {
+    // The stack of one thread takes more than half of the addresses.
+    const rlimit stacks{rlim_t{600} << 20, RLIM_INFINITY};
+    const rlimit addresses{rlim_t{1} << 30, rlim_t{1} << 30};
+    if (setrlimit(RLIMIT_STACK, &stacks) != 0 || setrlimit(RLIMIT_AS, &addresses) != 0) _exit(77);
+  });
+  if (ended.status == 77) GTEST_SKIP() << "stacks are limited here for good";
+  EXPECT_EQ(ended.err, "");
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_THAT(m_folder.names(), testing::Contains("page.html"));
+}
+
 TEST_F(PageProgram, JudgesAsStrictlyAsTheReport) {
   writeFile(m_folder / "image.cue",
             "CATALOG \"0731452345622\"\r\n" + readFile(m_folder / "image.cue"));

@@ -16,7 +16,13 @@ SINK_QUICK = ["sink_class_test", "VELMOR_MODEL_SEEDS=40 model_test", "GTEST_FILT
 MODULE_SINK = [*SINK_QUICK, "GTEST_FILTER=HostileInput.*-*PastTwoGibibytes*:*NoLongerFit sink_test"]
 PAST_THE_IMAGE = "GTEST_FILTER=HostileInput.ATrackLeadIn* sink_test"
 MODULE_BURN = ["burn_class_test", "burn_test", "mac_hosted_burn_test"]
-CHECK = ["cdcheck_bad_cases_test", "cdcheck_matrix_test", "cdcheck_portable_test", "cdcheck_second_sheet_test", "cdcheck_test"]
+CHECK = [
+    "cdcheck_bad_cases_test",
+    "cdcheck_matrix_test",
+    "cdcheck_portable_test",
+    "cdcheck_second_sheet_test",
+    "cdcheck_test",
+]
 DDP = ["ddp_test", "page_test"]
 RECORDING = ["recording_tests", "recording_library_tests", "recording_emulated_tests", "recording_fault_test"]
 BURNT = ["burn_program_test"]

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int64_t kFramesPerSecond = disc::kSampleRate;
 constexpr int64_t kShortestTrack = disc::kShortestTrackSectors * disc::kFramesPerSector;
+constexpr int64_t kLongestDisc = disc::kLongestTimeSectors * disc::kFramesPerSector;
 constexpr int64_t kShortestDiscLeadIn = disc::kSectorsBeforeTrack1 * disc::kFramesPerSector;
 
 int64_t nearestFrame(double seconds) {
@@ -53,7 +54,8 @@ class LeadInTaker {
 
  private:
   /// Where tracks and pauses lie. False when a place is inside a sector, where a lead-in, which
-  /// ends with one, would move the audio.
+  /// ends with one, would move the audio; and when all is longer than any disc, which is refused
+  /// later: its pauses would be read for hours.
   bool layOut() {
     for (const InputInfo& info : m_infos) {
       m_begins.push_back(m_end);
@@ -64,9 +66,9 @@ class LeadInTaker {
         if (m_starts.empty() || m_starts.back() != start) m_starts.push_back(start);
       }
       for (const double pause : info.pauses) m_pauses.push_back({m_end + nearestFrame(pause), 0});
-      if (m_end % disc::kFramesPerSector != 0) return false;
       m_end += info.frames;
     }
+    if (m_end > kLongestDisc) return false;
     if (m_starts.empty() || m_starts.front() != 0) return false;
     const auto is_inside = [](int64_t frame) { return frame % disc::kFramesPerSector != 0; };
     return std::none_of(m_starts.begin(), m_starts.end(), is_inside);

@@ -115,6 +115,16 @@ TEST_F(SecondSheetTest, SaysNothingOfWhatItMended) {
   }
 }
 
+TEST_F(SecondSheetTest, SaysNothingOfWhatNoReaderMinds) {
+  write("LF");
+  writeFile(m_folder / "image.cue",
+            "FILE \"image.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
+            "  TRACK 02 AUDIO\n    INDEX 01 00:02:00\n");
+  const ProcessResult made = run({"image.cue", "--portable", "p.cue"});
+  EXPECT_THAT(made.out, HasSubstr("[track-under-4-s]"));
+  EXPECT_EQ(made.out.find("Not mended"), std::string::npos) << made.out;
+}
+
 TEST_F(SecondSheetTest, GivesPerformersToADiscThatHasTitlesAlone) {
   // cdrdao writes no CD-TEXT that has the one without the other.
   write("none-at-all:performer");

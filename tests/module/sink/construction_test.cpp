@@ -372,6 +372,11 @@ TEST_F(Construction, EntriesWithoutAKeyOrAValueAreLeftOut) {
   EXPECT_THAT(sheetOf({}), testing::StartsWith("SONGWRITER \"w\"\r\nFILE"));
 }
 
+TEST_F(Construction, AnEmptyValueDoesNotTakeThePlaceOfAnotherWithItsKey) {
+  host.metadata = {{"CUE:DISC_TITLE", ""}, {"CUE:DISC_Title", "Night Drive"}};
+  EXPECT_THAT(sheetOf({}), testing::StartsWith("TITLE \"Night Drive\"\r\nFILE"));
+}
+
 TEST(ConstructionWithoutMetadata, TheSheetHasNoDiscLines) {
   Session session;
   session.host.withhold("EnumCurrentSinkMetadata");

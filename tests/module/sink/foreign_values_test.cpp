@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "module/sink/config_dialog.h"
 #include "module/sink/cue_sheet.h"
 #include "module/sink/pcm_sink_iso.h"
+#include "module/sink/project_marks.h"
 #include "tests/fake_host/files.h"
 #include "tests/module/support/private_field.h"
 
@@ -54,6 +56,22 @@ TEST(DiscLines, AnEmptyFieldHasNone) {
   }
   EXPECT_EQ(fake_host::readText(folder.file("disc.cue")),
             "PERFORMER \"Somebody\"\r\nFILE \"disc.bin\" BINARY\r\n");
+}
+
+int enumRegionWithoutEnd(int idx, bool* isrgn, double* pos, double* rgnend, const char** name,
+                         int*) {
+  if (idx > 0) return 0;
+  *isrgn = true;
+  *pos = 1.0;
+  *rgnend = std::numeric_limits<double>::quiet_NaN();
+  *name = "";
+  return 1;
+}
+
+TEST(Marks, ARegionWhoseEndIsNoNumberIsOverBeforeEverything) {
+  EnumProjectMarkers = enumRegionWithoutEnd;
+  int index = 0;
+  EXPECT_EQ(markAt(index, 0.0).end, -std::numeric_limits<double>::infinity());
 }
 
 int enumTwoTracks(int idx, bool* isrgn, double* pos, double*, const char** name, int*) {

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <cmath>
+#include <filesystem>
 #include <limits>
 
 #include "tests/fake_host/allocation.h"
@@ -266,9 +267,9 @@ TEST_F(HostileInput, TheCountOfInputFramesStaysAtItsMaximum) {
   for (int i = 0; i < 2; ++i) sink->WriteDoubles(channels, INT_MAX, 2, 0, 0);
   // Time stands still at 2147483647 frames from here on: every block begins there.
   const double now = 2147483647.0 / 44100;
-  host.marks = {region(now + 1.0, now + 3.0, "Late")};
+  host.marks = {region(now + 1.0, now + 5.0, "Late")};
   sink->WriteDoubles(channels, 4 * kSecond, 2, 0, 0);
-  EXPECT_EQ(sink->GetLength(), 2.0);
+  EXPECT_EQ(sink->GetLength(), 3.0);
   EXPECT_THAT(host.disk_counters, testing::IsEmpty());
 }
 
@@ -339,6 +340,31 @@ TEST_P(ShortMemory, WhicheverAllocationFailsThereIsAUsableSinkOrNone) {
     if (!fired) break;
   }
   EXPECT_GE(without_sink, 3) << "a sink and its two writers at least";
+}
+
+// A block that cannot be had by growing an old one is asked for a second time as a new one, so that
+// two failures in a row are what leaves a text as it was while the next text finds room.
+TEST_F(HostileInput, ANameThatMemoryLeavesUnsetMakesNoSinkAndNoOtherFile) {
+  SinkConfig config = fake_host::makeConfig({});
+  for (const char* name : {"disc.cue", "disc"}) {
+    const std::string path = file(name);
+    bool fired = true;
+    for (int nth = 1; fired; ++nth) {
+      ASSERT_LT(nth, 200) << "no end of allocations";
+      PCM_sink* made = nullptr;
+      {
+        const fake_host::FailingAllocation failing(nth, fake_host::Times::kOnce);
+        const fake_host::FailingAllocation next(nth + 1, fake_host::Times::kOnce);
+        made = registration().CreateSink(path.c_str(), &config, sizeof config, 2, 44100, false);
+        fired = failing.fired();
+      }
+      const Sink sink(made);
+      if (sink) {
+        EXPECT_EQ(sink->GetFileName(), file("disc.cue")) << "allocation " << nth;
+      }
+      EXPECT_FALSE(std::filesystem::remove(".bin")) << "allocation " << nth;
+    }
+  }
 }
 
 TEST_P(ShortMemory, WhicheverAllocationFailsARenderGoesOn) {

@@ -5,6 +5,7 @@
 
 #include <clocale>
 #include <cstdlib>
+#include <fstream>
 #include <ostream>
 
 #include "tests/module/sink/render_case.h"
@@ -18,16 +19,33 @@ using testing::HasSubstr;
 struct NamedLocale {
   const char* source;
   const char* encoding;
+  const char* definition = "";  ///< empty: the system has the source
   std::string name() const { return std::string(source) + "." + encoding; }
 };
+
+/// In no language is C anything but the capital of c; here it is that of d, and A that of b, so
+/// that the end of a sheet's name tells whether letters are compared by the locale.
+constexpr const char* kShiftedLetters =
+    "LC_CTYPE\nupper <U0041>..<U005A>\nlower <U0061>..<U007A>\n"
+    "toupper (<U0062>,<U0041>);(<U0064>,<U0043>)\n"
+    "tolower (<U0041>,<U0062>);(<U0043>,<U0064>)\nEND LC_CTYPE\n"
+    "LC_COLLATE\ncopy \"POSIX\"\nEND LC_COLLATE\n"
+    "LC_MONETARY\ncopy \"POSIX\"\nEND LC_MONETARY\n"
+    "LC_NUMERIC\ncopy \"POSIX\"\nEND LC_NUMERIC\n"
+    "LC_TIME\ncopy \"POSIX\"\nEND LC_TIME\n"
+    "LC_MESSAGES\ncopy \"POSIX\"\nEND LC_MESSAGES\n";
 
 /// The process's locale while it lives, compiled into a folder of its own: test machines have few.
 class ProcessLocale {
  public:
   explicit ProcessLocale(const NamedLocale& locale) {
-    const std::string command = std::string("localedef -c -i ") + locale.source + " -f " +
-                                locale.encoding + " " + m_folder.file(locale.name()) +
-                                " >/dev/null 2>&1";
+    std::string source = locale.source;
+    if (*locale.definition) {
+      source = m_folder.file("definition");
+      std::ofstream(source) << locale.definition;
+    }
+    const std::string command = "localedef -c -i " + source + " -f " + locale.encoding + " " +
+                                m_folder.file(locale.name()) + " >/dev/null 2>&1";
     [[maybe_unused]] const int result = std::system(command.c_str());
     setenv("LOCPATH", m_folder.path().c_str(), 1);
     setenv("LC_ALL", locale.name().c_str(), 1);
@@ -107,7 +125,8 @@ TEST_P(Locale, SheetAndImageAreThoseUnderC) {
 INSTANTIATE_TEST_SUITE_P(OfThePerson, Locale,
                          testing::Values(NamedLocale{"tr_TR", "UTF-8"},
                                          NamedLocale{"tr_TR", "ISO-8859-9"},
-                                         NamedLocale{"de_DE", "UTF-8"}));
+                                         NamedLocale{"de_DE", "UTF-8"},
+                                         NamedLocale{"shifted", "UTF-8", kShiftedLetters}));
 
 }  // namespace
 }  // namespace sink_test

@@ -6,6 +6,7 @@
 
 #include <climits>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -87,6 +88,16 @@ TEST(ReleaseOrder, FilesThenTitlesFromTheLastOnThenMetadata) {
   g_recording = false;
   EXPECT_THAT(g_released, testing::ElementsAre("file disc.cue", "file disc.bin", "text Second",
                                                "text First", "text TITLE", "text Night Drive"));
+}
+
+TEST(ReleaseOrder, ASinkThatGetsNoImageGivesItsSheetBackAtOnce) {
+  const fake_host::TempFolder folder;
+  std::filesystem::create_directory(folder.file("disc.bin"));
+  const std::string sheet = folder.file("disc.cue");
+  const PCM_sink_iso sink(sheet.c_str(), nullptr, 0, 2, 44100, false);
+  EXPECT_FALSE(sink.isUsable());
+  const YDK_FileWrite other(sheet.c_str(), 0, 0, 0, 0, false, false);
+  EXPECT_GE(other.fd, 0) << "the sheet is held";
 }
 
 }  // namespace

@@ -169,6 +169,17 @@ TEST_F(AssocArray, SortingDropsKeysThatDifferOnlyInCase) {
                                        : (Disposed{"key TITLE", "value 1"}));
 }
 
+TEST_F(AssocArray, SortingKeepsOfManyEqualKeysTheOneThatWasLoadedFirst) {
+  for (int value = 0; value < 100; ++value) {
+    m_array.AppendUnsorted(value % 2 == 0 ? "TITLE" : "Title", value);
+    m_array.AppendUnsorted("CATALOG", 100 + value);
+  }
+  m_array.SortKeys();
+  ASSERT_EQ(m_array.GetSize(), 2);
+  EXPECT_EQ(*m_array.Find("title"), 0);
+  EXPECT_EQ(*m_array.Find("catalog"), 100);
+}
+
 TEST_F(AssocArray, RemovingDuplicatesKeepsTheFirstOfEachRun) {
   const std::pair<const char*, int> pairs[] = {{"a", 1}, {"A", 2}, {"b", 3}, {"c", 4},
                                                {"C", 5}, {"c", 6}, {"d", 7}};

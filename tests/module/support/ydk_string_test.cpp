@@ -107,6 +107,17 @@ TEST(String, SettingNothingInANeverSetOneGivesItABlock) {
   }
 }
 
+TEST(String, SettingNothingInALongOneKeepsItsBlock) {
+  YDK_String text;
+  text.Set(std::string(10000, 'x').c_str());
+  const char* const block = text.Get();
+  SystemCalls calls;
+  text.Set("");
+  EXPECT_EQ(calls.allocationCount(), 0);
+  EXPECT_EQ(text.Get(), block);
+  EXPECT_STREQ(text.Get(), "");
+}
+
 TEST(String, AppendingNothingToANeverSetOneGivesItABlock) {
   for (const char* nothing : {"", static_cast<const char*>(nullptr)}) {
     YDK_String text;

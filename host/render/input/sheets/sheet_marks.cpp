@@ -7,6 +7,7 @@
 #include "disc/codes/catalogue_number.h"
 #include "disc/codes/isrc.h"
 #include "disc/text/phrases.h"
+#include "disc/units/disc_limits.h"
 #include "disc/units/disc_time.h"
 #include "disc/units/disc_units.h"
 
@@ -39,6 +40,8 @@ class SheetReader {
     warn(m_indices, "INDEX 02 and above of ", "INDEX 02 and above of ", " out", " are left",
          " are left");
     warn(m_flags, "the FLAGS of ", "the FLAGS of ", " out", " are left", " are left");
+    warn(m_gaps, "", "", " left out", " is no time (MM:SS:FF) and is",
+         " are no times (MM:SS:FF) and are");
     return std::move(m_marks);
   }
 
@@ -84,7 +87,7 @@ class SheetReader {
       refuse("names no FILE before " + number + "; add it");
     noteLosses(track, number);
     Mark mark;
-    place(track, *start, mark);
+    place(track, number, *start, mark);
     mark.given_by = number + " of " + m_name;
     mark.name = read(track.fields.title);
     if (mark.name.empty()) mark.name = "Track " + disc::twoDigits(shown);
@@ -102,8 +105,9 @@ class SheetReader {
 
   /// Where the track's mark and its pause lie, and the silence that is added there: the POSTGAP of
   /// the track before it and its own PREGAP come before its first index.
-  void place(const disc::Track& track, const disc::Index& start, Mark& mark) {
-    const int64_t pregap = sectorsOf(track.pregap);
+  void place(const disc::Track& track, const std::string& number, const disc::Index& start,
+             Mark& mark) {
+    const int64_t pregap = sectorsOf(track.pregap, "PREGAP", number);
     const bool first = &track == &m_sheet.tracks.front();
     if (first && start.file == 0) {
       // No mark can lie behind the disc's begin and still be track 1's.
@@ -120,7 +124,7 @@ class SheetReader {
         m_marks.of_files[begin.file].pauses.push_back(secondsOf(pause));
       }
     }
-    m_postgap = sectorsOf(track.postgap);
+    m_postgap = sectorsOf(track.postgap, "POSTGAP", number);
     m_file = start.file;
   }
 
@@ -135,8 +139,19 @@ class SheetReader {
     m_added[file] += sectors;
   }
 
-  static int64_t sectorsOf(const std::optional<disc::Msf>& gap) {
-    return gap && gap->readable() ? gap->sectors() : 0;
+  int64_t sectorsOf(const std::optional<disc::Msf>& gap, const std::string& command,
+                    const std::string& number) {
+    if (!gap) return 0;
+    if (!gap->readable()) {
+      m_gaps.push_back("the " + command + " of " + number);
+      return 0;
+    }
+    const int64_t sectors = gap->sectors();
+    if (sectors > disc::kLongestTimeSectors)
+      refuse("has a " + command + " of " + disc::msfText(sectors) + " (MM:SS:FF) in " + number +
+             ", but the times of a disc end at " + disc::msfText(disc::kLongestTimeSectors) +
+             "; shorten it");
+    return sectors;
   }
   static int64_t framesOf(int64_t sectors) { return sectors * disc::kFramesPerSector; }
   static double secondsOf(int64_t sectors) {
@@ -153,10 +168,10 @@ class SheetReader {
   const disc::Sheet& m_sheet;
   const std::string& m_name;
   SheetMarks m_marks;
-  std::vector<int64_t> m_added;  ///< to each file, sectors of silence so far
-  int64_t m_postgap = 0;         ///< of the track before, sectors
-  size_t m_file = 0;             ///< in which the track before begins
-  std::vector<std::string> m_indices, m_flags;
+  std::vector<int64_t> m_added;                         ///< to each file, sectors of silence so far
+  int64_t m_postgap = 0;                                ///< of the track before, sectors
+  size_t m_file = 0;                                    ///< in which the track before begins
+  std::vector<std::string> m_indices, m_flags, m_gaps;  ///< that are left out
 };
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <random>
@@ -10,6 +9,7 @@
 #include "disc/failure.h"
 #include "host/render/input/marks/label_track.h"
 #include "tests/host/render/input/sound_files.h"
+#include "tests/kit/as_nobody.h"
 
 namespace velmor::render::test {
 namespace {
@@ -63,22 +63,6 @@ TEST(Failure, DoesNotWaitForAPipe) {
   EXPECT_THAT(refusalOf(path), HasSubstr("a pipe or a device; save it as a file first"));
 }
 
-/// Root may read everything, so the test steps down to a user who may not.
-class AsNobody {
- public:
-  AsNobody() {
-    if (m_before == 0 && ::seteuid(65534) != 0) ADD_FAILURE() << "cannot step down";
-  }
-  ~AsNobody() {
-    if (m_before == 0 && ::seteuid(m_before) != 0) ADD_FAILURE() << "cannot step up";
-  }
-  AsNobody(const AsNobody&) = delete;
-  AsNobody& operator=(const AsNobody&) = delete;
-
- private:
-  uid_t m_before = ::geteuid();
-};
-
 TEST(Failure, NamesAFileWithoutPermission) {
   const Folder folder;
   ASSERT_EQ(::chmod(folder.path("").c_str(), 0755), 0);
@@ -86,7 +70,7 @@ TEST(Failure, NamesAFileWithoutPermission) {
   ASSERT_EQ(::chmod(path.c_str(), 0), 0);
   std::string refusal;
   {
-    const AsNobody nobody;
+    const test_kit::AsNobody nobody;  // root may read everything
     refusal = refusalOf(path);
   }
   EXPECT_THAT(refusal, AllOf(HasSubstr(path), HasSubstr("permission is missing")));

@@ -96,6 +96,25 @@ TEST(SheetInput, PregapsAndPostgapsAreSilencesBeforeTheirTracksPauses) {
   EXPECT_THAT(found.warnings, IsEmpty());
 }
 
+TEST(SheetInput, PregapsAndPostgapsMayBeAsLongAsTheTimesOfADisc) {
+  const SheetMarks found = marksOfLines(
+      "FILE \"a.wav\" WAVE\n  TRACK 01 AUDIO\n    PREGAP 99:59:74\n    INDEX 01 00:00:00\n"
+      "    POSTGAP 99:59:74\n");
+  EXPECT_THAT(shownSilences(found.of_files[0]), ElementsAre("0+449999", "end+449999"));
+  EXPECT_THAT(found.warnings, IsEmpty());
+}
+
+TEST(SheetInput, APregapOrPostgapThatIsNoTimeIsToldAndLeftOut) {
+  const SheetMarks found = marksOfLines(
+      "FILE \"a.wav\" WAVE\n  TRACK 01 AUDIO\n    PREGAP 1:2\n    INDEX 01 00:00:00\n"
+      "    POSTGAP 9999999:00:00\n"
+      "  TRACK 02 AUDIO\n    INDEX 01 00:10:00\n");
+  EXPECT_THAT(shownSilences(found.of_files[0]), IsEmpty());
+  EXPECT_THAT(found.warnings,
+              ElementsAre("the PREGAP of track 1 and the POSTGAP of track 1 of \"x.cue\" are no "
+                          "times (MM:SS:FF) and are left out"));
+}
+
 TEST(SheetInput, APauseMayEndTheFileBeforeItsTrack) {
   const SheetMarks found = marksOfLines(
       "FILE \"a.wav\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
@@ -129,6 +148,15 @@ TEST(SheetInput, ASheetOfNoAudioDiscIsRefused) {
       {"FILE \"a.bin\" BINARY\n  TRACK 01 AUDIO\n    INDEX 00 00:00:00\n",
        "\"x.cue\" has no INDEX 01 in track 1"},
       {"TRACK 01 AUDIO\n    INDEX 01 00:00:00\n", "\"x.cue\" "},
+      {"FILE \"a.wav\" WAVE\n  TRACK 01 AUDIO\n    PREGAP 99999:00:00\n    INDEX 01 00:00:00\n",
+       "\"x.cue\" has a PREGAP of 99999:00:00 (MM:SS:FF) in track 1, but the times of a disc end "
+       "at "
+       "99:59:74; shorten it"},
+      {"FILE \"a.wav\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n"
+       "  TRACK 02 AUDIO\n    PREGAP 100:00:00\n    INDEX 01 00:10:00\n",
+       "has a PREGAP of 100:00:00 (MM:SS:FF) in track 2"},
+      {"FILE \"a.wav\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n    POSTGAP 100:00:00\n",
+       "has a POSTGAP of 100:00:00 (MM:SS:FF) in track 1"},
   };
   for (const auto& [lines, words] : cases) {
     EXPECT_THAT(errorOf([&, text = lines] { marksOfLines(text); }), HasSubstr(words));

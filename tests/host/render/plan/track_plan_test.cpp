@@ -6,6 +6,7 @@
 #include <random>
 
 #include "disc/units/disc_time.h"
+#include "disc/units/disc_units.h"
 #include "host/render/album/render_range.h"
 #include "host/render/plan/sheet_times.h"
 #include "host/render/plan/tag_places.h"
@@ -218,6 +219,75 @@ TEST(TrackPlan, KnowsWhichFramesOfTheInputAreWritten) {
 TEST(TrackPlan, ALeadInOfHoursIsAsLongAsTheModuleMakesIt) {
   const TrackPlan plan = planTracks(config(kOneTrack, 2147483647, 0), {}, 588);
   EXPECT_EQ(plan.image_frames * 4, int64_t{2147483647} / 2352 * 2352 + 2352);
+}
+
+// Pauses that an input's sheet gives to its tracks.
+
+constexpr double kOneSector = 1.0 / 75;
+
+struct Pause {
+  double before = 0.0, behind = 0.0;
+};
+
+/// The tracks of a minute of audio that begin at these seconds with these pauses.
+std::vector<PlannedTrack> tracksWith(const std::vector<std::pair<double, Pause>>& starts,
+                                     bool hash_only = false) {
+  std::vector<Mark> marks;
+  for (const auto& [at, pause] : starts) {
+    marks.push_back(marker(at, "#"));
+    marks.back().pause_before = pause.before;
+    marks.back().pause_behind = pause.behind;
+  }
+  const SinkConfig settings = config(kTracksFromMarkers, 0, 0, hash_only);
+  return planTracks(settings, marks, 60 * test::kSecond).tracks;
+}
+
+TEST(PlannedPauses, LeaveFourSecondsOfTheTrackBefore) {
+  const auto fitting = tracksWith({{0.0, {}}, {10.0, {.before = 6.0}}});
+  EXPECT_EQ(fitting[1].pause_before, 6 * test::kSecond);
+  EXPECT_FALSE(fitting[1].pause_lost);
+  const auto too_long = tracksWith({{0.0, {}}, {10.0, {.before = 6.0 + kOneSector}}});
+  EXPECT_EQ(too_long[1].pause_before, 0);
+  EXPECT_TRUE(too_long[1].pause_lost);
+}
+
+TEST(PlannedPauses, LeaveFourSecondsOfTheTrackThatTheyBegin) {
+  const auto fitting = tracksWith({{0.0, {.behind = 6.0}}, {10.0, {}}});
+  EXPECT_EQ(fitting[0].pause_behind, 6 * test::kSecond);
+  EXPECT_FALSE(fitting[0].pause_lost);
+  const auto too_long = tracksWith({{0.0, {.behind = 6.0 + kOneSector}}, {10.0, {}}});
+  EXPECT_EQ(too_long[0].pause_behind, 0);
+  EXPECT_TRUE(too_long[0].pause_lost);
+}
+
+TEST(PlannedPauses, LeaveFourSecondsCountedInWholeSectors) {
+  // The track loses one frame of 300 sectors, and keeps the sector in which that frame lies.
+  const auto tracks = tracksWith({{0.0, {.behind = disc::secondsOf(1)}}, {4.0, {}}});
+  EXPECT_EQ(tracks[0].pause_behind, 1);
+}
+
+TEST(PlannedPauses, OfTwoTracksLeaveFourSecondsBetweenThem) {
+  const auto fitting = tracksWith({{0.0, {.behind = 3.0}}, {10.0, {.before = 3.0}}});
+  EXPECT_EQ(fitting[1].pause_before, 3 * test::kSecond);
+  const auto too_long = tracksWith({{0.0, {.behind = 3.0}}, {10.0, {.before = 3.0 + kOneSector}}});
+  EXPECT_EQ(too_long[0].pause_behind, 3 * test::kSecond);
+  EXPECT_FALSE(too_long[0].pause_lost);
+  EXPECT_EQ(too_long[1].pause_before, 0);
+  EXPECT_TRUE(too_long[1].pause_lost);
+}
+
+TEST(PlannedPauses, OfWhichOneIsLostAreTold) {
+  const auto tracks = tracksWith({{0.0, {}}, {10.0, {.before = 2.0, .behind = 2.0}}, {15.0, {}}});
+  EXPECT_EQ(tracks[1].pause_before, 2 * test::kSecond);
+  EXPECT_EQ(tracks[1].pause_behind, 0);
+  EXPECT_TRUE(tracks[1].pause_lost);
+}
+
+TEST(PlannedPauses, NeverBeginBeforeTrackOne) {
+  // The first mark that counts may name track 1 from behind its start.
+  const auto tracks = tracksWith({{3.0, {.before = 2.0}}, {10.0, {}}}, true);
+  EXPECT_EQ(tracks[0].pause_before, 0);
+  EXPECT_FALSE(tracks[0].pause_lost);
 }
 
 }  // namespace

@@ -230,6 +230,29 @@ TEST(ASheetAsAnInput, IsRefusedWithWhatIsWrongWithIt) {
   EXPECT_NE(coded.status, 0);
 }
 
+TEST_F(PausesOfASheet, ThatNoDiscHasRoomForAreRefused) {
+  const std::string begin = "FILE \"sound.wav\" WAVE\n  TRACK 01 AUDIO\n";
+  const std::pair<std::string, const char*> cases[] = {
+      {begin + "    PREGAP 99999:00:00\n    INDEX 01 00:00:00\n",
+       "in.cue\" has a PREGAP of 99999:00:00 (MM:SS:FF) in track 1, but the times of a disc end at "
+       "99:59:74; shorten it"},
+      {begin + "    PREGAP 50:00:00\n    INDEX 01 00:00:00\n"
+               "  TRACK 02 AUDIO\n    PREGAP 50:00:00\n    INDEX 01 00:10:00\n",
+       "the disc would last 100:30:00 (MM:SS:FF), but the times of a disc end at 99:59:74"},
+  };
+  for (const auto& [sheet, words] : cases) {
+    writeFile(m_folder / "in.cue", sheet);
+    for (const std::vector<std::string>& options :
+         {std::vector<std::string>{}, {"--portable-cue"}, {"--ddp", m_folder / "set"}}) {
+      const Ended ended = renderSheet(options);
+      EXPECT_EQ(ended.status, 1);
+      EXPECT_THAT(ended.err, HasSubstr(words));
+      EXPECT_FALSE(std::filesystem::exists(m_folder / "album.bin"));
+      EXPECT_FALSE(std::filesystem::exists(m_folder / "set"));
+    }
+  }
+}
+
 TEST(ASheetAsAnInput, KeepsItsOwnAudioFromBeingOverwritten) {
   const Scratch folder;
   writeWav(folder / "a.wav", 5);
