@@ -11,13 +11,22 @@
 
 namespace test_kit {
 
+/// For a child: signals end it as they end what a person begins. A test that was begun in the
+/// background, or by a program that ignores some, has inherited that.
+inline void takeSignalsAsUsual() {
+  for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGTERM}) ::signal(number, SIG_DFL);
+}
+
 /// Runs `body` in a child, which ends with the status that it returns. Other threads do not exist
 /// in the child: `body` takes no memory and no lock.
 template <typename Body>
 pid_t forkInto(Body body) {
   const pid_t child = ::fork();
   if (child < 0) throw std::runtime_error("cannot fork");
-  if (child == 0) ::_exit(body());
+  if (child == 0) {
+    takeSignalsAsUsual();
+    ::_exit(body());
+  }
   return child;
 }
 

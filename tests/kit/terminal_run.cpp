@@ -8,6 +8,8 @@
 
 #include <cstdlib>
 
+#include "tests/kit/fork.h"
+
 namespace test_kit {
 
 namespace {
@@ -23,9 +25,7 @@ TerminalRun::TerminalRun(const std::vector<std::string>& command) {
   arguments.push_back(nullptr);
   m_process = forkpty(&m_terminal, nullptr, nullptr, nullptr);
   if (m_process != 0) return;
-  // Who begins this process in the background has it ignore both, and so what it begins.
-  signal(SIGINT, SIG_DFL);
-  signal(SIGQUIT, SIG_DFL);
+  takeSignalsAsUsual();
   execv(arguments[0], arguments.data());
   std::_Exit(127);
 }
