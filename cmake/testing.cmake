@@ -4,7 +4,7 @@ if(CMAKE_CROSSCOMPILING)
   # Debian has the library for its own processor, and its sources.
   add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
   foreach(library IN ITEMS gtest gtest_main gmock)
-    target_compile_options(${library} PRIVATE -w)
+    target_compile_options(${library} PRIVATE -w -O0)
   endforeach()
   include(cmake/emulated_tests.cmake)
 else()
