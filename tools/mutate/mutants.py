@@ -9,7 +9,9 @@ import os
 import operators
 
 # The code as it ships, without its assertions.
-OPTIONS = ["-std=c++20", "-DNDEBUG"]
+# What the build defines, here without the project's values: no change is made inside a definition.
+DEFINED = ["VELMOR_VERSION", "VELMOR_LIBRARIES_FROM_PROGRAMS"]
+OPTIONS = ["-std=c++20", "-DNDEBUG", *(f'-D{name}=""' for name in DEFINED)]
 
 
 @dataclasses.dataclass(frozen=True)
