@@ -51,6 +51,19 @@ TEST_F(ReportTest, HasNothingToSayAboutASoundDisc) {
   EXPECT_EQ(report.disc.length, 1500);
 }
 
+TEST_F(ReportTest, TellsAnIndexThatCdrdaoMovesFromOneThatItRefuses) {
+  // Counted from the start of track 2, 12 s lie in its 15 s, and behind its 10 s.
+  for (const bool refused : {false, true}) {
+    const std::string start = refused ? "00:10:00" : "00:05:00";
+    const Report report = reportOn("FILE \"image.bin\" BINARY\r\n" + track(1, "INDEX 01 00:00:00") +
+                                   track(2, "INDEX 01 " + start + "\r\nINDEX 02 00:12:00"));
+    ASSERT_EQ(report.findings.size(), 1U);
+    EXPECT_EQ(report.findings[0].rule, "index-02");
+    EXPECT_EQ(!report.findings[0].refused.empty(), refused);
+    EXPECT_EQ(report.findings[0].damaged.empty(), refused);
+  }
+}
+
 struct Layout {
   const char* rule;
   const char* tracks;

@@ -5,12 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <memory>
 #include <random>
 #include <set>
 
 #include "check/check.h"
+#include "check/image/byte_order.h"
 #include "check/report/report_text.h"
 #include "tests/check/reader_process.h"
 #include "tests/check/test_images.h"
@@ -46,6 +48,18 @@ void swapBytes(Samples& samples, size_t first_sector, size_t end_sector) {
 Samples joined(Samples a, const Samples& b) {
   a.insert(a.end(), b.begin(), b.end());
   return a;
+}
+
+TEST(ByteOrder, OfNoSectorsTellsNothing) {
+  Samples tone(10 * kSector);
+  for (size_t i = 0; i < tone.size(); ++i)
+    tone[i] = static_cast<int16_t>(8000 * std::sin(static_cast<double>(i) / 100));
+  swapBytes(tone, 0, 10);
+  const TemporaryFolder folder;
+  writeFile(folder / "tone.bin", bytesOf(tone));
+  const ImageFile image(folder / "tone.bin", "BINARY");
+  EXPECT_TRUE(bytesLookSwapped(image, 2, 8));
+  EXPECT_FALSE(bytesLookSwapped(image, 5, 5));
 }
 
 /// The album of the ten songs, rendered once with pauses between them.

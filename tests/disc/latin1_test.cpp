@@ -33,6 +33,7 @@ INSTANTIATE_TEST_SUITE_P(
                                  {"Ł", "ź"}},
                       Conversion{"日本", "??", {"日", "本"}}, Conversion{"🎵", "?", {"🎵"}},
                       Conversion{"a\tb\x01", "a b ", {}},
+                      Conversion{"\x7F\xC2\x80\xC2\x9F\xC2\xA0", "   \xA0", {}},
                       Conversion{"Caf\xE9", "Caf\xE9", {}},      // was no UTF-8 already
                       Conversion{"\xE2\x82", "\xE2 ", {}},       // cut inside a character
                       Conversion{"\xC0\xAF", "\xC0\xAF", {}}));  // overlong: no UTF-8

@@ -242,7 +242,6 @@ void BurnRun::conclude(const SectorFeed& feed, const SessionPlan& plan, const Di
                         " of " + disc::msfText(plan.sectors);
   DiscInDrive after = m_recorder.medium();
   after.rewritable = after.rewritable || before.rewritable;
-  if (after.type.empty()) after.type = before.type;
   if (!m_outcome.failure.empty()) {
     m_outcome.disc_state = stateAfterFailure(after, simulate());
     return;

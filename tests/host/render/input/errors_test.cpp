@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <random>
 
@@ -10,6 +11,7 @@
 #include "host/render/input/marks/label_track.h"
 #include "tests/host/render/input/sound_files.h"
 #include "tests/kit/as_nobody.h"
+#include "tests/kit/faults/system_calls.h"
 
 namespace velmor::render::test {
 namespace {
@@ -30,6 +32,16 @@ TEST(Failure, NamesAMissingFile) {
   const std::string path = folder.path("song.wav");
   EXPECT_THAT(refusalOf(path), AllOf(HasSubstr(path), HasSubstr("no such file; check its name")));
   EXPECT_THAT(errorOf([&] { readLabelTrack(path); }), HasSubstr("no such file"));
+}
+
+TEST(Failure, NamesWhatTheSystemSaysOfAVolumeThatFailsMeanwhile) {
+  const Folder folder;
+  test_kit::writeWav(folder.path("song.wav"), 3);
+  const auto input = AudioInput::open(folder.path("song.wav"), Dither::kNone);
+  test_kit::SystemCalls calls;
+  calls.fail(test_kit::Call::kPread, EIO);
+  EXPECT_THAT(errorOf([&] { readAll(*input, 4096); }),
+              HasSubstr("Input/output error; check the file and its volume"));
 }
 
 TEST(Failure, NamesTheFormatAndItsDecoder) {

@@ -270,6 +270,7 @@ TEST(Json, HoldsTheTrackListAndTheFiles) {
   const Ended ended = render({folder / "one.wav", folder / "two.wav", "--json", "--disc-leadin",
                               "500", "--isrc", "1=USABC2600001", "-o", folder / "album.cue"});
   ASSERT_EQ(ended.status, 0) << ended.err;
+  EXPECT_THAT(ended.out, testing::StartsWith("{\n  \"")) << "a line each, indented by two";
   const nlohmann::json json = nlohmann::json::parse(ended.out);
   EXPECT_EQ(json["schema_version"], 1);
   EXPECT_EQ(json["tracks"].size(), 2U);
