@@ -13,6 +13,7 @@
 
 #include "check/check.h"
 #include "check/image/byte_order.h"
+#include "check/image/sector_edge.h"
 #include "check/report/report_text.h"
 #include "tests/check/reader_process.h"
 #include "tests/check/test_images.h"
@@ -60,6 +61,18 @@ TEST(ByteOrder, OfNoSectorsTellsNothing) {
   const ImageFile image(folder / "tone.bin", "BINARY");
   EXPECT_TRUE(bytesLookSwapped(image, 2, 8));
   EXPECT_FALSE(bytesLookSwapped(image, 5, 5));
+}
+
+TEST(SectorEdge, ThatBeginsWithAPauseHasNoTail) {
+  for (const int64_t silent : {kPauseFrames - 1, kPauseFrames}) {
+    Samples samples(kSector);
+    std::fill_n(samples.begin() + 2 * silent, 200, int16_t{1000});
+    const TemporaryFolder folder;
+    writeFile(folder / "edge.bin", bytesOf(samples));
+    const SectorEdge edge = lookAtSector(ImageFile(folder / "edge.bin", "BINARY"), 0);
+    EXPECT_EQ(edge.first_sound, silent);
+    EXPECT_EQ(edge.tail, silent < kPauseFrames ? silent + 100 : 0);
+  }
 }
 
 /// The album of the ten songs, rendered once with pauses between them.

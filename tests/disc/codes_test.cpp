@@ -43,6 +43,8 @@ TEST(Codes, AreJudgedByTheirForm) {
   EXPECT_FALSE(isCatalogueNumber("731452345622"));
   EXPECT_TRUE(isIsrc("USA120500001"));
   EXPECT_FALSE(isIsrc("U1A120500001"));
+  for (const char* wrong : {"US.BC0500001", "USA.C0500001", "USAB.0500001", "USABC.500001"})
+    EXPECT_FALSE(isIsrc(wrong)) << wrong;
   EXPECT_FALSE(isIsrc("usabc0500001"));
   EXPECT_EQ(bareCatalogueNumber("7 31452-34562 2"), "0731452345622");
   EXPECT_EQ(bareIsrc("us-abc-05-00001"), "USABC0500001");

@@ -25,7 +25,10 @@ DiscTexts someTexts() {
 
 std::string problemsOf(const std::string& bytes) {
   std::string all;
-  for (const PackProblem& problem : readPacks(bytes).problems) all += problem.what + '\n';
+  for (const PackProblem& problem : readPacks(bytes).problems) {
+    if (problem.pack != 0) all += "pack " + std::to_string(problem.pack) + ": ";
+    all += problem.what + '\n';
+  }
   return all;
 }
 
@@ -69,6 +72,9 @@ TEST(ReadPacks, SayWhatIsWrong) {
   EXPECT_THAT(problemsOf(bytes.substr(18)), HasSubstr("the number 1 where 0"));
   EXPECT_THAT(problemsOf(bytes.substr(0, bytes.size() - 18)), HasSubstr("2 size packs where 3"));
   EXPECT_THAT(problemsOf(bytes.substr(0, bytes.size() - 5)), HasSubstr("no whole pack of 18"));
+  EXPECT_EQ(problemsOf(std::string(4, '\0') + bytes),
+            "a header of 4 bytes stands before the packs\n");
+  EXPECT_EQ(problemsOf(bytes + '\0'), "a stray zero byte stands behind the packs\n");
   EXPECT_THAT(problemsOf(""), HasSubstr("there is no pack"));
   EXPECT_THAT(problemsOf(changed(bytes, packs - 3, 4 + 4, '\x09')),
               HasSubstr("say 9 packs of the type 0x80, and there are 5"));

@@ -83,6 +83,13 @@ std::vector<std::string> shownSilences(const FileMarks& file) {
   return shown;
 }
 
+TEST(SheetInput, IsToldByItsName) {
+  EXPECT_TRUE(isSheetName("a.cue"));
+  EXPECT_TRUE(isSheetName("A.CUE"));
+  EXPECT_FALSE(isSheetName(".cue"));
+  EXPECT_FALSE(isSheetName("a.cues"));
+}
+
 TEST(SheetInput, PregapsAndPostgapsAreSilencesBeforeTheirTracksPauses) {
   const SheetMarks found = marksOfLines(
       "FILE \"a.wav\" WAVE\n  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n    POSTGAP 00:01:00\n"
