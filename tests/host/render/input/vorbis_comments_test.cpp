@@ -33,6 +33,15 @@ TEST(VorbisComments, NameTheSongwriterAndTheCode) {
   EXPECT_EQ(tags.title, "") << "which the decoder knows";
 }
 
+TEST(VorbisComments, HaveLengthsOfFourBytes) {
+  const std::string comment = "ISRC=DEA123456789";
+  const auto length = static_cast<uint32_t>(comment.size());
+  const std::string head = little32(4) + "make" + little32(1);
+  EXPECT_EQ(tagsOf(head + little32(length) + comment).isrc, "DEA123456789");
+  for (const uint32_t beyond : {1U << 8, 1U << 16, 1U << 24})
+    EXPECT_EQ(tagsOf(head + little32(beyond + length) + comment).isrc, "") << beyond;
+}
+
 TEST(VorbisComments, HaveNamesInCapitalsOrNot) {
   EXPECT_EQ(tagsOf(block({"isrc=DEA123456789"})).isrc, "DEA123456789");
   EXPECT_EQ(tagsOf(block({"Composer=A"})).songwriter, "A");
