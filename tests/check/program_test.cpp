@@ -11,6 +11,7 @@
 #include "disc/version.h"
 #include "tests/check/reader_process.h"
 #include "tests/check/test_images.h"
+#include "tests/kit/as_nobody.h"
 #include "tests/kit/terminal_run.h"
 
 namespace velmor::check::test {

@@ -8,8 +8,17 @@
 
 namespace test_kit {
 
+/// The user nobody on Debian, who owns nothing.
+inline constexpr uid_t kNobody = 65534;
+
 inline bool isRoot() {
   return ::geteuid() == 0;
+}
+
+/// For a child before its program begins: permissions do not bind root. Who cannot be another user
+/// ends with 77.
+inline void becomeNobody() {
+  if (::setuid(kNobody) != 0) ::_exit(77);
 }
 
 /// While it lives a process of root steps down to a user who owns nothing; another process stays
@@ -17,7 +26,7 @@ inline bool isRoot() {
 class AsNobody {
  public:
   AsNobody() {
-    if (m_before == 0 && ::seteuid(65534) != 0) throw std::runtime_error("cannot step down");
+    if (m_before == 0 && ::seteuid(kNobody) != 0) throw std::runtime_error("cannot step down");
   }
   ~AsNobody() {
     if (m_before == 0 && ::seteuid(m_before) != 0) std::abort();

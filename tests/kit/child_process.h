@@ -2,7 +2,6 @@
 #pragma once
 
 #include <sys/types.h>
-#include <unistd.h>
 
 #include <array>
 #include <chrono>
@@ -62,11 +61,5 @@ std::vector<std::string> environmentWith(const std::vector<std::string>& setting
 
 /// Where the program is: a path as it is, a name in PATH or /usr/games. Empty when it is nowhere.
 std::string findProgram(const std::string& name);
-
-/// For a child before its program begins: permissions do not bind root. Who cannot be another user
-/// ends with 77.
-inline void becomeNobody() {
-  if (::setuid(65534) != 0) ::_exit(77);
-}
 
 }  // namespace test_kit

@@ -11,6 +11,7 @@
 
 #include "disc/failure.h"
 #include "tests/host/render/program/program.h"
+#include "tests/kit/as_nobody.h"
 
 namespace render_test {
 namespace {
