@@ -8,9 +8,9 @@ import os
 
 import operators
 
-# The code as it ships, without its assertions.
 # What the build defines, here without the project's values: no change is made inside a definition.
 DEFINED = ["VELMOR_VERSION", "VELMOR_LIBRARIES_FROM_PROGRAMS"]
+# The code as it ships, without its assertions.
 OPTIONS = ["-std=c++20", "-DNDEBUG", *(f'-D{name}=""' for name in DEFINED)]
 
 
