@@ -40,8 +40,12 @@ void skip(AudioInput& input, int64_t frames) {
 
 }  // namespace
 
-ReadAhead::ReadAhead(const Album& album, const std::vector<FrameStretch>& written, Dither dither)
-    : m_album(album), m_written(written), m_dither(dither) {
+ReadAhead::ReadAhead(const Album& album, const TrackPlan& plan, Dither dither,
+                     const std::string& image)
+    : m_album(album),
+      m_plan(plan),
+      m_dither(dither),
+      m_room(image, plan.image_frames * disc::kBytesPerFrame) {
   try {
     m_thread = std::thread([this] { run(); });
   } catch (const std::system_error& refusal) {
@@ -67,16 +71,17 @@ bool ReadAhead::next(AudioPiece& piece) {
     return false;
   }
   std::swap(piece, m_ready.front());
+  m_used_frames += static_cast<int64_t>(piece.audio.frames());
   m_used.push_back(std::move(m_ready.front()));
   m_ready.pop_front();
-  const bool has_room = hasRoom();
+  const bool may_go_on = mayGoOn();
   lock.unlock();
-  if (has_room) m_changed.notify_all();
+  if (may_go_on) m_changed.notify_all();
   return true;
 }
 
 /// Whether a reading thread that rests may go on.
-bool ReadAhead::hasRoom() const {
+bool ReadAhead::mayGoOn() const {
   return m_ready.size() <= kPiecesLeftToWakeAt;
 }
 
@@ -93,13 +98,27 @@ void ReadAhead::run() {
   m_changed.notify_all();
 }
 
+/// Until pieces are used. The time is spent on room for the image, ahead of what the pieces that
+/// are in use can bring: all silence that the module adds may come before them.
+void ReadAhead::rest(std::unique_lock<std::mutex>& lock) {
+  const int64_t added = std::max<int64_t>(m_plan.image_frames - m_album.frames(), 0);
+  while (!mayGoOn() && !m_stopped) {
+    const int64_t written = (m_used_frames + added) * disc::kBytesPerFrame;
+    lock.unlock();
+    const bool is_made = m_room.makeBehind(written);
+    lock.lock();
+    if (!is_made) m_changed.wait(lock, [this] { return mayGoOn() || m_stopped; });
+  }
+}
+
 /// Packed samples are integers, of which none is beyond full scale.
 void ReadAhead::lookForClipping(const AudioPiece& piece, Clipping& clipping) const {
   if (piece.audio.isPacked()) return;
   const auto end = piece.start + static_cast<int64_t>(piece.audio.frames());
   const auto ends_by = [](const FrameStretch& one, int64_t frame) { return one.end <= frame; };
-  auto stretch = std::lower_bound(m_written.begin(), m_written.end(), piece.start, ends_by);
-  for (; stretch != m_written.end() && stretch->begin < end; ++stretch) {
+  auto stretch =
+      std::lower_bound(m_plan.written.begin(), m_plan.written.end(), piece.start, ends_by);
+  for (; stretch != m_plan.written.end() && stretch->begin < end; ++stretch) {
     const int64_t from = std::max(stretch->begin, piece.start);
     const auto at = static_cast<size_t>(from - piece.start);
     const auto count = static_cast<size_t>(std::min(stretch->end, end) - from);
@@ -110,9 +129,7 @@ void ReadAhead::lookForClipping(const AudioPiece& piece, Clipping& clipping) con
 
 bool ReadAhead::put(AudioPiece&& piece) {
   std::unique_lock lock(m_mutex);
-  if (m_ready.size() >= kPiecesAhead) {
-    m_changed.wait(lock, [this] { return hasRoom() || m_stopped; });
-  }
+  if (m_ready.size() >= kPiecesAhead) rest(lock);
   if (m_stopped) return false;
   m_ready.push_back(std::move(piece));
   lock.unlock();

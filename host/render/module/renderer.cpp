@@ -76,7 +76,7 @@ RenderOutcome renderAlbum(const SinkRegistration& module, const SinkConfig& conf
   const std::unique_ptr<PCM_sink> sink = makeSink(module, config, sheet_path);
   stopIfInterrupted();
   checkFormat(*sink);
-  ReadAhead audio(album, plan.written, options.dither);
+  ReadAhead audio(album, plan, options.dither, image_path);
   {
     Progress progress("Rendering", album.frames(), !options.quiet);
     stream(*sink, audio, options, image_path, progress);

@@ -5,10 +5,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
+#include <thread>
 
 #include "tests/host/render/input/sound_files.h"
+#include "tests/host/render/module/memory_file.h"
 
 namespace velmor::render::test {
 namespace {
@@ -37,7 +40,7 @@ class Blocks : public testing::Test {
     m_options.inputs.push_back(m_folder.path(name));
   }
   std::unique_ptr<ReadAhead> readAhead(const Album& album) {
-    return std::make_unique<ReadAhead>(album, m_written, Dither::kNone);
+    return std::make_unique<ReadAhead>(album, m_plan, Dither::kNone, m_image.path());
   }
   /// Takes all blocks and compares them with the album's frames from `first` on; their number.
   static size_t expectFrames(ReadAhead& audio, int block, size_t first) {
@@ -62,7 +65,8 @@ class Blocks : public testing::Test {
 
   Folder m_folder;
   Options m_options;
-  std::vector<FrameStretch> m_written;
+  TrackPlan m_plan;
+  MemoryFile m_image;
 };
 
 TEST_F(Blocks, HoldEveryFrameOfAllInputsInOrder) {
@@ -94,6 +98,20 @@ TEST_F(Blocks, CanBeLeftWithTheReadingThreadAtRest) {
   EXPECT_EQ(blocks.next(), 1024);
 }
 
+TEST_F(Blocks, LeaveTheReadingThreadTimeToMakeRoomForTheImage) {
+  addInput("a.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0, kLongInput);
+  const Album album = layOutAlbum(m_options);
+  m_plan.image_frames = static_cast<int64_t>(kLongInput);
+  const auto audio = readAhead(album);
+  while (m_image.room() < m_plan.image_frames * disc::kBytesPerFrame / 2) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  EXPECT_EQ(expectFrames(*audio, 1024, 0), kLongInput);
+  constexpr int64_t kPage = 4096;
+  EXPECT_LT(m_image.room(), m_plan.image_frames * disc::kBytesPerFrame + kPage);
+  EXPECT_EQ(m_image.bytes(), 0);
+}
+
 TEST_F(Blocks, EndWithTheSentenceOfAnInputThatBreaksOff) {
   addInput("a.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0, kLongInput);
   addInput("b.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, kLongInput, 1000);
@@ -111,7 +129,7 @@ TEST_F(Blocks, OfDecodedInputsAreLookedThroughForClipping) {
   m_options.inputs.push_back(m_folder.path("hot.wav"));
   addInput("b.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0, 100);
   const Album album = layOutAlbum(m_options);
-  m_written = {{0, album.frames()}};
+  m_plan.written = {{0, album.frames()}};
   const auto audio = readAhead(album);
   AlbumBlocks blocks(*audio, 1024);
   while (blocks.next() > 0) {
