@@ -115,6 +115,20 @@ TEST(AudioMap, CountsTheClippedRunsThatItDoesNotList) {
   EXPECT_EQ(scannedRuns(map), decltype(all)(all.begin(), all.begin() + ClippedRuns::kMost));
 }
 
+TEST(AudioMap, FindsTheFirstSoundAndCountsTheSilenceBeforeASector) {
+  TemporaryFolder folder;
+  TestImage(10).silence(2 * 588, 6 * 588).write(folder / "image.bin");
+  const AudioMap map = AudioMap::scan(ImageFile(folder / "image.bin", "BINARY"), {});
+  EXPECT_EQ(map.firstSound(1, 10), 1);
+  EXPECT_EQ(map.firstSound(2, 10), 6);
+  EXPECT_EQ(map.firstSound(2, 4), 4);
+  EXPECT_EQ(map.firstSound(3, 3), 3);
+  EXPECT_EQ(map.silentBefore(10, 0), 0);
+  EXPECT_EQ(map.silentBefore(6, 0), 4);
+  EXPECT_EQ(map.silentBefore(6, 3), 3);
+  EXPECT_EQ(map.silentBefore(4, 4), 0);
+}
+
 TEST(AudioMap, TellsASilentChannelAndTwoEqualOnesFromStereo) {
   TemporaryFolder folder;
   const auto look = [&folder](auto shape) {

@@ -64,6 +64,19 @@ TEST_F(ReportTest, TellsAnIndexThatCdrdaoMovesFromOneThatItRefuses) {
   }
 }
 
+TEST_F(ReportTest, TellsALastTrackOfAnUnknownModeFromOneThatIsLost) {
+  for (const bool last : {false, true}) {
+    const std::string odd = "TRACK 01 MODE2/2324\r\nINDEX 01 00:00:00\r\n";
+    const Report report = reportOn("FILE \"image.bin\" BINARY\r\n" + odd +
+                                   (last ? "" : track(2, "INDEX 01 00:10:00")));
+    const auto is_mode = [](const Finding& f) { return f.rule == "unknown-track-mode"; };
+    const auto found = std::ranges::find_if(report.findings, is_mode);
+    ASSERT_NE(found, report.findings.end());
+    EXPECT_EQ(std::ranges::count(found->refused, Reader::kCuetools), last ? 1 : 0);
+    EXPECT_EQ(std::ranges::count(found->damaged, Reader::kCuetools), last ? 0 : 1);
+  }
+}
+
 struct Layout {
   const char* rule;
   const char* tracks;
@@ -121,6 +134,35 @@ TEST_F(ReportTest, CountsOnOverATrackNumberThatCannotBeRead) {
               testing::AllOf(Contains("bad-number"), Not(Contains("track-number"))));
 }
 
+struct LongWord {
+  const char* rule;
+  const char* before;
+  const char* behind;
+};
+
+class LongWords : public ReportTest, public testing::WithParamInterface<LongWord> {};
+
+TEST_P(LongWords, AreShownWithTheirFirstFortyCharacters) {
+  const Report report = reportOn(GetParam().before + std::string(41, 'L') + GetParam().behind);
+  const auto has_the_rule = [](const Finding& f) { return f.rule == GetParam().rule; };
+  const auto found = std::ranges::find_if(report.findings, has_the_rule);
+  ASSERT_NE(found, report.findings.end());
+  EXPECT_THAT(found->what, HasSubstr('"' + std::string(40, 'L') + '"'));
+}
+
+constexpr const char* kOneTrack = "\nFILE image.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    Everywhere, LongWords,
+    testing::Values(
+        LongWord{"unknown-command", "", kOneTrack}, LongWord{"catalog-form", "CATALOG ", kOneTrack},
+        LongWord{"file-type", "FILE image.bin ", "\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"},
+        LongWord{"unknown-track-mode", "FILE image.bin BINARY\nTRACK 01 ", "\nINDEX 01 00:00:00\n"},
+        LongWord{"isrc-form", "FILE image.bin BINARY\nTRACK 01 AUDIO\nISRC ",
+                 "\nINDEX 01 00:00:00\n"},
+        LongWord{"unknown-flag", "FILE image.bin BINARY\nTRACK 01 AUDIO\nFLAGS ",
+                 "\nINDEX 01 00:00:00\n"}));
+
 TEST_F(ReportTest, TakesATrackOfExactlyFourSeconds) {
   EXPECT_THAT(rulesFor(track(1, "INDEX 01 00:00:00") + track(2, "INDEX 01 00:04:00") +
                        track(3, "INDEX 01 00:16:00")),
@@ -155,6 +197,28 @@ TEST_F(ReportTest, GivesNoLeadingZeroToTwelveDigitsThatAreNoUpc) {
 TEST_F(ReportTest, NamesAnImageThatIsMissing) {
   EXPECT_THAT(rulesOf(reportOn("FILE \"none.bin\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n")),
               Contains("image-missing"));
+}
+
+TEST_F(ReportTest, ShowsTwoHundredCharactersOfTheNameOfAMissingImage) {
+  const Report report = reportOn("FILE \"" + std::string(201, 'n') +
+                                 "\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n");
+  const auto is_missing = [](const Finding& f) { return f.rule == "image-missing"; };
+  const auto found = std::ranges::find_if(report.findings, is_missing);
+  ASSERT_NE(found, report.findings.end());
+  EXPECT_THAT(found->what,
+              testing::StartsWith("\"" + std::string(200, 'n') + "\" cannot be opened: "));
+}
+
+TEST_F(ReportTest, EndsATrackBeforeThePauseOfTheNextUnlessThatBeginsWithTheTrack) {
+  const auto own_end_with_pause_at = [this](const std::string& time) {
+    const Report report = reportOn("FILE \"image.bin\" BINARY\n" + track(1, "INDEX 01 00:02:00") +
+                                   track(2, "INDEX 00 " + time + "\r\nINDEX 01 00:08:00"));
+    return report.disc.places.at(0)->own_end;
+  };
+  EXPECT_EQ(own_end_with_pause_at("00:02:01"), 151);
+  EXPECT_EQ(own_end_with_pause_at("00:02:00"), 600);
+  EXPECT_EQ(own_end_with_pause_at("00:01:00"), 600);
+  EXPECT_EQ(own_end_with_pause_at("00:09:00"), 600);
 }
 
 TEST_F(ReportTest, TakesAnImageForBesideTheSheetHoweverItsFolderIsSpelled) {

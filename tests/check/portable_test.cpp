@@ -316,6 +316,34 @@ TEST(PortableSheet, LeavesOutFlagsThatAreNone) {
   EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("FLAGS \"LOUD\" is left out")));
 }
 
+TEST(PortableSheet, TakesTheComposerForTheSongwriterWhereNoneIsNamed) {
+  TemporaryFolder folder;
+  TestImage(1500).write(folder / "image.bin");
+  writeFile(folder / "image.cue",
+            "COMPOSER \"C. Poser\"\nFILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n"
+            "SONGWRITER \"S. Writer\"\nCOMPOSER \"C. Poser\"\nINDEX 01 00:00:00\n");
+  const disc::PortableDisc disc =
+      makePortable(check(folder / "image.cue", {}), folder / "image.cue");
+  EXPECT_EQ(disc.fields.songwriter, "C. Poser");
+  EXPECT_EQ(disc.tracks.at(0).fields.songwriter, "S. Writer");
+  EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("COMPOSER is left out")));
+}
+
+TEST(PortableSheet, SaysOfLongWordsWithWhatTheyBegin) {
+  TemporaryFolder folder;
+  TestImage(1500).write(folder / "image.bin");
+  const std::string word(41, 'L');
+  writeFile(folder / "image.cue", "CATALOG " + word +
+                                      "\nFILE \"image.bin\" BINARY\nTRACK 01 AUDIO\nFLAGS " + word +
+                                      "\nISRC " + word + "\nINDEX 01 00:00:00\n");
+  const disc::PortableDisc disc =
+      makePortable(check(folder / "image.cue", {}), folder / "image.cue");
+  const auto begins = '"' + std::string(40, 'L') + "\" is left out";
+  EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("CATALOG " + begins)));
+  EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("FLAGS " + begins)));
+  EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("ISRC " + begins)));
+}
+
 TEST(SecondSheet, NeverReplacesTheSheetOrAnImageEvenByAnotherName) {
   TemporaryFolder folder;
   writeFile(folder / "sheet", "s");

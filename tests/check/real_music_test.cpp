@@ -75,6 +75,18 @@ TEST(SectorEdge, ThatBeginsWithAPauseHasNoTail) {
   }
 }
 
+TEST(SectorEdge, IsSilentWhereBothChannelsAre) {
+  for (const size_t sounding : {size_t{0}, size_t{1}}) {
+    Samples samples(kSector);
+    for (size_t i = sounding; i < samples.size(); i += 2) samples[i] = 1000;
+    const TemporaryFolder folder;
+    writeFile(folder / "edge.bin", bytesOf(samples));
+    const SectorEdge edge = lookAtSector(ImageFile(folder / "edge.bin", "BINARY"), 0);
+    EXPECT_EQ(edge.first_sound, 0) << sounding;
+    EXPECT_EQ(edge.tail, 0) << sounding;
+  }
+}
+
 /// The album of the ten songs, rendered once with pauses between them.
 class RealMusic : public testing::Test {
  protected:

@@ -75,6 +75,7 @@ TEST(Program, TakesAMasterIdentifierOfFortyEightPrintableCharacters) {
   const std::string longest(48, 'm');
   EXPECT_EQ(sheets.run({"write", "a.cue", "-o", "set", "--master-id", longest}).status, 0);
   EXPECT_EQ(sheets.check("set").identifier.master_id, longest);
+  EXPECT_EQ(sheets.check("set").identifier.unknown, "");
   for (const std::string& wrong : {longest + 'm', std::string("\xC3\xA9"), std::string("a\tb")}) {
     const auto ended = sheets.run({"write", "a.cue", "-o", "other", "--master-id", wrong});
     EXPECT_EQ(ended.status, 2);

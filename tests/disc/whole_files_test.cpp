@@ -80,6 +80,18 @@ TEST(Drafts, LeaveNothingBehindUnlessTheyTakeTheirPlace) {
   EXPECT_EQ(filesIn(folder), 1);
 }
 
+TEST(Drafts, TakeEveryPermissionOfTheFileThatTheyReplace) {
+  const TemporaryFolder folder;
+  for (mode_t bit = 1; bit <= 04000; bit <<= 1) {
+    writeFile(folder / "a", "old");
+    ASSERT_EQ(::chmod((folder / "a").c_str(), 0600 | bit), 0);
+    Draft draft(folder / "a");
+    draft.takePermissionsOfTarget();
+    draft.takePlace();
+    EXPECT_EQ(fs::status(folder / "a").permissions(), fs::perms(0600 | bit)) << bit;
+  }
+}
+
 TEST(Placements, HaveAWayBack) {
   TemporaryFolder folder;
   writeFile(folder / "made", "new");

@@ -42,6 +42,40 @@ TEST(Sense, AnUnknownCodeKeepsItsNumbers) {
   EXPECT_EQ(senseInWords({0xD, 0x99, 0x01}), "the drive reports a failure (sense D 99 01)");
 }
 
+TEST(Sense, OfEveryKnownCodeIsToldInWords) {
+  const struct {
+    Sense sense;
+    const char* words;
+  } cases[] = {{{2, 0x3A, 1}, "there is no disc in the drive"},
+               {{5, 0x30, 5}, "the disc is of a kind that the drive cannot write"},
+               {{2, 0x04, 1}, "the drive is not ready"},
+               {{3, 0x0C, 9}, "the disc has a flaw there: it could not be written"},
+               {{3, 0x11, 5}, "the disc cannot be read there"},
+               {{3, 0x73, 3}, "the laser could not be adjusted to the disc"},
+               {{5, 0x21, 2}, "the audio did not come where the drive expected it"},
+               {{5, 0x21, 0}, "the disc has no such place: it is too small"},
+               {{5, 0x2C, 0}, "the drive was given its commands in an order"},
+               {{5, 0x26, 0}, "the drive does not accept the layout of the disc"},
+               {{5, 0x24, 0}, "the drive does not know what it was asked for"},
+               {{5, 0x63, 0}, "the disc is full"},
+               {{5, 0x64, 0}, "the drive does not accept this kind of track here"},
+               {{3, 0x72, 0}, "the disc could not be closed"},
+               {{7, 0x27, 0}, "the disc is write-protected"},
+               {{4, 0x08, 3}, "the connection to the drive broke down"},
+               {{4, 0x09, 0}, "the laser lost its track"},
+               {{6, 0x28, 0}, "the disc was changed"},
+               {{6, 0x29, 0}, "the drive was switched off or reset"},
+               {{4, 0x53, 0}, "the tray could not be moved"},
+               {{3, 0x02, 0}, "the disc has a flaw"},
+               {{4, 0x44, 0}, "the drive has a defect"},
+               {{6, 0x2A, 1}, "the drive or its disc changed in between"},
+               {{7, 0x00, 0}, "the disc is write-protected"},
+               {{0xB, 0x00, 6}, "the drive broke the command off"},
+               {{5, 0x04, 0}, "the drive reports a failure"}};
+  for (const auto& [sense, words] : cases)
+    EXPECT_THAT(senseInWords(sense), ::testing::StartsWith(words)) << sense.code;
+}
+
 TEST(Sense, TheNarrowerMeaningWins) {
   EXPECT_THAT(senseInWords({5, 0x21, 0x02}), HasSubstr("where the drive expected it"));
   EXPECT_THAT(senseInWords({5, 0x21, 0x00}), HasSubstr("too small"));

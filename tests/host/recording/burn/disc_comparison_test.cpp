@@ -78,7 +78,8 @@ TEST_P(OneWrongByte, IsFoundAndItsSectorNamed) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Places, OneWrongByte,
-                         ::testing::Values(size_t{150} * disc::kBytesPerSector,
+                         ::testing::Values(size_t{8} * disc::kBytesPerSector,
+                                           size_t{150} * disc::kBytesPerSector,
                                            size_t{300} * disc::kBytesPerSector - 1,
                                            size_t{300} * disc::kBytesPerSector,
                                            size_t{600} * disc::kBytesPerSector - 1));

@@ -71,6 +71,7 @@ TEST_F(Burn, TellsHowFarItIs) {
     EXPECT_GE(step.sectors_done, before);
     EXPECT_EQ(step.sectors_total, 750);
     EXPECT_EQ(step.tracks, 2);
+    EXPECT_DOUBLE_EQ(step.fraction, static_cast<double>(step.sectors_done) / 750.0);
     before = step.sectors_done;
   }
   EXPECT_EQ(m_person.steps.front().track, 1);

@@ -57,6 +57,17 @@ TEST(EmbeddedMarks, AreFoundInEveryOrderOfTheChunks) {
   } while (std::next_permutation(pieces.begin(), pieces.end(), by_name));
 }
 
+TEST(EmbeddedMarks, TellWhichNamesWereConverted) {
+  const Folder folder;
+  const std::array<CuePoint, 2> points{CuePoint{1, 100}, CuePoint{2, 200}};
+  const std::string chunks = formatChunk() + dataChunk(1000) + riffChunk("cue ", cueBody(points)) +
+                             riffChunk("LIST", "adtl" + label(1, "Intro") + label(2, "Caf\xe9"));
+  const auto input = AudioInput::open(folder.write("a.wav", riffFile(chunks)), Dither::kNone);
+  ASSERT_EQ(input->info().marks.size(), 2U);
+  EXPECT_EQ(input->info().marks[1].name, "Caf\xc3\xa9");
+  EXPECT_EQ(input->info().tags.converted, std::vector<std::string>{"Caf\xc3\xa9"});
+}
+
 // There the next input begins, whose track it would name.
 TEST(EmbeddedMarks, AtTheEndOfTheFileAreLeftOut) {
   const Folder folder;

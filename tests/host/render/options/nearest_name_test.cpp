@@ -27,6 +27,7 @@ TEST(NearestName, IsTheOneWithTheFewestDifferences) {
   EXPECT_EQ(nearestName("nonsense", names), std::nullopt);
   EXPECT_EQ(nearestName("", names), std::nullopt);
   EXPECT_EQ(nearestName("drive", {}), std::nullopt);
+  EXPECT_EQ(nearestName("ends", {"end", "sends", "bends"}), "end") << "the first of the nearest";
 }
 
 }  // namespace

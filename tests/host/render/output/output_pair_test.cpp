@@ -72,6 +72,14 @@ TEST_F(OutputPairTest, ASheetWithoutItsEndingGetsIt) {
   }
 }
 
+TEST_F(OutputPairTest, OneLetterAndTheEndingAreAName) {
+  const fs::path before = fs::current_path();
+  fs::current_path(m_folder.path("."));
+  const std::string sheet = fs::path(OutputPair("a.cue", false, {}).sheet()).filename();
+  fs::current_path(before);
+  EXPECT_EQ(sheet, "a.cue");
+}
+
 TEST_F(OutputPairTest, ANameThatASheetCannotHoldIsRefused) {
   EXPECT_THAT(refusal(m_folder.path("a\"b.cue")), AllOf(HasSubstr("\""), HasSubstr("-o")));
   EXPECT_THAT(refusal(m_folder.path("a\nb.cue")), HasSubstr("line break"));

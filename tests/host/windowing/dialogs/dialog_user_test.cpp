@@ -228,6 +228,13 @@ TEST_F(MessageBoxes, HaveOnlyTheButtonsOfTheirType) {
   EXPECT_EQ(MessageBox(nullptr, "", "", MB_YESNOCANCEL | 0x30), kIdyes) << "icons change nothing";
 }
 
+/// The numbers of the types and the buttons are those of Win32.
+TEST_F(MessageBoxes, OfferTheButtonsOfTheirType) {
+  const std::vector<std::vector<int>> buttons = {{1}, {1, 2}, {3, 4, 5}, {6, 7, 2}, {6, 7}, {4, 2}};
+  for (size_t type = 0; type < buttons.size(); ++type)
+    EXPECT_EQ(messageBoxButtons(static_cast<int>(type)), buttons[type]) << type;
+}
+
 TEST_F(MessageBoxes, AreNotAgreedToByNobody) {
   const struct {
     int type, answer;
@@ -276,6 +283,15 @@ TEST_F(Keys, EnterWithoutADefaultButtonIsOk) {
   OpenDialog(progress).pressEnter();
   EXPECT_EQ(codesOf(IDOK), std::vector<int>{0});
   EXPECT_EQ(m_received.back().lparam, 0);
+}
+
+TEST_F(Keys, EnterInAnEditWithoutADefaultButtonIsOk) {
+  const HWND panel = QUELM_CreateDialog(dialogTemplates(), kPanel, m_dialog, &procedure, 0);
+  SetFocus(GetDlgItem(panel, 1002));
+  m_received.clear();
+  OpenDialog(panel).pressEnter();
+  ASSERT_EQ(m_received.size(), 1U);
+  EXPECT_EQ(codesOf(IDOK), std::vector<int>{0});
 }
 
 TEST_F(Keys, EscapeIsCancelUnlessItsButtonIsDisabled) {
@@ -332,6 +348,13 @@ TEST_F(APersonCannot, PressWhatIsDisabledOrHidden) {
   ShowWindow(GetDlgItem(m_dialog.handle(), 1016), SW_HIDE);
   EXPECT_THROW(m_dialog.press(1016), CannotDo);
   EXPECT_THROW(m_dialog.setChecked(1016, true), CannotDo);
+}
+
+TEST_F(APersonCannot, UseADialogThatAnotherOneStandsBefore) {
+  EnableWindow(m_dialog.handle(), 0);  // as its modal dialog does
+  EXPECT_THROW(m_dialog.press(IDOK), CannotDo);
+  EXPECT_THROW(m_dialog.pressEnter(), CannotDo);
+  EXPECT_THROW(m_dialog.pressEscape(), CannotDo);
 }
 
 TEST_F(APersonCannot, TypeIntoAReadOnlyEdit) {

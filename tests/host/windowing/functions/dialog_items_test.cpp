@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "host/windowing/win32/win32_numbers.h"
 #include "tests/host/windowing/dialog_case.h"
 
@@ -94,8 +96,12 @@ TEST_F(DialogItems, ATextIsCutToTheBufferAndNeverInsideACharacter) {
   }
   EXPECT_EQ(GetDlgItemText(m_panel, 1001, text, 0), 0);
   EXPECT_EQ(GetDlgItemText(m_panel, 1001, nullptr, 8), 0);
-  EXPECT_EQ(GetDlgItemText(m_panel, 4711, text, sizeof text), 0);
+  std::fill(std::begin(text), std::end(text), 'x');
+  EXPECT_EQ(GetDlgItemText(m_panel, 4711, text, sizeof text), 0) << "no such item";
   EXPECT_STREQ(text, "");
+  text[0] = 'x';
+  EXPECT_EQ(GetDlgItemText(m_panel, 4711, text, 0), 0);
+  EXPECT_EQ(text[0], 'x') << "no room";
 }
 
 TEST_F(DialogItems, AnEditTellsOfEveryChangeOfItsText) {
