@@ -84,6 +84,32 @@ TEST(ReadPacks, SayWhatIsWrong) {
               HasSubstr("the last pack is 1"));
 }
 
+/// With byte `at` of the 36 in the three size packs changed.
+std::string problemsOfSizes(size_t at, char value) {
+  const std::string bytes = packBytes(someTexts());
+  return problemsOf(changed(bytes, bytes.size() / 18 - 3 + at / 12, 4 + at % 12, value));
+}
+
+TEST(ReadPacks, SayWhatIsOddInTheSizePacks) {
+  EXPECT_THAT(problemsOfSizes(0, '\x02'), HasSubstr("the texts are in the character set"));
+  EXPECT_THAT(problemsOfSizes(3, '\x03'), HasSubstr("claim a right to the texts"));
+  EXPECT_THAT(problemsOfSizes(21, '\x05'), HasSubstr("name a second language that is missing"));
+  EXPECT_THAT(problemsOfSizes(27, '\x05'), HasSubstr("name a second language that is missing"));
+  EXPECT_THAT(problemsOfSizes(28, '\x08'), HasSubstr("not English"));
+  for (const size_t block : {size_t{1}, size_t{7}})
+    EXPECT_THAT(problemsOfSizes(28 + block, '\x09'),
+                HasSubstr("give the language of blocks that are not there"));
+  EXPECT_EQ(problemsOfSizes(0, '\x01'), "") << "ASCII";
+}
+
+TEST(ReadPacks, SayWhatIsWrongInTheHeadsOfTheSizePacks) {
+  const std::string bytes = packBytes(someTexts());
+  const size_t packs = bytes.size() / 18;
+  EXPECT_THAT(problemsOf(changed(bytes, packs - 2, 1, '\x05')),
+              HasSubstr("number 5 of three, not 1"));
+  EXPECT_THAT(problemsOf(changed(bytes, packs - 1, 3, '\x01')), HasSubstr("a place in a text"));
+}
+
 TEST(Latin1, ComesBackAsTheSameLetters) {
   std::string all;
   for (int c = 0xA0; c < 0x100; ++c) all += static_cast<char>(c);

@@ -184,6 +184,19 @@ TEST(Input, AStreamOfUnknownSizeIsReadToItsEnd) {
   }
 }
 
+TEST(Failure, OfALengthBeyondTheFileIsSeenInEachOfItsEightBytes) {
+  const Folder folder;
+  const std::string path = folder.path("a.w64");
+  writeShorts(path, {SF_FORMAT_W64 | SF_FORMAT_PCM_16, 44100, 2}, noise(2 * 5000));
+  const std::string whole = readFile(path);
+  const size_t length = whole.find("data") + 16;
+  for (size_t byte = 2; byte < 8; ++byte) {
+    std::string bytes = whole;
+    bytes[length + byte] = '\x01';
+    EXPECT_THAT(refusalOf(folder.write("b.w64", bytes)), HasSubstr("breaks off")) << byte;
+  }
+}
+
 // The decoder cannot read these, but they are whole.
 TEST(Failure, OfACafStreamOfUnknownSizeSpeaksOfNoBreak) {
   const Folder folder;
