@@ -38,7 +38,7 @@ TEST(ImageFile, IsReadFromWhateverFrameInWhateverOrder) {
   for (int f = 0; f < 588; ++f) frames += test_kit::little32(static_cast<uint32_t>(f));
   writeFile(folder / "image.wav", wavHeader(frames.size()) + frames);
   const ImageFile image(folder / "image.wav", "WAVE");
-  for (const int64_t first : {0, 200, 300, 100, 50, 488}) {
+  for (const int64_t first : {0, 200, 100, 300, 50, 488}) {
     std::array<int16_t, 200> read{};
     ASSERT_EQ(image.readFrames(first, read.data(), 100), 100U);
     for (int64_t f = 0; f < 100; ++f)
