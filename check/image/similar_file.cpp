@@ -3,6 +3,7 @@
 #include <string>
 #include <system_error>
 
+#include "disc/files/held_folder.h"
 #include "disc/text/words.h"
 
 namespace velmor::check {
@@ -16,9 +17,8 @@ std::optional<fs::path> similarFile(const fs::path& missing, const fs::path& fol
   std::error_code error;
   // The first by name, so that the answer does not hang on the order of the folder.
   std::optional<fs::path> found;
-  for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, error), end;
-       !error && entry != end; entry.increment(error)) {
-    const fs::path name = entry->path().filename();
+  for (const fs::path& entry : disc::entriesOf(folder.empty() ? "." : folder, error)) {
+    const fs::path name = entry.filename();
     if (disc::upperCase(name.string()) == wanted && (!found || name < *found)) found = name;
   }
   return found;

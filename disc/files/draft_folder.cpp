@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -55,12 +56,18 @@ DraftFolder::DraftFolder(const fs::path& target, bool force, IsReplaced replaced
     : m_target(plainTarget(target)), m_force(force), m_replaced(std::move(replaced)) {
   checkTarget();
   removeAbandoned();
-  m_path = m_hidden.emplace(folderOf(m_target), kNameBegin, "choose another place").path();
+  const std::string& made =
+      m_hidden.emplace(folderOf(m_target), kNameBegin, "choose another place").path();
+  try {
+    m_path = made;
+  } catch (const std::bad_alloc&) {
+    removeWhole(made.c_str());
+    throw;
+  }
 }
 
 DraftFolder::~DraftFolder() {
-  std::error_code ignored;
-  fs::remove_all(m_path, ignored);
+  removeWhole(m_path.c_str());
 }
 
 void DraftFolder::removeAbandoned() {
@@ -97,18 +104,17 @@ void DraftFolder::checkTarget() {
                   " is the folder that you are in, which cannot be replaced; go to another, "
                   "or name a new one");
   m_carried.clear();
-  bool any = false;
-  for (const auto& entry : fs::directory_iterator(m_target, error)) {
-    any = true;
-    const std::string file = entry.path().filename().string();
+  const std::vector<fs::path> entries = entriesOf(m_target, error);
+  for (const fs::path& entry : entries) {
+    const std::string file = entry.filename().string();
     std::error_code unknown;
-    if (m_force && fs::is_directory(entry.symlink_status(unknown)))
+    if (m_force && fs::is_directory(fs::symlink_status(entry, unknown)))
       throw Failure(name + " holds the folder " + inQuotes(file) +
                     ", which is not replaced; move it away, or choose another place");
     if (!m_replaced(file)) m_carried.push_back(file);
   }
   if (error) throw Failure(name + " cannot be read: " + error.message() + "; choose another place");
-  if (any && !m_force)
+  if (!entries.empty() && !m_force)
     throw Failure(name +
                   " is not empty; choose a new folder, or give --force to replace files of "
                   "the same names in it");

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <system_error>
 
 #include "disc/text/phrases.h"
@@ -20,6 +21,10 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr size_t kRandomLetters = 6;
+
+struct CloseFolder {
+  void operator()(DIR* folder) const { closedir(folder); }
+};
 
 bool isItselfOrParent(const char* name) {
   return strcmp(name, ".") == 0 || strcmp(name, "..") == 0;
@@ -45,6 +50,23 @@ bool removeAll(int parent, const char* name) {
 int openFolder(const char* path) {
   return open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
 }
+
+/// A folder that is open for as long as the object lives.
+class OpenFolder {
+ public:
+  explicit OpenFolder(const char* path) : m_descriptor(openFolder(path)) {}
+  ~OpenFolder() {
+    if (m_descriptor >= 0) close(m_descriptor);
+  }
+  OpenFolder(const OpenFolder&) = delete;
+  OpenFolder& operator=(const OpenFolder&) = delete;
+
+  /// -1: it could not be opened.
+  int descriptor() const { return m_descriptor; }
+
+ private:
+  const int m_descriptor;
+};
 
 /// Whether the open folder is this user's own.
 bool isOwn(int folder) {
@@ -103,11 +125,10 @@ void forEachAbandoned(const fs::path& parent, const std::string& name_begin,
   std::error_code ignored;
   for (const fs::path& folder : entriesOf(parent, ignored)) {
     if (!hasSuchName(folder, name_begin)) continue;
-    const int descriptor = openFolder(folder.c_str());
-    if (descriptor < 0) continue;
-    const bool is_free = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
-    if (is_free && isOwn(descriptor) && !isGone(descriptor)) found(folder);
-    close(descriptor);
+    const OpenFolder open(folder.c_str());
+    if (open.descriptor() < 0) continue;
+    const bool is_free = flock(open.descriptor(), LOCK_EX | LOCK_NB) == 0;
+    if (is_free && isOwn(open.descriptor()) && !isGone(open.descriptor())) found(folder);
   }
 }
 
@@ -115,13 +136,20 @@ bool removeWhole(const char* folder) noexcept {
   return removeAll(AT_FDCWD, folder);
 }
 
+// The library's directory_iterator ends the program where its memory runs out.
 std::vector<fs::path> entriesOf(const fs::path& folder, std::error_code& error) {
   std::vector<fs::path> entries;
-  fs::directory_iterator at(folder, error);
-  while (!error && at != fs::directory_iterator()) {
-    entries.push_back(at->path());
-    at.increment(error);
+  const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.c_str()));
+  if (!open) {
+    error.assign(errno, std::generic_category());
+    return entries;
   }
+  errno = 0;
+  while (const dirent* const entry = readdir(open.get())) {
+    if (!isItselfOrParent(entry->d_name)) entries.push_back(folder / entry->d_name);
+    errno = 0;
+  }
+  error.assign(errno, std::generic_category());
   return entries;
 }
 

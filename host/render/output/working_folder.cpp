@@ -33,10 +33,12 @@ bool holdsOnlyCopy(const fs::path& folder) {
 }  // namespace
 
 WorkingFolder::WorkingFolder(const fs::path& parent) : m_folder(parent, kNameBegin, kAdvice) {
-  if (mkdir(files().c_str(), 0700) == 0) return;
-  const int error = errno;
-  remove();
-  throw disc::cannotWriteTo(parent, error, kAdvice);
+  try {
+    if (mkdir(files().c_str(), 0700) != 0) throw disc::cannotWriteTo(parent, errno, kAdvice);
+  } catch (...) {  // want of memory included
+    remove();
+    throw;
+  }
 }
 
 WorkingFolder::~WorkingFolder() {
