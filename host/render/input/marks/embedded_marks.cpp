@@ -133,7 +133,7 @@ std::vector<Mark> embeddedMarks(SNDFILE* file, const SF_INFO& info, const disc::
     Mark mark;
     mark.start = static_cast<double>(found.start) / rate;
     const int64_t end = std::min<int64_t>(found.start + found.length, info.frames);
-    if (found.length > 0 && end > found.start) mark.end = static_cast<double>(end) / rate;
+    if (end > found.start) mark.end = static_cast<double>(end) / rate;
     if (found.name.was_converted) converted.push_back(found.name.text);
     mark.name = std::move(found.name.text);
     marks.push_back(std::move(mark));

@@ -332,6 +332,26 @@ TEST(RenderRange, TheTagsOfARegionThatIsCutMoveWithIt) {
               ElementsAre("0-4 B", "0 PERF=Bo"));
 }
 
+TEST(RenderRange, CutsThePausesThatItBeginsIn) {
+  const auto marked = [](double at, double before, double behind) {
+    Mark mark{at, std::nullopt, "A"};
+    mark.pause_before = before;
+    mark.pause_behind = behind;
+    return std::vector<Mark>{mark};
+  };
+  const auto cut = [](std::vector<Mark> marks) {
+    std::vector<Mark> left_out;
+    marks = marksInRange(std::move(marks), 8 * kSecond, 60 * kSecond, kTracksFromMarkers, false,
+                         left_out);
+    return std::pair(marks.at(0).pause_before, marks.at(0).pause_behind);
+  };
+  EXPECT_EQ(cut(marked(10, 6, 3)), std::pair(2.0, 3.0));
+  EXPECT_EQ(cut(marked(10, 2, 0)), std::pair(2.0, 0.0));
+  EXPECT_EQ(cut(marked(8, 6, 3)), std::pair(0.0, 3.0));
+  EXPECT_EQ(cut(marked(7, 6, 3)), std::pair(0.0, 2.0));
+  EXPECT_EQ(cut(marked(4, 6, 3)), std::pair(0.0, 0.0));
+}
+
 TEST(RenderRange, HandsOutWhatItLeavesOutWhereItLay) {
   std::vector<Mark> left_out;
   marksInRange({{0, {}, "A"}, {1, {}, "PERF=x"}, {2, {}, "in force"}, {2, 5, "R"}, {20, {}, "end"}},
