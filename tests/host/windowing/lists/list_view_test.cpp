@@ -132,6 +132,10 @@ TEST_F(ListViewTest, ItemsKeepWhatTheirMaskNames) {
   item.state = LVIS_SELECTED;
   item.state_mask = LVIS_SELECTED;
   EXPECT_EQ(ListView_SetItem(m_list, &item), 1);
+  item.mask = 0;
+  item.param = 98;
+  item.state = 0;
+  EXPECT_EQ(ListView_SetItem(m_list, &item), 1) << "changes nothing";
   char text[4] = "?";
   LVITEM asked = {};
   asked.mask = LVIF_TEXT | LVIF_PARAM | LVIF_STATE;
