@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "check/check.h"
+#include "check/portable/joined_image.h"
 #include "check/portable/make_portable.h"
 #include "check/portable/refuse_target.h"
 #include "disc/failure.h"
@@ -342,6 +343,32 @@ TEST(PortableSheet, SaysOfLongWordsWithWhatTheyBegin) {
   EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("CATALOG " + begins)));
   EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("FLAGS " + begins)));
   EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("ISRC " + begins)));
+}
+
+TEST(JoinedImage, OfAFileThatHasBecomeShorterMeanwhileIsNotWritten) {
+  TemporaryFolder folder;
+  const std::string bytes = TestImage(401).bytes();
+  writeFile(folder / "a.bin", bytes.substr(0, 400 * 2352 + 1000));
+  writeFile(folder / "sheet.cue", "FILE \"a.bin\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n");
+  const Report report = check(folder / "sheet.cue", {});
+  disc::PortableDisc disc = makePortable(report, folder / "new.cue");
+  const auto pieces = joinFiles(report, folder / "new.bin", folder / "new.cue", disc);
+  std::string joined;
+  const auto join = [&] {
+    joined.clear();
+    writePieces(
+        report, pieces, [&](std::string_view some) { joined += some; }, [](int64_t, int64_t) {});
+  };
+  join();
+  EXPECT_EQ(joined.substr(0, 400 * 2352 + 1000), bytes.substr(0, 400 * 2352 + 1000));
+  EXPECT_EQ(joined.substr(400 * 2352 + 1000), std::string(1352, '\0'));
+  fs::resize_file(folder / "a.bin", 400 * 2352 + 996);
+  try {
+    join();
+    FAIL() << "a frame is missing";
+  } catch (const Failure& failure) {
+    EXPECT_THAT(failure.what(), testing::HasSubstr("a.bin\" cannot be read to its end; copy it"));
+  }
 }
 
 TEST(SecondSheet, NeverReplacesTheSheetOrAnImageEvenByAnotherName) {
