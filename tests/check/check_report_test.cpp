@@ -199,6 +199,14 @@ TEST_F(ReportTest, NamesAnImageThatIsMissing) {
               Contains("image-missing"));
 }
 
+TEST_F(ReportTest, KnowsTheLengthOfADiscOnlyWhenEveryFileIsThere) {
+  const std::string whole = "FILE image.bin BINARY\n" + track(1, "INDEX 01 00:00:00");
+  EXPECT_TRUE(reportOn(whole).disc.length_known);
+  EXPECT_FALSE(
+      reportOn(whole + "FILE none.bin BINARY\n" + track(2, "INDEX 01 00:00:00")).disc.length_known);
+  EXPECT_FALSE(reportOn("TITLE \"No file\"\n").disc.length_known);
+}
+
 TEST_F(ReportTest, ShowsTwoHundredCharactersOfTheNameOfAMissingImage) {
   const Report report =
       reportOn("FILE \"" + std::string(201, 'n') + "\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n",
