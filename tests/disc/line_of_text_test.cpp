@@ -24,6 +24,24 @@ TEST(Utf8, IsRecognisedByItsRules) {
   }
 }
 
+TEST(Utf8, IsMadeOfOneToThreeBytes) {
+  const struct {
+    unsigned code;
+    const char* bytes;
+  } cases[] = {{'A', "A"},
+               {0x7f, "\x7f"},
+               {0x80, "\xc2\x80"},
+               {0x7ff, "\xdf\xbf"},
+               {0x800, "\xe0\xa0\x80"},
+               {0x20ac, "\xe2\x82\xac"},
+               {0xffff, "\xef\xbf\xbf"}};
+  for (const auto& [code, bytes] : cases) {
+    std::string text = "a";
+    appendUtf8(text, code);
+    EXPECT_EQ(text, std::string("a") + bytes) << code;
+  }
+}
+
 TEST(Text, IsOneTrimmedLine) {
   EXPECT_EQ(asLineOfText("  a\tb\r\nc \n"), "a b  c");
   EXPECT_EQ(asLineOfText(std::string("a\0b", 3)), "a");

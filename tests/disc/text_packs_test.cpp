@@ -75,6 +75,9 @@ TEST(ReadPacks, SayWhatIsWrong) {
   EXPECT_EQ(problemsOf(std::string(4, '\0') + bytes),
             "a header of 4 bytes stands before the packs\n");
   EXPECT_EQ(problemsOf(bytes + '\0'), "a stray zero byte stands behind the packs\n");
+  EXPECT_EQ(problemsOf(std::string(4, '\0') + bytes + '\0'),
+            "a header of 4 bytes stands before the packs\n"
+            "a stray zero byte stands behind the packs\n");
   EXPECT_THAT(problemsOf(""), HasSubstr("there is no pack"));
   EXPECT_THAT(problemsOf(changed(bytes, packs - 3, 4 + 4, '\x09')),
               HasSubstr("say 9 packs of the type 0x80, and there are 5"));

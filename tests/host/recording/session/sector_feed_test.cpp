@@ -128,19 +128,22 @@ TEST(SectorFeed, TracksInAnotherOrderAreAFailure) {
   Feed skips(programme);
   EXPECT_FALSE(skips.feed.next(2, sector.data()));
   EXPECT_TRUE(skips.feed.failed());
+  EXPECT_THAT(skips.feed.failure(), HasSubstr("in another order than that of the disc"));
   Feed leaves_early(programme);
   EXPECT_TRUE(leaves_early.feed.next(0, sector.data()));
   EXPECT_FALSE(leaves_early.feed.next(1, sector.data()));
   EXPECT_TRUE(leaves_early.feed.failed());
+  EXPECT_THAT(leaves_early.feed.failure(), HasSubstr("left track 1 before its end"));
 }
 
 TEST(SectorFeed, MoreThanATrackHasIsAFailure) {
-  Programme programme({300});
+  Programme programme({300, 300});
   Feed f(programme);
   drain(f.feed, f.plan);
   Bytes sector(disc::kBytesPerSector);
-  EXPECT_FALSE(f.feed.next(0, sector.data()));
+  EXPECT_FALSE(f.feed.next(1, sector.data()));
   EXPECT_TRUE(f.feed.failed());
+  EXPECT_THAT(f.feed.failure(), HasSubstr("more audio than track 2 has"));
 }
 
 }  // namespace

@@ -197,6 +197,19 @@ TEST(Failure, OfALengthBeyondTheFileIsSeenInEachOfItsEightBytes) {
   }
 }
 
+TEST(Failure, OfALengthIsSeenBehindAChunkWithoutContent) {
+  const Folder folder;
+  const std::string path = folder.path("a.w64");
+  writeShorts(path, {SF_FORMAT_W64 | SF_FORMAT_PCM_16, 44100, 2}, noise(2 * 5000));
+  std::string bytes = readFile(path);
+  const size_t data = bytes.find("data");
+  bytes[data + 16 + 5] = '\x01';
+  const std::string empty_chunk =
+      "none" + std::string(12, '\0') + std::string("\x18\0\0\0\0\0\0\0", 8);
+  const std::string changed = bytes.substr(0, data) + empty_chunk + bytes.substr(data);
+  EXPECT_THAT(refusalOf(folder.write("b.w64", changed)), HasSubstr("breaks off"));
+}
+
 // The decoder cannot read these, but they are whole.
 TEST(Failure, OfACafStreamOfUnknownSizeSpeaksOfNoBreak) {
   const Folder folder;
