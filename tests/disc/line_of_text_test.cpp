@@ -2,7 +2,9 @@
 #include "disc/text/line_of_text.h"
 
 #include <gtest/gtest.h>
+#include <iconv.h>
 
+#include <array>
 #include <string>
 
 #include "disc/text/utf8.h"
@@ -39,6 +41,25 @@ TEST(Utf8, IsMadeOfOneToThreeBytes) {
     std::string text = "a";
     appendUtf8(text, code);
     EXPECT_EQ(text, std::string("a") + bytes) << code;
+  }
+}
+
+/// As the C library converts it; a space for the five bytes that stand for nothing.
+std::string fromWindows1252(char byte) {
+  const iconv_t converter = iconv_open("UTF-8", "WINDOWS-1252");
+  std::array<char, 8> made{};
+  char* from = &byte;
+  char* to = made.data();
+  size_t bytes = 1, room = made.size();
+  const bool is_none = iconv(converter, &from, &bytes, &to, &room) == static_cast<size_t>(-1);
+  iconv_close(converter);
+  return is_none ? " " : std::string(made.data(), to);
+}
+
+TEST(Text, ThatIsNoUtf8IsWindows1252) {
+  for (int byte = 0x80; byte < 0x100; ++byte) {
+    const auto c = static_cast<char>(byte);
+    EXPECT_EQ(asLineOfText(std::string("a") + c + "b"), "a" + fromWindows1252(c) + "b") << byte;
   }
 }
 
