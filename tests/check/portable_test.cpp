@@ -293,52 +293,44 @@ TEST(PortableSheet, TellsOfAUpcWhoseCheckDigitIsWrong) {
                                    testing::HasSubstr("wrong check digit")));
 }
 
-TEST(PortableSheet, TakesTheDashesOffACatalogueNumber) {
+/// What the sheet becomes beside a sound "image.bin".
+disc::PortableDisc portableOf(const std::string& sheet) {
   TemporaryFolder folder;
   TestImage(1500).write(folder / "image.bin");
-  writeFile(folder / "image.cue",
-            "CATALOG 0-731452-345622\nFILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n"
-            "INDEX 01 00:00:00\n");
-  const disc::PortableDisc disc =
-      makePortable(check(folder / "image.cue", {}), folder / "image.cue");
+  writeFile(folder / "image.cue", sheet);
+  return makePortable(check(folder / "image.cue", {}), folder / "image.cue");
+}
+
+TEST(PortableSheet, TakesTheDashesOffACatalogueNumber) {
+  const disc::PortableDisc disc = portableOf(
+      "CATALOG 0-731452-345622\nFILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n"
+      "INDEX 01 00:00:00\n");
   EXPECT_EQ(disc.catalog, "0731452345622");
   EXPECT_THAT(disc.changes,
               testing::ElementsAre("CATALOG 0-731452-345622 is written as 0731452345622."));
 }
 
 TEST(PortableSheet, LeavesOutFlagsThatAreNone) {
-  TemporaryFolder folder;
-  TestImage(1500).write(folder / "image.bin");
-  writeFile(folder / "image.cue",
-            "FILE \"image.bin\" BINARY\nTRACK 01 AUDIO\nFLAGS dcp LOUD pre\nINDEX 01 00:00:00\n");
-  const disc::PortableDisc disc =
-      makePortable(check(folder / "image.cue", {}), folder / "image.cue");
+  const disc::PortableDisc disc = portableOf(
+      "FILE \"image.bin\" BINARY\nTRACK 01 AUDIO\nFLAGS dcp LOUD pre\nINDEX 01 00:00:00\n");
   EXPECT_EQ(disc.tracks.at(0).flags, "DCP PRE");
   EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("FLAGS \"LOUD\" is left out")));
 }
 
 TEST(PortableSheet, TakesTheComposerForTheSongwriterWhereNoneIsNamed) {
-  TemporaryFolder folder;
-  TestImage(1500).write(folder / "image.bin");
-  writeFile(folder / "image.cue",
-            "COMPOSER \"C. Poser\"\nFILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n"
-            "SONGWRITER \"S. Writer\"\nCOMPOSER \"C. Poser\"\nINDEX 01 00:00:00\n");
-  const disc::PortableDisc disc =
-      makePortable(check(folder / "image.cue", {}), folder / "image.cue");
+  const disc::PortableDisc disc = portableOf(
+      "COMPOSER \"C. Poser\"\nFILE \"image.bin\" BINARY\nTRACK 01 AUDIO\n"
+      "SONGWRITER \"S. Writer\"\nCOMPOSER \"C. Poser\"\nINDEX 01 00:00:00\n");
   EXPECT_EQ(disc.fields.songwriter, "C. Poser");
   EXPECT_EQ(disc.tracks.at(0).fields.songwriter, "S. Writer");
   EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("COMPOSER is left out")));
 }
 
 TEST(PortableSheet, SaysOfLongWordsWithWhatTheyBegin) {
-  TemporaryFolder folder;
-  TestImage(1500).write(folder / "image.bin");
   const std::string word(41, 'L');
-  writeFile(folder / "image.cue", "CATALOG " + word +
-                                      "\nFILE \"image.bin\" BINARY\nTRACK 01 AUDIO\nFLAGS " + word +
-                                      "\nISRC " + word + "\nINDEX 01 00:00:00\n");
   const disc::PortableDisc disc =
-      makePortable(check(folder / "image.cue", {}), folder / "image.cue");
+      portableOf("CATALOG " + word + "\nFILE \"image.bin\" BINARY\nTRACK 01 AUDIO\nFLAGS " + word +
+                 "\nISRC " + word + "\nINDEX 01 00:00:00\n");
   const auto begins = '"' + std::string(40, 'L') + "\" is left out";
   EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("CATALOG " + begins)));
   EXPECT_THAT(disc.changes, testing::Contains(testing::HasSubstr("FLAGS " + begins)));

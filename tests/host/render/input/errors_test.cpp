@@ -184,11 +184,15 @@ TEST(Input, AStreamOfUnknownSizeIsReadToItsEnd) {
   }
 }
 
-TEST(Failure, OfALengthBeyondTheFileIsSeenInEachOfItsEightBytes) {
-  const Folder folder;
+std::string wave64File(const Folder& folder) {
   const std::string path = folder.path("a.w64");
   writeShorts(path, {SF_FORMAT_W64 | SF_FORMAT_PCM_16, 44100, 2}, noise(2 * 5000));
-  const std::string whole = readFile(path);
+  return readFile(path);
+}
+
+TEST(Failure, OfALengthBeyondTheFileIsSeenInEachOfItsEightBytes) {
+  const Folder folder;
+  const std::string whole = wave64File(folder);
   const size_t length = whole.find("data") + 16;
   for (size_t byte = 2; byte < 8; ++byte) {
     std::string bytes = whole;
@@ -199,9 +203,7 @@ TEST(Failure, OfALengthBeyondTheFileIsSeenInEachOfItsEightBytes) {
 
 TEST(Failure, OfALengthIsSeenBehindAChunkWithoutContent) {
   const Folder folder;
-  const std::string path = folder.path("a.w64");
-  writeShorts(path, {SF_FORMAT_W64 | SF_FORMAT_PCM_16, 44100, 2}, noise(2 * 5000));
-  std::string bytes = readFile(path);
+  std::string bytes = wave64File(folder);
   const size_t data = bytes.find("data");
   bytes[data + 16 + 5] = '\x01';
   const std::string empty_chunk =
