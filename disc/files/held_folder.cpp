@@ -125,10 +125,10 @@ void forEachAbandoned(const fs::path& parent, const std::string& name_begin,
   std::error_code ignored;
   for (const fs::path& folder : entriesOf(parent, ignored)) {
     if (!hasSuchName(folder, name_begin)) continue;
-    const OpenFolder open(folder.c_str());
-    if (open.descriptor() < 0) continue;
-    const bool is_free = flock(open.descriptor(), LOCK_EX | LOCK_NB) == 0;
-    if (is_free && isOwn(open.descriptor()) && !isGone(open.descriptor())) found(folder);
+    const OpenFolder opened(folder.c_str());
+    if (opened.descriptor() < 0) continue;
+    const bool is_free = flock(opened.descriptor(), LOCK_EX | LOCK_NB) == 0;
+    if (is_free && isOwn(opened.descriptor()) && !isGone(opened.descriptor())) found(folder);
   }
 }
 
@@ -139,13 +139,13 @@ bool removeWhole(const char* folder) noexcept {
 // The library's directory_iterator ends the program where its memory runs out.
 std::vector<fs::path> entriesOf(const fs::path& folder, std::error_code& error) {
   std::vector<fs::path> entries;
-  const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.c_str()));
-  if (!open) {
+  const std::unique_ptr<DIR, CloseFolder> opened(opendir(folder.c_str()));
+  if (!opened) {
     error.assign(errno, std::generic_category());
     return entries;
   }
   errno = 0;
-  while (const dirent* const entry = readdir(open.get())) {
+  while (const dirent* const entry = readdir(opened.get())) {
     if (!isItselfOrParent(entry->d_name)) entries.push_back(folder / entry->d_name);
     errno = 0;
   }

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cassert>
 
 namespace velmor::render {
 
@@ -15,13 +16,16 @@ constexpr int64_t kStep = int64_t{128} * 1024;
 }  // namespace
 
 ImageRoom::ImageRoom(const std::string& path, int64_t bytes)
-    : m_descriptor(open(path.c_str(), O_WRONLY | O_CLOEXEC)), m_bytes(bytes) {}
+    : m_descriptor(open(path.c_str(), O_WRONLY | O_CLOEXEC)), m_bytes(bytes) {
+  assert(bytes >= 0);
+}
 
 ImageRoom::~ImageRoom() {
   if (m_descriptor >= 0) close(m_descriptor);
 }
 
 bool ImageRoom::makeBehind(int64_t written) {
+  assert(written >= 0);
   m_reached = std::max(m_reached, written + kStep);
   const int64_t step = std::min(kStep, m_bytes - m_reached);
   if (m_descriptor < 0 || step <= 0) return false;

@@ -6,21 +6,21 @@
 
 namespace velmor::render {
 
-/// Finding room for a file takes a file system longer than copying into it what the file is to
-/// hold. The reading thread spends on it the time in which nothing is left to read, for then it is
-/// the rendering thread that is waited for. Nothing depends on it: where the system refuses, no
-/// more is tried, and the module's own writing meets the reason. To be used by one thread.
+/// Much of the time that a write takes goes into finding room for it, in memory more than into the
+/// copying. The reading thread does that while nothing is left to read, for then it is the
+/// rendering thread that is waited for. Nothing depends on it: where the system refuses, no more is
+/// tried, and the module's own writing meets the reason. To be used by one thread.
 class ImageRoom {
  public:
-  /// The file at `path` is there, and is to be `bytes` long.
+  /// The file at `path` is there, and is to be `bytes` (0 or more) long.
   ImageRoom(const std::string& path, int64_t bytes);
   ~ImageRoom();
   ImageRoom(const ImageRoom&) = delete;
   ImageRoom& operator=(const ImageRoom&) = delete;
 
   /// Makes a piece of room that nothing has been tried for yet, further back than where a writer
-  /// that has reached `written` is at work. The file's length stays what has been written. False
-  /// when no room is left to make, or the system has refused.
+  /// that has reached byte `written` (0 or more) is at work. The file's length stays what has been
+  /// written. False when no room is left to make, or the system has refused.
   bool makeBehind(int64_t written);
 
  private:

@@ -98,8 +98,9 @@ void ReadAhead::run() {
   m_changed.notify_all();
 }
 
-/// Until pieces are used. The time is spent on room for the image, ahead of what the pieces that
-/// are in use can bring: all silence that the module adds may come before them.
+/// Returns when the reading may go on. Until then it makes room for the image, behind all that the
+/// pieces used so far can have brought: the module may have put all silence that it adds before
+/// them.
 void ReadAhead::rest(std::unique_lock<std::mutex>& lock) {
   const int64_t added = std::max<int64_t>(m_plan.image_frames - m_album.frames(), 0);
   while (!mayGoOn() && !m_stopped) {
