@@ -43,6 +43,13 @@ TEST(RoomForTheImage, IsMadeInPiecesUpToTheBytesThatItIsToHold) {
   EXPECT_EQ(image.room(), 1024 * kKiB - first) << "all but the piece that is being written";
 }
 
+TEST(RoomForTheImage, EndsWithTheImageThatIsNoWholeNumberOfPieces) {
+  const MemoryFile image;
+  ImageRoom room(image.path(), 1000 * kKiB);
+  makeAll(room, 500 * kKiB);
+  EXPECT_EQ(image.room(), 372 * kKiB) << "all behind the 628 KiB that the writer may be in";
+}
+
 TEST(RoomForTheImage, IsNotMadeBeforeTheWriter) {
   const MemoryFile image;
   ImageRoom room(image.path(), 1024 * kKiB);
